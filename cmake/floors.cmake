@@ -1,0 +1,17 @@
+# A floor of the house is one static library. What a floor may include is what it links: the linker keeps the walls.
+#
+#   ledgertree_floor(<name> SOURCES <files or globs> [LINK <targets>])
+function(ledgertree_floor name)
+  cmake_parse_arguments(FLOOR "" "" "SOURCES;LINK" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${FLOOR_SOURCES})
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    set(scope PUBLIC)
+    target_link_libraries(${name} PRIVATE ledgertree_options)
+  else()
+    add_library(${name} INTERFACE)
+    set(scope INTERFACE)
+  endif()
+  target_include_directories(${name} ${scope} ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  target_link_libraries(${name} ${scope} ${FLOOR_LINK})
+endfunction()

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace ledgertree::data {
+
+enum class ParameterType { Int, Money, DateTime, Text };
+
+struct Parameter {
+  std::string_view name;  ///< "@Title"
+  ParameterType type;
+  int width = 0;  ///< for Text: the greatest number of characters
+};
+
+/// A stored procedure of the database: called as "{? = CALL name( ?, ?) }", it gives a 32-bit return value.
+struct Procedure {
+  std::string_view name;
+  std::span<const Parameter> parameters;
+};
+
+/// The six procedures that the system calls. What their results mean stands at the operations of DtEn.
+namespace procedures {
+extern const Procedure spTarvoHasPermission;
+extern const Procedure spAccountGetCurrentUserPeriod;
+extern const Procedure spAccountInsertAccount;
+extern const Procedure spAccountUpdateAccounts;
+extern const Procedure spAccountInsertRelatedObject;
+extern const Procedure spAccountDeleteAccount;
+}  // namespace procedures
+
+}  // namespace ledgertree::data

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/rows.h"
+#include "data/value.h"
+
+namespace ledgertree::data {
+
+class ConnectionText;
+struct Procedure;
+
+inline constexpr std::chrono::seconds kConnectTimeOut{15};
+inline constexpr std::chrono::seconds kCommandTimeOut{30};
+
+/// What a selector or an account picker looks for in a view.
+struct SearchRequest {
+  std::string view;                  ///< a plain name, optionally schema-qualified; anything else is refused
+  std::vector<std::string> columns;  ///< the text columns that are shown and searched, in this order
+  std::string text;                  ///< what the person typed; blank offers every row
+  std::string continuation;          ///< SearchPage::continuation of the page before; empty for the first
+  std::size_t limit = 100;           ///< the rows of a page
+  /// Asked about every few milliseconds; true ends the search with DataError::Reason::Cancelled.
+  std::function<bool()> cancelled;
+};
+
+struct SearchPage {
+  Rows rows;                 ///< ID, then the columns asked for, in the order of the first of them
+  std::string continuation;  ///< empty where the rows are at their end
+};
+
+/// The port below the gateway: one connection to one database. Statements are in the dialect of SQL Server on every
+/// engine. Nothing here is safe for several threads at once; each thread takes a connection of its own.
+///
+/// Every operation throws DataError, and leaves the connection usable where the engine allows it. A connection opens at
+/// its first use. A command that runs past kCommandTimeOut is interrupted and fails.
+class Connection {
+ public:
+  Connection() = default;
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  virtual ~Connection() = default;
+
+  /// Runs one statement. Gives its complete rows, or nothing where it is one that returns none.
+  /// A statement that has returned is on the disk.
+  virtual std::optional<Rows> run(std::string_view statement) = 0;
+
+  /// Runs one statement and shows its rows one by one without keeping them: `visit` gets rows of count 1. It ends early
+  /// where `visit` gives false.
+  virtual void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) = 0;
+
+  /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters. A text
+  /// longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
+  virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
+
+  /// One page of the rows of a view whose text holds what the person typed, letters folded (see fold.h).
+  virtual SearchPage search(const SearchRequest& request) = 0;
+};
+
+/// Makes a connection for a text whose provider it knows. It opens nothing.
+using ConnectionOpener = std::function<std::unique_ptr<Connection>(const ConnectionText&)>;
+
+/// The engines by the provider names of their connection texts ("SQLite", "SQLOLEDB").
+class Providers {
+ public:
+  /// `provider` in any letter case; a version behind it ("SQLOLEDB.1") is not part of the name.
+  void add(std::string provider, ConnectionOpener opener);
+  /// Throws DataError(Reason::Connection) for a malformed text, a missing provider or one that nobody registered.
+  [[nodiscard]] std::unique_ptr<Connection> open(std::string_view connectionText) const;
+
+ private:
+  std::vector<std::pair<std::string, ConnectionOpener>> openers_;
+};
+
+}  // namespace ledgertree::data

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace ledgertree::data {
+
+/// A failure of the database or of the road to it. It carries no secret: neither the connection text nor a password is
+/// ever put into one.
+class DataError : public std::runtime_error {
+ public:
+  /// What a caller may want to tell apart. Most callers don't: an uncaught failure becomes a notice.
+  enum class Reason {
+    Statement,   ///< the engine refused or failed a statement
+    Constraint,  ///< a key, a reference or a rule of the database refused a write
+    Connection,  ///< the connection can't be opened, or broke
+    Busy,        ///< another program holds the data, and the time-out ran out
+    TimeOut,     ///< the statement ran past its time-out and was interrupted
+    Storage,     ///< the disk is full, read-only or failing
+    Misuse,      ///< an operation was called in a state that doesn't allow it
+    TooLong,     ///< a text is longer than the parameter it is for
+    Cancelled,   ///< a search was given up for a newer one
+  };
+
+  DataError(Reason reason, int number, const std::string& message, std::string statement = {})
+      : std::runtime_error(message), reason_(reason), number_(number), statement_(std::move(statement)) {}
+
+  [[nodiscard]] Reason reason() const { return reason_; }
+  /// The engine's own number of the failure; 0 where it has none.
+  [[nodiscard]] int number() const { return number_; }
+  /// The statement or procedure that failed; empty where there is none.
+  [[nodiscard]] const std::string& statement() const { return statement_; }
+
+ private:
+  Reason reason_;
+  int number_;
+  std::string statement_;
+};
+
+}  // namespace ledgertree::data

@@ -1,0 +1,175 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "data/rows.h"
+#include "data/value.h"
+
+namespace ledgertree::data {
+
+/// The connection of the gateway: a connection text, and behind it a Connection that opens at the first command.
+class MainConnection {
+ public:
+  explicit MainConnection(const Providers& providers) : providers_(providers) {}
+
+  [[nodiscard]] const std::string& ConnectionString() const { return text_; }
+  /// Takes effect at the next command: an open connection is closed.
+  void ConnectionString(std::string text);
+  /// Runs a statement and gives nothing of it to the caller.
+  void Execute(std::string_view statement);
+
+  /// The connection behind, opened if need be. For the handles and procedures of DtEn and for walks over many rows.
+  [[nodiscard]] Connection& port();
+
+ private:
+  const Providers& providers_;
+  std::string text_;
+  std::unique_ptr<Connection> connection_;
+};
+
+/// A named recordset handle: one object for the life of its DtEn, with one position.
+///
+/// The machine: a handle is closed; Open with a statement that returns rows makes it open, on the first row or, where
+/// there is none, past the last; MoveNext goes on until Eof. Open with a statement that returns no rows leaves it closed.
+/// All rows are read by Open, so RecordCount is exact at once and the handle holds no lock.
+///
+/// Misuse throws DataError(Reason::Misuse) that names the handle: Open on an open handle; Close, RecordCount, Eof or a
+/// move on a closed one; Fields anywhere but on a row; MoveNext past the last row.
+class RecordHandle {
+ public:
+  RecordHandle(MainConnection& connection, std::string name, std::string declaredStatement)
+      : connection_(connection), name_(std::move(name)), source_(std::move(declaredStatement)) {}
+  RecordHandle(const RecordHandle&) = delete;
+  RecordHandle& operator=(const RecordHandle&) = delete;
+
+  /// The statement of the next Open() without one.
+  void Source(std::string statement) { source_ = std::move(statement); }
+  void Open() { Open(std::string_view(source_)); }
+  void Open(std::string_view statement);
+  void Close();
+  /// 0 closed, 1 open.
+  [[nodiscard]] int State() const { return rows_ ? 1 : 0; }
+  [[nodiscard]] std::int32_t RecordCount() const;
+  /// True past the last row.
+  [[nodiscard]] bool Eof() const;
+  void MoveFirst();
+  void MoveNext();
+  /// The value of a column of the current row, by name in any letter case. An unknown name throws an error that names it,
+  /// the handle and the columns that there are.
+  [[nodiscard]] Value Fields(std::string_view column) const;
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+ private:
+  void requireOpen(std::string_view operation) const;
+
+  MainConnection& connection_;
+  std::string name_;
+  std::string source_;
+  std::optional<Rows> rows_;
+  std::size_t row_ = 0;
+};
+
+/// Opens a handle for the length of a block, and closes it on every path out of the block.
+class OpenRows {
+ public:
+  OpenRows(RecordHandle& handle, std::string_view statement) : handle_(handle) { handle_.Open(statement); }
+  OpenRows(const OpenRows&) = delete;
+  OpenRows& operator=(const OpenRows&) = delete;
+  ~OpenRows() { close(); }
+
+  /// Closes before the end of the block; a second call does nothing.
+  void close() {
+    if (handle_.State() != 0) handle_.Close();
+  }
+  RecordHandle* operator->() const { return &handle_; }
+
+ private:
+  RecordHandle& handle_;
+};
+
+/// The one gateway to the database. Every screen goes through it; only selectors and pickers have connections of their own.
+///
+/// The handles stand for the text commands of the catalogue; what each is used for stands beside it. None of them ever
+/// opens the statement that it was declared with.
+class DtEn {
+ public:
+  explicit DtEn(const Providers& providers);
+
+  MainConnection cnMainData;
+
+  RecordHandle rssqlAccCostCenter;        ///< the general handle of the forms: tree, periods, classes
+  RecordHandle rssqlBufferQuery;          ///< small reads of the main form
+  RecordHandle rssqlRetriveTree;          ///< the deletion of the shown account
+  RecordHandle rssqlAccPeriodSpec;        ///< the current period
+  RecordHandle rssqlAccountChilds;        ///< the child count of a tree node
+  RecordHandle rssqlAccLevelCodeLength;   ///< the code of a parent, for a tree label
+  RecordHandle rssqlAccounts;             ///< walks over accounts: batch deletion, recoding
+  RecordHandle rssqlAccGroupL;            ///< look-ups while another handle walks
+  RecordHandle rssqlAccountCoddingInfo;   ///< the duplicate tests of the save
+  RecordHandle rssqlAccountManager;       ///< the row of one class
+  RecordHandle rssqlChkChillds;           ///< is the chosen parent below the account
+  RecordHandle rssqlChkTrans;             ///< does the chosen parent have movement
+  RecordHandle rssqlKelmoSystemConfig;    ///< the parameters
+  RecordHandle rssqlTarvoBasePath;        ///< the base path; class and object rows
+  RecordHandle rssqlViewTrans;            ///< the document test of batch deletion
+  RecordHandle rssqlvwAccount;            ///< one account and its related object
+
+  /// All of them, for a test that asks whether everything was closed.
+  [[nodiscard]] std::vector<RecordHandle*> handles();
+
+  /// Not 0: the user has the right. 0: refused.
+  std::int32_t spTarvoHasPermission(std::int32_t userID, std::int32_t formPermissionID);
+  /// The ID of the user's current period in tblAccountPeriod.
+  std::int32_t spAccountGetCurrentUserPeriod(std::int32_t userID);
+
+  struct NewAccount {
+    DateTime createDate;
+    std::string farsiCreateDate;  ///< yyyy/mm/dd
+    std::int32_t accountGroupID;  ///< -1 none
+    std::int32_t isPermanent;
+    std::int32_t accountNatureID;
+    std::int32_t parentID;  ///< -1 for a top-level account
+    std::string title;      ///< at most 50 characters
+    std::string code;       ///< at most 20
+    std::int32_t isClosed;
+    std::int32_t contractID;  ///< the branch, 0 for none
+    std::int32_t positionID;  ///< 0 for none
+    std::string notes;        ///< at most 250
+    Money maxDebit;
+    Money maxCredit;
+  };
+  /// The new account's ID, 1 or more. Below 1: nothing was inserted, because the code exists.
+  std::int32_t spAccountInsertAccount(const NewAccount& account);
+
+  struct AccountUpdate {
+    std::int32_t id;
+    std::int32_t parentID;
+    std::int32_t accountGroupID;
+    std::int32_t isPermanent;
+    std::int32_t accountNatureID;
+    std::string title;  ///< at most 100 characters
+    std::string code;
+    std::int32_t isClosed;
+    std::int32_t contractID;
+    std::int32_t positionID;
+    std::string notes;
+    Money maxDebit;
+    Money maxCredit;
+  };
+  /// Not 0: done. 0: nothing changed, because another account has the code.
+  std::int32_t spAccountUpdateAccounts(const AccountUpdate& account);
+  /// Leaves the account with the one relation given; -1 stands for none.
+  std::int32_t spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,
+                                            std::int32_t relatedClassID, std::int32_t relatedObjectID);
+  /// Not 0: deleted. 0: refused because of a dependency.
+  std::int32_t spAccountDeleteAccount(std::int32_t id);
+};
+
+}  // namespace ledgertree::data

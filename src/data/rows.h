@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/value.h"
+
+namespace ledgertree::data {
+
+/// The complete rows of one statement, in one compact buffer: 16 bytes a cell, and one arena for all texts.
+/// An engine builds it column by column and cell by cell; everybody else only reads.
+class Rows {
+ public:
+  [[nodiscard]] std::size_t count() const { return names_.empty() ? 0 : cells_.size() / names_.size(); }
+  [[nodiscard]] const std::vector<std::string>& columns() const { return names_; }
+  /// The place of a column by its name in any letter case; the first one where a name stands twice.
+  [[nodiscard]] std::optional<std::size_t> column(std::string_view name) const;
+
+  /// `row` and `column` are below count() and columns().size().
+  [[nodiscard]] Value value(std::size_t row, std::size_t column) const;
+  [[nodiscard]] bool isNull(std::size_t row, std::size_t column) const;
+  /// The text of a cell that holds text, without a copy; empty for every other kind. Valid while the rows stand.
+  [[nodiscard]] std::string_view text(std::size_t row, std::size_t column) const;
+
+  // For the engines.
+  void addColumn(std::string name) { names_.push_back(std::move(name)); }
+  void addNull() { cells_.push_back({}); }
+  void addInteger(std::int64_t number) { cells_.push_back({Kind::Integer, 0, {.integer = number}}); }
+  void addDouble(double number) { cells_.push_back({Kind::Double, 0, {.real = number}}); }
+  void addMoney(Money amount) { cells_.push_back({Kind::Money, 0, {.integer = amount.tenThousandths()}}); }
+  void addDateTime(const DateTime& time);
+  void addText(std::string_view text);
+  /// Drops the cells and keeps the columns, for a walk that shows one row after the other.
+  void clearRows();
+
+ private:
+  enum class Kind : std::uint8_t { Null, Integer, Double, Money, Text, DateTime };
+  struct Cell {
+    Kind kind = Kind::Null;
+    std::uint32_t length = 0;
+    union {
+      std::int64_t integer;
+      double real;
+      std::uint64_t offset;
+    } payload = {.integer = 0};
+  };
+
+  std::vector<std::string> names_;
+  std::vector<Cell> cells_;
+  std::string arena_;
+};
+
+}  // namespace ledgertree::data
