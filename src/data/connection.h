@@ -28,6 +28,9 @@ struct SearchRequest {
   std::string text;                  ///< what the person typed; blank offers every row
   std::string continuation;          ///< SearchPage::continuation of the page before; empty for the first
   std::size_t limit = 100;           ///< the rows of a page
+  /// The longest that one call works. A call that runs out of it gives the hits that it has, with a continuation, so that
+  /// a search on the user-interface thread goes on between two events. 0: no bound.
+  std::chrono::milliseconds slice{0};
   /// Asked about every few milliseconds; true ends the search with DataError::Reason::Cancelled.
   std::function<bool()> cancelled;
 };
