@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string_view>
+
+#include "ui/geometry.h"
+
+namespace ledgertree::ui {
+
+class Control;
+class Form;
+class MenuEntry;
+
+/// The pointer of the mouse, by the numbers that the screens know.
+enum class Pointer { Default = 0, Hourglass = 11 };
+
+/// A desktop that refuses, with the number by which a caller knows the refusal.
+class DesktopError : public std::runtime_error {
+ public:
+  /// The host takes no form that isn't modal.
+  static constexpr int kNoModelessForms = 406;
+
+  DesktopError(int number, const char* message) : std::runtime_error(message), number_(number) {}
+  [[nodiscard]] int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+/// The port to whatever draws the screens. All of it belongs to the user-interface thread, but for `whenIdle`.
+class Desktop {
+ public:
+  Desktop() = default;
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  virtual ~Desktop() = default;
+
+  /// Shows a form modelessly, or brings it up where it is shown already. May throw DesktopError, 406 among others.
+  virtual void show(Form& form) = 0;
+  /// Shows a form and returns when it hides or closes. A form that is shown modelessly already becomes modal.
+  virtual void showModal(Form& form) = 0;
+  /// Takes a form off the screen for good; whatever drew it goes. Nothing where it isn't known.
+  virtual void close(Form& form) = 0;
+  /// Ends the showing of a form that hides.
+  virtual void hide(Form& form) = 0;
+  /// Opens a menu with its corner at a place of the form, and returns at once or when it closed.
+  virtual void popUpMenu(Form& form, MenuEntry& menu, Twips left, Twips top) = 0;
+
+  virtual void setPointer(Pointer pointer) = 0;
+  /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by focusMoved.
+  virtual void moveFocus(Control& control) = 0;
+  /// Paints what changed in the middle of long work, without taking input.
+  virtual void repaint(Form& form) = 0;
+
+  /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Unknown or empty: nothing happens.
+  virtual void chooseKeyboardLayout(std::string_view layout) = 0;
+  /// The major version of the operating system.
+  [[nodiscard]] virtual int operatingSystemVersion() const = 0;
+
+  /// Runs a procedure on the user-interface thread when it has nothing else to do. May be called from any thread.
+  virtual void whenIdle(std::function<void()> procedure) = 0;
+};
+
+}  // namespace ledgertree::ui

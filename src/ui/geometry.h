@@ -1,0 +1,26 @@
+#pragma once
+
+namespace ledgertree::ui {
+
+/// A length on a screen: a twentieth of a point, 1440 to the inch. The renderer scales it to the font in use.
+using Twips = int;
+
+struct Size {
+  Twips width = 0;
+  Twips height = 0;
+  bool operator==(const Size&) const = default;
+};
+
+/// A place inside the form, or inside the frame that holds the control. Left is left also on a right-to-left screen.
+struct Bounds {
+  Twips left = 0;
+  Twips top = 0;
+  Twips width = 0;
+  Twips height = 0;
+  bool operator==(const Bounds&) const = default;
+};
+
+/// A colour as 0xRRGGBB.
+using Colour = unsigned;
+
+}  // namespace ledgertree::ui

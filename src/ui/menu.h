@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ui/control.h"
+#include "ui/form.h"
+
+namespace ledgertree::ui {
+
+/// An entry of a menu, with the entries below it. An entry without a caption is a separator.
+class MenuEntry {
+ public:
+  MenuEntry(Form& form, std::string name, std::string caption, bool visible = true, bool checked = false);
+  MenuEntry(const MenuEntry&) = delete;
+  MenuEntry& operator=(const MenuEntry&) = delete;
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+  [[nodiscard]] const std::string& caption() const { return caption_; }
+  [[nodiscard]] bool separator() const { return caption_.empty(); }
+  [[nodiscard]] Form& form() const { return form_; }
+  [[nodiscard]] const std::vector<MenuEntry*>& entries() const { return entries_; }
+  /// Gives the entry back, so that a menu reads as the tree that it is.
+  MenuEntry& add(MenuEntry& entry);
+
+  [[nodiscard]] bool visible() const { return visible_; }
+  void setVisible(bool visible);
+  [[nodiscard]] bool enabled() const { return enabled_; }
+  void setEnabled(bool enabled);
+  [[nodiscard]] bool checked() const { return checked_; }
+  void setChecked(bool checked);
+
+  // A person.
+  /// Nothing on an entry that is hidden, disabled, or below one that is.
+  void click();
+
+  Event<> onClick;
+
+ private:
+  [[nodiscard]] bool withinReach() const;
+
+  Form& form_;
+  std::string name_;
+  std::string caption_;
+  std::vector<MenuEntry*> entries_;
+  MenuEntry* parent_ = nullptr;
+  bool visible_;
+  bool enabled_ = true;
+  bool checked_;
+};
+
+}  // namespace ledgertree::ui

@@ -1,0 +1,149 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ui/control.h"
+#include "ui/key.h"
+
+namespace ledgertree::ui {
+
+/// A node of a tree: its place in the control's store. It stands until the node is removed.
+using NodeId = std::uint32_t;
+inline constexpr NodeId kNoNode = 0xFFFFFFFF;
+
+struct TreeChange {
+  enum class Kind {
+    Cleared,           ///< there is no node any more
+    ChildrenAdded,     ///< `count` nodes under `node` (kNoNode: at the top), from place `first` on
+    AboutToRemove,     ///< `node` and all below it go next: the one change that is told ahead
+    Removed,           ///< a child of `node` that stood at place `first` went, with all below it
+    NodeChanged,       ///< text, image, tag or check of `node`
+    Expanded,          ///< `node` is open
+    Collapsed,         ///< `node` is closed
+    EnsureVisible,     ///< scroll `node` into view
+    Selected,          ///< the selection went to `node` (kNoNode: to none)
+  };
+  Kind kind;
+  NodeId node = kNoNode;
+  std::size_t first = 0;
+  std::size_t count = 0;
+};
+
+/// A tree of nodes with keys. It keeps the order in which nodes are added, and sorts nothing.
+class Tree : public Control {
+ public:
+  using Control::Control;
+
+  // Nodes.
+  /// Adds a node as the last child of `parent` (kNoNode: at the top). A key that stands in the tree already throws
+  /// std::invalid_argument; an empty key is no key.
+  NodeId add(NodeId parent, std::string key, std::string text, int image = 0);
+  /// Removes a node and all below it.
+  void remove(NodeId node);
+  void clear();
+  [[nodiscard]] std::size_t count() const { return count_; }
+  /// The node of a key; kNoNode where there is none.
+  [[nodiscard]] NodeId find(std::string_view key) const;
+  /// The nodes at the top.
+  [[nodiscard]] const std::vector<NodeId>& roots() const { return roots_; }
+
+  [[nodiscard]] const std::string& key(NodeId node) const { return at(node).key; }
+  [[nodiscard]] const std::string& text(NodeId node) const { return at(node).text; }
+  [[nodiscard]] int image(NodeId node) const { return at(node).image; }
+  void setImage(NodeId node, int image);
+  [[nodiscard]] const std::string& tag(NodeId node) const { return at(node).tag; }
+  void setTag(NodeId node, std::string tag);
+  [[nodiscard]] NodeId parent(NodeId node) const { return at(node).parent; }
+  [[nodiscard]] const std::vector<NodeId>& children(NodeId node) const { return at(node).children; }
+  /// The place of a node among its siblings.
+  [[nodiscard]] std::size_t place(NodeId node) const { return at(node).place; }
+  [[nodiscard]] bool expanded(NodeId node) const { return at(node).expanded; }
+  /// A program opens or closes a node: raises no onExpand.
+  void setExpanded(NodeId node, bool expanded);
+  /// Opens the nodes above and scrolls the node into view.
+  void ensureVisible(NodeId node);
+  [[nodiscard]] bool checked(NodeId node) const { return at(node).checked; }
+  void setChecked(NodeId node, bool checked);
+  [[nodiscard]] NodeId selected() const { return selected_; }
+  void select(NodeId node);
+  /// Whether nodes carry check boxes.
+  [[nodiscard]] bool checkBoxes() const { return checkBoxes_; }
+  void setCheckBoxes(bool checkBoxes) { checkBoxes_ = checkBoxes; }
+
+  /// While one stands, added nodes are told in as few changes as there are parents that were there before: a level of
+  /// 100,000 children is one change.
+  class Batch {
+   public:
+    explicit Batch(Tree& tree);
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+    ~Batch();
+
+   private:
+    Tree& tree_;
+  };
+
+  // A person.
+  /// Opens a node that has children: onExpand first, so that its children can be read, then the node is open.
+  void expand(NodeId node);
+  void collapse(NodeId node);
+  /// Selects a node and raises onNodeClick.
+  void click(NodeId node);
+  /// Turns the check box of a node over and raises onNodeCheck.
+  void tick(NodeId node);
+  /// Up, Down, Home, End move the selection without a click; Right and Left close and open, as the tree grows to the left;
+  /// Enter clicks; Space ticks where there are check boxes, else clicks.
+  void press(Key key);
+
+  Event<NodeId> onExpand;
+  Event<NodeId> onNodeClick;
+  Event<NodeId> onNodeCheck;
+  void accept(ControlVisitor& visitor) override;
+
+ private:
+  struct Node {
+    std::string key;
+    std::string text;
+    std::string tag;
+    NodeId parent = kNoNode;
+    std::vector<NodeId> children;
+    std::size_t place = 0;
+    int image = 0;
+    bool expanded = false;
+    bool checked = false;
+    bool used = false;
+  };
+
+  [[nodiscard]] const Node& at(NodeId node) const;
+  [[nodiscard]] Node& at(NodeId node) { return const_cast<Node&>(std::as_const(*this).at(node)); }
+  [[nodiscard]] bool has(NodeId node) const { return node < nodes_.size() && nodes_[node].used; }
+  [[nodiscard]] std::vector<NodeId>& siblings(NodeId parent) { return parent == kNoNode ? roots_ : at(parent).children; }
+  [[nodiscard]] std::vector<NodeId> visibleNodes() const;
+  void release(NodeId node);
+  void tell(TreeChange::Kind kind, NodeId node, std::size_t first = 0, std::size_t count = 0);
+  void tellAdded(NodeId parent, std::size_t place);
+  void endBatch();
+
+  std::deque<Node> nodes_;
+  std::vector<NodeId> free_;
+  std::vector<NodeId> roots_;
+  std::unordered_map<std::string_view, NodeId> keys_;
+  std::size_t count_ = 0;
+  NodeId selected_ = kNoNode;
+  bool checkBoxes_ = false;
+  int batches_ = 0;
+  struct Addition {
+    NodeId parent;
+    std::size_t first;
+    std::size_t count;
+  };
+  std::vector<Addition> additions_;
+  std::vector<bool> addedInBatch_;
+};
+
+}  // namespace ledgertree::ui
