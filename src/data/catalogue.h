@@ -3,6 +3,8 @@
 #include <span>
 #include <string_view>
 
+#include "data/value.h"
+
 namespace ledgertree::data {
 
 enum class ParameterType { Int, Money, DateTime, Text };
@@ -28,5 +30,11 @@ extern const Procedure spAccountUpdateAccounts;
 extern const Procedure spAccountInsertRelatedObject;
 extern const Procedure spAccountDeleteAccount;
 }  // namespace procedures
+
+/// What every engine asks before it calls a procedure. Throws DataError: Reason::TooLong, naming the
+/// parameter, for a text with more characters than its parameter takes; Reason::Misuse for a wrong number of
+/// values, a value of a type that the parameter can't take (NULL fits all), a whole number past 32 bits, or
+/// text that isn't clean (see characters.h).
+void checkArguments(const Procedure& procedure, std::span<const Value> values);
 
 }  // namespace ledgertree::data

@@ -28,8 +28,8 @@ struct SearchRequest {
   std::string text;                  ///< what the person typed; blank offers every row
   std::string continuation;          ///< SearchPage::continuation of the page before; empty for the first
   std::size_t limit = 100;           ///< the rows of a page
-  /// The longest that one call works. A call that runs out of it gives the hits that it has, with a continuation, so that
-  /// a search on the user-interface thread goes on between two events. 0: no bound.
+  /// The longest that one call works. A call that runs out of it gives the hits that it has, with a
+  /// continuation, so that a search on the user-interface thread goes on between two events. 0: no bound.
   std::chrono::milliseconds slice{0};
   /// Asked about every few milliseconds; true ends the search with DataError::Reason::Cancelled.
   std::function<bool()> cancelled;
@@ -40,11 +40,11 @@ struct SearchPage {
   std::string continuation;  ///< empty where the rows are at their end
 };
 
-/// The port below the gateway: one connection to one database. Statements are in the dialect of SQL Server on every
-/// engine. Nothing here is safe for several threads at once; each thread takes a connection of its own.
+/// The port below the gateway: one connection to one database. Statements are in the dialect of SQL Server on
+/// every engine. Nothing here is safe for several threads at once; each thread takes a connection of its own.
 ///
-/// Every operation throws DataError, and leaves the connection usable where the engine allows it. A connection opens at
-/// its first use. A command that runs past kCommandTimeOut is interrupted and fails.
+/// Every operation throws DataError, and leaves the connection usable where the engine allows it. A
+/// connection opens at its first use. A command that runs past kCommandTimeOut is interrupted and fails.
 class Connection {
  public:
   Connection() = default;
@@ -56,12 +56,12 @@ class Connection {
   /// A statement that has returned is on the disk.
   virtual std::optional<Rows> run(std::string_view statement) = 0;
 
-  /// Runs one statement and shows its rows one by one without keeping them: `visit` gets rows of count 1. It ends early
-  /// where `visit` gives false.
+  /// Runs one statement and shows its rows one by one without keeping them: `visit` gets rows of count 1. It
+  /// ends early where `visit` gives false.
   virtual void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) = 0;
 
-  /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters. A text
-  /// longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
+  /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters.
+  /// A text longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
   virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
 
   /// One page of the rows of a view whose text holds what the person typed, letters folded (see fold.h).
@@ -76,7 +76,8 @@ class Providers {
  public:
   /// `provider` in any letter case; a version behind it ("SQLOLEDB.1") is not part of the name.
   void add(std::string provider, ConnectionOpener opener);
-  /// Throws DataError(Reason::Connection) for a malformed text, a missing provider or one that nobody registered.
+  /// Throws DataError(Reason::Connection) for a malformed text, a missing provider or one that nobody
+  /// registered.
   [[nodiscard]] std::unique_ptr<Connection> open(std::string_view connectionText) const;
 
  private:

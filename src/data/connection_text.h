@@ -10,18 +10,21 @@ namespace ledgertree::data {
 
 /// An OLE DB connection text, taken apart: "Provider=SQLite;Data Source=/srv/books.db".
 ///
-/// Keys compare without regard to letter case and to blanks around and inside them being doubled; the last of several
-/// equal keys counts. A value may stand in double or single quotes, in which the quote is written twice; unquoted values
-/// lose the blanks at their ends. An empty value is a value. "==" inside a key stands for "=".
+/// Keys compare without regard to letter case and to blanks around and inside them being doubled; the last of
+/// several equal keys counts. A value may stand in double or single quotes, in which the quote is written
+/// twice; unquoted values lose the blanks at their ends. An empty value is a value. "==" inside a key stands
+/// for "=".
 class ConnectionText {
  public:
-  /// Throws DataError(Reason::Connection) that says at which character the text is malformed and never repeats a value:
-  /// a key without "=", an empty key, a quote without its end, text behind a closing quote, a NUL.
+  /// Throws DataError(Reason::Connection) that says at which character the text is malformed and never
+  /// repeats a value: a key without "=", an empty key, a quote without its end, text behind a closing quote,
+  /// a NUL.
   explicit ConnectionText(std::string_view text);
 
   /// The value of a key; nothing where the key isn't there.
   [[nodiscard]] std::optional<std::string> find(std::string_view key) const;
-  /// The value of a key that has to be there and not be empty; throws DataError(Reason::Connection) naming the key.
+  /// The value of a key that has to be there and not be empty; throws DataError(Reason::Connection) naming
+  /// the key.
   [[nodiscard]] std::string require(std::string_view key) const;
   /// The provider without its version: "SQLOLEDB" for "SQLOLEDB.1".
   [[nodiscard]] std::string provider() const;

@@ -5,8 +5,8 @@
 
 namespace ledgertree::data {
 
-/// A failure of the database or of the road to it. It carries no secret: neither the connection text nor a password is
-/// ever put into one.
+/// A failure of the database or of the road to it. It carries no secret: neither the connection text nor a
+/// password is ever put into one.
 class DataError : public std::runtime_error {
  public:
   /// What a caller may want to tell apart. Most callers don't: an uncaught failure becomes a notice.

@@ -13,18 +13,20 @@
 
 namespace ledgertree::data {
 
-/// The connection of the gateway: a connection text, and behind it a Connection that opens at the first command.
+/// The connection of the gateway: a connection text, and behind it a Connection that opens at the first
+/// command. A text that opens nothing fails each command anew; nothing is remembered of the attempt.
 class MainConnection {
  public:
   explicit MainConnection(const Providers& providers) : providers_(providers) {}
 
   [[nodiscard]] const std::string& ConnectionString() const { return text_; }
-  /// Takes effect at the next command: an open connection is closed.
+  /// Takes effect at the next command: an open connection is closed. Rows that a handle holds stay readable.
   void ConnectionString(std::string text);
   /// Runs a statement and gives nothing of it to the caller.
   void Execute(std::string_view statement);
 
-  /// The connection behind, opened if need be. For the handles and procedures of DtEn and for walks over many rows.
+  /// The connection behind, opened if need be. For the handles and procedures of DtEn and for walks over many
+  /// rows.
   [[nodiscard]] Connection& port();
 
  private:
@@ -35,12 +37,14 @@ class MainConnection {
 
 /// A named recordset handle: one object for the life of its DtEn, with one position.
 ///
-/// The machine: a handle is closed; Open with a statement that returns rows makes it open, on the first row or, where
-/// there is none, past the last; MoveNext goes on until Eof. Open with a statement that returns no rows leaves it closed.
-/// All rows are read by Open, so RecordCount is exact at once and the handle holds no lock.
+/// The machine: a handle is closed; Open with a statement that returns rows makes it open, on the first row
+/// or, where there is none, past the last; MoveNext goes on until Eof. Open with a statement that returns no
+/// rows leaves it closed. All rows are read by Open, so RecordCount is exact at once and the handle holds no
+/// lock.
 ///
-/// Misuse throws DataError(Reason::Misuse) that names the handle: Open on an open handle; Close, RecordCount, Eof or a
-/// move on a closed one; Fields anywhere but on a row; MoveNext past the last row.
+/// Misuse throws DataError(Reason::Misuse) that names the handle: Open on an open handle; Close, RecordCount,
+/// Eof or a move on a closed one; Fields anywhere but on a row; MoveNext past the last row. MoveFirst without
+/// rows stays past the last one. An Open that fails leaves the handle closed.
 class RecordHandle {
  public:
   RecordHandle(MainConnection& connection, std::string name, std::string declaredStatement)
@@ -60,8 +64,8 @@ class RecordHandle {
   [[nodiscard]] bool Eof() const;
   void MoveFirst();
   void MoveNext();
-  /// The value of a column of the current row, by name in any letter case. An unknown name throws an error that names it,
-  /// the handle and the columns that there are.
+  /// The value of a column of the current row, by name in any letter case. An unknown name throws an error
+  /// that names it, the handle and the columns that there are.
   [[nodiscard]] Value Fields(std::string_view column) const;
 
   [[nodiscard]] const std::string& name() const { return name_; }
@@ -80,6 +84,8 @@ class RecordHandle {
 class OpenRows {
  public:
   OpenRows(RecordHandle& handle, std::string_view statement) : handle_(handle) { handle_.Open(statement); }
+  /// Opens the statement that stands in the handle's Source.
+  explicit OpenRows(RecordHandle& handle) : handle_(handle) { handle_.Open(); }
   OpenRows(const OpenRows&) = delete;
   OpenRows& operator=(const OpenRows&) = delete;
   ~OpenRows() { close(); }
@@ -94,32 +100,40 @@ class OpenRows {
   RecordHandle& handle_;
 };
 
-/// The one gateway to the database. Every screen goes through it; only selectors and pickers have connections of their own.
+/// The one gateway to the database. Every screen goes through it; only selectors and pickers have connections
+/// of their own.
 ///
-/// The handles stand for the text commands of the catalogue; what each is used for stands beside it. None of them ever
-/// opens the statement that it was declared with.
+/// It throws what its Connection throws, and handles no failure of its own. Whoever uses it holds it by
+/// std::shared_ptr, so that a gateway that is replaced in the middle of an operation lives until the
+/// operation ends.
+///
+/// The handles stand for the text commands of the catalogue; what each is used for stands beside it. None of
+/// them ever opens the statement that it was declared with.
 class DtEn {
  public:
+  /// `providers` outlives the gateway.
   explicit DtEn(const Providers& providers);
+  DtEn(const DtEn&) = delete;
+  DtEn& operator=(const DtEn&) = delete;
 
   MainConnection cnMainData;
 
-  RecordHandle rssqlAccCostCenter;        ///< the general handle of the forms: tree, periods, classes
-  RecordHandle rssqlBufferQuery;          ///< small reads of the main form
-  RecordHandle rssqlRetriveTree;          ///< the deletion of the shown account
-  RecordHandle rssqlAccPeriodSpec;        ///< the current period
-  RecordHandle rssqlAccountChilds;        ///< the child count of a tree node
-  RecordHandle rssqlAccLevelCodeLength;   ///< the code of a parent, for a tree label
-  RecordHandle rssqlAccounts;             ///< walks over accounts: batch deletion, recoding
-  RecordHandle rssqlAccGroupL;            ///< look-ups while another handle walks
-  RecordHandle rssqlAccountCoddingInfo;   ///< the duplicate tests of the save
-  RecordHandle rssqlAccountManager;       ///< the row of one class
-  RecordHandle rssqlChkChillds;           ///< is the chosen parent below the account
-  RecordHandle rssqlChkTrans;             ///< does the chosen parent have movement
-  RecordHandle rssqlKelmoSystemConfig;    ///< the parameters
-  RecordHandle rssqlTarvoBasePath;        ///< the base path; class and object rows
-  RecordHandle rssqlViewTrans;            ///< the document test of batch deletion
-  RecordHandle rssqlvwAccount;            ///< one account and its related object
+  RecordHandle rssqlAccCostCenter;       ///< the general handle of the forms: tree, periods, classes
+  RecordHandle rssqlBufferQuery;         ///< small reads of the main form
+  RecordHandle rssqlRetriveTree;         ///< the deletion of the shown account
+  RecordHandle rssqlAccPeriodSpec;       ///< the current period
+  RecordHandle rssqlAccountChilds;       ///< the child count of a tree node
+  RecordHandle rssqlAccLevelCodeLength;  ///< the code of a parent, for a tree label
+  RecordHandle rssqlAccounts;            ///< walks over accounts: batch deletion, recoding
+  RecordHandle rssqlAccGroupL;           ///< look-ups while another handle walks
+  RecordHandle rssqlAccountCoddingInfo;  ///< the duplicate tests of the save
+  RecordHandle rssqlAccountManager;      ///< the row of one class
+  RecordHandle rssqlChkChillds;          ///< is the chosen parent below the account
+  RecordHandle rssqlChkTrans;            ///< does the chosen parent have movement
+  RecordHandle rssqlKelmoSystemConfig;   ///< the parameters
+  RecordHandle rssqlTarvoBasePath;       ///< the base path; class and object rows
+  RecordHandle rssqlViewTrans;           ///< the document test of batch deletion
+  RecordHandle rssqlvwAccount;           ///< one account and its related object
 
   /// All of them, for a test that asks whether everything was closed.
   [[nodiscard]] std::vector<RecordHandle*> handles();

@@ -16,22 +16,27 @@ class Rows {
  public:
   [[nodiscard]] std::size_t count() const { return names_.empty() ? 0 : cells_.size() / names_.size(); }
   [[nodiscard]] const std::vector<std::string>& columns() const { return names_; }
-  /// The place of a column by its name in any letter case; the first one where a name stands twice.
+  /// The place of a column by its name, ASCII letters in any case; the first one where a name stands twice.
   [[nodiscard]] std::optional<std::size_t> column(std::string_view name) const;
 
   /// `row` and `column` are below count() and columns().size().
   [[nodiscard]] Value value(std::size_t row, std::size_t column) const;
-  [[nodiscard]] bool isNull(std::size_t row, std::size_t column) const;
-  /// The text of a cell that holds text, without a copy; empty for every other kind. Valid while the rows stand.
+  [[nodiscard]] bool isNull(std::size_t row, std::size_t column) const {
+    return cell(row, column).kind == Kind::Null;
+  }
+  /// The text of a cell that holds text, without a copy; empty for every other kind. Valid while the rows
+  /// stand.
   [[nodiscard]] std::string_view text(std::size_t row, std::size_t column) const;
 
   // For the engines.
-  void addColumn(std::string name) { names_.push_back(std::move(name)); }
+  void addColumn(std::string name);
   void addNull() { cells_.push_back({}); }
   void addInteger(std::int64_t number) { cells_.push_back({Kind::Integer, 0, {.integer = number}}); }
   void addDouble(double number) { cells_.push_back({Kind::Double, 0, {.real = number}}); }
   void addMoney(Money amount) { cells_.push_back({Kind::Money, 0, {.integer = amount.tenThousandths()}}); }
+  /// Throws std::invalid_argument for a date that isn't valid().
   void addDateTime(const DateTime& time);
+  /// Throws std::length_error for a text of 4 GiB or more.
   void addText(std::string_view text);
   /// Drops the cells and keeps the columns, for a walk that shows one row after the other.
   void clearRows();
@@ -48,7 +53,13 @@ class Rows {
     } payload = {.integer = 0};
   };
 
+  [[nodiscard]] const Cell& cell(std::size_t row, std::size_t column) const {
+    return cells_[row * names_.size() + column];
+  }
+
   std::vector<std::string> names_;
+  /// One hash a column, letter case folded away, so that a look-up by name compares one number a column.
+  std::vector<std::uint32_t> nameHashes_;
   std::vector<Cell> cells_;
   std::string arena_;
 };

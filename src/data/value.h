@@ -42,8 +42,8 @@ struct DateTime {
   int minute = 0;   ///< 0 to 59
   int second = 0;   ///< 0 to 59
 
-  /// Reads "yyyy-mm-dd", optionally followed by a blank or "T" and "hh:mm[:ss[.fraction]]" (the fraction is dropped).
-  /// Nothing where the text is no date of the calendar.
+  /// Reads "yyyy-mm-dd", optionally followed by a blank or "T" and "hh:mm[:ss[.fraction]]" (the fraction is
+  /// dropped). Nothing where the text is no date of the calendar.
   [[nodiscard]] static std::optional<DateTime> parse(std::string_view text);
   [[nodiscard]] bool valid() const;
   /// "yyyy-mm-dd hh:mm:ss".
@@ -52,35 +52,36 @@ struct DateTime {
   auto operator<=>(const DateTime&) const = default;
 };
 
-/// The value of a column that holds nothing. It is a value of its own: it never reads as 0 or as empty text by itself.
+/// The value of a column that holds nothing. It is a value of its own: it never reads as 0 or as empty text
+/// by itself.
 struct Null {
   auto operator<=>(const Null&) const = default;
 };
 
 /// What a column or a parameter holds. A value is independent of the rows it came from.
 ///
-/// The readers throw std::range_error where a number doesn't fit, and std::invalid_argument where the value is of
-/// another kind or NULL; none of them ever gives another number than the one stored.
+/// The readers throw std::range_error where a number doesn't fit, and std::invalid_argument where the value
+/// is of another kind or NULL; none of them ever gives another number than the one stored.
 class Value {
  public:
   Value() = default;
-  Value(Null) {}                                        // NOLINT(google-explicit-constructor)
+  Value(Null) {}                                                // NOLINT(google-explicit-constructor)
   Value(std::int32_t number) : value_(std::int64_t{number}) {}  // NOLINT(google-explicit-constructor)
-  Value(std::int64_t number) : value_(number) {}        // NOLINT(google-explicit-constructor)
-  Value(double number) : value_(number) {}              // NOLINT(google-explicit-constructor)
-  Value(Money amount) : value_(amount) {}               // NOLINT(google-explicit-constructor)
-  Value(std::string text) : value_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
-  Value(std::string_view text) : value_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
-  Value(const char* text) : value_(std::string(text)) {}       // NOLINT(google-explicit-constructor)
-  Value(DateTime time) : value_(time) {}                // NOLINT(google-explicit-constructor)
+  Value(std::int64_t number) : value_(number) {}                // NOLINT(google-explicit-constructor)
+  Value(double number) : value_(number) {}                      // NOLINT(google-explicit-constructor)
+  Value(Money amount) : value_(amount) {}                       // NOLINT(google-explicit-constructor)
+  Value(std::string text) : value_(std::move(text)) {}          // NOLINT(google-explicit-constructor)
+  Value(std::string_view text) : value_(std::string(text)) {}   // NOLINT(google-explicit-constructor)
+  Value(const char* text) : value_(std::string(text)) {}        // NOLINT(google-explicit-constructor)
+  Value(DateTime time) : value_(time) {}                        // NOLINT(google-explicit-constructor)
 
   using Variant = std::variant<Null, std::int64_t, double, Money, std::string, DateTime>;
   [[nodiscard]] const Variant& variant() const { return value_; }
 
   [[nodiscard]] bool isNull() const { return std::holds_alternative<Null>(value_); }
 
-  /// The value with empty text appended, as a field on the screen shows it: NULL gives empty text, numbers their decimal
-  /// text, a date "yyyy-mm-dd hh:mm:ss".
+  /// The value with empty text appended, as a field on the screen shows it: NULL gives empty text, numbers
+  /// their decimal text, a date "yyyy-mm-dd hh:mm:ss".
   [[nodiscard]] std::string toText() const;
 
   /// A whole number. A double with decimals and text that isn't a number are refused, not rounded.

@@ -1,0 +1,103 @@
+#include "data/catalogue.h"
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <variant>
+
+#include "data/characters.h"
+#include "data/data_error.h"
+
+namespace ledgertree::data {
+namespace {
+
+using enum ParameterType;
+
+constexpr Parameter kHasPermission[] = {{"@UserID", Int}, {"@FormPermissionID", Int}};
+
+constexpr Parameter kGetCurrentUserPeriod[] = {{"@UserID", Int}};
+
+constexpr Parameter kInsertAccount[] = {
+    {"@CreateDate", DateTime}, {"@FarsiCreateDate", Text, 10},
+    {"@AccountGroupID", Int},  {"@IsPermanent", Int},
+    {"@AccountNatureID", Int}, {"@ParentID", Int},
+    {"@Title", Text, 50},      {"@Code", Text, 20},
+    {"@IsClosed", Int},        {"@ContractID", Int},
+    {"@PositionID", Int},      {"@Notes", Text, 250},
+    {"@MaxDebit", Money},      {"@MaxCredit", Money},
+};
+
+constexpr Parameter kUpdateAccounts[] = {
+    {"@ID", Int},          {"@ParentID", Int},        {"@AccountGroupID", Int},
+    {"@IsPermanent", Int}, {"@AccountNatureID", Int}, {"@Title", Text, 100},
+    {"@Code", Text, 20},   {"@IsClosed", Int},        {"@ContractID", Int},
+    {"@PositionID", Int},  {"@Notes", Text, 250},     {"@MaxDebit", Money},
+    {"@MaxCredit", Money},
+};
+
+constexpr Parameter kInsertRelatedObject[] = {
+    {"@AccountID", Int}, {"@AccountGroupID", Int}, {"@RelatedClassID", Int}, {"@RelatedObjectID", Int}};
+
+constexpr Parameter kDeleteAccount[] = {{"@ID_1", Int}};
+
+bool fits(const Parameter& parameter, const Value& value) {
+  const Value::Variant& held = value.variant();
+  switch (parameter.type) {
+    case Int: {
+      const auto* number = std::get_if<std::int64_t>(&held);
+      return number != nullptr && *number >= std::numeric_limits<std::int32_t>::min() &&
+             *number <= std::numeric_limits<std::int32_t>::max();
+    }
+    case Money:
+      return std::holds_alternative<data::Money>(held);
+    case DateTime: {
+      const auto* time = std::get_if<data::DateTime>(&held);
+      return time != nullptr && time->valid();
+    }
+    case Text: {
+      const auto* text = std::get_if<std::string>(&held);
+      return text != nullptr && isCleanText(*text);
+    }
+  }
+  return false;
+}
+
+[[noreturn]] void refuse(DataError::Reason reason, const Procedure& procedure, const std::string& message) {
+  throw DataError(reason, 0, message, std::string(procedure.name));
+}
+
+}  // namespace
+
+namespace procedures {
+const Procedure spTarvoHasPermission{"spTarvoHasPermission", kHasPermission};
+const Procedure spAccountGetCurrentUserPeriod{"spAccountGetCurrentUserPeriod", kGetCurrentUserPeriod};
+const Procedure spAccountInsertAccount{"spAccountInsertAccount", kInsertAccount};
+const Procedure spAccountUpdateAccounts{"spAccountUpdateAccounts", kUpdateAccounts};
+const Procedure spAccountInsertRelatedObject{"spAccountInsertRelatedObject", kInsertRelatedObject};
+const Procedure spAccountDeleteAccount{"spAccountDeleteAccount", kDeleteAccount};
+}  // namespace procedures
+
+void checkArguments(const Procedure& procedure, std::span<const Value> values) {
+  if (values.size() != procedure.parameters.size()) {
+    refuse(DataError::Reason::Misuse, procedure,
+           std::string(procedure.name) + " takes " + std::to_string(procedure.parameters.size()) +
+               " values, not " + std::to_string(values.size()));
+  }
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    const Parameter& parameter = procedure.parameters[place];
+    const Value& value = values[place];
+    if (value.isNull()) continue;
+    const std::string name(parameter.name);
+    if (!fits(parameter, value)) {
+      refuse(DataError::Reason::Misuse, procedure, "مقدار " + name + " پذيرفتني نيست. آن را اصلاح کنيد.");
+    }
+    const auto* text = std::get_if<std::string>(&value.variant());
+    if (text != nullptr && characterCount(*text) > static_cast<std::size_t>(parameter.width)) {
+      refuse(DataError::Reason::TooLong, procedure,
+             "متن " + name + " از " + std::to_string(parameter.width) +
+                 " نويسه بلندتر است. آن را کوتاه کنيد و دوباره ثبت کنيد.");
+    }
+  }
+}
+
+}  // namespace ledgertree::data

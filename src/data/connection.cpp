@@ -1,0 +1,44 @@
+#include "data/connection.h"
+
+#include <utility>
+
+#include "data/characters.h"
+#include "data/connection_text.h"
+#include "data/data_error.h"
+
+namespace ledgertree::data {
+namespace {
+
+/// A provider as it may stand in a message. A value that is no plain name isn't shown: a quote in the wrong
+/// place of a connection text makes its password a part of any value.
+std::string shownName(const std::string& provider) {
+  constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_.";
+  const bool plain = provider.size() <= 40 && provider.find_first_not_of(kPlain) == std::string::npos;
+  return plain ? " «" + provider + "»" : "";
+}
+
+}  // namespace
+
+void Providers::add(std::string provider, ConnectionOpener opener) {
+  for (auto& [name, known] : openers_) {
+    if (!equalsIgnoringCase(name, provider)) continue;
+    known = std::move(opener);
+    return;
+  }
+  openers_.emplace_back(std::move(provider), std::move(opener));
+}
+
+std::unique_ptr<Connection> Providers::open(std::string_view connectionText) const {
+  const ConnectionText text(connectionText);
+  const std::string provider = text.provider();
+  std::string known;
+  for (const auto& [name, opener] : openers_) {
+    if (equalsIgnoringCase(name, provider)) return opener(text);
+    known += (known.empty() ? "" : ", ") + name;
+  }
+  throw DataError(DataError::Reason::Connection, 0,
+                  "ارائه دهنده" + shownName(provider) +
+                      " در متن اتصال شناخته نيست. يکي از اينها را بنويسيد: " + known + ".");
+}
+
+}  // namespace ledgertree::data

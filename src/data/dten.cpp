@@ -1,0 +1,144 @@
+#include "data/dten.h"
+
+#include <array>
+#include <limits>
+
+#include "data/catalogue.h"
+#include "data/data_error.h"
+
+namespace ledgertree::data {
+namespace {
+
+[[noreturn]] void misuse(const std::string& handle, const std::string& fault) {
+  throw DataError(DataError::Reason::Misuse, 0, handle + ": " + fault);
+}
+
+}  // namespace
+
+void MainConnection::ConnectionString(std::string text) {
+  connection_.reset();
+  text_ = std::move(text);
+}
+
+void MainConnection::Execute(std::string_view statement) { static_cast<void>(port().run(statement)); }
+
+Connection& MainConnection::port() {
+  if (!connection_) connection_ = providers_.open(text_);
+  return *connection_;
+}
+
+void RecordHandle::Open(std::string_view statement) {
+  if (rows_) misuse(name_, "Open on an open handle");
+  rows_ = connection_.port().run(statement);
+  row_ = 0;
+}
+
+void RecordHandle::Close() {
+  requireOpen("Close");
+  rows_.reset();
+}
+
+std::int32_t RecordHandle::RecordCount() const {
+  requireOpen("RecordCount");
+  if (rows_->count() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    misuse(name_, "more rows than a count of 32 bits tells");
+  }
+  return static_cast<std::int32_t>(rows_->count());
+}
+
+bool RecordHandle::Eof() const {
+  requireOpen("Eof");
+  return row_ >= rows_->count();
+}
+
+void RecordHandle::MoveFirst() {
+  requireOpen("MoveFirst");
+  row_ = 0;
+}
+
+void RecordHandle::MoveNext() {
+  requireOpen("MoveNext");
+  if (row_ >= rows_->count()) misuse(name_, "MoveNext past the last row");
+  ++row_;
+}
+
+Value RecordHandle::Fields(std::string_view column) const {
+  requireOpen("Fields");
+  if (row_ >= rows_->count()) misuse(name_, "Fields past the last row");
+  if (const auto place = rows_->column(column)) return rows_->value(row_, *place);
+  std::string there;
+  for (const std::string& name : rows_->columns()) there += (there.empty() ? "" : ", ") + name;
+  misuse(name_, "no column " + std::string(column) + "; there are: " + there);
+}
+
+void RecordHandle::requireOpen(std::string_view operation) const {
+  if (!rows_) misuse(name_, std::string(operation) + " on a closed handle");
+}
+
+DtEn::DtEn(const Providers& providers)
+    : cnMainData(providers),
+      rssqlAccCostCenter(cnMainData, "rssqlAccCostCenter", "select * From tblAccCostCenter"),
+      rssqlBufferQuery(cnMainData, "rssqlBufferQuery", "Select * from tblAccountClass"),
+      rssqlRetriveTree(cnMainData, "rssqlRetriveTree", "select * from tblUser"),
+      rssqlAccPeriodSpec(cnMainData, "rssqlAccPeriodSpec", "select * from tblAccountPeriod"),
+      rssqlAccountChilds(cnMainData, "rssqlAccountChilds", "Select * From tblAccountParent"),
+      rssqlAccLevelCodeLength(cnMainData, "rssqlAccLevelCodeLength",
+                              "Select CodeLength from tblAccLevelCodeLength"),
+      rssqlAccounts(cnMainData, "rssqlAccounts", "select * from tblAccount"),
+      rssqlAccGroupL(cnMainData, "rssqlAccGroupL", "select * From tblAccountGroup"),
+      rssqlAccountCoddingInfo(cnMainData, "rssqlAccountCoddingInfo",
+                              "select * From tblAccountRelatedObjects"),
+      rssqlAccountManager(cnMainData, "rssqlAccountManager", "Select * from tblAccountClass"),
+      rssqlChkChillds(cnMainData, "rssqlChkChillds", "Select * from tblAccountParent"),
+      rssqlChkTrans(cnMainData, "rssqlChkTrans", "Select * from tblAccountDocumentDetail"),
+      rssqlKelmoSystemConfig(cnMainData, "rssqlKelmoSystemConfig", "Select * From tblKelmoSystemConfig"),
+      rssqlTarvoBasePath(cnMainData, "rssqlTarvoBasePath", "Select * From tblTarvoBasePath"),
+      rssqlViewTrans(cnMainData, "rssqlViewTrans", "Select * From tblAccount"),
+      rssqlvwAccount(cnMainData, "rssqlvwAccount", "Select * From vwAccount") {}
+
+std::vector<RecordHandle*> DtEn::handles() {
+  return {&rssqlAccCostCenter,      &rssqlBufferQuery,        &rssqlRetriveTree, &rssqlAccPeriodSpec,
+          &rssqlAccountChilds,      &rssqlAccLevelCodeLength, &rssqlAccounts,    &rssqlAccGroupL,
+          &rssqlAccountCoddingInfo, &rssqlAccountManager,     &rssqlChkChillds,  &rssqlChkTrans,
+          &rssqlKelmoSystemConfig,  &rssqlTarvoBasePath,      &rssqlViewTrans,   &rssqlvwAccount};
+}
+
+std::int32_t DtEn::spTarvoHasPermission(std::int32_t userID, std::int32_t formPermissionID) {
+  const std::array<Value, 2> values{userID, formPermissionID};
+  return cnMainData.port().call(procedures::spTarvoHasPermission, values);
+}
+
+std::int32_t DtEn::spAccountGetCurrentUserPeriod(std::int32_t userID) {
+  const std::array<Value, 1> values{userID};
+  return cnMainData.port().call(procedures::spAccountGetCurrentUserPeriod, values);
+}
+
+std::int32_t DtEn::spAccountInsertAccount(const NewAccount& account) {
+  const std::array<Value, 14> values{
+      account.createDate,      account.farsiCreateDate, account.accountGroupID, account.isPermanent,
+      account.accountNatureID, account.parentID,        account.title,          account.code,
+      account.isClosed,        account.contractID,      account.positionID,     account.notes,
+      account.maxDebit,        account.maxCredit};
+  return cnMainData.port().call(procedures::spAccountInsertAccount, values);
+}
+
+std::int32_t DtEn::spAccountUpdateAccounts(const AccountUpdate& account) {
+  const std::array<Value, 13> values{
+      account.id,    account.parentID, account.accountGroupID, account.isPermanent, account.accountNatureID,
+      account.title, account.code,     account.isClosed,       account.contractID,  account.positionID,
+      account.notes, account.maxDebit, account.maxCredit};
+  return cnMainData.port().call(procedures::spAccountUpdateAccounts, values);
+}
+
+std::int32_t DtEn::spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,
+                                                std::int32_t relatedClassID, std::int32_t relatedObjectID) {
+  const std::array<Value, 4> values{accountID, accountGroupID, relatedClassID, relatedObjectID};
+  return cnMainData.port().call(procedures::spAccountInsertRelatedObject, values);
+}
+
+std::int32_t DtEn::spAccountDeleteAccount(std::int32_t id) {
+  const std::array<Value, 1> values{id};
+  return cnMainData.port().call(procedures::spAccountDeleteAccount, values);
+}
+
+}  // namespace ledgertree::data

@@ -1,0 +1,100 @@
+#include "data/rows.h"
+
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+#include "data/characters.h"
+
+namespace ledgertree::data {
+namespace {
+
+/// FNV-1a. The bit that tells the case of an ASCII letter is dropped from every byte: names that differ in
+/// more than that may share a hash, and are told apart by the comparison behind it.
+std::uint32_t nameHash(std::string_view name) {
+  std::uint32_t hash = 2166136261U;
+  for (const char letter : name) hash = (hash ^ (static_cast<unsigned char>(letter) | 0x20U)) * 16777619U;
+  return hash;
+}
+
+/// A moment in mixed radix, so that it fits the payload of a cell.
+std::int64_t packed(const DateTime& time) {
+  const std::int64_t days = (std::int64_t{time.year} * 13 + time.month) * 32 + time.day;
+  return ((days * 24 + time.hour) * 60 + time.minute) * 60 + time.second;
+}
+
+DateTime unpacked(std::int64_t moment) {
+  const auto take = [&moment](std::int64_t radix) {
+    const auto digit = static_cast<int>(moment % radix);
+    moment /= radix;
+    return digit;
+  };
+  DateTime time;
+  time.second = take(60);
+  time.minute = take(60);
+  time.hour = take(24);
+  time.day = take(32);
+  time.month = take(13);
+  time.year = static_cast<int>(moment);
+  return time;
+}
+
+}  // namespace
+
+std::optional<std::size_t> Rows::column(std::string_view name) const {
+  const std::uint32_t hash = nameHash(name);
+  for (std::size_t place = 0; place < names_.size(); ++place) {
+    if (nameHashes_[place] == hash && equalsIgnoringCase(names_[place], name)) return place;
+  }
+  return std::nullopt;
+}
+
+Value Rows::value(std::size_t row, std::size_t column) const {
+  const Cell& found = cell(row, column);
+  switch (found.kind) {
+    case Kind::Integer:
+      return found.payload.integer;
+    case Kind::Double:
+      return found.payload.real;
+    case Kind::Money:
+      return Money::fromTenThousandths(found.payload.integer);
+    case Kind::Text:
+      return text(row, column);
+    case Kind::DateTime:
+      return unpacked(found.payload.integer);
+    case Kind::Null:
+      break;
+  }
+  return Null{};
+}
+
+std::string_view Rows::text(std::size_t row, std::size_t column) const {
+  const Cell& found = cell(row, column);
+  if (found.kind != Kind::Text) return {};
+  return std::string_view(arena_).substr(static_cast<std::size_t>(found.payload.offset), found.length);
+}
+
+void Rows::addColumn(std::string name) {
+  nameHashes_.push_back(nameHash(name));
+  names_.push_back(std::move(name));
+}
+
+void Rows::addDateTime(const DateTime& time) {
+  if (!time.valid()) throw std::invalid_argument("a date that is no day of the calendar can't become a cell");
+  cells_.push_back({Kind::DateTime, 0, {.integer = packed(time)}});
+}
+
+void Rows::addText(std::string_view text) {
+  if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
+    throw std::length_error("a text of 4 GiB or more can't become a cell");
+  }
+  cells_.push_back({Kind::Text, static_cast<std::uint32_t>(text.size()), {.offset = arena_.size()}});
+  arena_.append(text);
+}
+
+void Rows::clearRows() {
+  cells_.clear();
+  arena_.clear();
+}
+
+}  // namespace ledgertree::data
