@@ -1,0 +1,69 @@
+#include "data/system_parameters.h"
+
+#include <stdexcept>
+#include <string_view>
+
+#include "data/characters.h"
+#include "data/dten.h"
+#include "data/numbers.h"
+
+namespace ledgertree::data {
+namespace {
+
+/// The first row's column of a statement; NULL where there is no row.
+Value readFirst(RecordHandle& handle, std::string_view statement, std::string_view column) {
+  handle.Source(std::string(statement));
+  const OpenRows rows(handle);
+  return rows->RecordCount() != 0 ? rows->Fields(column) : Value();
+}
+
+bool hasRow(RecordHandle& handle, std::string_view statement) {
+  handle.Source(std::string(statement));
+  const OpenRows rows(handle);
+  return rows->RecordCount() != 0;
+}
+
+/// The number that the value begins with as text, since hosts keep the column as text or as a number; 0
+/// without one.
+std::int16_t asSetting(const Value& value, std::string_view parameter) {
+  const std::string text = value.toText();
+  try {
+    return roundToInt16(leadingNumber(text));
+  } catch (const std::range_error&) {
+    throw std::range_error("مقدار پارامتر " + std::string(parameter) + " («" +
+                           std::string(leftCharacters(text, 40)) +
+                           "») در محدوده مجاز نيست. آن را در پارامترهاي سيستم اصلاح کنيد.");
+  }
+}
+
+bool isOne(const Value& value) {
+  const auto number = Money::parse(trimmed(value.toText()));
+  return number == Money::fromTenThousandths(Money::kScale);
+}
+
+}  // namespace
+
+SystemParameters readSystemParameters(DtEn& data) {
+  RecordHandle& config = data.rssqlKelmoSystemConfig;
+  SystemParameters parameters;
+  parameters.CodeIsNumeric = asSetting(
+      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 301", "Value"), "301");
+  parameters.MultiEntityMode =
+      hasRow(config, "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1");
+  parameters.EditCodeAllowed =
+      hasRow(config, "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1");
+  parameters.PositionInEntityTest = asSetting(
+      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 210", "Value"), "210");
+  parameters.CodingMode = asSetting(
+      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 307", "Value"), "307");
+
+  config.Source("Select Value From tblTarvoSystemParameters Where ID = 302");
+  if (const OpenRows rows(config); rows->RecordCount() != 0) {
+    parameters.ShowCompleteCode = isOne(rows->Fields("Value"));
+  }
+  parameters.BasePath =
+      readFirst(data.rssqlTarvoBasePath, "Select * From vwTarvoBasePath", "BasePath").toText();
+  return parameters;
+}
+
+}  // namespace ledgertree::data

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace ledgertree::data {
+
+class DtEn;
+
+/// The settings of the installation: rows of tblTarvoSystemParameters, and the row of vwTarvoBasePath. The
+/// values here are those that hold where a row is missing.
+struct SystemParameters {
+  std::int16_t CodeIsNumeric = 0;  ///< 301; 1: the code field takes digits, "." and "/" alone
+  bool MultiEntityMode = false;    ///< 311; classes and objects of an account in dialogs of their own
+  bool EditCodeAllowed = false;    ///< 319; the code of an account with movement may change
+  std::int16_t PositionInEntityTest =
+      0;                         ///< 210; 1: the test for a repeated entity compares the position too
+  std::int16_t CodingMode = 0;   ///< 307; 0: codes number per parent, 1: per level, else: none is proposed
+  bool ShowCompleteCode = true;  ///< 302; tree labels show the whole code at the start
+  std::string BasePath;  ///< the host's folder with its closing separator; empty where there is no row
+};
+
+/// Reads them through rssqlKelmoSystemConfig and rssqlTarvoBasePath, both closed again on every path. Throws
+/// DataError, and std::range_error naming the parameter for a number that doesn't fit 16 bits.
+[[nodiscard]] SystemParameters readSystemParameters(DtEn& data);
+
+}  // namespace ledgertree::data
