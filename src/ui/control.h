@@ -22,10 +22,10 @@ using Event = std::function<void(Arguments...)>;
 
 /// Anything with a name and a place on a form.
 ///
-/// What a person can do to a control is a method of its class, named in the section "A person"; each does nothing on a
-/// control that is out of reach (hidden, disabled, or in a frame that is). What a program does to it raises no event,
-/// except where a class says so. The form owns the controls as members and lists them in the order of their making, which
-/// is also the order of the Tab key.
+/// What a person can do to a control is a method of its class, named in the section "A person"; each does
+/// nothing on a control that is out of reach (hidden, disabled, or in a frame that is). What a program does
+/// to it raises no event, except where a class says so. The form owns the controls as members and lists them
+/// in the order of their making, which is also the order of the Tab key.
 class Control {
  public:
   Control(Form& form, std::string name, Bounds bounds, Frame* frame = nullptr);
@@ -58,7 +58,8 @@ class Control {
   /// Whether the focus can rest here at all (a label can't be reached by it).
   [[nodiscard]] virtual bool takesFocus() const { return true; }
   [[nodiscard]] bool hasFocus() const;
-  /// A program moves the focus. Throws std::logic_error where the control is out of reach or its form isn't shown.
+  /// A program moves the focus. Throws std::logic_error where the control is out of reach or its form isn't
+  /// shown.
   void setFocus();
 
   // A person.
@@ -88,8 +89,8 @@ class Control {
   std::string hint_;
 };
 
-/// A visible border, with or without a title, around the controls that name it as their frame; their bounds count from its
-/// corner, and they are out of reach where it is disabled.
+/// A visible border, with or without a title, around the controls that name it as their frame; their bounds
+/// count from its corner, and they are out of reach where it is disabled.
 class Frame : public Control {
  public:
   Frame(Form& form, std::string name, Bounds bounds, std::string caption = {}, Frame* frame = nullptr)

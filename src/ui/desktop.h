@@ -28,7 +28,8 @@ class DesktopError : public std::runtime_error {
   int number_;
 };
 
-/// The port to whatever draws the screens. All of it belongs to the user-interface thread, but for `whenIdle`.
+/// The port to whatever draws the screens. All of it belongs to the user-interface thread, but for
+/// `whenIdle`.
 class Desktop {
  public:
   Desktop() = default;
@@ -36,7 +37,8 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
   virtual ~Desktop() = default;
 
-  /// Shows a form modelessly, or brings it up where it is shown already. May throw DesktopError, 406 among others.
+  /// Shows a form modelessly, or brings it up where it is shown already. May throw DesktopError, 406 among
+  /// others.
   virtual void show(Form& form) = 0;
   /// Shows a form and returns when it hides or closes. A form that is shown modelessly already becomes modal.
   virtual void showModal(Form& form) = 0;
@@ -48,17 +50,20 @@ class Desktop {
   virtual void popUpMenu(Form& form, MenuEntry& menu, Twips left, Twips top) = 0;
 
   virtual void setPointer(Pointer pointer) = 0;
-  /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by focusMoved.
+  /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by
+  /// focusMoved.
   virtual void moveFocus(Control& control) = 0;
   /// Paints what changed in the middle of long work, without taking input.
   virtual void repaint(Form& form) = 0;
 
-  /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Unknown or empty: nothing happens.
+  /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Unknown or empty: nothing
+  /// happens.
   virtual void chooseKeyboardLayout(std::string_view layout) = 0;
   /// The major version of the operating system.
   [[nodiscard]] virtual int operatingSystemVersion() const = 0;
 
-  /// Runs a procedure on the user-interface thread when it has nothing else to do. May be called from any thread.
+  /// Runs a procedure on the user-interface thread when it has nothing else to do. May be called from any
+  /// thread.
   virtual void whenIdle(std::function<void()> procedure) = 0;
 };
 

@@ -20,7 +20,8 @@ class Tree;
 struct TreeChange;
 enum class Change;
 
-/// What a form stands on: the desktop that shows it, and what happens with a failure that no event procedure caught.
+/// What a form stands on: the desktop that shows it, and what happens with a failure that no event procedure
+/// caught.
 struct Surroundings {
   Desktop& desktop;
   std::function<void(const std::exception&)> onFailure;
@@ -38,13 +39,14 @@ class FormObserver {
   virtual void timerChanged(Timer& timer) = 0;
 };
 
-/// A screen. A form of the product derives from it and has its controls as public members under their own names.
+/// A screen. A form of the product derives from it and has its controls as public members under their own
+/// names.
 ///
 /// The border of failures stands here: `call` runs an event procedure and hands what it throws to
 /// Surroundings::onFailure, so that a form goes on after a failure, with a window or without one.
 ///
-/// A form may close itself, or be destroyed by its owner, in the middle of an event procedure: what a person does runs
-/// inside an `Act`, and a close takes effect when the outermost act of the form has returned.
+/// A form may close itself, or be destroyed by its owner, in the middle of an event procedure: what a person
+/// does runs inside an `Act`, and a close takes effect when the outermost act of the form has returned.
 class Form {
  public:
   Form(Surroundings surroundings, std::string name, std::string caption, Size designSize);
@@ -88,7 +90,8 @@ class Form {
   [[nodiscard]] bool isShown() const { return shown_; }
   /// Takes the form off the screen and ends its modal showing. It stays loaded.
   void hide();
-  /// Ends the form when the event procedures that run now have returned: unload(), then onClosed. Closing twice is closing.
+  /// Ends the form when the event procedures that run now have returned: unload(), then onClosed. Closing
+  /// twice is closing.
   void close();
 
   // The desktop.

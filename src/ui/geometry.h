@@ -11,7 +11,8 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-/// A place inside the form, or inside the frame that holds the control. Left is left also on a right-to-left screen.
+/// A place inside the form, or inside the frame that holds the control. Left is left also on a right-to-left
+/// screen.
 struct Bounds {
   Twips left = 0;
   Twips top = 0;

@@ -35,7 +35,8 @@ class ItemsControl : public Control {
   [[nodiscard]] std::string selectedText() const;
 
   // A person.
-  /// Selects a line and raises onSelect, also where it is selected already. Nothing where there is no such line.
+  /// Selects a line and raises onSelect, also where it is selected already. Nothing where there is no such
+  /// line.
   void choose(int index);
   /// Up, Down, Home and End choose.
   void press(Key key);

@@ -7,8 +7,9 @@ namespace ledgertree::ui {
 
 std::string KeyChord::text() const {
   static constexpr std::array<std::string_view, 27> kNames = {
-      "",     "Enter", "Esc", "Tab",  "Backspace", "Del", "Left", "Right", "Up", "Down", "Home", "End", "PgUp", "PgDown",
-      "Space", "F1",   "F2",  "F3",   "F4",        "F5",  "F6",   "F7",    "F8", "F9",   "F10",  "F11", "F12"};
+      "",     "Enter", "Esc", "Tab",  "Backspace", "Del",   "Left", "Right", "Up",
+      "Down", "Home",  "End", "PgUp", "PgDown",    "Space", "F1",   "F2",    "F3",
+      "F4",   "F5",    "F6",  "F7",   "F8",        "F9",    "F10",  "F11",   "F12"};
   std::string text;
   if (ctrl) text += "Ctrl+";
   if (alt) text += "Alt+";

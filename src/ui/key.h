@@ -6,8 +6,33 @@ namespace ledgertree::ui {
 
 /// The keys that mean something besides a character.
 enum class Key {
-  None, Enter, Escape, Tab, Backspace, Delete, Left, Right, Up, Down, Home, End, PageUp, PageDown, Space,
-  F1, F2, F3, F4, F5, F6, F7, F8, F9, F10, F11, F12,
+  None,
+  Enter,
+  Escape,
+  Tab,
+  Backspace,
+  Delete,
+  Left,
+  Right,
+  Up,
+  Down,
+  Home,
+  End,
+  PageUp,
+  PageDown,
+  Space,
+  F1,
+  F2,
+  F3,
+  F4,
+  F5,
+  F6,
+  F7,
+  F8,
+  F9,
+  F10,
+  F11,
+  F12,
 };
 
 /// The numbers under which the event procedures know keys.

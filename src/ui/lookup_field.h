@@ -19,8 +19,9 @@ struct LookupRow {
 
 /// The face of a selector and of an account picker: a line to type in, and below it a list of the rows found.
 ///
-/// This class holds what the screen shows and turns keys into the few wishes below, which its two kinds fulfil (see
-/// shell/selector.h and shell/account_picker.h). The list never holds a whole view, only the rows read so far.
+/// This class holds what the screen shows and turns keys into the few wishes below, which its two kinds
+/// fulfil (see shell/selector.h and shell/account_picker.h). The list never holds a whole view, only the rows
+/// read so far.
 class LookupField : public Control {
  public:
   using Control::Control;
@@ -40,8 +41,9 @@ class LookupField : public Control {
   // A person. Each does nothing while the field isn't active.
   /// Types at the end of the line, character by character, after deleting the text of a row held.
   void type(std::string_view text);
-  /// Down, Up, PageUp, PageDown, Home, End in the list; Down and F4 open it; Enter picks; Escape closes it and puts the
-  /// held row's text back; Delete empties the field (or, while typing, is a key of the line); Backspace edits.
+  /// Down, Up, PageUp, PageDown, Home, End in the list; Down and F4 open it; Enter picks; Escape closes it
+  /// and puts the held row's text back; Delete empties the field (or, while typing, is a key of the line);
+  /// Backspace edits.
   void press(Key key);
   void openList();
   void closeList();

@@ -48,8 +48,10 @@ class TextField : public Control {
   /// The whole text replaced at once, as by a paste: no key filter.
   void paste(std::string_view text);
 
-  // The renderer, which has an editor of its own, in the order of a key: filter, edited (where the text changed), keyUp.
-  /// The character that the key puts in, after the digits' rule and the filter of the form; 0 where it is dropped.
+  // The renderer, which has an editor of its own, in the order of a key: filter, edited (where the text
+  // changed), keyUp.
+  /// The character that the key puts in, after the digits' rule and the filter of the form; 0 where it is
+  /// dropped.
   [[nodiscard]] char32_t filter(char32_t character);
   void edited(std::string text, std::size_t caret);
   void keyUp();

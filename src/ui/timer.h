@@ -8,7 +8,8 @@
 
 namespace ledgertree::ui {
 
-/// Ticks between events while its form is shown. A tick that comes while an event procedure of the form runs is dropped.
+/// Ticks between events while its form is shown. A tick that comes while an event procedure of the form runs
+/// is dropped.
 class Timer {
  public:
   Timer(Form& form, std::string name, std::chrono::milliseconds interval)

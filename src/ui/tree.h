@@ -18,15 +18,15 @@ inline constexpr NodeId kNoNode = 0xFFFFFFFF;
 
 struct TreeChange {
   enum class Kind {
-    Cleared,           ///< there is no node any more
-    ChildrenAdded,     ///< `count` nodes under `node` (kNoNode: at the top), from place `first` on
-    AboutToRemove,     ///< `node` and all below it go next: the one change that is told ahead
-    Removed,           ///< a child of `node` that stood at place `first` went, with all below it
-    NodeChanged,       ///< text, image, tag or check of `node`
-    Expanded,          ///< `node` is open
-    Collapsed,         ///< `node` is closed
-    EnsureVisible,     ///< scroll `node` into view
-    Selected,          ///< the selection went to `node` (kNoNode: to none)
+    Cleared,        ///< there is no node any more
+    ChildrenAdded,  ///< `count` nodes under `node` (kNoNode: at the top), from place `first` on
+    AboutToRemove,  ///< `node` and all below it go next: the one change that is told ahead
+    Removed,        ///< a child of `node` that stood at place `first` went, with all below it
+    NodeChanged,    ///< text, image, tag or check of `node`
+    Expanded,       ///< `node` is open
+    Collapsed,      ///< `node` is closed
+    EnsureVisible,  ///< scroll `node` into view
+    Selected,       ///< the selection went to `node` (kNoNode: to none)
   };
   Kind kind;
   NodeId node = kNoNode;
@@ -40,8 +40,8 @@ class Tree : public Control {
   using Control::Control;
 
   // Nodes.
-  /// Adds a node as the last child of `parent` (kNoNode: at the top). A key that stands in the tree already throws
-  /// std::invalid_argument; an empty key is no key.
+  /// Adds a node as the last child of `parent` (kNoNode: at the top). A key that stands in the tree already
+  /// throws std::invalid_argument; an empty key is no key.
   NodeId add(NodeId parent, std::string key, std::string text, int image = 0);
   /// Removes a node and all below it.
   void remove(NodeId node);
@@ -75,8 +75,8 @@ class Tree : public Control {
   [[nodiscard]] bool checkBoxes() const { return checkBoxes_; }
   void setCheckBoxes(bool checkBoxes) { checkBoxes_ = checkBoxes; }
 
-  /// While one stands, added nodes are told in as few changes as there are parents that were there before: a level of
-  /// 100,000 children is one change.
+  /// While one stands, added nodes are told in as few changes as there are parents that were there before: a
+  /// level of 100,000 children is one change.
   class Batch {
    public:
     explicit Batch(Tree& tree);
@@ -96,8 +96,8 @@ class Tree : public Control {
   void click(NodeId node);
   /// Turns the check box of a node over and raises onNodeCheck.
   void tick(NodeId node);
-  /// Up, Down, Home, End move the selection without a click; Right and Left close and open, as the tree grows to the left;
-  /// Enter clicks; Space ticks where there are check boxes, else clicks.
+  /// Up, Down, Home, End move the selection without a click; Right and Left close and open, as the tree grows
+  /// to the left; Enter clicks; Space ticks where there are check boxes, else clicks.
   void press(Key key);
 
   Event<NodeId> onExpand;
@@ -122,7 +122,9 @@ class Tree : public Control {
   [[nodiscard]] const Node& at(NodeId node) const;
   [[nodiscard]] Node& at(NodeId node) { return const_cast<Node&>(std::as_const(*this).at(node)); }
   [[nodiscard]] bool has(NodeId node) const { return node < nodes_.size() && nodes_[node].used; }
-  [[nodiscard]] std::vector<NodeId>& siblings(NodeId parent) { return parent == kNoNode ? roots_ : at(parent).children; }
+  [[nodiscard]] std::vector<NodeId>& siblings(NodeId parent) {
+    return parent == kNoNode ? roots_ : at(parent).children;
+  }
   [[nodiscard]] std::vector<NodeId> visibleNodes() const;
   void release(NodeId node);
   void tell(TreeChange::Kind kind, NodeId node, std::size_t first = 0, std::size_t count = 0);

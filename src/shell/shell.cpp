@@ -1,0 +1,69 @@
+#include "shell/shell.h"
+
+#include <ctime>
+
+#include "data/permissions.h"
+
+namespace ledgertree::shell {
+
+namespace {
+
+data::DateTime localNow() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+#ifdef _WIN32
+  localtime_s(&local, &now);
+#else
+  localtime_r(&now, &local);
+#endif
+  return {.year = local.tm_year + 1900,
+          .month = local.tm_mon + 1,
+          .day = local.tm_mday,
+          .hour = local.tm_hour,
+          .minute = local.tm_min,
+          .second = local.tm_sec};
+}
+
+}  // namespace
+
+Shell::Shell(ui::Desktop& desktop) : clock(localNow), desktop_(desktop) {}
+
+Shell::~Shell() = default;
+
+ui::Surroundings Shell::surroundings() {
+  return {.desktop = desktop_,
+          .onFailure = [this](const std::exception& failure) { reportFailure(failure); }};
+}
+
+std::shared_ptr<data::DtEn> Shell::dtEn() {
+  if (!dtEn_) dtEn_ = std::make_shared<data::DtEn>(providers);
+  return dtEn_;
+}
+
+void Shell::resetDataConnection() {
+  dropDtEn();
+  dtEn()->cnMainData.ConnectionString(context.gConnectionString);
+}
+
+bool Shell::hasAccountMovement(std::int32_t accountID) {
+  const auto gateway = dtEn();
+  const data::OpenRows lines(
+      gateway->rssqlBufferQuery,
+      "Select top 1 * from tblAccountDocumentDetail Where AccountID = " + std::to_string(accountID));
+  return lines->RecordCount() != 0;
+}
+
+bool Shell::permits(data::Permission permission, std::string_view title) {
+  const auto gateway = dtEn();
+  if (data::isPermitted(*gateway, context.gUserID, permission)) return true;
+  showErrorNotice(title, data::kPermissionRefused);
+  return false;
+}
+
+void Shell::chooseKeyboardLayout() {
+  const int version = desktop_.operatingSystemVersion();
+  if (version == 4) context.gKeyboardLayout = "00000401";
+  if (version == 5) context.gKeyboardLayout = "00000429";
+}
+
+}  // namespace ledgertree::shell

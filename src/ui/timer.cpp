@@ -1,0 +1,11 @@
+#include "ui/timer.h"
+
+namespace ledgertree::ui {
+
+void Timer::tick() {
+  if (!onTick || form_.inAct()) return;
+  const auto procedure = onTick;
+  form_.call(procedure);
+}
+
+}  // namespace ledgertree::ui

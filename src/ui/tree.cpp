@@ -1,0 +1,203 @@
+#include "ui/tree.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "ui/control_visitor.h"
+
+namespace ledgertree::ui {
+
+const Tree::Node& Tree::at(NodeId node) const {
+  if (!has(node)) throw std::out_of_range("the tree " + name() + " has no such node");
+  return nodes_[node];
+}
+
+void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size_t count) {
+  form().notify(*this, TreeChange{.kind = kind, .node = node, .first = first, .count = count});
+}
+
+NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
+  if (parent != kNoNode && !has(parent))
+    throw std::out_of_range("the tree " + name() + " has no such parent");
+  if (!key.empty() && keys_.contains(key))
+    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
+  NodeId node = 0;
+  if (free_.empty()) {
+    node = static_cast<NodeId>(nodes_.size());
+    nodes_.emplace_back();
+  } else {
+    node = free_.back();
+    free_.pop_back();
+  }
+  Node& made = nodes_[node];
+  made.key = std::move(key);
+  made.text = std::move(text);
+  made.parent = parent;
+  made.image = image;
+  made.used = true;
+  auto& places = siblings(parent);
+  made.place = places.size();
+  places.push_back(node);
+  if (!made.key.empty()) keys_.emplace(made.key, node);
+  ++count_;
+  tellAdded(parent, made.place);
+  return node;
+}
+
+void Tree::tellAdded(NodeId parent, std::size_t place) {
+  if (batches_ == 0) {
+    tell(TreeChange::Kind::ChildrenAdded, parent, place, 1);
+    return;
+  }
+  const NodeId node = siblings(parent)[place];
+  if (addedInBatch_.size() <= node) addedInBatch_.resize(node + std::size_t{1});
+  addedInBatch_[node] = true;
+  // Children of a node that nobody was told of yet come along with it.
+  if (parent != kNoNode && parent < addedInBatch_.size() && addedInBatch_[parent]) return;
+  if (!additions_.empty() && additions_.back().parent == parent) {
+    ++additions_.back().count;
+  } else {
+    additions_.push_back({parent, place, 1});
+  }
+}
+
+void Tree::endBatch() {
+  if (--batches_ > 0) return;
+  const auto additions = std::move(additions_);
+  additions_.clear();
+  addedInBatch_.clear();
+  for (const Addition& addition : additions)
+    tell(TreeChange::Kind::ChildrenAdded, addition.parent, addition.first, addition.count);
+}
+
+Tree::Batch::Batch(Tree& tree) : tree_(tree) { ++tree_.batches_; }
+Tree::Batch::~Batch() { tree_.endBatch(); }
+
+void Tree::remove(NodeId node) {
+  const NodeId parent = at(node).parent;
+  const std::size_t place = at(node).place;
+  tell(TreeChange::Kind::AboutToRemove, node);
+  auto& places = siblings(parent);
+  places.erase(places.begin() + static_cast<std::ptrdiff_t>(place));
+  for (std::size_t i = place; i < places.size(); ++i) nodes_[places[i]].place = i;
+  release(node);
+  tell(TreeChange::Kind::Removed, parent, place, 1);
+}
+
+void Tree::release(NodeId top) {
+  std::vector<NodeId> waiting{top};
+  while (!waiting.empty()) {
+    const NodeId node = waiting.back();
+    waiting.pop_back();
+    Node& gone = nodes_[node];
+    waiting.insert(waiting.end(), gone.children.begin(), gone.children.end());
+    if (!gone.key.empty()) keys_.erase(gone.key);
+    if (selected_ == node) selected_ = kNoNode;
+    gone = Node{};
+    free_.push_back(node);
+    --count_;
+  }
+}
+
+void Tree::clear() {
+  keys_.clear();
+  nodes_.clear();
+  free_.clear();
+  roots_.clear();
+  count_ = 0;
+  selected_ = kNoNode;
+  additions_.clear();
+  addedInBatch_.clear();
+  tell(TreeChange::Kind::Cleared, kNoNode);
+}
+
+NodeId Tree::find(std::string_view key) const {
+  const auto found = keys_.find(key);
+  return found == keys_.end() ? kNoNode : found->second;
+}
+
+void Tree::setImage(NodeId node, int image) {
+  at(node).image = image;
+  tell(TreeChange::Kind::NodeChanged, node);
+}
+
+void Tree::setTag(NodeId node, std::string tag) { at(node).tag = std::move(tag); }
+
+void Tree::setChecked(NodeId node, bool checked) {
+  if (at(node).checked == checked) return;
+  at(node).checked = checked;
+  tell(TreeChange::Kind::NodeChanged, node);
+}
+
+void Tree::setExpanded(NodeId node, bool expanded) {
+  if (at(node).expanded == expanded) return;
+  at(node).expanded = expanded;
+  tell(expanded ? TreeChange::Kind::Expanded : TreeChange::Kind::Collapsed, node);
+}
+
+void Tree::ensureVisible(NodeId node) {
+  for (NodeId above = at(node).parent; above != kNoNode; above = at(above).parent) setExpanded(above, true);
+  tell(TreeChange::Kind::EnsureVisible, node);
+}
+
+void Tree::select(NodeId node) {
+  selected_ = node;
+  tell(TreeChange::Kind::Selected, node);
+}
+
+void Tree::expand(NodeId node) {
+  if (!withinReach() || !has(node) || at(node).children.empty() || at(node).expanded) return;
+  const Form::Act act(form());
+  raise(onExpand, node);
+  if (act.formStands() && has(node)) setExpanded(node, true);
+}
+
+void Tree::collapse(NodeId node) {
+  if (withinReach() && has(node)) setExpanded(node, false);
+}
+
+void Tree::click(NodeId node) {
+  if (!withinReach() || !has(node)) return;
+  select(node);
+  raise(onNodeClick, node);
+}
+
+void Tree::tick(NodeId node) {
+  if (!withinReach() || !checkBoxes_ || !has(node)) return;
+  setChecked(node, !at(node).checked);
+  raise(onNodeCheck, node);
+}
+
+std::vector<NodeId> Tree::visibleNodes() const {
+  std::vector<NodeId> visible;
+  std::vector<NodeId> waiting(roots_.rbegin(), roots_.rend());
+  while (!waiting.empty()) {
+    const NodeId node = waiting.back();
+    waiting.pop_back();
+    visible.push_back(node);
+    const auto& children = at(node).children;
+    if (at(node).expanded) waiting.insert(waiting.end(), children.rbegin(), children.rend());
+  }
+  return visible;
+}
+
+void Tree::press(Key key) {
+  if (!withinReach() || roots_.empty()) return;
+  if (selected_ == kNoNode) return select(roots_.front());
+  if (key == Key::Left) return expand(selected_);
+  if (key == Key::Right) return collapse(selected_);
+  if (key == Key::Enter || (key == Key::Space && !checkBoxes_)) return click(selected_);
+  if (key == Key::Space) return tick(selected_);
+  if (key != Key::Up && key != Key::Down && key != Key::Home && key != Key::End) return;
+  const auto visible = visibleNodes();
+  auto place = std::find(visible.begin(), visible.end(), selected_);
+  if (key == Key::Home || place == visible.end()) place = visible.begin();
+  if (key == Key::End) place = visible.end() - 1;
+  if (key == Key::Up && place != visible.begin()) --place;
+  if (key == Key::Down && place + 1 != visible.end()) ++place;
+  select(*place);
+}
+
+void Tree::accept(ControlVisitor& visitor) { visitor.visit(*this); }
+
+}  // namespace ledgertree::ui
