@@ -53,10 +53,10 @@ bool Shell::hasAccountMovement(std::int32_t accountID) {
   return lines->RecordCount() != 0;
 }
 
-bool Shell::permits(data::Permission permission, std::string_view title) {
+bool Shell::permits(data::Permission permission) {
   const auto gateway = dtEn();
   if (data::isPermitted(*gateway, context.gUserID, permission)) return true;
-  showErrorNotice(title, data::kPermissionRefused);
+  showErrorNotice(data::refusalTitle(permission), data::kNotPermitted);
   return false;
 }
 

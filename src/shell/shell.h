@@ -68,9 +68,9 @@ class Shell {
 
   /// Whether an account has at least one line in tblAccountDocumentDetail. Throws data::DataError.
   [[nodiscard]] bool hasAccountMovement(std::int32_t accountID);
-  /// Asks for a permission of gUserID; a refusal is told under `title`. Throws data::DataError, and then the
+  /// Asks for a permission of gUserID; a refusal is told. Throws data::DataError, and then the
   /// guarded operation must not run.
-  [[nodiscard]] bool permits(data::Permission permission, std::string_view title = kTitleError);
+  [[nodiscard]] bool permits(data::Permission permission);
 
   /// The layout that the fields of a form switch to, from the version of the operating system; a form's load
   /// runs it.
