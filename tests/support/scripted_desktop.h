@@ -1,0 +1,75 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "ui/desktop.h"
+#include "ui/form.h"
+
+namespace ledgertree::testing {
+
+/// A desktop without a screen. It is told beforehand what the person does in each modal form, and remembers
+/// what the product asked of it.
+class ScriptedDesktop : public ui::Desktop {
+ public:
+  using Person = std::function<void(ui::Form&)>;
+
+  /// What the person does in the next modal form of that name. A form that is still up afterwards is closed
+  /// by its frame.
+  void inModal(std::string formName, Person person);
+  /// The modal forms that came up without a script, and the scripts that no form came up for: both are empty
+  /// after a story that went as told.
+  [[nodiscard]] std::vector<std::string> surprises() const;
+
+  /// Time passes: every timer of the shown forms ticks once, and what waits for idleness runs.
+  void tick();
+  /// Runs what waits for idleness, until nothing does.
+  void settle();
+
+  // ui::Desktop
+  void show(ui::Form& form) override;
+  void showModal(ui::Form& form) override;
+  void close(ui::Form& form) override;
+  void hide(ui::Form& form) override;
+  void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
+  void setPointer(ui::Pointer pointer) override;
+  void moveFocus(ui::Control& control) override;
+  void repaint(ui::Form& form) override;
+  void chooseKeyboardLayout(std::string_view layout) override { layouts.emplace_back(layout); }
+  [[nodiscard]] int operatingSystemVersion() const override { return version; }
+  void whenIdle(std::function<void()> procedure) override;
+
+  /// The number of the error with which `show` refuses; 0 shows.
+  int refusal = 0;
+  int version = 5;
+  ui::Pointer pointer = ui::Pointer::Default;
+  int hourglasses = 0;
+  int repaints = 0;
+  std::vector<std::string> layouts;
+  /// The names of the forms in the order in which they were shown, modal ones with "!" behind.
+  std::vector<std::string> showings;
+  ui::MenuEntry* poppedUp = nullptr;
+  ui::Twips poppedUpLeft = 0;
+  ui::Twips poppedUpTop = 0;
+  std::vector<ui::Form*> shownForms;
+  /// Runs in each repaint, as a host does that calls in the middle of long work.
+  std::function<void()> onRepaint;
+
+ private:
+  void bringUp(ui::Form& form);
+  void takeOff(ui::Form& form);
+
+  struct Script {
+    std::string form;
+    Person person;
+  };
+  std::deque<Script> scripts_;
+  std::vector<std::string> unscripted_;
+  std::mutex idleLock_;
+  std::deque<std::function<void()>> idle_;
+};
+
+}  // namespace ledgertree::testing

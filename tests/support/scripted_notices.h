@@ -1,0 +1,45 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "shell/outside_components.h"
+
+namespace ledgertree::testing {
+
+/// A notice as the person read it.
+struct Notice {
+  std::string title;
+  std::string message;
+  bool question = false;
+  bool operator==(const Notice&) const = default;
+};
+
+/// Stands for the notice component: keeps every notice, and answers questions as told beforehand.
+class ScriptedNotices {
+ public:
+  explicit ScriptedNotices(shell::OutsideComponents& components);
+
+  /// The answers of the next questions: 1 yes, 0 no, anything else none. A question without one is answered
+  /// no.
+  void answer(int answer) { answers_.push_back(answer); }
+  /// The notices since the last call.
+  std::vector<Notice> take();
+  /// The title and message of the one notice since the last call, "title|message"; "" for none, and a list of
+  /// all where there were several.
+  std::string taken();
+
+  /// Every member that was used, in order: "set FormTitle", "call ClearShow", "get Resualt".
+  std::vector<std::string> members;
+  /// Runs while a notice is up.
+  std::function<void(const Notice&)> onShow;
+
+ private:
+  friend class ScriptedNotice;
+  std::vector<Notice> notices_;
+  std::deque<int> answers_;
+};
+
+}  // namespace ledgertree::testing
