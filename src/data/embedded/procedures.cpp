@@ -1,0 +1,203 @@
+#include "data/embedded/procedures.h"
+
+#include <sqlite3.h>
+
+#include <string>
+#include <variant>
+
+#include "data/characters.h"
+#include "data/data_error.h"
+
+namespace ledgertree::data::embedded {
+namespace {
+
+// The parameters ?1, ?2, … of a statement are those of its procedure, in their order.
+
+constexpr const char* kPermission =
+    "select 1 from tblUserPermission where UserID = ?1 and FormPermissionID = ?2";
+
+constexpr const char* kUserPeriod = "select PeriodID from tblUser where ID = ?1";
+
+// The test for an existing code stands in the statement that writes, so that nothing comes between the two.
+// Blanks at the end of a code don't count: the codes that differ by them alone lie in one short range of the
+// index.
+constexpr const char* kInsertAccount =
+    "insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID, "
+    "Title, Code,"
+    " IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit, NoLevel)"
+    " select ?1, ?2, case when ?3 > 0 then ?3 end, ?4, ?5, case when ?6 > 0 then ?6 end, ?7, ?8, ?9, ?10, "
+    "?11, ?12,"
+    " ?13, ?14, 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0)"
+    " where not exists (select 1 from tblAccount a"
+    "  where a.Code >= rtrim(?8) and a.Code <= rtrim(?8) || '                    '"
+    "  and rtrim(a.Code) = rtrim(?8) collate nocase)";
+
+constexpr const char* kUpdateAccount =
+    "update tblAccount set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end,"
+    " IsPermanent = ?4, AccountNatureID = ?5, Title = ?6, Code = ?7, IsClosed = ?8, BranchID = ?9, "
+    "PositionID = ?10,"
+    " Notes = ?11, MaxDebit = ?12, MaxCredit = ?13"
+    " where ID = ?1 and not exists (select 1 from tblAccount a"
+    "  where a.Code >= rtrim(?7) and a.Code <= rtrim(?7) || '                    '"
+    "  and rtrim(a.Code) = rtrim(?7) collate nocase and a.ID <> ?1)";
+
+constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
+
+constexpr const char* kDeleteRelations = "delete from tblAccountRelatedObjects where AccountID = ?1";
+
+// A trigger turns the marks for no group, class and object into null.
+constexpr const char* kInsertRelation =
+    "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+    " values (?1, case when ?2 > 0 then ?2 end, case when ?3 > 0 then ?3 end, nullif(?4, -1))";
+
+constexpr const char* kDeleteAccount = "delete from tblAccount where ID = ?1";
+
+constexpr const char* kBegin = "savepoint procedure";
+constexpr const char* kEnd = "release procedure";
+constexpr const char* kUndo = "rollback to procedure";
+
+void bind(SQLite::Statement& statement, int place, const Value& value) {
+  const Value::Variant& held = value.variant();
+  if (const auto* number = std::get_if<std::int64_t>(&held)) {
+    statement.bind(place, *number);
+  } else if (const auto* amount = std::get_if<Money>(&held)) {
+    statement.bind(place, amount->tenThousandths());
+  } else if (const auto* text = std::get_if<std::string>(&held)) {
+    statement.bindNoCopy(place, *text);
+  } else if (const auto* time = std::get_if<DateTime>(&held)) {
+    statement.bind(place, time->toIso());
+  } else if (const auto* real = std::get_if<double>(&held)) {
+    statement.bind(place, *real);
+  } else {
+    statement.bind(place);
+  }
+}
+
+/// Makes a prepared statement ready for its next use, on every path out of a block.
+class Use {
+ public:
+  Use(SQLite::Statement& statement, std::span<const Value> values) : statement_(statement) {
+    for (std::size_t place = 0; place < values.size(); ++place) {
+      bind(statement, static_cast<int>(place) + 1, values[place]);
+    }
+  }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+  ~Use() {
+    statement_.tryReset();
+    statement_.clearBindings();
+  }
+
+ private:
+  SQLite::Statement& statement_;
+};
+
+[[noreturn]] void refuseMissing(const char* message, const char* procedure) {
+  throw DataError(DataError::Reason::Constraint, SQLITE_CONSTRAINT_FOREIGNKEY, message, procedure);
+}
+
+constexpr const char* kParentIsGone =
+    "حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.";
+constexpr const char* kAccountIsGone =
+    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
+
+}  // namespace
+
+std::int32_t ProcedureRunner::call(const Procedure& procedure, std::span<const Value> values) {
+  struct Body {
+    const Procedure& procedure;
+    std::int32_t (ProcedureRunner::*run)(Values);
+  };
+  static const Body bodies[] = {
+      {procedures::spTarvoHasPermission, &ProcedureRunner::hasPermission},
+      {procedures::spAccountGetCurrentUserPeriod, &ProcedureRunner::currentUserPeriod},
+      {procedures::spAccountInsertAccount, &ProcedureRunner::insertAccount},
+      {procedures::spAccountUpdateAccounts, &ProcedureRunner::updateAccount},
+      {procedures::spAccountInsertRelatedObject, &ProcedureRunner::insertRelatedObject},
+      {procedures::spAccountDeleteAccount, &ProcedureRunner::deleteAccount},
+  };
+  for (const Body& body : bodies) {
+    if (equalsIgnoringCase(body.procedure.name, procedure.name)) return (this->*body.run)(values);
+  }
+  throw DataError(DataError::Reason::Misuse, 0, "There is no procedure " + std::string(procedure.name) + ".",
+                  std::string(procedure.name));
+}
+
+std::int32_t ProcedureRunner::hasPermission(Values values) { return look(kPermission, values, 0); }
+
+std::int32_t ProcedureRunner::currentUserPeriod(Values values) { return look(kUserPeriod, values, 0); }
+
+std::int32_t ProcedureRunner::insertAccount(Values values) {
+  try {
+    if (change(kInsertAccount, values) == 0) return 0;
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kParentIsGone, "spAccountInsertAccount");
+  }
+  return static_cast<std::int32_t>(database_.getLastInsertRowid());
+}
+
+std::int32_t ProcedureRunner::updateAccount(Values values) {
+  try {
+    if (change(kUpdateAccount, values) != 0) return 1;
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
+  }
+  // A code that exists is the only reason for a 0.
+  if (look(kAccountExists, values.first(1), 0) == 0) refuseMissing(kAccountIsGone, "spAccountUpdateAccounts");
+  return 0;
+}
+
+std::int32_t ProcedureRunner::insertRelatedObject(Values values) {
+  change(kBegin, {});
+  try {
+    change(kDeleteRelations, values.first(1));
+    change(kInsertRelation, values);
+    change(kEnd, {});
+  } catch (const SQLite::Exception& failure) {
+    for (const char* statement : {kUndo, kEnd}) {
+      prepared(statement).tryExecuteStep();
+      prepared(statement).tryReset();
+    }
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kAccountIsGone, "spAccountInsertRelatedObject");
+  }
+  return 1;
+}
+
+std::int32_t ProcedureRunner::deleteAccount(Values values) {
+  try {
+    change(kDeleteAccount, values);
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getErrorCode() != SQLITE_CONSTRAINT) throw;
+    return 0;
+  }
+  return 1;  // also for an account that another program deleted first
+}
+
+SQLite::Statement& ProcedureRunner::prepared(const char* statement) {
+  const auto found = statements_.find(statement);
+  if (found != statements_.end()) return found->second;
+  return statements_.emplace(statement, SQLite::Statement(database_, statement)).first->second;
+}
+
+int ProcedureRunner::change(const char* statement, Values values) {
+  SQLite::Statement& query = prepared(statement);
+  const Use use(query, values);
+  return query.exec();
+}
+
+std::int32_t ProcedureRunner::look(const char* statement, Values values, std::int32_t otherwise) {
+  SQLite::Statement& query = prepared(statement);
+  const Use use(query, values);
+  if (!query.executeStep() || query.getColumn(0).isNull()) return otherwise;
+  return query.getColumn(0).getInt();
+}
+
+std::int32_t callProcedure(SQLite::Database& database, const Procedure& procedure,
+                           std::span<const Value> values) {
+  return ProcedureRunner(database).call(procedure, values);
+}
+
+}  // namespace ledgertree::data::embedded
