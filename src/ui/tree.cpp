@@ -147,9 +147,8 @@ void Tree::select(NodeId node) {
 
 void Tree::expand(NodeId node) {
   if (!withinReach() || !has(node) || at(node).children.empty() || at(node).expanded) return;
-  const Form::Act act(form());
+  setExpanded(node, true);
   raise(onExpand, node);
-  if (act.formStands() && has(node)) setExpanded(node, true);
 }
 
 void Tree::collapse(NodeId node) {

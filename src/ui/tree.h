@@ -89,7 +89,7 @@ class Tree : public Control {
   };
 
   // A person.
-  /// Opens a node that has children: onExpand first, so that its children can be read, then the node is open.
+  /// Opens a node that has children, then raises onExpand, whose procedure may read them or close the node again.
   void expand(NodeId node);
   void collapse(NodeId node);
   /// Selects a node and raises onNodeClick.

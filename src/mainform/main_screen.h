@@ -1,0 +1,135 @@
+#pragma once
+
+#include <cstdint>
+
+#include "data/system_parameters.h"
+#include "shell/account_picker.h"
+#include "shell/date_field.h"
+#include "shell/selector.h"
+#include "shell/shell.h"
+#include "ui/buttons.h"
+#include "ui/control.h"
+#include "ui/form.h"
+#include "ui/menu.h"
+#include "ui/text_field.h"
+#include "ui/timer.h"
+#include "ui/tree.h"
+
+namespace ledgertree::mainform {
+
+/// What the screen is doing with the account on it.
+enum class FormMode : std::int16_t {
+  ModeView = 0,  ///< an account is on the screen, read-only
+  ModeEdit = 1,  ///< the account on the screen is being changed
+  ModeNew = 2,   ///< a new account is being typed
+  ModeIdle = 3,  ///< nothing is on the screen
+};
+
+/// The one working screen: its controls at their design bounds, its menu, and the few fields that the
+/// commands share. It has no behaviour of its own; the tree, the record and the commands are given it and
+/// listen to its controls.
+class MainScreen : public ui::Form {
+ public:
+  explicit MainScreen(shell::Shell& shell);
+
+  // What the load reads once.
+  data::SystemParameters settings;
+
+  // What follows the record.
+  FormMode formMode = FormMode::ModeIdle;
+  std::int16_t NatureValue = 0;     ///< 0 debit, 1 credit, 2 both
+  std::int16_t PermanentValue = 0;  ///< 0 temporary, 1 permanent
+  std::int16_t ClosedValue = 0;     ///< 0 open, 1 closed
+  std::int16_t BranchValue = 0;
+  std::int16_t PositionValue = 0;
+  std::int16_t GroupValue = -1;
+  std::int16_t EntityTypeValue = -1;
+  /// The parent of the last new account at the moment of its save; 0 before the first.
+  std::int32_t LastNewParentID = 0;
+
+  // The command bar, from right to left.
+  ui::Frame Frame1;
+  ui::PushButton cmdNew;
+  ui::PushButton cmdEdit;
+  ui::PushButton cmdDelete;
+  ui::PushButton cmdSave;
+  ui::PushButton cmdCancel;
+  ui::PushButton cmdExit;
+  ui::PushButton cmdTools;
+  ui::PushButton cmdOperations;
+  ui::PushButton cmdi12;
+  ui::PushButton cmdEditTree;
+  ui::ProgressBar progressBar;
+
+  // The record.
+  ui::Frame frameMain;
+  ui::Label lblTitle;
+  shell::AccountPicker sltAccount;
+  ui::TextField txtTitle;
+  ui::TextField txtID;
+  ui::Label lblParent;
+  shell::AccountPicker sltParent;
+  ui::Label lblCode;
+  ui::TextField txtMotherCode;
+  ui::TextField txtCode;
+  ui::PushButton cmdAutoCode;
+  ui::Label lblGroup;
+  shell::Selector sltGroup;
+  ui::Label lblBranch;
+  shell::Selector sltBranch;
+  ui::Label lblPosition;
+  shell::Selector sltPosition;
+  ui::Label lblRelClass;
+  shell::Selector sltEntityType;
+  ui::Label lblRelObject;
+  shell::Selector sltEntity;
+  shell::DateField datCreate;
+  ui::Label lblMaxDebit;
+  ui::TextField txtMaxDebit;
+  ui::Label lblMaxCredit;
+  ui::TextField txtMaxCredit;
+  ui::Label lblNotes;
+  ui::TextField txtNotes;
+  ui::Frame FrameRemanedType;
+  ui::RadioButton optDebit;
+  ui::RadioButton OptCredit;
+  ui::RadioButton OptDebitAndCredit;
+  ui::Frame FrameAccountType;
+  ui::RadioButton OptReg;
+  ui::RadioButton OptNotReg;
+  ui::Frame FrameAccountStatus;
+  ui::RadioButton OptOpen;
+  ui::RadioButton OptClose;
+  ui::Frame Frm7;
+  ui::PushButton cmdRelClasses;
+  ui::PushButton cmdPeriodBranch;
+
+  // The tree.
+  ui::Frame FrameViewType;
+  ui::RadioButton optPeriodic;
+  ui::RadioButton optPeriodAll;
+  ui::PushButton cmdRefreshAccountTree;
+  ui::PushButton cmdCopyPeriod;
+  ui::PushButton cmdDeletePeriod;
+  ui::Tree treeAccount;
+  ui::Label lblMessage;
+
+  ui::Timer Timer1;
+
+  // The menu.
+  ui::MenuEntry mnuFonc;
+  ui::MenuEntry mnuFonc1, mnuFonc2, mnuFonc4, ppp, mnuFonc5, ppp1, mnuFonc6, mnuFonc7, mnuFonc8, iii,
+      mnuFonc9;
+  ui::MenuEntry i12;
+  ui::MenuEntry mnuFunc57, mnuFunc56, mnuRefreshAccFromDB, i9999, mnuExcelCode, mnuExcelLevel, i342,
+      mnuShublonError, mnuSameCoding, mnuAccountBatch;
+  ui::MenuEntry mnuOperations;
+  ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
+      mnuViewCodeComplete;
+
+ private:
+  void buildMenu();
+  void dressControls();
+};
+
+}  // namespace ledgertree::mainform
