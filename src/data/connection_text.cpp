@@ -144,8 +144,9 @@ std::string ConnectionText::provider() const {
 }
 
 std::string quoteConnectionValue(std::string_view value) {
-  const bool plain =
-      value.find_first_of(";\"'") == std::string_view::npos && withoutSpaceAtEnds(value) == value;
+  // A "=" at the start would stand behind the key's own, and the two would read as a letter of the key.
+  const bool plain = value.find_first_of(";\"'") == std::string_view::npos && !value.starts_with('=') &&
+                     withoutSpaceAtEnds(value) == value;
   if (plain) return std::string(value);
   // The quote that the value doesn't hold keeps it readable; doubling is only needed where it holds both.
   const char quote = value.find('"') == std::string_view::npos ? '"' : '\'';

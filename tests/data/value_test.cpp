@@ -1,0 +1,87 @@
+#include "data/value.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+
+namespace ledgertree::data {
+namespace {
+
+constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+constexpr auto kLeast = std::numeric_limits<std::int64_t>::min();
+
+TEST(Value, MoneyIsExactToItsEdgesAndReadsBackWhatItWrites) {
+  const std::pair<const char*, std::int64_t> amounts[] = {
+      {"0", 0},
+      {"1500", 15'000'000},
+      {"12.5", 125'000},
+      {"-0.0001", -1},
+      {"0.05", 500},
+      {"922337203685477.5807", kMost},
+      {"-922337203685477.5808", kLeast},
+  };
+  for (const auto& [text, count] : amounts) {
+    EXPECT_EQ(Money::fromTenThousandths(count).toText(), text);
+    EXPECT_EQ(Money::parse(text), Money::fromTenThousandths(count)) << text;
+  }
+  EXPECT_EQ(Money::parse("007.25000000"), Money::fromTenThousandths(72'500));
+  for (const char* text :
+       {"", "-", ".", ".5", "5.", "1.00001", "+1", " 1", "1 ", "1e3", "1/000", "--1", "1.2.3",
+        "922337203685477.5808", "-922337203685477.5809", "99999999999999999999999", "۱۲"}) {
+    EXPECT_EQ(Money::parse(text), std::nullopt) << text;
+  }
+}
+
+TEST(Value, DatesAreDaysOfTheCalendar) {
+  EXPECT_EQ(DateTime::parse("2024-02-29")->toIso(), "2024-02-29 00:00:00");
+  EXPECT_EQ(DateTime::parse("0001-01-01T23:59:59.999")->toIso(), "0001-01-01 23:59:59");
+  EXPECT_EQ(DateTime::parse("9999-12-31 08:05")->toIso(), "9999-12-31 08:05:00");
+  for (const char* text :
+       {"", "2023-02-29", "1900-02-29", "2024-13-01", "2024-00-10", "2024-04-31", "0000-01-01", "2024-1-1",
+        "2024-01-01 24:00", "2024-01-01 10:60", "2024-01-01 10", "2024-01-01 10:00:", "2024-01-01 10:00:00.",
+        "2024-01-01x", "2024-01-01 10:00:00 ", "1403/01/01"}) {
+    EXPECT_EQ(DateTime::parse(text), std::nullopt) << text;
+  }
+  EXPECT_LT(*DateTime::parse("2023-12-31 23:59:59"), *DateTime::parse("2024-01-01"));
+}
+
+TEST(Value, NoReaderGivesAnotherNumberThanTheOneStored) {
+  EXPECT_EQ(Value(-0x1p63).toInt64(), kLeast);
+  EXPECT_EQ(Value("-2147483648").toInt32(), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(Value(12.5).toMoney().toText(), "12.5");
+  EXPECT_EQ(Value(0.1).toMoney().toText(), "0.1");
+  EXPECT_EQ(Value("1e3").toDouble(), 1000);
+
+  EXPECT_THROW(static_cast<void>(Value(std::int64_t{2147483648}).toInt32()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(0x1p63).toInt64()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(std::nan("")).toInt64()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(2.5).toInt32()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value("99999999999999999999").toInt64()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(kMost).toDouble()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(kMost).toMoney()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(1.0 / 3).toMoney()), std::range_error);
+  EXPECT_THROW(static_cast<void>(Value(1e300).toMoney()), std::range_error);
+
+  EXPECT_THROW(static_cast<void>(Value().toInt64()), std::invalid_argument);
+  EXPECT_THROW(static_cast<void>(Value().toMoney()), std::invalid_argument);
+  EXPECT_THROW(static_cast<void>(Value("12 حساب").toInt32()), std::invalid_argument);
+  EXPECT_THROW(static_cast<void>(Value("").toDouble()), std::invalid_argument);
+  EXPECT_THROW(static_cast<void>(Value(5).toDateTime()), std::invalid_argument);
+  EXPECT_NE(Value(), Value(0));
+  EXPECT_NE(Value(), Value(""));
+}
+
+TEST(Value, AppearsOnTheScreenAsDecimalText) {
+  EXPECT_EQ(Value().toText(), "");
+  EXPECT_EQ(Value(kLeast).toText(), "-9223372036854775808");
+  EXPECT_EQ(Value(100000.0).toText(), "100000");
+  EXPECT_EQ(Value(-0.0).toText(), "0");
+  EXPECT_EQ(Value(0.1).toText(), "0.1");
+  EXPECT_EQ(Value(-1234.5).toText(), "-1234.5");
+  EXPECT_EQ(Value(DateTime{2024, 3, 20, 0, 0, 0}).toText(), "2024-03-20 00:00:00");
+}
+
+}  // namespace
+}  // namespace ledgertree::data
