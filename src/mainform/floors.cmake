@@ -1,3 +1,8 @@
 # The floors of the main screen, from the ground up. Each is given what stands below it and never reaches up.
 ledgertree_floor(ledgertree_screen SOURCES mainform/main_screen.cpp LINK ledgertree_shell)
 ledgertree_floor(ledgertree_record SOURCES mainform/account_*.cpp LINK ledgertree_screen)
+ledgertree_floor(ledgertree_form_main SOURCES mainform/form_main.cpp LINK ledgertree_record)
+ledgertree_floor(ledgertree_control SOURCES shell/ledger_tree_control*.cpp LINK ledgertree_form_main)
+# Everything but the toolkit: what benchmarks and fuzz targets link.
+add_library(ledgertree_all INTERFACE)
+target_link_libraries(ledgertree_all INTERFACE ledgertree_control ledgertree_embedded)
