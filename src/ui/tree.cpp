@@ -121,6 +121,13 @@ void Tree::setImage(NodeId node, int image) {
   tell(TreeChange::Kind::NodeChanged, node);
 }
 
+int Tree::picture(NodeId node) const {
+  const int image = at(node).image;
+  if (pictures_.empty()) return image;
+  const bool listed = image >= 1 && image <= static_cast<int>(pictures_.size());
+  return listed ? pictures_[static_cast<std::size_t>(image - 1)] : 0;
+}
+
 void Tree::setTag(NodeId node, std::string tag) { at(node).tag = std::move(tag); }
 
 void Tree::setChecked(NodeId node, bool checked) {

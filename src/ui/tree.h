@@ -56,6 +56,11 @@ class Tree : public Control {
   [[nodiscard]] const std::string& text(NodeId node) const { return at(node).text; }
   [[nodiscard]] int image(NodeId node) const { return at(node).image; }
   void setImage(NodeId node, int image);
+  /// The picture that a node shows. Every tree has a list of pictures of its own: the first one is that of
+  /// image 1. Without a list an image is the picture of the same number; an image that isn't in the list
+  /// shows none (0).
+  [[nodiscard]] int picture(NodeId node) const;
+  void setPictures(std::vector<int> pictures) { pictures_ = std::move(pictures); }
   [[nodiscard]] const std::string& tag(NodeId node) const { return at(node).tag; }
   void setTag(NodeId node, std::string tag);
   [[nodiscard]] NodeId parent(NodeId node) const { return at(node).parent; }
@@ -89,7 +94,8 @@ class Tree : public Control {
   };
 
   // A person.
-  /// Opens a node that has children, then raises onExpand, whose procedure may read them or close the node again.
+  /// Opens a node that has children, then raises onExpand, whose procedure may read them or close the node
+  /// again.
   void expand(NodeId node);
   void collapse(NodeId node);
   /// Selects a node and raises onNodeClick.
@@ -138,6 +144,7 @@ class Tree : public Control {
   std::size_t count_ = 0;
   NodeId selected_ = kNoNode;
   bool checkBoxes_ = false;
+  std::vector<int> pictures_;
   int batches_ = 0;
   struct Addition {
     NodeId parent;

@@ -1,0 +1,75 @@
+#include "data/view_name.h"
+
+#include <algorithm>
+
+#include "data/characters.h"
+
+namespace ledgertree::data {
+
+namespace {
+
+constexpr std::size_t kGreatestLength = 128;
+
+constexpr bool isAsciiLetter(char byte) {
+  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
+}
+
+constexpr bool isAsciiDigit(char byte) { return byte >= '0' && byte <= '9'; }
+
+/// Letters of the Arabic block, the Persian ones among them: no sign of punctuation, no digit, no mark.
+constexpr bool isArabicLetter(std::string_view character) {
+  if (character.size() != 2) return false;
+  const unsigned lead = static_cast<unsigned char>(character[0]);
+  const unsigned code = (lead & 0x1FU) << 6U | (static_cast<unsigned char>(character[1]) & 0x3FU);
+  return (code >= 0x0620 && code <= 0x064A) || (code >= 0x0671 && code <= 0x06D3);
+}
+
+/// The bytes of the plain name that the text begins with; 0 where it begins with none.
+std::size_t bareName(std::string_view text) {
+  std::size_t end = 0;
+  while (end < text.size()) {
+    const std::string_view character = text.substr(end, characterLength(text.substr(end)));
+    const bool letter = isAsciiLetter(character[0]) || isArabicLetter(character);
+    if (!letter && (end == 0 || (!isAsciiDigit(character[0]) && character[0] != '$'))) break;
+    end += character.size();
+  }
+  return end;
+}
+
+/// The bytes of the name in brackets that the text begins with, the brackets among them; 0 where it begins
+/// with none.
+std::size_t bracketedName(std::string_view text) {
+  const std::size_t close = text.find(']');
+  if (close == std::string_view::npos) return 0;
+  const std::string_view name = text.substr(1, close - 1);
+  const bool fits = !trimmed(name).empty() && std::none_of(name.begin(), name.end(), [](char byte) {
+    return byte == '[' || byte == '\'' || byte == '"' || byte == '`' ||
+           (static_cast<unsigned char>(byte) < 0x20) || byte == 0x7F;
+  });
+  return fits ? close + 1 : 0;
+}
+
+/// The bytes of the name that the text begins with, in brackets or not; 0 for none, or one that is too long.
+std::size_t nameAhead(std::string_view text) {
+  if (text.empty()) return 0;
+  const bool bracketed = text.front() == '[';
+  const std::size_t length = bracketed ? bracketedName(text) : bareName(text);
+  const std::size_t marks = bracketed ? 2 : 0;
+  return characterCount(text.substr(0, length)) > kGreatestLength + marks ? 0 : length;
+}
+
+}  // namespace
+
+std::optional<std::string_view> plainViewName(std::string_view text) {
+  const std::string_view name = trimmed(text);
+  if (!isCleanText(name)) return std::nullopt;
+  std::size_t end = nameAhead(name);
+  if (end != 0 && end < name.size() && name[end] == '.') {
+    const std::size_t second = nameAhead(name.substr(end + 1));
+    end = second == 0 ? 0 : end + 1 + second;
+  }
+  if (end == 0 || end != name.size()) return std::nullopt;
+  return name;
+}
+
+}  // namespace ledgertree::data
