@@ -1,0 +1,121 @@
+// A small host application: it sets the properties of the control and opens the chart, as an accounting
+// product would.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QTextStream>
+#include <exception>
+
+#include "ledgertree/demo_chart.h"
+#include "ledgertree/ledger_tree_control.h"
+#include "ledgertree/pictures.h"
+#include "ledgertree/qt_desktop.h"
+
+namespace {
+
+struct Options {
+  QString connection;
+  QString chart;
+  QString pictures;
+  QString view;
+  std::int16_t user = 1;
+  std::int16_t position = 0;
+  std::int16_t employee = 0;
+  std::int16_t period = 0;
+  bool modal = false;
+};
+
+std::int16_t smallNumber(const QCommandLineParser& parser, const QString& option) {
+  bool isNumber = false;
+  const short number = parser.value(option).toShort(&isNumber);
+  if (!isNumber)
+    throw std::runtime_error("--" + option.toStdString() + " takes a whole number from -32768 to 32767");
+  return number;
+}
+
+Options readOptions(const QCoreApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Opens the chart of accounts of a database, as a host application does.");
+  parser.addHelpOption();
+  parser.addOptions({
+      {"connection", "The OLE DB connection text of the database; without it, the file of --chart.", "text"},
+      {"chart", "An embedded database; a file that isn't there is made with the demo chart.", "file",
+       "chart.db"},
+      {"user", "The ID of the user (demo: 1 all rights, 2 may not change, 3 may not see the chart).", "ID",
+       "1"},
+      {"position", "The ID of the user's position.", "ID", "0"},
+      {"employee", "The ID of the employee.", "ID", "0"},
+      {"period", "The ID of the current fiscal period; 0 asks the database for the user's.", "ID", "0"},
+      {"view", "Opens the screen on one account, read-only.", "ID"},
+      {"modal", "Takes no modeless form, as some hosts do."},
+      {"pictures", "Where pictures of the screen go on a machine without a display.", "folder", "."},
+  });
+  parser.process(application);
+  return {.connection = parser.value("connection"),
+          .chart = parser.value("chart"),
+          .pictures = parser.value("pictures"),
+          .view = parser.value("view"),
+          .user = smallNumber(parser, "user"),
+          .position = smallNumber(parser, "position"),
+          .employee = smallNumber(parser, "employee"),
+          .period = smallNumber(parser, "period"),
+          .modal = parser.isSet("modal")};
+}
+
+/// A path as a value of a connection text, in which a quote stands twice.
+QString quoted(QString value) { return '"' + value.replace('"', "\"\"") + '"'; }
+
+QString connectionText(const Options& options) {
+  if (!options.connection.isEmpty()) return options.connection;
+  const QFileInfo chart(options.chart);
+  if (!chart.exists()) ledgertree::createDemoChart(chart.absoluteFilePath().toStdString());
+  return "Provider=SQLite;Data Source=" + quoted(chart.absoluteFilePath());
+}
+
+/// Without a display nobody can leave the screen: it is drawn into files instead.
+int drawInstead(const Options& options) {
+  QTextStream out(stdout);
+  for (const std::string& picture : ledgertree::drawScreens(options.pictures.toStdString()))
+    out << "picture: " << QString::fromStdString(picture) << '\n';
+  out << QString::fromStdString(ledgertree::treeAsText(3));
+  return 0;
+}
+
+int openChart(const Options& options, bool display) {
+  ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
+  ledgertree::LedgerTreeControl control;
+  control.OLEConnectionString(connectionText(options).toStdString());
+  control.UserID(options.user);
+  control.PositionID(options.position);
+  control.EmployeeID(options.employee);
+  control.AccPeriodSpecID(options.period);
+  if (options.view.isEmpty()) {
+    control.ClearShow();
+  } else {
+    control.View(options.view.toStdString());
+  }
+  if (!display) return drawInstead(options);
+  // A user without the right to see the chart has been told, and nothing is open.
+  return QGuiApplication::topLevelWindows().isEmpty() || options.modal ? 0 : QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  const QApplication application(argumentCount, arguments);
+  QApplication::setApplicationName("LedgerTree demo");
+  const bool display = QGuiApplication::platformName() != "offscreen";
+  try {
+    return openChart(readOptions(application), display);
+  } catch (const std::exception& failure) {
+    if (display) {
+      QMessageBox::critical(nullptr, QString(), QString::fromUtf8(failure.what()));
+    } else {
+      QTextStream(stderr) << QString::fromUtf8(failure.what()) << '\n';
+    }
+    return 1;
+  }
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+class QWidget;
+
+namespace ledgertree {
+
+/// How the screens appear in a host that is a Qt Widgets application.
+struct QtDesktopOptions {
+  /// False for a host that takes no modeless form: LedgerTreeControl::ClearShow and View then return when the
+  /// person has left the screen.
+  bool modelessForms = true;
+  /// Where the main screen appears; null gives it a window of its own. The widget has to outlive the screen.
+  QWidget* container = nullptr;
+};
+
+/// Makes this process draw its screens with Qt, and makes the database engines known. Call it once, after the
+/// QApplication is made and before the first LedgerTreeControl. Throws std::logic_error for a second call.
+void installQtDesktop(const QtDesktopOptions& options = {});
+
+}  // namespace ledgertree

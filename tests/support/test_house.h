@@ -1,0 +1,46 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "data/embedded/embedded_engine.h"
+#include "db/schema.h"
+#include "shell/shell.h"
+#include "support/scripted_desktop.h"
+#include "support/scripted_notices.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::testing {
+
+/// The house without a window: a database of its own, the embedded engine, a desktop and notices that play
+/// the person. Every story ends with all handles closed, the pointer at its default, and nothing shown that
+/// it didn't tell of.
+class TestHouse : public ::testing::Test {
+ protected:
+  TestHouse() {
+    data::embedded::registerEmbedded(shell.providers);
+    shell.clock = [] { return data::DateTime{.year = 2026, .month = 11, .day = 22}; };
+    shell.context.gConnectionString = database.connectionText();
+    shell.context.gUserID = 1;
+    shell.resetDataConnection();
+  }
+
+  void TearDown() override {
+    if (shell.hasDtEn()) {
+      for (const data::RecordHandle* handle : shell.dtEn()->handles())
+        EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
+    }
+    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
+  }
+
+  /// Fills the database with the demo chart: user 1 has all rights, 2 may not change, 3 may not see the
+  /// chart.
+  void useDemoChart() { db::createDemoChart(database.other()); }
+
+  TemporaryDatabase database;
+  ScriptedDesktop desktop;
+  shell::Shell shell{desktop};
+  ScriptedNotices notices{shell.components};
+};
+
+}  // namespace ledgertree::testing
