@@ -1,0 +1,99 @@
+#include "periods/copy_period.h"
+
+#include <string>
+
+#include "periods/period_forms.h"
+
+namespace ledgertree::periods {
+
+namespace {
+
+constexpr ui::Size kSize{7350, 2850};
+
+}  // namespace
+
+FormCopyPeriodAccount::FormCopyPeriodAccount(shell::Shell& shell)
+    : ui::Form(shell.surroundings(), "FormCopyPeriodAccount",
+               "کپي کردن سرفصل هاي يک دوره مالي به دوره مالي ديگر", kSize),
+      Label2(*this, "Label2", {225, 180, 6900, 780},
+             "براي کپي کردن تمام سرفصل حسابها، مبدا را مشخص نکنيد ولي چنانه قصد داريد از دوره مالي خاص "
+             "کپي کنيد، آنرا تعيين نماييد:"),
+      lblPeriodFrom(*this, "lblPeriodFrom", {5700, 1140, 1425, 270}, "از دوره مالي:"),
+      sltPeriodFrom(*this, shell, "sltPeriodFrom", {225, 1110, 5400, 330}),
+      lblPeriodTo(*this, "lblPeriodTo", {5700, 1605, 1425, 270}, "به دوره مالي:"),
+      sltPeriodTo(*this, shell, "sltPeriodTo", {225, 1575, 5400, 330}),
+      cmdAutoCodding(*this, "cmdAutoCodding", {4125, 2220, 1500, 405}, "تاييد"),
+      cmdCancel(*this, "cmdCancel", {2475, 2220, 1500, 405}, "انصراف"),
+      shell_(shell) {
+  loadControls();
+}
+
+void FormCopyPeriodAccount::loadControls() {
+  setBackground(kBackground);
+  Label2.setWraps(true);
+  sltPeriodFrom.setAccessibleName("از دوره مالي");
+  sltPeriodTo.setAccessibleName("به دوره مالي");
+  shell_.chooseKeyboardLayout();
+  for (shell::Selector* selector : {&sltPeriodFrom, &sltPeriodTo}) {
+    bindToPeriods(*selector, shell_.context);
+    selector->onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  }
+  cmdAutoCodding.onClick = [this] { copy(); };
+  cmdCancel.onClick = [this] { cancel(); };
+  setFirstFocus(sltPeriodFrom);
+  setDefaultButton(cmdAutoCodding);
+  setCancelButton(cmdCancel);
+}
+
+void FormCopyPeriodAccount::copy() {
+  if (sltPeriodTo.IsEmpty()) {
+    shell_.showErrorNotice(shell::kTitleProblem, "مقصد دوره مالي را بايد مشخص کنيد!");
+    tryFocus(sltPeriodTo);
+    return;
+  }
+  if (sltPeriodFrom.IsEmpty()) {
+    if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
+      return;
+    copyChart();
+  } else {
+    copyPeriod();
+  }
+  ChangedFlag = true;
+  hide();
+}
+
+void FormCopyPeriodAccount::copyChart() {
+  const auto gateway = shell_.dtEn();
+  const std::string target = std::to_string(sltPeriodTo.SelectedID());
+  execute(shell_, *gateway, "delete tblAccountPeriodAccount Where PeriodID = " + target);
+  targetEmptied_ = true;
+  execute(shell_, *gateway,
+          "insert into tblAccountPeriodAccount(AccountID,PeriodID)"
+          " select ID," +
+              target + " from tblAccount ");
+  targetEmptied_ = false;
+}
+
+void FormCopyPeriodAccount::copyPeriod() {
+  const auto gateway = shell_.dtEn();
+  const std::string source = std::to_string(sltPeriodFrom.SelectedID());
+  const std::string target = std::to_string(sltPeriodTo.SelectedID());
+  execute(shell_, *gateway,
+          "insert into tblAccountPeriodAccount(AccountID,PeriodID)"
+          " select AccountID," +
+              target +
+              " from tblAccountPeriodAccount "
+              " Where PeriodID=" +
+              source +
+              " and not exists(Select x.* from tblAccountPeriodAccount x"
+              " Where x.AccountID=tblAccountPeriodAccount.AccountID and x.PeriodID=" +
+              target + ")");
+}
+
+void FormCopyPeriodAccount::cancel() {
+  // A copy that failed half-way left the target without its rows, and no giving up brings them back.
+  ChangedFlag = targetEmptied_;
+  hide();
+}
+
+}  // namespace ledgertree::periods

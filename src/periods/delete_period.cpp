@@ -1,0 +1,103 @@
+#include "periods/delete_period.h"
+
+#include <string>
+
+#include "periods/period_forms.h"
+
+namespace ledgertree::periods {
+
+namespace {
+
+constexpr ui::Size kSize{8100, 2250};
+
+}  // namespace
+
+FormDeletePeriod::FormDeletePeriod(shell::Shell& shell)
+    : ui::Form(shell.surroundings(), "FormDeletePeriod", "پنهان کردن يک دوره مالي از همه سرفصلهاي حساب",
+               kSize),
+      Label2(*this, "Label2", {225, 180, 7650, 600},
+             "براي پنهان کردن يک دوره مالي از همه سرفصلهاي حساب، دوره مالي مورد نظر را مشخص نماييد:"),
+      lblPeriodFrom(*this, "lblPeriodFrom", {6450, 960, 1425, 270}, "از دوره مالي:"),
+      sltPeriodFrom(*this, shell, "sltPeriodFrom", {225, 930, 6150, 330}),
+      cmdDeletePossible(*this, "cmdDeletePossible", {4950, 1605, 2925, 405}, "پنهان کردن سرفصلهاي بدون سند"),
+      cmdDelete(*this, "cmdDelete", {2025, 1605, 2775, 405}, "پنهان کردن همه سرفصلها"),
+      cmdCancel(*this, "cmdCancel", {225, 1605, 1650, 405}, "انصراف"),
+      shell_(shell) {
+  loadControls();
+}
+
+void FormDeletePeriod::loadControls() {
+  setBackground(kBackground);
+  Label2.setWraps(true);
+  sltPeriodFrom.setAccessibleName("از دوره مالي");
+  shell_.chooseKeyboardLayout();
+  bindToPeriods(sltPeriodFrom, shell_.context);
+  sltPeriodFrom.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  cmdDeletePossible.onClick = [this] { hideWithoutDocument(); };
+  cmdDelete.onClick = [this] { hideAll(); };
+  cmdCancel.onClick = [this] { cancel(); };
+  setFirstFocus(sltPeriodFrom);
+  // No default button: Enter behind the choice of a period must not go on to empty it.
+  setCancelButton(cmdCancel);
+}
+
+bool FormDeletePeriod::periodIsChosen() {
+  if (!sltPeriodFrom.IsEmpty()) return true;
+  shell_.showErrorNotice(shell::kTitleProblem, "دوره مالي را بايد مشخص کنيد!");
+  tryFocus(sltPeriodFrom);
+  return false;
+}
+
+void FormDeletePeriod::hideWithoutDocument() {
+  if (!periodIsChosen()) return;
+  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن سرفصلهاي بدون سند را داريد؟"))
+    return;
+  const auto gateway = shell_.dtEn();
+  const std::string period = std::to_string(sltPeriodFrom.SelectedID());
+  execute(
+      shell_, *gateway,
+      "delete tblAccountPeriodAccount Where PeriodID = " + period +
+          " and not exists(select d.* "
+          "                    from tblAccountDocument d inner join tblAccountDocumentDetail dd on "
+          "d.ID=dd.DocumentID"
+          "                    where dd.AccountID in (select tblAccountPeriodAccount.AccountID union select "
+          "p.ChildID from tblAccountParent p Where p.ID=tblAccountPeriodAccount.AccountID) "
+          "                    and exists(select p.* from tblAccountPeriod p where p.ID=" +
+          period + " and d.FarsiDocumentDate between p.FarsiBeginDate and p.FarsiEndDate))");
+  ChangedFlag = true;
+  hide();
+}
+
+void FormDeletePeriod::hideAll() {
+  if (!periodIsChosen()) return;
+  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن همه سرفصلها را داريد؟")) return;
+  const auto gateway = shell_.dtEn();
+  const std::string period = std::to_string(sltPeriodFrom.SelectedID());
+  const auto dependency = findDependency(shell_, *gateway,
+                                         "select d.ID "
+                                         " from tblAccountDocument d "
+                                         " where 1=1"
+                                         " and (exists(select p.* from tblAccountPeriod p where "
+                                         "d.FarsiDocumentDate between p.FarsiBeginDate and p.FarsiEndDate "
+                                         "and p.ID=" +
+                                             period + "))");
+  if (dependency) {
+    shell_.showErrorNotice(
+        shell::kTitleProblem,
+        "تعداد «" + std::to_string(dependency->documents) +
+            "» از اسناد حسابداري به اين دوره مالي وابسته است. به عنوان مثال سند با ش.ر. «" +
+            dependency->example + "»");
+    tryFocus(sltPeriodFrom);
+    return;
+  }
+  execute(shell_, *gateway, "delete tblAccountPeriodAccount Where PeriodID = " + period);
+  ChangedFlag = true;
+  hide();
+}
+
+void FormDeletePeriod::cancel() {
+  ChangedFlag = false;
+  hide();
+}
+
+}  // namespace ledgertree::periods

@@ -1,0 +1,249 @@
+#include "periods/period_branch.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "data/numbers.h"
+#include "periods/period_forms.h"
+
+namespace ledgertree::periods {
+
+namespace {
+
+constexpr ui::Size kSize{7800, 5280};
+
+enum Column { kNumber, kName, kPeriodID };
+
+/// The documents that forbid hiding an account, but for the condition on their period.
+std::string documentsOf(const std::string& account) {
+  return "select d.ID "
+         " from tblAccountDocument d "
+         " where exists(Select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (Select " +
+         account + " union select p.ChildID from tblAccountParent p where p.ID=" + account + "))";
+}
+
+/// `period` -1 stands for documents of any date.
+std::string documentsOf(const std::string& account, const std::string& period) {
+  return documentsOf(account) +
+         " and (exists(select p.* from tblAccountPeriod p where d.FarsiDocumentDate between p.FarsiBeginDate"
+         " and p.FarsiEndDate and p.ID=" +
+         period + ") or -1=" + period + ")";
+}
+
+std::string documentsOfAnyPeriod(const std::string& account) {
+  return documentsOf(account) +
+         " and (exists(select p.* from tblAccountPeriod p where d.FarsiDocumentDate between p.FarsiBeginDate"
+         " and p.FarsiEndDate))";
+}
+
+}  // namespace
+
+FormPeriodBranch::FormPeriodBranch(shell::Shell& shell)
+    : ui::Form(shell.surroundings(), "FormPeriodBranch", "تنظيم دوره هاي زماني و شعب قابل نمايش", kSize),
+      lblAccount(*this, "lblAccount", {6450, 255, 1125, 270}, "حساب:"),
+      sltAccount(*this, shell, "sltAccount", {225, 225, 6150, 330}),
+      lblPeriod(*this, "lblPeriod", {6450, 720, 1125, 270}, "سال مالي:"),
+      sltPeriod(*this, shell, "sltPeriod", {1275, 690, 5100, 330}),
+      cmdAdd(*this, "cmdAdd", {750, 668, 450, 375}, "+"),
+      cmdDel(*this, "cmdDel", {225, 668, 450, 375}, "-"),
+      lblBranch(*this, "lblBranch", {6450, 1185, 1125, 270}, "شعبه:"),
+      sltBranch(*this, shell, "sltBranch", {1275, 1155, 5100, 330}),
+      flxPeriodBranch(*this, "flxPeriodBranch", {225, 1185, 7350, 3300}),
+      cmdDeleteRows(*this, "cmdDeleteRows", {5025, 4665, 2550, 405}, "حذف رديفهاي انتخاب شده"),
+      cmdDeleteAllRows(*this, "cmdDeleteAllRows", {2925, 4665, 1950, 405}, "حذف همه رديفها"),
+      cmdExit(*this, "cmdExit", {225, 4665, 1500, 405}, "خروج"),
+      shell_(shell) {
+  loadControls();
+}
+
+void FormPeriodBranch::loadControls() {
+  setBackground(kBackground);
+  bind(sltAccount, shell_.context, "vwAccountMajor", "vwAccountMinor");
+  bindToPeriods(sltPeriod, shell_.context);
+  bind(sltBranch, shell_.context, "vwAccountBranchMajor", "vwAccountBranchMinor");
+  sltBranch.setIsActive(false);
+  // No command reads the branch: a field that nobody can ever use would only raise questions.
+  lblBranch.setVisible(false);
+  sltBranch.setVisible(false);
+
+  flxPeriodBranch.setColumns({{.header = "رديف", .width = 600},
+                              {.header = "سال مالي", .width = 2000},
+                              {.header = "ش.ر. سال مالي", .width = 0}});
+
+  sltAccount.setAccessibleName("حساب");
+  sltPeriod.setAccessibleName("سال مالي");
+  flxPeriodBranch.setAccessibleName("سالهاي مالي حساب");
+  cmdAdd.setAccessibleName("افزودن حساب به سال مالي");
+  cmdAdd.setHint("افزودن حساب به سال مالي");
+  cmdDel.setAccessibleName("پنهان کردن حساب از سال مالي");
+  cmdDel.setHint("پنهان کردن حساب از سال مالي");
+
+  cmdAdd.onClick = [this] { addToPeriods(); };
+  cmdDel.onClick = [this] { hideFromPeriods(); };
+  cmdDeleteRows.onClick = [this] { hideSelectedRows(); };
+  cmdDeleteAllRows.onClick = [this] { hideAllRows(); };
+  cmdExit.onClick = [this] { hide(); };
+  cmdDeleteRows.setShortcut(ui::KeyChord::ctrlAnd('D'));
+  setDefaultButton(cmdAdd);
+  setCancelButton(cmdExit);
+}
+
+bool FormPeriodBranch::ShowPeriodBranch(std::int32_t inAccountID) {
+  sltAccount.setSelectedID(inAccountID);
+  refreshPeriodGrid(inAccountID);
+  sltAccount.setIsActive(false);
+  ChangedFlag = false;
+  setCommandsInReach(!sltAccount.IsEmpty());
+  desktop().showModal(*this);
+  return ChangedFlag;
+}
+
+void FormPeriodBranch::setCommandsInReach(bool inReach) {
+  cmdAdd.setEnabled(inReach);
+  cmdDel.setEnabled(inReach);
+  cmdDeleteRows.setEnabled(inReach);
+  sltPeriod.setIsActive(inReach);
+  if (inReach) {
+    setFirstFocus(sltPeriod);
+  } else {
+    setFirstFocus(cmdExit);
+  }
+}
+
+void FormPeriodBranch::refreshPeriodGrid(std::int32_t accountID) {
+  flxPeriodBranch.clearRows();
+  const auto gateway = shell_.dtEn();
+  for (const data::OpenRows periods(
+           gateway->rssqlAccCostCenter,
+           "select *,(select x.Name from vwAccountPeriodMajor x Where x.ID=PeriodID) as PeriodName"
+           " from tblAccountPeriodAccount Where AccountID=" +
+               std::to_string(accountID));
+       !periods->Eof(); periods->MoveNext()) {
+    flxPeriodBranch.addRow({std::to_string(flxPeriodBranch.rowCount() + 1),
+                            periods->Fields("PeriodName").toText(), periods->Fields("PeriodID").toText()});
+  }
+}
+
+std::vector<FormPeriodBranch::Period> FormPeriodBranch::selectedPeriods() const {
+  const auto [first, last] = std::minmax(flxPeriodBranch.currentRow(), flxPeriodBranch.selectionEnd());
+  std::vector<Period> periods;
+  for (int row = first; row <= last; ++row) {
+    periods.push_back({.id = data::toNumber(flxPeriodBranch.text(row, kPeriodID)).asInt32(),
+                       .name = flxPeriodBranch.text(row, kName)});
+  }
+  return periods;
+}
+
+bool FormPeriodBranch::periodsAreClear() {
+  if (!sltPeriod.IsEmpty()) return true;
+  if (confirms(shell_, kTitleQuestion,
+               "از آنجايي که سال مالي انتخاب نشده است، همه سالهاي مالي مد نظر داريد؟")) {
+    return true;
+  }
+  shell_.showErrorNotice(shell::kTitleProblem, "سال مالي را تعيين نماييد.");
+  tryFocus(sltPeriod);
+  return false;
+}
+
+void FormPeriodBranch::addToPeriods() {
+  if (!periodsAreClear()) return;
+  const auto gateway = shell_.dtEn();
+  const std::string account = std::to_string(sltAccount.SelectedID());
+  const std::string period = std::to_string(sltPeriod.SelectedID());
+  execute(shell_, *gateway,
+          "insert into tblAccountPeriodAccount(AccountID,PeriodID) "
+          " (Select " +
+              account +
+              ", ID"
+              " from tblAccountPeriod "
+              " Where (ID=" +
+              period + " or -1=" + period +
+              ")"
+              " and not exists(select x.* from tblAccountPeriodAccount x"
+              " where x.PeriodID=tblAccountPeriod.ID and x.AccountID=" +
+              account + "))");
+  written();
+}
+
+void FormPeriodBranch::hideFromPeriods() {
+  if (!periodsAreClear()) return;
+  const auto gateway = shell_.dtEn();
+  const std::string account = std::to_string(sltAccount.SelectedID());
+  const std::string period = std::to_string(sltPeriod.SelectedID());
+  if (const auto dependency = findDependency(shell_, *gateway, documentsOf(account, period))) {
+    shell_.showErrorNotice(shell::kTitleProblem,
+                           "تعداد «" + std::to_string(dependency->documents) +
+                               "» از اسناد حسابداري به دوره مالي " + sltPeriod.SelectedText() +
+                               " وابسته است. به عنوان مثال سند با ش.ر. «" + dependency->example + "»");
+    tryFocus(sltPeriod);
+    return;
+  }
+  execute(shell_, *gateway,
+          "delete tblAccountPeriodAccount Where AccountID=" + account + " and (PeriodID=" + period +
+              " or -1=" + period + ")");
+  written();
+}
+
+void FormPeriodBranch::hideSelectedRows() {
+  if (flxPeriodBranch.rowCount() < 1) return;
+  if (!confirms(shell_, "پرسش براي حذف", "آيا براي پنهان کردن رديف(هاي) انتخابي مطمئن هستيد؟")) return;
+  const auto gateway = shell_.dtEn();
+  const std::int32_t accountID = sltAccount.SelectedID();
+  try {
+    for (const Period& period : selectedPeriods()) {
+      hideFromPeriod(*gateway, std::to_string(accountID), period);
+    }
+  } catch (const std::exception&) {
+    refreshAfterFailure(accountID);
+    throw;
+  }
+  written();
+}
+
+void FormPeriodBranch::refreshAfterFailure(std::int32_t accountID) {
+  // The rows ahead of the failing one are hidden, and may not stay in the grid. What the person hears of is
+  // that failure: a second one leaves the grid empty, which shows nothing that isn't so.
+  try {
+    refreshPeriodGrid(accountID);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
+void FormPeriodBranch::hideFromPeriod(data::DtEn& gateway, const std::string& account, const Period& period) {
+  const std::string periodID = std::to_string(period.id);
+  if (const auto dependency = findDependency(shell_, gateway, documentsOf(account, periodID))) {
+    shell_.showErrorNotice(shell::kTitleProblem, "تعداد «" + std::to_string(dependency->documents) +
+                                                     "» از اسناد حسابداري به « " + period.name +
+                                                     "» وابسته است. به عنوان مثال سند با ش.ر. «" +
+                                                     dependency->example + "»");
+    return;
+  }
+  execute(shell_, gateway,
+          "Delete tblAccountPeriodAccount Where AccountID=" + account + " and PeriodID=" + periodID);
+  ChangedFlag = true;
+}
+
+void FormPeriodBranch::hideAllRows() {
+  const auto gateway = shell_.dtEn();
+  const std::string account = std::to_string(sltAccount.SelectedID());
+  if (const auto dependency = findDependency(shell_, *gateway, documentsOfAnyPeriod(account))) {
+    shell_.showErrorNotice(
+        shell::kTitleProblem,
+        "تعداد «" + std::to_string(dependency->documents) +
+            "» از اسناد حسابداري به دوره مالي مورد نظر وابسته است. به عنوان مثال سند با ش.ر. «" +
+            dependency->example + "»");
+    tryFocus(sltPeriod);
+    return;
+  }
+  execute(shell_, *gateway, "delete tblAccountPeriodAccount Where AccountID=" + account);
+  written();
+}
+
+void FormPeriodBranch::written() {
+  // Ahead of the reading: where that fails, the caller still hears of the change.
+  ChangedFlag = true;
+  refreshPeriodGrid(sltAccount.SelectedID());
+}
+
+}  // namespace ledgertree::periods

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "data/dten.h"
+#include "shell/selector.h"
+#include "shell/shell.h"
+#include "ui/control.h"
+
+/// What the screens of the periods share. An account is shown in a period where tblAccountPeriodAccount has
+/// the pair; to hide it is to delete that row, and nothing else of the account goes.
+namespace ledgertree::periods {
+
+inline constexpr ui::Colour kBackground = 0xC2D9F7;
+inline constexpr std::string_view kTitleQuestion = "پرسش";
+
+/// Gives a selector its views and the connection text of the host.
+void bind(shell::Selector& selector, const shell::HostContext& context, std::string majorView,
+          std::string minorView);
+void bindToPeriods(shell::Selector& selector, const shell::HostContext& context);
+
+/// Moves the focus where it can go: a notice has said everything already, so a failure is left alone.
+void tryFocus(ui::Control& control);
+
+/// Asks, and gives whether the person said yes. A question that can't be put isn't confirmed.
+[[nodiscard]] bool confirms(shell::Shell& shell, std::string_view title, std::string_view question);
+
+/// Runs a statement that writes. Throws data::DataError.
+void execute(shell::Shell& shell, data::DtEn& gateway, const std::string& statement);
+
+/// Documents that forbid a hiding.
+struct Dependency {
+  std::int32_t documents = 0;  ///< how many, 1 or more
+  std::string example;         ///< the ID of the first
+};
+
+/// Runs a test that returns the ID of each document in the way; nothing where there is none. Throws
+/// data::DataError.
+[[nodiscard]] std::optional<Dependency> findDependency(shell::Shell& shell, data::DtEn& gateway,
+                                                       const std::string& test);
+
+}  // namespace ledgertree::periods
