@@ -1,5 +1,7 @@
 #include "periods/period_screens.h"
 
+#include <utility>
+
 #include "periods/copy_period.h"
 #include "periods/delete_period.h"
 

@@ -1,0 +1,86 @@
+#include "support/faulty_connection.h"
+
+#include <utility>
+
+#include "data/catalogue.h"
+#include "data/connection_text.h"
+#include "data/data_error.h"
+
+namespace ledgertree::testing {
+
+class FaultyConnection : public data::Connection {
+ public:
+  FaultyConnection(Faults& faults, std::unique_ptr<data::Connection> engine)
+      : faults_(faults), engine_(std::move(engine)) {}
+
+  std::optional<data::Rows> run(std::string_view statement) override {
+    faults_.pass(std::string(statement));
+    return engine_->run(statement);
+  }
+
+  void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override {
+    faults_.pass(std::string(statement));
+    engine_->walk(statement, visit);
+  }
+
+  std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override {
+    faults_.pass(std::string(procedure.name));
+    return engine_->call(procedure, values);
+  }
+
+  data::SearchPage search(const data::SearchRequest& request) override {
+    faults_.pass("search " + request.view);
+    return engine_->search(request);
+  }
+
+ private:
+  Faults& faults_;
+  std::unique_ptr<data::Connection> engine_;
+};
+
+void Faults::putInto(data::Providers& providers, std::string provider) {
+  providers.add(std::move(provider), [this, engines = providers](const data::ConnectionText& text) {
+    std::string again;
+    for (const auto& [key, value] : text.pairs())
+      again += key + "=" + data::quoteConnectionValue(value) + ";";
+    return std::make_unique<FaultyConnection>(*this, engines.open(again));
+  });
+}
+
+void Faults::failAt(int n) {
+  const std::lock_guard guard(lock_);
+  countdown_ = n;
+}
+
+void Faults::failWhere(std::string text) {
+  const std::lock_guard guard(lock_);
+  failing_ = std::move(text);
+}
+
+void Faults::heal() {
+  const std::lock_guard guard(lock_);
+  failing_.clear();
+  countdown_ = failures_ = 0;
+}
+
+int Faults::failures() const {
+  const std::lock_guard guard(lock_);
+  return failures_;
+}
+
+std::vector<std::string> Faults::take() {
+  const std::lock_guard guard(lock_);
+  return std::exchange(commands_, {});
+}
+
+void Faults::pass(const std::string& command) {
+  const std::lock_guard guard(lock_);
+  commands_.push_back(command);
+  const bool counted = countdown_ > 0 && --countdown_ == 0;
+  const bool named = !failing_.empty() && command.find(failing_) != std::string::npos;
+  if (!counted && !named) return;
+  ++failures_;
+  throw data::DataError(data::DataError::Reason::Storage, 10, std::string(kMessage), command);
+}
+
+}  // namespace ledgertree::testing

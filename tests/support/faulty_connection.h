@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+
+namespace ledgertree::testing {
+
+/// What can go wrong below the gateway. Once put into the providers of a test, it stands between the product
+/// and the engine: it writes down every command (a statement, a procedure, a search) of every connection,
+/// selectors' included, and fails the ones that it is told to, as an engine does that gives up before it
+/// changed anything.
+class Faults {
+ public:
+  static constexpr std::string_view kMessage = "the disk gave up";
+
+  /// The connections that `provider` opens from now on; the faults outlive the providers' last connection.
+  void putInto(data::Providers& providers, std::string provider = "SQLite");
+
+  /// Fails the n-th command from now, 1 being the next, and no other.
+  void failAt(int n);
+  /// Fails each command whose text holds this, letter by letter; empty stops.
+  void failWhere(std::string text);
+  /// Nothing fails any more.
+  void heal();
+
+  /// The commands that failed since the last heal(), or since the beginning.
+  [[nodiscard]] int failures() const;
+  /// The commands since the last call: statements as they were sent, procedures by name, searches as
+  /// "search " and the view.
+  [[nodiscard]] std::vector<std::string> take();
+
+ private:
+  friend class FaultyConnection;
+  /// Throws data::DataError where the command is to fail.
+  void pass(const std::string& command);
+
+  mutable std::mutex lock_;
+  std::vector<std::string> commands_;
+  std::string failing_;
+  int countdown_ = 0;
+  int failures_ = 0;
+};
+
+}  // namespace ledgertree::testing
