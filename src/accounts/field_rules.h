@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "mainform/main_screen.h"
+#include "shell/shell.h"
+
+namespace ledgertree::coding {
+class CodeProposal;
+}
+
+namespace ledgertree::accounts {
+
+/// The rules by which fields of the record follow others: the parent brings its code, its type and its
+/// nature, the class decides what the entity selector offers, the radio groups stand for three small numbers,
+/// the ceilings group their digits, and the code takes the keys that the settings allow. It listens to those
+/// controls of the screen, and writes nothing to the database.
+class FieldRules {
+ public:
+  FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal);
+
+  // What a click on a radio button does, and the load of an account too. A value that no button stands for
+  // changes nothing.
+  void chooseNature(std::int16_t value);
+  void choosePermanent(std::int16_t value);
+  void chooseClosed(std::int16_t value);
+
+  /// The picked parent brings its code, its type, its nature and a proposal; in ModeNew and ModeEdit alone.
+  /// Reads tblAccount through rssqlBufferQuery. Throws data::DataError.
+  void parentRule();
+  /// The class picked in sltEntityType names the views of sltEntity; a picked entity survives only a class
+  /// with the same major view. Reads tblAccountClass through rssqlAccountManager. Throws data::DataError, and
+  /// then no entity can be picked until a class is chosen again.
+  void classRule();
+  /// Puts a proposal for the account of sltParent into txtCode.
+  void proposeCode();
+
+ private:
+  struct EntityClass {
+    std::string viewMajor;
+    std::string viewMinor;
+    std::string name;
+  };
+  [[nodiscard]] std::optional<EntityClass> readClass(std::int32_t classID);
+  void wireRadios();
+
+  mainform::MainScreen& screen_;
+  shell::Shell& shell_;
+  coding::CodeProposal& proposal_;
+};
+
+}  // namespace ledgertree::accounts

@@ -1,0 +1,214 @@
+#include "mainform/account_record.h"
+
+#include <optional>
+#include <stdexcept>
+
+#include "data/numbers.h"
+#include "mainform/form_mode.h"
+
+namespace ledgertree::mainform {
+
+namespace {
+
+/// A reference as the fields hold it: -1 for none.
+std::int32_t idOf(const data::Value& value) { return data::toNumber(value.toText()).asInt32(); }
+
+/// The number of a radio button; -1, which no button stands for, for every other value.
+std::int16_t choiceOf(const data::Value& value) {
+  if (value.isNull()) return -1;
+  const std::int64_t number = value.toInt64();
+  return number >= 0 && number <= 2 ? static_cast<std::int16_t>(number) : std::int16_t{-1};
+}
+
+struct Relation {
+  std::int32_t classID;
+  std::int32_t objectID;
+};
+
+}  // namespace
+
+/// What the database holds of an account: all of it is read ahead of the first field that changes, so that a
+/// read that fails leaves no mixture of two accounts on the screen.
+struct AccountRecord::Stored {
+  std::int32_t id;
+  std::string title;
+  std::string code;
+  std::int32_t parentID;
+  std::int32_t groupID;
+  std::int32_t branchID;
+  std::int32_t positionID;
+  std::optional<data::DateTime> created;
+  std::string notes;
+  std::int16_t nature;
+  std::int16_t permanent;
+  std::int16_t closed;
+  std::string maxDebit;
+  std::string maxCredit;
+  std::optional<Relation> relation;
+
+  static std::optional<Stored> read(data::DtEn& gateway, std::int32_t id);
+};
+
+std::optional<AccountRecord::Stored> AccountRecord::Stored::read(data::DtEn& gateway, std::int32_t id) {
+  data::OpenRows row(gateway.rssqlvwAccount, "Select * From vwAccount where ID=" + std::to_string(id));
+  if (row->Eof()) return std::nullopt;
+  const data::Value created = row->Fields("CreateDate");
+  Stored account{.id = id,
+                 .title = row->Fields("Title").toText(),
+                 .code = row->Fields("Code").toText(),
+                 .parentID = idOf(row->Fields("ParentID")),
+                 .groupID = idOf(row->Fields("GroupID")),
+                 .branchID = idOf(row->Fields("BranchID")),
+                 .positionID = idOf(row->Fields("PositionID")),
+                 .created = created.isNull() ? std::nullopt : std::optional(created.toDateTime()),
+                 .notes = row->Fields("Notes").toText(),
+                 .nature = choiceOf(row->Fields("AccountNatureID")),
+                 .permanent = choiceOf(row->Fields("IsPermanent")),
+                 .closed = choiceOf(row->Fields("IsClosed")),
+                 .maxDebit = row->Fields("MaxDebit").toText(),
+                 .maxCredit = row->Fields("MaxCredit").toText(),
+                 .relation = std::nullopt};
+  row.close();
+
+  const data::OpenRows related(
+      gateway.rssqlvwAccount,
+      "Select * from tblAccountRelatedObjects where AccountID =" + std::to_string(id));
+  if (!related->Eof()) {
+    account.relation = {.classID = idOf(related->Fields("RelatedClassID")),
+                        .objectID = idOf(related->Fields("RelatedObjectID"))};
+  }
+  return account;
+}
+
+SplitCode splitCode(std::string_view code, std::string_view parentCode) {
+  const auto behind = [code](std::string_view mother) {
+    return SplitCode{.mother = std::string(mother), .own = std::string(code.substr(mother.size()))};
+  };
+  if (code.starts_with(parentCode)) return behind(parentCode);
+  try {
+    const std::string number = data::Value(data::leadingNumber(parentCode)).toText();
+    if (code.starts_with(number)) return behind(number);
+  } catch (const std::range_error&) {
+    // A parent's code such as "1E999" is no number that another code could begin with.
+  }
+  return behind({});
+}
+
+AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, accounts::FieldRules& rules)
+    : screen_(screen), shell_(shell), rules_(rules) {
+  screen_.sltAccount.onAccountChange = [this] {
+    const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
+    if (looking) loadAccount(screen_.sltAccount.AccountID());
+  };
+}
+
+void AccountRecord::showAccount(std::int32_t id) {
+  if (id < 1) return goIdle();
+  clearAccountFields();
+  screen_.formMode = FormMode::ModeView;
+  loadInto(id);
+  applyFormMode();
+}
+
+void AccountRecord::goIdle() {
+  screen_.formMode = FormMode::ModeIdle;
+  applyFormMode();
+  clearAccountFields();
+}
+
+void AccountRecord::startNewAccount() {
+  screen_.formMode = FormMode::ModeNew;
+  applyFormMode();
+  clearAccountFields();
+  try {
+    screen_.txtID.setFocus();
+  } catch (const std::exception&) {
+    // The new account is on the screen wherever the focus stands.
+  }
+}
+
+void AccountRecord::startEditAccount(std::int32_t id) {
+  clearAccountFields();
+  screen_.formMode = FormMode::ModeEdit;
+  loadInto(id);
+  applyFormMode();
+}
+
+void AccountRecord::loadInto(std::int32_t id) {
+  try {
+    loadAccount(id);
+  } catch (...) {
+    clearAccountFields();
+    screen_.formMode = FormMode::ModeView;
+    applyFormMode();
+    throw;
+  }
+}
+
+void AccountRecord::clearAccountFields() {
+  for (ui::TextField* field : {&screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes}) field->setText("");
+  for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
+                                    &screen_.sltEntityType, &screen_.sltEntity})
+    selector->Clear();
+  screen_.datCreate.setToday(shell_.clock);
+  screen_.sltParent.setAccountID(-1);
+  // The picker is where a person reads the title: a blank record has none.
+  screen_.sltAccount.setAccountID(-1);
+}
+
+void AccountRecord::loadAccount(std::int32_t id) {
+  const auto gateway = shell_.dtEn();
+  if (const auto account = Stored::read(*gateway, id)) fill(*account);
+}
+
+void AccountRecord::fill(const Stored& account) {
+  screen_.txtID.setText(std::to_string(account.id));
+  screen_.txtTitle.setText(account.title);
+  screen_.sltAccount.setAccountID(account.id);
+  screen_.sltParent.setAccountID(account.parentID);
+  screen_.sltGroup.setSelectedID(account.groupID);
+  screen_.sltBranch.setSelectedID(account.branchID);
+  screen_.sltPosition.setSelectedID(account.positionID);
+  // No day of creation: an edit never writes it, so that today's stands in the field for the save's test.
+  if (account.created) {
+    screen_.datCreate.setEnglishdate(*account.created);
+  } else {
+    screen_.datCreate.setToday(shell_.clock);
+  }
+  screen_.txtNotes.setText(account.notes);
+  rules_.chooseNature(account.nature);
+  rules_.choosePermanent(account.permanent);
+  rules_.chooseClosed(account.closed);
+  screen_.txtMaxDebit.setText(account.maxDebit);
+  screen_.txtMaxCredit.setText(account.maxCredit);
+
+  const SplitCode code = splitCode(account.code, screen_.sltParent.AccountCode());
+  screen_.txtMotherCode.setText(code.mother);
+  screen_.txtCode.setText(code.own);
+
+  if (!account.relation) return;
+  screen_.sltEntityType.setSelectedID(account.relation->classID);
+  rules_.classRule();
+  screen_.sltEntity.setSelectedID(account.relation->objectID);
+}
+
+void AccountRecord::applyFormMode() {
+  applyMode(screen_);
+  if (screen_.formMode == FormMode::ModeNew) blankForNewAccount();
+}
+
+/// Nothing of the last account carries over: its ceilings and its parent's code would go into the new one.
+void AccountRecord::blankForNewAccount() {
+  for (shell::Selector* selector : {&screen_.sltGroup, &screen_.sltEntityType, &screen_.sltEntity,
+                                    &screen_.sltBranch, &screen_.sltPosition})
+    selector->Clear();
+  for (ui::TextField* field : {&screen_.txtMotherCode, &screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes,
+                               &screen_.txtMaxDebit, &screen_.txtMaxCredit})
+    field->setText("");
+  screen_.datCreate.setToday(shell_.clock);
+  rules_.chooseNature(0);
+  rules_.choosePermanent(0);
+  rules_.chooseClosed(0);
+}
+
+}  // namespace ledgertree::mainform

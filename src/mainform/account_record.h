@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "accounts/field_rules.h"
+#include "mainform/main_screen.h"
+#include "shell/shell.h"
+
+namespace ledgertree::mainform {
+
+/// A whole code as the record shows it: the part of the parent, and the account's own.
+struct SplitCode {
+  std::string mother;
+  std::string own;
+  bool operator==(const SplitCode&) const = default;
+};
+
+/// Splits a code behind the code of its parent, or behind the number that the parent's code begins with, so
+/// that leading zeros which the child doesn't repeat don't keep them together. A code that begins with
+/// neither is the account's own as a whole. The two parts joined are always the code again.
+[[nodiscard]] SplitCode splitCode(std::string_view code, std::string_view parentCode);
+
+/// The account on the screen, and the four modes in which the screen works: vwAccount and
+/// tblAccountRelatedObjects through the handle rssqlvwAccount, which is closed on every path. It writes
+/// nothing.
+///
+/// Where the database fails in the middle, the error goes to the caller; the screen is then in ModeView with
+/// blank fields, as for an account that is gone.
+class AccountRecord {
+ public:
+  AccountRecord(MainScreen& screen, shell::Shell& shell, accounts::FieldRules& rules);
+
+  /// Shows an account, read-only; nothing is on the screen for an ID below 1, and blank fields for one that
+  /// has no row.
+  void showAccount(std::int32_t id);
+  /// Nothing is on the screen.
+  void goIdle();
+  /// Starts a new account: debit, temporary, open, of today, without a parent.
+  void startNewAccount();
+  /// Starts the change of an account, read anew from the database.
+  void startEditAccount(std::int32_t id);
+
+  /// Empties what the record shows but for the ID, the parent's code, the ceilings and the radio groups: the
+  /// ID is what a cancelled new account returns to.
+  void clearAccountFields();
+  /// Fills the fields from the database; an ID without a row leaves them as they are. It doesn't change the
+  /// mode.
+  void loadAccount(std::int32_t id);
+  /// Enables and shows what the mode allows.
+  void applyFormMode();
+
+ private:
+  struct Stored;
+  void fill(const Stored& account);
+  void blankForNewAccount();
+  /// Loads the account of a mode that was just entered.
+  void loadInto(std::int32_t id);
+
+  MainScreen& screen_;
+  shell::Shell& shell_;
+  accounts::FieldRules& rules_;
+};
+
+}  // namespace ledgertree::mainform

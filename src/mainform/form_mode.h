@@ -1,0 +1,11 @@
+#pragma once
+
+#include "mainform/main_screen.h"
+
+namespace ledgertree::mainform {
+
+/// Enables, locks and shows the controls and entries of the screen as its mode allows, and says in
+/// `lblMessage` what it is doing.
+void applyMode(MainScreen& screen);
+
+}  // namespace ledgertree::mainform
