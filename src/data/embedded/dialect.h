@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/embedded/parser.h"
+#include "data/embedded/tokens.h"
+
+namespace ledgertree::data::embedded {
+
+/// A literal of a statement that is bound to its translation.
+struct Parameter {
+  std::size_t literal = 0;  ///< its place among the literals of the statement
+  bool negated = false;
+  bool trimmed = false;  ///< a text that is compared, where blanks at the end don't count
+};
+
+/// A statement in SQLite's dialect.
+struct Translation {
+  std::string sql;
+  std::vector<Parameter> parameters;  ///< ?1, ?2, ...
+  std::vector<Decision> decisions;    ///< see appendOutcome
+};
+
+/// Translates one statement of SQL Server's dialect. Throws DataError(Statement) for what it doesn't know.
+///
+/// Literals that are compared or inserted become parameters, so that the same statement with other values has the same
+/// translation. Text compares without regard to letter case and to blanks at the end.
+[[nodiscard]] Translation translate(std::string_view statement);
+
+/// The form of a statement without its literals, found in one pass over the text: statements of one shape have one
+/// translation for each outcome of their decisions.
+class StatementShape {
+ public:
+  /// Throws DataError(Statement) as Tokens does. The statement has to outlive the literals.
+  void read(std::string_view statement);
+
+  [[nodiscard]] std::string_view key() const { return key_; }
+  [[nodiscard]] const std::vector<Literal>& literals() const { return literals_; }
+
+ private:
+  std::string key_;
+  std::vector<Literal> literals_;
+};
+
+}  // namespace ledgertree::data::embedded
