@@ -11,7 +11,7 @@
 namespace ledgertree::data::embedded {
 
 /// A literal of a statement that is bound to its translation.
-struct Parameter {
+struct Binding {
   std::size_t literal = 0;  ///< its place among the literals of the statement
   bool negated = false;
   bool trimmed = false;  ///< a text that is compared, where blanks at the end don't count
@@ -20,18 +20,18 @@ struct Parameter {
 /// A statement in SQLite's dialect.
 struct Translation {
   std::string sql;
-  std::vector<Parameter> parameters;  ///< ?1, ?2, ...
-  std::vector<Decision> decisions;    ///< see appendOutcome
+  std::vector<Binding> bindings;    ///< of ?1, ?2, ...
+  std::vector<Decision> decisions;  ///< see appendOutcome
 };
 
 /// Translates one statement of SQL Server's dialect. Throws DataError(Statement) for what it doesn't know.
 ///
-/// Literals that are compared or inserted become parameters, so that the same statement with other values has the same
-/// translation. Text compares without regard to letter case and to blanks at the end.
+/// Literals that are compared or inserted become parameters, so that the same statement with other values has
+/// the same translation. Text compares without regard to letter case and to blanks at the end.
 [[nodiscard]] Translation translate(std::string_view statement);
 
-/// The form of a statement without its literals, found in one pass over the text: statements of one shape have one
-/// translation for each outcome of their decisions.
+/// The form of a statement without its literals, found in one pass over the text: statements of one shape
+/// have one translation for each outcome of their decisions.
 class StatementShape {
  public:
   /// Throws DataError(Statement) as Tokens does. The statement has to outlive the literals.

@@ -17,13 +17,14 @@ constexpr int kMostSigns = 100;
 
 /// The words that are no names unless they stand in brackets.
 constexpr std::string_view kReserved[] = {
-    "all",    "alter",    "and",   "as",     "asc",   "begin",  "between", "by",     "case",    "close",
-    "commit", "create",   "cross", "declare", "delete", "desc",  "distinct", "drop",  "else",    "end",
-    "except", "exec",     "execute", "exists", "fetch", "for",   "from",    "full",   "go",      "grant",
-    "group",  "having",   "if",    "in",     "inner", "insert", "intersect", "into",  "is",      "join",
-    "left",   "like",     "merge", "not",    "null",  "on",     "open",    "or",     "order",   "outer",
-    "print",  "return",   "revoke", "right", "rollback", "save", "select",  "set",    "shutdown", "then",
-    "top",    "truncate", "union", "update", "use",   "values", "when",    "where",  "while",   "with",
+    "all",       "alter",  "and",    "as",    "asc",      "begin",  "between", "by",       "case",
+    "close",     "commit", "create", "cross", "declare",  "delete", "desc",    "distinct", "drop",
+    "else",      "end",    "except", "exec",  "execute",  "exists", "fetch",   "for",      "from",
+    "full",      "go",     "grant",  "group", "having",   "if",     "in",      "inner",    "insert",
+    "intersect", "into",   "is",     "join",  "left",     "like",   "merge",   "not",      "null",
+    "on",        "open",   "or",     "order", "outer",    "print",  "return",  "revoke",   "right",
+    "rollback",  "save",   "select", "set",   "shutdown", "then",   "top",     "truncate", "union",
+    "update",    "use",    "values", "when",  "where",    "while",  "with",
 };
 
 constexpr std::string_view kComparisons[] = {"=", "<>", "!=", "<=", ">=", "<", ">"};
@@ -82,7 +83,9 @@ class Parser {
   ExpressionPtr call(const Token& word);
 
   // The tokens.
-  const Token& peek(std::size_t ahead = 0) const { return tokens_[std::min(place_ + ahead, tokens_.size() - 1)]; }
+  const Token& peek(std::size_t ahead = 0) const {
+    return tokens_[std::min(place_ + ahead, tokens_.size() - 1)];
+  }
   Token take();
   bool atWord(std::string_view word, std::size_t ahead = 0) const;
   bool atSymbol(std::string_view symbol, std::size_t ahead = 0) const;
@@ -104,7 +107,8 @@ class Parser {
   class Deeper {
    public:
     explicit Deeper(Parser& parser) : parser_(parser) {
-      if (++parser_.depth_ > kDeepestNesting) refuse(parser_.text_, parser_.peek().begin, "nested too deeply");
+      if (++parser_.depth_ > kDeepestNesting)
+        refuse(parser_.text_, parser_.peek().begin, "nested too deeply");
     }
     Deeper(const Deeper&) = delete;
     Deeper& operator=(const Deeper&) = delete;
@@ -342,9 +346,9 @@ ExpressionPtr Parser::predicate() {
   }
   ExpressionPtr left = sum();
   const bool negated = atWord("not") && (atWord("in", 1) || atWord("between", 1));
-  const bool compares = peek().kind == Token::Kind::Symbol &&
-                        std::find(std::begin(kComparisons), std::end(kComparisons), peek().text) !=
-                            std::end(kComparisons);
+  const bool compares =
+      peek().kind == Token::Kind::Symbol &&
+      std::find(std::begin(kComparisons), std::end(kComparisons), peek().text) != std::end(kComparisons);
   if (!negated && !compares && !atWord("in") && !atWord("between") && !atWord("is")) return left;
   left = requireValue(std::move(left), at);
   if (compares) return comparison(std::move(left));
@@ -503,8 +507,7 @@ ExpressionPtr Parser::parenthesis() {
 ExpressionPtr Parser::literalValue() {
   const Token& token = peek();
   const std::size_t literal = literalOf_[place_];
-  ExpressionPtr found =
-      makeExpression(token.literal.kind == Literal::Kind::Text ? Kind::Text : Kind::Number);
+  ExpressionPtr found = makeExpression(token.literal.kind == Literal::Kind::Text ? Kind::Text : Kind::Number);
   found->literal = literal;
   found->pinned = callDepth_ != 0;
   if (found->pinned) found->name = pin(literal);
@@ -533,9 +536,9 @@ ExpressionPtr Parser::columnOrCall() {
 }
 
 ExpressionPtr Parser::call(const Token& word) {
-  const auto* function = std::find_if(
-      std::begin(kFunctions), std::end(kFunctions),
-      [&word](const Function& known) { return equalsIgnoringCase(known.name, word.text); });
+  const auto* function =
+      std::find_if(std::begin(kFunctions), std::end(kFunctions),
+                   [&word](const Function& known) { return equalsIgnoringCase(known.name, word.text); });
   if (function == std::end(kFunctions)) refuseHere(word);
   ExpressionPtr whole = makeExpression(Kind::Call);
   whole->name = std::string(function->name);
@@ -601,7 +604,8 @@ std::optional<std::string_view> Parser::takeOneOf(const std::string_view (&symbo
 
 bool Parser::atName() const {
   const Token& token = peek();
-  return token.kind == Token::Kind::QuotedName || (token.kind == Token::Kind::Word && !isReserved(token.text));
+  return token.kind == Token::Kind::QuotedName ||
+         (token.kind == Token::Kind::Word && !isReserved(token.text));
 }
 
 std::string Parser::name() {

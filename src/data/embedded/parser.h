@@ -10,17 +10,19 @@
 
 namespace ledgertree::data::embedded {
 
-/// What a literal has decided about a statement, so that the statement with another literal there may be another one.
+/// What a literal has decided about a statement, so that the statement with another literal there may be
+/// another one.
 struct Decision {
-  bool folded = false;     ///< a condition between two literals; otherwise a literal that stays in the text
+  bool folded = false;  ///< a condition between two literals; otherwise a literal that stays in the text
   std::size_t literal = 0;
   bool negated = false;
-  std::string_view sign;   ///< of a folded condition, with the second literal of it
+  std::string_view sign;  ///< of a folded condition, with the second literal of it
   std::size_t other = 0;
   bool otherNegated = false;
 };
 
-/// What the decisions come to for these literals: equal texts, equal statements but for their parameters. Appends.
+/// What the decisions come to for these literals: equal texts, equal statements but for their parameters.
+/// Appends.
 void appendOutcome(const std::vector<Decision>& decisions, const std::vector<Literal>& literals,
                    std::string& outcome);
 
@@ -30,8 +32,8 @@ struct ParsedStatement {
   std::vector<Decision> decisions;
 };
 
-/// Reads one statement. Throws DataError(Statement) that names the word which it doesn't understand; that is one
-/// for several statements in one text, for a nesting deeper than any screen's, and for every part of the
+/// Reads one statement. Throws DataError(Statement) that names the word which it doesn't understand; that is
+/// one for several statements in one text, for a nesting deeper than any screen's, and for every part of the
 /// language that no statement of the system uses.
 [[nodiscard]] ParsedStatement parseStatement(std::string_view text);
 

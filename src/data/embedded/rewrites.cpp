@@ -183,7 +183,8 @@ std::optional<Family> familyList(Expression& membership) {
   if (!head.sources.empty() || head.where || head.top || head.items.size() != 1) return std::nullopt;
   if (rest.sources.size() != 1 || rest.top || rest.items.size() != 1 || rest.gate) return std::nullopt;
   const Expression& first = *head.items.front().value;
-  if (first.kind != Kind::Number && (first.kind != Kind::Column || first.qualifier.empty())) return std::nullopt;
+  if (first.kind != Kind::Number && (first.kind != Kind::Column || first.qualifier.empty()))
+    return std::nullopt;
   if (!isColumnOf(*rest.items.front().value, rest.sources.front().exposedName())) return std::nullopt;
   const bool bare = rest.where && outerNames(*rest.where).bareColumns;
   return bare ? std::nullopt : std::optional(Family{&head, &rest});
@@ -218,11 +219,11 @@ void splitFamily(ExpressionPtr& exists, int& splits) {
     SelectCore below = clone(core);
     ExpressionPtr& placeBelow = *conjuncts(below.where)[place];
     const Family copy = *familyList(*placeBelow);
-    ExpressionPtr key = makeCompare(std::move(placeBelow->operands.front()), "=",
-                                    std::move(copy.rest->items.front().value));
+    ExpressionPtr key =
+        makeCompare(std::move(placeBelow->operands.front()), "=", std::move(copy.rest->items.front().value));
     // The table of the list comes first: it starts at the account's key.
-    below.sources.insert(below.sources.begin(), {copy.rest->sources.front().table,
-                                                 copy.rest->sources.front().alias, nullptr});
+    below.sources.insert(below.sources.begin(),
+                         {copy.rest->sources.front().table, copy.rest->sources.front().alias, nullptr});
     placeBelow = both(std::move(copy.rest->where), std::move(key));
     settleWhere(below.where);
     ExpressionPtr& placeHere = *parts[place];
@@ -238,7 +239,8 @@ void splitFamily(ExpressionPtr& exists, int& splits) {
 
 // A date inside one period.
 
-/// `exists (select ... from tblAccountPeriod p where d.Date between p.Begin and p.End and p.ID = 5)`, taken apart.
+/// `exists (select ... from tblAccountPeriod p where d.Date between p.Begin and p.End and p.ID = 5)`, taken
+/// apart.
 struct PeriodTest {
   Expression* range;
   Expression* key;

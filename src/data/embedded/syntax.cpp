@@ -10,9 +10,23 @@ namespace {
 
 /// The columns that hold text, for the signs that mean one thing for numbers and another for text.
 constexpr std::string_view kTextColumns[] = {
-    "Code",         "Title",      "Name",      "Notes",     "FarsiCreateDate", "FarsiBeginDate",
-    "FarsiEndDate", "ViewMajor",  "ViewMinor", "BasePath",  "FarsiDocumentDate", "AccGroup",
-    "AccountStatus", "AccountType", "RemainedType", "AccContract", "Value",
+    "Code",
+    "Title",
+    "Name",
+    "Notes",
+    "FarsiCreateDate",
+    "FarsiBeginDate",
+    "FarsiEndDate",
+    "ViewMajor",
+    "ViewMinor",
+    "BasePath",
+    "FarsiDocumentDate",
+    "AccGroup",
+    "AccountStatus",
+    "AccountType",
+    "RemainedType",
+    "AccContract",
+    "Value",
 };
 
 bool isTextColumn(std::string_view name) {

@@ -42,10 +42,10 @@ struct Expression {
   Kind kind = Kind::Null;
   bool negated = false;
   bool truth = false;
-  bool pinned = false;          ///< a literal that stays in the text, as it does inside a function call
-  std::size_t literal = 0;      ///< the place of a literal among the literals of the statement
-  std::string qualifier;        ///< empty for a bare column or *
-  std::string name;             ///< of a Column; of a Call in small letters; a pinned literal as SQLite reads it
+  bool pinned = false;      ///< a literal that stays in the text, as it does inside a function call
+  std::size_t literal = 0;  ///< the place of a literal among the literals of the statement
+  std::string qualifier;    ///< empty for a bare column or *
+  std::string name;         ///< of a Column; of a Call in small letters; a pinned literal as SQLite reads it
   std::string_view sign;
   std::vector<ExpressionPtr> operands;
   std::unique_ptr<Select> select;
@@ -102,9 +102,9 @@ struct Select {
 struct Statement {
   enum class Kind : std::uint8_t { Select, Insert, Update, Delete };
   Kind kind = Kind::Select;
-  std::unique_ptr<Select> select;                 ///< of a Select, or of an Insert that takes its rows from one
-  std::string table;                              ///< of the others
-  std::vector<std::string> columns;               ///< of an Insert or Update
+  std::unique_ptr<Select> select;    ///< of a Select, or of an Insert that takes its rows from one
+  std::string table;                 ///< of the others
+  std::vector<std::string> columns;  ///< of an Insert or Update
   std::vector<std::vector<ExpressionPtr>> values;  ///< rows of an Insert; one row for an Update
   ExpressionPtr where;
 };

@@ -15,7 +15,8 @@ enum class Class : std::uint8_t { Foreign, Blank, Letter, Digit, Symbol, Apostro
 constexpr std::array<Class, 256> classes() {
   std::array<Class, 256> table{};
   for (const char blank : {' ', '\t', '\n', '\r'}) table[static_cast<unsigned char>(blank)] = Class::Blank;
-  for (unsigned letter = 'a'; letter <= 'z'; ++letter) table[letter] = table[letter - 'a' + 'A'] = Class::Letter;
+  for (unsigned letter = 'a'; letter <= 'z'; ++letter)
+    table[letter] = table[letter - 'a' + 'A'] = Class::Letter;
   for (unsigned byte = 0x80; byte <= 0xFF; ++byte) table[byte] = Class::Letter;
   table['_'] = Class::Letter;
   for (unsigned digit = '0'; digit <= '9'; ++digit) table[digit] = Class::Digit;

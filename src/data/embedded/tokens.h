@@ -11,10 +11,10 @@ namespace ledgertree::data::embedded {
 struct Literal {
   enum class Kind : std::uint8_t { Integer, Decimal, Text };
   Kind kind = Kind::Integer;
-  bool hasQuotes = false;     ///< a Text whose apostrophes stand doubled in `text`
-  std::int64_t integer = 0;   ///< of an Integer, 0 or more: a sign is a token of its own
-  double decimal = 0;         ///< of a Decimal
-  std::string_view text;      ///< of a Text: what stands between the apostrophes
+  bool hasQuotes = false;    ///< a Text whose apostrophes stand doubled in `text`
+  std::int64_t integer = 0;  ///< of an Integer, 0 or more: a sign is a token of its own
+  double decimal = 0;        ///< of a Decimal
+  std::string_view text;     ///< of a Text: what stands between the apostrophes
 
   /// The value of a Text.
   [[nodiscard]] std::string plainText() const;
@@ -33,8 +33,8 @@ struct Token {
 /// included.
 ///
 /// Throws DataError(Statement) for what no statement of the dialect holds: comments, variables, control
-/// characters, a text or name without its end, a number that fits no 64 bits, text that is no UTF-8. A view of
-/// the statement is kept.
+/// characters, a text or name without its end, a number that fits no 64 bits, text that is no UTF-8. A view
+/// of the statement is kept.
 class Tokens {
  public:
   /// The longest statement, in bytes: longer ones come from a fault, not from a screen.
@@ -59,8 +59,8 @@ class Tokens {
   std::size_t place_ = 0;
 };
 
-/// The refusal of a statement, which says what isn't understood and where: `what` reads on behind "The statement is
-/// refused: ". `place` counts bytes; the message counts characters.
+/// The refusal of a statement, which says what isn't understood and where: `what` reads on behind "The
+/// statement is refused: ". `place` counts bytes; the message counts characters.
 [[noreturn]] void refuse(std::string_view statement, std::size_t place, const std::string& what);
 
 }  // namespace ledgertree::data::embedded

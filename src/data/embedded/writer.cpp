@@ -52,7 +52,8 @@ class Writer {
   std::string& sql() { return result_.sql; }
 
   Translation result_;
-  std::vector<std::size_t> numbers_;  ///< of the parameter for a literal, and for the literal trimmed; 0 none yet
+  std::vector<std::size_t>
+      numbers_;  ///< of the parameter for a literal, and for the literal trimmed; 0 none yet
 };
 
 Translation Writer::write(const Statement& statement) {
@@ -162,8 +163,8 @@ void Writer::source(const Source& source) {
   expression(*source.on);
 }
 
-/// Whether an order by this value needs to be told that letter case doesn't count: columns know by themselves, what is
-/// made of them doesn't.
+/// Whether an order by this value needs to be told that letter case doesn't count: columns know by
+/// themselves, what is made of them doesn't.
 bool isMadeText(const Expression& value, const Select& select) {
   if (value.kind != Kind::Column) return value.isText();
   if (!value.qualifier.empty()) return false;
@@ -295,8 +296,9 @@ void Writer::compare(const Expression& expression) {
     // 'a' < x is x > 'a'.
     std::string mirrored(expression.sign);
     if (mirrored != "<>") {
-      std::replace_if(mirrored.begin(), mirrored.end(), [](char c) { return c == '<' || c == '>'; },
-                      mirrored.front() == '<' ? '>' : '<');
+      std::replace_if(
+          mirrored.begin(), mirrored.end(), [](char c) { return c == '<' || c == '>'; },
+          mirrored.front() == '<' ? '>' : '<');
     }
     return compareText(right, mirrored, left);
   }
@@ -318,8 +320,8 @@ void Writer::number(const Expression& side, const Expression& other) {
   if (reads) sql() += " AS NUMERIC)";
 }
 
-/// Blanks at the end of the column don't count either. The range ahead of the exact test is what an index serves: '!' is
-/// the character behind the blank.
+/// Blanks at the end of the column don't count either. The range ahead of the exact test is what an index
+/// serves: '!' is the character behind the blank.
 void Writer::compareText(const Expression& side, std::string_view sign, const Expression& text) {
   sql() += "(";
   if (sign == "=" && side.kind == Kind::Column && !text.pinned) {
@@ -342,8 +344,7 @@ void Writer::compareText(const Expression& side, std::string_view sign, const Ex
 }
 
 void Writer::between(const Expression& expression) {
-  const bool text =
-      expression.operands[1]->kind == Kind::Text || expression.operands[2]->kind == Kind::Text;
+  const bool text = expression.operands[1]->kind == Kind::Text || expression.operands[2]->kind == Kind::Text;
   sql() += text ? "(rtrim(" : "(";
   this->expression(*expression.operands[0]);
   if (text) sql() += ") COLLATE NOCASE";
@@ -355,9 +356,8 @@ void Writer::between(const Expression& expression) {
 }
 
 void Writer::inList(const Expression& expression) {
-  const bool text =
-      std::any_of(expression.operands.begin() + 1, expression.operands.end(),
-                  [](const ExpressionPtr& operand) { return operand->kind == Kind::Text; });
+  const bool text = std::any_of(expression.operands.begin() + 1, expression.operands.end(),
+                                [](const ExpressionPtr& operand) { return operand->kind == Kind::Text; });
   if (text) sql() += "rtrim(";
   this->expression(*expression.operands.front());
   if (text) sql() += ") COLLATE NOCASE";
@@ -392,8 +392,8 @@ void Writer::literal(const Expression& expression, bool trimmed) {
   const std::size_t place = 2 * expression.literal + (trimmed ? 1 : 0);
   if (numbers_.size() <= place) numbers_.resize(place + 1);
   if (numbers_[place] == 0) {
-    result_.parameters.push_back({expression.literal, expression.negated, trimmed});
-    numbers_[place] = result_.parameters.size();
+    result_.bindings.push_back({expression.literal, expression.negated, trimmed});
+    numbers_[place] = result_.bindings.size();
   }
   sql() += "?" + std::to_string(numbers_[place]);
 }

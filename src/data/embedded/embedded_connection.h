@@ -1,0 +1,57 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "data/embedded/session.h"
+
+namespace ledgertree::data::embedded {
+
+/// The bounds of a connection; a test shortens them.
+struct TimeOuts {
+  std::chrono::milliseconds connect = kConnectTimeOut;
+  std::chrono::milliseconds command = kCommandTimeOut;
+};
+
+/// A connection to a database file. It opens the file at its first use and creates it, with its tables, where
+/// it isn't there; its folder has to be. A file that is deleted or replaced under it fails the next
+/// statement; the one after that opens what then stands there.
+class EmbeddedConnection final : public Connection {
+ public:
+  explicit EmbeddedConnection(std::string path, TimeOuts timeOuts = {})
+      : path_(std::move(path)), timeOuts_(timeOuts) {}
+
+  std::optional<Rows> run(std::string_view statement) override;
+  void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) override;
+  std::int32_t call(const Procedure& procedure, std::span<const Value> values) override;
+  SearchPage search(const SearchRequest& request) override;
+
+  /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
+  [[nodiscard]] std::vector<std::string> queryPlan(std::string_view statement);
+
+ private:
+  class Running;
+
+  /// The open session, opened if need be.
+  Session& session();
+  /// Carries out a command on the open session, within its time-out. A session that has lost its file is
+  /// closed.
+  template <typename Work>
+  auto command(const std::function<bool()>* cancelled, Work work);
+
+  std::string path_;
+  TimeOuts timeOuts_;
+  std::unique_ptr<Session> session_;
+  int commands_ = 0;  ///< how deep the running ones are nested
+  bool wasOpen_ = false;
+};
+
+}  // namespace ledgertree::data::embedded

@@ -1,0 +1,255 @@
+#include "data/embedded/view_search.h"
+
+#include <charconv>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include "data/characters.h"
+#include "data/data_error.h"
+#include "data/embedded/errors.h"
+#include "data/embedded/tokens.h"
+#include "data/fold.h"
+
+namespace ledgertree::data::embedded {
+namespace {
+
+constexpr std::size_t kRowsBetweenLooks = 32;
+
+std::string quotedName(std::string_view name) {
+  std::string quoted = "\"";
+  for (const char letter : name) {
+    quoted += letter;
+    if (letter == '"') quoted += '"';
+  }
+  return quoted += '"';
+}
+
+/// The plain name of a view; a schema ahead of it means nothing here.
+std::string viewName(std::string_view text) {
+  Tokens tokens(text);
+  Token name = tokens.next();
+  Token next = tokens.next();
+  const auto isName = [](const Token& token) {
+    return token.kind == Token::Kind::Word || token.kind == Token::Kind::QuotedName;
+  };
+  if (isName(name) && next.kind == Token::Kind::Symbol && next.text == ".") {
+    name = tokens.next();
+    next = tokens.next();
+  }
+  if (!isName(name) || next.kind != Token::Kind::End) refuse(text, 0, "it is no name of a view");
+  return std::string(name.text);
+}
+
+/// Where a scan stands: the value of the first column in the last row, and how many rows with that value are
+/// behind. Rows that are equal there come in the order of their index.
+struct Position {
+  int type = 0;  ///< SQLITE_INTEGER, ...; 0 ahead of the first row
+  std::string text;
+  std::int64_t integer = 0;
+  double real = 0;
+  std::int64_t passed = 0;
+
+  /// Takes in the present row.
+  void pass(sqlite3_stmt* row, int column);
+  void bind(sqlite3_stmt* statement) const;
+
+  [[nodiscard]] std::string toContinuation() const;
+  /// Throws DataError(Misuse) for a text that no page gave.
+  static Position parse(std::string_view continuation);
+
+ private:
+  [[nodiscard]] bool isAt(sqlite3_stmt* row, int column, int type) const;
+};
+
+std::string_view cellText(sqlite3_stmt* row, int column) {
+  const unsigned char* const text = sqlite3_column_text(row, column);
+  if (text == nullptr) return {};
+  const int size = sqlite3_column_bytes(row, column);
+  return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)};
+}
+
+bool Position::isAt(sqlite3_stmt* row, int column, int rowType) const {
+  if (rowType != type) return false;
+  if (type == SQLITE_INTEGER) return sqlite3_column_int64(row, column) == integer;
+  if (type == SQLITE_FLOAT)
+    return !(sqlite3_column_double(row, column) < real) && !(sqlite3_column_double(row, column) > real);
+  return type == SQLITE_NULL || equalsIgnoringCase(cellText(row, column), text);
+}
+
+void Position::pass(sqlite3_stmt* row, int column) {
+  const int rowType = sqlite3_column_type(row, column);
+  if (isAt(row, column, rowType)) {
+    ++passed;
+    return;
+  }
+  type = rowType;
+  passed = 1;
+  if (type == SQLITE_INTEGER) integer = sqlite3_column_int64(row, column);
+  if (type == SQLITE_FLOAT) real = sqlite3_column_double(row, column);
+  if (type == SQLITE_TEXT || type == SQLITE_BLOB) text.assign(cellText(row, column));
+}
+
+void Position::bind(sqlite3_stmt* statement) const {
+  if (type == SQLITE_INTEGER) sqlite3_bind_int64(statement, 1, integer);
+  if (type == SQLITE_FLOAT) sqlite3_bind_double(statement, 1, real);
+  const int size = static_cast<int>(text.size());
+  if (type == SQLITE_TEXT) sqlite3_bind_text(statement, 1, text.data(), size, SQLITE_TRANSIENT);
+  if (type == SQLITE_BLOB) sqlite3_bind_blob(statement, 1, text.data(), size, SQLITE_TRANSIENT);
+}
+
+/// "<type> <passed> <value>"
+std::string Position::toContinuation() const {
+  std::string result = std::to_string(type) + " " + std::to_string(passed) + " ";
+  if (type == SQLITE_INTEGER) return result + std::to_string(integer);
+  if (type != SQLITE_FLOAT) return type == SQLITE_NULL ? result : result + text;
+  char digits[64];
+  const auto written = std::to_chars(std::begin(digits), std::end(digits), real);
+  return result.append(digits, written.ptr);
+}
+
+Position Position::parse(std::string_view continuation) {
+  Position position;
+  if (continuation.empty()) return position;
+  const char* const last = continuation.data() + continuation.size();
+  const auto read = [last](const char* from, auto& number, bool toEnd) -> const char* {
+    const auto result = std::from_chars(from, last, number);
+    const bool whole = toEnd ? result.ptr == last : result.ptr != last && *result.ptr == ' ';
+    if (result.ec != std::errc{} || !whole) {
+      throw DataError(DataError::Reason::Misuse, 0, "No page of a search has this continuation.");
+    }
+    return toEnd ? result.ptr : result.ptr + 1;
+  };
+  const char* place = read(continuation.data(), position.type, false);
+  place = read(place, position.passed, false);
+  if (position.type == SQLITE_INTEGER) read(place, position.integer, true);
+  if (position.type == SQLITE_FLOAT) read(place, position.real, true);
+  position.text.assign(place, last);
+  if (position.type < SQLITE_INTEGER || position.type > SQLITE_NULL) read(last, position.type, false);
+  return position;
+}
+
+std::string searchStatement(const SearchRequest& request, const Position& from) {
+  std::string sql = "SELECT \"ID\"";
+  for (const std::string& column : request.columns) sql += ", " + quotedName(column);
+  sql += " FROM " + quotedName(viewName(request.view));
+  if (request.columns.empty()) return sql + " ORDER BY 1";
+  const std::string first = quotedName(request.columns.front());
+  // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
+  const bool bounded = from.type != 0 && from.type != SQLITE_NULL;
+  if (bounded) sql += " WHERE " + first + " COLLATE NOCASE >= ?1";
+  return sql + " ORDER BY " + first + " COLLATE NOCASE";
+}
+
+void addCell(Rows& rows, sqlite3_stmt* row, int column) {
+  switch (sqlite3_column_type(row, column)) {
+    case SQLITE_INTEGER:
+      return rows.addInteger(sqlite3_column_int64(row, column));
+    case SQLITE_FLOAT:
+      return rows.addDouble(sqlite3_column_double(row, column));
+    case SQLITE_NULL:
+      return rows.addNull();
+    default:
+      return rows.addText(cellText(row, column));
+  }
+}
+
+/// One scan over the rows of a view, until the page is full, the slice is over or the rows are.
+class Scan {
+ public:
+  Scan(const SearchRequest& request, Position from, sqlite3_stmt* statement, std::string& folded)
+      : request_(request), position_(std::move(from)), statement_(statement), folded_(folded) {
+    fold(trimmed(request.text), needle_);
+    skip_ = position_.passed;
+    position_.passed = 0;
+    orderColumn_ = request.columns.empty() ? 0 : 1;
+    columns_ = static_cast<int>(request.columns.size()) + 1;
+    position_.bind(statement_);
+  }
+  Scan(const Scan&) = delete;
+  Scan& operator=(const Scan&) = delete;
+  ~Scan() {
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+  }
+
+  /// Gives the code with which SQLite ended: SQLITE_ROW where there may be more rows.
+  int run(SearchPage& page, Watch& watch) {
+    page.rows.addColumn("ID");
+    for (const std::string& column : request_.columns) page.rows.addColumn(column);
+    const bool sliced = request_.slice.count() > 0;
+    const auto end = sliced ? Watch::Clock::now() + request_.slice : Watch::Clock::time_point::max();
+    std::size_t hits = 0;
+    std::size_t seen = 0;
+    int result = SQLITE_ROW;
+    while (hits < request_.limit && (result = sqlite3_step(statement_)) == SQLITE_ROW) {
+      if (take(page.rows)) ++hits;
+      if (++seen % kRowsBetweenLooks != 0) continue;
+      const auto now = Watch::Clock::now();
+      if (watch.mustStop(now)) return SQLITE_INTERRUPT;
+      if (now >= end) break;
+    }
+    if (result == SQLITE_ROW) page.continuation = position_.toContinuation();
+    return result;
+  }
+
+ private:
+  /// Takes in the present row; true where it is a hit.
+  bool take(Rows& rows) {
+    position_.pass(statement_, orderColumn_);
+    if (position_.passed <= skip_) return false;
+    skip_ = 0;
+    if (!isHit()) return false;
+    for (int column = 0; column < columns_; ++column) addCell(rows, statement_, column);
+    return true;
+  }
+
+  bool isHit() {
+    if (needle_.empty()) return true;
+    for (int column = 1; column < columns_; ++column) {
+      fold(cellText(statement_, column), folded_);
+      if (folded_.find(needle_) != std::string::npos) return true;
+    }
+    return false;
+  }
+
+  const SearchRequest& request_;
+  Position position_;
+  sqlite3_stmt* statement_;
+  std::string& folded_;
+  std::string needle_;
+  std::int64_t skip_ = 0;
+  int orderColumn_ = 1;
+  int columns_ = 1;
+};
+
+}  // namespace
+
+SearchPage ViewSearch::page(const SearchRequest& request, Watch& watch) {
+  Position from = Position::parse(request.continuation);
+  const std::string sql = searchStatement(request, from);
+  SearchPage page;
+  Scan scan(request, std::move(from), prepared(sql), folded_);
+  const int result = scan.run(page, watch);
+  if (result == SQLITE_ROW || result == SQLITE_DONE) return page;
+  watch.rethrowStop(sql);
+  throw lastError(database_, sql);
+}
+
+sqlite3_stmt* ViewSearch::prepared(const std::string& sql) {
+  const auto known = statements_.find(sql);
+  if (known != statements_.end() && sqlite3_stmt_busy(known->second.get()) == 0) return known->second.get();
+  // A search inside a search of the same view would share its place.
+  if (known != statements_.end()) {
+    throw DataError(DataError::Reason::Misuse, 0, "A search of this view is running on this connection.");
+  }
+  if (statements_.size() == kMostStatements) statements_.erase(statements_.begin());
+  sqlite3_stmt* statement = nullptr;
+  const int result = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()),
+                                        SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  std::unique_ptr<sqlite3_stmt, Finalize> owned(statement);
+  if (result != SQLITE_OK) throw lastError(database_, sql);
+  return statements_.emplace(sql, std::move(owned)).first->second.get();
+}
+
+}  // namespace ledgertree::data::embedded
