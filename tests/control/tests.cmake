@@ -1,0 +1,1 @@
+set(LINK ledgertree_control ledgertree_test_support)

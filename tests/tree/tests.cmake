@@ -1,0 +1,1 @@
+set(LINK ledgertree_record ledgertree_test_support)
