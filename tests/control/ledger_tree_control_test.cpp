@@ -6,9 +6,10 @@
 #include <vector>
 
 #include "data/data_error.h"
+#include "data/embedded/embedded_engine.h"
 #include "db/schema.h"
 #include "shell/ledger_tree_control_session.h"
-#include "support/hooked_connection.h"
+#include "support/faulty_connection.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
 #include "support/temporary_database.h"
@@ -22,7 +23,8 @@ class ControlStory : public ::testing::Test {
  protected:
   ControlStory() {
     db::createDemoChart(database.other());
-    HookedConnection::install(session.shell().providers, hook);
+    data::embedded::registerEmbedded(session.shell().providers);
+    faults.putInto(session.shell().providers);
     control.OLEConnectionString(database.connectionText());
     control.UserID(1);
   }
@@ -36,7 +38,7 @@ class ControlStory : public ::testing::Test {
   }
 
   TemporaryDatabase database;
-  HookedConnection::Hook hook;
+  Faults faults;
   ControlSession session{std::make_unique<ScriptedDesktop>()};
   ScriptedDesktop& desktop = static_cast<ScriptedDesktop&>(session.shell().desktop());
   ScriptedNotices notices{session.shell().components};
@@ -131,8 +133,8 @@ TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
 
 TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
   int calls = 0;
-  hook = [&](std::string_view statement) {
-    if (statement.find("as cnt") != std::string_view::npos && ++calls == 3) control.ClearShow();
+  faults.onCommand = [&](const std::string& statement) {
+    if (statement.find("as cnt") != std::string::npos && ++calls == 3) control.ClearShow();
   };
   control.ClearShow();
   mainform::FormMain* form = session.form();
@@ -141,12 +143,12 @@ TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
   expectQuiet();
 
   notices.onShow = [&](const Notice&) { control.ClearShow(); };
-  hook = [](std::string_view statement) {
-    if (statement.find("as cnt") != std::string_view::npos)
+  faults.onCommand = [](const std::string& statement) {
+    if (statement.find("as cnt") != std::string::npos)
       throw data::DataError(data::DataError::Reason::Busy, 5, "the database is locked");
   };
   form->cmdRefreshAccountTree.click();
-  hook = nullptr;
+  faults.onCommand = nullptr;
   EXPECT_EQ(notices.taken(), "خطا|the database is locked");
   form->cmdRefreshAccountTree.click();
   EXPECT_GT(form->treeAccount.count(), 4U);

@@ -74,6 +74,7 @@ std::vector<std::string> Faults::take() {
 }
 
 void Faults::pass(const std::string& command) {
+  if (onCommand) onCommand(command);
   const std::lock_guard guard(lock_);
   commands_.push_back(command);
   const bool counted = countdown_ > 0 && --countdown_ == 0;

@@ -35,6 +35,10 @@ class Faults {
   /// "search " and the view.
   [[nodiscard]] std::vector<std::string> take();
 
+  /// Hears each command ahead of its run: what it throws is the command's failure, and it may do what a host
+  /// does that calls in the middle of work. For stories on one thread.
+  std::function<void(const std::string& command)> onCommand;
+
  private:
   friend class FaultyConnection;
   /// Throws data::DataError where the command is to fail.

@@ -1,7 +1,7 @@
 #include "mainform/account_tree.h"
 
 #include "data/data_error.h"
-#include "support/hooked_connection.h"
+#include "support/faulty_connection.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -13,7 +13,7 @@ using mainform::MainScreen;
 class TreeStory : public TestHouse {
  protected:
   TreeStory() {
-    HookedConnection::install(shell.providers, hook);
+    faults.putInto(shell.providers);
     shell.resetDataConnection();
     // 11 has two children and 12 none; 113 is in both periods, its sister in the second alone; 14 lost its
     // parent's code.
@@ -48,7 +48,7 @@ class TreeStory : public TestHouse {
   }
   using Lines = std::vector<std::string>;
 
-  HookedConnection::Hook hook;
+  Faults faults;
   MainScreen screen{shell};
   AccountTree tree{screen, shell};
 };
@@ -146,12 +146,12 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
   for (const char* failing : {"Order by Code", "as cnt", "select Code from"}) {
     screen.settings.ShowCompleteCode = false;
     int before = std::string(failing) == "as cnt" ? 1 : 0;  // the second count of the level
-    hook = [&](std::string_view statement) {
-      if (statement.find(failing) != std::string_view::npos && before-- == 0)
+    faults.onCommand = [&](const std::string& statement) {
+      if (statement.find(failing) != std::string::npos && before-- == 0)
         throw data::DataError(data::DataError::Reason::Storage, 10, "ديسک پر است");
     };
     screen.treeAccount.expand(node("-1:11"));
-    hook = nullptr;
+    faults.onCommand = nullptr;
     EXPECT_EQ(notices.taken(), "خطا|ديسک پر است") << failing;
     EXPECT_FALSE(screen.treeAccount.expanded(node("-1:11")));
     EXPECT_EQ(level("-1:11").size(), 1U) << "the opening box is back";
@@ -161,11 +161,11 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     tree.refreshTree();
   }
   // So can the whole tree.
-  hook = [](std::string_view) {
+  faults.onCommand = [](const std::string&) {
     throw data::DataError(data::DataError::Reason::Connection, 0, "پايگاه گم شد");
   };
   EXPECT_THROW(tree.refreshTree(), data::DataError);
-  hook = nullptr;
+  faults.onCommand = nullptr;
   screen.treeAccount.expand(node("-1:-1"));
   EXPECT_EQ(level("-1:-1").size(), 3U);
 }
