@@ -1,41 +1,56 @@
 #include "shell/account_picker.h"
 
+#include <utility>
+
 namespace ledgertree::shell {
 
 AccountPicker::AccountPicker(ui::Form& form, Shell& shell, std::string name, ui::Bounds bounds,
                              ui::Frame* frame)
-    : ui::LookupField(form, std::move(name), bounds, frame), shell_(shell) {}
-
-void AccountPicker::setPickerConnection(std::string text) { shell_.pickerConnection = std::move(text); }
-void AccountPicker::setClosingFlag(bool closing) { closing_ = closing; }
-
-void AccountPicker::setAccountID(std::int32_t id) {
-  accountID_ = id < 1 ? -1 : id;
-  accountCode_.clear();
-  accountTitle_.clear();
-  setText({});
+    : ui::LookupField(form, std::move(name), bounds, frame),
+      shell_(shell),
+      search_(shell, [this](std::vector<ui::LookupRow> rows, bool append, bool more, bool searching) {
+        showRows(std::move(rows), append, more, searching);
+      }) {
+  search_.setView("vwAccountMajor");
+  search_.setCodeFirst(true);
 }
 
-void AccountPicker::ClearAccount() { setAccountID(-1); }
-void AccountPicker::ReloadAccounts() {}
-
-void AccountPicker::wishSearch(const std::string& text) { (void)text; }
-void AccountPicker::wishMore() {}
-
-void AccountPicker::wishPick(const ui::LookupRow& row) {
-  accountID_ = row.id;
-  accountCode_ = row.code;
-  accountTitle_ = row.text;
-  setText(row.text);
-  raise(onAccountChange);
+void AccountPicker::setPickerConnection(std::string text) {
+  shell_.pickerConnection = std::move(text);
+  readAgain();
 }
 
-void AccountPicker::wishRestore() { setText(accountTitle_); }
+void AccountPicker::setClosingFlag(bool closing) {
+  closing_ = closing;
+  if (closing) search_.close();
+}
 
-void AccountPicker::wishClear() {
-  const bool held = !IsEmpty();
-  ClearAccount();
-  if (held) raise(onAccountChange);
+LookupSearch& AccountPicker::search() {
+  search_.setConnectionText(closing_ ? std::string() : shell_.pickerConnection);
+  return search_;
+}
+
+void AccountPicker::setAccountID(std::int32_t id) { hold(search().read(id)); }
+
+void AccountPicker::readAgain() {
+  if (search_.unread() && !IsEmpty() && !typing()) ReloadAccounts();
+}
+
+void AccountPicker::wishSearch(const std::string& text) { search().search(text); }
+
+void AccountPicker::wishMore() { search().more(); }
+
+void AccountPicker::wishStop() {
+  search_.stop();
+  search_.forgive();
+  if (search_.unread()) search_.later([this] { readAgain(); });
+}
+
+void AccountPicker::wishDetail() {
+  search_.later([this] {
+    const std::string parent = search().nameIn("vwAccountMinor", AccountID());
+    setDetail(parent.empty() ? AccountCode() : AccountCode() + " - " + parent);
+  });
 }
 
 }  // namespace ledgertree::shell

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "shell/lookup_search.h"
 #include "shell/shell.h"
 #include "ui/lookup_field.h"
 
@@ -29,39 +30,41 @@ class AccountPicker : public ui::LookupField {
   void setClosingFlag(bool closing);
 
   /// The ID of the account held, -1 for none. Writing an ID shows that account; one that has no row, or -1,
-  /// empties the picker. Writing raises no event.
-  [[nodiscard]] std::int32_t AccountID() const { return accountID_; }
+  /// empties the picker. An ID that can't be read now is held without its texts, and read at the next use.
+  /// Writing raises no event.
+  [[nodiscard]] std::int32_t AccountID() const { return held().id; }
   void setAccountID(std::int32_t id);
   /// The whole code of the account held; empty for none.
-  [[nodiscard]] const std::string& AccountCode() const { return accountCode_; }
+  [[nodiscard]] const std::string& AccountCode() const { return held().code; }
   /// Its title; empty for none.
-  [[nodiscard]] const std::string& AccountTitle() const { return accountTitle_; }
-  [[nodiscard]] bool IsEmpty() const { return accountID_ == -1; }
+  [[nodiscard]] const std::string& AccountTitle() const { return held().text; }
+  [[nodiscard]] bool IsEmpty() const { return held().id == -1; }
   /// Whether a person can pick.
   [[nodiscard]] bool IsActive() const { return isActive(); }
   void setIsActive(bool active) { setActive(active); }
   /// Empties the picker. A program's call raises no event; the Delete key of a person, whether the form
   /// answers it by this call or leaves it to the picker, ends in one onAccountChange.
-  void ClearAccount();
-  /// Reads the account held again, and the list where it is open. Raises no event.
-  void ReloadAccounts();
+  void ClearAccount() { hold({}); }
+  /// Reads the account held again. Raises no event.
+  void ReloadAccounts() { setAccountID(AccountID()); }
 
-  /// A person picked another account, or emptied the picker. What a program writes doesn't raise it.
+  /// A person picked an account, the one held included, or emptied the picker. What a program writes doesn't
+  /// raise it.
   ui::Event<> onAccountChange;
 
  private:
   void wishSearch(const std::string& text) override;
   void wishMore() override;
-  void wishPick(const ui::LookupRow& row) override;
-  void wishRestore() override;
-  void wishClear() override;
+  void wishStop() override;
+  void wishDetail() override;
+  void heldByPerson() override { raise(onAccountChange); }
+  LookupSearch& search();
+  void readAgain();
 
   Shell& shell_;
+  LookupSearch search_;
   std::int32_t position_ = -1;
   bool closing_ = false;
-  std::int32_t accountID_ = -1;
-  std::string accountCode_;
-  std::string accountTitle_;
 };
 
 }  // namespace ledgertree::shell

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "shell/lookup_search.h"
 #include "shell/shell.h"
 #include "ui/lookup_field.h"
 
@@ -26,43 +27,44 @@ class Selector : public ui::LookupField {
   /// an event. The views and the connection may be given in any order.
   [[nodiscard]] const std::string& MajorView() const { return majorView_; }
   void setMajorView(std::string view);
-  /// The companion view.
+  /// The companion view, by the same IDs. Its Name says more about a row: it becomes `detail`.
   [[nodiscard]] const std::string& MinorView() const { return minorView_; }
   void setMinorView(std::string view);
   /// The title of the list.
   void setSelectorTitle(std::string title) { setTitle(std::move(title)); }
   /// The OLE DB connection text of the views. Another text closes the connection and keeps the selection.
-  void setConnectionText(std::string text);
+  void setConnectionText(std::string_view text);
 
   /// The ID of the row picked, -1 for none. Writing an ID selects that row; an ID that has no row empties the
-  /// selector. Writing raises no event.
-  [[nodiscard]] std::int32_t SelectedID() const { return selectedID_; }
-  void setSelectedID(std::int32_t id);
+  /// selector. An ID that can't be read now is held without its text, and read at the next use. Writing
+  /// raises no event.
+  [[nodiscard]] std::int32_t SelectedID() const { return held().id; }
+  void setSelectedID(std::int32_t id) { hold(search_.read(id)); }
   /// The Name of the row picked; empty for none.
-  [[nodiscard]] const std::string& SelectedText() const { return selectedText_; }
-  [[nodiscard]] bool IsEmpty() const { return selectedID_ == -1; }
+  [[nodiscard]] const std::string& SelectedText() const { return held().text; }
+  [[nodiscard]] bool IsEmpty() const { return held().id == -1; }
   /// Whether a person can pick.
   [[nodiscard]] bool IsActive() const { return isActive(); }
   void setIsActive(bool active) { setActive(active); }
   /// Empties the selection, without an event.
-  void Clear();
+  void Clear() { hold({}); }
 
-  /// A person picked another row, or emptied the selector. What a program writes doesn't raise it.
+  /// A person picked a row, the one held included, or emptied the selector. What a program writes doesn't
+  /// raise it.
   ui::Event<> onSelectionChange;
 
  private:
-  void wishSearch(const std::string& text) override;
-  void wishMore() override;
-  void wishPick(const ui::LookupRow& row) override;
-  void wishRestore() override;
-  void wishClear() override;
+  void wishSearch(const std::string& text) override { search_.search(text); }
+  void wishMore() override { search_.more(); }
+  void wishStop() override;
+  void wishDetail() override;
+  void heldByPerson() override { raise(onSelectionChange); }
+  void readAgain();
 
   Shell& shell_;
+  LookupSearch search_;
   std::string majorView_;
   std::string minorView_;
-  std::string connectionText_;
-  std::int32_t selectedID_ = -1;
-  std::string selectedText_;
 };
 
 }  // namespace ledgertree::shell

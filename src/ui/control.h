@@ -76,6 +76,8 @@ class Control {
   /// Calls an event procedure of the form. The control may be gone when it returns: raise last.
   template <typename... Arguments>
   void raise(const Event<Arguments...>& event, std::type_identity_t<Arguments>... arguments);
+  /// The focus went elsewhere; ahead of onLostFocus.
+  virtual void focusLeft() {}
 
  private:
   friend class Form;

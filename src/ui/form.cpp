@@ -99,6 +99,8 @@ void Form::focusMoved(Control* control) {
   const Act act(*this);
   Control* left = focused_;
   focused_ = control;
+  if (left != nullptr) left->focusLeft();
+  if (!act.formStands()) return;
   if (left != nullptr && left->onLostFocus) call(left->onLostFocus);
   if (!act.formStands() || control == nullptr || focused_ != control) return;
   if (control->onGotFocus) call(control->onGotFocus);

@@ -1,22 +1,33 @@
 #include "ui/lookup_field.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "ui/control_visitor.h"
 #include "ui/utf8.h"
 
 namespace ledgertree::ui {
 
-void LookupField::setText(std::string text) {
-  text_ = std::move(text);
+namespace {
+
+/// The rows that PageUp and PageDown pass, and how near the end of the list the next rows are fetched.
+constexpr int kPage = 8;
+
+}  // namespace
+
+void LookupField::hold(LookupRow row) {
+  setListOpen(false);
+  held_ = std::move(row);
+  text_ = held_.text;
   typing_ = false;
   changed(Change::Text);
+  setDetail({});
 }
 
 void LookupField::setActive(bool active) {
   if (active_ == active) return;
   active_ = active;
-  if (!active) setListOpen(false);
+  if (!active) restore();
   changed(Change::Enabled);
 }
 
@@ -25,23 +36,59 @@ void LookupField::setTitle(std::string title) {
   changed(Change::Caption);
 }
 
+void LookupField::setDetail(std::string detail) {
+  if (detail_ == detail) return;
+  detail_ = std::move(detail);
+  changed(Change::Hint);
+}
+
+bool LookupField::lineIsBlank() const { return text_.find_first_not_of(' ') == std::string::npos; }
+
 void LookupField::setListOpen(bool open) {
   if (listOpen_ == open) return;
   listOpen_ = open;
+  if (!open) {
+    rows_.clear();
+    highlighted_ = -1;
+    searching_ = hasMore_ = stale_ = enterWaits_ = false;
+    wishStop();
+  }
   changed(Change::List);
 }
 
+void LookupField::startSearch() {
+  listOpen_ = true;
+  stale_ = searching_ = true;
+  hasMore_ = enterWaits_ = false;
+  changed(Change::List);
+  wishSearch(typing_ ? text_ : std::string());
+}
+
 void LookupField::showRows(std::vector<LookupRow> rows, bool append, bool more, bool searching) {
+  if (!listOpen_) return;
+  if (!reachable()) return leave();
   if (append) {
     rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   } else {
     rows_ = std::move(rows);
     highlighted_ = -1;
   }
-  if (highlighted_ < 0 && !rows_.empty()) highlighted_ = 0;
   hasMore_ = more;
   searching_ = searching;
+  stale_ = false;
+  if (highlighted_ < 0 && !rows_.empty()) {
+    // Whoever types wants the first hit; whoever only opens the list finds the row held.
+    const auto same = std::find_if(rows_.begin(), rows_.end(), [&](const LookupRow& row) {
+      return held_.id != -1 && row.id == held_.id;
+    });
+    if (typing_ && !lineIsBlank())
+      highlighted_ = 0;
+    else if (!typing_ && same != rows_.end())
+      highlighted_ = static_cast<int>(same - rows_.begin());
+  }
   changed(Change::List);
+  if (!searching && rows_.empty()) enterWaits_ = false;
+  if (enterWaits_ && highlighted_ >= 0) pick(highlighted_);
 }
 
 void LookupField::highlight(int index) {
@@ -49,8 +96,14 @@ void LookupField::highlight(int index) {
   changed(Change::Selection);
 }
 
+void LookupField::move(int rows) {
+  if (!listOpen_) return;
+  highlight(std::max(highlighted_ + rows, 0));
+  if (highlighted_ + kPage >= static_cast<int>(rows_.size())) reachedEnd();
+}
+
 void LookupField::type(std::string_view text) {
-  if (!withinReach() || !active_) return;
+  if (!reachable()) return;
   const Form::Act act(form());
   for (const char32_t character : charactersOf(text)) {
     std::string line = typing_ ? text_ : std::string();
@@ -62,76 +115,130 @@ void LookupField::type(std::string_view text) {
 }
 
 void LookupField::edited(std::string text) {
-  if (!withinReach() || !active_) return;
+  if (!reachable() || (typing_ && text == text_)) return;
   text_ = std::move(text);
   typing_ = true;
-  setListOpen(true);
-  wishSearch(text_);
+  startSearch();
 }
 
-void LookupField::press(Key key) {
-  static constexpr int kPage = 8;
-  if (!withinReach() || !active_) return;
+bool LookupField::press(Key key) {
+  if (!reachable()) return false;
   const Form::Act act(form());
-  if (key == Key::Delete) raise(onKeyDown, kKeyCodeDelete);
-  if (key == Key::Enter) raise(onKeyDown, kKeyCodeEnter);
-  if (!act.formStands()) return;
   switch (key) {
     case Key::F4:
     case Key::Down:
-      if (!listOpen_) return openList();
-      if (highlighted_ + 1 >= static_cast<int>(rows_.size()) && hasMore_) wishMore();
-      return highlight(highlighted_ + 1);
+      if (!listOpen_) {
+        openList();
+      } else if (key == Key::F4) {
+        setListOpen(false);
+      } else {
+        move(1);
+      }
+      return true;
     case Key::Up:
-      return highlight(std::max(highlighted_ - 1, 0));
+      move(-1);
+      return listOpen_;
     case Key::PageDown:
-      if (highlighted_ + kPage >= static_cast<int>(rows_.size()) && hasMore_) wishMore();
-      return highlight(highlighted_ + kPage);
+      move(kPage);
+      return listOpen_;
     case Key::PageUp:
-      return highlight(std::max(highlighted_ - kPage, 0));
+      move(-kPage);
+      return listOpen_;
     case Key::Enter:
-      if (listOpen_ && highlighted_ >= 0) pick(highlighted_);
-      return;
-    case Key::Escape:
-      return leave();
-    case Key::Delete:
-      return wishClear();
-    case Key::Backspace: {
-      auto characters = charactersOf(text_);
-      if (characters.empty()) return;
-      characters.pop_back();
-      if (characters.empty()) return wishClear();
-      edited(textOf(characters));
-      if (act.formStands()) changed(Change::Text);
-      return;
+      raise(onKeyDown, kKeyCodeEnter);
+      return act.formStands() && enter();
+    case Key::Escape: {
+      const bool used = listOpen_ || typing_;
+      restore();
+      return used;
     }
+    case Key::Delete: {
+      if (typing_) return false;
+      // The form may answer the key by emptying the field itself; either way it is one change.
+      const bool heldOne = held_.id != -1;
+      raise(onKeyDown, kKeyCodeDelete);
+      if (act.formStands() && reachable()) emptied(heldOne);
+      return true;
+    }
+    case Key::Backspace:
+      return backspace();
     default:
-      return;
+      return false;
   }
 }
 
-void LookupField::openList() {
-  if (!withinReach() || !active_ || listOpen_) return;
-  setListOpen(true);
-  wishSearch(typing_ ? text_ : std::string());
+bool LookupField::enter() {
+  if (typing_ && lineIsBlank() && highlighted_ < 0) {
+    emptied(held_.id != -1);
+    return true;
+  }
+  if (!listOpen_ && !typing_) return false;
+  if (!listOpen_) startSearch();
+  if (stale_ || (searching_ && rows_.empty())) {
+    enterWaits_ = true;
+  } else if (highlighted_ >= 0) {
+    pick(highlighted_);
+  } else if (!typing_) {
+    setListOpen(false);
+  }
+  return true;
 }
 
-void LookupField::closeList() { leave(); }
+bool LookupField::backspace() {
+  auto characters = charactersOf(text_);
+  if (characters.empty()) return false;
+  // The text of a row held goes as a whole, as what is selected does.
+  if (typing_)
+    characters.pop_back();
+  else
+    characters.clear();
+  edited(textOf(characters));
+  changed(Change::Text);
+  return true;
+}
+
+void LookupField::emptied(bool heldOne) {
+  hold({});
+  if (heldOne) heldByPerson();
+}
+
+void LookupField::openList() {
+  if (reachable() && !listOpen_) startSearch();
+}
+
+void LookupField::closeList() { restore(); }
 
 void LookupField::pick(int index) {
-  if (!withinReach() || !active_ || index < 0 || index >= static_cast<int>(rows_.size())) return;
-  const LookupRow row = rows_[static_cast<std::size_t>(index)];
-  setListOpen(false);
-  wishPick(row);
+  if (!reachable() || !listOpen_ || index < 0 || index >= static_cast<int>(rows_.size())) return;
+  const Form::Act act(form());
+  // Picking the row held counts too: what the form made of it may be gone from its other fields.
+  hold(LookupRow(rows_[static_cast<std::size_t>(index)]));
+  heldByPerson();
 }
 
 void LookupField::reachedEnd() {
-  if (listOpen_ && hasMore_ && !searching_) wishMore();
+  if (!listOpen_ || !hasMore_ || searching_ || !reachable()) return;
+  searching_ = true;
+  changed(Change::List);
+  wishMore();
+}
+
+void LookupField::lookCloser() {
+  if (held_.id != -1 && detail_.empty() && shown()) wishDetail();
 }
 
 void LookupField::leave() {
+  const Form::Act act(form());
+  if (typing_ && lineIsBlank() && reachable()) return emptied(held_.id != -1);
+  restore();
+}
+
+void LookupField::restore() {
   setListOpen(false);
-  wishRestore();
+  if (!typing_) return;
+  typing_ = false;
+  text_ = held_.text;
+  changed(Change::Text);
 }
 
 void LookupField::accept(ControlVisitor& visitor) { visitor.visit(*this); }

@@ -10,75 +10,114 @@
 
 namespace ledgertree::ui {
 
-/// A row that a look-up offers.
+/// A row that a look-up offers, or holds.
 struct LookupRow {
-  std::int32_t id = 0;
-  std::string text;  ///< what the field shows when the row is picked
-  std::string code;  ///< shown beside the text; may be empty
+  std::int32_t id = -1;  ///< -1: no row
+  std::string text;      ///< what the field shows when the row is picked
+  std::string code;      ///< shown beside the text; may be empty
+
+  bool operator==(const LookupRow&) const = default;
 };
 
 /// The face of a selector and of an account picker: a line to type in, and below it a list of the rows found.
 ///
-/// This class holds what the screen shows and turns keys into the few wishes below, which its two kinds
-/// fulfil (see shell/selector.h and shell/account_picker.h). The list never holds a whole view, only the rows
-/// read so far.
+/// This class is the combo box: which row is held, what is typed, what the list shows, and what each key
+/// does. Its two kinds (shell/selector.h, shell/account_picker.h) find the rows and fulfil the wishes below.
+/// The list never holds a whole view, only the rows read so far.
+///
+/// Typing changes nothing by itself: what is typed is a search, and until a row is picked the field goes on
+/// holding the one it held. An emptied line empties the field when it is left, or with Enter.
 class LookupField : public Control {
  public:
   using Control::Control;
 
   /// The text of the line: of the row held, or what the person is typing.
   [[nodiscard]] const std::string& text() const { return text_; }
+  /// The line shows what the person types, not the row held.
+  [[nodiscard]] bool typing() const { return typing_; }
   [[nodiscard]] bool isActive() const { return active_; }
+  /// The title of the list; may be empty.
   [[nodiscard]] const std::string& title() const { return title_; }
+  /// More about the row held, one line, once a person looked closer; may be empty.
+  [[nodiscard]] const std::string& detail() const { return detail_; }
+
   [[nodiscard]] bool listOpen() const { return listOpen_; }
+  /// The rows found so far. While a newer search has found nothing yet, they are those of the search before.
   [[nodiscard]] const std::vector<LookupRow>& rows() const { return rows_; }
   /// The row in the list that Enter picks; -1 for none.
   [[nodiscard]] int highlighted() const { return highlighted_; }
-  /// A search is under way, or stopped at a page's end.
+  /// A search is under way.
   [[nodiscard]] bool searching() const { return searching_; }
+  /// There are rows behind the last one; a scroll to the end brings them.
   [[nodiscard]] bool hasMore() const { return hasMore_; }
 
   // A person. Each does nothing while the field isn't active.
-  /// Types at the end of the line, character by character, after deleting the text of a row held.
+  /// Types at the end of the line, character by character. The first one replaces the text of a row held.
   void type(std::string_view text);
-  /// Down, Up, PageUp, PageDown, Home, End in the list; Down and F4 open it; Enter picks; Escape closes it
-  /// and puts the held row's text back; Delete empties the field (or, while typing, is a key of the line);
-  /// Backspace edits.
-  void press(Key key);
+  /// Down and F4 open the list, and F4 closes it. In the list Down, Up, PageDown and PageUp go from row to
+  /// row and Enter picks; Enter ahead of the first hit picks it when it comes. Escape closes the list and
+  /// brings the held row's text back. Delete empties the field, or is a key of the line while one types.
+  /// Backspace edits. False where the field has no use for the key.
+  bool press(Key key);
   void openList();
+  /// Closes the list and gives up typing.
   void closeList();
   /// Picks a row of the list.
   void pick(int index);
   /// The list was scrolled to its end.
   void reachedEnd();
-  /// The line's text as the editor of the renderer has it.
+  /// The pointer rests on the field: `detail` will come.
+  void lookCloser();
+
+  // The renderer.
+  /// The line's text as the editor has it.
   void edited(std::string text);
+  /// The focus left the field, or its list was dismissed: unfinished typing is given up. Form::focusMoved
+  /// calls it too.
   void leave();
 
-  /// A key went down, by its code.
+  /// A key went down, by its code: Delete (while one isn't typing) and Enter.
   Event<int> onKeyDown;
   void accept(ControlVisitor& visitor) override;
 
  protected:
-  void setText(std::string text);
+  [[nodiscard]] const LookupRow& held() const { return held_; }
+  /// Holds a row, or none; typing and the list end. No event.
+  void hold(LookupRow row);
   void setActive(bool active);
   void setTitle(std::string title);
-  void setListOpen(bool open);
-  /// Replaces the rows (`append` false) or adds to them.
+  void setDetail(std::string detail);
+  /// Replaces the rows (`append` false) or adds to them. May pick, when Enter was waiting for a hit: the
+  /// control may be gone when it returns.
   void showRows(std::vector<LookupRow> rows, bool append, bool more, bool searching);
-  void highlight(int index);
 
   // The wishes of the person.
+  /// Search, and answer by showRows later. A newer wish takes the place of an older one.
   virtual void wishSearch(const std::string& text) = 0;
   virtual void wishMore() = 0;
-  virtual void wishPick(const LookupRow& row) = 0;
-  /// Give up typing: the text of the row held comes back.
-  virtual void wishRestore() = 0;
-  virtual void wishClear() = 0;
+  /// Nobody looks at the list any more.
+  virtual void wishStop() = 0;
+  virtual void wishDetail() = 0;
+  /// The person's choice stands in held(): tell the form, last.
+  virtual void heldByPerson() = 0;
 
  private:
+  void focusLeft() override { leave(); }
+  [[nodiscard]] bool reachable() const { return active_ && withinReach(); }
+  [[nodiscard]] bool lineIsBlank() const;
+  void setListOpen(bool open);
+  void startSearch();
+  void highlight(int index);
+  void move(int rows);
+  bool enter();
+  bool backspace();
+  void emptied(bool heldOne);
+  void restore();
+
+  LookupRow held_;
   std::string text_;
   std::string title_;
+  std::string detail_;
   std::vector<LookupRow> rows_;
   int highlighted_ = -1;
   bool active_ = true;
@@ -86,6 +125,8 @@ class LookupField : public Control {
   bool typing_ = false;
   bool searching_ = false;
   bool hasMore_ = false;
+  bool stale_ = false;       ///< the rows are of an older search
+  bool enterWaits_ = false;  ///< Enter was pressed ahead of the first hit
 };
 
 /// A date, shown as text. What the date is, and its calendars, stand in shell/date_field.h.

@@ -1,0 +1,345 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "lookup_database.h"
+#include "shell/account_picker.h"
+#include "shell/selector.h"
+#include "support/scripted_desktop.h"
+#include "support/scripted_notices.h"
+
+namespace ledgertree::shell {
+namespace {
+
+using testing::LookupDatabase;
+using ui::Key;
+
+constexpr const char* kText = "Provider=Memory;Data Source=here";
+
+struct Screen : ui::Form {
+  explicit Screen(Shell& shell)
+      : Form(shell.surroundings(), "Screen", "", {.width = 6000, .height = 3000}),
+        sltGroup(*this, shell, "sltGroup", {}),
+        sltParent(*this, shell, "sltParent", {}),
+        sltAccount(*this, shell, "sltAccount", {}) {
+    sltGroup.onSelectionChange = [this] { ++groupChanges; };
+    sltParent.onAccountChange = [this] { ++parentChanges; };
+  }
+  int groupChanges = 0;
+  int parentChanges = 0;
+  Selector sltGroup;
+  AccountPicker sltParent;
+  AccountPicker sltAccount;
+};
+
+class Lookup : public ::testing::Test {
+ protected:
+  Lookup() {
+    testing::provide(shell.providers, database);
+    database.views["vwGroups"] = {{1, "10", "دارايي جاري"}, {2, "20", "بدهي"}, {3, "30", "دارایی ثابت"}};
+    database.views["vwGroupsMinor"] = {{3, "", "بيش از يک سال"}};
+    database.views["vwAccountMajor"] = {{5, "11", "صندوق"}, {7, "1", "موجودي"}, {8, "111", "تنخواه"}};
+    desktop.show(*screen);
+    screen->sltGroup.setConnectionText(kText);
+    screen->sltGroup.setMajorView("vwGroups");
+    screen->sltParent.setPickerConnection(kText);
+  }
+
+  /// The names in the open list, the highlighted one in brackets.
+  static std::string list(const ui::LookupField& field) {
+    std::string names;
+    for (std::size_t index = 0; index < field.rows().size(); ++index) {
+      const bool here = static_cast<int>(index) == field.highlighted();
+      const std::string& name = field.rows()[index].text;
+      names += (names.empty() ? "" : ", ") + (here ? "[" + name + "]" : name);
+    }
+    return field.listOpen() ? names : "closed";
+  }
+
+  LookupDatabase database;
+  testing::ScriptedDesktop desktop;
+  Shell shell{desktop};
+  testing::ScriptedNotices notices{shell.components};
+  std::unique_ptr<Screen> screen = std::make_unique<Screen>(shell);
+};
+
+TEST_F(Lookup, PersonPicksByTypingAPieceOfTheText) {
+  Selector& group = screen->sltGroup;
+  group.type("داراي");
+  EXPECT_TRUE(database.searches.empty()) << "typing waits for nothing";
+  desktop.settle();
+  EXPECT_EQ(database.searches, std::vector<std::string>{"داراي"}) << "the searches typed over never ran";
+  EXPECT_EQ(list(group), "[دارايي جاري], دارایی ثابت");
+  group.press(Key::Down);
+  group.press(Key::Down);
+  EXPECT_EQ(screen->groupChanges, 0);
+  group.press(Key::Enter);
+  EXPECT_EQ(screen->groupChanges, 1);
+  EXPECT_EQ(group.SelectedID(), 3);
+  EXPECT_EQ(group.SelectedText(), "دارایی ثابت");
+  EXPECT_EQ(group.text(), "دارایی ثابت");
+  EXPECT_EQ(list(group), "closed");
+
+  // Opened again, the list begins on the row held, and Enter or Escape leave it.
+  group.press(Key::F4);
+  desktop.settle();
+  EXPECT_EQ(list(group), "دارايي جاري, بدهي, [دارایی ثابت]");
+  EXPECT_TRUE(group.press(Key::Escape));
+  EXPECT_FALSE(group.press(Key::Escape)) << "the form's cancel button has a use for this one";
+  EXPECT_EQ(group.SelectedID(), 3);
+
+  // Enter ahead of the hits picks the first one when it comes, by the code too.
+  group.type("20");
+  group.press(Key::Enter);
+  EXPECT_EQ(group.SelectedID(), 3);
+  desktop.settle();
+  EXPECT_EQ(group.SelectedID(), 2);
+  EXPECT_EQ(screen->groupChanges, 2);
+
+  // The companion view says more about the row, for whoever looks closer.
+  group.setMinorView("vwGroupsMinor");
+  group.setSelectedID(3);
+  group.lookCloser();
+  desktop.settle();
+  EXPECT_EQ(group.detail(), "بيش از يک سال");
+}
+
+TEST_F(Lookup, UnfinishedTypingChangesNothing) {
+  Selector& group = screen->sltGroup;
+  group.setSelectedID(2);
+  group.focus();
+  group.type("هيچ");
+  desktop.settle();
+  EXPECT_EQ(list(group), "");
+  group.press(Key::Enter);
+  EXPECT_EQ(group.text(), "هيچ") << "nothing found: the person goes on typing";
+  group.press(Key::Backspace);
+  EXPECT_EQ(group.text(), "هي");
+  group.press(Key::Escape);
+  EXPECT_EQ(group.text(), "بدهي");
+  group.type("دارا");
+  desktop.settle();
+  screen->sltAccount.focus();
+  EXPECT_EQ(group.text(), "بدهي");
+  EXPECT_EQ(list(group), "closed");
+  EXPECT_EQ(group.SelectedID(), 2);
+  EXPECT_EQ(screen->groupChanges, 0);
+
+  // An emptied line empties the field when it is left, Delete at once; an empty field has nothing to tell.
+  group.focus();
+  group.press(Key::Backspace);
+  EXPECT_EQ(group.SelectedID(), 2);
+  screen->sltAccount.focus();
+  EXPECT_TRUE(group.IsEmpty());
+  EXPECT_EQ(screen->groupChanges, 1);
+  group.setSelectedID(2);
+  group.press(Key::Delete);
+  group.press(Key::Delete);
+  EXPECT_EQ(group.SelectedID(), -1);
+  EXPECT_EQ(screen->groupChanges, 2);
+}
+
+TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {
+  auto& rows = database.views["vwGroups"];
+  for (int id = 4; id <= 1000; ++id) rows.push_back({id, std::to_string(id), id % 2 == 0 ? "زوج" : "فرد"});
+  database.rowsOfSlice = 50;
+  Selector& group = screen->sltGroup;
+  group.openList();
+  desktop.settle();
+  EXPECT_EQ(group.rows().size(), LookupSearch::kPageRows) << "no more than a page, unless one scrolls";
+  EXPECT_EQ(database.searches.size(), 2U);
+  EXPECT_FALSE(group.searching());
+  for (int pages = 0; pages < 12; ++pages) group.press(Key::PageDown);
+  EXPECT_TRUE(group.searching());
+  desktop.settle();
+  EXPECT_EQ(group.rows().size(), 2 * LookupSearch::kPageRows);
+  EXPECT_EQ(group.highlighted(), 95);
+  EXPECT_EQ(group.rows().back().id, 200);
+
+  // The first slices find something, and between two of them the person goes on typing.
+  database.searches.clear();
+  group.type("ف");
+  desktop.whenIdle([&] {
+    EXPECT_EQ(group.rows().size(), 23U) << "the hits of one slice are there, and the search goes on";
+    EXPECT_TRUE(group.searching());
+    group.type("ر");
+  });
+  desktop.settle();
+  EXPECT_EQ(std::count(database.searches.begin(), database.searches.end(), "ف"), 1);
+  EXPECT_EQ(group.rows().size(), LookupSearch::kPageRows);
+  EXPECT_EQ(group.text(), "فر");
+}
+
+TEST_F(Lookup, ProgramWritesAnIDInAnyOrderAndRaisesNothing) {
+  Selector entity(*screen, shell, "sltEntity", {});
+  int changes = 0;
+  entity.onSelectionChange = [&] { ++changes; };
+  entity.setSelectedID(2);
+  entity.setMajorView("[dbo].[vwGroups]");
+  database.views["[dbo].[vwGroups]"] = database.views["vwGroups"];
+  entity.setConnectionText(kText);
+  EXPECT_EQ(entity.SelectedText(), "بدهي");
+  EXPECT_EQ(database.statements.size(), 1U) << "one statement for the row of an ID";
+  for (const int none : {0, -1, 99}) {
+    entity.setSelectedID(1);
+    EXPECT_FALSE(entity.IsEmpty());
+    entity.setSelectedID(none);
+    EXPECT_TRUE(entity.IsEmpty());
+    EXPECT_EQ(entity.SelectedID(), -1);
+    EXPECT_EQ(entity.SelectedText(), "");
+  }
+
+  // Another view at run time empties the selector, the same one doesn't.
+  entity.setSelectedID(1);
+  entity.setMajorView("[dbo].[vwGroups]");
+  EXPECT_EQ(entity.SelectedID(), 1);
+  entity.setMajorView("vwGroupsMinor");
+  EXPECT_TRUE(entity.IsEmpty());
+  entity.setSelectedID(3);
+  EXPECT_EQ(entity.SelectedText(), "بيش از يک سال");
+  EXPECT_EQ(notices.taken(), "");
+
+  // A name out of the data that says more than a name reaches no statement.
+  database.statements.clear();
+  entity.setMajorView("vwGroups; delete tblAccount");
+  EXPECT_NE(notices.taken(), "");
+  entity.setSelectedID(1);
+  entity.openList();
+  desktop.settle();
+  EXPECT_TRUE(database.statements.empty());
+  EXPECT_TRUE(database.searches.empty());
+  EXPECT_EQ(changes, 0);
+}
+
+TEST_F(Lookup, LostConnectionIsOneNoticeAndTheNextUseConnectsAgain) {
+  Selector& group = screen->sltGroup;
+  group.setSelectedID(1);
+  database.broken = true;
+  group.setSelectedID(2);
+  EXPECT_EQ(notices.taken(), "خطا|the line is cut");
+  EXPECT_EQ(group.SelectedID(), 2) << "a save writes what was there";
+  EXPECT_EQ(database.open, 0);
+  group.type("دا");
+  desktop.settle();
+  EXPECT_EQ(notices.taken(), "") << "told once";
+  EXPECT_FALSE(group.searching());
+  group.press(Key::Escape);
+  desktop.settle();
+  EXPECT_EQ(notices.taken(), "خطا|the line is cut") << "the next visit tells it again";
+
+  database.broken = false;
+  group.type("دا");
+  desktop.settle();
+  EXPECT_EQ(list(group), "[دارايي جاري], دارایی ثابت");
+  group.press(Key::Escape);
+  desktop.settle();
+  EXPECT_EQ(group.text(), "بدهي") << "the row that couldn't be read";
+  EXPECT_EQ(notices.taken(), "");
+}
+
+TEST_F(Lookup, NothingHappensOutOfReachAndNothingDangles) {
+  Selector& group = screen->sltGroup;
+  group.setSelectedID(1);
+  const auto tryAll = [&] {
+    group.type("ب");
+    group.openList();
+    for (const Key key : {Key::Down, Key::Delete, Key::Backspace, Key::Enter}) group.press(key);
+    desktop.settle();
+    EXPECT_EQ(list(group), "closed");
+    EXPECT_EQ(group.text(), "دارايي جاري");
+  };
+  group.setIsActive(false);
+  tryAll();
+  group.setIsActive(true);
+  group.setEnabled(false);
+  tryAll();
+  group.setEnabled(true);
+  group.setVisible(false);
+  tryAll();
+  group.setVisible(true);
+
+  // Put out of reach in the middle of a search.
+  group.type("ب");
+  group.setEnabled(false);
+  desktop.settle();
+  EXPECT_EQ(list(group), "closed");
+  EXPECT_EQ(group.text(), "دارايي جاري");
+  group.setEnabled(true);
+
+  // The form goes while a search waits, or by what its own pick sets off.
+  database.rowsOfSlice = 1;
+  group.type("ب");
+  screen.reset();
+  desktop.settle();
+  EXPECT_EQ(database.open, 0);
+  screen = std::make_unique<Screen>(shell);
+  screen->sltParent.onAccountChange = [&] { screen.reset(); };
+  screen->sltParent.type("صندوق");
+  screen->sltParent.press(Key::Enter);
+  desktop.settle();
+  EXPECT_EQ(screen, nullptr);
+  EXPECT_EQ(database.open, 0);
+}
+
+TEST_F(Lookup, PickersShareOneConnectionTextAndFindACodeFirst) {
+  AccountPicker& account = screen->sltAccount;
+  account.type("۱۱");
+  desktop.settle();
+  EXPECT_EQ(list(account), "[صندوق], تنخواه") << "no text of its own, and Persian digits";
+  account.edited("1");
+  desktop.settle();
+  EXPECT_EQ(list(account), "[موجودي], صندوق, تنخواه") << "the code typed, ahead of those that hold it";
+  account.pick(0);
+  EXPECT_EQ(account.AccountID(), 7);
+  EXPECT_EQ(account.AccountCode(), "1");
+  EXPECT_EQ(account.AccountTitle(), "موجودي");
+
+  database.views["vwAccountMajor"][1] = {7, "2", "موجودي نقد"};
+  account.ReloadAccounts();
+  EXPECT_EQ(account.AccountCode(), "2");
+  EXPECT_EQ(account.text(), "موجودي نقد");
+  account.setClosingFlag(true);
+  EXPECT_EQ(database.open, 0);
+  account.setAccountID(5);
+  account.openList();
+  desktop.settle();
+  EXPECT_EQ(database.open, 0) << "closed stays closed";
+  account.setClosingFlag(false);
+  account.setAccountID(5);
+  EXPECT_EQ(account.AccountCode(), "11");
+}
+
+TEST_F(Lookup, DeleteEmptiesThePickerOnceWhoeverAnswersIt) {
+  AccountPicker& parent = screen->sltParent;
+  std::vector<int> keys;
+  parent.setAccountID(5);
+  EXPECT_EQ(screen->parentChanges, 0);
+  parent.press(Key::Delete);
+  EXPECT_EQ(screen->parentChanges, 1);
+  parent.onKeyDown = [&](int key) {
+    keys.push_back(key);
+    if (key == ui::kKeyCodeDelete) parent.ClearAccount();
+  };
+  std::string codeSeen = "none";
+  parent.onAccountChange = [&] {
+    ++screen->parentChanges;
+    codeSeen = parent.AccountCode();
+  };
+  parent.setAccountID(8);
+  parent.press(Key::Delete);
+  EXPECT_EQ(screen->parentChanges, 2);
+  EXPECT_EQ(codeSeen, "") << "what follows the parent finds it empty";
+  EXPECT_EQ(parent.AccountID(), -1);
+  parent.type("تنخ");
+  EXPECT_FALSE(parent.press(Key::Delete)) << "while one types, it is a key of the line";
+  EXPECT_EQ(keys, std::vector<int>{46});
+  parent.press(Key::Enter);
+  desktop.settle();
+  EXPECT_EQ(parent.AccountID(), 8);
+  EXPECT_EQ(screen->parentChanges, 3);
+}
+
+}  // namespace
+}  // namespace ledgertree::shell
