@@ -1,0 +1,1 @@
+set(LINK ledgertree_periods ledgertree_test_support)
