@@ -117,7 +117,7 @@ void Writer::select(const Select& select, bool outermost) {
   }
   order(select);
   const SelectCore& only = select.cores.front();
-  if (only.top) sql() += " LIMIT " + *only.top;
+  if (only.top) sql().append(" LIMIT ").append(*only.top);
   if (only.gate) {
     // True is 1, and a limit below 0 is none: no row at all, or all of them.
     sql() += " LIMIT -(";
@@ -284,7 +284,8 @@ void Writer::call(const Expression& expression) {
   const std::string& count = expression.operands.back()->name;
   sql() += "substr(";
   this->expression(first);
-  sql() += left || count == "0" ? ", 1, " + count : ", -" + count;
+  sql() += left || count == "0" ? ", 1, " : ", -";
+  sql() += count;
   sql() += ")";
 }
 
@@ -395,7 +396,8 @@ void Writer::literal(const Expression& expression, bool trimmed) {
     result_.bindings.push_back({expression.literal, expression.negated, trimmed});
     numbers_[place] = result_.bindings.size();
   }
-  sql() += "?" + std::to_string(numbers_[place]);
+  sql() += '?';
+  sql() += std::to_string(numbers_[place]);
 }
 
 void Writer::name(std::string_view name) {
