@@ -1,0 +1,202 @@
+#include "entities/object_tree.h"
+
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <stdexcept>
+
+#include "data/data_error.h"
+
+namespace ledgertree::entities {
+
+namespace {
+
+constexpr const char* kRootKey = "MAIN_PARENT_KEY";
+constexpr const char* kRootText = "ريشه";
+constexpr const char* kPlaceholderText = "UNKNOWN_TEXT";
+constexpr const char* kMarkedTag = "ALL_Branches";
+constexpr int kImage = 1;
+constexpr int kMarkedImage = 2;
+/// The pictures of the images: a yellow folder, and a blue one for a marked node.
+constexpr int kYellowFolder = 2;
+constexpr int kBlueFolder = 3;
+
+/// The number of an object; nothing where the host's view gives none that fits.
+std::optional<std::int32_t> objectID(const data::Value& value) {
+  try {
+    return value.toInt32();
+  } catch (const std::logic_error&) {
+    return std::nullopt;
+  } catch (const std::range_error&) {
+    return std::nullopt;
+  }
+}
+
+/// The ID in the key of an object's node.
+std::string idOf(const std::string& key) { return key.substr(1); }
+
+}  // namespace
+
+ObjectTree::ObjectTree(ui::Tree& tree, shell::Shell& shell) : tree_(tree), shell_(shell) {
+  tree_.setCheckBoxes(true);
+  tree_.setPictures({kYellowFolder, kBlueFolder});
+}
+
+void ObjectTree::clear() {
+  tree_.clear();
+  objects_.clear();
+  unread_.clear();
+  stored_.clear();
+  filled_ = false;
+  lookUpFailed_ = false;
+}
+
+ui::NodeId ObjectTree::root() const { return tree_.find(kRootKey); }
+
+void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view) {
+  clear();
+  accountID_ = accountID;
+  classID_ = classID;
+  view_ = view;
+  std::exception_ptr failure;
+  {
+    const ui::Tree::Batch batch(tree_);
+    unread_.push_back(tree_.add(ui::kNoNode, kRootKey, kRootText, kImage));
+    try {
+      // Whose turn is next stands in the queue: a search for it from the first node would cost the square.
+      while (!unread_.empty()) {
+        readChildren(unread_.front());
+        unread_.pop_front();
+      }
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    addPlaceholders();
+  }
+  tickStored();
+  tree_.setExpanded(root(), true);
+  openAboveStored();
+  filled_ = true;
+  if (failure) std::rethrow_exception(failure);
+}
+
+void ObjectTree::fillObjectChildren(ui::NodeId node) {
+  if (!hasPlaceholder(node)) return;
+  readChildren(node);
+  tree_.remove(tree_.children(node).front());
+  unread_.erase(std::find(unread_.begin(), unread_.end(), node));
+  addPlaceholders();
+  for (const ui::NodeId shown : stored_) tree_.ensureVisible(shown);
+  tickStored();
+}
+
+void ObjectTree::readChildren(ui::NodeId parent) {
+  const auto gateway = shell_.dtEn();
+  data::RecordHandle& handle = gateway->rssqlTarvoBasePath;
+  if (handle.State() != 0) handle.Close();
+  const data::OpenRows objects(handle, childrenStatement(parent));
+  for (; !objects->Eof(); objects->MoveNext()) addObject(*gateway, parent);
+}
+
+std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
+  const std::string statement =
+      "SELECT ID, ParentID, Name,(SELECT COUNT(*) "
+      " FROM " +
+      view_ + " AS Childs " + " WHERE Childs.ParentID = " + view_ + ".ID) AS NumberOfChilds " + "FROM " +
+      view_;
+  if (parent == root()) return statement + " Where ParentID is null ORDER BY Name";
+  return statement + " Where ParentID = " + idOf(tree_.key(parent)) + " ORDER BY Name";
+}
+
+/// An object that stands in the tree already is left out: the host's data says that it is below itself, or
+/// that it has two mothers, and reading it again might never end.
+void ObjectTree::addObject(data::DtEn& gateway, ui::NodeId parent) {
+  const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
+  const auto id = objectID(row.Fields("ID"));
+  if (!id) return;
+  const std::string key = "N" + std::to_string(*id);
+  if (tree_.find(key) != ui::kNoNode) return;
+  const bool stored = isStored(gateway, *id);
+  const ui::NodeId node = tree_.add(parent, key, row.Fields("Name").toText(), stored ? kMarkedImage : kImage);
+  objects_.push_back(node);
+  if (stored) {
+    tree_.setTag(node, kMarkedTag);
+    stored_.push_back(node);
+  }
+  if (row.Fields("NumberOfChilds").toInt64() > 0) unread_.push_back(node);
+}
+
+bool ObjectTree::isStored(data::DtEn& gateway, std::int32_t objectID) {
+  try {
+    const data::OpenRows rows(
+        gateway.rssqlAccGroupL,
+        "Select * from tblAccountRelatedClassesDetail Where AccountID=" + std::to_string(accountID_) +
+            " and ClassID = " + std::to_string(classID_) + " and ObjectID = " + std::to_string(objectID));
+    return rows->RecordCount() != 0;
+  } catch (const data::DataError&) {
+    // The object is shown all the same, and so is the rest of the class.
+    lookUpFailed_ = true;
+    return false;
+  }
+}
+
+void ObjectTree::addPlaceholders() {
+  for (const ui::NodeId node : unread_) {
+    if (tree_.children(node).empty()) tree_.add(node, {}, kPlaceholderText);
+  }
+}
+
+bool ObjectTree::hasPlaceholder(ui::NodeId node) const {
+  const auto& children = tree_.children(node);
+  return !children.empty() && tree_.key(children.front()).empty();
+}
+
+/// Once the screen knows the nodes, it is told which of them are ticked.
+void ObjectTree::tickStored() {
+  for (const ui::NodeId node : stored_) tree_.setChecked(node, true);
+  stored_.clear();
+}
+
+/// Stored nodes open what is above them. A node is closed again once its own children are read, and what is
+/// read after that may open it: so it stays open where something stored lies deeper than its children.
+void ObjectTree::openAboveStored() {
+  std::vector<bool> storedBelow;
+  const auto below = [&](ui::NodeId node) { return node < storedBelow.size() && storedBelow[node]; };
+  for (auto object = objects_.rbegin(); object != objects_.rend(); ++object) {
+    if (!tree_.checked(*object) && !below(*object)) continue;
+    const ui::NodeId mother = tree_.parent(*object);
+    if (below(*object)) tree_.setExpanded(mother, true);
+    if (storedBelow.size() <= mother) storedBelow.resize(mother + std::size_t{1});
+    storedBelow[mother] = true;
+  }
+}
+
+void ObjectTree::checkChildren(ui::NodeId node) {
+  const bool checked = tree_.checked(node);
+  std::vector<ui::NodeId> waiting{node};
+  while (!waiting.empty()) {
+    const ui::NodeId mother = waiting.back();
+    waiting.pop_back();
+    for (const ui::NodeId child : tree_.children(mother)) {
+      tree_.setChecked(child, checked);
+      waiting.push_back(child);
+    }
+  }
+}
+
+void ObjectTree::setMarked(ui::NodeId node, bool marked) {
+  tree_.setTag(node, marked ? kMarkedTag : "");
+  tree_.setImage(node, marked ? kMarkedImage : kImage);
+}
+
+std::vector<std::string> ObjectTree::chosenObjects() const {
+  std::vector<std::string> chosen;
+  for (const ui::NodeId node : objects_) {
+    const bool isMother = !tree_.children(node).empty();
+    if (isMother ? tree_.tag(node) == kMarkedTag : tree_.checked(node))
+      chosen.push_back(idOf(tree_.key(node)));
+  }
+  return chosen;
+}
+
+}  // namespace ledgertree::entities

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/dten.h"
+#include "shell/shell.h"
+#include "ui/tree.h"
+
+namespace ledgertree::entities {
+
+/// The objects of one entity class as the nodes of a tree with check boxes: what the screen of the related
+/// objects reads, marks and stores.
+///
+/// The objects come from a view of the host with ID, ParentID (NULL at the top) and Name; what is stored of
+/// them are rows of tblAccountRelatedClassesDetail. A node is read with all of its siblings by one statement,
+/// on the handle rssqlTarvoBasePath; whether an object is stored is asked on rssqlAccGroupL.
+///
+/// A node with children has a row where it is marked: it then stands for everything below it, now and later.
+/// A node without children, a leaf, has a row where it is ticked. Stored nodes come back ticked and marked.
+class ObjectTree {
+ public:
+  /// `tree` and `shell` outlive it.
+  ObjectTree(ui::Tree& tree, shell::Shell& shell);
+
+  void clear();
+  /// Reads the whole class, level by level; the tree comes back with the root open. `view` is a plain view
+  /// name. Throws data::DataError where the children of a node can't be read: that node and those whose turn
+  /// had not come keep a placeholder.
+  void fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view);
+  /// Reads the children of a node that still has its placeholder. Throws data::DataError.
+  void fillObjectChildren(ui::NodeId node);
+  /// Whether everything that the class has stands in the tree as it is stored. What isn't complete must not
+  /// be saved, for it would take the rows of what couldn't be read.
+  [[nodiscard]] bool complete() const { return filled_ && unread_.empty() && !lookUpFailed_; }
+
+  [[nodiscard]] ui::NodeId root() const;
+  /// Hands the check of a node down to all nodes below it; marks stay.
+  void checkChildren(ui::NodeId node);
+  /// Marks a node to stand for all of its branches, or takes the mark away; its check stays.
+  void setMarked(ui::NodeId node, bool marked);
+
+  /// The IDs of the objects that get a row, in the order in which they were read.
+  [[nodiscard]] std::vector<std::string> chosenObjects() const;
+
+ private:
+  void readChildren(ui::NodeId parent);
+  void addObject(data::DtEn& gateway, ui::NodeId parent);
+  [[nodiscard]] bool isStored(data::DtEn& gateway, std::int32_t objectID);
+  [[nodiscard]] std::string childrenStatement(ui::NodeId parent) const;
+  void addPlaceholders();
+  [[nodiscard]] bool hasPlaceholder(ui::NodeId node) const;
+  void tickStored();
+  void openAboveStored();
+
+  ui::Tree& tree_;
+  shell::Shell& shell_;
+  std::int32_t accountID_ = -1;
+  std::int32_t classID_ = -1;
+  std::string view_;
+  /// The nodes of the objects, in the order in which they were read.
+  std::vector<ui::NodeId> objects_;
+  /// The nodes whose children aren't read yet, in the order of their turn.
+  std::deque<ui::NodeId> unread_;
+  /// Stored nodes that the screen doesn't show as such yet.
+  std::vector<ui::NodeId> stored_;
+  bool filled_ = false;
+  bool lookUpFailed_ = false;
+};
+
+}  // namespace ledgertree::entities
