@@ -8,18 +8,33 @@
 #include <vector>
 
 #include "data/data_error.h"
-#include "db/scratch_database.h"
+#include "support/temporary_database.h"
 
 namespace ledgertree::db {
 namespace {
 
-using test::number;
-using test::ScratchFile;
+/// A file, and the programs that open it.
+class File {
+ public:
+  [[nodiscard]] std::string path() const { return (folder_.path() / "chart.db").string(); }
+  [[nodiscard]] SQLite::Database open() const {
+    SQLite::Database database(path(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 10000);
+    database.exec("pragma journal_mode = wal; pragma synchronous = off");
+    return database;
+  }
+
+ private:
+  testing::TemporaryFolder folder_;
+};
+
+std::int64_t number(SQLite::Database& database, const std::string& query) {
+  return database.execAndGet(query).getInt64();
+}
 
 constexpr const char* kTables = "select count(*) from sqlite_schema where name = 'tblAccount'";
 
 TEST(Schema, IsMadeOnceAndThenLeftAlone) {
-  const ScratchFile file;
+  const File file;
   {
     SQLite::Database database = file.open();
     openSchema(database);
@@ -32,7 +47,7 @@ TEST(Schema, IsMadeOnceAndThenLeftAlone) {
 
 TEST(Schema, TwoProgramsThatFindAnEmptyFileMakeItTogether) {
   for (int round = 0; round < 10; ++round) {
-    const ScratchFile file;
+    const File file;
     static_cast<void>(file.open());
     std::vector<std::thread> programs;
     for (int program = 0; program < 4; ++program) {
@@ -46,7 +61,7 @@ TEST(Schema, TwoProgramsThatFindAnEmptyFileMakeItTogether) {
   }
 }
 
-void expectRefused(const ScratchFile& file, const std::string& words) {
+void expectRefused(const File& file, const std::string& words) {
   SQLite::Database database = file.open();
   try {
     openSchema(database);
@@ -58,7 +73,7 @@ void expectRefused(const ScratchFile& file, const std::string& words) {
 }
 
 TEST(Schema, LeavesTheFileOfANewerProgramAlone) {
-  const ScratchFile file;
+  const File file;
   {
     SQLite::Database database = file.open();
     openSchema(database);
@@ -70,26 +85,26 @@ TEST(Schema, LeavesTheFileOfANewerProgramAlone) {
 }
 
 TEST(Schema, LeavesTheDatabaseOfAnotherProgramAlone) {
-  const ScratchFile tables;
+  const File tables;
   tables.open().exec("create table tblInvoice (ID int)");
   expectRefused(tables, "برنامه ديگري");
 
-  const ScratchFile numbered;  // it counts versions of its own
+  const File numbered;  // it counts versions of its own
   numbered.open().exec("create table tblInvoice (ID int); pragma user_version = 1");
   expectRefused(numbered, "برنامه ديگري");
 
-  const ScratchFile marked;
+  const File marked;
   marked.open().exec("pragma application_id = 99; create table t (ID int); drop table t");
   expectRefused(marked, "برنامه ديگري");
 }
 
 TEST(Schema, AFileThatIsNoDatabaseAndOneThatCantBeWrittenFail) {
-  const ScratchFile letter;
+  const File letter;
   std::ofstream(letter.path()) << std::string(5000, 'x');
   SQLite::Database noDatabase(letter.path(), SQLite::OPEN_READWRITE);
   EXPECT_THROW(openSchema(noDatabase), SQLite::Exception);
 
-  const ScratchFile empty;
+  const File empty;
   std::ofstream(empty.path()).flush();
   SQLite::Database reader(empty.path(), SQLite::OPEN_READONLY);
   EXPECT_THROW(openSchema(reader), SQLite::Exception);

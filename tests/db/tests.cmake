@@ -1,1 +1,1 @@
-set(LINK ledgertree_embedded)
+set(LINK ledgertree_test_support)

@@ -13,42 +13,41 @@ namespace {
 
 // The parameters ?1, ?2, … of a statement are those of its procedure, in their order.
 
-constexpr const char* kPermission =
-    "select 1 from tblUserPermission where UserID = ?1 and FormPermissionID = ?2";
+constexpr const char* kPermission = R"(
+  select 1 from tblUserPermission where UserID = ?1 and FormPermissionID = ?2)";
 
 constexpr const char* kUserPeriod = "select PeriodID from tblUser where ID = ?1";
 
 // The test for an existing code stands in the statement that writes, so that nothing comes between the two.
 // Blanks at the end of a code don't count: the codes that differ by them alone lie in one short range of the
-// index.
-constexpr const char* kInsertAccount =
-    "insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID, "
-    "Title, Code,"
-    " IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit, NoLevel)"
-    " select ?1, ?2, case when ?3 > 0 then ?3 end, ?4, ?5, case when ?6 > 0 then ?6 end, ?7, ?8, ?9, ?10, "
-    "?11, ?12,"
-    " ?13, ?14, 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0)"
-    " where not exists (select 1 from tblAccount a"
-    "  where a.Code >= rtrim(?8) and a.Code <= rtrim(?8) || '                    '"
-    "  and rtrim(a.Code) = rtrim(?8) collate nocase)";
+// index, since '!' is the character behind the blank.
+constexpr const char* kInsertAccount = R"(
+  insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID,
+                          Title, Code, IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit, NoLevel)
+  select ?1, ?2, case when ?3 > 0 then ?3 end, ?4, ?5, case when ?6 > 0 then ?6 end,
+         ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14,
+         1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0)
+  where not exists (select 1 from tblAccount a
+                    where a.Code >= rtrim(?8) and a.Code < rtrim(?8) || '!'
+                      and rtrim(a.Code) = rtrim(?8) collate nocase))";
 
-constexpr const char* kUpdateAccount =
-    "update tblAccount set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end,"
-    " IsPermanent = ?4, AccountNatureID = ?5, Title = ?6, Code = ?7, IsClosed = ?8, BranchID = ?9, "
-    "PositionID = ?10,"
-    " Notes = ?11, MaxDebit = ?12, MaxCredit = ?13"
-    " where ID = ?1 and not exists (select 1 from tblAccount a"
-    "  where a.Code >= rtrim(?7) and a.Code <= rtrim(?7) || '                    '"
-    "  and rtrim(a.Code) = rtrim(?7) collate nocase and a.ID <> ?1)";
+constexpr const char* kUpdateAccount = R"(
+  update tblAccount
+  set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end, IsPermanent = ?4,
+      AccountNatureID = ?5, Title = ?6, Code = ?7, IsClosed = ?8, BranchID = ?9, PositionID = ?10,
+      Notes = ?11, MaxDebit = ?12, MaxCredit = ?13
+  where ID = ?1
+    and not exists (select 1 from tblAccount a
+                    where a.Code >= rtrim(?7) and a.Code < rtrim(?7) || '!'
+                      and rtrim(a.Code) = rtrim(?7) collate nocase and a.ID <> ?1))";
 
 constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
 
 constexpr const char* kDeleteRelations = "delete from tblAccountRelatedObjects where AccountID = ?1";
 
-// A trigger turns the marks for no group, class and object into null.
-constexpr const char* kInsertRelation =
-    "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
-    " values (?1, case when ?2 > 0 then ?2 end, case when ?3 > 0 then ?3 end, nullif(?4, -1))";
+constexpr const char* kInsertRelation = R"(
+  insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)
+  values (?1, case when ?2 > 0 then ?2 end, case when ?3 > 0 then ?3 end, nullif(?4, -1)))";
 
 constexpr const char* kDeleteAccount = "delete from tblAccount where ID = ?1";
 

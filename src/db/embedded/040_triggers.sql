@@ -13,7 +13,7 @@ create view vwAccountBranch as select ID, ParentID from tblAccount where 0;
 
 create trigger trAccountBranch instead of insert on vwAccountBranch
 begin
-  select raise(abort, 'حساب نميتواند زير خودش يا زير يكي از زيرشاخه‌هاي خودش قرار گيرد. حساب مادر ديگري انتخاب نماييد.')
+  select raise(abort, 'حساب نميتواند زير خودش يا زير يکي از زيرشاخه هاي خودش قرار گيرد. حساب مادر ديگري انتخاب نماييد.')
     where exists (select 1 from tblAccount
                   where ID in (select p.ID from tblAccountParent p where p.ChildID = new.ParentID
                                union all select new.ParentID)

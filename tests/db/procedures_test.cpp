@@ -1,0 +1,208 @@
+#include "data/embedded/procedures.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "data/data_error.h"
+#include "db/schema.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::data::embedded {
+namespace {
+
+/// What an accountant typed.
+struct Account {
+  int parent = -1;
+  std::string code = {};
+  std::string title = "صندوق";
+  int group = -1;
+  std::string notes = {};
+  Money ceiling = {};
+
+  [[nodiscard]] std::vector<Value> forInsert() const {
+    return {DateTime{.year = 2025, .month = 3, .day = 21},
+            "1404/01/01",
+            group,
+            1,
+            0,
+            parent,
+            title,
+            code,
+            0,
+            0,
+            0,
+            notes,
+            ceiling,
+            Money()};
+  }
+  [[nodiscard]] std::vector<Value> forUpdate(int id) const {
+    return {id, parent, group, 1, 0, title, code, 0, 0, 0, notes, ceiling, Money()};
+  }
+};
+
+std::string repeated(const char* letter, int times) {
+  std::string text;
+  for (int i = 0; i < times; ++i) text += letter;
+  return text;
+}
+
+class Procedures : public ::testing::Test {
+ protected:
+  std::int32_t call(const Procedure& procedure, const std::vector<Value>& values) {
+    checkArguments(procedure, values);
+    return runner.call(procedure, values);
+  }
+  std::int32_t insert(const Account& account) {
+    return call(procedures::spAccountInsertAccount, account.forInsert());
+  }
+  std::int32_t update(int id, const Account& account) {
+    return call(procedures::spAccountUpdateAccounts, account.forUpdate(id));
+  }
+  std::string row(int id) {
+    return database.rows("select ParentID, Code, Title, NoLevel, GroupID from tblAccount where ID = " +
+                         std::to_string(id));
+  }
+  void expectGone(const Procedure& procedure, const std::vector<Value>& values) {
+    try {
+      call(procedure, values);
+      ADD_FAILURE() << procedure.name;
+    } catch (const DataError& error) {
+      EXPECT_EQ(error.reason(), DataError::Reason::Constraint);
+      EXPECT_NE(std::string(error.what()).find("ديگر وجود ندارد"), std::string::npos) << error.what();
+    }
+  }
+
+  ledgertree::testing::TemporaryDatabase database;
+  ProcedureRunner runner{database.other()};
+};
+
+TEST_F(Procedures, ANewAccountIsWrittenAsTyped) {
+  const int top = insert({.code = "1", .title = "O'Neil; drop table tblAccount --"});
+  EXPECT_EQ(row(top), "null|1|O'Neil; drop table tblAccount --|1|null");
+  const int child =
+      insert({.parent = top, .code = "101", .group = 3, .ceiling = Money::fromTenThousandths(15000)});
+  EXPECT_EQ(row(child), std::to_string(top) + "|101|صندوق|2|3");
+  EXPECT_EQ(database.rows("select CreateDate, FarsiCreateDate, MaxDebit, MaxCredit, Notes from tblAccount"
+                          " where ID = " +
+                          std::to_string(child)),
+            "2025-03-21 00:00:00|1404/01/01|15000|0|");
+  EXPECT_EQ(database.rows("select * from tblAccountParent"),
+            std::to_string(top) + "|" + std::to_string(child));
+  EXPECT_EQ(database.number("select count(*) from tblAccountPeriodAccount"), 0);
+
+  const Account widest{.code = repeated("ش", 20), .title = repeated("ب", 50), .notes = repeated("ن", 250)};
+  EXPECT_GT(insert(widest), 0);
+  EXPECT_THROW(insert({.code = repeated("ش", 21)}), DataError);
+}
+
+TEST_F(Procedures, ACodeExistsInAnyLetterCaseAndWithBlanksBehindIt) {
+  const int first = insert({.code = "10A"});
+  database.execute("insert into tblAccount (Code) values ('20  ')");
+  EXPECT_EQ(insert({.code = "10a"}), 0);
+  EXPECT_EQ(insert({.code = "10A "}), 0);
+  EXPECT_EQ(insert({.code = "20"}), 0);
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 2);
+
+  const int second = insert({.code = "10A 1"});
+  EXPECT_GT(second, first);
+  EXPECT_EQ(update(second, {.code = "10a", .title = "بانک"}), 0);
+  EXPECT_EQ(row(second), "null|10A 1|صندوق|1|null");
+  EXPECT_NE(update(second, {.code = "10a 1", .title = "بانک"}), 0);
+  EXPECT_EQ(row(second), "null|10a 1|بانک|1|null");
+}
+
+TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {
+  const int a = insert({.code = "1"});
+  const int b = insert({.code = "2"});
+  const int c = insert({.parent = b, .code = "201"});
+  EXPECT_NE(update(b, {.parent = a, .code = "2", .title = repeated("ب", 100), .group = 0}), 0);
+  EXPECT_EQ(database.number("select NoLevel from tblAccount where ID = " + std::to_string(c)), 3);
+  EXPECT_EQ(row(b), std::to_string(a) + "|2|" + repeated("ب", 100) + "|2|null");
+  EXPECT_THROW(update(a, {.parent = c, .code = "1"}), SQLite::Exception);
+  EXPECT_EQ(row(a), "null|1|صندوق|1|null");
+  EXPECT_NE(update(b, {.code = "2"}), 0) << "-1 takes it back to the top";
+  EXPECT_EQ(row(b), "null|2|صندوق|1|null");
+}
+
+TEST_F(Procedures, WhatAnotherProgramDeletedIsTold) {
+  const int a = insert({.code = "1"});
+  expectGone(procedures::spAccountInsertAccount, Account{.parent = 99, .code = "9901"}.forInsert());
+  expectGone(procedures::spAccountUpdateAccounts, Account{.parent = 99, .code = "1"}.forUpdate(a));
+  expectGone(procedures::spAccountUpdateAccounts, Account{.code = "2"}.forUpdate(99));
+  expectGone(procedures::spAccountInsertRelatedObject, {99, 1, 1, 1});
+  EXPECT_EQ(database.rows("select ID from tblAccount"), std::to_string(a));
+  EXPECT_GT(insert({.code = "2"}), 0) << "the connection goes on";
+}
+
+TEST_F(Procedures, AnAccountEndsWithTheOneRelationGiven) {
+  const int a = insert({.code = "1"});
+  const std::string relations =
+      "select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects";
+  database.execute("insert into tblAccountRelatedObjects (AccountID, AccountGroupID) values (" +
+                   std::to_string(a) + ", 5), (" + std::to_string(a) + ", 6)");
+  call(procedures::spAccountInsertRelatedObject, {a, 3, 2, 11});
+  EXPECT_EQ(database.rows(relations), "3|2|11");
+
+  database.execute("begin");
+  call(procedures::spAccountInsertRelatedObject, {a, -1, -1, -1});
+  EXPECT_EQ(database.rows(relations), "null|null|null");
+  database.execute("rollback");
+  EXPECT_EQ(database.rows(relations), "3|2|11");
+}
+
+TEST_F(Procedures, ADeletionSaysWhetherSomethingDependsOnTheAccount) {
+  const int a = insert({.code = "1"});
+  const int b = insert({.parent = a, .code = "101"});
+  EXPECT_EQ(call(procedures::spAccountDeleteAccount, {a}), 0);
+  database.execute(
+      "insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01');"
+      "insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, " +
+      std::to_string(b) + ")");
+  EXPECT_EQ(call(procedures::spAccountDeleteAccount, {b}), 0);
+  database.execute("delete from tblAccountDocumentDetail");
+  EXPECT_NE(call(procedures::spAccountDeleteAccount, {b}), 0);
+  EXPECT_NE(call(procedures::spAccountDeleteAccount, {a}), 0);
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 0);
+  EXPECT_NE(call(procedures::spAccountDeleteAccount, {a}), 0) << "nothing depends on what is gone";
+}
+
+TEST_F(Procedures, RightsAndPeriodsAreThoseOfTheUser) {
+  db::createDemoChart(database.other());
+  const auto allowed = [this](int user, int right) {
+    return call(procedures::spTarvoHasPermission, {user, right}) != 0;
+  };
+  EXPECT_TRUE(allowed(1, 301) && allowed(1, 30101) && allowed(1, 30112));
+  EXPECT_TRUE(allowed(2, 301));
+  EXPECT_FALSE(allowed(2, 30101) || allowed(2, 30102) || allowed(2, 30103));
+  EXPECT_FALSE(allowed(3, 301));
+  EXPECT_FALSE(allowed(99, 301));
+  EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {1}), 3);
+  EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {99}), 0);
+}
+
+TEST_F(Procedures, TwoProgramsNeverStoreOneCodeTwice) {
+  std::vector<std::thread> programs;
+  std::atomic<int> stored{0};
+  for (int program = 0; program < 2; ++program) {
+    programs.emplace_back([this, &stored] {
+      SQLite::Database own(database.file().string(), SQLite::OPEN_READWRITE, 10000);
+      own.exec("pragma synchronous = off; pragma foreign_keys = on");
+      ProcedureRunner ownRunner(own);
+      for (int code = 1; code <= 200; ++code) {
+        const auto values = Account{.code = std::to_string(code)}.forInsert();
+        if (ownRunner.call(procedures::spAccountInsertAccount, values) > 0) ++stored;
+      }
+    });
+  }
+  for (std::thread& program : programs) program.join();
+  EXPECT_EQ(stored, 200);
+  EXPECT_EQ(database.number("select count(distinct Code) from tblAccount"), 200);
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 200);
+}
+
+}  // namespace
+}  // namespace ledgertree::data::embedded
