@@ -80,7 +80,7 @@ int drawInstead(const Options& options) {
   QTextStream out(stdout);
   for (const std::string& picture : ledgertree::drawScreens(options.pictures.toStdString()))
     out << "picture: " << QString::fromStdString(picture) << '\n';
-  out << QString::fromStdString(ledgertree::treeAsText(3));
+  out << QString::fromStdString(ledgertree::treeAsText(2));
   return 0;
 }
 

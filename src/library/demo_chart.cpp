@@ -1,0 +1,29 @@
+#include "ledgertree/demo_chart.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "db/schema.h"
+
+namespace ledgertree {
+
+void createDemoChart(const std::string& file) {
+  if (std::filesystem::exists(file)) throw std::runtime_error(file + " exists already");
+  // Under another name until it is whole: a chart that was begun is never taken for one.
+  const std::string unfinished = file + ".part";
+  std::filesystem::remove(unfinished);
+  try {
+    SQLite::Database database(unfinished, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    db::openSchema(database);
+    db::createDemoChart(database);
+  } catch (const std::exception& failure) {
+    std::error_code ignored;
+    std::filesystem::remove(unfinished, ignored);
+    throw std::runtime_error("the demo chart can't be made in " + file + ": " + failure.what());
+  }
+  std::filesystem::rename(unfinished, file);
+}
+
+}  // namespace ledgertree

@@ -1,0 +1,240 @@
+#include "ui/form.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "support/scripted_desktop.h"
+#include "ui/buttons.h"
+#include "ui/grid.h"
+#include "ui/items.h"
+#include "ui/menu.h"
+#include "ui/text_field.h"
+#include "ui/timer.h"
+#include "ui/tree.h"
+
+namespace ledgertree::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+class SmallForm : public ui::Form {
+ public:
+  explicit SmallForm(ui::Surroundings surroundings)
+      : Form(std::move(surroundings), "SmallForm", "فرم", {6000, 3000}) {}
+
+  int unloads = 0;
+  ui::Frame frame{*this, "frame", {0, 0, 3000, 3000}};
+  ui::PushButton cmdOk{*this, "cmdOk", {0, 0, 900, 375}, "ثبت", &frame};
+  ui::PushButton cmdCancel{*this, "cmdCancel", {900, 0, 900, 375}, "خروج", &frame};
+  ui::TextField text{*this, "text", {0, 400, 900, 315}, &frame};
+  ui::RadioButton one{*this, "one", {0, 800, 900, 315}, "1", &frame};
+  ui::RadioButton two{*this, "two", {0, 1200, 900, 315}, "2", &frame};
+  ui::RadioButton alone{*this, "alone", {3000, 1200, 900, 315}, "3"};
+  ui::ListBox list{*this, "list", {3000, 0, 900, 900}};
+  ui::Grid grid{*this, "grid", {3000, 0, 900, 900}};
+  ui::Tree tree{*this, "tree", {3000, 0, 900, 900}};
+  ui::Timer timer{*this, "timer", 30ms};
+  ui::MenuEntry menu{*this, "menu", "ابزار"};
+  ui::MenuEntry entry{*this, "entry", "حذف"};
+
+ protected:
+  void unload() override { ++unloads; }
+};
+
+class FormStory : public ::testing::Test {
+ protected:
+  FormStory() { desktop.show(*form); }
+
+  ScriptedDesktop desktop;
+  std::vector<std::string> failures;
+  ui::Surroundings surroundings{
+      desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
+  std::optional<SmallForm> form{std::in_place, surroundings};
+};
+
+TEST_F(FormStory, AFailureEndsTheProcedureAndTheFormGoesOn) {
+  form->cmdOk.onClick = [] { throw std::runtime_error("شکست"); };
+  form->cmdOk.click();
+  form->text.onKeyPress = [](ui::KeyPress&) { throw std::runtime_error("کليد"); };
+  form->text.type("a");
+  EXPECT_EQ(failures, (std::vector<std::string>{"شکست", "کليد"}));
+  EXPECT_EQ(form->text.text(), "a");
+}
+
+TEST_F(FormStory, AFormMayEndItselfOrBeDestroyedInTheMiddleOfAnything) {
+  form->cmdOk.onClick = [&] {
+    form->close();
+    EXPECT_EQ(form->unloads, 0) << "not while the procedure runs";
+    form->cmdCancel.click();
+    EXPECT_EQ(form->unloads, 0);
+  };
+  int unloads = 0;
+  form->onClosed = [&] {
+    unloads = form->unloads;
+    form.reset();
+  };
+  EXPECT_TRUE(form->press(ui::KeyChord::of(ui::Key::Enter)) == false);
+  form->setDefaultButton(form->cmdOk);
+  EXPECT_TRUE(form->press(ui::KeyChord::of(ui::Key::Enter)));
+  EXPECT_FALSE(form.has_value());
+  EXPECT_EQ(unloads, 1);
+  EXPECT_TRUE(desktop.shownForms.empty());
+
+  for (int way = 0; way < 4; ++way) {
+    form.emplace(surroundings);
+    desktop.show(*form);
+    const auto destroy = [&] { form.reset(); };
+    form->text.onKeyUp = form->cmdOk.onClick = form->one.onClick = form->timer.onTick = destroy;
+    if (way == 0) form->text.type("ابپ");
+    if (way == 1) form->cmdOk.press(ui::Key::Space);
+    if (way == 2) form->one.click();
+    if (way == 3) desktop.tick();
+    EXPECT_FALSE(form.has_value()) << way;
+  }
+  EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(FormStory, NothingOutOfReachCanBeUsed) {
+  int clicks = 0;
+  form->cmdOk.onClick = form->one.onClick = form->entry.onClick = [&] { ++clicks; };
+  form->menu.add(form->entry);
+  form->frame.setEnabled(false);
+  form->menu.setEnabled(false);
+  form->cmdOk.click();
+  form->one.click();
+  form->entry.click();
+  form->text.type("x");
+  form->text.focus();
+  EXPECT_THROW(form->text.setFocus(), std::logic_error);
+  EXPECT_EQ(form->focused(), nullptr);
+  EXPECT_EQ(clicks, 0);
+  EXPECT_EQ(form->text.text(), "");
+
+  form->frame.setEnabled(true);
+  form->menu.setEnabled(true);
+  form->cmdOk.setShortcut(ui::KeyChord::ctrlAnd('S'));
+  EXPECT_TRUE(form->press(ui::KeyChord::ctrlAnd('S')));
+  form->one.click();
+  form->entry.click();
+  EXPECT_EQ(clicks, 3);
+  form->alone.setValue(true);
+  form->two.click();
+  EXPECT_FALSE(form->one.value());
+  EXPECT_TRUE(form->two.value());
+  EXPECT_TRUE(form->alone.value()) << "another group";
+}
+
+TEST_F(FormStory, TypingCountsCharactersAndGoesThroughTheFilter) {
+  form->text.setMaximumLength(4);
+  form->text.setLatinDigits(true);
+  std::u32string asked;
+  int changes = 0;
+  form->text.onKeyPress = [&](ui::KeyPress& press) {
+    asked += press.character;
+    if (press.character == U'x') press.character = 0;
+  };
+  form->text.onChange = [&] { ++changes; };
+  form->text.type("۱xپ٣");
+  EXPECT_EQ(asked, U"1xپ3");
+  EXPECT_EQ(form->text.text(), "1پ3");
+  form->text.press(ui::Key::Left);
+  form->text.type("ab");
+  EXPECT_EQ(form->text.text(), "1پa3") << "no more than four";
+  EXPECT_EQ(form->text.caret(), 3U);
+  form->text.press(ui::Key::Backspace);
+  form->text.press(ui::Key::Backspace);
+  EXPECT_EQ(form->text.text(), "13");
+  EXPECT_EQ(form->text.caret(), 1U);
+  form->text.press(ui::Key::Delete);
+  EXPECT_EQ(form->text.text(), "1");
+  EXPECT_EQ(changes, 7);
+  form->text.setLocked(true);
+  form->text.type("9");
+  form->text.press(ui::Key::Backspace);
+  EXPECT_EQ(form->text.text(), "1");
+  form->text.setLocked(false);
+  form->text.setText("");
+  form->text.type("\xC3(\xF0\x9F\x98\x80");
+  EXPECT_EQ(form->text.text(), "\xEF\xBF\xBD(\xF0\x9F\x98\x80") << "what is no UTF-8 is shown as such";
+}
+
+struct TreeEar : ui::FormObserver {
+  void controlChanged(ui::Control&, ui::Change) override {}
+  void treeChanged(ui::Tree&, const ui::TreeChange& change) override { changes.push_back(change); }
+  void formChanged(ui::FormChange) override {}
+  void timerChanged(ui::Timer&) override {}
+  std::vector<ui::TreeChange> changes;
+};
+
+TEST_F(FormStory, ATreeTellsALevelAsOneChange) {
+  TreeEar ear;
+  form->addObserver(ear);
+  ui::Tree& tree = form->tree;
+  const ui::NodeId root = tree.add(ui::kNoNode, "root", "ريشه");
+  const ui::NodeId old = tree.add(root, "old", "قديم");
+  ear.changes.clear();
+  {
+    const ui::Tree::Batch batch(tree);
+    for (int i = 0; i < 100; ++i) {
+      const ui::NodeId node = tree.add(root, "n" + std::to_string(i), "گره");
+      tree.add(node, "", "!");
+    }
+    tree.add(old, "late", "دير");
+    tree.add(root, "last", "آخر");
+  }
+  ASSERT_EQ(ear.changes.size(), 3U);
+  EXPECT_EQ(ear.changes[0].node, root);
+  EXPECT_EQ(ear.changes[0].first, 1U);
+  EXPECT_EQ(ear.changes[0].count, 100U);
+  EXPECT_EQ(ear.changes[1].node, old);
+  EXPECT_EQ(tree.count(), 204U);
+
+  EXPECT_THROW(tree.add(root, "n5", "دوباره"), std::invalid_argument);
+  tree.select(tree.find("n5"));
+  const ui::NodeId fifth = tree.find("n5");
+  tree.remove(fifth);
+  EXPECT_EQ(tree.find("n5"), ui::kNoNode);
+  EXPECT_EQ(tree.selected(), ui::kNoNode);
+  EXPECT_EQ(tree.place(tree.find("n6")), 6U);
+  EXPECT_EQ(tree.count(), 202U);
+  EXPECT_THROW(static_cast<void>(tree.text(fifth)), std::out_of_range);
+  form->removeObserver(ear);
+
+  // By keyboard: down into the tree, open to the left, close to the right.
+  std::vector<std::string> clicked;
+  tree.onNodeClick = [&](ui::NodeId node) { clicked.push_back(tree.key(node)); };
+  for (const ui::Key key : {ui::Key::Down, ui::Key::Left, ui::Key::Down, ui::Key::Enter, ui::Key::End,
+                            ui::Key::Enter, ui::Key::Home, ui::Key::Right, ui::Key::End, ui::Key::Space})
+    tree.press(key);
+  EXPECT_EQ(clicked, (std::vector<std::string>{"old", "last", "root"}));
+}
+
+TEST_F(FormStory, ListsAndGridsFollowKeys) {
+  int selections = 0;
+  form->list.onSelect = [&] { ++selections; };
+  form->list.press(ui::Key::Down);
+  for (const char* line : {"1", "2", "3"}) form->list.addItem(line);
+  form->list.press(ui::Key::Down);
+  form->list.press(ui::Key::End);
+  form->list.choose(7);
+  EXPECT_EQ(form->list.selectedText(), "3");
+  EXPECT_EQ(selections, 2);
+  form->list.removeItem(0);
+  EXPECT_EQ(form->list.selectedText(), "3");
+  form->list.removeItem(1);
+  EXPECT_EQ(form->list.selected(), ui::ListBox::kNone);
+
+  form->grid.setColumns({{"رديف", 600}, {"سال", 2000}});
+  form->grid.press(ui::Key::Down);
+  for (int i = 0; i < 30; ++i) form->grid.addRow({std::to_string(i)});
+  form->grid.press(ui::Key::PageDown);
+  form->grid.press(ui::Key::Up, true);
+  form->grid.press(ui::Key::Home, true);
+  EXPECT_EQ(form->grid.currentRow(), 0);
+  EXPECT_EQ(form->grid.selectionEnd(), 10);
+  EXPECT_EQ(form->grid.text(3, 1), "");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

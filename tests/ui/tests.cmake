@@ -1,0 +1,1 @@
+set(LINK ledgertree_ui ledgertree_test_support)
