@@ -1,0 +1,295 @@
+#include "entities/rel_objects.h"
+
+#include "data/embedded/embedded_connection.h"
+#include "entity_house.h"
+
+namespace ledgertree::testing {
+namespace {
+
+using entities::frmAccountRelObjects;
+using ui::Key;
+using ui::KeyChord;
+
+constexpr const char* kSaved = "اطلاع|عمل ثبت انجام شد.";
+constexpr const char* kNotRead =
+    "خطا|موجوديتهاي اين نوع به طور کامل خوانده نشده اند. نوع موجوديت را دوباره انتخاب کنيد.";
+constexpr const char* kUntouched = "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n  Tunnel\n School\n";
+
+class RelObjects : public EntityHouse {
+ protected:
+  RelObjects() {
+    database.execute(
+        "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values "
+        "(10, 2, 1), (10, 1, 2), (10, 3, 3)");
+  }
+  void store(const std::string& ids) {
+    database.execute(
+        "update tblAccountRelatedClasses set IncludeAllObjects = 0 where ClassID = 2; "
+        "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) select 10, 2, ID from "
+        "tblEntityProject where ID in (" +
+        ids + ")");
+  }
+};
+
+TEST_F(RelObjects, AClassStartsWithAllItsObjects) {
+  const bool saved = objectsOf(10, [&](frmAccountRelObjects& form) {
+    const auto& tree = form.treeObjects;
+    EXPECT_EQ(form.cmbClass.selected(), ui::DropDownList::kNone);
+    EXPECT_TRUE(form.chkAllObjects.value() == 1 && !form.chkAllObjects.enabled() &&
+                !form.gbObjects.enabled());
+    EXPECT_EQ(shown(tree), "");
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), "اشکال|نوع موجوديت انتخاب نشده است. ابتدا يک نوع موجوديت را انتخاب کنيد.");
+    EXPECT_EQ(classes(), "1 2 -\n2 1 -\n3 3 -");
+
+    form.cmbClass.choose(0);
+    EXPECT_EQ(desktop.hourglasses, 1);
+    EXPECT_EQ(form.cmbClass.selectedText(), "_پروژه ها");
+    EXPECT_EQ(shown(tree), kUntouched);
+    EXPECT_TRUE(form.chkAllObjects.value() == 1 && form.chkAllObjects.enabled() && !form.gbObjects.enabled());
+    form.treeObjects.tick(node(form, 3));
+    EXPECT_EQ(shown(tree), kUntouched) << "out of reach while all objects count";
+
+    form.chkAllObjects.click();
+    EXPECT_TRUE(form.gbObjects.enabled());
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), std::string("اشكال|هيچ مورد انتخاب شده يافت نشد!\n") + kSaved);
+    EXPECT_EQ(classes(), "1 2 -\n2 1 0\n3 3 -");
+
+    form.cmbClass.choose(1);
+    EXPECT_EQ(shown(tree), "ريشه\n") << "a class without objects";
+  });
+  EXPECT_TRUE(saved);
+  store("2, 3");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    form.cmbClass.choose(0);
+    EXPECT_EQ(form.chkAllObjects.value(), 0);
+    form.chkAllObjects.click();
+    EXPECT_FALSE(form.gbObjects.enabled());
+    EXPECT_TRUE(form.press(KeyChord::ctrlAnd('S')));
+    EXPECT_EQ(notices.taken(), kSaved);
+  });
+  EXPECT_EQ(classes(), "1 2 -\n2 1 1\n3 3 -");
+  EXPECT_EQ(objects(), "");
+}
+
+TEST_F(RelObjects, TickedLeavesComeBackAndSurviveAnotherSave) {
+  store("");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    auto& tree = form.treeObjects;
+    form.cmbClass.choose(0);
+    tree.tick(node(form, 2));
+    tree.tick(node(form, 6));
+    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge x\n   Pillar x\n   Rail x\n  Tunnel\n School x\n");
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "3\n4\n6") << "a mother that is ticked stands for its leaves of today";
+    form.cmbClass.choose(1);
+    form.cmbClass.choose(0);
+    EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  +Bridge\n   Pillar x *\n   Rail x *\n  Tunnel\n School x *\n");
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "3\n4\n6");
+    tree.tick(node(form, 3));
+    tree.click(node(form, 5));
+    EXPECT_TRUE(form.press(KeyChord::ctrlAnd('B')));
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "4\n6") << "a leaf that isn't ticked has no row, marked or not";
+    tree.tick(form.treeObjects.roots().front());
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "3\n4\n5\n6");
+  });
+  EXPECT_EQ(notices.take().size(), 4U);
+}
+
+TEST_F(RelObjects, AMarkedBranchStandsForWhatComesLater) {
+  store("");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    auto& tree = form.treeObjects;
+    form.cmbClass.choose(0);
+    form.cmdAllBranches.click();
+    EXPECT_EQ(notices.taken(), "اشکال|ابتدا يکي از گره هاي درخت را انتخاب کنيد.");
+    tree.click(tree.roots().front());
+    form.cmdAllBranches.click();
+    EXPECT_EQ(notices.taken(), "خطا|اين عمل را روي ريشه درخت نميتوان انجام داد.");
+    form.cmdNotAllBranches.click();
+    EXPECT_EQ(notices.taken(), "");
+    tree.click(node(form, 5));
+    form.cmdAllBranches.click();
+    form.cmdNotAllBranches.click();
+    EXPECT_EQ(notices.taken(), "خطا|اين گره زيرشاخه ندارد.");
+    tree.click(node(form, 2));
+    form.cmdAllBranches.click();
+    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge *\n   Pillar\n   Rail\n  Tunnel *\n School\n");
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kSaved);
+  });
+  EXPECT_EQ(objects(), "2");
+  database.execute("insert into tblEntityProject (ID, ParentID, Name) values (7, 2, 'Railing')");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    auto& tree = form.treeObjects;
+    form.cmbClass.choose(0);
+    EXPECT_EQ(shown(tree),
+              "-ريشه\n +Road\n  +Bridge x *\n   Pillar\n   Rail\n   Railing\n  Tunnel\n School\n")
+        << "a mother is closed again once its children are read";
+    tree.tick(node(form, 2));
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "2") << "the mark counts, not the tick";
+    tree.click(node(form, 2));
+    EXPECT_TRUE(form.press({.ctrl = true, .shift = true, .letter = 'B'}));
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "");
+  });
+}
+
+TEST_F(RelObjects, TheHostsDataMayBeAnything) {
+  database.execute(R"(
+    create table tblMaze (ID, ParentID int, Name);
+    insert into tblMaze values (1, null, 'UNKNOWN_TEXT'), (2, 1, 'b'), (1, 2, 'a'), (-3, 2, null), (4, -3, 'd'),
+      (null, null, 'none'), ('x', null, 'word'), (5000000000, null, 'far'), (8, 9, 'lost'), (9, 8, 'lost too');
+    create view [vw of a maze] as select * from tblMaze;
+    update tblAccountClass set ViewMajor = ' [vw of a maze] ' where ID = 2;
+    update tblAccountClass set ViewMajor = 'vwEntityBank; delete tblAccountRelatedClasses --' where ID = 3;
+    update tblAccountClass set ViewMajor = 'vwNowhere' where ID = 1)");
+  store("");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    auto& tree = form.treeObjects;
+    form.cmbClass.choose(0);
+    EXPECT_EQ(shown(tree), "-ريشه\n +UNKNOWN_TEXT\n  +b\n   +\n    d\n");
+    tree.tick(node(form, 1));
+    form.cmdOk.click();
+    EXPECT_EQ(objects(), "4");
+    EXPECT_EQ(notices.taken(), kSaved);
+
+    form.cmbClass.choose(2);
+    EXPECT_EQ(notices.taken(),
+              "خطا|نام نماي موجوديتهاي اين نوع معتبر نيست. نام نما را در تعريف نوع موجوديت اصلاح کنيد.");
+    EXPECT_EQ(shown(tree), "");
+    form.chkAllObjects.click();
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kNotRead);
+
+    form.cmbClass.choose(1);
+    EXPECT_NE(notices.taken(), "");
+    form.chkAllObjects.click();
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kNotRead);
+    form.chkAllObjects.click();
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kSaved);
+  });
+  EXPECT_EQ(classes(), "1 2 1\n2 1 0\n3 3 -");
+}
+
+TEST_F(RelObjects, WhatCouldNotBeReadIsNeverWrittenBack) {
+  store("3, 6");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    auto& tree = form.treeObjects;
+    faults.failWhere("ParentID = 1 ");
+    form.cmbClass.choose(0);
+    EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
+    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  UNKNOWN_TEXT\n School x *\n");
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kNotRead);
+    tree.expand(node(form, 1));
+    EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
+    tree.collapse(node(form, 1));
+    faults.heal();
+    tree.expand(node(form, 1));
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kNotRead);
+    tree.expand(node(form, 2));
+    EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  -Bridge\n   Pillar x *\n   Rail\n  Tunnel\n School x *\n");
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kSaved);
+    EXPECT_EQ(objects(), "3\n6");
+
+    faults.failWhere("ObjectID = 3");
+    form.cmbClass.choose(0);
+    EXPECT_EQ(notices.taken(), "") << "the rest of the class is shown";
+    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n  Tunnel\n School x *\n");
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kNotRead);
+  });
+  EXPECT_EQ(objects(), "3\n6");
+}
+
+TEST_F(RelObjects, EachStatementMayFailOnce) {
+  bool failed = true;
+  for (int failing = 1; failed; ++failing) {
+    database.execute("delete from tblAccountRelatedClassesDetail");
+    store("2, 4");
+    faults.heal();
+    frmAccountRelObjects form(shell);
+    faults.failAt(failing);
+    try {
+      form.open(10);
+    } catch (const data::DataError&) {
+      EXPECT_EQ(openHandles(), 0) << failing;
+      continue;
+    }
+    desktop.show(form);
+    form.cmbClass.choose(0);
+    form.treeObjects.tick(node(form, 6));
+    form.cmdOk.click();
+    failed = faults.failures() > 0;
+    faults.heal();
+    EXPECT_EQ(openHandles(), 0) << failing;
+    EXPECT_EQ(desktop.pointer, ui::Pointer::Default) << failing;
+    if (notices.taken() == kSaved) {
+      EXPECT_EQ(objects(), "2\n4\n6") << failing;
+      continue;
+    }
+    form.cmdOk.click();
+    if (notices.taken() == kSaved) continue;  // the tree still stood, and the second save wrote it
+    EXPECT_EQ(objects(), "2\n4") << failing;
+    form.cmbClass.choose(0);
+    form.treeObjects.tick(node(form, 6));
+    form.cmdOk.click();
+    EXPECT_EQ(notices.taken(), kSaved) << failing;
+    EXPECT_EQ(objects(), "2\n4\n6") << failing;
+  }
+}
+
+TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
+  database.execute(
+      "insert into tblEntityProject (ID, ParentID, Name) with recursive n(i) as (select 100 union all "
+      "select i + 1 from n where i < 2099) select i, iif(i < 110, 5, 100 + i % 10), i from n");
+  const auto mothers = database.number("select count(distinct ParentID) from tblEntityProject");
+  std::vector<std::string> statements;
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    statements = faults.take();
+    form.cmbClass.choose(0);
+    statements = faults.take();
+    EXPECT_EQ(form.treeObjects.count(), 1U + 2006U);
+  });
+  EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 2 + (1 + mothers) + 2006);
+  data::embedded::EmbeddedConnection engine(database.file().string());
+  for (const std::string& statement : statements) {
+    for (const std::string& step : engine.queryPlan(statement))
+      EXPECT_EQ(step.find("SCAN t"), std::string::npos) << statement << "\n" << step;
+  }
+}
+
+TEST_F(RelObjects, TheTreeGrowsWithTheWindow) {
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    const auto tree = form.treeObjects.bounds();
+    const auto mark = form.cmdAllBranches.bounds();
+    const auto account = form.sltAccount.bounds();
+    const auto ok = form.cmdOk.bounds();
+    const auto hint = form.lblHint.bounds();
+    form.resize({form.designSize().width + 1500, form.designSize().height + 600});
+    form.resize({form.size().width, 300});
+    form.resize({300, form.size().height + 900});
+    form.resize({form.designSize().width + 1000, form.designSize().height + 500});
+    EXPECT_EQ(form.treeObjects.bounds(),
+              (ui::Bounds{tree.left, tree.top, tree.width + 1000, tree.height + 500}));
+    EXPECT_EQ(form.cmdAllBranches.bounds(),
+              (ui::Bounds{mark.left + 1000, mark.top + 500, mark.width, mark.height}));
+    EXPECT_EQ(form.sltAccount.bounds(),
+              (ui::Bounds{account.left + 1000, account.top, account.width, account.height}));
+    EXPECT_EQ(form.cmdOk.bounds(), (ui::Bounds{ok.left, ok.top + 500, ok.width, ok.height}));
+    EXPECT_EQ(form.lblHint.bounds(), (ui::Bounds{hint.left, hint.top, hint.width + 1000, hint.height}));
+  });
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

@@ -1,0 +1,1 @@
+set(LINK ledgertree_entities ledgertree_test_support)
