@@ -1,0 +1,192 @@
+// What a statement costs above the bare library: the gateway's connection against prepared statements on
+// SQLite, the same reads on the same file in the same run.
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/embedded/embedded_connection.h"
+#include "db/schema.h"
+
+namespace {
+
+using ledgertree::data::Rows;
+using ledgertree::data::SearchRequest;
+using ledgertree::data::embedded::EmbeddedConnection;
+
+constexpr int kPeriod = 3;
+constexpr int kParent = 1;
+
+/// A chart of two levels with `children` accounts below the first one, all of them in the period, and as many
+/// others.
+class Chart {
+ public:
+  explicit Chart(int accounts)
+      : path_((std::filesystem::path("/dev/shm") / ("bench-statements-" + std::to_string(accounts) + ".db"))
+                  .string()) {
+    remove();
+    SQLite::Database database(path_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    database.exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = OFF");
+    ledgertree::db::openSchema(database);
+    const std::string count = std::to_string(accounts);
+    database.exec(
+        "BEGIN; INSERT INTO tblAccountPeriod VALUES (3, '1404', '2025-03-21', '2026-03-20', '1404/01/01',"
+        " '1404/12/29')");
+    database.exec(
+        "INSERT INTO tblAccount (ID, Code, Title) WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1"
+        " FROM n WHERE i < 10) SELECT i, printf('%02d', i), 'گروه ' || i FROM n");
+    database.exec(
+        "INSERT INTO tblAccount (ID, ParentID, Code, Title) WITH RECURSIVE n(i) AS (SELECT 11 UNION ALL"
+        " SELECT i + 1 FROM n WHERE i < " +
+        count +
+        ") SELECT i, CASE WHEN i <= 1010 THEN 1 ELSE 2 + i % 9 END,"
+        " printf('%02d%07d', CASE WHEN i <= 1010 THEN 1 ELSE 2 + i % 9 END, i),"
+        " 'حساب‌های دريافتني تجاري شماره ' || i || ' شعبه مركزي' FROM n");
+    database.exec("INSERT INTO tblAccountPeriodAccount SELECT ID, 3 FROM tblAccount; COMMIT");
+  }
+  Chart(const Chart&) = delete;
+  Chart& operator=(const Chart&) = delete;
+  ~Chart() { remove(); }
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+  static const Chart& of(std::int64_t accounts) {
+    static std::vector<std::pair<std::int64_t, std::unique_ptr<Chart>>> made;
+    for (const auto& [count, chart] : made) {
+      if (count == accounts) return *chart;
+    }
+    made.emplace_back(accounts, std::make_unique<Chart>(static_cast<int>(accounts)));
+    return *made.back().second;
+  }
+
+ private:
+  void remove() const {
+    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(path_ + end);
+  }
+  std::string path_;
+};
+
+constexpr const char* kBareCount =
+    "SELECT count(*) AS cnt FROM tblAccount WHERE EXISTS (SELECT 1 FROM tblAccountPeriodAccount x WHERE"
+    " x.PeriodID = ?1 AND x.AccountID = tblAccount.ID) AND ifnull(ParentID, -1) = ?2";
+constexpr const char* kBareLevel =
+    "SELECT ID, ParentID, IsClosed, AccountNatureID, Code, Title FROM tblAccount WHERE EXISTS (SELECT 1 FROM"
+    " tblAccountPeriodAccount x WHERE x.PeriodID = ?1 AND x.AccountID = tblAccount.ID) AND ifnull(ParentID, "
+    "-1) = ?2"
+    " ORDER BY Code";
+
+std::string membership(std::int64_t parent) {
+  return " from tblAccount  where (ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID "
+         "= " +
+         std::to_string(kPeriod) + ") or -1=" + std::to_string(kPeriod) +
+         ") and IsNull(ParentID,-1)=" + std::to_string(parent) + " ";
+}
+
+std::vector<std::string> countTexts() {
+  std::vector<std::string> texts;
+  for (int child = 11; child <= 1010; ++child) texts.push_back("Select count(*) as cnt" + membership(child));
+  return texts;
+}
+
+SQLite::Database bare(const Chart& chart) {
+  SQLite::Database database(chart.path(), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX);
+  database.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
+  return database;
+}
+
+void countBare(benchmark::State& state) {
+  SQLite::Database database = bare(Chart::of(state.range(0)));
+  SQLite::Statement statement(database, kBareCount);
+  for (auto _ : state) {
+    for (int child = 11; child <= 1010; ++child) {
+      statement.bind(1, kPeriod);
+      statement.bind(2, child);
+      statement.executeStep();
+      benchmark::DoNotOptimize(statement.getColumn(0).getInt());
+      statement.reset();
+    }
+  }
+  state.SetItemsProcessed(state.iterations() * 1000);
+}
+
+void countEngine(benchmark::State& state) {
+  EmbeddedConnection connection(Chart::of(state.range(0)).path());
+  const std::vector<std::string> texts = countTexts();
+  for (auto _ : state) {
+    for (const std::string& text : texts) benchmark::DoNotOptimize(connection.run(text));
+  }
+  state.SetItemsProcessed(state.iterations() * 1000);
+}
+
+void levelBare(benchmark::State& state) {
+  SQLite::Database database = bare(Chart::of(state.range(0)));
+  SQLite::Statement statement(database, kBareLevel);
+  for (auto _ : state) {
+    statement.bind(1, kPeriod);
+    statement.bind(2, kParent);
+    std::vector<std::string> titles;
+    while (statement.executeStep()) {
+      benchmark::DoNotOptimize(statement.getColumn(0).getInt());
+      benchmark::DoNotOptimize(statement.getColumn(1).getInt());
+      benchmark::DoNotOptimize(statement.getColumn(2).getInt());
+      benchmark::DoNotOptimize(statement.getColumn(3).getInt());
+      titles.emplace_back(statement.getColumn(4).getText());
+      titles.emplace_back(statement.getColumn(5).getText());
+    }
+    statement.reset();
+    benchmark::DoNotOptimize(titles);
+  }
+}
+
+void levelEngine(benchmark::State& state) {
+  EmbeddedConnection connection(Chart::of(state.range(0)).path());
+  const std::string text =
+      "Select ID,ParentID,IsClosed,AccountNatureID,Code,Title " + membership(kParent) + " Order by Code";
+  for (auto _ : state) benchmark::DoNotOptimize(connection.run(text));
+}
+
+/// No row holds the first text; of the second the hits lie apart, so that the page takes most of the rows.
+const char* searchedText(std::int64_t which) { return which == 0 ? "نيست" : "شماره 77"; }
+
+void searchBare(benchmark::State& state) {
+  SQLite::Database database = bare(Chart::of(state.range(0)));
+  SQLite::Statement statement(database,
+                              "SELECT ID, Code, Name FROM vwAccountMajor WHERE Code LIKE ?1 OR Name LIKE ?1"
+                              " ORDER BY Code LIMIT 100");
+  for (auto _ : state) {
+    statement.bind(1, std::string("%") + searchedText(state.range(1)) + "%");
+    std::int64_t hits = 0;
+    for (; statement.executeStep(); ++hits) benchmark::DoNotOptimize(statement.getColumn(2).getText());
+    state.counters["hits"] = static_cast<double>(hits);
+    statement.reset();
+  }
+}
+
+void searchEngine(benchmark::State& state) {
+  EmbeddedConnection connection(Chart::of(state.range(0)).path());
+  SearchRequest request;
+  request.view = "vwAccountMajor";
+  request.columns = {"Code", "Name"};
+  request.text = searchedText(state.range(1));
+  for (auto _ : state) {
+    const auto page = connection.search(request);
+    state.counters["hits"] = static_cast<double>(page.rows.count());
+  }
+}
+
+BENCHMARK(countBare)->Arg(20000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(countEngine)->Arg(20000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(levelBare)->Arg(20000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(levelEngine)->Arg(20000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(searchBare)->ArgsProduct({{20000, 100000}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(searchEngine)->ArgsProduct({{20000, 100000}, {0, 1}})->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,1 @@
+set(LINK ledgertree_embedded ledgertree_test_support)
