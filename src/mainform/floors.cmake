@@ -5,8 +5,9 @@ ledgertree_floor(ledgertree_field_rules SOURCES accounts/field_rules*.cpp LINK l
 ledgertree_floor(ledgertree_record SOURCES mainform/account_*.cpp mainform/form_mode*.cpp LINK ledgertree_field_rules)
 ledgertree_floor(ledgertree_saving SOURCES accounts/account_saving*.cpp accounts/account_deletion*.cpp
   LINK ledgertree_record)
-ledgertree_floor(ledgertree_form_main SOURCES mainform/form_main*.cpp mainform/commands*.cpp LINK ledgertree_saving)
-ledgertree_floor(ledgertree_control SOURCES shell/ledger_tree_control*.cpp LINK ledgertree_form_main)
+ledgertree_floor(ledgertree_form_main SOURCES mainform/form_main*.cpp mainform/commands*.cpp mainform/secondary_screens*.cpp
+  LINK ledgertree_saving ledgertree_periods)
+ledgertree_floor(ledgertree_control SOURCES shell/ledger_tree_control*.cpp shell/hidden_commands.cpp LINK ledgertree_form_main)
 # Everything but the toolkit: what benchmarks and fuzz targets link.
 add_library(ledgertree_all INTERFACE)
 target_link_libraries(ledgertree_all INTERFACE ledgertree_control ledgertree_embedded)

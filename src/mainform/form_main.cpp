@@ -1,5 +1,10 @@
 #include "mainform/form_main.h"
 
+#include <exception>
+#include <initializer_list>
+
+#include "mainform/form_mode.h"
+
 namespace ledgertree::mainform {
 
 namespace {
@@ -18,33 +23,47 @@ void grow(ui::Control& control, int left, int top, int width, int height) {
 
 }  // namespace
 
-FormMain::FormMain(shell::Shell& shell) : MainScreen(shell), shell_(shell), tree_(*this, shell) {
-  cmdRefreshAccountTree.onClick = [this] { tree_.refreshTree(); };
-  optPeriodic.onClick = [this] { tree_.refreshTree(); };
-  optPeriodAll.onClick = [this] { tree_.refreshTree(); };
+FormMain::FormMain(shell::Shell& shell)
+    : MainScreen(shell),
+      shell_(shell),
+      proposal_(*this, shell),
+      rules_(*this, shell, proposal_),
+      record_(*this, shell, rules_),
+      tree_(*this, shell),
+      commands_(*this, shell, record_, tree_),
+      screens_(*this, shell, tree_) {
+  tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
+  tree_.onOtherClick = [this] { record_.goIdle(); };
+  Timer1.onTick = [this] { followRecord(*this); };
 }
 
 void FormMain::load() {
   shell_.chooseKeyboardLayout();
-  const auto views = [](shell::Selector& selector, const char* major, const char* minor) {
-    selector.setMajorView(major);
-    selector.setMinorView(minor);
-  };
-  views(sltBranch, "vwAccountBranchMajor", "vwAccountBranchMinor");
-  views(sltGroup, "vwAccountGroup", "vwAccountGroupMinor");
-  views(sltEntityType, "vwAccountClass", "vwAccountClassMinor");
-  views(sltPosition, "vwPosition_Employee_Special3", "vwPositionMinor");
+  nameViews();
   sltParent.setPickerConnection(shell_.context.gConnectionString);
   sltParent.setClosingFlag(false);
   settings = data::readSystemParameters(*shell_.dtEn());
-  bindSelectors();
+  connectSelectors();
   showEntityFields();
+  commands_.offerHidden(shell_.offersHiddenCommands);
   setWantsMaximised(true);
   baseline_ = size();
+  record_.goIdle();
   tree_.refreshTree();
 }
 
-void FormMain::bindSelectors() {
+void FormMain::nameViews() {
+  const auto name = [](shell::Selector& selector, const char* major, const char* minor) {
+    selector.setMajorView(major);
+    selector.setMinorView(minor);
+  };
+  name(sltBranch, "vwAccountBranchMajor", "vwAccountBranchMinor");
+  name(sltGroup, "vwAccountGroup", "vwAccountGroupMinor");
+  name(sltEntityType, "vwAccountClass", "vwAccountClassMinor");
+  name(sltPosition, "vwPosition_Employee_Special3", "vwPositionMinor");
+}
+
+void FormMain::connectSelectors() {
   sltEntity.setConnectionText(shell_.dtEn()->cnMainData.ConnectionString());
   for (shell::Selector* selector : {&sltGroup, &sltEntityType, &sltBranch, &sltPosition})
     selector->setConnectionText(shell_.context.gConnectionString);
@@ -77,11 +96,17 @@ void FormMain::resized() {
   baseline_ = size();
 }
 
-void FormMain::View(std::int32_t) {}
-
 void FormMain::unload() {
-  shell_.dropDtEn();
-  sltParent.setClosingFlag(true);
+  const auto ignoringFailures = [](const auto& step) {
+    try {
+      step();
+    } catch (const std::exception&) {
+      // The work is over: the next step ends what this one couldn't.
+    }
+  };
+  ignoringFailures([this] { shell_.dropDtEn(); });
+  ignoringFailures([this] { sltParent.setClosingFlag(true); });
+  ignoringFailures([this] { screens_.unload(); });
 }
 
 }  // namespace ledgertree::mainform

@@ -2,8 +2,13 @@
 
 #include <cstdint>
 
+#include "accounts/field_rules.h"
+#include "coding/code_proposal.h"
+#include "mainform/account_record.h"
 #include "mainform/account_tree.h"
+#include "mainform/commands.h"
 #include "mainform/main_screen.h"
+#include "mainform/secondary_screens.h"
 
 namespace ledgertree::mainform {
 
@@ -14,21 +19,34 @@ class FormMain : public MainScreen {
   explicit FormMain(shell::Shell& shell);
 
   /// Reads the settings, binds the selectors, blanks the record and builds the integrated tree. Throws
-  /// data::DataError where the database fails; the form is not to be shown then.
+  /// data::DataError where the database fails, and std::range_error for a setting past its range; the form is
+  /// not to be shown then.
   void load();
-  /// Shows one account, read-only; a blank record for an ID below 1.
-  void View(std::int32_t accountID);
+  /// Shows one account, read-only; a blank record for an ID below 1. Throws data::DataError.
+  void View(std::int32_t accountID) { record_.showAccount(accountID); }
+  /// The own part that is proposed for the code of a new account below a parent, -1 for the top; see
+  /// coding::CodeProposal.
+  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) {
+    return proposal_.getNewAccountCode(parentID);
+  }
 
  protected:
+  /// Nothing of it fails: what can't be ended is left alone.
   void unload() override;
   void resized() override;
 
  private:
-  void bindSelectors();
+  void nameViews();
+  void connectSelectors();
   void showEntityFields();
 
   shell::Shell& shell_;
+  coding::CodeProposal proposal_;
+  accounts::FieldRules rules_;
+  AccountRecord record_;
   AccountTree tree_;
+  Commands commands_;
+  SecondaryScreens screens_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;
 };

@@ -3,6 +3,8 @@
 #include <array>
 #include <initializer_list>
 
+#include "data/characters.h"
+
 namespace ledgertree::mainform {
 
 namespace {
@@ -108,6 +110,15 @@ void applyMode(MainScreen& screen) {
     row.apply(screen, cell == Yes || (cell == OfClass && !screen.sltEntityType.IsEmpty()));
   }
   screen.lblMessage.setCaption(messageOf(screen.formMode));
+}
+
+void followRecord(MainScreen& screen) {
+  if (screen.formMode != FormMode::ModeView) return;
+  const bool onScreen =
+      !data::trimmed(screen.txtCode.text()).empty() && !data::trimmed(screen.txtTitle.text()).empty();
+  if (screen.cmdEdit.enabled() == onScreen) return;
+  enable(onScreen, {&screen.cmdEdit, &screen.cmdDelete});
+  enable(onScreen, {&screen.mnuFonc2, &screen.mnuFonc4});
 }
 
 }  // namespace ledgertree::mainform

@@ -8,4 +8,8 @@ namespace ledgertree::mainform {
 /// `lblMessage` what it is doing.
 void applyMode(MainScreen& screen);
 
+/// In ModeView, keeps the commands that change or delete an account in step with whether one is on the
+/// screen.
+void followRecord(MainScreen& screen);
+
 }  // namespace ledgertree::mainform

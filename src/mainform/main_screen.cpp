@@ -172,12 +172,14 @@ void MainScreen::dressControls() {
   shortcut(cmdEdit, ui::KeyChord::ctrlAnd('E'));
   shortcut(cmdDelete, ui::KeyChord::ctrlAnd('D'));
   shortcut(cmdSave, ui::KeyChord::ctrlAnd('S'));
+  shortcut(cmdCancel, ui::KeyChord::of(ui::Key::Escape));
   shortcut(cmdExit, ui::KeyChord::ctrlAnd('Q'));
   shortcut(cmdTools, ui::KeyChord::of(ui::Key::F10));
   shortcut(cmdRefreshAccountTree, ui::KeyChord::of(ui::Key::F5));
 
   const auto name = [](ui::Control& control, const char* text) { control.setAccessibleName(text); };
   name(sltAccount, "عنوان");
+  sltAccount.setHint("جستجوي حساب (Ctrl+F)");
   name(txtTitle, "عنوان");
   name(txtID, "شناسه حساب");
   name(sltParent, "حساب مادر");

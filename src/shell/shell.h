@@ -42,6 +42,8 @@ class Shell {
   std::string pickerConnection;
   /// Today, and the time of day.
   Clock clock;
+  /// Whether the commands that stand hidden are offered from the next load of a form on.
+  bool offersHiddenCommands = false;
 
   [[nodiscard]] ui::Desktop& desktop() const { return desktop_; }
   /// What a form of the product stands on: this desktop, and a notice for what nobody caught.

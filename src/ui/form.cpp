@@ -81,6 +81,11 @@ bool Form::press(const KeyChord& chord) {
     button->click();
     return true;
   }
+  for (const auto& [shortcut, procedure] : shortcuts_) {
+    if (shortcut != chord) continue;
+    call(procedure);
+    return true;
+  }
   PushButton* button = nullptr;
   if (chord == KeyChord::of(Key::Escape)) button = cancelButton_;
   if (chord == KeyChord::of(Key::Enter)) button = defaultButton_;

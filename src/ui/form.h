@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ui/geometry.h"
@@ -80,6 +81,10 @@ class Form {
   void setCancelButton(PushButton& button) { cancelButton_ = &button; }
   [[nodiscard]] PushButton* defaultButton() const { return defaultButton_; }
   void setDefaultButton(PushButton& button) { defaultButton_ = &button; }
+  /// What a key does anywhere on the form that no button bears as its shortcut.
+  void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
+    shortcuts_.emplace_back(chord, std::move(procedure));
+  }
   /// Where the focus stands when the form is shown; null leaves it to the order of the controls.
   [[nodiscard]] Control* firstFocus() const { return firstFocus_; }
   void setFirstFocus(Control& control) { firstFocus_ = &control; }
@@ -160,6 +165,7 @@ class Form {
   std::vector<Timer*> timers_;
   std::vector<MenuEntry*> menu_;
   std::vector<FormObserver*> observers_;
+  std::vector<std::pair<KeyChord, std::function<void()>>> shortcuts_;
   PushButton* cancelButton_ = nullptr;
   PushButton* defaultButton_ = nullptr;
   Control* firstFocus_ = nullptr;
