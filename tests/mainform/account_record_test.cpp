@@ -1,0 +1,307 @@
+#include "mainform/account_record.h"
+
+#include <algorithm>
+
+#include "mainform/screen_story.h"
+
+namespace ledgertree::testing {
+namespace {
+
+using mainform::FormMode;
+using mainform::SplitCode;
+using ui::Key;
+
+constexpr const char* kReceivables =
+    "2|دريافتني ها|دارايي|11|01|مشتريان|کارخانه|مونتاژ|01_اشخاص|بام|1403/01/01|1500|1234.5678|خط اول\nخط دوم|"
+    "هردو دائم بسته|";
+constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
+constexpr const char* kGiveUpNew = "انصراف از ثبت حساب | آيا مطمئن هستيد؟";
+constexpr const char* kGiveUpEdit = "انصراف از ثبت تغييرات حساب | آيا مطمئن هستيد؟ ";
+
+class RecordStory : public ScreenStory {
+ protected:
+  RecordStory() { start(); }
+
+  void showReceivables() {
+    form->treeAccount.expand(form->treeAccount.find("-1:1"));
+    clickInTree("-1:2");
+  }
+
+  /// The names of what the person can use: type in, pick, press, click, tick off.
+  [[nodiscard]] std::string usable() const {
+    std::string names;
+    for (const ui::Control* control : form->controls()) {
+      if (!control->withinReach() || !control->takesFocus() || control->name() == "txtID") continue;
+      const auto* field = dynamic_cast<const ui::TextField*>(control);
+      const auto* lookup = dynamic_cast<const ui::LookupField*>(control);
+      if (field != nullptr && field->locked()) continue;
+      if (lookup != nullptr && !lookup->isActive()) continue;
+      names += control->name() + " ";
+    }
+    for (const ui::MenuEntry* entry : {&form->mnuFonc1, &form->mnuFonc2, &form->mnuFonc4, &form->mnuFonc9,
+                                       &form->mnuView1, &form->mnuView2})
+      if (entry->enabled()) names += entry->name() + " ";
+    return names;
+  }
+};
+
+TEST_F(RecordStory, AClickInTheTreeShowsAllThatIsKnownOfAnAccount) {
+  showReceivables();
+  EXPECT_EQ(record(), kReceivables);
+  EXPECT_EQ(form->formMode, FormMode::ModeView);
+  EXPECT_EQ(form->datCreate.englishdate(), (data::DateTime{.year = 2024, .month = 3, .day = 20}));
+
+  // What the database doesn't know is blank; a radio group stays where no button stands for the value.
+  clickInTree("-1:3");
+  EXPECT_EQ(record(), "3|بانک|دارايي|11|02||||||1403/01/01|0|0||هردو دائم بسته|");
+  clickInTree("-1:1");
+  EXPECT_EQ(record(), "1|دارايي|||11||||||1402/01/01||||بدهكار موقت باز|");
+
+  // The root has no record, and keeps the ID, the parent's code and the ceilings of the last one.
+  showReceivables();
+  clickInTree("-1:-1");
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle);
+  EXPECT_EQ(record(), "2|||11|||||||1405/09/01|1500|1234.5678||هردو دائم بسته|");
+}
+
+TEST_F(RecordStory, EachModeOffersWhatItNeeds) {
+  const std::string always = "optPeriodic optPeriodAll cmdRefreshAccountTree cmdCopyPeriod cmdDeletePeriod ";
+  EXPECT_EQ(usable(), "cmdNew cmdExit cmdTools sltAccount " + always +
+                          "treeAccount mnuFonc1 mnuFonc2 mnuFonc4 mnuFonc9 mnuView1 mnuView2 ");
+  form->mnuFonc2.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "the entry is there, its button isn't";
+
+  showReceivables();
+  EXPECT_EQ(usable(), "cmdNew cmdEdit cmdDelete cmdExit cmdTools sltAccount cmdPeriodBranch " + always +
+                          "treeAccount mnuFonc1 mnuFonc2 mnuFonc4 mnuFonc9 mnuView1 mnuView2 ");
+  EXPECT_TRUE(form->cmdEditTree.enabled());
+
+  const std::string fields =
+      "txtTitle sltParent txtMotherCode txtCode cmdAutoCode sltGroup sltBranch sltPosition sltEntityType ";
+  const std::string choices =
+      "txtMaxDebit txtMaxCredit txtNotes optDebit OptCredit OptDebitAndCredit OptReg OptNotReg OptOpen "
+      "OptClose ";
+  form->cmdEdit.click();
+  EXPECT_EQ(usable(), "cmdSave cmdCancel cmdExit cmdTools " + fields + "sltEntity " + choices +
+                          "cmdPeriodBranch " + always + "mnuFonc9 ");
+  EXPECT_EQ(form->lblMessage.caption(), "اصلاح حساب");
+  EXPECT_TRUE(form->datCreate.locked());
+  EXPECT_FALSE(form->cmdEditTree.enabled());
+
+  answer(true);
+  form->cmdCancel.click();
+  clickInTree("-1:1");
+  form->cmdEdit.click();
+  EXPECT_EQ(usable().find("sltEntity "), std::string::npos) << "no class, no entity";
+  answer(true);
+  form->cmdCancel.click();
+
+  form->cmdNew.click();
+  EXPECT_EQ(usable(), "cmdSave cmdCancel cmdExit cmdTools " + fields + choices + always + "mnuFonc9 ");
+  EXPECT_EQ(form->lblMessage.caption(), "حساب جديد");
+  EXPECT_FALSE(form->datCreate.locked());
+  EXPECT_TRUE(form->txtID.hasFocus());
+}
+
+TEST_F(RecordStory, ANewAccountTakesNothingOfTheLastOne) {
+  showReceivables();
+  form->cmdNew.click();
+  EXPECT_EQ(record(), "2||||||||||1405/09/01||||بدهكار موقت باز|");
+  EXPECT_EQ(form->NatureValue, 0);
+  EXPECT_EQ(form->PermanentValue, 0);
+  EXPECT_EQ(form->ClosedValue, 0);
+  EXPECT_EQ(form->sltEntity.SelectedID(), -1);
+}
+
+TEST_F(RecordStory, CancelAsksAndGoesBackToTheLastAccount) {
+  form->cmdNew.click();
+  form->txtTitle.type("صندوق");
+  answer(false);
+  form->press(ui::KeyChord::of(Key::Escape));
+  EXPECT_EQ(notices.taken(), kGiveUpNew);
+  EXPECT_EQ(form->formMode, FormMode::ModeNew);
+  EXPECT_EQ(form->txtTitle.text(), "صندوق");
+  notices.answer(5);  // an answer that is neither
+  form->cmdCancel.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeNew);
+  answer(true);
+  form->cmdCancel.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "there was no account before";
+  EXPECT_EQ(form->sltAccount.text(), "");
+
+  showReceivables();
+  database.execute("update tblAccount set Notes = 'تازه' where ID = 2");
+  notices.take();
+  form->cmdEdit.click();
+  EXPECT_EQ(form->txtNotes.text(), "تازه") << "an edit starts from what is stored";
+  form->txtTitle.paste("چيز ديگر");
+  form->OptOpen.click();
+  answer(true);
+  form->cmdCancel.click();
+  EXPECT_EQ(notices.taken(), kGiveUpEdit);
+  EXPECT_EQ(form->formMode, FormMode::ModeView);
+  EXPECT_EQ(form->sltAccount.text(), "دريافتني ها");
+  EXPECT_TRUE(form->OptClose.value());
+  EXPECT_EQ(form->ClosedValue, 1);
+}
+
+TEST_F(RecordStory, ExitAsksOnlyWhereSomethingIsTyped) {
+  form->cmdNew.click();
+  answer(false);
+  form->cmdExit.click();
+  EXPECT_EQ(notices.taken(), "خروج از سرفصل حسابها | آيا از ثبت  حساب جديد منصرف شدهايد ؟ ");
+  ASSERT_TRUE(form);
+  answer(true);
+  form->cmdCancel.click();
+  showReceivables();
+  form->cmdEdit.click();
+  notices.take();
+  answer(true);
+  form->cmdExit.click();
+  EXPECT_EQ(notices.taken(), "خروج از سرفصل حسابها | آيا از ثبت  تغييرات منصرف شدهايد ؟ ");
+  EXPECT_FALSE(form);
+
+  // Without typing, by the menu in the middle of it, and by the frame, the form just goes.
+  start();
+  form->cmdExit.click();
+  EXPECT_FALSE(form);
+  start();
+  form->cmdNew.click();
+  form->mnuFonc9.click();
+  EXPECT_FALSE(form);
+  start();
+  form->cmdNew.click();
+  form->closeByPerson();
+  EXPECT_FALSE(form);
+  EXPECT_EQ(notices.taken(), "");
+}
+
+TEST_F(RecordStory, WithoutTheRightNothingStarts) {
+  shell.context.gUserID = 2;
+  showReceivables();
+  form->mnuFonc1.click();
+  EXPECT_EQ(notices.taken(), kRefused);
+  form->cmdEdit.click();
+  EXPECT_EQ(notices.taken(), kRefused);
+  EXPECT_EQ(form->formMode, FormMode::ModeView);
+  EXPECT_EQ(record(), kReceivables);
+
+  // Nor on a question that got no answer.
+  faults.failWhere("spTarvoHasPermission");
+  form->cmdNew.click();
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_EQ(form->formMode, FormMode::ModeView);
+}
+
+TEST_F(RecordStory, CommandsGoDarkWithTheRecordAndComeBackWithIt) {
+  form->View(2);
+  EXPECT_EQ(record(), kReceivables);
+  database.execute("delete from tblAccountRelatedObjects; delete from tblAccount where ID = 2");
+  form->cmdNew.click();
+  answer(true);
+  form->cmdCancel.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeView) << "the ID of an account that is gone";
+  EXPECT_EQ(form->sltAccount.text() + form->txtCode.text() + form->txtNotes.text(), "");
+  EXPECT_EQ(form->txtID.text(), "2");
+  desktop.tick();
+  for (const bool enabled : {form->cmdEdit.enabled(), form->cmdDelete.enabled(), form->mnuFonc2.enabled(),
+                             form->mnuFonc4.enabled()})
+    EXPECT_FALSE(enabled);
+  EXPECT_TRUE(form->mnuFonc1.enabled());
+
+  form->View(3);
+  desktop.tick();
+  EXPECT_TRUE(form->cmdEdit.enabled());
+  form->View(2147483647);
+  desktop.tick();
+  EXPECT_FALSE(form->cmdEdit.enabled());
+  EXPECT_EQ(form->txtID.text(), "3");
+
+  // A blank title counts as nothing on the screen, and in other modes the tick leaves everything alone.
+  database.execute("update tblAccount set Title = '   ' where ID = 3");
+  form->View(3);
+  desktop.tick();
+  EXPECT_FALSE(form->cmdEdit.enabled());
+  form->View(0);
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle);
+  desktop.tick();
+  EXPECT_TRUE(form->mnuFonc4.enabled());
+}
+
+TEST_F(RecordStory, APickInTheTitleLoadsTheAccountAndKeepsTheMode) {
+  form->press(ui::KeyChord::ctrlAnd('F'));
+  ASSERT_TRUE(form->sltAccount.hasFocus());
+  form->sltAccount.type("دریافتنی");
+  form->sltAccount.press(Key::Enter);
+  desktop.settle();
+  EXPECT_EQ(record(), kReceivables);
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle);
+  desktop.tick();
+  EXPECT_FALSE(form->cmdEdit.enabled());
+  EXPECT_FALSE(form->sltParent.IsActive());
+
+  // By its code; what the picked account hasn't stays as the last one left it.
+  form->View(2);
+  form->sltAccount.type("1102");
+  form->sltAccount.press(Key::Enter);
+  desktop.settle();
+  EXPECT_EQ(form->txtID.text(), "3");
+  EXPECT_EQ(form->sltEntity.text(), "بام");
+  EXPECT_EQ(form->sltGroup.text(), "");
+
+  form->cmdNew.click();
+  form->press(ui::KeyChord::ctrlAnd('F'));
+  EXPECT_FALSE(form->sltAccount.hasFocus()) << "there is no title to pick while one types";
+}
+
+TEST_F(RecordStory, ACodeIsSplitBehindItsParents) {
+  EXPECT_EQ(mainform::splitCode("1101", "11"), (SplitCode{"11", "01"}));
+  EXPECT_EQ(mainform::splitCode("11", ""), (SplitCode{"", "11"}));
+  EXPECT_EQ(mainform::splitCode("11", "11"), (SplitCode{"11", ""}));
+  EXPECT_EQ(mainform::splitCode("12345", "0012"), (SplitCode{"12", "345"})) << "leading zeros";
+  EXPECT_EQ(mainform::splitCode("12", "0012"), (SplitCode{"12", ""}));
+  EXPECT_EQ(mainform::splitCode("1", "0012"), (SplitCode{"", "1"}));
+  EXPECT_EQ(mainform::splitCode("9901", "11"), (SplitCode{"", "9901"}));
+  EXPECT_EQ(mainform::splitCode("", "11"), (SplitCode{"", ""}));
+  // Whatever stands in them, the parts joined are the code.
+  for (const char* parent : {"A", "00", "1E999", "-1", "1.50", "00123456789012345678", "۱۲"}) {
+    for (const char* code : {"XYZ", "05", "1E999", " 12", "-15", "1.51", "12345678901234567899", "۱۲۳"}) {
+      const SplitCode split = mainform::splitCode(code, parent);
+      EXPECT_EQ(split.mother + split.own, code) << parent;
+    }
+  }
+
+  database.execute(
+      "insert into tblAccount (ID, ParentID, Code, Title) values (20, null, '0012', 'مادر'),"
+      " (21, 20, '12345', 'فرزند')");
+  form->View(21);
+  EXPECT_EQ(form->txtMotherCode.text() + "+" + form->txtCode.text(), "12+345");
+}
+
+TEST_F(RecordStory, AReadThatFailsLeavesNoMixtureOfTwoAccounts) {
+  showReceivables();
+  for (const char* failing :
+       {"From vwAccount where", "from tblAccountRelatedObjects", "from tblAccountClass"}) {
+    faults.failWhere(failing);
+    form->cmdEdit.click();
+    EXPECT_NE(notices.taken(), "") << failing;
+    faults.heal();
+    EXPECT_EQ(form->formMode, FormMode::ModeView);
+    EXPECT_EQ(form->sltAccount.text() + form->txtCode.text() + form->sltGroup.text(), "");
+    EXPECT_FALSE(form->cmdSave.enabled());
+    EXPECT_TRUE(form->treeAccount.enabled());
+    clickInTree("-1:2");
+    EXPECT_EQ(record(), kReceivables) << "the next click is as good as the first";
+  }
+  // A pick that fails leaves the account that was there.
+  faults.failWhere("from tblAccountRelatedObjects");
+  form->sltAccount.type("بانک");
+  form->sltAccount.press(Key::Enter);
+  desktop.settle();
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_EQ(form->txtID.text(), "2");
+  EXPECT_EQ(form->txtTitle.text(), "دريافتني ها");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing
