@@ -1,6 +1,7 @@
 #include "mainform/secondary_screens.h"
 
 #include "data/numbers.h"
+#include "entities/rel_classes.h"
 
 namespace ledgertree::mainform {
 
@@ -17,6 +18,10 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
   };
   screen_.cmdDeletePeriod.onClick = [this] {
     showPeriods(Permission::HidePeriod, [this] { return periods_.showDeletePeriod(); });
+  };
+  screen_.cmdRelClasses.onClick = [this] {
+    if (!screen_.settings.MultiEntityMode) return;
+    entities::showRelClasses(shell_, data::toNumber(screen_.txtID.text()).asInt32());
   };
 }
 
