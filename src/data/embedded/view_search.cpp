@@ -50,8 +50,8 @@ struct Position {
   double real = 0;
   std::int64_t passed = 0;
 
-  /// Takes in the present row.
-  void pass(sqlite3_stmt* row, int column);
+  /// Takes in the present row. False where its value is another one than that of the row before.
+  bool pass(sqlite3_stmt* row, int column);
   void bind(sqlite3_stmt* statement) const;
 
   [[nodiscard]] std::string toContinuation() const;
@@ -77,17 +77,18 @@ bool Position::isAt(sqlite3_stmt* row, int column, int rowType) const {
   return type == SQLITE_NULL || equalsIgnoringCase(cellText(row, column), text);
 }
 
-void Position::pass(sqlite3_stmt* row, int column) {
+bool Position::pass(sqlite3_stmt* row, int column) {
   const int rowType = sqlite3_column_type(row, column);
   if (isAt(row, column, rowType)) {
     ++passed;
-    return;
+    return true;
   }
   type = rowType;
   passed = 1;
   if (type == SQLITE_INTEGER) integer = sqlite3_column_int64(row, column);
   if (type == SQLITE_FLOAT) real = sqlite3_column_double(row, column);
   if (type == SQLITE_TEXT || type == SQLITE_BLOB) text.assign(cellText(row, column));
+  return false;
 }
 
 void Position::bind(sqlite3_stmt* statement) const {
@@ -196,9 +197,9 @@ class Scan {
  private:
   /// Takes in the present row; true where it is a hit.
   bool take(Rows& rows) {
-    position_.pass(statement_, orderColumn_);
+    // Behind the last row that has the value of the page before, nothing more is to be passed over.
+    if (!position_.pass(statement_, orderColumn_)) skip_ = 0;
     if (position_.passed <= skip_) return false;
-    skip_ = 0;
     if (!isHit()) return false;
     for (int column = 0; column < columns_; ++column) addCell(rows, statement_, column);
     return true;
