@@ -625,7 +625,7 @@ std::string Parser::pin(std::size_t literal) {
   decision.literal = literal;
   result_.decisions.push_back(decision);
   const Literal& found = result_.literals[literal];
-  if (found.kind == Literal::Kind::Text) return "'" + std::string(found.text) + "'";
+  if (found.kind == Literal::Kind::Text) return std::string("'").append(found.text).append("'");
   if (found.kind == Literal::Kind::Integer) return std::to_string(found.integer);
   return std::string(found.text);
 }
