@@ -1,0 +1,48 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <deque>
+#include <functional>
+#include <utility>
+
+#include "ui/desktop.h"
+
+namespace ledgertree::bench {
+
+/// A desktop without a screen, whose idle time passes when it is told to.
+class IdleDesktop : public ui::Desktop {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  void show(ui::Form&) override {}
+  void showModal(ui::Form&) override {}
+  void close(ui::Form&) override {}
+  void hide(ui::Form&) override {}
+  void popUpMenu(ui::Form&, ui::MenuEntry&, ui::Twips, ui::Twips) override {}
+  void setPointer(ui::Pointer) override {}
+  void moveFocus(ui::Control&) override {}
+  void repaint(ui::Form&) override {}
+  void chooseKeyboardLayout(std::string_view) override {}
+  [[nodiscard]] int operatingSystemVersion() const override { return 5; }
+  void whenIdle(std::function<void()> procedure) override { idle_.push_back(std::move(procedure)); }
+
+  /// Runs what waits for idleness, until nothing does.
+  void settle() {
+    while (!idle_.empty()) {
+      const auto procedure = std::move(idle_.front());
+      idle_.pop_front();
+      const auto begin = Clock::now();
+      procedure();
+      longest_ = std::max(longest_, Clock::now() - begin);
+    }
+  }
+  /// The longest that one idle procedure ran since the last call.
+  Clock::duration takeLongest() { return std::exchange(longest_, {}); }
+
+ private:
+  std::deque<std::function<void()>> idle_;
+  Clock::duration longest_{};
+};
+
+}  // namespace ledgertree::bench
