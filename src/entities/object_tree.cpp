@@ -32,6 +32,8 @@ std::optional<std::int32_t> objectID(const data::Value& value) {
   }
 }
 
+std::string keyOf(std::int32_t objectID) { return std::string("N").append(std::to_string(objectID)); }
+
 /// The ID in the key of an object's node.
 std::string idOf(const std::string& key) { return key.substr(1); }
 
@@ -114,7 +116,7 @@ void ObjectTree::addObject(data::DtEn& gateway, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
   const auto id = objectID(row.Fields("ID"));
   if (!id) return;
-  const std::string key = "N" + std::to_string(*id);
+  const std::string key = keyOf(*id);
   if (tree_.find(key) != ui::kNoNode) return;
   const bool stored = isStored(gateway, *id);
   const ui::NodeId node = tree_.add(parent, key, row.Fields("Name").toText(), stored ? kMarkedImage : kImage);

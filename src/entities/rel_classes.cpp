@@ -36,6 +36,16 @@ std::string setItemLevel(std::string text, int level) {
   return itemText(std::to_string(level), text);
 }
 
+std::string updateOfLevel(const std::string& account, const std::string& classID, const std::string& level) {
+  return "Update tblAccountRelatedClasses set Sequence = " + level + " Where AccountID = " + account +
+         " and ClassID = " + classID;
+}
+
+std::string insertOfClass(const std::string& account, const std::string& classID, const std::string& level) {
+  return "Insert Into tblAccountRelatedClasses (AccountID,ClassID,Sequence) Values(" + account + "," +
+         classID + "," + level + ")";
+}
+
 /// Runs a statement whose failure the save expects, the insert of a row that is there already above all.
 void runSkippingFailure(data::RecordHandle& handle, const std::string& statement) {
   try {
@@ -217,13 +227,9 @@ void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   for (const ui::Item& item : lstClasses.items()) {
     const std::string classID = std::to_string(item.data);
     const std::string level = std::to_string(getItemLevel(item.text));
-    classes += classID + ",";
-    if (!repeats) {
-      runSkippingFailure(handle, "Update tblAccountRelatedClasses set Sequence = " + level +
-                                     " Where AccountID = " + account + " and ClassID = " + classID);
-    }
-    runSkippingFailure(handle, "Insert Into tblAccountRelatedClasses (AccountID,ClassID,Sequence) Values(" +
-                                   account + "," + classID + "," + level + ")");
+    classes.append(classID).append(",");
+    if (!repeats) runSkippingFailure(handle, updateOfLevel(account, classID, level));
+    runSkippingFailure(handle, insertOfClass(account, classID, level));
   }
   if (classes == "(") {
     classes = "(-1)";

@@ -274,10 +274,12 @@ std::size_t frmAccountRelObjects::saveRelObjects(std::int32_t accountID, std::in
                                    " and ClassID = " + ofClass);
   if (chkAllObjects.value() == 1) return 0;
   const auto chosen = objects_.chosenObjects();
+  const std::string insert =
+      "Insert into tblAccountRelatedClassesDetail (AccountID,ClassID,ObjectID) Values (" + account + "," +
+      ofClass + ",";
   for (const std::string& objectID : chosen) {
-    gateway->rssqlAccCostCenter.Open(
-        "Insert into tblAccountRelatedClassesDetail (AccountID,ClassID,ObjectID) Values (" + account + "," +
-        ofClass + "," + objectID + ")");
+    std::string statement = insert;
+    gateway->rssqlAccCostCenter.Open(statement.append(objectID).append(")"));
   }
   return chosen.size();
 }

@@ -1,0 +1,139 @@
+// The choice of a class on the screen of the related objects, from the click to the tree, beside the same
+// statements by hand, prepared once, on the same file in the same run.
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <benchmark/benchmark.h>
+
+#include <ctime>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "data/embedded/embedded_engine.h"
+#include "db/schema.h"
+#include "entities/rel_objects.h"
+#include "shell/shell.h"
+#include "support/idle_desktop.h"
+
+namespace {
+
+using namespace ledgertree;
+
+/// One account with one class; every second object of it is stored.
+class Projects {
+ public:
+  Projects(std::int64_t count, std::int64_t children) {
+    remove();
+    other_ = std::make_unique<SQLite::Database>(kFile, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+    other_->exec("pragma journal_mode = wal; pragma foreign_keys = on");
+    db::openSchema(*other_);
+    const std::string number = std::to_string(children);
+    other_->exec(
+        "begin;"
+        "insert into tblAccount (ID, Code, Title) values (1, '1', 'حساب');"
+        "insert into tblAccountClass (ID, Name, ViewMajor, ViewMinor) values"
+        " (1, 'پروژه', 'vwEntityProject', 'vwEntityProjectMinor');"
+        "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence, IncludeAllObjects) values (1, "
+        "1, 1, 0);"
+        "with recursive n(i) as (select 1 union all select i + 1 from n where i < " +
+        std::to_string(count) +
+        ") insert into tblEntityProject (ID, ParentID, Name) select i, iif(i = 1, null, (i - 2) / " + number +
+        " + 1), 'پروژه ' || i from n;"
+        "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID)"
+        " select 1, 1, ID from tblEntityProject where ID % 2 = 0; commit; analyze");
+    data::embedded::registerEmbedded(shell.providers);
+    shell.context.gConnectionString = "Provider=SQLite;Data Source=" + kFile;
+    shell.resetDataConnection();
+  }
+  Projects(const Projects&) = delete;
+  Projects& operator=(const Projects&) = delete;
+  ~Projects() { remove(); }
+
+  SQLite::Database& other() { return *other_; }
+
+  bench::IdleDesktop desktop;
+  shell::Shell shell{desktop};
+
+ private:
+  inline static const std::string kFile =
+      (std::filesystem::is_directory("/dev/shm") ? std::filesystem::path("/dev/shm")
+                                                 : std::filesystem::temp_directory_path()) /
+      "ledgertree-bench-entities";
+  static void remove() {
+    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(kFile + end);
+  }
+  std::unique_ptr<SQLite::Database> other_;
+};
+
+/// The same reading by hand: level by level, a look-up for each object. Gives the number of objects.
+std::size_t readByHand(SQLite::Database& database) {
+  const std::string columns =
+      "select ID, ParentID, Name, (select count(*) from vwEntityProject c where c.ParentID = v.ID) from "
+      "vwEntityProject v";
+  SQLite::Statement top(database, columns + " where ParentID is null order by Name");
+  SQLite::Statement below(database, columns + " where ParentID = ? order by Name");
+  SQLite::Statement stored(
+      database,
+      "select * from tblAccountRelatedClassesDetail where AccountID = ? and ClassID = ? and ObjectID = ?");
+  std::vector<std::pair<std::string, bool>> objects;
+  std::deque<int> unread;
+  const auto take = [&](SQLite::Statement& children) {
+    while (children.executeStep()) {
+      const int id = children.getColumn(0);
+      stored.bind(1, 1);
+      stored.bind(2, 1);
+      stored.bind(3, id);
+      objects.emplace_back(children.getColumn(2).getString(), stored.executeStep());
+      stored.reset();
+      if (children.getColumn(3).getInt() > 0) unread.push_back(id);
+    }
+    children.reset();
+  };
+  for (take(top); !unread.empty(); unread.pop_front()) {
+    below.bind(1, unread.front());
+    take(below);
+  }
+  return objects.size();
+}
+
+/// The processor's time: nothing here waits, so that other programs on the machine don't count.
+double secondsOfWork() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
+
+/// range(0) objects, range(1) of them below each mother.
+void readClass(benchmark::State& state) {
+  Projects projects(state.range(0), state.range(1));
+  entities::frmAccountRelObjects form(projects.shell);
+  form.open(1);
+  double bare = 0;
+  double own = 0;
+  for (auto _ : state) {
+    const double begin = secondsOfWork();
+    const std::size_t expected = readByHand(projects.other());
+    const double middle = secondsOfWork();
+    form.cmbClass.choose(0);
+    const double end = secondsOfWork();
+    bare += middle - begin;
+    own += end - middle;
+    state.SetIterationTime(end - middle);
+    if (form.treeObjects.count() != expected + 1) state.SkipWithError("other objects than by hand");
+  }
+  const auto turns = static_cast<double>(state.iterations());
+  state.counters["bare_ms"] = bare * 1e3 / turns;
+  state.counters["us_an_object"] = own * 1e6 / turns / static_cast<double>(state.range(0));
+  state.counters["ratio"] = own / bare;
+}
+
+BENCHMARK(readClass)
+    ->Args({5'000, 10})
+    ->Args({50'000, 10})
+    ->Args({50'000, 50'000})
+    ->Args({50'000, 1})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
