@@ -25,7 +25,8 @@ using Event = std::function<void(Arguments...)>;
 /// What a person can do to a control is a method of its class, named in the section "A person"; each does
 /// nothing on a control that is out of reach (hidden, disabled, or in a frame that is). What a program does
 /// to it raises no event, except where a class says so. The form owns the controls as members and lists them
-/// in the order of their making, which is also the order of the Tab key.
+/// in the order of their making; the Tab key follows the eye over their places, from right to left and
+/// downwards.
 class Control {
  public:
   Control(Form& form, std::string name, Bounds bounds, Frame* frame = nullptr);

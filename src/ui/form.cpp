@@ -94,6 +94,16 @@ bool Form::press(const KeyChord& chord) {
   return true;
 }
 
+bool Form::hasShortcut(const KeyChord& chord) const {
+  const auto ofButton = [&](const Control* control) {
+    const auto* button = dynamic_cast<const PushButton*>(control);
+    return button != nullptr && !button->shortcut().empty() && button->shortcut() == chord;
+  };
+  return std::any_of(controls_.begin(), controls_.end(), ofButton) ||
+         std::any_of(shortcuts_.begin(), shortcuts_.end(),
+                     [&](const auto& own) { return own.first == chord; });
+}
+
 void Form::setShown(bool shown) {
   shown_ = shown;
   if (!shown) focused_ = nullptr;

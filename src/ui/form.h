@@ -85,6 +85,8 @@ class Form {
   void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
     shortcuts_.emplace_back(chord, std::move(procedure));
   }
+  /// Whether a key has a meaning anywhere on the form, within reach at the moment or not.
+  [[nodiscard]] bool hasShortcut(const KeyChord& chord) const;
   /// Where the focus stands when the form is shown; null leaves it to the order of the controls.
   [[nodiscard]] Control* firstFocus() const { return firstFocus_; }
   void setFirstFocus(Control& control) { firstFocus_ = &control; }

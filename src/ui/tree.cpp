@@ -66,8 +66,11 @@ void Tree::endBatch() {
   const auto additions = std::move(additions_);
   additions_.clear();
   addedInBatch_.clear();
-  for (const Addition& addition : additions)
-    tell(TreeChange::Kind::ChildrenAdded, addition.parent, addition.first, addition.count);
+  for (const Addition& addition : additions) {
+    // A parent that was removed again has nothing to tell.
+    if (addition.parent == kNoNode || has(addition.parent))
+      tell(TreeChange::Kind::ChildrenAdded, addition.parent, addition.first, addition.count);
+  }
 }
 
 Tree::Batch::Batch(Tree& tree) : tree_(tree) { ++tree_.batches_; }

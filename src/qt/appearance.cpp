@@ -1,0 +1,102 @@
+#include "qt/appearance.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QPointer>
+#include <QStyleFactory>
+#include <algorithm>
+#include <cmath>
+
+namespace ledgertree::qt {
+
+namespace {
+
+constexpr double kTwipsPerPixel = 15;
+constexpr double kDesignFontPixels = 11;
+/// The width of this text against the font's size, in the font that the forms were laid out with.
+constexpr const char* kSample = "سرفصل حسابها مركز هزينه/درآمد: 0123456789";
+
+QStyle& screenStyle() {
+  static QPointer<QStyle> style;
+  if (style.isNull()) {
+    style = QStyleFactory::create(QStringLiteral("Fusion"));
+    style->setParent(qApp);
+  }
+  return *style;
+}
+
+}  // namespace
+
+QFont screenFont() {
+  QFont font = QApplication::font();
+  font.setFamilies({QStringLiteral("Tahoma"), QStringLiteral("Vazirmatn"),
+                    QStringLiteral("Noto Sans Arabic UI"), QStringLiteral("Noto Sans Arabic"),
+                    QStringLiteral("Noto Sans"), QStringLiteral("DejaVu Sans")});
+  return font;
+}
+
+QPalette screenPalette(const QColor& background) {
+  const QColor text(0x1B, 0x22, 0x2C);
+  const QColor faint(0x6B, 0x75, 0x82);
+  const QColor highlight(0x2F, 0x6F, 0xB7);
+  QPalette palette;
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    const bool disabled = group == QPalette::Disabled;
+    const QColor ink = disabled ? faint : text;
+    palette.setColor(group, QPalette::Window, background);
+    palette.setColor(group, QPalette::WindowText, ink);
+    palette.setColor(group, QPalette::Base, disabled ? background.lighter(106) : QColor(Qt::white));
+    palette.setColor(group, QPalette::AlternateBase, background.lighter(112));
+    palette.setColor(group, QPalette::Text, ink);
+    palette.setColor(group, QPalette::PlaceholderText, faint);
+    palette.setColor(group, QPalette::Button, background.lighter(107));
+    palette.setColor(group, QPalette::ButtonText, ink);
+    palette.setColor(group, QPalette::BrightText, Qt::white);
+    palette.setColor(group, QPalette::Light, background.lighter(125));
+    palette.setColor(group, QPalette::Midlight, background.lighter(112));
+    palette.setColor(group, QPalette::Mid, background.darker(135));
+    palette.setColor(group, QPalette::Dark, background.darker(165));
+    palette.setColor(group, QPalette::Shadow, background.darker(260));
+    palette.setColor(group, QPalette::Highlight, disabled ? faint.lighter(130) : highlight);
+    palette.setColor(group, QPalette::HighlightedText, Qt::white);
+    palette.setColor(group, QPalette::Link, highlight);
+    palette.setColor(group, QPalette::LinkVisited, highlight);
+    palette.setColor(group, QPalette::ToolTipBase, QColor(0xFF, 0xFB, 0xE6));
+    palette.setColor(group, QPalette::ToolTipText, text);
+  }
+  return palette;
+}
+
+void dress(QWidget& widget) {
+  widget.setStyle(&screenStyle());
+  for (QWidget* below : widget.findChildren<QWidget*>()) below->setStyle(&screenStyle());
+}
+
+QColor toQt(ui::Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour)); }
+
+Scale::Scale(const QFont& font) {
+  // A font that runs wider than the one of the design needs wider controls, or its captions would be clipped.
+  constexpr double kDesignWidth = 19.4;
+  const double size = QFontInfo(font).pixelSize();
+  const double width = QFontMetricsF(font).horizontalAdvance(QString::fromUtf8(kSample)) / kDesignWidth;
+  pixelsPerTwip_ = std::max(size, width) / (kDesignFontPixels * kTwipsPerPixel);
+}
+
+int Scale::pixels(ui::Twips twips) const { return static_cast<int>(std::lround(twips * pixelsPerTwip_)); }
+
+ui::Twips Scale::twips(int pixels) const {
+  return static_cast<ui::Twips>(std::lround(pixels / pixelsPerTwip_));
+}
+
+QSize Scale::pixels(ui::Size size) const { return {pixels(size.width), pixels(size.height)}; }
+
+ui::Size Scale::twips(QSize size) const { return {twips(size.width()), twips(size.height())}; }
+
+QRect Scale::pixels(const ui::Bounds& bounds) const {
+  const int left = pixels(bounds.left);
+  const int top = pixels(bounds.top);
+  return {left, top, pixels(bounds.left + bounds.width) - left, pixels(bounds.top + bounds.height) - top};
+}
+
+}  // namespace ledgertree::qt

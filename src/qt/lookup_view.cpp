@@ -1,0 +1,342 @@
+#include "qt/lookup_view.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "qt/keys.h"
+#include "qt/text.h"
+
+namespace ledgertree::qt {
+
+int LookupModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : static_cast<int>(shown_.size()) + (searching_ || shown_.empty() ? 1 : 0);
+}
+
+QVariant LookupModel::data(const QModelIndex& index, int role) const {
+  if (field_ == nullptr) return {};
+  if (role == Qt::TextAlignmentRole)
+    return QVariant::fromValue(
+        int((index.column() == kCode ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter));
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  const auto row = static_cast<std::size_t>(index.row());
+  if (row >= shown_.size() || row >= field_->rows().size())
+    return index.column() != kText ? QString()
+           : searching_            ? QStringLiteral("...")
+                                   : QString::fromUtf8("موردي پيدا نشد");
+  const ui::LookupRow& found = field_->rows()[row];
+  const QString text = toQt(index.column() == kCode ? found.code : found.text);
+  return role == Qt::ToolTipRole ? literalTip(text) : text;
+}
+
+Qt::ItemFlags LookupModel::flags(const QModelIndex& index) const {
+  const bool row = static_cast<std::size_t>(index.row()) < shown_.size();
+  return row ? Qt::ItemIsEnabled | Qt::ItemIsSelectable : Qt::NoItemFlags;
+}
+
+bool LookupModel::begins(const std::vector<ui::LookupRow>& rows) const {
+  return rows.size() >= shown_.size() &&
+         std::equal(shown_.begin(), shown_.end(), rows.begin(),
+                    [](std::int32_t id, const ui::LookupRow& row) { return id == row.id; });
+}
+
+void LookupModel::follow() {
+  const auto& rows = field_->rows();
+  const bool searching = field_->searching();
+  if (shown_.empty() || !begins(rows)) {
+    beginResetModel();
+    shown_.clear();
+    for (const auto& row : rows) shown_.push_back(row.id);
+    searching_ = searching;
+    endResetModel();
+    return;
+  }
+  const int before = static_cast<int>(shown_.size());
+  if (searching_) {
+    beginRemoveRows({}, before, before);
+    searching_ = false;
+    endRemoveRows();
+  }
+  const int after = static_cast<int>(rows.size()) + (searching ? 1 : 0);
+  if (after > before) {
+    beginInsertRows({}, before, after - 1);
+    for (std::size_t row = shown_.size(); row < rows.size(); ++row) shown_.push_back(rows[row].id);
+    searching_ = searching;
+    endInsertRows();
+  }
+  emit dataChanged(index(0, 0), index(before - 1, kColumns - 1));
+}
+
+void LookupModel::detach() {
+  field_ = nullptr;
+  beginResetModel();
+  shown_.clear();
+  searching_ = false;
+  endResetModel();
+}
+
+LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
+    : QFrame(&line, Qt::ToolTip | Qt::FramelessWindowHint), line_(line) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_WindowPropagation);
+  setFocusPolicy(Qt::NoFocus);
+  setLayoutDirection(Qt::RightToLeft);
+  setFrameShape(QFrame::Box);
+  title_ = new QLabel(this);
+  title_->setTextFormat(Qt::PlainText);
+  title_->setAutoFillBackground(true);
+  title_->setBackgroundRole(QPalette::AlternateBase);
+  title_->setContentsMargins(4, 2, 4, 2);
+  list_ = new QTreeView(this);
+  list_->setModel(&model);
+  list_->setFocusPolicy(Qt::NoFocus);
+  list_->setFrameShape(QFrame::NoFrame);
+  list_->setHeaderHidden(true);
+  list_->setRootIsDecorated(false);
+  list_->setUniformRowHeights(true);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  list_->header()->setStretchLastSection(false);
+  list_->header()->setSectionResizeMode(LookupModel::kText, QHeaderView::Stretch);
+  list_->header()->setSectionResizeMode(LookupModel::kCode, QHeaderView::ResizeToContents);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(1, 1, 1, 1);
+  layout->setSpacing(0);
+  layout->addWidget(title_);
+  layout->addWidget(list_);
+  connect(list_, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    if (onPick) onPick(index.row());
+  });
+  connect(list_->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int value) {
+    if (value == list_->verticalScrollBar()->maximum() && isVisible() && onEnd) onEnd();
+  });
+}
+
+void LookupPopup::open(const QString& title) {
+  title_->setText(title);
+  title_->setVisible(!title.isEmpty());
+  place();
+  if (!isVisible()) show();
+}
+
+void LookupPopup::place() {
+  constexpr int kMostRows = 10;
+  constexpr int kLeastWidthInLetters = 36;
+  const int line = list_->sizeHintForRow(0) > 0 ? list_->sizeHintForRow(0) : fontMetrics().height() + 4;
+  const int rows = std::clamp(list_->model()->rowCount(), 1, kMostRows);
+  const int height = rows * line + 4 + (title_->text().isEmpty() ? 0 : title_->sizeHint().height());
+  const int width = std::max(line_.width(), fontMetrics().averageCharWidth() * kLeastWidthInLetters);
+  const QRect below(line_.mapToGlobal(QPoint(0, line_.height())), QSize(line_.width(), 0));
+  const QRect room = line_.screen()->availableGeometry();
+  QRect place(below.left() + below.width() - width, below.top(), width, height);
+  if (place.top() + height > room.top() + room.height()) place.moveTop(below.top() - line_.height() - height);
+  if (place.left() < room.left()) place.moveLeft(room.left());
+  if (place.top() < room.top()) place.moveTop(room.top());
+  setGeometry(place);
+}
+
+void LookupPopup::highlight(int row) {
+  const QModelIndex index = list_->model()->index(row, 0);
+  if (!index.isValid()) {
+    list_->selectionModel()->clear();
+  } else if (list_->currentIndex().row() != row || !list_->selectionModel()->isSelected(index)) {
+    list_->selectionModel()->setCurrentIndex(index,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    list_->scrollTo(index);
+  }
+}
+
+LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<KeyboardLayout()> layout)
+    : ViewOf(control),
+      layout_(std::move(layout)),
+      box_(new QWidget(&parent)),
+      line_(new LineEditor(*box_)),
+      arrow_(new QToolButton(line_)),
+      tag_(new LanguageTag(*line_)),
+      model_(control),
+      popup_(new LookupPopup(*line_, model_)) {
+  arrow_->setArrowType(Qt::DownArrow);
+  arrow_->setAutoRaise(true);
+  arrow_->setFocusPolicy(Qt::NoFocus);
+  arrow_->setCursor(Qt::ArrowCursor);
+  line_->typist = {.characters = [this](const QKeyEvent& event) { return typedCharacters(event, layout_()); },
+                   .filter =
+                       [this](char32_t character) {
+                         // The text of a row that is held gives way to what is typed.
+                         if (standing() && character >= U' ' && !this->control().typing()) line_->selectAll();
+                         return standing() ? character : char32_t{0};
+                       },
+                   .key = [this](QKeyEvent& event) { return key(event); },
+                   .keyUp = {}};
+  connect(line_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    if (echo_ == 0 && standing()) this->control().edited(fromQt(text));
+  });
+  connect(arrow_, &QToolButton::clicked, this, [this] { toggleList(); });
+  popup_->onPick = [this](int row) {
+    if (standing()) this->control().pick(row);
+  };
+  popup_->onEnd = [this] {
+    if (echo_ == 0 && standing()) this->control().reachedEnd();
+  };
+  line_->installEventFilter(this);
+  sync(ui::Change::Text);
+  sync(ui::Change::Enabled);
+}
+
+void LookupView::toggleList() {
+  if (!standing()) return;
+  const ui::Form::Act act(control().form());
+  if (!line_->hasFocus()) control().focus();
+  if (!act.formStands() || !standing()) return;
+  if (control().listOpen()) {
+    control().closeList();
+  } else {
+    control().openList();
+  }
+}
+
+bool LookupView::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Move:
+    case QEvent::LayoutDirectionChange:
+      moved();
+      break;
+    case QEvent::Hide:
+    case QEvent::WindowDeactivate:
+      popup_->hide();
+      break;
+    case QEvent::FocusIn:
+      if (standing() && !control().typing()) line_->selectAll();
+      if (standing() && control().listOpen()) popup_->open(toQt(control().title()));
+      break;
+    case QEvent::ToolTip:
+      if (standing()) control().lookCloser();
+      break;
+    case QEvent::FocusOut:
+      focusLeft(static_cast<QFocusEvent*>(event)->reason());
+      break;
+    case QEvent::MouseButtonPress:
+      // A click opens the list, as in a drop-down; inside a line that is being typed it moves the caret.
+      if (watched == line_ && standing() && !control().typing() && !control().listOpen() &&
+          line_->hasFocus() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        line_->selectAll();
+        control().openList();
+        return true;
+      }
+      break;
+    default:
+      break;
+  }
+  return ControlView::eventFilter(watched, event);
+}
+
+void LookupView::focusLeft(Qt::FocusReason reason) {
+  popup_->hide();
+  // A menu, or another window in front, doesn't end what the person is typing.
+  if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
+  line_->deselect();
+  if (standing() && (control().listOpen() || control().typing())) control().leave();
+}
+
+bool LookupView::key(QKeyEvent& event) {
+  if (!standing() || !control().isActive()) return false;
+  const ui::Key key = keyOf(event);
+  if ((event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0) return false;
+  switch (key) {
+    case ui::Key::Up:
+    case ui::Key::Down:
+      // Alt with an arrow opens and closes, as F4 does.
+      event.accept();
+      static_cast<void>(control().press(event.modifiers().testFlag(Qt::AltModifier) ? ui::Key::F4 : key));
+      return true;
+    case ui::Key::Backspace:
+      // While one types, the line's own editing knows the caret.
+      if (control().typing()) return false;
+      break;
+    case ui::Key::F4:
+    case ui::Key::PageUp:
+    case ui::Key::PageDown:
+    case ui::Key::Enter:
+    case ui::Key::Escape:
+    case ui::Key::Delete:
+      break;
+    default:
+      return false;
+  }
+  if (!control().press(key)) return false;
+  event.accept();
+  return true;
+}
+
+void LookupView::sync(ui::Change change) {
+  switch (change) {
+    case ui::Change::Text: {
+      const Echo echo(echo_);
+      const QString text = toQt(control().text());
+      if (text == line_->text()) break;
+      line_->setText(text);
+      // A held row shows its beginning, and is replaced as a whole.
+      if (control().typing()) break;
+      line_->setCursorPosition(0);
+      if (line_->hasFocus()) line_->selectAll();
+      break;
+    }
+    case ui::Change::Enabled: {
+      const bool active = control().isActive();
+      line_->setReadOnly(!active);
+      line_->setFocusPolicy(active ? Qt::StrongFocus : Qt::ClickFocus);
+      arrow_->setEnabled(active);
+      QPalette colours = box_->parentWidget()->palette();
+      if (!active) colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
+      line_->setPalette(colours);
+      break;
+    }
+    case ui::Change::List:
+    case ui::Change::Selection:
+    case ui::Change::Caption:
+      syncList();
+      break;
+    default:
+      break;
+  }
+}
+
+void LookupView::syncList() {
+  const Echo echo(echo_);
+  model_.follow();
+  popup_->highlight(control().highlighted());
+  if (!control().listOpen()) return popup_->hide();
+  if (line_->window()->isVisible()) popup_->open(toQt(control().title()));
+}
+
+void LookupView::showLanguage(std::optional<KeyboardLayout> layout) {
+  if (!standing() || !control().isActive()) layout.reset();
+  tag_->show(layout);
+  moved();
+}
+
+void LookupView::moved() {
+  line_->setGeometry(box_->rect());
+  const int side = std::max(line_->height() - 6, 8);
+  const bool rightToLeft = line_->layoutDirection() == Qt::RightToLeft;
+  arrow_->setGeometry(rightToLeft ? 3 : line_->width() - 3 - side, 3, side, side);
+  const int room = side + 2 + (tag_->isHidden() ? 0 : tag_->sizeHint().width() + 2);
+  line_->setTextMargins(rightToLeft ? room : 0, 0, rightToLeft ? 0 : room, 0);
+  tag_->place(side);
+  if (popup_->isVisible()) popup_->place();
+}
+
+void LookupView::detach() {
+  model_.detach();
+  popup_->hide();
+  ControlView::detach();
+}
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QFrame>
+#include <QLabel>
+#include <QToolButton>
+#include <QTreeView>
+#include <functional>
+#include <vector>
+
+#include "qt/control_view.h"
+#include "qt/text_view.h"
+#include "ui/lookup_field.h"
+
+namespace ledgertree::qt {
+
+/// The rows that a look-up found; below them "..." while it goes on searching, or a line that says that there
+/// is none.
+class LookupModel : public QAbstractTableModel {
+ public:
+  enum Column { kText, kCode, kColumns };
+
+  explicit LookupModel(const ui::LookupField& field) : field_(&field) {}
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : kColumns;
+  }
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+  /// The rows of the field changed. Rows that were added leave the place of the list where it is.
+  void follow();
+  void detach();
+
+ private:
+  [[nodiscard]] bool begins(const std::vector<ui::LookupRow>& rows) const;
+  const ui::LookupField* field_;
+  std::vector<std::int32_t> shown_;
+  bool searching_ = false;
+};
+
+/// The list that opens below the line, in a window of its own that never takes the focus.
+class LookupPopup : public QFrame {
+ public:
+  LookupPopup(QWidget& line, LookupModel& model);
+  std::function<void(int)> onPick;
+  std::function<void()> onEnd;
+
+  void open(const QString& title);
+  void place();
+  void highlight(int row);
+  [[nodiscard]] QTreeView& list() { return *list_; }
+
+ private:
+  QWidget& line_;
+  QLabel* title_;
+  QTreeView* list_;
+};
+
+class LookupView : public ViewOf<ui::LookupField> {
+ public:
+  LookupView(ui::LookupField& control, QWidget& parent, std::function<KeyboardLayout()> layout);
+  [[nodiscard]] QWidget& widget() override { return *box_; }
+  [[nodiscard]] QWidget* focusWidget() override { return line_; }
+  void sync(ui::Change change) override;
+  void showLanguage(std::optional<KeyboardLayout> layout) override;
+  void moved() override;
+  void detach() override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  [[nodiscard]] bool key(QKeyEvent& event);
+  void focusLeft(Qt::FocusReason reason);
+  void syncList();
+  void toggleList();
+
+  std::function<KeyboardLayout()> layout_;
+  QWidget* box_;
+  LineEditor* line_;
+  QToolButton* arrow_;
+  LanguageTag* tag_;
+  LookupModel model_;
+  LookupPopup* popup_;
+  int echo_ = 0;
+};
+
+}  // namespace ledgertree::qt

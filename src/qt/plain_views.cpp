@@ -1,0 +1,204 @@
+#include "qt/plain_views.h"
+
+#include <QFontInfo>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QPainter>
+#include <algorithm>
+#include <functional>
+
+#include "qt/text.h"
+
+namespace ledgertree::qt {
+
+namespace {
+
+/// Enter presses the button that has the focus, as Space does.
+class Button : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+  std::function<void(ui::Key)> onKey;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+      return QPushButton::keyPressEvent(event);
+    event->accept();
+    if (!event->isAutoRepeat() && onKey) onKey(ui::Key::Enter);
+  }
+};
+
+/// A button that shows what its control says, and never turns by itself.
+class Radio : public QRadioButton {
+ public:
+  using QRadioButton::QRadioButton;
+  std::function<void(int)> onArrow;
+
+ protected:
+  void nextCheckState() override {}
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool back = event->key() == Qt::Key_Up || event->key() == Qt::Key_Right;
+    const bool forth = event->key() == Qt::Key_Down || event->key() == Qt::Key_Left;
+    if (!back && !forth) return QRadioButton::keyPressEvent(event);
+    event->accept();
+    if (onArrow) onArrow(back ? -1 : 1);
+  }
+};
+
+class Box : public QCheckBox {
+ public:
+  using QCheckBox::QCheckBox;
+
+ protected:
+  void nextCheckState() override {}
+};
+
+/// A thin border with the title on its upper edge, at the right. The place inside begins at the corner of the
+/// widget, where the controls of the frame count from.
+class Panel : public QGroupBox {
+ public:
+  using QGroupBox::QGroupBox;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const int text =
+        title().isEmpty() ? 0 : fontMetrics().horizontalAdvance(title()) + fontMetrics().averageCharWidth();
+    const double top = title().isEmpty() ? 0.5 : fontMetrics().height() / 2.0;
+    const QRectF border(0.5, top, width() - 1.0, height() - 0.5 - top);
+    const QRect titlePlace(width() - text - fontMetrics().height() / 2, 0, text, fontMetrics().height());
+    if (text > 0) painter.setClipRegion(QRegion(rect()).subtracted(titlePlace));
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRoundedRect(border, 3, 3);
+    painter.setClipping(false);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(titlePlace, Qt::AlignCenter, title());
+  }
+};
+
+/// The words of the bar as they are, without the toolkit's marks for numbers in them.
+class Bar : public QProgressBar {
+ public:
+  using QProgressBar::QProgressBar;
+  QString words;
+  [[nodiscard]] QString text() const override { return words; }
+};
+
+}  // namespace
+
+LabelView::LabelView(ui::Label& control, QWidget& parent) : ViewOf(control), label_(new QLabel(&parent)) {
+  label_->setTextFormat(Qt::PlainText);
+  label_->setWordWrap(control.wraps());
+  label_->setAlignment(Qt::AlignLeading | (control.wraps() ? Qt::AlignTop : Qt::AlignVCenter));
+  sync(ui::Change::Caption);
+}
+
+void LabelView::sync(ui::Change change) {
+  if (change == ui::Change::Caption) label_->setText(toQt(control().caption()));
+}
+
+void LabelView::rescaled(const Scale&) {
+  if (!standing() || !control().strong()) return;
+  QFont font = label_->parentWidget()->font();
+  font.setBold(true);
+  label_->setFont(font);
+}
+
+PushButtonView::PushButtonView(ui::PushButton& control, QWidget& parent) : ViewOf(control) {
+  auto* button = new Button(literalCaption(control.caption()), &parent);
+  button_ = button;
+  button->setAutoDefault(false);
+  button->onKey = [this](ui::Key key) {
+    if (standing()) this->control().press(key);
+  };
+  connect(button, &QPushButton::clicked, this, [this] {
+    if (standing()) this->control().click();
+  });
+}
+
+RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : ViewOf(control) {
+  auto* button = new Radio(literalCaption(control.caption()), &parent);
+  button_ = button;
+  button->setAutoExclusive(false);
+  button->onArrow = [this](int step) { chooseNeighbour(step); };
+  connect(button, &QRadioButton::clicked, this, [this] {
+    if (standing()) this->control().click();
+  });
+  sync(ui::Change::Value);
+}
+
+void RadioButtonView::sync(ui::Change change) {
+  if (change == ui::Change::Value) button_->setChecked(control().value());
+}
+
+void RadioButtonView::chooseNeighbour(int step) {
+  if (!standing()) return;
+  std::vector<ui::RadioButton*> group;
+  for (ui::Control* other : control().form().controls()) {
+    auto* radio = dynamic_cast<ui::RadioButton*>(other);
+    if (radio != nullptr && radio->frame() == control().frame() && radio->withinReach())
+      group.push_back(radio);
+  }
+  const auto self = std::find(group.begin(), group.end(), &control());
+  if (self == group.end() || group.size() < 2) return;
+  const auto count = static_cast<std::ptrdiff_t>(group.size());
+  ui::RadioButton* next = group[static_cast<std::size_t>((self - group.begin() + step + count) % count)];
+  const ui::Form::Act act(next->form());
+  next->focus();
+  if (act.formStands()) next->click();
+}
+
+CheckBoxView::CheckBoxView(ui::CheckBox& control, QWidget& parent)
+    : ViewOf(control), box_(new Box(literalCaption(control.caption()), &parent)) {
+  connect(box_, &QCheckBox::clicked, this, [this] {
+    if (standing()) this->control().click();
+  });
+  sync(ui::Change::Value);
+}
+
+void CheckBoxView::sync(ui::Change change) {
+  if (change == ui::Change::Value) box_->setChecked(control().value() != 0);
+}
+
+FrameView::FrameView(ui::Frame& control, QWidget& parent)
+    : ViewOf(control), panel_(new Panel(toQt(control.caption()), &parent)) {
+  panel_->setFocusPolicy(Qt::NoFocus);
+}
+
+ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)
+    : ViewOf(control), bar_(new Bar(&parent)) {
+  bar_->setAlignment(Qt::AlignCenter);
+  sync(ui::Change::Value);
+}
+
+void ProgressBarView::sync(ui::Change change) {
+  if (change != ui::Change::Value) return;
+  auto& bar = static_cast<Bar&>(*bar_);
+  bar.words = toQt(control().text());
+  bar.setTextVisible(!bar.words.isEmpty());
+  // A work of nothing is done; without a maximum the bar would run to and fro.
+  bar.setMaximum(std::max(control().maximum(), 1));
+  bar.setValue(control().maximum() == 0 ? 0 : control().value());
+  bar.update();
+}
+
+void ProgressBarView::moved() {
+  QFont font = bar_->parentWidget()->font();
+  const int tall = QFontMetrics(font).height();
+  const int room = bar_->height() - 4;
+  if (tall > room && room > 4) font.setPixelSize(std::max(QFontInfo(font).pixelSize() * room / tall, 5));
+  bar_->setFont(font);
+}
+
+DateDisplayView::DateDisplayView(ui::DateDisplay& control, QWidget& parent)
+    : ViewOf(control), line_(new QLineEdit(&parent)) {
+  line_->setReadOnly(true);
+  line_->setLayoutDirection(Qt::LeftToRight);
+  line_->setAlignment(Qt::AlignCenter);
+  sync(ui::Change::Text);
+}
+
+void DateDisplayView::sync(ui::Change) { line_->setText(toQt(control().text())); }
+
+}  // namespace ledgertree::qt

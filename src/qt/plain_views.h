@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "qt/control_view.h"
+#include "ui/buttons.h"
+#include "ui/lookup_field.h"
+
+namespace ledgertree::qt {
+
+class LabelView : public ViewOf<ui::Label> {
+ public:
+  LabelView(ui::Label& control, QWidget& parent);
+  [[nodiscard]] QLabel& widget() override { return *label_; }
+  void sync(ui::Change change) override;
+  void rescaled(const Scale& scale) override;
+
+ private:
+  QLabel* label_;
+};
+
+class PushButtonView : public ViewOf<ui::PushButton> {
+ public:
+  PushButtonView(ui::PushButton& control, QWidget& parent);
+  [[nodiscard]] QPushButton& widget() override { return *button_; }
+  [[nodiscard]] QWidget* focusWidget() override { return button_; }
+  void sync(ui::Change) override {}
+
+ private:
+  QPushButton* button_;
+};
+
+class RadioButtonView : public ViewOf<ui::RadioButton> {
+ public:
+  RadioButtonView(ui::RadioButton& control, QWidget& parent);
+  [[nodiscard]] QRadioButton& widget() override { return *button_; }
+  [[nodiscard]] QWidget* focusWidget() override { return button_; }
+  void sync(ui::Change change) override;
+
+ private:
+  /// The arrow keys go round the group, and choose.
+  void chooseNeighbour(int step);
+  QRadioButton* button_;
+};
+
+class CheckBoxView : public ViewOf<ui::CheckBox> {
+ public:
+  CheckBoxView(ui::CheckBox& control, QWidget& parent);
+  [[nodiscard]] QCheckBox& widget() override { return *box_; }
+  [[nodiscard]] QWidget* focusWidget() override { return box_; }
+  void sync(ui::Change change) override;
+
+ private:
+  QCheckBox* box_;
+};
+
+class FrameView : public ViewOf<ui::Frame> {
+ public:
+  FrameView(ui::Frame& control, QWidget& parent);
+  [[nodiscard]] QWidget& widget() override { return *panel_; }
+  void sync(ui::Change) override {}
+
+ private:
+  QWidget* panel_;
+};
+
+class ProgressBarView : public ViewOf<ui::ProgressBar> {
+ public:
+  ProgressBarView(ui::ProgressBar& control, QWidget& parent);
+  [[nodiscard]] QProgressBar& widget() override { return *bar_; }
+  void sync(ui::Change change) override;
+  /// Letters taller than the bar wouldn't be drawn at all.
+  void moved() override;
+
+ private:
+  QProgressBar* bar_;
+};
+
+class DateDisplayView : public ViewOf<ui::DateDisplay> {
+ public:
+  DateDisplayView(ui::DateDisplay& control, QWidget& parent);
+  [[nodiscard]] QLineEdit& widget() override { return *line_; }
+  [[nodiscard]] QWidget* focusWidget() override { return line_; }
+  void sync(ui::Change change) override;
+
+ private:
+  QLineEdit* line_;
+};
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,51 @@
+#include "qt/pointer.h"
+
+#include <QApplication>
+#include <QCursor>
+
+namespace ledgertree::qt {
+
+namespace {
+
+struct PointerState {
+  bool wanted = false;
+  bool shown = false;
+  int pauses = 0;
+
+  void follow() {
+    const bool show = wanted && pauses == 0;
+    if (show == shown) return;
+    shown = show;
+    if (show) {
+      QApplication::setOverrideCursor(QCursor(Qt::WaitCursor));
+    } else {
+      QApplication::restoreOverrideCursor();
+    }
+  }
+};
+
+PointerState& state() {
+  static PointerState state;
+  return state;
+}
+
+}  // namespace
+
+void showHourglass(bool show) {
+  state().wanted = show;
+  state().follow();
+}
+
+bool hourglassWanted() { return state().wanted; }
+
+PointerPause::PointerPause() {
+  ++state().pauses;
+  state().follow();
+}
+
+PointerPause::~PointerPause() {
+  --state().pauses;
+  state().follow();
+}
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,186 @@
+#include "qt/qt_desktop.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QThread>
+#include <QTimer>
+#include <stdexcept>
+
+#include "qt/form_window.h"
+#include "qt/pointer.h"
+#include "qt/text.h"
+#include "ui/control.h"
+#include "ui/menu.h"
+
+namespace ledgertree::qt {
+
+namespace {
+
+int loopDepth() { return QThread::currentThread()->loopLevel(); }
+
+}  // namespace
+
+QtDesktop::QtDesktop() : idleTimer_(new QTimer(this)) {
+  // An interval of 0 fires when the queue of events is empty.
+  idleTimer_->setInterval(0);
+  connect(idleTimer_, &QTimer::timeout, this, [this] { runIdle(); });
+}
+
+QtDesktop::~QtDesktop() {
+  showHourglass(false);
+  const auto windows = std::move(windows_);
+  windows_.clear();
+  for (const auto& [form, window] : windows) delete window.data();
+  const auto ended = std::move(ended_);
+  for (const auto& window : ended) delete window.data();
+}
+
+FormWindow* QtDesktop::windowOf(const ui::Form& form) const {
+  const auto found = windows_.find(&form);
+  return found == windows_.end() ? nullptr : found->second.data();
+}
+
+FormWindow& QtDesktop::windowFor(ui::Form& form) {
+  auto& window = windows_[&form];
+  if (window.isNull()) window = new FormWindow(form, *this);
+  return *window;
+}
+
+void QtDesktop::embed(const std::string& formName, QWidget* container) { containers_[formName] = container; }
+
+void QtDesktop::show(ui::Form& form) {
+  endWaiting();
+  FormWindow* known = windowOf(form);
+  if (known != nullptr && known->showing() != FormWindow::Showing::Hidden)
+    return known->showAs(known->showing());
+  if (!modelessAllowed_)
+    throw ui::DesktopError(ui::DesktopError::kNoModelessForms, "the host takes no form that isn't modal");
+  const auto container = containers_.find(form.name());
+  QWidget* place = container == containers_.end() ? nullptr : container->second.data();
+  FormWindow& window = windowFor(form);
+  form.setShown(true);
+  window.showAs(place == nullptr ? FormWindow::Showing::Modeless : FormWindow::Showing::Embedded, place);
+}
+
+void QtDesktop::showModal(ui::Form& form) {
+  endWaiting();
+  const QPointer<FormWindow> window(&windowFor(form));
+  const QPointer<QWidget> front(QApplication::activeWindow());
+  const QPointer<QWidget> focus(QApplication::focusWidget());
+  form.setShown(true);
+  window->showAs(FormWindow::Showing::Modal);
+  // Putting it up runs event procedures, which may have ended it already.
+  if (!window.isNull() && window->showing() == FormWindow::Showing::Modal) window->waitUntilHidden();
+  // The application is ending: the loop ended, and nobody hid the form.
+  if (!window.isNull() && window->form() != nullptr && window->showing() == FormWindow::Showing::Modal)
+    hide(*window->form());
+  if (!front.isNull() && front != window.data() && front->isVisible()) {
+    front->activateWindow();
+    if (!focus.isNull() && focus->window() == front && focus->isVisible() && focus->isEnabled())
+      focus->setFocus(Qt::ActiveWindowFocusReason);
+  }
+  endWaiting();
+}
+
+void QtDesktop::hide(ui::Form& form) {
+  form.setShown(false);
+  if (FormWindow* window = windowOf(form); window != nullptr) window->endShowing();
+}
+
+void QtDesktop::close(ui::Form& form) {
+  const auto found = windows_.find(&form);
+  if (found == windows_.end()) return;
+  const QPointer<FormWindow> window = found->second;
+  windows_.erase(found);
+  form.setShown(false);
+  if (window.isNull()) return;
+  window->detach();
+  window->endShowing();
+  endLater(*window);
+}
+
+void QtDesktop::endLater(FormWindow& window) {
+  if (loopDepth() <= window.shownAtLoop()) {
+    window.deleteLater();
+  } else {
+    // An event of the window may be waiting further out for the loop that runs here.
+    ended_.emplace_back(&window);
+  }
+}
+
+void QtDesktop::endWaiting() {
+  std::erase_if(ended_, [](const QPointer<FormWindow>& window) {
+    if (!window.isNull() && loopDepth() > window->shownAtLoop()) return false;
+    if (!window.isNull()) window->deleteLater();
+    return true;
+  });
+}
+
+void QtDesktop::forget(const FormWindow& window) {
+  std::erase_if(windows_,
+                [&](const auto& known) { return known.second.isNull() || known.second == &window; });
+}
+
+void QtDesktop::popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) {
+  if (FormWindow* window = windowOf(form); window != nullptr) window->popUp(menu, left, top);
+}
+
+void QtDesktop::setPointer(ui::Pointer pointer) { showHourglass(pointer == ui::Pointer::Hourglass); }
+
+void QtDesktop::moveFocus(ui::Control& control) {
+  if (FormWindow* window = windowOf(control.form()); window != nullptr) window->moveFocus(control);
+}
+
+void QtDesktop::repaint(ui::Form& form) {
+  if (windowOf(form) == nullptr) return;
+  ++repainting_;
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  --repainting_;
+}
+
+void QtDesktop::chooseKeyboardLayout(std::string_view layout) {
+  const KeyboardLayout chosen = keyboardLayoutOf(layout);
+  if (chosen != KeyboardLayout::Own && !keyboardTarget_.isNull()) keyboardTarget_->chooseKeyboard(chosen);
+}
+
+void QtDesktop::setKeyboardTarget(FormWindow* window) { keyboardTarget_ = window; }
+
+void QtDesktop::whenIdle(std::function<void()> procedure) {
+  {
+    const std::lock_guard lock(idleMutex_);
+    idle_.push_back(std::move(procedure));
+  }
+  if (QThread::currentThread() == thread()) {
+    idleTimer_->start();
+  } else {
+    QMetaObject::invokeMethod(
+        idleTimer_, [timer = idleTimer_] { timer->start(); }, Qt::QueuedConnection);
+  }
+}
+
+void QtDesktop::runIdle() {
+  if (repainting()) return;
+  std::function<void()> procedure;
+  {
+    const std::lock_guard lock(idleMutex_);
+    if (idle_.empty()) return idleTimer_->stop();
+    procedure = std::move(idle_.front());
+    idle_.pop_front();
+  }
+  procedure();
+}
+
+void QtDesktop::renderToPng(ui::Form& form, const std::string& path, QSize size) {
+  const QPointer<FormWindow> window(windowOf(form));
+  if (window.isNull() || window->showing() == FormWindow::Showing::Hidden)
+    throw std::runtime_error("a form that isn't shown has no picture");
+  if (!size.isEmpty()) {
+    if (window->isMaximized()) window->showNormal();
+    window->resize(size);
+  }
+  QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  if (window.isNull()) throw std::runtime_error("the form closed while its picture was taken");
+  if (!window->grab().save(toQt(path), "PNG")) throw std::runtime_error("can't write the picture " + path);
+}
+
+}  // namespace ledgertree::qt

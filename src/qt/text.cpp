@@ -1,0 +1,34 @@
+#include "qt/text.h"
+
+#include <algorithm>
+
+namespace ledgertree::qt {
+
+QString toQt(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+std::string fromQt(const QString& text) { return text.toStdString(); }
+
+qsizetype unitsOf(const QString& text, std::size_t characters) {
+  qsizetype units = 0;
+  for (; characters > 0 && units < text.size(); --characters)
+    units += text.at(units).isHighSurrogate() && units + 1 < text.size() ? 2 : 1;
+  return units;
+}
+
+std::size_t charactersOf(const QString& text, qsizetype units) {
+  units = std::clamp<qsizetype>(units, 0, text.size());
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.begin() + units, [](QChar unit) { return !unit.isLowSurrogate(); }));
+}
+
+QString literalCaption(std::string_view caption) {
+  return toQt(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString literalTip(const QString& text) {
+  return text.isEmpty() ? text : QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>");
+}
+
+}  // namespace ledgertree::qt

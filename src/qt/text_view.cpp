@@ -1,0 +1,373 @@
+#include "qt/text_view.h"
+
+#include <QContextMenuEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QPointer>
+#include <QScrollBar>
+#include <QValidator>
+#include <map>
+#include <memory>
+
+#include "qt/text.h"
+#include "ui/key.h"
+
+namespace ledgertree::qt {
+
+namespace {
+
+/// What an edit leaves in a one-line field: within the limit, without line breaks and control characters, and
+/// with Latin digits where the field wants them. A paste goes through here as well as a key.
+class FieldRule : public QValidator {
+ public:
+  FieldRule(LineEditor& editor, bool latinDigits, const int& echo)
+      : QValidator(&editor), editor_(editor), latinDigits_(latinDigits), echo_(echo) {}
+
+  State validate(QString& input, int& caret) const override {
+    if (echo_ > 0) return Acceptable;  // a program's text stands as it is
+    tidy(input);
+    const std::size_t count = charactersOf(input, input.size());
+    if (editor_.limit == 0 || count <= editor_.limit) return Acceptable;
+    // What came in ends at the caret: that end is what has no room.
+    const std::size_t behind = charactersOf(input, caret);
+    const std::size_t excess = std::min(count - editor_.limit, behind);
+    const qsizetype from = unitsOf(input, behind - excess);
+    input.remove(from, caret - from);
+    caret = static_cast<int>(from);
+    return Acceptable;
+  }
+
+ private:
+  void tidy(QString& input) const {
+    for (QChar& unit : input) {
+      if (unit.category() == QChar::Other_Control || unit == QChar::LineSeparator ||
+          unit == QChar::ParagraphSeparator)
+        unit = QLatin1Char(' ');
+      if (latinDigits_) unit = QChar(static_cast<char16_t>(ui::latinDigit(unit.unicode())));
+    }
+  }
+
+  LineEditor& editor_;
+  bool latinDigits_;
+  const int& echo_;
+};
+
+bool isPlainBackspace(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Backspace &&
+         (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+}
+
+/// The way of a key through an editor. True where the editor's own handling must not see it.
+template <typename Editor>
+bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::function<void(char32_t)>& put) {
+  const QPointer<Editor> standing(&editor);
+  // Copies: the form, and what hangs on it, may end inside a call.
+  const Typist typist = editor.typist;
+  if (typist.key && typist.key(event)) return true;
+  if (standing.isNull()) return true;
+  const std::u32string typed = typist.characters ? typist.characters(event) : std::u32string();
+  if (!typed.empty() && !readOnly) {
+    event.accept();
+    for (const char32_t character : typed) {
+      const char32_t passed = typist.filter ? typist.filter(character) : character;
+      if (standing.isNull()) return true;
+      if (passed != 0) put(passed);
+      if (standing.isNull()) return true;
+    }
+    return true;
+  }
+  if (isPlainBackspace(event) && !readOnly && typist.filter && typist.filter(ui::kBackspaceCharacter) == 0) {
+    event.accept();
+    return true;
+  }
+  return standing.isNull();
+}
+
+/// The letters of an input method pass the same filter as the letters of keys.
+QString filtered(const QString& text, const Typist& typist) {
+  std::u32string passed;
+  for (const char32_t character : text.toStdU32String()) {
+    const char32_t kept = typist.filter ? typist.filter(character) : character;
+    if (kept != 0) passed += kept;
+  }
+  return QString::fromStdU32String(passed);
+}
+
+}  // namespace
+
+void nameEditingCommands(QMenu& menu) {
+  static const std::map<QString, const char*> kNames = {
+      {QStringLiteral("edit-undo"), "واگرد"},       {QStringLiteral("edit-redo"), "ازنو"},
+      {QStringLiteral("edit-cut"), "برش"},          {QStringLiteral("edit-copy"), "رونوشت"},
+      {QStringLiteral("edit-paste"), "چسباندن"},    {QStringLiteral("edit-delete"), "حذف"},
+      {QStringLiteral("select-all"), "انتخاب همه"},
+  };
+  menu.setLayoutDirection(Qt::RightToLeft);
+  for (QAction* action : menu.actions()) {
+    const auto name = kNames.find(action->objectName());
+    if (name == kNames.end()) continue;
+    const qsizetype keys = action->text().indexOf(QLatin1Char('\t'));
+    action->setText(QString::fromUtf8(name->second) + (keys < 0 ? QString() : action->text().mid(keys)));
+  }
+}
+
+LanguageTag::LanguageTag(QWidget& editor) : QLabel(&editor) {
+  setToolTip(literalTip(QString::fromUtf8("زبان صفحه كليد؛ تغيير با F8")));
+  setAccessibleName(QString::fromUtf8("زبان صفحه كليد"));
+  setAlignment(Qt::AlignCenter);
+  setCursor(Qt::ArrowCursor);
+  setAutoFillBackground(true);
+  setBackgroundRole(QPalette::Window);
+  setForegroundRole(QPalette::WindowText);
+  setContentsMargins(3, 0, 3, 0);
+  QLabel::hide();
+}
+
+void LanguageTag::show(std::optional<KeyboardLayout> layout) {
+  if (!layout) return QLabel::hide();
+  const bool own = *layout == KeyboardLayout::Own;
+  setText(own                                  ? QStringLiteral("EN")
+          : *layout == KeyboardLayout::Persian ? QString::fromUtf8("فا")
+                                               : QString::fromUtf8("ع"));
+  QPalette colours = palette();
+  colours.setColor(QPalette::Window, own ? QColor(0xE3, 0xE7, 0xEC) : QColor(0x2F, 0x6F, 0xB7));
+  colours.setColor(QPalette::WindowText, own ? QColor(0x1B, 0x22, 0x2C) : QColor(Qt::white));
+  setPalette(colours);
+  QFont small = parentWidget()->font();
+  if (small.pixelSize() > 0) {
+    small.setPixelSize(std::max(small.pixelSize() * 3 / 4, 7));
+  } else {
+    small.setPointSizeF(small.pointSizeF() * 0.78);
+  }
+  setFont(small);
+  QLabel::show();
+  place();
+}
+
+void LanguageTag::place(int inset) {
+  if (isHidden()) return;
+  const QWidget& editor = *parentWidget();
+  const int border = 3;
+  const QSize size(sizeHint().width(), std::min(sizeHint().height(), editor.height() - 2 * border));
+  const bool rightToLeft = editor.layoutDirection() == Qt::RightToLeft;
+  setGeometry(rightToLeft ? border + inset : editor.width() - border - inset - size.width(),
+              editor.height() - border - size.height(), size.width(), size.height());
+}
+
+void LineEditor::put(char32_t character) {
+  const QString text = this->text();
+  const std::size_t left =
+      charactersOf(text, text.size()) - charactersOf(selectedText(), selectedText().size());
+  if (limit != 0 && left >= limit) return;
+  insert(QString::fromUcs4(&character, 1));
+}
+
+void LineEditor::keyPressEvent(QKeyEvent* event) {
+  if (!typeKey(*this, *event, isReadOnly(), [this](char32_t character) { put(character); }))
+    QLineEdit::keyPressEvent(event);
+}
+
+void LineEditor::keyReleaseEvent(QKeyEvent* event) {
+  QLineEdit::keyReleaseEvent(event);
+  const auto keyUp = typist.keyUp;
+  if (!event->isAutoRepeat() && keyUp) keyUp();
+}
+
+void LineEditor::inputMethodEvent(QInputMethodEvent* event) {
+  if (event->commitString().isEmpty() || isReadOnly()) return QLineEdit::inputMethodEvent(event);
+  const Typist copied = typist;
+  QInputMethodEvent passed(event->preeditString(), event->attributes());
+  passed.setCommitString(filtered(event->commitString(), copied), event->replacementStart(),
+                         event->replacementLength());
+  QLineEdit::inputMethodEvent(&passed);
+  if (copied.keyUp) copied.keyUp();
+}
+
+void LineEditor::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu* menu = createStandardContextMenu();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  nameEditingCommands(*menu);
+  menu->popup(event->globalPos());
+}
+
+void TextEditor::put(char32_t character) {
+  const QString text = toPlainText();
+  const QString selected = textCursor().selectedText();
+  if (limit != 0 && charactersOf(text, text.size()) - charactersOf(selected, selected.size()) >= limit)
+    return;
+  textCursor().insertText(QString::fromUcs4(&character, 1));
+  ensureCursorVisible();
+}
+
+void TextEditor::keyPressEvent(QKeyEvent* event) {
+  if (!typeKey(*this, *event, isReadOnly(), [this](char32_t character) { put(character); }))
+    QPlainTextEdit::keyPressEvent(event);
+}
+
+void TextEditor::keyReleaseEvent(QKeyEvent* event) {
+  QPlainTextEdit::keyReleaseEvent(event);
+  const auto keyUp = typist.keyUp;
+  if (!event->isAutoRepeat() && keyUp) keyUp();
+}
+
+void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
+  if (event->commitString().isEmpty() || isReadOnly()) return QPlainTextEdit::inputMethodEvent(event);
+  const Typist copied = typist;
+  QInputMethodEvent passed(event->preeditString(), event->attributes());
+  passed.setCommitString(filtered(event->commitString(), copied), event->replacementStart(),
+                         event->replacementLength());
+  QPlainTextEdit::inputMethodEvent(&passed);
+  if (copied.keyUp) copied.keyUp();
+}
+
+void TextEditor::insertFromMimeData(const QMimeData* source) {
+  if (isReadOnly() || !source->hasText()) return;
+  QString text = source->text();
+  text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+  for (QChar& unit : text) {
+    if (unit.category() == QChar::Other_Control && unit != QLatin1Char('\n') && unit != QLatin1Char('\t'))
+      unit = QLatin1Char(' ');
+  }
+  if (limit != 0) {
+    const QString present = toPlainText();
+    const QString selected = textCursor().selectedText();
+    const std::size_t used = charactersOf(present, present.size()) - charactersOf(selected, selected.size());
+    text.truncate(unitsOf(text, limit > used ? limit - used : 0));
+  }
+  textCursor().insertText(text);
+  ensureCursorVisible();
+}
+
+void TextEditor::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu* menu = createStandardContextMenu();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  nameEditingCommands(*menu);
+  menu->popup(event->globalPos());
+}
+
+TextFieldView::TextFieldView(ui::TextField& control, QWidget& parent, std::function<KeyboardLayout()> layout)
+    : ViewOf(control), layout_(std::move(layout)) {
+  if (control.multiline()) {
+    makeText(parent);
+  } else {
+    makeLine(parent);
+  }
+  tag_ = new LanguageTag(widget());
+  widget().installEventFilter(this);
+  if (control.leftToRight()) widget().setLayoutDirection(Qt::LeftToRight);
+  sync(ui::Change::Text);
+  sync(ui::Change::Enabled);
+}
+
+void TextFieldView::makeLine(QWidget& parent) {
+  line_ = new LineEditor(parent);
+  line_->typist = typist();
+  line_->limit = control().maximumLength();
+  line_->setValidator(new FieldRule(*line_, control().latinDigits(), echo_));
+  connect(line_, &QLineEdit::textEdited, this, [this] { personEdited(); });
+  connect(line_, &QLineEdit::cursorPositionChanged, this, [this] { personMovedCaret(); });
+}
+
+void TextFieldView::makeText(QWidget& parent) {
+  text_ = new TextEditor(parent);
+  text_->typist = typist();
+  text_->limit = control().maximumLength();
+  text_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+  connect(text_, &QPlainTextEdit::textChanged, this, [this] { personEdited(); });
+  connect(text_, &QPlainTextEdit::cursorPositionChanged, this, [this] { personMovedCaret(); });
+}
+
+Typist TextFieldView::typist() {
+  return {
+      .characters = [this](const QKeyEvent& event) { return typedCharacters(event, layout_()); },
+      .filter = [this](char32_t character) { return standing() ? control().filter(character) : char32_t{0}; },
+      .key = {},
+      .keyUp =
+          [this] {
+            if (standing()) control().keyUp();
+          }};
+}
+
+QWidget& TextFieldView::widget() {
+  if (text_ != nullptr) return *text_;
+  return *line_;
+}
+
+QString TextFieldView::shownText() const { return text_ != nullptr ? text_->toPlainText() : line_->text(); }
+
+int TextFieldView::shownCaret() const {
+  return text_ != nullptr ? text_->textCursor().position() : line_->cursorPosition();
+}
+
+void TextFieldView::personEdited() {
+  if (echo_ > 0 || !standing()) return;
+  const QString text = shownText();
+  control().edited(fromQt(text), charactersOf(text, shownCaret()));
+  // An edit that the field didn't take (it went out of reach) doesn't stay on the screen.
+  if (standing()) syncText();
+}
+
+void TextFieldView::personMovedCaret() {
+  if (echo_ > 0 || !standing() || toQt(control().text()) != shownText()) return;
+  const Echo echo(echo_);
+  control().setCaret(charactersOf(shownText(), shownCaret()));
+}
+
+void TextFieldView::syncText() {
+  const Echo echo(echo_);
+  const QString text = toQt(control().text());
+  const bool sameText = text == shownText();
+  // A field that nobody types in shows the beginning of its text, wherever its caret will be.
+  const bool resting = !widget().hasFocus();
+  const int caret = resting ? 0 : static_cast<int>(unitsOf(text, control().caret()));
+  if (sameText && caret == shownCaret()) return;
+  if (line_ != nullptr) {
+    if (!sameText) line_->setText(text);
+    line_->setCursorPosition(caret);
+    return;
+  }
+  if (!sameText) text_->setPlainText(text);
+  QTextCursor cursor = text_->textCursor();
+  cursor.setPosition(std::min(caret, static_cast<int>(text_->toPlainText().size())));
+  text_->setTextCursor(cursor);
+}
+
+bool TextFieldView::eventFilter(QObject* watched, QEvent* event) {
+  // By Tab the whole line is selected, by the mouse the caret goes to the click; else it goes where it was
+  // left.
+  if (event->type() == QEvent::FocusIn && standing() &&
+      static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason)
+    syncText();
+  return ControlView::eventFilter(watched, event);
+}
+
+void TextFieldView::sync(ui::Change change) {
+  if (change == ui::Change::Text || (change == ui::Change::Caret && echo_ == 0)) syncText();
+  if (change != ui::Change::Enabled) return;
+  const bool locked = control().locked();
+  if (line_ != nullptr) line_->setReadOnly(locked);
+  if (text_ != nullptr) text_->setReadOnly(locked);
+  // A locked field looks like what it is: the ground shines through.
+  QPalette colours = widget().parentWidget()->palette();
+  if (locked) colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
+  widget().setPalette(colours);
+}
+
+void TextFieldView::showLanguage(std::optional<KeyboardLayout> layout) {
+  if (!standing() || control().locked()) layout.reset();
+  tag_->show(layout);
+  moved();
+}
+
+void TextFieldView::moved() {
+  if (line_ != nullptr) {
+    const int room = tag_->isHidden() ? 0 : tag_->sizeHint().width() + 2;
+    const bool rightToLeft = line_->layoutDirection() == Qt::RightToLeft;
+    line_->setTextMargins(rightToLeft ? room : 0, 0, rightToLeft ? 0 : room, 0);
+  }
+  tag_->place(text_ != nullptr ? text_->verticalScrollBar()->sizeHint().width() : 0);
+}
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,215 @@
+#include "qt/tree_view.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <functional>
+
+#include "qt/keys.h"
+
+namespace ledgertree::qt {
+
+using ui::kNoNode;
+using ui::NodeId;
+
+namespace {
+
+/// A tree that grows from the right, and tells what a person wants instead of doing it.
+class Branches : public QTreeView {
+ public:
+  using QTreeView::QTreeView;
+  std::function<void(NodeId)> onClick;
+  std::function<void(NodeId)> onToggle;
+  std::function<void(NodeId)> onTick;
+  std::function<void(NodeId)> onSelect;
+  std::function<void(ui::Key)> onKey;
+
+  void fitColumn() { header()->setMinimumSectionSize(viewport()->width()); }
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    event->accept();
+    const QPoint place = event->position().toPoint();
+    const QModelIndex index = indexAt(place);
+    if (event->button() != Qt::LeftButton || !index.isValid()) return;
+    const NodeId node = TreeModel::nodeOf(index);
+    if (onBranch(index, place)) return onToggle(node);
+    if (checkBoxOf(index).contains(place)) return onTick(node);
+    onClick(node);
+  }
+  void mouseMoveEvent(QMouseEvent* event) override { event->accept(); }
+  void mouseReleaseEvent(QMouseEvent* event) override { event->accept(); }
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const bool elsewhere = !index.isValid() || event->button() != Qt::LeftButton ||
+                           onBranch(index, event->position().toPoint()) ||
+                           checkBoxOf(index).contains(event->position().toPoint());
+    if (elsewhere) return mousePressEvent(event);
+    event->accept();
+    onToggle(TreeModel::nodeOf(index));
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    const ui::Key key = keyOf(*event);
+    switch (key) {
+      case ui::Key::Up:
+      case ui::Key::Down:
+      case ui::Key::Left:
+      case ui::Key::Right:
+      case ui::Key::Home:
+      case ui::Key::End:
+      case ui::Key::Enter:
+      case ui::Key::Space:
+        event->accept();
+        return onKey(key);
+      case ui::Key::PageUp:
+      case ui::Key::PageDown: {
+        event->accept();
+        const QModelIndex target =
+            moveCursor(key == ui::Key::PageUp ? MovePageUp : MovePageDown, Qt::NoModifier);
+        if (target.isValid()) onSelect(TreeModel::nodeOf(target));
+        return;
+      }
+      default:
+        event->ignore();
+        if (event->modifiers() == Qt::NoModifier && !event->text().isEmpty() && event->text().at(0).isPrint())
+          QTreeView::keyPressEvent(event);  // looks the typed text up, by keyboardSearch
+    }
+  }
+
+  void keyboardSearch(const QString& search) override {
+    QModelIndex start = currentIndex();
+    if (!start.isValid()) start = model()->index(0, 0);
+    for (QModelIndex index = indexBelow(start); index.isValid(); index = indexBelow(index)) {
+      if (!index.data().toString().startsWith(search, Qt::CaseInsensitive)) continue;
+      return onSelect(TreeModel::nodeOf(index));
+    }
+  }
+
+  void resizeEvent(QResizeEvent* event) override {
+    QTreeView::resizeEvent(event);
+    fitColumn();
+  }
+
+ private:
+  /// Whether a place is on the mark that opens and closes a node; it stands on the outer side of the node.
+  [[nodiscard]] bool onBranch(const QModelIndex& index, const QPoint& place) const {
+    if (!model()->hasChildren(index)) return false;
+    const QRect item = visualRect(index);
+    if (isRightToLeft()) return place.x() > item.right() && place.x() <= item.right() + indentation();
+    return place.x() < item.left() && place.x() >= item.left() - indentation();
+  }
+
+  [[nodiscard]] QRect checkBoxOf(const QModelIndex& index) const {
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    if (!index.data(Qt::CheckStateRole).isValid()) return {};
+    option.features |= QStyleOptionViewItem::HasCheckIndicator;
+    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this);
+  }
+};
+
+}  // namespace
+
+TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_(control) {
+  auto* branches = new Branches(&parent);
+  tree_ = branches;
+  branches->setModel(&model_);
+  branches->setHeaderHidden(true);
+  branches->setUniformRowHeights(true);
+  branches->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  branches->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  branches->setTextElideMode(Qt::ElideNone);
+  branches->header()->setStretchLastSection(false);
+  branches->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  branches->onClick = [this](NodeId node) {
+    if (standing()) this->control().click(node);
+  };
+  branches->onTick = [this](NodeId node) {
+    if (standing()) this->control().tick(node);
+  };
+  branches->onToggle = [this](NodeId node) {
+    if (!standing()) return;
+    if (this->control().expanded(node)) {
+      this->control().collapse(node);
+    } else {
+      this->control().expand(node);
+    }
+  };
+  branches->onSelect = [this](NodeId node) {
+    if (standing() && this->control().withinReach()) this->control().select(node);
+  };
+  branches->onKey = [this](ui::Key key) {
+    if (standing()) this->control().press(key);
+  };
+  openAsTheTree(kNoNode, 0);
+  showSelection();
+}
+
+void TreeView::rescaled(const Scale&) {
+  const int line = tree_->fontMetrics().height();
+  tree_->setIconSize(QSize(line, line));
+  tree_->setIndentation(line + line / 3);
+}
+
+void TreeView::openAsTheTree(NodeId parent, std::size_t first) {
+  const ui::Tree& tree = control();
+  std::vector<NodeId> waiting;
+  const auto push = [&waiting](const std::vector<NodeId>& nodes, std::size_t from) {
+    waiting.insert(waiting.end(), nodes.begin() + static_cast<std::ptrdiff_t>(from), nodes.end());
+  };
+  push(parent == kNoNode ? tree.roots() : tree.children(parent), first);
+  while (!waiting.empty()) {
+    const NodeId node = waiting.back();
+    waiting.pop_back();
+    if (tree.expanded(node)) tree_->setExpanded(model_.indexOf(node), true);
+    push(tree.children(node), 0);
+  }
+}
+
+void TreeView::showSelection() {
+  const QModelIndex index = model_.indexOf(control().selected());
+  if (!index.isValid()) {
+    tree_->selectionModel()->clear();
+    return;
+  }
+  tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  // The view would open the nodes above by itself, and the control would not know.
+  for (NodeId above = control().parent(control().selected()); above != kNoNode;
+       above = control().parent(above)) {
+    if (!control().expanded(above)) return;
+  }
+  tree_->scrollTo(index);
+}
+
+void TreeView::follow(const ui::TreeChange& change) {
+  const bool added = change.kind == ui::TreeChange::Kind::ChildrenAdded;
+  const auto before = added ? static_cast<std::size_t>(model_.rowCount(model_.indexOf(change.node))) : 0;
+  model_.follow(change);
+  switch (change.kind) {
+    case ui::TreeChange::Kind::ChildrenAdded:
+      if (change.node == kNoNode || model_.indexOf(change.node).isValid()) openAsTheTree(change.node, before);
+      break;
+    case ui::TreeChange::Kind::Expanded:
+    case ui::TreeChange::Kind::Collapsed:
+      if (const QModelIndex index = model_.indexOf(change.node); index.isValid())
+        tree_->setExpanded(index, change.kind == ui::TreeChange::Kind::Expanded);
+      break;
+    case ui::TreeChange::Kind::EnsureVisible:
+      if (const QModelIndex index = model_.indexOf(change.node); index.isValid()) tree_->scrollTo(index);
+      break;
+    case ui::TreeChange::Kind::Selected:
+      showSelection();
+      break;
+    default:
+      break;
+  }
+}
+
+void TreeView::detach() {
+  model_.detach();
+  ControlView::detach();
+}
+
+}  // namespace ledgertree::qt

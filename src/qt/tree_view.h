@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QTreeView>
+
+#include "qt/control_view.h"
+#include "qt/tree_model.h"
+
+namespace ledgertree::qt {
+
+class TreeView : public ViewOf<ui::Tree> {
+ public:
+  TreeView(ui::Tree& control, QWidget& parent);
+  [[nodiscard]] QTreeView& widget() override { return *tree_; }
+  [[nodiscard]] QWidget* focusWidget() override { return tree_; }
+  void sync(ui::Change) override {}
+  void rescaled(const Scale& scale) override;
+  void follow(const ui::TreeChange& change);
+  void detach() override;
+
+ private:
+  /// Opens in the view what is open in the tree, below nodes that the view was just told of.
+  void openAsTheTree(ui::NodeId parent, std::size_t first);
+  void showSelection();
+
+  QTreeView* tree_;
+  TreeModel model_;
+};
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,133 @@
+#pragma once
+
+#include <QApplication>
+#include <QTest>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "qt/form_window.h"
+#include "qt/qt_desktop.h"
+#include "qt/text.h"
+#include "ui/buttons.h"
+#include "ui/form.h"
+#include "ui/grid.h"
+#include "ui/items.h"
+#include "ui/lookup_field.h"
+#include "ui/menu.h"
+#include "ui/text_field.h"
+#include "ui/timer.h"
+#include "ui/tree.h"
+
+namespace ledgertree::test {
+
+/// A look-up over a list in memory, which tells `page` rows at a time.
+class MemoryLookup : public ui::LookupField {
+ public:
+  using LookupField::LookupField;
+  std::vector<ui::LookupRow> all;
+  std::size_t page = 20;
+  std::function<void()> onPicked;
+  [[nodiscard]] std::int32_t heldId() const { return held().id; }
+
+ protected:
+  void wishSearch(const std::string& text) override {
+    found_.clear();
+    for (const auto& row : all) {
+      if ((row.code + row.text).find(text) != std::string::npos) found_.push_back(row);
+    }
+    told_ = 0;
+    give(false);
+  }
+  void wishMore() override { give(true); }
+  void wishStop() override {}
+  void wishDetail() override { setDetail("كد " + held().code); }
+  void heldByPerson() override {
+    if (onPicked) onPicked();
+  }
+
+ private:
+  void give(bool append) {
+    std::vector<ui::LookupRow> rows;
+    for (; rows.size() < page && told_ < found_.size(); ++told_) rows.push_back(found_[told_]);
+    showRows(std::move(rows), append, told_ < found_.size(), false);
+  }
+  std::vector<ui::LookupRow> found_;
+  std::size_t told_ = 0;
+};
+
+/// A form of every kind of control, on a desktop of its own.
+class Screen {
+ public:
+  qt::QtDesktop desktop;
+  std::vector<std::string> failures;
+
+  class Form : public ui::Form {
+   public:
+    explicit Form(ui::Surroundings surroundings);
+    ui::Frame bar{*this, "bar", {90, 45, 13440, 690}};
+    ui::PushButton cmdNew{*this, "cmdNew", {11800, 150, 1500, 420}, "جديد", &bar};
+    ui::PushButton cmdSave{*this, "cmdSave", {10200, 150, 1500, 420}, "ثبت", &bar};
+    ui::PushButton cmdExit{*this, "cmdExit", {8600, 150, 1500, 420}, "خروج", &bar};
+    ui::ProgressBar progress{*this, "progress", {90, 780, 13440, 240}};
+    ui::Tree tree{*this, "tree", {7000, 1500, 6500, 2900}};
+    ui::Frame views{*this, "views", {7000, 1050, 6500, 420}};
+    ui::RadioButton optAll{*this, "optAll", {3600, 60, 2700, 300}, "نمايش کامل درخت", &views};
+    ui::RadioButton optPeriodic{*this, "optPeriodic", {600, 60, 2700, 300}, "نمايش دوره هاي مالي", &views};
+    ui::Frame record{*this, "record", {90, 1050, 6800, 3400}, "مشخصات حساب"};
+    ui::Label lblTitle{*this, "lblTitle", {5400, 330, 1250, 300}, "عنوان:", &record};
+    ui::TextField txtTitle{*this, "txtTitle", {1500, 300, 3850, 330}, &record};
+    ui::Label lblCode{*this, "lblCode", {5400, 730, 1250, 300}, "کد:", &record};
+    ui::TextField txtCode{*this, "txtCode", {3400, 700, 1950, 330}, &record};
+    ui::TextField txtMother{*this, "txtMother", {1500, 700, 1850, 330}, &record};
+    ui::Label lblParent{*this, "lblParent", {5400, 1130, 1250, 300}, "حساب مادر:", &record};
+    MemoryLookup sltParent{*this, "sltParent", {1500, 1100, 3850, 330}, &record};
+    ui::Label lblNotes{*this, "lblNotes", {5400, 1530, 1250, 300}, "توضيحات:", &record};
+    ui::TextField txtNotes{*this, "txtNotes", {1500, 1500, 3850, 800}, &record};
+    ui::CheckBox chkDeep{*this, "chkDeep", {3500, 2400, 1850, 300}, "با زيرشاخهها", &record};
+    ui::DropDownList lstPeriod{*this, "lstPeriod", {1500, 2400, 1900, 330}, &record};
+    ui::ListBox lstBranches{*this, "lstBranches", {60, 300, 1380, 1500}, &record};
+    ui::Grid grid{*this, "grid", {60, 2780, 6650, 560}, &record};
+    ui::Label lblMessage{*this, "lblMessage", {60, 2400, 1380, 300}, "اصلاح حساب", &record};
+    ui::MenuEntry mnuFile{*this, "mnuFile", "عمليات"};
+    ui::MenuEntry mnuNew{*this, "mnuNew", "جديد..."};
+    ui::MenuEntry mnuLine{*this, "mnuLine", ""};
+    ui::MenuEntry mnuMark{*this, "mnuMark", "مشاهده كد كامل حساب...", true, true};
+    ui::MenuEntry mnuHidden{*this, "mnuHidden", "چاپ", false};
+    std::vector<std::string> said;  ///< the events in their order
+    std::function<void()> onResized;
+
+   protected:
+    void resized() override {
+      if (onResized) onResized();
+    }
+  };
+
+  Screen() { form = std::make_unique<Form>(surroundings()); }
+  ui::Surroundings surroundings() {
+    return {desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
+  }
+
+  void show() {
+    desktop.show(*form);
+    settle();
+  }
+  static void settle() { QTest::qWait(1); }
+  [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
+  /// The widget of a control, as the class that it is drawn by.
+  template <typename Widget = QWidget>
+  [[nodiscard]] Widget& widget(const ui::Control& control) const {
+    return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
+  }
+  void type(const ui::Control& control, const char* keys) const { QTest::keyClicks(&widget(control), keys); }
+  void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
+    QTest::keyClick(&widget(control), key, modifiers);
+  }
+  void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
+
+  std::unique_ptr<Form> form;
+};
+
+}  // namespace ledgertree::test
