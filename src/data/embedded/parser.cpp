@@ -346,6 +346,7 @@ ExpressionPtr Parser::predicate() {
   }
   ExpressionPtr left = sum();
   const bool negated = atWord("not") && (atWord("in", 1) || atWord("between", 1));
+  if (atWord("like")) refuseHere(peek());
   const bool compares =
       peek().kind == Token::Kind::Symbol &&
       std::find(std::begin(kComparisons), std::end(kComparisons), peek().text) != std::end(kComparisons);

@@ -18,7 +18,7 @@ constexpr std::array<Class, 256> classes() {
   for (unsigned letter = 'a'; letter <= 'z'; ++letter)
     table[letter] = table[letter - 'a' + 'A'] = Class::Letter;
   for (unsigned byte = 0x80; byte <= 0xFF; ++byte) table[byte] = Class::Letter;
-  table['_'] = Class::Letter;
+  table['_'] = table['$'] = Class::Letter;
   for (unsigned digit = '0'; digit <= '9'; ++digit) table[digit] = Class::Digit;
   for (const char symbol : std::string_view("()+-*/%=<>!,.;")) {
     table[static_cast<unsigned char>(symbol)] = Class::Symbol;
@@ -38,7 +38,8 @@ bool continuesWord(char byte) {
   return found == Class::Letter || found == Class::Digit;
 }
 
-constexpr std::size_t kLongestName = 128;
+/// A name of 128 characters, of four bytes each.
+constexpr std::size_t kLongestName = 512;
 
 }  // namespace
 

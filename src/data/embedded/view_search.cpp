@@ -1,7 +1,8 @@
 #include "data/embedded/view_search.h"
 
+#include <algorithm>
 #include <charconv>
-#include <cstring>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "data/embedded/errors.h"
 #include "data/embedded/tokens.h"
 #include "data/fold.h"
+#include "data/view_name.h"
 
 namespace ledgertree::data::embedded {
 namespace {
@@ -27,17 +29,12 @@ std::string quotedName(std::string_view name) {
 
 /// The plain name of a view; a schema ahead of it means nothing here.
 std::string viewName(std::string_view text) {
-  Tokens tokens(text);
-  Token name = tokens.next();
-  Token next = tokens.next();
-  const auto isName = [](const Token& token) {
-    return token.kind == Token::Kind::Word || token.kind == Token::Kind::QuotedName;
-  };
-  if (isName(name) && next.kind == Token::Kind::Symbol && next.text == ".") {
-    name = tokens.next();
-    next = tokens.next();
-  }
-  if (!isName(name) || next.kind != Token::Kind::End) refuse(text, 0, "it is no name of a view");
+  const auto plain = plainViewName(text);
+  if (!plain) refuse(text, 0, "it is no name of a view");
+  Tokens tokens(*plain);
+  Token name;
+  // The last name is the view's.
+  for (Token token = tokens.next(); token.kind != Token::Kind::End; token = tokens.next()) name = token;
   return std::string(name.text);
 }
 
@@ -178,31 +175,39 @@ class Scan {
   int run(SearchPage& page, Watch& watch) {
     page.rows.addColumn("ID");
     for (const std::string& column : request_.columns) page.rows.addColumn(column);
-    const bool sliced = request_.slice.count() > 0;
-    const auto end = sliced ? Watch::Clock::now() + request_.slice : Watch::Clock::time_point::max();
+    const std::size_t limit = std::max<std::size_t>(request_.limit, 1);
     std::size_t hits = 0;
     std::size_t seen = 0;
     int result = SQLITE_ROW;
-    while (hits < request_.limit && (result = sqlite3_step(statement_)) == SQLITE_ROW) {
-      if (take(page.rows)) ++hits;
+    while (hits < limit && (result = sqlite3_step(statement_)) == SQLITE_ROW) {
+      if (isBehind()) continue;
+      if (isHit()) {
+        for (int column = 0; column < columns_; ++column) addCell(page.rows, statement_, column);
+        ++hits;
+      }
       if (++seen % kRowsBetweenLooks != 0) continue;
       const auto now = Watch::Clock::now();
       if (watch.mustStop(now)) return SQLITE_INTERRUPT;
-      if (now >= end) break;
+      if (isSliceOver(now)) break;
     }
     if (result == SQLITE_ROW) page.continuation = position_.toContinuation();
     return result;
   }
 
  private:
-  /// Takes in the present row; true where it is a hit.
-  bool take(Rows& rows) {
+  /// Takes in the present row; true for one that the page before has had.
+  bool isBehind() {
     // Behind the last row that has the value of the page before, nothing more is to be passed over.
     if (!position_.pass(statement_, orderColumn_)) skip_ = 0;
-    if (position_.passed <= skip_) return false;
-    if (!isHit()) return false;
-    for (int column = 0; column < columns_; ++column) addCell(rows, statement_, column);
-    return true;
+    return position_.passed <= skip_;
+  }
+
+  /// A slice counts from its first rows on. What comes ahead of them, an order without an index or the rows
+  /// that are behind, comes in every slice, and would leave no time to get on.
+  bool isSliceOver(Watch::Clock::time_point now) {
+    if (request_.slice.count() <= 0) return false;
+    if (!sliceEnd_) sliceEnd_ = now + request_.slice;
+    return now >= *sliceEnd_;
   }
 
   bool isHit() {
@@ -220,6 +225,7 @@ class Scan {
   std::string& folded_;
   std::string needle_;
   std::int64_t skip_ = 0;
+  std::optional<Watch::Clock::time_point> sliceEnd_;
   int orderColumn_ = 1;
   int columns_ = 1;
 };
@@ -244,7 +250,12 @@ sqlite3_stmt* ViewSearch::prepared(const std::string& sql) {
   if (known != statements_.end()) {
     throw DataError(DataError::Reason::Misuse, 0, "A search of this view is running on this connection.");
   }
-  if (statements_.size() == kMostStatements) statements_.erase(statements_.begin());
+  if (statements_.size() >= kMostStatements) {
+    const auto idle = std::find_if(statements_.begin(), statements_.end(), [](const auto& entry) {
+      return sqlite3_stmt_busy(entry.second.get()) == 0;
+    });
+    if (idle != statements_.end()) statements_.erase(idle);
+  }
   sqlite3_stmt* statement = nullptr;
   const int result = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
