@@ -33,7 +33,7 @@ create table tblAccountParent (
 
 -- The accounts that are shown in a fiscal period.
 create table tblAccountPeriodAccount (
-  AccountID int not null references tblAccount (ID),
+  AccountID int not null,
   PeriodID int not null,
   primary key (PeriodID, AccountID)
 ) without rowid;
@@ -48,7 +48,7 @@ create table tblAccountRelatedObjects (
 
 -- The entity classes of an account on their levels.
 create table tblAccountRelatedClasses (
-  AccountID int not null references tblAccount (ID),
+  AccountID int not null,
   ClassID int not null,
   Sequence int not null,   -- the level, from 1
   IncludeAllObjects int,   -- null and 1: all objects of the class; 0: those in tblAccountRelatedClassesDetail
@@ -57,7 +57,7 @@ create table tblAccountRelatedClasses (
 
 -- The chosen objects of a class of an account.
 create table tblAccountRelatedClassesDetail (
-  AccountID int not null references tblAccount (ID),
+  AccountID int not null,
   ClassID int not null,
   ObjectID int not null,
   primary key (AccountID, ClassID, ObjectID)

@@ -7,11 +7,27 @@
 -- Only built-in functions stand here. No statement in a trigger has a conflict clause, since the clause of the statement
 -- that fired it would take its place.
 
--- Not for reading: an insert here joins an account and all that is below it to its parent. It presumes that the
--- ancestors are true within the branch of each child, and nothing about those of the account itself.
+-- Not for reading: an insert here joins an account, with all that is below it, to its parent. It presumes that the
+-- ancestors are true within the branch of each child, and nothing about those of the account itself: a REPLACE leaves
+-- the ancestors of the account that it put away, a missing parent that appears finds its children there.
 create view vwAccountBranch as select ID, ParentID from tblAccount where 0;
 
+-- The way of almost every insert.
+create trigger trAccountLeaf instead of insert on vwAccountBranch
+when not exists (select 1 from tblAccount where ParentID = new.ID)
+begin
+  delete from tblAccountParent where ChildID = new.ID;
+  insert into tblAccountParent (ID, ChildID)
+    select p.ID, new.ID from tblAccountParent p where p.ChildID = new.ParentID
+    union all select a.ID, new.ID from tblAccount a where a.ID = new.ParentID;
+  update tblAccount
+    set NoLevel = 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID)
+    where ID = new.ID
+      and NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID);
+end;
+
 create trigger trAccountBranch instead of insert on vwAccountBranch
+when exists (select 1 from tblAccount where ParentID = new.ID)
 begin
   select raise(abort, 'حساب نميتواند زير خودش يا زير يکي از زيرشاخه هاي خودش قرار گيرد. حساب مادر ديگري انتخاب نماييد.')
     where exists (select 1 from tblAccount
@@ -50,23 +66,7 @@ begin
       and NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = tblAccount.ID);
 end;
 
--- The way of almost every insert: an account without children. Ancestors that a REPLACE left behind go first.
 create trigger trAccountInsert after insert on tblAccount
-begin
-  delete from tblAccountParent where ChildID = new.ID;
-  insert into tblAccountParent (ID, ChildID)
-    select p.ID, new.ID from tblAccountParent p where p.ChildID = new.ParentID;
-  insert into tblAccountParent (ID, ChildID)
-    select ID, new.ID from tblAccount where ID = new.ParentID;
-  update tblAccount
-    set NoLevel = 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID)
-    where ID = new.ID
-      and NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID);
-end;
-
--- The parent of accounts that are there already: one that was missing, or one that a REPLACE put in the place of itself.
-create trigger trAccountInsertParent after insert on tblAccount
-when exists (select 1 from tblAccount where ParentID = new.ID)
 begin
   insert into vwAccountBranch (ID, ParentID) values (new.ID, new.ParentID);
 end;
