@@ -1,13 +1,74 @@
 #include "accounts/field_rules.h"
 
+#include <initializer_list>
+#include <utility>
+
+#include "accounts/field_rules_ceiling.h"
+#include "coding/code_proposal.h"
+
 namespace ledgertree::accounts {
 
 using mainform::FormMode;
 
+namespace {
+
+/// The number of a radio button; -1, which no button stands for, for every other value.
+std::int16_t choiceOf(const data::Value& value) {
+  const std::int64_t number = value.toInt64();
+  return number >= 0 && number <= 2 ? static_cast<std::int16_t>(number) : std::int16_t{-1};
+}
+
+}  // namespace
+
 FieldRules::FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal)
     : screen_(screen), shell_(shell), proposal_(proposal) {
   wireRadios();
+  wireSelectors();
+  wireKeys();
+  wireLayout();
+}
+
+void FieldRules::wireSelectors() {
+  screen_.sltParent.onAccountChange = [this] { parentRule(); };
+  screen_.sltParent.onKeyDown = [this](int keyCode) {
+    if (keyCode == ui::kKeyCodeDelete) screen_.sltParent.ClearAccount();
+  };
   screen_.sltEntityType.onSelectionChange = [this] { classRule(); };
+  screen_.cmdAutoCode.onClick = [this] { proposeCode(); };
+}
+
+void FieldRules::wireKeys() {
+  screen_.txtCode.onKeyPress = [this](ui::KeyPress& key) {
+    if (screen_.settings.CodeIsNumeric == 1) letPass(key, U'.');
+  };
+  for (ui::TextField* ceiling : {&screen_.txtMaxDebit, &screen_.txtMaxCredit}) {
+    ceiling->onKeyPress = [this](ui::KeyPress& key) {
+      letPass(key, U'/');
+      afterBackspace_ = key.character == ui::kBackspaceCharacter;
+    };
+    ceiling->onKeyUp = [this, ceiling] { groupDigits(*ceiling); };
+  }
+}
+
+/// These fields are typed in Persian; nobody has to switch the layout by hand.
+void FieldRules::wireLayout() {
+  for (ui::Control* field : std::initializer_list<ui::Control*>{
+           &screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes, &screen_.txtMaxDebit,
+           &screen_.txtMaxCredit, &screen_.sltParent, &screen_.sltGroup}) {
+    field->onGotFocus = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  }
+}
+
+void FieldRules::letPass(ui::KeyPress& key, char32_t first) {
+  const bool passes = key.character >= first && key.character <= U'9';
+  if (!passes && key.character != ui::kBackspaceCharacter) key.character = 0;
+}
+
+void FieldRules::groupDigits(ui::TextField& ceiling) {
+  EditedText edited = formatCeiling(ceiling.text(), ceiling.caret(), std::exchange(afterBackspace_, false));
+  if (edited.text == ceiling.text()) return;
+  ceiling.setText(std::move(edited.text));
+  ceiling.setCaret(edited.caret);
 }
 
 void FieldRules::wireRadios() {
@@ -37,6 +98,28 @@ void FieldRules::chooseClosed(std::int16_t value) {
   if (value < 0 || value > 1) return;
   screen_.ClosedValue = value;
   (value == 0 ? screen_.OptOpen : screen_.OptClose).setValue(true);
+}
+
+void FieldRules::parentRule() {
+  if (screen_.formMode != FormMode::ModeNew && screen_.formMode != FormMode::ModeEdit) return;
+  screen_.txtMotherCode.setText(screen_.sltParent.AccountCode());
+  inherit(screen_.sltParent.AccountID());
+  proposeCode();
+}
+
+void FieldRules::inherit(std::int32_t parentID) {
+  const auto gateway = shell_.dtEn();
+  const data::OpenRows row(gateway->rssqlBufferQuery,
+                           "Select Isnull(IsPermanent,0) as IsPermanent, isnull(AccountNatureID,0) as "
+                           "AccountNatureID from tblAccount Where ID= " +
+                               std::to_string(parentID));
+  if (row->Eof()) return;
+  choosePermanent(choiceOf(row->Fields("IsPermanent")));
+  chooseNature(choiceOf(row->Fields("AccountNatureID")));
+}
+
+void FieldRules::proposeCode() {
+  screen_.txtCode.setText(proposal_.getNewAccountCode(screen_.sltParent.AccountID()));
 }
 
 void FieldRules::classRule() {

@@ -45,10 +45,20 @@ class FieldRules {
   };
   [[nodiscard]] std::optional<EntityClass> readClass(std::int32_t classID);
   void wireRadios();
+  void wireSelectors();
+  void wireKeys();
+  void wireLayout();
+  /// Type and nature of an account that has a row; the person may choose others afterwards.
+  void inherit(std::int32_t parentID);
+  /// Drops the keys that are neither backspace nor among the characters from `first` to 9.
+  static void letPass(ui::KeyPress& key, char32_t first);
+  void groupDigits(ui::TextField& ceiling);
 
   mainform::MainScreen& screen_;
   shell::Shell& shell_;
   coding::CodeProposal& proposal_;
+  /// The key that is on its way up in a ceiling.
+  bool afterBackspace_ = false;
 };
 
 }  // namespace ledgertree::accounts

@@ -3,7 +3,8 @@ ledgertree_floor(ledgertree_screen SOURCES mainform/main_screen.cpp LINK ledgert
 ledgertree_floor(ledgertree_proposal SOURCES coding/code_proposal*.cpp coding/suffix*.cpp LINK ledgertree_screen)
 ledgertree_floor(ledgertree_field_rules SOURCES accounts/field_rules*.cpp LINK ledgertree_proposal)
 ledgertree_floor(ledgertree_record SOURCES mainform/account_*.cpp mainform/form_mode*.cpp LINK ledgertree_field_rules)
-ledgertree_floor(ledgertree_saving SOURCES accounts/account_saving*.cpp accounts/account_deletion*.cpp
+ledgertree_floor(ledgertree_saving
+  SOURCES accounts/account_*.cpp accounts/relation_*.cpp accounts/save_*.cpp accounts/typed_*.cpp
   LINK ledgertree_record)
 ledgertree_floor(ledgertree_form_main SOURCES mainform/form_main*.cpp mainform/commands*.cpp mainform/secondary_screens*.cpp
   LINK ledgertree_saving ledgertree_periods ledgertree_entities)

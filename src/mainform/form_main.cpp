@@ -31,6 +31,8 @@ FormMain::FormMain(shell::Shell& shell)
       record_(*this, shell, rules_),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),
+      saving_(*this, shell, record_, tree_),
+      deletion_(*this, shell, record_, tree_),
       screens_(*this, shell, tree_) {
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "accounts/account_deletion.h"
+#include "accounts/account_saving.h"
 #include "accounts/field_rules.h"
 #include "coding/code_proposal.h"
 #include "mainform/account_record.h"
@@ -46,6 +48,8 @@ class FormMain : public MainScreen {
   AccountRecord record_;
   AccountTree tree_;
   Commands commands_;
+  accounts::AccountSaving saving_;
+  accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;

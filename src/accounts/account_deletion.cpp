@@ -1,0 +1,40 @@
+#include "accounts/account_deletion.h"
+
+#include <exception>
+#include <string>
+
+#include "accounts/typed_account.h"
+
+namespace ledgertree::accounts {
+
+namespace {
+
+constexpr std::string_view kQuestionTitle = "حذف حساب ";
+constexpr std::string_view kQuestion = "آيا از حذف حساب مورد نظر اطمينان داريد؟ ";
+constexpr std::string_view kDependency =
+    "به اين سرفصل حساب وابستگي وجود دارد. بنابراين امکان حذف آن وجود ندارد.";
+
+}  // namespace
+
+AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& shell,
+                                 mainform::AccountRecord& record, mainform::AccountTree& tree)
+    : screen_(screen), shell_(shell), record_(record), tree_(tree) {
+  screen_.cmdDelete.onClick = [this] { deleteShownAccount(); };
+}
+
+void AccountDeletion::deleteShownAccount() {
+  const auto gateway = shell_.dtEn();
+  if (!shell_.permits(data::Permission::DeleteAccount)) return;
+  if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
+  try {
+    gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(accountOnScreen(screen_)));
+    record_.goIdle();
+    tree_.refreshTree();
+  } catch (const std::exception&) {
+    // Whatever the reason, the person is told of a dependency.
+    shell_.desktop().setPointer(ui::Pointer::Default);
+    shell_.showErrorNotice(shell::kTitleError, kDependency);
+  }
+}
+
+}  // namespace ledgertree::accounts

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "mainform/account_record.h"
+#include "mainform/account_tree.h"
+#include "mainform/main_screen.h"
+#include "shell/shell.h"
+
+namespace ledgertree::accounts {
+
+/// The command cmdDelete: removes the account on the screen from tblAccount for good, in all periods at once,
+/// through rssqlRetriveTree.
+///
+/// It doesn't look up what depends on the account. The database refuses to delete one with children or
+/// documents, and whatever fails is told as a dependency.
+class AccountDeletion {
+ public:
+  AccountDeletion(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
+                  mainform::AccountTree& tree);
+
+  /// What a click on cmdDelete does: asks for the right, then asks the person, then deletes. Throws
+  /// data::DataError where the right can't be asked for; nothing has happened then.
+  void deleteShownAccount();
+
+ private:
+  mainform::MainScreen& screen_;
+  shell::Shell& shell_;
+  mainform::AccountRecord& record_;
+  mainform::AccountTree& tree_;
+};
+
+}  // namespace ledgertree::accounts

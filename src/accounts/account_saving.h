@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string_view>
+
+#include "accounts/save_validation.h"
+#include "accounts/typed_account.h"
+#include "data/dten.h"
+#include "mainform/account_record.h"
+#include "mainform/account_tree.h"
+#include "mainform/main_screen.h"
+#include "shell/shell.h"
+
+namespace ledgertree::accounts {
+
+/// The command cmdSave: checks the account on the screen, writes its row, its relation and the state of what
+/// is below it, and shows what the database holds then.
+///
+/// A save is several statements, each final when it ends. Where one fails, a notice tells what was written
+/// and what wasn't, and the form stands so that another save does the rest: a new account whose row is
+/// written already is under edit from then on.
+class AccountSaving {
+ public:
+  AccountSaving(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
+                mainform::AccountTree& tree);
+
+  /// What a click on cmdSave does. No failure leaves it.
+  void save();
+
+ private:
+  /// How far a save came.
+  enum class Written {
+    Nothing,
+    Unclear,  ///< the account's row is being written: not done, unless the connection broke on the way back
+    Account,
+    Relation,
+    Everything
+  };
+  struct Progress {
+    Written written = Written::Nothing;
+    SaveWay way = SaveWay::Refused;
+    std::int32_t account = -1;
+  };
+
+  void run(Progress& progress);
+  /// The account's ID; nothing where its code exists, which is told.
+  [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
+                                                         const TypedAccount& typed);
+  void writeDescendants(data::DtEn& gateway, std::int32_t account);
+  void refresh(const Progress& progress);
+  void recover(const Progress& progress, const std::exception& failure);
+  /// What the person is told of a save that failed there.
+  [[nodiscard]] static std::string_view outcome(Written written, const std::exception& failure);
+
+  mainform::MainScreen& screen_;
+  shell::Shell& shell_;
+  mainform::AccountRecord& record_;
+  mainform::AccountTree& tree_;
+};
+
+}  // namespace ledgertree::accounts

@@ -1,0 +1,213 @@
+#include "accounts/relation_cases.h"
+
+#include "accounts/account_story.h"
+
+namespace ledgertree::testing {
+namespace {
+
+/// What the person has picked; -1 for nothing.
+struct Picked {
+  std::int32_t group = -1;
+  std::int32_t entityClass = -1;
+  std::int32_t object = -1;
+  std::int32_t position = -1;
+};
+
+constexpr std::int32_t kHolder = 10;
+constexpr std::int32_t kGuarded = 20;  // below 1
+constexpr std::int32_t kPlain = 30;    // at the top, like the last new account
+
+/// Saves an account in each of the three ways, and reads off the commands what became of its relation.
+class RelationStory : public AccountStory {
+ protected:
+  RelationStory() {
+    account(1, 0, "1", "دارايي");
+    account(kHolder, 0, "2", "دارنده");
+    account(kGuarded, 1, "101", "نگهبان");
+    account(kPlain, 0, "3", "ساده");
+    start();
+    const std::int32_t first = saveNew(-1, "نخست", "4");  // from here on, an edit at the top is a plain one
+    database.execute("delete from tblAccountRelatedObjects; delete from tblAccount where ID = " +
+                     std::to_string(first));
+  }
+
+  /// Another account stands in this place.
+  void holderHas(const std::string& groupClassAndObject, int position = 0) {
+    database.execute(
+        "delete from tblAccountRelatedObjects;"
+        "update tblAccount set PositionID = " +
+        std::to_string(position) + " where ID = 10; insert into tblAccountRelatedObjects values (10, " +
+        groupClassAndObject + ")");
+  }
+
+  /// "new: … / guarded: … / plain: …"; T1 to T5 the tests, R a reset, Add, Ins, Del, and the message.
+  std::string threeWays(const Picked& picked) {
+    picked_ = picked;
+    typeNew(-1, "تازه", "99");
+    const std::string asNew = saved(-1);
+    database.execute(
+        "delete from tblAccountRelatedObjects where AccountID not in (10);"
+        "delete from tblAccount where Code = '99'");
+    return asNew + " / " + edited(kGuarded) + " / " + edited(kPlain);
+  }
+
+  std::string edited(std::int32_t id) {
+    const std::string account = std::to_string(id);
+    database.execute("delete from tblAccountRelatedObjects where AccountID = " + account +
+                     "; insert into tblAccountRelatedObjects values (" + account + ", 2, 2, 1)");
+    edit(id);
+    std::string trace = saved(id);
+    database.execute("delete from tblAccountRelatedObjects where AccountID = " + account);
+    return trace;
+  }
+
+  std::string saved(std::int32_t id) {
+    if (!form->settings.MultiEntityMode) {
+      pick(form->sltEntityType, picked_.entityClass);
+      if (picked_.entityClass != -1) pick(form->sltEntity, picked_.object);
+      pick(form->sltPosition, picked_.position);
+    }
+    pick(form->sltGroup, picked_.group);
+    static_cast<void>(faults.take());
+    const std::int32_t shown = save();
+    EXPECT_TRUE(id == -1 || shown == id);
+    std::string trace;
+    for (const std::string& command : faults.take()) trace += meaning(command, shown);
+    const auto told = notices.take();
+    if (!told.empty()) trace += ending(told.front());
+    if (trace.find('R') != std::string::npos) {
+      EXPECT_EQ(stored(shown, "GroupID"), "null");
+      EXPECT_TRUE(form->sltGroup.IsEmpty());
+    }
+    if (!trace.empty()) trace.pop_back();
+    return trace;
+  }
+
+  /// Each of the statements of a relation, word by word.
+  std::string meaning(const std::string& command, std::int32_t id) const {
+    const std::string a = std::to_string(id);
+    const std::string g = std::to_string(picked_.group);
+    const std::string t = std::to_string(picked_.entityClass);
+    const std::string o = std::to_string(picked_.object);
+    const std::string p = std::to_string(picked_.position);
+    const std::string test = "Select * From vwAccountRelatedObjects Where AccountGroupID=" + g;
+    const std::string entity = " And RelatedClassID =" + t + " And RelatedObjectID =" + o;
+    const std::string insert =
+        "INSERT INTO tblAccountRelatedObjects (AccountID,AccountGroupID,RelatedClassID,RelatedObjectID) "
+        "VALUES (";
+    const std::pair<std::string, const char*> words[] = {
+        {test + " And RelatedClassID Is Null And RelatedObjectID Is Null", "T1 "},
+        {test + " And AccountID <>" + a + " And RelatedClassID Is Null And RelatedObjectID Is Null", "T2 "},
+        {test + entity, "T3 "},
+        {test + entity + " And AccountID <> " + a, "T4 "},
+        {test + entity + " And AccountID <> " + a + " And PositionID = " + p, "T5 "},
+        {"Update tblAccount Set GroupID = null Where ID =" + a, "R "},
+        {"spAccountInsertRelatedObject", "Add "},
+        {"Delete tblAccountRelatedObjects Where AccountID =" + a, "Del "},
+        {"delete tblAccountRelatedObjects Where AccountID=" + a, "Del "},
+        {insert + a + "," + g + "," + t + "," + o + ")", "Ins "}};
+    for (const auto& [statement, word] : words) {
+      if (command == statement) return word;
+    }
+    const bool known = command.find("RelatedObjects") == std::string::npos ||
+                       command == "Select * from tblAccountRelatedObjects where AccountID =" + a;
+    return known ? "" : "?" + command + " ";
+  }
+
+  static std::string ending(const Notice& told) {
+    const std::string start = "از آنجايي كه قبلا حساب 2...دارنده";
+    const std::string end = " تخصيص داده شده است، امکان تعريف حساب ديگري با همين مشخصات وجود ندارد. ";
+    EXPECT_EQ(told.title, "خطا در ثبت");
+    if (told.message == start + " به اين گروه حساب، نوع موجوديت و موجوديت" + end) return "A ";
+    if (told.message == start + " به اين گروه حساب" + end) return "B ";
+    if (told.message == start + " به اين نوع حساب، نوع موجوديت و موجوديت" + end) return "C ";
+    return told.message;
+  }
+
+  Picked picked_;
+};
+
+TEST_F(RelationStory, WhereThePlaceIsFree) {
+  EXPECT_EQ(threeWays({}), "T1 Add / Del / T2 Add");
+  EXPECT_EQ(threeWays({.entityClass = 1}), "R / Del / R");
+  EXPECT_EQ(threeWays({.entityClass = 1, .object = 1}), "T3 Add / Del / T4 Add");
+  EXPECT_EQ(threeWays({.group = 1}), "T1 Add / T2 Add / T2 Add");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1}), "R / R / R");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+            "T3 Add / T4 Add / T4 Add");
+  form->settings.PositionInEntityTest = 1;
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1}), "T3 Add / T4 Add / T4 Add");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+            "T5 Ins / T4 Add / T5 Del Ins");
+  EXPECT_EQ(threeWays({.group = 1, .position = 1}), "T1 Add / T2 Add / T2 Add");
+}
+
+TEST_F(RelationStory, WhereAnotherAccountStands) {
+  holderHas("1, null, null");
+  EXPECT_EQ(threeWays({.group = 1}), "T1 R B / T2 R B / T2 R B");
+  EXPECT_EQ(threeWays({.group = 2}), "T1 Add / T2 Add / T2 Add");
+  holderHas("1, 1, 1", 2);
+  EXPECT_EQ(threeWays({.group = 1}), "T1 Add / T2 Add / T2 Add");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 2}), "T3 Add / T4 Add / T4 Add");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+            "T3 R A / T4 R A / T4 R C");
+  // The position tells accounts apart where the installation wants it, but for a guarded edit.
+  form->settings.PositionInEntityTest = 1;
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+            "T5 Ins / T4 R A / T5 Del Ins");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 2}),
+            "T5 R A / T4 R A / T5 R C");
+  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1}), "T3 R A / T4 R A / T4 R C");
+  // No group is no place: two accounts without one never collide.
+  holderHas("null, null, null");
+  EXPECT_EQ(threeWays({}), "T1 Add / Del / T2 Add");
+  holderHas("-1, 1, 1");
+  EXPECT_EQ(threeWays({.entityClass = 1, .object = 1}), "T3 Add / Del / T4 Add");
+}
+
+TEST_F(RelationStory, WithSeveralEntitiesAnAccountOnlyAGuardedEditClears) {
+  form->settings.MultiEntityMode = true;
+  EXPECT_EQ(threeWays({.group = 1}), " / Del / ");
+}
+
+TEST_F(RelationStory, WhatIsStoredInTheEnd) {
+  const auto relate = [this](std::int32_t id, std::int32_t object) {
+    if (id == -1) typeNew(-1, "تازه", "99");
+    if (id != -1) edit(id);
+    pick(form->sltGroup, 1);
+    pick(form->sltEntityType, 1);
+    pick(form->sltEntity, object);
+    return save();
+  };
+  const std::int32_t saved = relate(-1, 1);
+  EXPECT_EQ(relations(saved), "1|1|1");
+  EXPECT_EQ(stored(saved, "GroupID"), "1");
+  EXPECT_EQ(form->sltEntity.SelectedText(), "بام") << "what is on the screen is what is stored";
+
+  // On an edit the account's own row doesn't count, and one relation is left.
+  edit(saved);
+  form->txtTitle.paste("همان");
+  save();
+  EXPECT_EQ(relations(saved), "1|1|1");
+  EXPECT_EQ(notices.taken(), "");
+
+  // A hit leaves the account written, without its group; its old rows stay.
+  database.execute("insert into tblAccountRelatedObjects values (30, 2, 2, 1)");
+  relate(kPlain, 1);
+  EXPECT_EQ(relations(kPlain), "2|2|1");
+  EXPECT_EQ(stored(kPlain, "GroupID"), "null");
+  EXPECT_EQ(notices.take().size(), 1U);
+  // With the new row and no class, the account has no relation but to its group.
+  edit(kPlain);
+  form->sltEntityType.press(ui::Key::Delete);
+  pick(form->sltGroup, 2);
+  save();
+  EXPECT_EQ(relations(kPlain), "2|null|null");
+  edit(kPlain);
+  form->sltGroup.press(ui::Key::Delete);
+  save();
+  EXPECT_EQ(relations(kPlain), "null|null|null");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing
