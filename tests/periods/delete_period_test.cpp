@@ -1,5 +1,7 @@
 #include "periods/delete_period.h"
 
+#include <random>
+
 #include "periods/period_house.h"
 
 namespace ledgertree::testing {
@@ -49,6 +51,40 @@ TEST_F(DeletePeriodTest, HidesWhatNoDocumentOfThePeriodNeeds) {
   members("(12,1),(21,1)");
   EXPECT_TRUE(hide("سال 1403"));
   EXPECT_EQ(accountsOf(1), "21");
+}
+
+TEST_F(DeletePeriodTest, AgreesWithTheRuleOnAnyChart) {
+  std::mt19937 random(20261122);
+  for (int chart = 0; chart < 10; ++chart) {
+    database.execute("begin; delete from tblAccountDocumentDetail; delete from tblAccountPeriodAccount");
+    for (int account = 100; account < 140; ++account) {
+      const int parent = 100 + static_cast<int>(random() % static_cast<unsigned>(account - 99));
+      const std::string id = std::to_string(account);
+      database.execute("insert or ignore into tblAccount (ID, Code) values (" + id + ", '" + id +
+                       "'); update tblAccount set ParentID = " +
+                       (parent == account ? std::string("null") : std::to_string(parent)) +
+                       " where ID = " + id);
+      if (random() % 4 != 0) database.execute("insert into tblAccountPeriodAccount values (" + id + ", 1)");
+      if (random() % 6 == 0) {
+        database.execute("insert into tblAccountDocumentDetail (DocumentID, AccountID) values (" +
+                         std::to_string(501 + random() % 3) + ", " + id + ")");
+      }
+    }
+    database.execute("commit");
+    const std::string expected = database.text(
+        "select ifnull(group_concat(AccountID, ' '), '') from (select m.AccountID from "
+        "tblAccountPeriodAccount m"
+        " where exists (select 1 from tblAccountDocument d join tblAccountDocumentDetail dd on d.ID = "
+        "dd.DocumentID"
+        " where d.FarsiDocumentDate like '1403%' and (dd.AccountID = m.AccountID or exists (select 1"
+        " from tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1)");
+    show([&](FormDeletePeriod& screen) {
+      pick(screen.sltPeriodFrom, "سال 1403");
+      notices.answer(1);
+      screen.cmdDeletePossible.click();
+    });
+    EXPECT_EQ(accountsOf(1), expected);
+  }
 }
 
 TEST_F(DeletePeriodTest, HidesAllOfAPeriodWithoutDocuments) {

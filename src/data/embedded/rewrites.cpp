@@ -237,6 +237,71 @@ void splitFamily(ExpressionPtr& exists, int& splits) {
   }
 }
 
+/// Gives "name in (select item from ...)", where no row of the list is null.
+ExpressionPtr isAmong(ExpressionPtr name, ExpressionPtr item, SelectCore core) {
+  ExpressionPtr known = makeExpression(Kind::IsNull);
+  known->negated = true;
+  known->operands.push_back(clone(*item));
+  core.where = both(std::move(core.where), std::move(known));
+  core.items.clear();
+  core.items.push_back({std::move(item), {}});
+  ExpressionPtr whole = makeExpression(Kind::InSelect);
+  whole->operands.push_back(std::move(name));
+  whole->select = std::make_unique<Select>();
+  whole->select->cores.push_back(std::move(core));
+  return whole;
+}
+
+/// Whether the list is "select <key of the row> union select p.Child from t p where p.ID = <key of the row>".
+bool isFamilyOf(const Family& family, std::string_view row) {
+  const Expression& key = *family.head->items.front().value;
+  const Expression* const where = family.rest->where.get();
+  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->sign != "=")
+    return false;
+  const std::string& below = family.rest->sources.front().exposedName();
+  return isColumnOf(*where->operands[0], below) && isColumnOf(*where->operands[1], row) &&
+         equalsIgnoringCase(where->operands[1]->name, key.name) && !equalsIgnoringCase(below, row);
+}
+
+/// Turns a test for each row of a table into two lists that are read once. Looked up row by row, an account
+/// near the top asks for each of its descendants; from the other side each line names its few ancestors.
+void familyTestToLists(ExpressionPtr& test, std::string_view row) {
+  if (test->kind != Kind::Not || test->operands.front()->kind != Kind::Exists) return;
+  Select& exists = *test->operands.front()->select;
+  if (exists.cores.size() != 1) return;
+  SelectCore& core = exists.cores.front();
+  if (core.top || core.sources.empty()) return;
+  for (ExpressionPtr* const part : conjuncts(core.where)) {
+    const auto family = familyList(**part);
+    if (!family || !isFamilyOf(*family, row) || !mayJoin(core, **part, {std::string(row), {}, nullptr}))
+      continue;
+    const ExpressionPtr membership = std::exchange(*part, makeExpression(Kind::Truth));
+    (*part)->truth = true;
+    settleWhere(core.where);
+    ExpressionPtr& member = membership->operands.front();
+    ExpressionPtr& key = family->head->items.front().value;
+    SelectCore parents;
+    parents.sources.push_back(std::move(family->rest->sources.front()));
+    parents.where = isAmong(std::move(family->rest->items.front().value), clone(*member), clone(core));
+    ExpressionPtr parent = std::move(family->rest->where->operands[0]);
+
+    ExpressionPtr among = makeExpression(Kind::Or);
+    among->operands.push_back(isAmong(clone(*key), std::move(member), std::move(core)));
+    among->operands.push_back(isAmong(clone(*key), std::move(parent), std::move(parents)));
+    ExpressionPtr known = makeExpression(Kind::IsNull);
+    known->negated = true;
+    known->operands.push_back(std::move(key));
+    test->operands.front() = both(std::move(known), std::move(among));
+    return;
+  }
+}
+
+/// `table` is the one whose rows a statement deletes.
+void familyTestsToLists(ExpressionPtr& where, std::string_view table) {
+  settleWhere(where);
+  for (ExpressionPtr* const part : conjuncts(where)) familyTestToLists(*part, table);
+}
+
 // A date inside one period.
 
 /// `exists (select ... from tblAccountPeriod p where d.Date between p.Begin and p.End and p.ID = 5)`, taken
@@ -330,21 +395,25 @@ class Walk {
       for (Source& source : core.sources) {
         if (source.on) expression(source.on);
       }
-      where(core.where, core.sources.size() == 1 ? core.sources.front().exposedName() : std::string());
+      std::vector<std::string> sources;
+      for (const Source& source : core.sources) sources.push_back(source.exposedName());
+      where(core.where, sources);
     }
     // A gate is written as a limit, which a union has as a whole.
     if (outermost && select.cores.size() == 1) openGate(select.cores.front());
   }
 
-  /// `source` is the one table that the rows come from; empty where there are several.
-  void where(ExpressionPtr& where, const std::string& source) {
+  /// `sources` are the tables that the rows come from.
+  void where(ExpressionPtr& where, const std::vector<std::string>& sources) {
     settleWhere(where);
     if (!where) return;
     expression(where);
     settleWhere(where);
-    if (!where || source.empty()) return;
-    for (ExpressionPtr* const part : conjuncts(where)) periodToRange(*part, source);
-    membershipsToLookUps(where, source);
+    if (!where) return;
+    for (const std::string& source : sources) {
+      for (ExpressionPtr* const part : conjuncts(where)) periodToRange(*part, source);
+    }
+    if (sources.size() == 1) membershipsToLookUps(where, sources.front());
   }
 
   void expression(ExpressionPtr& expression) {
@@ -365,7 +434,8 @@ void rewriteForLookUps(Statement& statement) {
     for (ExpressionPtr& value : row) walk.expression(value);
   }
   if (statement.select) walk.select(*statement.select, statement.kind == Statement::Kind::Select);
-  walk.where(statement.where, statement.table);
+  if (statement.kind == Statement::Kind::Delete) familyTestsToLists(statement.where, statement.table);
+  walk.where(statement.where, {statement.table});
 }
 
 }  // namespace ledgertree::data::embedded

@@ -15,6 +15,8 @@ namespace ledgertree::data::embedded {
 /// - A list of an account and what lies below it, inside exists, becomes one exists for the account and one
 /// for the rest, so
 ///   that each starts at a key and ends at its first row.
+/// - Where rows are deleted unless their account, or what lies below it, has some line, the lines are read
+///   once into two lists: the accounts that have one, and the accounts above those.
 /// - A document's date inside one period becomes a range of dates, which an index has.
 /// - An exists that no row of the statement decides is asked once, ahead of the rows.
 void rewriteForLookUps(Statement& statement);
