@@ -199,9 +199,4 @@ std::int32_t ProcedureRunner::look(const char* statement, Values values, std::in
   return query.getColumn(0).getInt();
 }
 
-std::int32_t callProcedure(SQLite::Database& database, const Procedure& procedure,
-                           std::span<const Value> values) {
-  return ProcedureRunner(database).call(procedure, values);
-}
-
 }  // namespace ledgertree::data::embedded

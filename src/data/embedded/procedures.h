@@ -48,8 +48,4 @@ class ProcedureRunner {
   std::map<const char*, SQLite::Statement> statements_;
 };
 
-/// One call on a runner of its own, for who has no use for a second one.
-[[nodiscard]] std::int32_t callProcedure(SQLite::Database& database, const Procedure& procedure,
-                                         std::span<const Value> values);
-
 }  // namespace ledgertree::data::embedded
