@@ -29,7 +29,7 @@ namespace ledgertree::qt {
 
 FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
     : form_(&form),
-      desktop_(desktop),
+      desktop_(&desktop),
       bar_(new QMenuBar(this)),
       scroll_(new QScrollArea(this)),
       canvas_(new QWidget) {
@@ -71,7 +71,7 @@ FormWindow::~FormWindow() {
   detach();
   if (form != nullptr) form->setShown(false);
   for (QEventLoop* loop : loops_) loop->exit();
-  desktop_.forget(*this);
+  if (!desktop_.isNull()) desktop_->forget(*this);
   for (ControlView* view : views_) delete view;
 }
 
@@ -304,7 +304,7 @@ void FormWindow::startTimers() {
       auto* ticking = new QTimer(this);
       ticking->setInterval(timer->interval());
       connect(ticking, &QTimer::timeout, this, [this, timer] {
-        if (form_ != nullptr && !desktop_.repainting()) timer->tick();
+        if (form_ != nullptr && !desktop_->repainting()) timer->tick();
       });
       timers_.push_back(ticking);
     }
@@ -336,7 +336,7 @@ void FormWindow::popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top)
 void FormWindow::closeEvent(QCloseEvent* event) {
   if (form_ != nullptr && showing_ != Showing::Hidden) {
     event->ignore();
-    if (desktop_.repainting()) return;
+    if (desktop_->repainting()) return;
     form_->closeByPerson();
   }
   event->setAccepted(form_ == nullptr || showing_ == Showing::Hidden);
@@ -418,7 +418,7 @@ void FormWindow::focusArrived(ControlView& view) {
     return;
   }
   scroll_->ensureWidgetVisible(&view.widget(), 0, 0);
-  desktop_.setKeyboardTarget(this);
+  desktop_->setKeyboardTarget(this);
   if (form_->focused() != &view.base()) {
     keyboard_ = chosenKeyboard_ = KeyboardLayout::Own;
     form_->focusMoved(&view.base());

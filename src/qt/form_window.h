@@ -106,7 +106,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   [[nodiscard]] ControlView* viewOf(const ui::Control* control) const;
 
   ui::Form* form_;
-  QtDesktop& desktop_;
+  QPointer<QtDesktop> desktop_;
   Scale scale_;
   Menus menus_;
   QMenuBar* bar_;

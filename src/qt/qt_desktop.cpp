@@ -5,6 +5,7 @@
 #include <QThread>
 #include <QTimer>
 #include <stdexcept>
+#include <utility>
 
 #include "qt/form_window.h"
 #include "qt/pointer.h"
@@ -16,6 +17,17 @@ namespace ledgertree::qt {
 
 namespace {
 
+/// The desktops of the process. The application takes the windows off when it ends; a desktop may live longer
+/// (as a process-wide object does), and draws nothing from then on.
+std::vector<QtDesktop*>& desktops() {
+  static std::vector<QtDesktop*> known;
+  return known;
+}
+
+void endWindowsOfAll() {
+  for (QtDesktop* desktop : desktops()) desktop->endWindows();
+}
+
 int loopDepth() { return QThread::currentThread()->loopLevel(); }
 
 }  // namespace
@@ -24,19 +36,32 @@ QtDesktop::QtDesktop() : idleTimer_(new QTimer(this)) {
   // An interval of 0 fires when the queue of events is empty.
   idleTimer_->setInterval(0);
   connect(idleTimer_, &QTimer::timeout, this, [this] { runIdle(); });
+  if (desktops().empty()) qAddPostRoutine(endWindowsOfAll);
+  desktops().push_back(this);
 }
 
 QtDesktop::~QtDesktop() {
+  std::erase(desktops(), this);
+  if (desktops().empty()) qRemovePostRoutine(endWindowsOfAll);
+  if (qApp == nullptr) return;
   showHourglass(false);
+  while (!windows_.empty()) close(*windows_.begin()->first);
+  for (const auto& window : ended_) {
+    if (!window.isNull()) window->deleteLater();
+  }
+}
+
+void QtDesktop::endWindows() {
+  showHourglass(false);
+  idleTimer_->stop();
   const auto windows = std::move(windows_);
   windows_.clear();
   for (const auto& [form, window] : windows) delete window.data();
-  const auto ended = std::move(ended_);
-  for (const auto& window : ended) delete window.data();
+  for (const auto& window : std::exchange(ended_, {})) delete window.data();
 }
 
 FormWindow* QtDesktop::windowOf(const ui::Form& form) const {
-  const auto found = windows_.find(&form);
+  const auto found = windows_.find(const_cast<ui::Form*>(&form));
   return found == windows_.end() ? nullptr : found->second.data();
 }
 
@@ -49,6 +74,7 @@ FormWindow& QtDesktop::windowFor(ui::Form& form) {
 void QtDesktop::embed(const std::string& formName, QWidget* container) { containers_[formName] = container; }
 
 void QtDesktop::show(ui::Form& form) {
+  if (qApp == nullptr) return;
   endWaiting();
   FormWindow* known = windowOf(form);
   if (known != nullptr && known->showing() != FormWindow::Showing::Hidden)
@@ -63,6 +89,7 @@ void QtDesktop::show(ui::Form& form) {
 }
 
 void QtDesktop::showModal(ui::Form& form) {
+  if (qApp == nullptr) return;
   endWaiting();
   const QPointer<FormWindow> window(&windowFor(form));
   const QPointer<QWidget> front(QApplication::activeWindow());
@@ -100,19 +127,15 @@ void QtDesktop::close(ui::Form& form) {
 }
 
 void QtDesktop::endLater(FormWindow& window) {
-  if (loopDepth() <= window.shownAtLoop()) {
-    window.deleteLater();
-  } else {
-    // An event of the window may be waiting further out for the loop that runs here.
-    ended_.emplace_back(&window);
-  }
+  // Where an event of the window may be waiting further out, it goes when the loop that runs here has ended.
+  if (loopDepth() <= window.shownAtLoop()) window.deleteLater();
+  ended_.emplace_back(&window);
 }
 
 void QtDesktop::endWaiting() {
   std::erase_if(ended_, [](const QPointer<FormWindow>& window) {
-    if (!window.isNull() && loopDepth() > window->shownAtLoop()) return false;
-    if (!window.isNull()) window->deleteLater();
-    return true;
+    if (!window.isNull() && loopDepth() <= window->shownAtLoop()) window->deleteLater();
+    return window.isNull();
   });
 }
 
@@ -125,7 +148,9 @@ void QtDesktop::popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, u
   if (FormWindow* window = windowOf(form); window != nullptr) window->popUp(menu, left, top);
 }
 
-void QtDesktop::setPointer(ui::Pointer pointer) { showHourglass(pointer == ui::Pointer::Hourglass); }
+void QtDesktop::setPointer(ui::Pointer pointer) {
+  if (qApp != nullptr) showHourglass(pointer == ui::Pointer::Hourglass);
+}
 
 void QtDesktop::moveFocus(ui::Control& control) {
   if (FormWindow* window = windowOf(control.form()); window != nullptr) window->moveFocus(control);

@@ -18,8 +18,9 @@ namespace ledgertree::qt {
 
 class FormWindow;
 
-/// The desktop on Qt 6 Widgets. It needs a QApplication that stands longer, and all of it but `whenIdle`
-/// belongs to the application's thread. Forms that are still shown when it ends are taken off the screen.
+/// The desktop on Qt 6 Widgets. It is made after the QApplication, and all of it but `whenIdle` belongs to
+/// the application's thread. When either of them ends, the forms that are still shown are taken off the
+/// screen; a desktop that is left without an application draws nothing any more.
 ///
 /// It sets nothing of the application itself (style, palette, direction), so that a host keeps its looks.
 class QtDesktop : public QObject, public ui::Desktop {
@@ -58,6 +59,8 @@ class QtDesktop : public QObject, public ui::Desktop {
   [[nodiscard]] bool repainting() const { return repainting_ > 0; }
   void setKeyboardTarget(FormWindow* window);
   void forget(const FormWindow& window);
+  /// Ends all windows at once: the application is ending.
+  void endWindows();
 
  private:
   FormWindow& windowFor(ui::Form& form);
@@ -65,7 +68,7 @@ class QtDesktop : public QObject, public ui::Desktop {
   void endWaiting();
   void runIdle();
 
-  std::unordered_map<const ui::Form*, QPointer<FormWindow>> windows_;
+  std::unordered_map<ui::Form*, QPointer<FormWindow>> windows_;
   std::unordered_map<std::string, QPointer<QWidget>> containers_;
   std::vector<QPointer<FormWindow>> ended_;
   QPointer<FormWindow> keyboardTarget_;

@@ -114,8 +114,8 @@ void nameEditingCommands(QMenu& menu) {
 }
 
 LanguageTag::LanguageTag(QWidget& editor) : QLabel(&editor) {
-  setToolTip(literalTip(QString::fromUtf8("زبان صفحه كليد؛ تغيير با F8")));
-  setAccessibleName(QString::fromUtf8("زبان صفحه كليد"));
+  setToolTip(literalTip(QString::fromUtf8("زبان صفحه کليد؛ تغيير با F8")));
+  setAccessibleName(QString::fromUtf8("زبان صفحه کليد"));
   setAlignment(Qt::AlignCenter);
   setCursor(Qt::ArrowCursor);
   setAutoFillBackground(true);

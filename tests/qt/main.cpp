@@ -8,5 +8,7 @@ int main(int argumentCount, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
-  return RUN_ALL_TESTS();
+  const int failed = RUN_ALL_TESTS();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  return failed;
 }
