@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "data/embedded/embedded_engine.h"
 #include "db/schema.h"
@@ -23,15 +24,16 @@ namespace {
 
 constexpr std::int32_t kLevel = 1000;
 
-/// A chart of ten groups, a thousand children a node, and one period, kept for the length of the run.
+/// A chart of ten groups and one period, kept for the length of the run.
 class Chart {
  public:
-  Chart(std::int32_t accounts, std::int32_t members)
-      : file_("/dev/shm/bench-tree-" + std::to_string(accounts) + "-" + std::to_string(members) + ".db") {
+  Chart(std::int32_t accounts, std::int32_t members, std::int32_t fanOut)
+      : file_("/dev/shm/bench-tree-" + std::to_string(accounts) + "-" + std::to_string(members) + "-" +
+              std::to_string(fanOut) + ".db") {
     std::filesystem::remove(file_);
     SQLite::Database database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     db::openSchema(database);
-    generateChart(database, {.accounts = accounts, .topLevel = 10, .fanOut = kLevel, .periods = {members}});
+    generateChart(database, {.accounts = accounts, .topLevel = 10, .fanOut = fanOut, .periods = {members}});
   }
   Chart(const Chart&) = delete;
   Chart& operator=(const Chart&) = delete;
@@ -39,10 +41,14 @@ class Chart {
     for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file_ + end);
   }
 
-  static const Chart& of(std::int32_t accounts, std::int32_t members) {
-    static std::map<std::pair<std::int32_t, std::int32_t>, std::unique_ptr<Chart>> charts;
-    auto& chart = charts[{accounts, members}];
-    if (!chart) chart = std::make_unique<Chart>(accounts, members);
+  /// The chart that a benchmark's arguments name: accounts, members of the period, and the children of a
+  /// node.
+  static const Chart& of(const benchmark::State& state, std::int32_t fanOut) {
+    static std::map<std::tuple<std::int64_t, std::int64_t, std::int32_t>, std::unique_ptr<Chart>> charts;
+    auto& chart = charts[{state.range(0), state.range(1), fanOut}];
+    if (!chart)
+      chart = std::make_unique<Chart>(static_cast<std::int32_t>(state.range(0)),
+                                      static_cast<std::int32_t>(state.range(1)), fanOut);
     return *chart;
   }
 
@@ -127,8 +133,7 @@ void readThroughGateway(data::DtEn& gateway, std::int32_t period, std::int32_t p
 std::int32_t periodOf(const benchmark::State& state) { return state.range(1) == 0 ? -1 : 1; }
 
 void fillLevelWhole(benchmark::State& state) {
-  const Chart& chart =
-      Chart::of(static_cast<std::int32_t>(state.range(0)), static_cast<std::int32_t>(state.range(1)));
+  const Chart& chart = Chart::of(state, kLevel);
   House house(chart);
   ui::Tree& tree = house.screen.treeAccount;
   if (periodOf(state) == 1) {
@@ -149,8 +154,7 @@ void fillLevelWhole(benchmark::State& state) {
 }
 
 void fillLevelGatewayOnly(benchmark::State& state) {
-  const Chart& chart =
-      Chart::of(static_cast<std::int32_t>(state.range(0)), static_cast<std::int32_t>(state.range(1)));
+  const Chart& chart = Chart::of(state, kLevel);
   House house(chart);
   BareLevel bare(chart.file(), periodOf(state));
   const auto gateway = house.shell.dtEn();
@@ -159,8 +163,7 @@ void fillLevelGatewayOnly(benchmark::State& state) {
 }
 
 void clearShowToFirstLevel(benchmark::State& state) {
-  const Chart& chart =
-      Chart::of(static_cast<std::int32_t>(state.range(0)), static_cast<std::int32_t>(state.range(1)));
+  const Chart& chart = Chart::of(state, 10);
   ControlSession session(std::make_unique<IdleDesktop>());
   data::embedded::registerEmbedded(session.shell().providers);
   LedgerTreeControl control(session);
