@@ -155,6 +155,10 @@ void MainScreen::buildMenu() {
 void MainScreen::dressControls() {
   for (ui::PushButton* hidden : {&cmdOperations, &cmdi12, &cmdEditTree}) hidden->setVisible(false);
   datCreate.setVisible(false);
+  // Nothing is under way at the start; who works long shows how far it is.
+  progressBar.setVisible(false);
+  // The bar keeps its width when the window grows: a border would end in the middle of the screen.
+  Frame1.setBordered(false);
   txtID.setLocked(true);
   txtNotes.setMultiline(true);
   lblMessage.setStrong(true);

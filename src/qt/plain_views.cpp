@@ -61,6 +61,7 @@ class Panel : public QGroupBox {
 
  protected:
   void paintEvent(QPaintEvent*) override {
+    if (isFlat()) return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const int text =
@@ -164,6 +165,7 @@ void CheckBoxView::sync(ui::Change change) {
 FrameView::FrameView(ui::Frame& control, QWidget& parent)
     : ViewOf(control), panel_(new Panel(toQt(control.caption()), &parent)) {
   panel_->setFocusPolicy(Qt::NoFocus);
+  static_cast<Panel*>(panel_)->setFlat(!control.bordered());
 }
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)

@@ -100,11 +100,15 @@ class Frame : public Control {
       : Control(form, std::move(name), bounds, frame), caption_(std::move(caption)) {}
 
   [[nodiscard]] const std::string& caption() const { return caption_; }
+  /// A frame without a border only holds its controls together.
+  [[nodiscard]] bool bordered() const { return bordered_; }
+  void setBordered(bool bordered) { bordered_ = bordered; }
   [[nodiscard]] bool takesFocus() const override { return false; }
   void accept(ControlVisitor& visitor) override;
 
  private:
   std::string caption_;
+  bool bordered_ = true;
 };
 
 /// Text that a person only reads.
