@@ -1,0 +1,202 @@
+// Filling and emptying a whole period through its screens, from the click to the row on the disk, beside the
+// best statement by hand for the same rows, on the same file in the same run.
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <string>
+
+#include "data/embedded/embedded_engine.h"
+#include "db/schema.h"
+#include "periods/copy_period.h"
+#include "periods/delete_period.h"
+#include "shell/shell.h"
+#include "support/generated_chart.h"
+#include "support/idle_desktop.h"
+
+namespace {
+
+using namespace ledgertree;
+
+constexpr int kAccounts = 200'000;
+constexpr int kLines = 100'000;
+
+/// Says yes to every question.
+class YesSayer : public shell::OutsideComponent {
+ public:
+  void set(std::string_view, const data::Value&) override {}
+  data::Value get(std::string_view) override { return 1; }
+  void call(std::string_view, const std::vector<data::Value>&) override {}
+};
+
+/// Where the lines of the documents stand.
+enum Lines { kEverywhere, kInAnotherPeriod, kOnOneAccount, kOnFewAccounts };
+
+/// A chart of ten children an account, with two periods and ten lines a document.
+class Chart {
+ public:
+  Chart() {
+    remove();
+    other_ = open(false);
+    db::openSchema(*other_);
+    bench::generateChart(*other_, {.accounts = kAccounts, .periods = {kAccounts, 0}});
+    data::embedded::registerEmbedded(shell.providers);
+    shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<YesSayer>(); });
+    shell.context.gConnectionString = "Provider=SQLite;Data Source=" + kFile;
+    shell.resetDataConnection();
+  }
+  Chart(const Chart&) = delete;
+  Chart& operator=(const Chart&) = delete;
+  ~Chart() { remove(); }
+
+  void putLines(Lines lines) {
+    const char* account[] = {"1 + i * 2 % 200000", "1 + i * 2 % 200000", "199999", "199000 + i % 100"};
+    other_->exec(
+        "begin; delete from tblAccountDocumentDetail; delete from tblAccountDocument;"
+        "with recursive n(i) as (select 1 union all select i + 1 from n where i < " +
+        std::to_string(kLines / 10) + ") insert into tblAccountDocument (ID, FarsiDocumentDate) select i, '" +
+        (lines == kEverywhere || lines == kOnFewAccounts ? "1402" : "1403") +
+        "' || printf('/%02d/%02d', 1 + i % 12, 1 + i % 29) from n;"
+        "with recursive n(i) as (select 1 union all select i + 1 from n where i < " +
+        std::to_string(kLines) +
+        ") insert into tblAccountDocumentDetail (DocumentID, AccountID) select 1 + (i - 1) / 10, " +
+        account[lines] + " from n; commit");
+  }
+  /// The whole chart in period 1, and nobody in period 2.
+  void putMembers() {
+    other_->exec(
+        "begin; delete from tblAccountPeriodAccount; insert into tblAccountPeriodAccount (AccountID,"
+        " PeriodID) select ID, 1 from tblAccount; commit; pragma wal_checkpoint(truncate)");
+  }
+  std::int64_t members() {
+    return other_->execAndGet("select count(*) * 1000 + max(PeriodID) from tblAccountPeriodAccount")
+        .getInt64();
+  }
+  static std::unique_ptr<SQLite::Database> open(bool durable) {
+    auto database = std::make_unique<SQLite::Database>(
+        kFile, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX);
+    database->exec("pragma journal_mode = wal; pragma foreign_keys = on");
+    database->exec(durable ? "pragma synchronous = full" : "pragma synchronous = off");
+    return database;
+  }
+
+  bench::IdleDesktop desktop;
+  shell::Shell shell{desktop};
+
+ private:
+  inline static const std::string kFile =
+      (std::filesystem::is_directory("/dev/shm") ? std::filesystem::path("/dev/shm")
+                                                 : std::filesystem::temp_directory_path()) /
+      "ledgertree-bench-periods";
+  static void remove() {
+    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(kFile + end);
+  }
+  std::unique_ptr<SQLite::Database> other_;
+};
+
+Chart& chart() {
+  static Chart chart;
+  return chart;
+}
+
+using Statements = std::vector<std::string>;
+
+/// Runs the screen and the ways by hand by turns, and gives the ratio of their best times.
+void compare(benchmark::State& state, const std::function<void()>& screen,
+             const std::vector<Statements>& byHand) {
+  chart().putMembers();
+  const auto bare = Chart::open(true);
+  const auto measured = [](const std::function<void()>& work) {
+    chart().putMembers();
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  };
+  // The best of several runs: what else the machine does only adds to one.
+  double own = std::numeric_limits<double>::max();
+  double best = own;
+  for (auto _ : state) {
+    for (const Statements& way : byHand) {
+      best = std::min(best, measured([&] {
+                        for (const std::string& statement : way) bare->exec(statement);
+                      }));
+    }
+    const auto expected = chart().members();
+    const double seconds = measured(screen);
+    own = std::min(own, seconds);
+    state.SetIterationTime(seconds);
+    if (chart().members() != expected) state.SkipWithError("other rows than by hand");
+  }
+  state.counters["best_ms"] = own * 1e3;
+  state.counters["bare_ms"] = best * 1e3;
+  state.counters["ratio"] = own / best;
+}
+
+void copyPeriod(benchmark::State& state) {
+  compare(state,
+          [] {
+            periods::FormCopyPeriodAccount form(chart().shell);
+            form.sltPeriodFrom.setSelectedID(1);
+            form.sltPeriodTo.setSelectedID(2);
+            form.cmdAutoCodding.click();
+          },
+          {{"insert into tblAccountPeriodAccount (AccountID, PeriodID) select m.AccountID, 2 from"
+            " tblAccountPeriodAccount m where m.PeriodID = 1 and not exists (select 1 from "
+            "tblAccountPeriodAccount x"
+            " where x.PeriodID = 2 and x.AccountID = m.AccountID)"}});
+}
+
+void copyChart(benchmark::State& state) {
+  compare(state,
+          [] {
+            periods::FormCopyPeriodAccount form(chart().shell);
+            form.sltPeriodTo.setSelectedID(1);
+            form.cmdAutoCodding.click();
+          },
+          {{"delete from tblAccountPeriodAccount where PeriodID = 1",
+            "insert into tblAccountPeriodAccount (AccountID, PeriodID) select ID, 1 from tblAccount"}});
+}
+
+void hideWithoutDocument(benchmark::State& state) {
+  chart().putLines(static_cast<Lines>(state.range(0)));
+  compare(
+      state,
+      [] {
+        periods::FormDeletePeriod form(chart().shell);
+        form.sltPeriodFrom.setSelectedID(1);
+        form.cmdDeletePossible.click();
+      },
+      {{"with used(ID) as (select dd.AccountID from tblAccountPeriod p"
+        "  cross join tblAccountDocument d on d.FarsiDocumentDate between p.FarsiBeginDate and p.FarsiEndDate"
+        "  cross join tblAccountDocumentDetail dd on dd.DocumentID = d.ID where p.ID = 1) "
+        "delete from tblAccountPeriodAccount where PeriodID = 1 and AccountID not in"
+        " (select ID from used union select a.ID from used u cross join tblAccountParent a on a.ChildID = "
+        "u.ID)"},
+       {"delete from tblAccountPeriodAccount where PeriodID = 1"
+        " and not exists (select 1 from tblAccountDocumentDetail dd cross join tblAccountDocument d"
+        " on d.ID = dd.DocumentID cross join tblAccountPeriod p on p.ID = 1 and d.FarsiDocumentDate between"
+        " p.FarsiBeginDate and p.FarsiEndDate where dd.AccountID = tblAccountPeriodAccount.AccountID)"
+        " and not exists (select 1 from tblAccountParent a cross join tblAccountDocumentDetail dd"
+        " on dd.AccountID = a.ChildID cross join tblAccountDocument d on d.ID = dd.DocumentID"
+        " cross join tblAccountPeriod p on p.ID = 1 and d.FarsiDocumentDate between p.FarsiBeginDate and"
+        " p.FarsiEndDate where a.ID = tblAccountPeriodAccount.AccountID)"}});
+}
+
+BENCHMARK(copyPeriod)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(copyChart)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(hideWithoutDocument)
+    ->ArgName("lines")
+    ->DenseRange(kEverywhere, kOnFewAccounts)
+    ->UseManualTime()
+    ->Iterations(5)
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
