@@ -111,6 +111,14 @@ TEST_F(RecordStory, ANewAccountTakesNothingOfTheLastOne) {
   EXPECT_EQ(form->PermanentValue, 0);
   EXPECT_EQ(form->ClosedValue, 0);
   EXPECT_EQ(form->sltEntity.SelectedID(), -1);
+
+  // The parent's code follows the picker, also to none.
+  form->sltParent.type("1101");
+  form->sltParent.press(Key::Enter);
+  desktop.settle();
+  EXPECT_EQ(form->txtMotherCode.text(), "1101");
+  form->sltParent.press(Key::Delete);
+  EXPECT_EQ(form->txtMotherCode.text(), "");
 }
 
 TEST_F(RecordStory, CancelAsksAndGoesBackToTheLastAccount) {
