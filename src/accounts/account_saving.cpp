@@ -155,10 +155,12 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, Sav
 
 /// What is below an account is open or closed as it is, at any depth.
 void AccountSaving::writeDescendants(data::DtEn& gateway, std::int32_t account) {
-  const std::string state = screen_.OptClose.value() ? "1" : "0";
-  gateway.cnMainData.Execute(
-      "Update tblAccount Set IsClosed = " + state +
-      "  Where ID in (Select ChildID From tblAccountParent Where ID = " + std::to_string(account) + ")");
+  const std::string_view statement = screen_.OptClose.value()
+                                         ? "Update tblAccount Set IsClosed = 1  Where ID in (Select ChildID "
+                                           "From tblAccountParent Where ID = "
+                                         : "Update tblAccount Set IsClosed = 0  Where ID in (Select ChildID "
+                                           "From tblAccountParent Where ID = ";
+  gateway.cnMainData.Execute(std::string(statement) + std::to_string(account) + ")");
 }
 
 void AccountSaving::refresh(const Progress& progress) {

@@ -16,8 +16,15 @@ constexpr std::string_view kSameTitleTitle = "نام حساب تكراري";
 constexpr std::string_view kSameTitleQuestion =
     "قبلا حسابي با همين نام ثبت شده آيا ميخواهيد كه همان كد واگذار شود .";
 
-std::string childrenOf(std::int32_t parentID) {
-  return parentID == -1 ? "ParentID Is Null" : "ParentID=" + std::to_string(parentID);
+std::string codesOfSiblings(std::int32_t parentID) {
+  if (parentID == -1) return "Select Code from tblAccount where ParentID Is Null Order By Code Desc";
+  return "Select Code from tblAccount where ParentID=" + std::to_string(parentID) + " Order By Code Desc";
+}
+
+std::string codesAndLevelsOfSiblings(std::int32_t parentID) {
+  if (parentID == -1) return "Select Code,NoLevel from tblAccount where ParentID Is Null Order By Code Desc";
+  return "Select Code,NoLevel from tblAccount where ParentID=" + std::to_string(parentID) +
+         " Order By Code Desc";
 }
 
 struct Sibling {
@@ -26,8 +33,7 @@ struct Sibling {
 };
 
 std::optional<Sibling> greatestSibling(data::DtEn& gateway, std::int32_t parentID) {
-  const data::OpenRows siblings(gateway.rssqlBufferQuery, "Select Code,NoLevel from tblAccount where " +
-                                                              childrenOf(parentID) + " Order By Code Desc");
+  const data::OpenRows siblings(gateway.rssqlBufferQuery, codesAndLevelsOfSiblings(parentID));
   if (siblings->Eof()) return std::nullopt;
   return Sibling{.code = siblings->Fields("Code").toText(), .level = siblings->Fields("NoLevel").toInt32()};
 }
@@ -69,8 +75,7 @@ std::string CodeProposal::getNewAccountCode(std::int32_t parentID) {
 
 /// Codes are texts: the sibling that counts is the one with the greatest text, not the greatest number.
 std::string CodeProposal::nextOfSiblings(data::DtEn& gateway, std::int32_t parentID) {
-  const data::OpenRows siblings(gateway.rssqlBufferQuery, "Select Code from tblAccount where " +
-                                                              childrenOf(parentID) + " Order By Code Desc");
+  const data::OpenRows siblings(gateway.rssqlBufferQuery, codesOfSiblings(parentID));
   if (siblings->Eof()) return std::string(kFirstOfAParent);
   return nextSuffix(ownPart(siblings->Fields("Code").toText(), screen_.txtMotherCode.text()));
 }

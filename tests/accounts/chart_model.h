@@ -1,0 +1,175 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace ledgertree::testing {
+
+/// The rules of the chart once more, small and without a database: what a save or a delete comes to.
+class ChartModel {
+ public:
+  struct Relation {
+    int group = -1, entityClass = -1, object = -1;
+  };
+  struct Account {
+    int parent = -1;
+    std::string code, title;
+    int group = -1, position = 0, nature = 0, permanent = 0, closed = 0;
+    std::optional<Relation> relation;
+    bool documents = false;
+  };
+  /// What stands on the form.
+  struct Typed : Account {
+    int entityClass = -1, object = -1;
+  };
+  /// What the person is told; Done where nothing is refused.
+  enum class Told {
+    Done,
+    Same,
+    CodeStays,
+    OwnParent,
+    ParentIsBelow,
+    ParentHasDocuments,
+    TooLong,
+    CodeExists,
+    Dependency
+  };
+
+  bool editCodeAllowed = false;
+  bool positionCounts = false;
+  int codingMode = 0;
+  int lastNewParent = 0;
+  std::map<int, Account> accounts;
+
+  [[nodiscard]] int level(int id) const { return id == -1 ? 0 : 1 + level(accounts.at(id).parent); }
+  [[nodiscard]] bool isBelow(int id, int ancestor) const {
+    for (int up = accounts.at(id).parent; up != -1; up = accounts.at(up).parent)
+      if (up == ancestor) return true;
+    return false;
+  }
+
+  /// The number that is proposed below a parent, and those of the accounts of a title that may be shared.
+  struct Proposal {
+    std::string next;
+    std::set<std::string> ofSameTitle;
+  };
+  [[nodiscard]] Proposal proposal(int parent, const std::string& title) const {
+    const int depth = level(parent) + 1;
+    const bool shared = codingMode == 1 && depth > 1;
+    Proposal proposal;
+    std::optional<std::string> greatest;
+    for (const auto& [id, account] : accounts) {
+      if (shared ? level(id) != depth : account.parent != parent) continue;
+      const std::string& code = account.code;
+      const std::string part = shared && code.size() > 6 ? code.substr(code.size() - 6) : code;
+      if (shared && account.title == title) proposal.ofSameTitle.insert(part);
+      greatest = std::max(greatest, std::optional(part));
+    }
+    const std::size_t mother = shared || parent == -1 ? 0 : accounts.at(parent).code.size();
+    if (greatest) proposal.next = next(greatest->size() > mother ? greatest->substr(mother) : *greatest);
+    if (!greatest && codingMode == 0) proposal.next = "01";
+    return proposal;
+  }
+
+  Told saveNew(int newID, const Typed& typed) {
+    lastNewParent = typed.parent;
+    if (typed.code.size() > 20) return Told::TooLong;
+    if (codeTaken(typed.code, -1)) return Told::CodeExists;
+    accounts[newID] = typed;
+    accounts[newID].relation.reset();
+    return relate(newID, typed, false);
+  }
+
+  Told saveEdit(int id, const Typed& typed) {
+    const Account& stored = accounts.at(id);
+    if (!editCodeAllowed && stored.documents && typed.code != stored.code) return Told::CodeStays;
+    if (typed.parent == id) return Told::OwnParent;
+    const bool below = typed.parent != -1 && isBelow(typed.parent, id);
+    const bool guarded = lastNewParent != typed.parent;
+    if (guarded && below) return Told::ParentIsBelow;
+    if (guarded && typed.parent != -1 && accounts.at(typed.parent).documents) return Told::ParentHasDocuments;
+    if (typed.code.size() > 20) return Told::TooLong;
+    if (codeTaken(typed.code, id)) return Told::CodeExists;
+    if (below) return Told::ParentIsBelow;
+    const auto relation = stored.relation;
+    const bool documents = stored.documents;
+    accounts[id] = typed;
+    accounts[id].relation = relation;
+    accounts[id].documents = documents;
+    const Told told = relate(id, typed, guarded);
+    for (auto& [other, account] : accounts)
+      if (isBelow(other, id)) account.closed = typed.closed;
+    return told;
+  }
+
+  Told remove(int id) {
+    const bool mother = std::any_of(accounts.begin(), accounts.end(),
+                                    [&](const auto& one) { return one.second.parent == id; });
+    if (mother || accounts.at(id).documents) return Told::Dependency;
+    accounts.erase(id);
+    return Told::Done;
+  }
+
+  [[nodiscard]] std::string rows() const {
+    const auto text = [](int number) { return number < 1 ? "null" : std::to_string(number); };
+    std::string rows;
+    for (const auto& [id, a] : accounts) {
+      rows += std::to_string(id) + "|" + text(a.parent) + "|" + a.code + "|" + a.title + "|" +
+              std::to_string(level(id)) + "|" + text(a.group);
+      for (const int number : {a.position, a.nature, a.permanent, a.closed})
+        rows += "|" + std::to_string(number);
+      if (a.relation)
+        rows += "|" + text(a.relation->group) + "|" + text(a.relation->entityClass) + "|" +
+                text(a.relation->object);
+      if (!a.relation) rows += "|none";
+      std::string ancestors;
+      std::set<int> up;
+      for (int mother = a.parent; mother != -1; mother = accounts.at(mother).parent) up.insert(mother);
+      for (const int mother : up) ancestors += (ancestors.empty() ? "" : ",") + std::to_string(mother);
+      rows += "|" + ancestors + "\n";
+    }
+    return rows;
+  }
+
+ private:
+  static std::string next(const std::string& digits) {
+    const std::size_t rise = digits.find_last_not_of('9');
+    if (rise == std::string::npos) return std::string(digits.size(), '0');
+    return digits.substr(0, rise) + static_cast<char>(digits[rise] + 1) +
+           std::string(digits.size() - rise - 1, '0');
+  }
+  [[nodiscard]] bool codeTaken(const std::string& code, int except) const {
+    return std::any_of(accounts.begin(), accounts.end(),
+                       [&](const auto& one) { return one.first != except && one.second.code == code; });
+  }
+
+  /// Same place, same account: the group goes. Without a class, the group alone is the place.
+  Told relate(int id, const Typed& typed, bool guarded) {
+    Account& account = accounts[id];
+    if (guarded && typed.group < 1) {
+      account.relation.reset();
+      return Told::Done;
+    }
+    if (typed.entityClass > 0 && typed.object == -1) {
+      account.group = -1;
+      return Told::Done;
+    }
+    const bool byPosition = positionCounts && typed.position > 0 && !guarded && typed.entityClass > 0;
+    for (const auto& [other, there] : accounts) {
+      if (other == id || typed.group < 1 || !there.relation || there.relation->group != typed.group) continue;
+      if (there.relation->entityClass != typed.entityClass || there.relation->object != typed.object)
+        continue;
+      if (byPosition && there.position != typed.position) continue;
+      account.group = -1;
+      return Told::Same;
+    }
+    account.relation = Relation{typed.group, typed.entityClass, typed.object};
+    return Told::Done;
+  }
+};
+
+}  // namespace ledgertree::testing

@@ -1,0 +1,213 @@
+#pragma once
+
+#include <random>
+
+#include "accounts/account_story.h"
+#include "accounts/chart_model.h"
+
+namespace ledgertree::testing {
+
+/// A person who does at random what the screen allows, beside a small model of the rules: after each step the
+/// rows, the screen and what was told must be what the model says.
+class RandomWork : public AccountStory {
+ protected:
+  void work(unsigned seed, int steps) {
+    startOver();
+    dice_.seed(seed);
+    model.codingMode = roll(2);
+    model.positionCounts = roll(2) == 1;
+    model.editCodeAllowed = roll(3) == 0;
+    setting(307, std::to_string(model.codingMode));
+    setting(210, model.positionCounts ? "1" : "0");
+    setting(319, model.editCodeAllowed ? "1" : "0");
+    start();
+    for (int step = 0; step < steps && !HasFailure(); ++step) {
+      SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step));
+      const int what = roll(20);
+      if (what < 9 || model.accounts.empty()) {
+        addOne();
+      } else if (what < 16) {
+        editOne();
+      } else if (what < 18) {
+        deleteOne();
+      } else {
+        const int id = anyAccount();
+        documentOn(id);
+        model.accounts[id].documents = true;
+      }
+      EXPECT_EQ(rows(), model.rows());
+      EXPECT_EQ(form->treeAccount.enabled(), true);
+    }
+  }
+
+ private:
+  using Told = ChartModel::Told;
+  using FormMode = mainform::FormMode;
+
+  void startOver() {
+    form.reset();
+    model = {};
+    database.execute(
+        "delete from tblAccountDocumentDetail; delete from tblAccountRelatedObjects;"
+        "update tblAccount set ParentID = null; delete from tblAccount; delete from "
+        "tblTarvoSystemParameters");
+  }
+  int roll(int sides) { return static_cast<int>(dice_() % static_cast<unsigned>(sides)); }
+  int anyAccount() {
+    auto one = model.accounts.begin();
+    std::advance(one, roll(static_cast<int>(model.accounts.size())));
+    return one->first;
+  }
+  int anyParent() { return model.accounts.empty() || roll(5) == 0 ? -1 : anyAccount(); }
+  std::string digits(int most) {
+    std::string text;
+    for (int count = 1 + roll(most); count > 0; --count) text += static_cast<char>('0' + roll(10));
+    return text;
+  }
+
+  /// Picks a parent, and lets the typed account follow it as the rules say.
+  void chooseParent(ChartModel::Typed& typed, int parent) {
+    if (parent == -1 && typed.parent == -1) return;
+    typed.parent = parent;
+    const std::string mother = parent == -1 ? "" : model.accounts.at(parent).code;
+    const auto [next, ofSameTitle] = model.proposal(parent, typed.title);
+    const bool takeSame = !ofSameTitle.empty() && roll(2) == 1;
+    if (!ofSameTitle.empty()) notices.answer(takeSame ? 1 : 0);
+    pickParent(parent);
+    EXPECT_EQ(notices.take().size(), ofSameTitle.empty() ? 0U : 1U);
+    const std::string own = form->txtCode.text();
+    EXPECT_EQ(form->txtMotherCode.text(), mother);
+    EXPECT_TRUE(takeSame ? ofSameTitle.count(own) == 1 : own == next) << own << " and not " << next;
+    typed.code = mother + own;
+    if (parent == -1) return;
+    typed.nature = model.accounts.at(parent).nature;
+    typed.permanent = model.accounts.at(parent).permanent;
+  }
+
+  void chooseRest(ChartModel::Typed& typed) {
+    if (roll(3) == 0 || form->txtCode.text().empty()) {
+      const std::string own = digits(6);
+      form->txtCode.paste(own);
+      typed.code = form->txtMotherCode.text() + own;
+    }
+    if (roll(2) == 0) pick(form->sltGroup, typed.group = 1 + roll(2));
+    if (roll(5) == 0) pick(form->sltGroup, typed.group = -1);
+    if (roll(3) == 0) chooseClass(typed, 1 + roll(2));
+    if (roll(8) == 0) chooseClass(typed, -1);
+    if (typed.entityClass != -1 && roll(4) != 0)
+      pick(form->sltEntity, typed.object = typed.entityClass == 1 ? 1 + roll(2) : 1);
+    if (roll(3) == 0) pick(form->sltPosition, typed.position = 1 + roll(2));
+    if (roll(4) == 0) {
+      (roll(2) == 0 ? form->OptOpen : form->OptClose).click();
+      typed.closed = form->OptClose.value() ? 1 : 0;
+    }
+    if (roll(4) == 0) {
+      form->OptDebitAndCredit.click();
+      typed.nature = 2;
+    }
+  }
+
+  void chooseClass(ChartModel::Typed& typed, int entityClass) {
+    if (entityClass != typed.entityClass) typed.object = -1;
+    pick(form->sltEntityType, entityClass);
+    typed.entityClass = entityClass;
+  }
+
+  void addOne() {
+    ChartModel::Typed typed;
+    form->cmdNew.click();
+    const int parent = anyParent();
+    if (parent != -1) chooseParent(typed, parent);
+    typed.title = kTitles[roll(4)];
+    form->txtTitle.paste(typed.title);
+    chooseRest(typed);
+    const std::int32_t saved = save();
+    expect(model.saveNew(saved, typed), saved, FormMode::ModeNew);
+  }
+
+  void editOne() {
+    const int id = anyAccount();
+    ChartModel::Typed typed{{model.accounts.at(id)}};
+    if (typed.relation) {
+      typed.entityClass = typed.relation->entityClass;
+      typed.object = typed.relation->object;
+    }
+    edit(id);
+    if (roll(2) == 0) chooseParent(typed, anyParent());
+    if (roll(4) != 0 || form->txtCode.text().empty()) chooseRest(typed);
+    if (roll(8) == 0) return giveUp();
+    expect(model.saveEdit(id, typed), save(), FormMode::ModeEdit);
+  }
+
+  void deleteOne() {
+    const int id = anyAccount();
+    form->View(id);
+    notices.answer(1);
+    form->cmdDelete.click();
+    const Told told = model.remove(id);
+    EXPECT_EQ(mode(), told == Told::Done ? FormMode::ModeIdle : FormMode::ModeView);
+    const auto said = notices.take();
+    ASSERT_EQ(said.size(), told == Told::Done ? 1U : 2U);
+    EXPECT_NE(said.back().message.find(told == Told::Done ? "حذف" : words(told)), std::string::npos);
+  }
+
+  void expect(Told told, std::int32_t saved, FormMode refusedMode) {
+    const auto said = notices.take();
+    ASSERT_EQ(said.size(), told == Told::Done ? 0U : 1U);
+    EXPECT_TRUE(said.empty() || said[0].message.find(words(told)) != std::string::npos) << words(told);
+    const bool written = told == Told::Done || told == Told::Same;
+    EXPECT_EQ(mode(), written ? FormMode::ModeView : refusedMode);
+    if (!written) return giveUp();
+    const ChartModel::Account& stored = model.accounts.at(saved);
+    EXPECT_EQ(form->txtMotherCode.text() + form->txtCode.text(), stored.code);
+    EXPECT_EQ(form->sltGroup.SelectedID(), stored.group);
+    EXPECT_EQ(form->LastNewParentID, model.lastNewParent);
+  }
+
+  void giveUp() {
+    notices.answer(1);
+    form->cmdCancel.click();
+    static_cast<void>(notices.take());
+  }
+
+  std::string rows() {
+    const std::string rows = database.rows(
+        "select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.PositionID, a.AccountNatureID, "
+        "a.IsPermanent, a.IsClosed, ifnull((select group_concat(ifnull(AccountGroupID, 'null') || '|' || "
+        "ifnull(RelatedClassID, 'null') || '|' || ifnull(RelatedObjectID, 'null')) from "
+        "tblAccountRelatedObjects where AccountID = a.ID), 'none'), ifnull((select group_concat(ID) from "
+        "(select ID from tblAccountParent where ChildID = a.ID order by ID)), '') from tblAccount a "
+        "order by a.ID");
+    return rows.empty() ? rows : rows + "\n";
+  }
+
+  static const char* words(Told told) {
+    switch (told) {
+      case Told::Done:
+        break;
+      case Told::Same:
+        return "تخصيص داده شده است";
+      case Told::CodeStays:
+        return "گردش داشته است";
+      case Told::OwnParent:
+        return "خود حساب را به عنوان حساب مادر";
+      case Told::ParentIsBelow:
+        return "زير";
+      case Told::ParentHasDocuments:
+        return "سند دارد";
+      case Told::TooLong:
+        return "حداکثر 20 نويسه";
+      case Told::CodeExists:
+        return "حسابي با كد مورد نظر";
+      case Told::Dependency:
+        return "وابستگي وجود دارد";
+    }
+    return "";
+  }
+
+  static constexpr const char* kTitles[] = {"بانک", "صندوق", "تنخواه", "وام"};
+  std::mt19937 dice_;
+  ChartModel model;
+};
+
+}  // namespace ledgertree::testing
