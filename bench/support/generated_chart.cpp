@@ -41,10 +41,14 @@ class PutAway {
       definitions_.push_back(rows.getColumn(1).getString());
     }
     rows.reset();
+    // What the planner knows of an index goes with it.
+    database.exec("create temp table Statistics as select * from sqlite_stat1");
     for (const std::string& drop : drops) database.exec(drop);
   }
   void bringBack() {
     for (const std::string& definition : definitions_) database_.exec(definition);
+    database_.exec(
+        "insert into sqlite_stat1 select * from Statistics; drop table Statistics; analyze sqlite_schema");
   }
 
  private:

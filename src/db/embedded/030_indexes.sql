@@ -32,3 +32,9 @@ create index ixDocumentDetailAccount on tblAccountDocumentDetail (AccountID, Doc
 create index ixEntityPersonParent on tblEntityPerson (ParentID, Name);
 create index ixEntityProjectParent on tblEntityProject (ParentID, Name);
 create index ixEntityBankParent on tblEntityBank (ParentID, Name);
+
+-- What the planner can't know by itself: a level holds a large part of the chart. Else it would look for a title by
+-- reading the whole level.
+analyze sqlite_schema;
+insert into sqlite_stat1 (tbl, idx, stat) values ('tblAccount', 'ixAccountLevel', '1000000 200000 10');
+analyze sqlite_schema;
