@@ -226,6 +226,7 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
   const std::string file = (folder.path() / "books.db").string();
   std::atomic<int> failures{0};
   std::vector<std::thread> programs;
+  programs.reserve(4);
   for (int program = 0; program < 4; ++program) {
     programs.emplace_back([&file, &failures, program] {
       try {

@@ -211,7 +211,7 @@ TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
     const std::string message = refusal(statement);
     EXPECT_NE(message.find(named), std::string::npos) << statement << "\n  " << message;
   }
-  refusal(std::string("select * from tblAccount where Title='a\0b'", 44));
+  refusal("select * from tblAccount where Title='a" + std::string(1, '\0') + "b'");
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
 }
 

@@ -38,7 +38,7 @@ struct Token {
 class Tokens {
  public:
   /// The longest statement, in bytes: longer ones come from a fault, not from a screen.
-  static constexpr std::size_t kMostBytes = 256 * 1024;
+  static constexpr std::size_t kMostBytes = 262144;
 
   explicit Tokens(std::string_view statement);
 
