@@ -10,6 +10,7 @@
 #include <exception>
 
 #include "ledgertree/demo_chart.h"
+#include "ledgertree/hidden_commands.h"
 #include "ledgertree/ledger_tree_control.h"
 #include "ledgertree/pictures.h"
 #include "ledgertree/qt_desktop.h"
@@ -86,6 +87,7 @@ int drawInstead(const Options& options) {
 
 int openChart(const Options& options, bool display) {
   ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
+  ledgertree::offerHiddenCommands(true);
   ledgertree::LedgerTreeControl control;
   control.OLEConnectionString(connectionText(options).toStdString());
   control.UserID(options.user);
