@@ -105,9 +105,12 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
   table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   table->verticalHeader()->hide();
   table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  // By itself Qt keeps every column as wide as the widest letter of the font.
+  table->horizontalHeader()->setMinimumSectionSize(1);
   table->horizontalHeader()->setSectionsClickable(false);
   table->horizontalHeader()->setHighlightSections(false);
-  table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+  // Over the texts of the cells; a header takes the side from the application, not from the screen.
+  table->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   table->onRow = [this](int row, bool extend) {
     if (!standing()) return;
     if (extend) {
