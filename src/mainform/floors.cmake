@@ -7,7 +7,7 @@ ledgertree_floor(ledgertree_saving
   SOURCES accounts/account_*.cpp accounts/relation_*.cpp accounts/save_*.cpp accounts/typed_*.cpp
   LINK ledgertree_record)
 ledgertree_floor(ledgertree_form_main SOURCES mainform/form_main*.cpp mainform/commands*.cpp mainform/secondary_screens*.cpp
-  LINK ledgertree_saving ledgertree_periods ledgertree_entities)
+  LINK ledgertree_saving ledgertree_periods ledgertree_entities ledgertree_batch ledgertree_recoding)
 ledgertree_floor(ledgertree_control SOURCES shell/ledger_tree_control*.cpp shell/hidden_commands.cpp LINK ledgertree_form_main)
 # Everything but the toolkit: what benchmarks and fuzz targets link.
 add_library(ledgertree_all INTERFACE)

@@ -21,6 +21,8 @@ class SecondaryScreens {
 
  private:
   /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
+  void recode();
+  void deleteInBatch();
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 
   MainScreen& screen_;

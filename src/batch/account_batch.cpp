@@ -1,0 +1,92 @@
+#include "batch/account_batch.h"
+
+#include <exception>
+
+#include "shell/work_progress.h"
+
+namespace ledgertree::batch {
+
+namespace {
+
+constexpr ui::Size kDesignSize{7350, 2250};
+constexpr ui::Colour kBackground = 0xC2D9F7;
+
+}  // namespace
+
+frmAccountBatch::frmAccountBatch(shell::Shell& shell)
+    : ui::Form(shell.surroundings(), "frmAccountBatch", "حذف دستهاي حسابها", kDesignSize),
+      lblParent(*this, "lblParent", {5700, 255, 1425, 270}, "حساب مادر:"),
+      sltParent(*this, shell, "sltParent", {225, 225, 5400, 330}),
+      cmdDelete(*this, "cmdDelete", {4125, 1620, 1500, 405}, "حذف"),
+      cmdCancel(*this, "cmdCancel", {2475, 1620, 1500, 405}, "انصراف"),
+      progressBar(*this, "ProgressBar", {225, 930, 6900, 330}),
+      shell_(shell) {
+  loadControls();
+}
+
+void frmAccountBatch::loadControls() {
+  setBackground(kBackground);
+  shell_.chooseKeyboardLayout();
+  sltParent.setPickerConnection(shell_.context.gConnectionString);
+  sltParent.setPickerPosition(shell_.context.gPositionID);
+  sltParent.setClosingFlag(false);
+  sltParent.setAccessibleName("حساب مادر");
+  progressBar.setAccessibleName("پيشرفت کار");
+  progressBar.setVisible(false);
+  sltParent.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  cmdDelete.onClick = [this] { deleteBelow(); };
+  cmdCancel.onClick = [this] { close(); };
+  setFirstFocus(sltParent);
+  // Enter deletes nothing by itself.
+  setCancelButton(cmdCancel);
+}
+
+void frmAccountBatch::deleteBelow() {
+  if (working_) return;
+  const shell::UnderWay underWay(working_);
+  if (sltParent.IsEmpty()) {
+    shell_.showErrorNotice(shell::kTitleProblem, "حساب مشخص نشده است!");
+    try {
+      sltParent.setFocus();
+    } catch (const std::exception&) {
+      return;  // the person finds the field without the focus
+    }
+    return;
+  }
+  if (shell_.askConfirmNotice("حذف دسته اي", "آيا مطمئن هستيد؟") != shell::Answer::Yes) return;
+  ChangedFlag = true;
+  const std::string below =
+      "Select ChildID From tblAccountParent Where ID = " + std::to_string(sltParent.AccountID());
+  const shell::Hourglass hourglass(desktop());
+  const auto gateway = shell_.dtEn();
+  if (gateway->rssqlViewTrans.State() != 0) gateway->rssqlViewTrans.Close();
+  const data::OpenRows documents(
+      gateway->rssqlViewTrans, "Select * From tblAccountDocumentDetail Where AccountID In ( " + below + ")");
+  if (documents->RecordCount() != 0) {
+    shell_.showErrorNotice("خطا در حذف",
+                           "از آنجايي كه يك يا چند حساب از حسابهاي زير مجموعه داراي سند حسابداري متناظر "
+                           "ميباشند، امكان حذف دستهاي حسابهاي فوق وجود ندارد.");
+    return;
+  }
+  deleteAll(*gateway, below);
+}
+
+void frmAccountBatch::deleteAll(data::DtEn& gateway, const std::string& below) {
+  const data::OpenRows accounts(gateway.rssqlAccounts,
+                                "Select * From tblAccount Where ID in (" + below + ") order by Nolevel desc");
+  shell::WorkProgress progress(*this, progressBar, accounts->RecordCount());
+  for (std::int32_t done = 0; !accounts->Eof(); accounts->MoveNext(), progress.advance(++done)) {
+    if (gateway.spAccountDeleteAccount(accounts->Fields("ID").toInt32()) != 0) continue;
+    shell_.showErrorNotice(shell::kTitleError, "حساب " + accounts->Fields("title").toText() + " به كد " +
+                                                   accounts->Fields("Code").toText() +
+                                                   " به دليل وابستگي حذف نشد. ");
+  }
+}
+
+bool showNDelete(shell::Shell& shell) {
+  frmAccountBatch form(shell);
+  shell.desktop().showModal(form);
+  return form.ChangedFlag;
+}
+
+}  // namespace ledgertree::batch

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "data/dten.h"
+#include "shell/account_picker.h"
+#include "shell/shell.h"
+#include "ui/buttons.h"
+#include "ui/control.h"
+#include "ui/form.h"
+
+namespace ledgertree::batch {
+
+/// Deletes all accounts below one account, the deepest first; the account itself stays. A document line on
+/// one of them stops it all. An account that depends on something else stays, with a notice, and so do those
+/// above it. What is deleted ahead of a failure stays deleted.
+class frmAccountBatch : public ui::Form {
+ public:
+  /// Runs on the thread of the screens; `shell` outlives the form.
+  explicit frmAccountBatch(shell::Shell& shell);
+
+  ui::Label lblParent;
+  shell::AccountPicker sltParent;
+  ui::PushButton cmdDelete;
+  ui::PushButton cmdCancel;
+  ui::ProgressBar progressBar;
+
+  /// Whether a deletion was confirmed, whatever it achieved.
+  bool ChangedFlag = false;
+
+ private:
+  void loadControls();
+  void deleteBelow();
+  /// The walk through the accounts below, once nothing forbids it.
+  void deleteAll(data::DtEn& gateway, const std::string& below);
+
+  shell::Shell& shell_;
+  bool working_ = false;
+};
+
+/// Shows the screen until the person leaves; true where the tree has to be read anew.
+[[nodiscard]] bool showNDelete(shell::Shell& shell);
+
+}  // namespace ledgertree::batch

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+#include "shell/shell.h"
+
+namespace ledgertree::batch {
+
+/// What is handed over to outside components: each is made by its name, told who works and on which
+/// database, and asked to do its work, which ends before the operation does.
+///
+/// A component that isn't known is registered once, from the folder "System" below `basePath` (which ends in
+/// a separator; empty for the current folder), and made once more; only if it is still unknown the person is
+/// told. Every other failure passes without a sign: what goes wrong in its work the component tells by
+/// itself. Neither throws.
+
+/// Gives the whole chart of vwAccount to SheetKit.SheetWriter as an export statement.
+void exportChart(shell::Shell& shell, std::string_view basePath);
+/// Opens the cost centres in PactKit.PactEditor.
+void editCostCenters(shell::Shell& shell, std::string_view basePath);
+
+}  // namespace ledgertree::batch

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+#include "ui/control.h"
+#include "ui/form.h"
+
+namespace ledgertree::shell {
+
+/// Shows on the screen that started a long work how far it is. Work that is done within half a second shows
+/// nothing. The bar is off the screen again when the object ends, on every path.
+class WorkProgress {
+ public:
+  static constexpr std::chrono::milliseconds kBeforeShowing{500};
+  static constexpr std::chrono::milliseconds kBetweenPaints{100};
+
+  /// `bar` is a control of `form` that stands hidden.
+  WorkProgress(ui::Form& form, ui::ProgressBar& bar, std::int32_t all);
+  WorkProgress(const WorkProgress&) = delete;
+  WorkProgress& operator=(const WorkProgress&) = delete;
+  ~WorkProgress();
+
+  /// `done` of all is done. May repaint the form, which takes no input meanwhile.
+  void advance(std::int32_t done);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  ui::Form& form_;
+  ui::ProgressBar& bar_;
+  std::int32_t all_;
+  Clock::time_point nextPaint_ = Clock::now() + kBeforeShowing;
+};
+
+/// Marks a work as under way for the length of a block, so that a call that comes in its middle leaves it
+/// alone.
+class UnderWay {
+ public:
+  explicit UnderWay(bool& mark) : mark_(mark) { mark_ = true; }
+  UnderWay(const UnderWay&) = delete;
+  UnderWay& operator=(const UnderWay&) = delete;
+  ~UnderWay() { mark_ = false; }
+
+ private:
+  bool& mark_;
+};
+
+}  // namespace ledgertree::shell

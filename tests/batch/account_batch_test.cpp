@@ -1,0 +1,159 @@
+#include "batch/account_batch.h"
+
+#include <chrono>
+#include <thread>
+
+#include "batch/bulk_house.h"
+#include "shell/work_progress.h"
+
+namespace ledgertree::testing {
+namespace {
+
+using batch::frmAccountBatch;
+
+constexpr const char* kSure = "حذف دسته اي|آيا مطمئن هستيد؟";
+constexpr const char* kDocuments =
+    "خطا در حذف|از آنجايي كه يك يا چند حساب از حسابهاي زير مجموعه داراي سند حسابداري متناظر ميباشند، امكان "
+    "حذف "
+    "دستهاي حسابهاي فوق وجود ندارد.";
+
+class AccountBatch : public BulkHouse {
+ protected:
+  AccountBatch() { start(); }
+
+  void deleteBelow(frmAccountBatch& screen, const std::string& code) {
+    pick(screen.sltParent, code);
+    answer(1);
+    screen.cmdDelete.click();
+  }
+  std::string ancestors() {
+    return database.text(
+        "select group_concat(ID || '>' || ChildID, ' ') from (select * from "
+        "tblAccountParent order by ID, ChildID)");
+  }
+};
+
+TEST_F(AccountBatch, DeletesAllBelowTheDeepestFirst) {
+  EXPECT_NE(inTree(1, 4), "");
+  deleteInBatch([&](frmAccountBatch& screen) {
+    EXPECT_EQ(screen.sltParent.PickerPosition(), shell.context.gPositionID);
+    screen.cmdCancel.focus();
+    screen.cmdDelete.click();
+    EXPECT_EQ(notices.taken(), "اشکال|حساب مشخص نشده است!");
+    EXPECT_TRUE(screen.sltParent.hasFocus());
+
+    pick(screen.sltParent, "11");
+    for (const int noOrNothing : {0, 7}) {
+      answer(noOrNothing);
+      screen.cmdDelete.click();
+      EXPECT_EQ(notices.taken(), kSure);
+      EXPECT_FALSE(screen.ChangedFlag);
+    }
+    EXPECT_EQ(accounts(), "1 2 3 4 5 6 7");
+
+    // A line on the account itself is in nobody's way: it stays.
+    database.execute("insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (1, 501, 1)");
+    answer(1);
+    screen.cmdDelete.click();
+    EXPECT_EQ(notices.taken(), kSure);
+    EXPECT_EQ(accounts(), "1 2 7");
+    EXPECT_EQ(ancestors(), "2>7");
+    EXPECT_TRUE(screen.isShown());
+    EXPECT_EQ(screen.sltParent.AccountCode(), "11");
+  });
+  EXPECT_EQ(inTree(1, 4), "") << "the tree is read anew";
+}
+
+TEST_F(AccountBatch, ADocumentOnAGrandchildStopsItAll) {
+  database.execute("insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (1, 501, 6)");
+  deleteInBatch([&](frmAccountBatch& screen) {
+    deleteBelow(screen, "11");
+    EXPECT_EQ(notices.taken(), std::string(kSure) + "\n" + kDocuments);
+    EXPECT_EQ(accounts(), "1 2 3 4 5 6 7");
+    EXPECT_TRUE(screen.ChangedFlag) << "a confirmed command counts, whatever it achieved";
+    // An account without children.
+    deleteBelow(screen, "1201");
+    EXPECT_EQ(notices.taken(), kSure);
+  });
+}
+
+TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
+  // What another program of the host refuses to lose.
+  database.execute(
+      "create table tblBudget (AccountID int references tblAccount (ID)); insert into tblBudget values (6)");
+  deleteInBatch([&](frmAccountBatch& screen) {
+    deleteBelow(screen, "11");
+    EXPECT_EQ(notices.taken(), std::string(kSure) +
+                                   "\nخطا|حساب ملي به كد 110102 به دليل وابستگي حذف نشد. "
+                                   "\nخطا|حساب بانک به كد 1101 به دليل وابستگي حذف نشد. ");
+    EXPECT_EQ(accounts(), "1 2 3 6 7");
+    EXPECT_EQ(ancestors(), "1>3 1>6 2>7 3>6");
+  });
+}
+
+TEST_F(AccountBatch, EveryFailureLeavesAWholeChartThatCanBeFinished) {
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    bool failed = false;
+    deleteInBatch([&](frmAccountBatch& screen) {
+      pick(screen.sltParent, "11");
+      notices.take();
+      faults.failAt(n);
+      answer(1);
+      screen.cmdDelete.click();
+      failed = faults.failures() > 0;
+      if (failed) {
+        EXPECT_EQ(notices.take().back().message, Faults::kMessage);
+      }
+      EXPECT_EQ(
+          database.number("select count(*) from tblAccount a where a.ParentID is not null and not exists "
+                          "(select 1 from tblAccount p where p.ID = a.ParentID)"),
+          0);
+      faults.heal();
+      answer(1);
+      screen.cmdDelete.click();
+      EXPECT_EQ(accounts(), "1 2 7");
+    });
+    if (!failed) break;
+    database.execute(
+        "insert into tblAccount (ID, ParentID, Code, Title) values (3, 1, '1101', 'بانک'),"
+        " (4, 1, '1102', 'صندوق'), (5, 3, '110101', 'ملت'), (6, 3, '110102', 'ملي')");
+    notices.take();
+  }
+}
+
+TEST_F(AccountBatch, LongWorkIsSeenAndTakesNoSecondCall) {
+  deleteInBatch([&](frmAccountBatch& screen) {
+    pick(screen.sltParent, "1101");
+    notices.take();
+    faults.onCommand = [](const std::string& command) {
+      if (command == "spAccountDeleteAccount")
+        std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
+    };
+    std::string seen;
+    desktop.onRepaint = [&] {
+      seen += screen.progressBar.text() + "; ";
+      EXPECT_TRUE(screen.progressBar.shown());
+      screen.cmdDelete.click();
+      // The host opens its control anew: the work goes on with the gateway that it has.
+      shell.resetDataConnection();
+    };
+    answer(1);
+    screen.cmdDelete.click();
+    EXPECT_EQ(seen, "1 از 2; 2 از 2; ");
+    EXPECT_FALSE(screen.progressBar.visible());
+    EXPECT_EQ(notices.taken(), kSure);
+    EXPECT_EQ(accounts(), "1 2 3 4 7");
+    desktop.onRepaint = nullptr;
+    faults.onCommand = nullptr;
+  });
+}
+
+TEST_F(AccountBatch, WithoutTheRightTheScreenDoesntOpen) {
+  shell.context.gUserID = 2;
+  form->mnuAccountBatch.click();
+  EXPECT_EQ(notices.taken(), kRefused);
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

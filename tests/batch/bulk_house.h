@@ -1,0 +1,85 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "batch/account_batch.h"
+#include "coding/auto_codding.h"
+#include "mainform/form_main.h"
+#include "support/faulty_connection.h"
+#include "support/test_house.h"
+
+namespace ledgertree::testing {
+
+/// A person at the bulk screens, which open from the main screen, on a chart small enough to be read here:
+/// 1 (11) > 3 (1101) > 5 (110101), 6 (110102); 1 > 4 (1102); 2 (12) > 7 (1201).
+class BulkHouse : public TestHouse {
+ protected:
+  BulkHouse() {
+    faults.putInto(shell.providers);
+    shell.resetDataConnection();
+    database.execute(R"(
+      insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');
+      insert into tblUserPermission (UserID, FormPermissionID) values (1, 301), (1, 30105), (1, 30108);
+      insert into tblAccount (ID, ParentID, Code, Title, IsPermanent, AccountNatureID) values
+        (1, null, '11', 'دارايي', 1, 2), (2, null, '12', 'بدهي', 0, 1), (3, 1, '1101', 'بانک', 0, 0),
+        (4, 1, '1102', 'صندوق', null, null), (5, 3, '110101', 'ملت', 0, 1), (6, 3, '110102', 'ملي', 0, 0),
+        (7, 2, '1201', 'وام', 0, 0);
+      insert into tblAccountDocument (ID, FarsiDocumentDate) values (501, '1403/01/01');
+    )");
+  }
+
+  void start() {
+    form = std::make_unique<mainform::FormMain>(shell);
+    form->load();
+    form->onClosed = [this] { form.reset(); };
+    desktop.show(*form);
+  }
+
+  /// Opens a screen from the menu; what the person does there stands in `person`.
+  void recode(const std::function<void(coding::frmAutoCodding&)>& person) {
+    desktop.inModal("frmAutoCodding",
+                    [&](ui::Form& screen) { person(dynamic_cast<coding::frmAutoCodding&>(screen)); });
+    form->mnuSameCoding.click();
+  }
+  void deleteInBatch(const std::function<void(batch::frmAccountBatch&)>& person) {
+    desktop.inModal("frmAccountBatch",
+                    [&](ui::Form& screen) { person(dynamic_cast<batch::frmAccountBatch&>(screen)); });
+    form->mnuAccountBatch.click();
+  }
+
+  /// The person looks for an account by its code, and takes the first hit.
+  void pick(shell::AccountPicker& picker, const std::string& code) {
+    picker.focus();
+    picker.type(code);
+    desktop.settle();
+    picker.press(ui::Key::Enter);
+    desktop.settle();
+    ASSERT_EQ(picker.AccountCode(), code);
+  }
+  void answer(int yes) { notices.answer(yes); }
+  /// The codes of all accounts by their IDs.
+  std::string codes() {
+    return database.text("select group_concat(Code, ' ') from (select Code from tblAccount order by ID)");
+  }
+  std::string accounts() {
+    return database.text("select group_concat(ID, ' ') from (select ID from tblAccount order by ID)");
+  }
+  /// The tree's text of an account below a top-level one, brought into sight; empty where there is none.
+  std::string inTree(int parent, int account) {
+    ui::Tree& tree = form->treeAccount;
+    tree.expand(tree.find("-1:" + std::to_string(parent)));
+    const ui::NodeId node = tree.find("-1:" + std::to_string(account));
+    return node == ui::kNoNode ? "" : tree.text(node);
+  }
+
+  Faults faults;
+  std::unique_ptr<mainform::FormMain> form;
+};
+
+inline constexpr const char* kNoWayBack =
+    "هشدار|پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
+inline constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
+
+}  // namespace ledgertree::testing

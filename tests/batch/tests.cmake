@@ -1,0 +1,1 @@
+set(LINK ledgertree_form_main ledgertree_test_support)
