@@ -36,7 +36,9 @@ struct SearchRequest {
 };
 
 struct SearchPage {
-  Rows rows;                 ///< ID, then the columns asked for, in the order of the first of them
+  /// ID, then the columns asked for, in the order of the first of them; in the order of ID where the view is
+  /// long and has no index for the other.
+  Rows rows;
   std::string continuation;  ///< empty where the rows are at their end
 };
 

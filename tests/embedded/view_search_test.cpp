@@ -86,6 +86,26 @@ TEST_F(ViewSearch, TheOrderIsThatOfTheFirstColumn) {
   EXPECT_EQ(page.rows.value(2, 1).toText(), "دفتر 100");
 }
 
+TEST_F(ViewSearch, ALongListWithoutAnIndexIsNeverSorted) {
+  database.execute("insert into tblAccountBranch (ID, Code, Name) values (20001, 'A', 'دفتر')");
+  SearchRequest request = requestFor("vwAccountBranchMajor", "دفتر");
+  request.limit = 999;
+  const SearchPage page = connection.search(request);
+  EXPECT_EQ(page.rows.value(0, 0).toInt64(), 1);
+  EXPECT_EQ(page.rows.value(998, 0).toInt64(), 1000);
+  request.continuation = page.continuation;
+  EXPECT_EQ(connection.search(request).rows.value(0, 0).toInt64(), 1001);
+  std::set<std::int64_t> ids;
+  request.continuation.clear();
+  readAll(request, ids);
+  EXPECT_EQ(ids.size(), 19981U);
+
+  database.execute("create index ixBranchName on tblAccountBranch (Name)");
+  EmbeddedConnection later(database.file().string());
+  request.columns = {"Name"};
+  EXPECT_EQ(later.search(request).rows.value(0, 1).toText(), "دفتر");
+}
+
 TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
   SearchRequest request = requestFor("vwPlain", "nowhere");
   int questions = 0;

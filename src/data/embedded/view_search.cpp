@@ -38,10 +38,11 @@ std::string viewName(std::string_view text) {
   return std::string(name.text);
 }
 
-/// Where a scan stands: the value of the first column in the last row, and how many rows with that value are
-/// behind. Rows that are equal there come in the order of their index.
+/// Where a scan stands: the value of the ordering column in the last row, and how many rows with that value
+/// are behind. Rows that are equal there come in the order of their index.
 struct Position {
-  int type = 0;  ///< SQLITE_INTEGER, ...; 0 ahead of the first row
+  bool byKey = false;  ///< ordered by ID, not by the first column
+  int type = 0;        ///< SQLITE_INTEGER, ...; 0 ahead of the first row
   std::string text;
   std::int64_t integer = 0;
   double real = 0;
@@ -96,9 +97,9 @@ void Position::bind(sqlite3_stmt* statement) const {
   if (type == SQLITE_BLOB) sqlite3_bind_blob(statement, 1, text.data(), size, SQLITE_TRANSIENT);
 }
 
-/// "<type> <passed> <value>"
+/// "<type> <passed> <value>", behind a "k" where the rows are ordered by ID.
 std::string Position::toContinuation() const {
-  std::string result = std::to_string(type) + " " + std::to_string(passed) + " ";
+  std::string result = (byKey ? "k" : "") + std::to_string(type) + " " + std::to_string(passed) + " ";
   if (type == SQLITE_INTEGER) return result + std::to_string(integer);
   if (type != SQLITE_FLOAT) return type == SQLITE_NULL ? result : result + text;
   char digits[64];
@@ -109,6 +110,8 @@ std::string Position::toContinuation() const {
 Position Position::parse(std::string_view continuation) {
   Position position;
   if (continuation.empty()) return position;
+  position.byKey = continuation.front() == 'k';
+  if (position.byKey) continuation.remove_prefix(1);
   const char* const last = continuation.data() + continuation.size();
   const auto read = [last](const char* from, auto& number, bool toEnd) -> const char* {
     const auto result = std::from_chars(from, last, number);
@@ -131,12 +134,11 @@ std::string searchStatement(const SearchRequest& request, const Position& from) 
   std::string sql = "SELECT \"ID\"";
   for (const std::string& column : request.columns) sql += ", " + quotedName(column);
   sql += " FROM " + quotedName(viewName(request.view));
-  if (request.columns.empty()) return sql + " ORDER BY 1";
-  const std::string first = quotedName(request.columns.front());
+  const std::string order =
+      from.byKey ? std::string("\"ID\"") : quotedName(request.columns.front()) + " COLLATE NOCASE";
   // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
-  const bool bounded = from.type != 0 && from.type != SQLITE_NULL;
-  if (bounded) sql += " WHERE " + first + " COLLATE NOCASE >= ?1";
-  return sql + " ORDER BY " + first + " COLLATE NOCASE";
+  if (from.type != 0 && from.type != SQLITE_NULL) sql += " WHERE " + order + " >= ?1";
+  return sql + " ORDER BY " + order;
 }
 
 void addCell(Rows& rows, sqlite3_stmt* row, int column) {
@@ -160,7 +162,7 @@ class Scan {
     fold(trimmed(request.text), needle_);
     skip_ = position_.passed;
     position_.passed = 0;
-    orderColumn_ = request.columns.empty() ? 0 : 1;
+    orderColumn_ = position_.byKey ? 0 : 1;
     columns_ = static_cast<int>(request.columns.size()) + 1;
     position_.bind(statement_);
   }
@@ -234,6 +236,11 @@ class Scan {
 
 SearchPage ViewSearch::page(const SearchRequest& request, Watch& watch) {
   Position from = Position::parse(request.continuation);
+  if (request.columns.empty()) {
+    from.byKey = true;
+  } else if (request.continuation.empty()) {
+    from.byKey = isOrderedByKey(request);
+  }
   const std::string sql = searchStatement(request, from);
   SearchPage page;
   Scan scan(request, std::move(from), prepared(sql), folded_);
@@ -241,6 +248,46 @@ SearchPage ViewSearch::page(const SearchRequest& request, Watch& watch) {
   if (result == SQLITE_ROW || result == SQLITE_DONE) return page;
   watch.rethrowStop(sql);
   throw lastError(database_, sql);
+}
+
+bool ViewSearch::isOrderedByKey(const SearchRequest& request) {
+  Position start;
+  const std::string byText = searchStatement(request, start);
+  const auto known = orderedByKey_.find(byText);
+  if (known != orderedByKey_.end()) return known->second;
+  start.byKey = true;
+  const std::string byKey = searchStatement(request, start);
+  const bool ordered = sorts(byText) && !sorts(byKey) && isLong(request.view);
+  if (orderedByKey_.size() >= kMostStatements) orderedByKey_.clear();
+  return orderedByKey_[byText] = ordered;
+}
+
+bool ViewSearch::sorts(const std::string& sql) {
+  constexpr int kDetail = 3;
+  const auto plan = prepare("EXPLAIN QUERY PLAN " + sql);
+  bool found = false;
+  int result = SQLITE_OK;
+  while (!found && (result = sqlite3_step(plan.get())) == SQLITE_ROW)
+    found = cellText(plan.get(), kDetail).find("FOR ORDER BY") != std::string_view::npos;
+  if (!found && result != SQLITE_DONE) throw lastError(database_, sql);
+  return found;
+}
+
+bool ViewSearch::isLong(std::string_view view) {
+  const std::string sql = "SELECT count(*) FROM (SELECT 1 FROM " + quotedName(viewName(view)) + " LIMIT " +
+                          std::to_string(kLongestSorted + 1) + ")";
+  const auto count = prepare(sql);
+  if (sqlite3_step(count.get()) != SQLITE_ROW) throw lastError(database_, sql);
+  return sqlite3_column_int(count.get(), 0) > kLongestSorted;
+}
+
+ViewSearch::Statement ViewSearch::prepare(const std::string& sql) {
+  sqlite3_stmt* statement = nullptr;
+  const int result = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()),
+                                        SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  Statement owned(statement);
+  if (result != SQLITE_OK) throw lastError(database_, sql);
+  return owned;
 }
 
 sqlite3_stmt* ViewSearch::prepared(const std::string& sql) {
@@ -256,12 +303,7 @@ sqlite3_stmt* ViewSearch::prepared(const std::string& sql) {
     });
     if (idle != statements_.end()) statements_.erase(idle);
   }
-  sqlite3_stmt* statement = nullptr;
-  const int result = sqlite3_prepare_v3(database_, sql.data(), static_cast<int>(sql.size()),
-                                        SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
-  std::unique_ptr<sqlite3_stmt, Finalize> owned(statement);
-  if (result != SQLITE_OK) throw lastError(database_, sql);
-  return statements_.emplace(sql, std::move(owned)).first->second.get();
+  return statements_.emplace(sql, prepare(sql)).first->second.get();
 }
 
 }  // namespace ledgertree::data::embedded

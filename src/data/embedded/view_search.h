@@ -14,6 +14,9 @@ namespace ledgertree::data::embedded {
 
 /// Searches in the views of selectors and pickers. It reads the rows in their order, folds the text of each,
 /// and stops at the page's last hit; nothing of the view is kept.
+///
+/// A long view whose order has no index is read in the order of its ID instead: it would be sorted as a whole
+/// for every slice.
 class ViewSearch {
  public:
   explicit ViewSearch(sqlite3* database) : database_(database) {}
@@ -26,12 +29,22 @@ class ViewSearch {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
+  using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+  bool isOrderedByKey(const SearchRequest& request);
+  /// Whether SQLite has to sort the rows of a statement.
+  bool sorts(const std::string& sql);
+  bool isLong(std::string_view view);
+  Statement prepare(const std::string& sql);
   sqlite3_stmt* prepared(const std::string& sql);
 
   static constexpr std::size_t kMostStatements = 32;
+  /// As many rows are sorted within a few slices.
+  static constexpr int kLongestSorted = 20000;
 
   sqlite3* database_;
-  std::map<std::string, std::unique_ptr<sqlite3_stmt, Finalize>> statements_;
+  std::map<std::string, Statement> statements_;
+  std::map<std::string, bool> orderedByKey_;
   std::string folded_;
 };
 
