@@ -2,6 +2,7 @@
 
 #include "data/embedded/embedded_engine.h"
 #include "ledgertree/qt_desktop.h"
+#include "qt/notice_dialog.h"
 #include "qt/qt_desktop.h"
 #include "shell/ledger_tree_control_session.h"
 
@@ -13,6 +14,7 @@ void installQtDesktop(const QtDesktopOptions& options) {
   if (options.container != nullptr) desktop->embed("FormMain", options.container);
   shell::Shell& shell = ControlSession::install(std::move(desktop)).shell();
   data::embedded::registerEmbedded(shell.providers);
+  qt::registerNoticeDialog(shell.components);
 }
 
 }  // namespace ledgertree

@@ -20,7 +20,9 @@ constexpr Bounds inBar(int place) { return {12330 - place * 1290, 105, 1230, 405
 // frame.
 constexpr int rowTop(int row) { return 120 + row * 330; }
 constexpr Bounds label(int row) { return {6195, rowTop(row) + 30, 1275, 240}; }
-constexpr Bounds wideField(int row) { return {1500, rowTop(row), 4635, 300}; }
+constexpr Bounds wideField(int row) { return {90, rowTop(row), 6045, 300}; }
+/// The title stands behind the ID, so that the Tab key goes from the one to the other.
+constexpr Bounds kTitleField{90, rowTop(0), 4950, 300};
 constexpr Bounds rightField(int row) { return {3930, rowTop(row), 2205, 300}; }
 constexpr Bounds leftLabel(int row) { return {2700, rowTop(row) + 30, 1170, 240}; }
 constexpr Bounds leftField(int row) { return {90, rowTop(row), 2550, 300}; }
@@ -44,9 +46,9 @@ MainScreen::MainScreen(shell::Shell& shell)
       progressBar(*this, "ProgressBar", {60, 615, 13500, 90}),
       frameMain(*this, "frameMain", {60, 720, 7560, 3300}),
       lblTitle(*this, "lblTitle", label(0), "عنوان:", &frameMain),
-      sltAccount(*this, shell, "sltAccount", wideField(0), &frameMain),
-      txtTitle(*this, "txtTitle", wideField(0), &frameMain),
-      txtID(*this, "txtID", {90, rowTop(0), 1350, 300}, &frameMain),
+      sltAccount(*this, shell, "sltAccount", kTitleField, &frameMain),
+      txtTitle(*this, "txtTitle", kTitleField, &frameMain),
+      txtID(*this, "txtID", {5100, rowTop(0), 1035, 300}, &frameMain),
       lblParent(*this, "lblParent", label(1), "حساب مادر:", &frameMain),
       sltParent(*this, shell, "sltParent", wideField(1), &frameMain),
       lblCode(*this, "lblCode", label(2), "کد:", &frameMain),
