@@ -116,7 +116,7 @@ class RelationStory : public AccountStory {
 
   static std::string ending(const Notice& told) {
     const std::string start = "از آنجايي كه قبلا حساب 2...دارنده";
-    const std::string end = " تخصيص داده شده است، امکان تعريف حساب ديگري با همين مشخصات وجود ندارد. ";
+    const std::string end = " تخصيص داده شده است، امكان تعريف حساب ديگري با همين مشخصات وجود ندارد. ";
     EXPECT_EQ(told.title, "خطا در ثبت");
     if (told.message == start + " به اين گروه حساب، نوع موجوديت و موجوديت" + end) return "A ";
     if (told.message == start + " به اين گروه حساب" + end) return "B ";
