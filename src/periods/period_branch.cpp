@@ -125,7 +125,10 @@ void FormPeriodBranch::refreshPeriodGrid(std::int32_t accountID) {
 }
 
 std::vector<FormPeriodBranch::Period> FormPeriodBranch::selectedPeriods() const {
-  const auto [first, last] = std::minmax(flxPeriodBranch.currentRow(), flxPeriodBranch.selectionEnd());
+  const int cursor = flxPeriodBranch.currentRow();
+  const int otherEnd = flxPeriodBranch.selectionEnd();
+  const int first = std::min(cursor, otherEnd);
+  const int last = std::max(cursor, otherEnd);
   std::vector<Period> periods;
   for (int row = first; row <= last; ++row) {
     periods.push_back({.id = data::toNumber(flxPeriodBranch.text(row, kPeriodID)).asInt32(),
