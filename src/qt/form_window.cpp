@@ -314,21 +314,13 @@ void FormWindow::startTimers() {
 
 void FormWindow::focusFirst() {
   ui::Control* first = form_->firstFocus();
-  if (first == nullptr || !first->withinReach()) {
-    first = nullptr;
-    for (QWidget* widget : tabOrderOf(nullptr)) {
-      ControlView* view = byFocusWidget_.at(widget);
-      if (first == nullptr && view->base().withinReach() && view->base().takesFocus()) first = &view->base();
-    }
-  }
-  if (first != nullptr) moveFocus(*first);
+  if (first != nullptr && first->withinReach() && first->takesFocus()) return moveFocus(*first);
+  reportFocus();
 }
 
 void FormWindow::popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top) {
   const QPoint corner = canvas_->mapToGlobal(QPoint(scale_.pixels(left), scale_.pixels(top)));
-  QMenu* popUp = menus_.makePopUp(menu, *this);
-  // Opened from the right, a menu has its right corner at the place; the place names the left one.
-  popUp->popup(corner + QPoint(popUp->sizeHint().width(), 0));
+  menus_.makePopUp(menu, *this)->popup(corner);
 }
 
 // What a person does.
@@ -417,7 +409,7 @@ void FormWindow::focusArrived(ControlView& view) {
     QTimer::singleShot(0, this, [this] { reportFocus(); });
     return;
   }
-  scroll_->ensureWidgetVisible(&view.widget(), 0, 0);
+  bringIntoView(view.widget());
   desktop_->setKeyboardTarget(this);
   if (form_->focused() != &view.base()) {
     keyboard_ = chosenKeyboard_ = KeyboardLayout::Own;
@@ -426,14 +418,45 @@ void FormWindow::focusArrived(ControlView& view) {
   showKeyboard();
 }
 
+void FormWindow::bringIntoView(const QWidget& widget) {
+  // The scroll area's own way to do it takes the bar for one that runs from the left.
+  const QRect room = scroll_->viewport()->rect();
+  const QRect place(widget.mapTo(scroll_->viewport(), QPoint(0, 0)), widget.size());
+  int right = 0;
+  int down = 0;
+  if (place.right() > room.right()) {
+    right = room.right() - place.right();
+  } else if (place.left() < room.left()) {
+    right = std::min(room.left() - place.left(), room.right() - place.right());
+  }
+  if (place.top() < room.top()) {
+    down = room.top() - place.top();
+  } else if (place.bottom() > room.bottom()) {
+    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
+  }
+  QScrollBar& across = *scroll_->horizontalScrollBar();
+  across.setValue(across.value() + right);
+  QScrollBar& along = *scroll_->verticalScrollBar();
+  along.setValue(along.value() - down);
+}
+
 void FormWindow::reportFocus() {
   if (form_ == nullptr || showing_ == Showing::Hidden) return;
   const auto found = byFocusWidget_.find(focusWidget());
-  if (found != byFocusWidget_.end()) {
-    focusArrived(*found->second);
-  } else {
-    form_->focusMoved(nullptr);
+  if (found != byFocusWidget_.end() && found->second->base().withinReach())
+    return focusArrived(*found->second);
+  // What had the focus is out of reach now: the next one that can takes it.
+  auto order = tabOrderOf(nullptr);
+  const ControlView* lost = viewOf(form_->focused());
+  if (lost != nullptr) {
+    const auto place = std::find(order.begin(), order.end(), const_cast<ControlView*>(lost)->focusWidget());
+    std::rotate(order.begin(), place, order.end());
   }
+  for (QWidget* widget : order) {
+    ui::Control& control = byFocusWidget_.at(widget)->base();
+    if (control.withinReach() && control.takesFocus()) return moveFocus(control);
+  }
+  form_->focusMoved(nullptr);
 }
 
 void FormWindow::chooseKeyboard(KeyboardLayout layout) {
@@ -481,6 +504,9 @@ void FormWindow::controlChanged(ui::Control& control, ui::Change change) {
     default:
       view->sync(change);
   }
+  const bool reach = change == ui::Change::Visible || change == ui::Change::Enabled;
+  if (reach && form_ != nullptr && form_->focused() != nullptr && !form_->focused()->withinReach())
+    QTimer::singleShot(0, this, [this] { reportFocus(); });
 }
 
 void FormWindow::treeChanged(ui::Tree& tree, const ui::TreeChange& change) {

@@ -100,6 +100,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void focusFirst();
   void focusArrived(ControlView& view);
   void reportFocus();
+  void bringIntoView(const QWidget& widget);
   [[nodiscard]] bool shortcut(const QKeyEvent& event);
   void toggleKeyboard();
   void showKeyboard();

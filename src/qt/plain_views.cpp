@@ -181,7 +181,12 @@ void ProgressBarView::sync(ui::Change change) {
   bar.setTextVisible(!bar.words.isEmpty());
   // A work of nothing is done; without a maximum the bar would run to and fro.
   bar.setMaximum(std::max(control().maximum(), 1));
-  bar.setValue(control().maximum() == 0 ? 0 : control().value());
+  // At 0 the style would still draw a sliver.
+  if (control().value() == 0) {
+    bar.reset();
+  } else {
+    bar.setValue(control().value());
+  }
   bar.update();
 }
 

@@ -202,23 +202,30 @@ void TextEditor::put(char32_t character) {
 }
 
 void TextEditor::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (enter && !isReadOnly() && (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0) {
+    event->accept();
+    const auto filter = typist.filter;
+    if (!filter || filter(U'\r') != 0) put(U'\n');
+    return;
+  }
   if (!typeKey(*this, *event, isReadOnly(), [this](char32_t character) { put(character); }))
-    QPlainTextEdit::keyPressEvent(event);
+    QTextEdit::keyPressEvent(event);
 }
 
 void TextEditor::keyReleaseEvent(QKeyEvent* event) {
-  QPlainTextEdit::keyReleaseEvent(event);
+  QTextEdit::keyReleaseEvent(event);
   const auto keyUp = typist.keyUp;
   if (!event->isAutoRepeat() && keyUp) keyUp();
 }
 
 void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
-  if (event->commitString().isEmpty() || isReadOnly()) return QPlainTextEdit::inputMethodEvent(event);
+  if (event->commitString().isEmpty() || isReadOnly()) return QTextEdit::inputMethodEvent(event);
   const Typist copied = typist;
   QInputMethodEvent passed(event->preeditString(), event->attributes());
   passed.setCommitString(filtered(event->commitString(), copied), event->replacementStart(),
                          event->replacementLength());
-  QPlainTextEdit::inputMethodEvent(&passed);
+  QTextEdit::inputMethodEvent(&passed);
   if (copied.keyUp) copied.keyUp();
 }
 
@@ -275,8 +282,8 @@ void TextFieldView::makeText(QWidget& parent) {
   text_->typist = typist();
   text_->limit = control().maximumLength();
   text_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-  connect(text_, &QPlainTextEdit::textChanged, this, [this] { personEdited(); });
-  connect(text_, &QPlainTextEdit::cursorPositionChanged, this, [this] { personMovedCaret(); });
+  connect(text_, &QTextEdit::textChanged, this, [this] { personEdited(); });
+  connect(text_, &QTextEdit::cursorPositionChanged, this, [this] { personMovedCaret(); });
 }
 
 Typist TextFieldView::typist() {
@@ -295,7 +302,22 @@ QWidget& TextFieldView::widget() {
   return *line_;
 }
 
-QString TextFieldView::shownText() const { return text_ != nullptr ? text_->toPlainText() : line_->text(); }
+QString TextFieldView::shownText() const {
+  if (line_ != nullptr) return line_->text();
+  // Unlike the plain text of a document, its raw text keeps blanks that don't break.
+  QString text = text_->document()->toRawText();
+  for (QChar& unit : text) {
+    if (unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator) unit = QLatin1Char('\n');
+  }
+  return text;
+}
+
+QString TextFieldView::heldText() const {
+  QString text = toQt(control().text());
+  if (text_ != nullptr)
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(QLatin1Char('\r'), QLatin1Char('\n'));
+  return text;
+}
 
 int TextFieldView::shownCaret() const {
   return text_ != nullptr ? text_->textCursor().position() : line_->cursorPosition();
@@ -310,14 +332,14 @@ void TextFieldView::personEdited() {
 }
 
 void TextFieldView::personMovedCaret() {
-  if (echo_ > 0 || !standing() || toQt(control().text()) != shownText()) return;
+  if (echo_ > 0 || !standing() || heldText() != shownText()) return;
   const Echo echo(echo_);
   control().setCaret(charactersOf(shownText(), shownCaret()));
 }
 
 void TextFieldView::syncText() {
   const Echo echo(echo_);
-  const QString text = toQt(control().text());
+  const QString text = heldText();
   const bool sameText = text == shownText();
   // A field that nobody types in shows the beginning of its text, wherever its caret will be.
   const bool resting = !widget().hasFocus();
@@ -330,7 +352,7 @@ void TextFieldView::syncText() {
   }
   if (!sameText) text_->setPlainText(text);
   QTextCursor cursor = text_->textCursor();
-  cursor.setPosition(std::min(caret, static_cast<int>(text_->toPlainText().size())));
+  cursor.setPosition(std::min(caret, static_cast<int>(text.size())));
   text_->setTextCursor(cursor);
 }
 

@@ -2,7 +2,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
+#include <QTextEdit>
 #include <functional>
 
 #include "qt/control_view.h"
@@ -49,9 +49,12 @@ class LineEditor : public QLineEdit {
 };
 
 /// The same over several lines.
-class TextEditor : public QPlainTextEdit {
+class TextEditor : public QTextEdit {
  public:
-  explicit TextEditor(QWidget& parent) : QPlainTextEdit(&parent) { setTabChangesFocus(true); }
+  explicit TextEditor(QWidget& parent) : QTextEdit(&parent) {
+    setTabChangesFocus(true);
+    setAcceptRichText(false);
+  }
   Typist typist;
   std::size_t limit = 0;
 
@@ -88,6 +91,8 @@ class TextFieldView : public ViewOf<ui::TextField> {
   void personEdited();
   void personMovedCaret();
   [[nodiscard]] QString shownText() const;
+  /// The control's text as the editor has it: with one kind of line break.
+  [[nodiscard]] QString heldText() const;
   [[nodiscard]] int shownCaret() const;
 
   std::function<KeyboardLayout()> layout_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QCursor>
 #include <QLabel>
@@ -10,12 +11,12 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTableView>
+#include <QTextEdit>
 #include <QTimer>
 
 #include "screen.h"
@@ -70,6 +71,251 @@ TEST(FormWindow, APersonTypesThroughTheFilterAndTheCaretStaysWhereItIs) {
 
   screen.type(form.txtMother, "5");
   EXPECT_EQ(form.txtMother.text(), "") << "a locked field takes no key";
+}
+
+TEST(FormWindow, NotesOfSeveralLinesKeepEveryCharacter) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.txtNotes.setMaximumLength(12);
+  form.txtNotes.setText("سطر يك\r\nدو\u00A0سه");
+  screen.show();
+  auto& editor = screen.widget<QTextEdit>(form.txtNotes);
+  form.txtNotes.focus();
+  form.txtNotes.setCaret(0);
+  screen.press(form.txtNotes, Qt::Key_Delete);
+  EXPECT_EQ(form.txtNotes.text(), "طر يك\nدو\u00A0سه");
+  screen.press(form.txtNotes, Qt::Key_Return);
+  EXPECT_EQ(form.txtNotes.text(), "\nطر يك\nدو\u00A0سه") << "the twelfth character has room";
+  screen.press(form.txtNotes, Qt::Key_Return);
+  screen.type(form.txtNotes, "x");
+  EXPECT_EQ(form.txtNotes.text().size(), std::string("\nطر يك\nدو\u00A0سه").size());
+  editor.selectAll();
+  QApplication::clipboard()->setText(QString::fromUtf8("0123456789𝟘𝟙XYZ"));
+  screen.press(form.txtNotes, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(form.txtNotes.text(), "0123456789𝟘𝟙");
+  EXPECT_EQ(form.txtNotes.caret(), 12u);
+}
+
+TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.optAll.onClick = [&] { form.said.emplace_back("all"); };
+  form.optPeriodic.onClick = [&] { form.said.emplace_back("periodic"); };
+  // The form may overrule what the person did: the screen shows what the control holds.
+  form.chkDeep.onClick = [&] { form.chkDeep.setValue(0); };
+  form.lstPeriod.onSelect = [&] { form.said.push_back(form.lstPeriod.selectedText()); };
+  form.grid.onSelectionChange = [&] {
+    form.said.push_back(std::to_string(form.grid.currentRow()) + ".." +
+                        std::to_string(form.grid.selectionEnd()));
+  };
+  screen.show();
+  auto& all = screen.widget<QRadioButton>(form.optAll);
+  auto& periodic = screen.widget<QRadioButton>(form.optPeriodic);
+
+  EXPECT_FALSE(all.isChecked() || periodic.isChecked());
+  screen.click(form.optAll);
+  screen.click(form.optAll);
+  screen.press(form.optAll, Qt::Key_Down);
+  EXPECT_TRUE(periodic.isChecked() && !all.isChecked() && periodic.hasFocus());
+  form.optAll.setValue(true);
+  EXPECT_TRUE(all.isChecked() && !periodic.isChecked());
+  EXPECT_EQ(form.said, (std::vector<std::string>{"all", "all", "periodic"}));
+
+  QTest::mouseClick(&screen.widget(form.chkDeep), Qt::LeftButton, {},
+                    QPoint(screen.widget(form.chkDeep).width() - 8, 8));
+  EXPECT_FALSE(screen.widget<QCheckBox>(form.chkDeep).isChecked());
+
+  form.said.clear();
+  auto& combo = screen.widget<QComboBox>(form.lstPeriod);
+  EXPECT_EQ(combo.currentIndex(), -1) << "nothing is selected until somebody selects";
+  screen.press(form.lstPeriod, Qt::Key_Down);
+  screen.press(form.lstPeriod, Qt::Key_Down);
+  EXPECT_EQ(form.said, (std::vector<std::string>{"1402", "1403"}));
+  form.lstPeriod.removeItem(1);
+  EXPECT_EQ(combo.currentIndex(), -1);
+  EXPECT_EQ(combo.count(), 2);
+  EXPECT_EQ(combo.itemText(1), QStringLiteral("1404"));
+
+  auto& list = screen.widget<QListView>(form.lstBranches);
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(list.model()->index(1, 0)).center());
+  EXPECT_EQ(form.lstBranches.selectedText(), "شيراز");
+  screen.press(form.lstBranches, Qt::Key_End);
+  EXPECT_EQ(list.currentIndex().row(), 2);
+
+  form.said.clear();
+  auto& table = screen.widget<QTableView>(form.grid);
+  const auto cell = [&](int row) { return table.visualRect(table.model()->index(row, 1)).center(); };
+  EXPECT_TRUE(table.isColumnHidden(0));
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell(0));
+  screen.press(form.grid, Qt::Key_Down);
+  screen.press(form.grid, Qt::Key_Down, Qt::ShiftModifier);
+  QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell(3));
+  EXPECT_EQ(form.said, (std::vector<std::string>{"0..0", "1..1", "2..1", "3..1"}));
+  EXPECT_EQ(table.selectionModel()->selectedRows().size(), 3);
+  form.grid.clearRows();
+  EXPECT_EQ(table.model()->rowCount(), 0);
+  form.grid.addRow({"9", "كلاس 9", "2"});
+  EXPECT_EQ(table.model()->index(0, 1).data().toString(), QString::fromUtf8("كلاس 9"));
+  EXPECT_TRUE(table.selectionModel()->isRowSelected(0));
+}
+
+TEST(FormWindow, WhatIsOutOfReachTakesNothing) {
+  Screen screen;
+  auto& form = *screen.form;
+  int clicks = 0;
+  form.cmdSave.onClick = [&] { ++clicks; };
+  form.optAll.onClick = [&] { ++clicks; };
+  form.record.setEnabled(false);
+  form.views.setVisible(false);
+  form.cmdSave.setEnabled(false);
+  screen.show();
+  screen.click(form.cmdSave);
+  screen.press(form.cmdNew, Qt::Key_S, Qt::ControlModifier);
+  screen.type(form.txtTitle, "abc");
+  EXPECT_EQ(clicks, 0);
+  EXPECT_EQ(form.txtTitle.text(), "");
+  EXPECT_FALSE(screen.widget(form.txtTitle).isEnabled());
+  EXPECT_FALSE(screen.widget(form.optAll).isVisible());
+  form.record.setEnabled(true);
+  form.txtTitle.focus();
+  screen.type(form.txtTitle, "abc");
+  EXPECT_EQ(form.txtTitle.text(), "abc");
+}
+
+TEST(FormWindow, TheFocusGoesAsTheEyeGoes) {
+  Screen screen;
+  auto& form = *screen.form;
+  for (ui::Control* control : form.controls()) {
+    control->onGotFocus = [&form, control] { form.said.push_back(control->name()); };
+    control->onLostFocus = [&form, control] { form.said.push_back("-" + control->name()); };
+  }
+  form.lstPeriod.select(0);
+  form.setFirstFocus(form.cmdExit);
+  screen.show();
+  EXPECT_EQ(form.focused(), &form.cmdExit);
+  form.cmdNew.focus();
+  std::vector<std::string> met;
+  for (int step = 0; step < 14; ++step) {
+    met.push_back(form.focused()->name());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  EXPECT_EQ(met, (std::vector<std::string>{"cmdNew", "cmdSave", "cmdExit", "optAll", "optPeriodic", "tree",
+                                           "txtTitle", "txtCode", "txtMother", "sltParent", "txtNotes",
+                                           "lstBranches", "chkDeep", "lstPeriod"}));
+  form.said.clear();
+  form.txtCode.focus();
+  form.txtCode.focus();
+  EXPECT_EQ(form.said, (std::vector<std::string>{"-grid", "txtCode"}));
+  EXPECT_TRUE(screen.widget(form.txtCode).hasFocus());
+
+  // A program that takes the focused control out of reach: the form hears of the move when it is done.
+  form.said.clear();
+  form.record.setEnabled(false);
+  EXPECT_TRUE(form.said.empty());
+  Screen::settle();
+  EXPECT_EQ(form.said, (std::vector<std::string>{"-txtCode", "cmdNew"}));
+  EXPECT_TRUE(screen.widget(form.cmdNew).hasFocus());
+}
+
+TEST(FormWindow, EveryCommandHasAKeyAndEveryFieldAName) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.cmdSave.onClick = [&] { form.said.emplace_back("save"); };
+  form.cmdExit.onClick = [&] { form.said.emplace_back("exit"); };
+  form.cmdNew.onClick = [&] { form.said.emplace_back("new"); };
+  form.setDefaultButton(form.cmdNew);
+  screen.show();
+  form.txtTitle.focus();
+  screen.press(form.txtTitle, Qt::Key_S, Qt::ControlModifier);
+  // The same key while the desktop's own layout is Persian.
+  QTest::sendKeyEvent(QTest::Click, &screen.widget(form.txtTitle), static_cast<Qt::Key>(0x0633), QString(),
+                      Qt::ControlModifier);
+  screen.press(form.txtTitle, Qt::Key_Escape);
+  screen.press(form.txtTitle, Qt::Key_Return);
+  screen.press(form.txtNotes, Qt::Key_Return);
+  screen.press(form.cmdExit, Qt::Key_Return);
+  EXPECT_EQ(form.said, (std::vector<std::string>{"save", "save", "exit", "new", "exit"}));
+  screen.press(form.txtTitle, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(form.focused(), &form.sltParent);
+
+  EXPECT_TRUE(screen.widget(form.cmdSave).toolTip().contains(QString::fromUtf8("ثبت حساب")));
+  EXPECT_TRUE(screen.widget(form.cmdSave).toolTip().contains(QStringLiteral("Ctrl+S")));
+  EXPECT_EQ(screen.widget(form.txtTitle).accessibleName(), QString::fromUtf8("عنوان"));
+  EXPECT_EQ(screen.widget(form.txtNotes).accessibleName(), QString::fromUtf8("توضيحات"));
+  EXPECT_EQ(screen.widget(form.cmdNew).accessibleName(), QString::fromUtf8("جديد"));
+  EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
+}
+
+TEST(FormWindow, ALargerWindowResizesTheFormAndASmallerOneScrolls) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.onResized = [&] {
+    form.tree.setBounds({7000, 1500, form.size().width - 7120, form.size().height - 1660});
+  };
+  screen.show();
+  auto& window = screen.window();
+  const auto& scroll = *window.findChild<QScrollArea*>();
+
+  window.resize(1900, 900);
+  Screen::settle();
+  EXPECT_GT(form.size().width, form.designSize().width * 3 / 2);
+  const QWidget& tree = screen.widget(form.tree);
+  const int right = tree.mapTo(&window, QPoint(tree.width(), 0)).x();
+  EXPECT_NEAR(right, 1900 - 8, 3);
+  EXPECT_FALSE(scroll.horizontalScrollBar()->isVisible() || scroll.verticalScrollBar()->isVisible());
+
+  window.resize(600, 300);
+  Screen::settle();
+  EXPECT_EQ(form.size(), form.designSize());
+  EXPECT_TRUE(scroll.horizontalScrollBar()->isVisible() && scroll.verticalScrollBar()->isVisible());
+  // Where the focus goes the window follows.
+  form.grid.focus();
+  EXPECT_TRUE(scroll.viewport()->rect().contains(
+      screen.widget(form.grid).mapTo(scroll.viewport(), screen.widget(form.grid).rect().bottomLeft())));
+
+  // A font twice as large makes everything twice as large.
+  const QSize small = screen.widget(form.cmdNew).size();
+  const QFont font = QApplication::font();
+  QFont large = font;
+  large.setPointSizeF(font.pointSizeF() * 2);
+  QApplication::setFont(large);
+  Screen::settle();
+  EXPECT_NEAR(screen.widget(form.cmdNew).width(), small.width() * 2, 2);
+  EXPECT_NEAR(screen.widget(form.cmdNew).height(), small.height() * 2, 2);
+  QApplication::setFont(font);
+  Screen::settle();
+  EXPECT_EQ(screen.widget(form.cmdNew).size(), small);
+}
+
+TEST(FormWindow, MenusShowWhatTheirEntriesSay) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.mnuNew.onClick = [&] { form.said.emplace_back("new"); };
+  form.mnuMark.onClick = [&] { form.mnuNew.setEnabled(false); };
+  screen.show();
+  const auto action = [&](const char* name) {
+    const auto found = screen.window().findChildren<QAction*>(QString::fromLatin1(name));
+    return found.isEmpty() ? nullptr : found.back();
+  };
+  EXPECT_FALSE(action("mnuHidden")->isVisible());
+  EXPECT_TRUE(action("mnuMark")->isChecked());
+  action("mnuNew")->trigger();
+  action("mnuMark")->trigger();
+  EXPECT_TRUE(action("mnuMark")->isChecked()) << "the entry says whether it is marked";
+  EXPECT_FALSE(action("mnuNew")->isEnabled());
+  action("mnuNew")->trigger();
+  EXPECT_EQ(form.said, (std::vector<std::string>{"new"}));
+  form.mnuMark.setChecked(false);
+  form.mnuHidden.setVisible(true);
+  EXPECT_FALSE(action("mnuMark")->isChecked());
+  EXPECT_TRUE(action("mnuHidden")->isVisible());
+
+  screen.desktop.popUpMenu(form, form.mnuFile, form.tree.bounds().left, form.tree.bounds().top);
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->geometry().topLeft(), screen.widget(form.tree).mapToGlobal(QPoint(0, 0)));
+  QTest::keyClick(menu, Qt::Key_Escape);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,90 @@
+#include "qt/persian_keyboard.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+
+#include "screen.h"
+
+namespace ledgertree::test {
+namespace {
+
+/// A key as a keyboard sends it: with the number of its place.
+void key(QWidget& widget, int code, const char* text, unsigned place, Qt::KeyboardModifiers modifiers = {}) {
+  QKeyEvent press(QEvent::KeyPress, code, modifiers, place, 0, 0, QString::fromUtf8(text));
+  QApplication::sendEvent(&widget, &press);
+  QKeyEvent release(QEvent::KeyRelease, code, modifiers, place, 0, 0, QString::fromUtf8(text));
+  QApplication::sendEvent(&widget, &release);
+}
+
+class KeyboardScreen : public Screen {
+ public:
+  explicit KeyboardScreen(const char* layout = "00000429") {
+    for (ui::Control* field :
+         {static_cast<ui::Control*>(&form->txtTitle), static_cast<ui::Control*>(&form->sltParent)})
+      field->onGotFocus = [this, layout] { desktop.chooseKeyboardLayout(layout); };
+    show();
+    form->txtTitle.focus();
+  }
+  [[nodiscard]] std::string tag(const ui::Control& field) const {
+    const auto* label = widget(field).findChild<QLabel*>();
+    return label->isVisible() ? qt::fromQt(label->text()) : std::string();
+  }
+};
+
+TEST(PersianKeyboard, LatinKeysWritePersianLetters) {
+  KeyboardScreen screen;
+  auto& title = screen.form->txtTitle;
+  EXPECT_EQ(screen.tag(title), "فا");
+  screen.type(title, "lha~dk, H' 12;C");
+  EXPECT_EQ(title.text(), "ماش÷ینو آگ 12کژ") << "by the letters, with the digits as they are";
+
+  // A letter that is Persian already, and marks that a Persian layout has at other places, stay.
+  title.setText("");
+  auto& line = screen.widget(title);
+  key(line, 0x0633, "س", 39);
+  key(line, Qt::Key_BracketLeft, "[", 33, Qt::ShiftModifier);
+  EXPECT_EQ(title.text(), "س[");
+  // A German keyboard has Z where Y is: the place counts.
+  title.setText("");
+  key(line, Qt::Key_Z, "z", 29);
+  key(line, Qt::Key_A, "A", 38);
+  key(line, Qt::Key_Space, " ", 65, Qt::ShiftModifier);
+  EXPECT_EQ(title.text(), "غش\u200C")
+      << "the capitals lock isn't Shift, and Shift with the space bar joins words";
+}
+
+TEST(PersianKeyboard, OneKeySwitchesAndTheFieldSaysWhichLanguageIsOn) {
+  KeyboardScreen screen;
+  auto& form = *screen.form;
+  screen.press(form.txtTitle, Qt::Key_F8);
+  EXPECT_EQ(screen.tag(form.txtTitle), "EN");
+  screen.type(form.txtTitle, "Kasra");
+  screen.press(form.txtTitle, Qt::Key_F8);
+  screen.type(form.txtTitle, "d");
+  EXPECT_EQ(form.txtTitle.text(), "Kasraی");
+
+  // Each field has its own; a field that asks for none writes as the desktop does, until its person switches.
+  form.txtCode.focus();
+  EXPECT_EQ(screen.tag(form.txtTitle), "");
+  EXPECT_EQ(screen.tag(form.txtCode), "");
+  screen.type(form.txtCode, "a");
+  screen.press(form.txtCode, Qt::Key_F8);
+  screen.type(form.txtCode, "a");
+  EXPECT_EQ(form.txtCode.text(), "aش");
+  form.sltParent.focus();
+  EXPECT_EQ(screen.tag(form.sltParent), "فا");
+  screen.type(form.sltParent, "psh");
+  EXPECT_EQ(form.sltParent.text(), "حسا");
+}
+
+TEST(PersianKeyboard, TheArabicLayoutWritesLigaturesAsTwoLetters) {
+  KeyboardScreen screen("00000401");
+  EXPECT_EQ(screen.tag(screen.form->txtTitle), "ع");
+  screen.type(screen.form->txtTitle, "sbhl1");
+  EXPECT_EQ(screen.form->txtTitle.text(), "سلاام1");
+}
+
+}  // namespace
+}  // namespace ledgertree::test

@@ -1,0 +1,163 @@
+#include "qt/tree_view.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QTreeView>
+
+#include "screen.h"
+
+namespace ledgertree::test {
+namespace {
+
+constexpr const char* kPlaceholder = "!$@Dummy@$!";
+
+/// A tree that reads a level of three when its parent is first opened, as the screens do.
+class TreeScreen : public Screen {
+ public:
+  TreeScreen() {
+    auto& tree = form->tree;
+    tree.onExpand = [this](ui::NodeId node) { fill(node); };
+    tree.onNodeClick = [this](ui::NodeId node) { form->said.push_back("click " + form->tree.key(node)); };
+    const ui::NodeId root = tree.add(ui::kNoNode, "r", "سرفصل حسابها", 1);
+    tree.add(root, "r!", kPlaceholder);
+    tree.setExpanded(root, true);
+    fill(root);
+    form->setFirstFocus(form->cmdNew);
+    show();
+    view = &widget<QTreeView>(tree);
+  }
+
+  void fill(ui::NodeId node) {
+    auto& tree = form->tree;
+    if (tree.children(node).empty() || tree.text(tree.children(node).front()) != kPlaceholder) return;
+    tree.remove(tree.children(node).front());
+    const ui::Tree::Batch batch(tree);
+    const std::string key = tree.key(node);
+    for (int place = 1; place <= width; ++place) {
+      const std::string own = key + "." + std::to_string(place);
+      tree.add(tree.add(node, own, own + " ... حساب", place % 6 + 1), own + "!", kPlaceholder);
+    }
+  }
+
+  [[nodiscard]] QModelIndex at(const char* key) const {
+    return static_cast<qt::TreeModel*>(view->model())->indexOf(form->tree.find(key));
+  }
+  /// The place of the mark that opens a node, on its right.
+  [[nodiscard]] QPoint mark(const char* key) const {
+    const QRect item = view->visualRect(at(key));
+    return {item.right() + view->indentation() / 2, item.center().y()};
+  }
+  void mouse(const QPoint& place) const { QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place); }
+  /// What stands on the screen, from top to bottom.
+  [[nodiscard]] std::vector<std::string> lines() const {
+    std::vector<std::string> texts;
+    for (QModelIndex index = view->model()->index(0, 0); index.isValid(); index = view->indexBelow(index))
+      texts.push_back(form->tree.key(qt::TreeModel::nodeOf(index)));
+    return texts;
+  }
+
+  int width = 3;
+  QTreeView* view = nullptr;
+};
+
+TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
+  TreeScreen screen;
+  auto& tree = screen.form->tree;
+  EXPECT_EQ(screen.lines(), (std::vector<std::string>{"r", "r.1", "r.2", "r.3"}));
+  EXPECT_GT(screen.mark("r.1").x(), screen.view->width() * 3 / 4) << "the tree grows from the right";
+
+  screen.mouse(screen.mark("r.2"));
+  EXPECT_EQ(screen.lines(), (std::vector<std::string>{"r", "r.1", "r.2", "r.2.1", "r.2.2", "r.2.3", "r.3"}));
+  EXPECT_TRUE(tree.expanded(tree.find("r.2")));
+  screen.mouse(screen.mark("r.2"));
+  EXPECT_FALSE(tree.expanded(tree.find("r.2")));
+  EXPECT_EQ(screen.lines().size(), 4u);
+  EXPECT_TRUE(screen.form->said.empty()) << "opening is no click";
+
+  // By the keyboard: Left opens, Enter and Space click, and going from line to line is no click.
+  screen.mouse(screen.view->visualRect(screen.at("r.1")).center());
+  screen.press(tree, Qt::Key_Left);
+  screen.press(tree, Qt::Key_Down);
+  EXPECT_EQ(tree.key(tree.selected()), "r.1.1");
+  EXPECT_EQ(screen.view->currentIndex(), screen.at("r.1.1"));
+  screen.press(tree, Qt::Key_Return);
+  screen.press(tree, Qt::Key_Up);
+  screen.press(tree, Qt::Key_Right);
+  EXPECT_EQ(screen.form->said, (std::vector<std::string>{"click r.1", "click r.1.1"}));
+  EXPECT_EQ(screen.lines().size(), 4u);
+
+  // A double click opens and closes too, with the click that it begins with.
+  const QPoint third = screen.view->visualRect(screen.at("r.3")).center();
+  screen.mouse(third);
+  QTest::mouseDClick(screen.view->viewport(), Qt::LeftButton, {}, third);
+  EXPECT_TRUE(tree.expanded(tree.find("r.3")));
+
+  tree.setEnabled(false);
+  screen.mouse(screen.mark("r.2"));
+  EXPECT_FALSE(tree.expanded(tree.find("r.2")));
+}
+
+TEST(TreeView, AProgramsChangesReachTheScreen) {
+  TreeScreen screen;
+  auto& tree = screen.form->tree;
+  screen.mouse(screen.mark("r.1"));
+  screen.mouse(screen.mark("r.1.2"));
+  tree.remove(tree.find("r.1.1"));
+  EXPECT_EQ(screen.lines(), (std::vector<std::string>{"r", "r.1", "r.1.2", "r.1.2.1", "r.1.2.2", "r.1.2.3",
+                                                      "r.1.3", "r.2", "r.3"}));
+  tree.ensureVisible(tree.find("r.1.2.3"));
+  tree.select(tree.find("r.1.2.3"));
+  EXPECT_TRUE(screen.view->selectionModel()->isSelected(screen.at("r.1.2.3")));
+  tree.setImage(tree.find("r.2"), 6);
+
+  // A refresh: everything goes, and the tree stands there anew with numbers of nodes that are used again.
+  {
+    tree.remove(tree.find("r"));
+    EXPECT_TRUE(screen.lines().empty());
+    const ui::Tree::Batch batch(tree);
+    const ui::NodeId root = tree.add(ui::kNoNode, "r", "سرفصل حسابها", 1);
+    tree.add(root, "r!", kPlaceholder);
+    tree.setExpanded(root, true);
+    screen.fill(root);
+    tree.remove(tree.find("r.2"));
+  }
+  EXPECT_EQ(screen.lines(), (std::vector<std::string>{"r", "r.1", "r.3"}));
+  EXPECT_FALSE(screen.view->currentIndex().isValid());
+  tree.clear();
+  EXPECT_TRUE(screen.lines().empty());
+}
+
+TEST(TreeView, CheckBoxesAreTickedByThePerson) {
+  TreeScreen screen;
+  auto& tree = screen.form->tree;
+  tree.setCheckBoxes(true);
+  tree.onNodeCheck = [&](ui::NodeId node) { screen.form->said.push_back("tick " + tree.key(node)); };
+  screen.view->viewport()->update();
+  Screen::settle();
+  const QRect line = screen.view->visualRect(screen.at("r.1"));
+  screen.mouse({line.right() - 8, line.center().y()});
+  EXPECT_TRUE(tree.checked(tree.find("r.1")));
+  screen.mouse({line.center().x(), line.center().y()});
+  screen.press(tree, Qt::Key_Space);
+  EXPECT_FALSE(tree.checked(tree.find("r.1")));
+  EXPECT_EQ(screen.form->said, (std::vector<std::string>{"tick r.1", "click r.1", "tick r.1"}));
+}
+
+TEST(TreeView, ALevelOfAHundredThousandAccountsIsOneInsertion) {
+  TreeScreen screen;
+  screen.width = 100'000;
+  int insertions = 0;
+  QObject::connect(screen.view->model(), &QAbstractItemModel::rowsInserted, [&] { ++insertions; });
+  QElapsedTimer timer;
+  timer.start();
+  screen.mouse(screen.mark("r.2"));
+  Screen::settle();
+  RecordProperty("milliseconds", static_cast<int>(timer.elapsed()));
+  EXPECT_EQ(insertions, 1);
+  EXPECT_EQ(screen.view->model()->rowCount(screen.at("r.2")), 100'000);
+  EXPECT_EQ(screen.view->indexBelow(screen.at("r.2.100000")), screen.at("r.3"));
+}
+
+}  // namespace
+}  // namespace ledgertree::test
