@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "component_registrar.h"
 #include "data/embedded/embedded_engine.h"
 #include "ledgertree/qt_desktop.h"
 #include "qt/notice_dialog.h"
@@ -15,6 +16,7 @@ void installQtDesktop(const QtDesktopOptions& options) {
   shell::Shell& shell = ControlSession::install(std::move(desktop)).shell();
   data::embedded::registerEmbedded(shell.providers);
   qt::registerNoticeDialog(shell.components);
+  installComponentRegistrar(shell);
 }
 
 }  // namespace ledgertree

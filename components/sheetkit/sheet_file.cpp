@@ -1,0 +1,84 @@
+#include "sheetkit/sheet_file.h"
+
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#include "sheetkit/sheet_layout.h"
+#include "sheetkit/workbook.h"
+
+namespace ledgertree::sheetkit {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A file beside another that goes with the object, unless it takes that other one's place.
+class FileInTheMaking {
+ public:
+  explicit FileInTheMaking(const fs::path& file) : file_(file), own_(file) {
+    own_ += "." + std::to_string(std::random_device{}()) + ".part";
+  }
+  FileInTheMaking(const FileInTheMaking&) = delete;
+  FileInTheMaking& operator=(const FileInTheMaking&) = delete;
+  ~FileInTheMaking() {
+    std::error_code ignored;
+    fs::remove(own_, ignored);
+  }
+  [[nodiscard]] const fs::path& path() const { return own_; }
+  void takePlace() const {
+    std::error_code failure;
+    fs::rename(own_, file_, failure);
+    if (failure)
+      throw std::runtime_error(
+          "فايل صفحه گسترده جايگزين فايل پيشين نشد. اگر آن فايل در برنامه ديگري باز است، آن را ببنديد و "
+          "دوباره "
+          "تلاش کنيد.");
+  }
+
+ private:
+  fs::path file_;
+  fs::path own_;
+};
+
+/// Progress is asked about at most this often, in rows.
+constexpr std::int64_t kRowsAStep = 256;
+
+}  // namespace
+
+bool writeSheet(data::Connection& connection, std::string_view statement, const fs::path& file,
+                const Progress& progress, std::int64_t mostRows) {
+  SheetLayout layout;
+  bool goesOn = progress(0, 0);
+  if (!goesOn) return false;
+  connection.walk(statement, [&](const data::Rows& row) {
+    layout.measure(row);
+    if (layout.rows() % kRowsAStep == 0) goesOn = progress(layout.rows(), 0);
+    return goesOn && layout.rows() <= mostRows;
+  });
+  if (!goesOn) return false;
+  const auto refuseTooMany = [mostRows] {
+    throw std::runtime_error("تعداد حسابها از گنجايش صفحه گسترده (" + std::to_string(mostRows) +
+                             " رديف) بيشتر است. فايلي نوشته نشد.");
+  };
+  if (layout.rows() > mostRows) refuseTooMany();
+  if (layout.rows() == 0) throw std::runtime_error("حسابي براي انتقال وجود ندارد. فايلي نوشته نشد.");
+
+  const FileInTheMaking made(file);
+  std::int64_t done = 0;
+  Workbook book(made.path(), layout);
+  connection.walk(statement, [&](const data::Rows& row) {
+    // Somebody may have added accounts since they were counted.
+    if (done == mostRows) refuseTooMany();
+    book.add(row);
+    if (++done % kRowsAStep == 0) goesOn = progress(done, layout.rows());
+    return goesOn;
+  });
+  if (!goesOn) return false;
+  book.close();
+  made.takePlace();
+  return true;
+}
+
+}  // namespace ledgertree::sheetkit

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "data/rows.h"
+
+namespace ledgertree::sheetkit {
+
+/// What is learnt of the rows ahead of the writing: how many there are, and how wide each column is.
+class SheetLayout {
+ public:
+  void measure(const data::Rows& row);
+
+  [[nodiscard]] std::int64_t rows() const { return rows_; }
+  [[nodiscard]] const std::vector<std::string>& headings() const { return headings_; }
+  /// In characters of the sheet's font, heading and filter button included.
+  [[nodiscard]] double width(std::size_t column) const;
+
+  /// The depth of a row, 0 at the top; 0 for all where the statement has no level.
+  [[nodiscard]] int depth(const data::Rows& row) const;
+  [[nodiscard]] bool folds() const { return level_.has_value(); }
+  /// The column that is indented by the depth.
+  [[nodiscard]] bool indents(std::size_t column) const { return level_ && title_ == column; }
+  /// Whether a text breaks into lines in its cell.
+  [[nodiscard]] static bool wraps(std::size_t characters) { return characters > kWidest; }
+
+ private:
+  static constexpr std::size_t kWidest = 45;
+
+  std::int64_t rows_ = 0;
+  std::vector<std::string> headings_;
+  std::vector<std::size_t> longest_;
+  std::optional<std::size_t> level_;
+  std::optional<std::size_t> title_;
+};
+
+}  // namespace ledgertree::sheetkit

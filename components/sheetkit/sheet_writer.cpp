@@ -1,0 +1,99 @@
+#include "sheetkit/sheet_writer.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileDialog>
+#include <QProgressDialog>
+#include <QStandardPaths>
+#include <exception>
+#include <string>
+
+#include "qt/notice_dialog.h"
+#include "qt/pointer.h"
+#include "qt/text.h"
+#include "sheetkit/sheet_file.h"
+#include "shell/persian_calendar.h"
+#include "support/plugin_entry.h"
+
+namespace ledgertree::sheetkit {
+
+namespace {
+
+constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
+constexpr const char* kSuffix = ".xlsx";
+
+/// In the person's documents, named by the day: "سرفصل حسابها 1405-09-01.xlsx".
+QString proposedFile() {
+  const QDate today = QDate::currentDate();
+  const QString day =
+      qt::toQt(shell::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()}))
+          .replace('/', '-');
+  const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return QDir(folder.isEmpty() ? QDir::homePath() : folder)
+      .filePath(QString::fromUtf8("سرفصل حسابها ") + day + kSuffix);
+}
+
+/// Empty where the person gives it up.
+QString askForFile() {
+  const qt::PointerPause pause;
+  QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(kTitle), proposedFile(),
+                     QString::fromUtf8("صفحه گسترده (*.xlsx)"));
+  dialog.setAcceptMode(QFileDialog::AcceptSave);
+  dialog.setDefaultSuffix("xlsx");
+  dialog.setLayoutDirection(Qt::RightToLeft);
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
+  return dialog.selectedFiles().front();
+}
+
+void tell(const QString& message) {
+  qt::NoticeDialog notice;
+  notice.title = QString::fromUtf8("خطا");
+  notice.message = message;
+  notice.ask();
+}
+
+}  // namespace
+
+void SheetWriter::set(std::string_view member, const data::Value& value) {
+  if (given_.set(member, value)) return;
+  if (member != "FormTypeID") components::refuseMember(member);
+  formTypeID_ = value.toInt32();
+}
+
+data::Value SheetWriter::get(std::string_view member) { components::refuseMember(member); }
+
+void SheetWriter::call(std::string_view member, const std::vector<data::Value>& arguments) {
+  if (member != "ExportToExcel" || arguments.size() != 1) components::refuseMember(member);
+  try {
+    exportToExcel(arguments.front().toText());
+  } catch (const std::exception& failure) {
+    tell(qt::toQt(failure.what()));
+  }
+}
+
+void SheetWriter::exportToExcel(std::string_view statement) const {
+  const QString file = askForFile();
+  if (!file.isEmpty()) write(statement, qt::fromQt(file));
+}
+
+void SheetWriter::write(std::string_view statement, const std::string& file) const {
+  QProgressDialog dialog(QString::fromUtf8(kTitle), QString::fromUtf8("انصراف"), 0, 0,
+                         QApplication::activeWindow());
+  dialog.setWindowTitle(QString::fromUtf8(kTitle));
+  dialog.setLayoutDirection(Qt::RightToLeft);
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.setMinimumDuration(500);
+  const auto connection = components::engines().open(given_.OLEConnectionString);
+  const bool written =
+      writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
+                 [&](std::int64_t done, std::int64_t all) {
+                   dialog.setMaximum(static_cast<int>(all));
+                   dialog.setValue(static_cast<int>(done));
+                   if (all > 0) dialog.setLabelText(QString::fromUtf8("%1 حساب از %2").arg(done).arg(all));
+                   return !dialog.wasCanceled();
+                 });
+  static_cast<void>(written);  // given up: there is no file, and the person knows why
+}
+
+}  // namespace ledgertree::sheetkit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "shell/outside_components.h"
+#include "support/given.h"
+
+namespace ledgertree::sheetkit {
+
+/// The component SheetKit.SheetWriter: asks where the spreadsheet goes, writes it, and shows how far it is.
+/// What fails it tells by itself. It stands on a QApplication, and on the thread of the screens.
+class SheetWriter : public shell::OutsideComponent {
+ public:
+  void set(std::string_view member, const data::Value& value) override;
+  [[nodiscard]] data::Value get(std::string_view member) override;
+  void call(std::string_view member, const std::vector<data::Value>& arguments) override;
+
+ private:
+  void exportToExcel(std::string_view statement) const;
+  void write(std::string_view statement, const std::string& file) const;
+
+  components::Given given_;
+  std::int32_t formTypeID_ = 0;
+};
+
+}  // namespace ledgertree::sheetkit

@@ -1,0 +1,34 @@
+#include "component_registrar.h"
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string_view>
+
+#include "ledgertree/component_folder.h"
+#include "platform/plugin_library.h"
+#include "shell/component_plugins.h"
+
+namespace ledgertree {
+
+namespace {
+
+std::unique_ptr<shell::ComponentPlugins>& registrar() {
+  static std::unique_ptr<shell::ComponentPlugins> plugins;
+  return plugins;
+}
+
+}  // namespace
+
+void installComponentRegistrar(shell::Shell& shell) {
+  registrar() = std::make_unique<shell::ComponentPlugins>(shell.components, platform::pluginLibraries());
+  registrar()->setInstalledFolder(LEDGERTREE_COMPONENT_FOLDER);
+  shell.components.setRegistrar([](std::string_view commandLine) { registrar()->carryOut(commandLine); });
+}
+
+void useComponentFolder(const std::string& folder) {
+  if (!registrar()) throw std::logic_error("install a desktop before the folder of the components is named");
+  registrar()->setInstalledFolder(std::filesystem::path(std::u8string(folder.begin(), folder.end())));
+}
+
+}  // namespace ledgertree

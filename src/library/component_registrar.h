@@ -1,0 +1,10 @@
+#pragma once
+
+#include "shell/shell.h"
+
+namespace ledgertree {
+
+/// Lets a missing component of the shell be registered from the plug-ins of this platform.
+void installComponentRegistrar(shell::Shell& shell);
+
+}  // namespace ledgertree

@@ -1,0 +1,19 @@
+"""Shows a workbook as lines of text: a second opinion on what was written."""
+
+import sys
+
+import openpyxl
+
+book = openpyxl.load_workbook(sys.argv[1])
+sheet = book.active
+print("sheet", sheet.title, "rtl" if sheet.sheet_view.rightToLeft else "ltr", sheet.dimensions)
+print("frozen", sheet.freeze_panes, "filter", sheet.auto_filter.ref, "repeated", sheet.print_title_rows)
+print("page", sheet.page_setup.orientation, "paper", sheet.page_setup.paperSize, "wide", sheet.page_setup.fitToWidth,
+      "tall", sheet.page_setup.fitToHeight, "summary below", sheet.sheet_properties.outlinePr.summaryBelow)
+print("widths", *(f"{sheet.column_dimensions[letter].width:.0f}" for letter in "ABCDEFGHI"))
+for row in sheet.iter_rows(max_row=int(sys.argv[2])):
+    place = row[0].row
+    marks = "".join("w" if cell.alignment.wrap_text else "." for cell in row)
+    indent = int(max(cell.alignment.indent for cell in row))
+    print(place, f"fold {sheet.row_dimensions[place].outlineLevel} indent {indent} {marks}",
+          *("" if cell.value is None else f"{cell.data_type}:{cell.value}".replace("\n", "/") for cell in row), sep="|")

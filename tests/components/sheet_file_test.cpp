@@ -1,0 +1,138 @@
+#include "sheetkit/sheet_file.h"
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+
+#include "data/data_error.h"
+#include "support/test_house.h"
+
+namespace ledgertree::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using sheetkit::writeSheet;
+
+constexpr const char* kStatement =
+    "Select Code As 'كدحساب',Title As 'شرح حساب',AccGroup as 'گروه حساب',AccountStatus As 'ماهيت "
+    "حساب',AccountType As 'حساب',RemainedType As 'وضعيت حساب',AccContract As 'مركز هزينه',NoLevel As "
+    "'سطح',Notes As 'ملاحظات' From vwAccount Order By Code,NoLevel";
+
+bool goOn(std::int64_t, std::int64_t) { return true; }
+
+class SheetFile : public TestHouse {
+ protected:
+  SheetFile() {
+    database.execute(R"(
+      insert into tblAccountGroup (ID, Name) values (4, 'مشتريان');
+      insert into tblAccCostCenter (ID, Name) values (9, 'مونتاژ');
+      insert into tblAccount (ID, ParentID, Code, Title, GroupID, PositionID, Notes, AccountNatureID) values
+        (1, null, '01', 'دارايي', 4, 9, null, 2), (2, 1, '0101', '=1+1', null, null, 'خط اول' || char(10) || 'دوم', 0),
+        (3, 2, '010101', '<b>&"''', null, null, null, 1),
+        (4, null, '02', null, null, null, 'مانده اين حساب در پايان هر ماه با صورت حساب بانک مقابله مي شود', 0);
+    )");
+  }
+  std::unique_ptr<data::Connection> connection() { return shell.providers.open(database.connectionText()); }
+
+  /// The first rows of the workbook, as another program reads it.
+  std::string readBack(int rows) const {
+    const std::string command =
+        "/usr/bin/python3 '" LEDGERTREE_SHEET_READER "' '" + file.string() + "' " + std::to_string(rows) + " 2>&1";
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
+    std::string text;
+    std::array<char, 4096> part{};
+    while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe.get()))
+      text.append(part.data(), count);
+    return text;
+  }
+  /// The files beside the one that is wished for.
+  std::string left() const {
+    std::string names;
+    for (const auto& entry : fs::directory_iterator(folder.path()))
+      names += entry.path().filename().string() + " ";
+    return names;
+  }
+
+  TemporaryFolder folder;
+  fs::path file = folder.path() / "چارت 1405.xlsx";
+};
+
+TEST_F(SheetFile, AnotherProgramReadsTheChartCellByCell) {
+  ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
+  EXPECT_EQ(
+      readBack(9),
+      "sheet سرفصل حسابها rtl A1:I5\n"
+      "frozen A2 filter A1:I5 repeated $1:$1\n"
+      "page landscape paper 9 wide None tall 0 summary below False\n"
+      "widths 12 14 15 16 10 16 16 9 48\n"
+      "1|fold 0 indent 0 .........|s:كدحساب|s:شرح حساب|s:گروه حساب|s:ماهيت حساب|s:حساب|s:وضعيت حساب|s:مركز "
+      "هزينه|s:سطح|s:ملاحظات\n"
+      "2|fold 0 indent 0 .........|s:01|s:دارايي|s:مشتريان|s:هردو|s:موقت|s:باز|s:مونتاژ|n:1|\n"
+      "3|fold 1 indent 1 ........w|s:0101|s:=1+1||s:بدهكار|s:موقت|s:باز||n:2|s:خط اول/دوم\n"
+      "4|fold 2 indent 2 .........|s:010101|s:<b>&\"'||s:بستانكار|s:موقت|s:باز||n:3|\n"
+      "5|fold 0 indent 0 ........w|s:02|||s:بدهكار|s:موقت|s:باز||n:1|s:مانده اين حساب در پايان هر ماه با "
+      "صورت "
+      "حساب بانک مقابله مي شود\n");
+}
+
+TEST_F(SheetFile, HostileTextLeavesAReadableFile) {
+  database.execute("update tblAccount set Title = cast(x'61ff6200632064' as text) || char(7) where ID = 4");
+  ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
+  EXPECT_NE(readBack(9).find("s:a\xEF\xBF\xBD"
+                             "b"),
+            std::string::npos)
+      << readBack(9);
+  // Deeper than a sheet folds.
+  for (int level = 5; level <= 14; ++level)
+    database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(level) +
+                     ", " + std::to_string(level - 1) + ", '02" +
+                     std::string(static_cast<std::size_t>(level), '1') + "', 'x')");
+  ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
+  EXPECT_NE(readBack(20).find("15|fold 7 indent 10"), std::string::npos) << readBack(20);
+}
+
+TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {
+  std::ofstream(file) << "an older chart";
+  const auto untouched = [&] {
+    EXPECT_EQ(left(), "چارت 1405.xlsx ");
+    EXPECT_EQ(fs::file_size(file), 14U);
+  };
+  EXPECT_THROW(static_cast<void>(writeSheet(*connection(), kStatement, file, goOn, 3)), std::runtime_error);
+  untouched();
+  EXPECT_THROW(static_cast<void>(writeSheet(*connection(), "Select * From tblNothing", file, goOn)),
+               data::DataError);
+  untouched();
+  EXPECT_FALSE(writeSheet(*connection(), kStatement, file, [](std::int64_t, std::int64_t) { return false; }));
+  untouched();
+  // Accounts that come between the counting and the writing, one past what fits.
+  database.execute(
+      "with recursive n(i) as (select 10 union all select i + 1 from n where i < 300) insert into "
+      "tblAccount (ID, Code, Title) select i, '9' || i, 'x' from n");
+  bool added = false;
+  const auto add = [&](std::int64_t done, std::int64_t all) {
+    if (done == 0 || all != 0 || added) return true;
+    added = true;
+    database.execute("insert into tblAccount (ID, Code, Title) values (9, '99', 'late')");
+    return true;
+  };
+  EXPECT_THROW(static_cast<void>(writeSheet(*connection(), kStatement, file, add, 295)), std::runtime_error);
+  EXPECT_TRUE(added);
+  untouched();
+
+  // A folder that isn't there, and a file that is a folder.
+  EXPECT_THROW(
+      static_cast<void>(writeSheet(*connection(), kStatement, folder.path() / "none" / "a.xlsx", goOn)),
+      std::runtime_error);
+  fs::create_directory(folder.path() / "a.xlsx");
+  EXPECT_THROW(static_cast<void>(writeSheet(*connection(), kStatement, folder.path() / "a.xlsx", goOn)),
+               std::runtime_error);
+  EXPECT_EQ(left().find(".part"), std::string::npos) << left();
+  database.execute(
+      "delete from tblAccount where ID = 3; delete from tblAccount where ID = 2; delete from tblAccount");
+  EXPECT_THROW(static_cast<void>(writeSheet(*connection(), kStatement, file, goOn)), std::runtime_error);
+}
+
+}  // namespace
+}  // namespace ledgertree::testing
