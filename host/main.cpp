@@ -9,6 +9,7 @@
 #include <QTextStream>
 #include <exception>
 
+#include "ledgertree/component_folder.h"
 #include "ledgertree/demo_chart.h"
 #include "ledgertree/hidden_commands.h"
 #include "ledgertree/ledger_tree_control.h"
@@ -88,6 +89,7 @@ int drawInstead(const Options& options) {
 int openChart(const Options& options, bool display) {
   ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
   ledgertree::offerHiddenCommands(true);
+  ledgertree::useComponentFolder(LEDGERTREE_BUILT_COMPONENTS);
   ledgertree::LedgerTreeControl control;
   control.OLEConnectionString(connectionText(options).toStdString());
   control.UserID(options.user);
