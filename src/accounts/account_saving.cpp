@@ -99,6 +99,8 @@ void AccountSaving::run(Progress& progress) {
       screen_, shell_,
       isNew ? data::procedures::spAccountInsertAccount : data::procedures::spAccountUpdateAccounts);
   if (!typed) return;
+  // Read ahead of the notices of the relation: the host may show another account while one is up.
+  const bool closed = screen_.OptClose.value();
 
   progress.written = Written::Unclear;
   const auto account = writeAccount(*gateway, progress.way, *typed);
@@ -107,7 +109,7 @@ void AccountSaving::run(Progress& progress) {
   progress.written = Written::Account;
   writeRelation(screen_, shell_, *gateway, *account, progress.way);
   progress.written = Written::Relation;
-  if (!isNew) writeDescendants(*gateway, *account);
+  if (!isNew) writeDescendants(*gateway, *account, closed);
   progress.written = Written::Everything;
   refresh(progress);
   tryFocus(screen_.cmdNew);
@@ -154,8 +156,8 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, Sav
 }
 
 /// What is below an account is open or closed as it is, at any depth.
-void AccountSaving::writeDescendants(data::DtEn& gateway, std::int32_t account) {
-  const std::string_view statement = screen_.OptClose.value()
+void AccountSaving::writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed) {
+  const std::string_view statement = closed
                                          ? "Update tblAccount Set IsClosed = 1  Where ID in (Select ChildID "
                                            "From tblAccountParent Where ID = "
                                          : "Update tblAccount Set IsClosed = 0  Where ID in (Select ChildID "

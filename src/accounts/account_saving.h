@@ -48,7 +48,7 @@ class AccountSaving {
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
                                                          const TypedAccount& typed);
-  void writeDescendants(data::DtEn& gateway, std::int32_t account);
+  void writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed);
   void refresh(const Progress& progress);
   void recover(const Progress& progress, const std::exception& failure);
   /// What the person is told of a save that failed there.

@@ -61,6 +61,13 @@ TEST_F(DeletionStory, AnAccountOfItsOwnGoesForGood) {
   EXPECT_FALSE(form->cmdDelete.enabled() || form->cmdEdit.enabled());
 }
 
+TEST_F(DeletionStory, TheQuestionIsAboutTheAccountThatWasShown) {
+  account(4, 1, "103", "تنخواه");
+  notices.onShow = [this](const Notice&) { form->View(4); };
+  EXPECT_EQ(deleting(2), "");
+  EXPECT_EQ(database.rows("select ID from tblAccount"), "1\n3\n4") << "the host showed another one meanwhile";
+}
+
 TEST_F(DeletionStory, WhatDependsOnAnAccountKeepsIt) {
   for (const std::int32_t used : {1, 3}) {
     form->treeAccount.expand(form->treeAccount.find("-1:1"));

@@ -128,6 +128,22 @@ TEST_F(SavingStory, AnEditMovesABranchAndOpensOrClosesAllOfIt) {
   EXPECT_EQ(notices.taken(), "");
 }
 
+TEST_F(SavingStory, WhatTheHostShowsMeanwhileChangesNothingOfASave) {
+  account(1, 0, "1", "دارايي");
+  account(2, 1, "101", "بانک");
+  account(3, 0, "3", "بدهي");
+  database.execute(
+      "update tblAccount set IsClosed = 1 where ID = 3;"
+      "insert into tblAccountRelatedObjects values (3, 1, null, null)");
+  start();
+  edit(1);
+  pick(form->sltGroup, 1);
+  notices.onShow = [this](const Notice&) { form->View(3); };
+  EXPECT_EQ(save(), 1);
+  EXPECT_EQ(notices.take().size(), 1U) << "the place is taken";
+  EXPECT_EQ(stored(2, "IsClosed"), "0") << "3 is closed, 1 isn't";
+}
+
 /// What a save came to, as the notice says it.
 enum class Told { Nothing, Account, Relation, All };
 Told toldOf(const std::string& message) {
