@@ -20,9 +20,9 @@ class SecondaryScreens {
   void unload() { periods_.unload(); }
 
  private:
-  /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
   void recode();
   void deleteInBatch();
+  /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 
   MainScreen& screen_;
