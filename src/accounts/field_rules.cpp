@@ -10,16 +10,6 @@ namespace ledgertree::accounts {
 
 using mainform::FormMode;
 
-namespace {
-
-/// The number of a radio button; -1, which no button stands for, for every other value.
-std::int16_t choiceOf(const data::Value& value) {
-  const std::int64_t number = value.toInt64();
-  return number >= 0 && number <= 2 ? static_cast<std::int16_t>(number) : std::int16_t{-1};
-}
-
-}  // namespace
-
 FieldRules::FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal)
     : screen_(screen), shell_(shell), proposal_(proposal) {
   wireRadios();
@@ -81,22 +71,22 @@ void FieldRules::wireRadios() {
   screen_.OptClose.onClick = [this] { chooseClosed(1); };
 }
 
-void FieldRules::chooseNature(std::int16_t value) {
+void FieldRules::chooseNature(std::int64_t value) {
   if (value < 0 || value > 2) return;
   ui::RadioButton* const buttons[] = {&screen_.optDebit, &screen_.OptCredit, &screen_.OptDebitAndCredit};
-  screen_.NatureValue = value;
+  screen_.NatureValue = static_cast<std::int16_t>(value);
   buttons[value]->setValue(true);
 }
 
-void FieldRules::choosePermanent(std::int16_t value) {
+void FieldRules::choosePermanent(std::int64_t value) {
   if (value < 0 || value > 1) return;
-  screen_.PermanentValue = value;
+  screen_.PermanentValue = static_cast<std::int16_t>(value);
   (value == 0 ? screen_.OptReg : screen_.OptNotReg).setValue(true);
 }
 
-void FieldRules::chooseClosed(std::int16_t value) {
+void FieldRules::chooseClosed(std::int64_t value) {
   if (value < 0 || value > 1) return;
-  screen_.ClosedValue = value;
+  screen_.ClosedValue = static_cast<std::int16_t>(value);
   (value == 0 ? screen_.OptOpen : screen_.OptClose).setValue(true);
 }
 
@@ -114,8 +104,8 @@ void FieldRules::inherit(std::int32_t parentID) {
                            "AccountNatureID from tblAccount Where ID= " +
                                std::to_string(parentID));
   if (row->Eof()) return;
-  choosePermanent(choiceOf(row->Fields("IsPermanent")));
-  chooseNature(choiceOf(row->Fields("AccountNatureID")));
+  choosePermanent(row->Fields("IsPermanent").toInt64());
+  chooseNature(row->Fields("AccountNatureID").toInt64());
 }
 
 void FieldRules::proposeCode() {

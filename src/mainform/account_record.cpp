@@ -13,12 +13,8 @@ namespace {
 /// A reference as the fields hold it: -1 for none.
 std::int32_t idOf(const data::Value& value) { return data::toNumber(value.toText()).asInt32(); }
 
-/// The number of a radio button; -1, which no button stands for, for every other value.
-std::int16_t choiceOf(const data::Value& value) {
-  if (value.isNull()) return -1;
-  const std::int64_t number = value.toInt64();
-  return number >= 0 && number <= 2 ? static_cast<std::int16_t>(number) : std::int16_t{-1};
-}
+/// The number of a radio button; -1, which no button stands for, for NULL.
+std::int64_t choiceOf(const data::Value& value) { return value.isNull() ? -1 : value.toInt64(); }
 
 struct Relation {
   std::int32_t classID;
@@ -39,9 +35,9 @@ struct AccountRecord::Stored {
   std::int32_t positionID;
   std::optional<data::DateTime> created;
   std::string notes;
-  std::int16_t nature;
-  std::int16_t permanent;
-  std::int16_t closed;
+  std::int64_t nature;
+  std::int64_t permanent;
+  std::int64_t closed;
   std::string maxDebit;
   std::string maxCredit;
   std::optional<Relation> relation;
