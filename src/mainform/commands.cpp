@@ -84,9 +84,8 @@ void Commands::cancel() {
 }
 
 void Commands::exit() {
-  constexpr std::string_view title = "خروج از سرفصل حسابها ";
-  if (mayGiveUp({.title = title, .text = " آيا از ثبت  حساب جديد منصرف شدهايد ؟ "},
-                {.title = title, .text = " آيا از ثبت  تغييرات منصرف شدهايد ؟ "}))
+  if (mayGiveUp({.title = "خروج از سرفصل حسابها ", .text = " آيا از ثبت  حساب جديد منصرف شدهايد ؟ "},
+                {.title = "خروج از سرفصل حسابها", .text = " آيا از ثبت  تغييرات منصرف شدهايد ؟ "}))
     screen_.close();
 }
 

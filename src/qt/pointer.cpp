@@ -36,8 +36,6 @@ void showHourglass(bool show) {
   state().follow();
 }
 
-bool hourglassWanted() { return state().wanted; }
-
 PointerPause::PointerPause() {
   ++state().pauses;
   state().follow();

@@ -20,7 +20,8 @@ namespace {
 /// The desktops of the process. The application takes the windows off when it ends; a desktop may live longer
 /// (as a process-wide object does), and draws nothing from then on.
 std::vector<QtDesktop*>& desktops() {
-  static std::vector<QtDesktop*> known;
+  // Never destroyed: which of two process-wide objects goes first depends on which was asked for first.
+  static auto& known = *new std::vector<QtDesktop*>;
   return known;
 }
 

@@ -69,9 +69,9 @@ void LedgerTreeControl::ClearShow() {
 }
 
 void LedgerTreeControl::View(const PropertyValue& ID) {
-  const std::int32_t accountID = toAccountID(ID);
   takeIdentity();
   session_.shell().resetDataConnection();
+  const std::int32_t accountID = toAccountID(ID);
   session_.loadedForm().View(accountID);
   ui::Desktop& desktop = session_.shell().desktop();
   try {

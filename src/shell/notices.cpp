@@ -34,7 +34,7 @@ std::unique_ptr<OutsideComponent> showNotice(const OutsideComponents& components
 void Shell::showErrorNotice(std::string_view title, std::string_view message) {
   try {
     showNotice(components, title, message, kOneButton);
-  } catch (const std::exception&) {
+  } catch (...) {
     // A notice that can't be shown is lost: there is nobody else to tell, and the caller goes on.
     return;
   }
@@ -46,7 +46,7 @@ Answer Shell::askConfirmNotice(std::string_view title, std::string_view message)
     const data::Value answer = dialog->get("Resualt");
     if (answer == data::Value(1)) return Answer::Yes;
     if (answer == data::Value(0)) return Answer::No;
-  } catch (const std::exception&) {
+  } catch (...) {
     // A question that can't be put isn't confirmed.
     return Answer::None;
   }

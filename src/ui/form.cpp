@@ -1,6 +1,7 @@
 #include "ui/form.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "ui/buttons.h"
 #include "ui/control.h"
@@ -78,7 +79,9 @@ bool Form::press(const KeyChord& chord) {
     auto* button = dynamic_cast<PushButton*>(control);
     if (button == nullptr || button->shortcut().empty() || button->shortcut() != chord) continue;
     if (!button->withinReach()) continue;
-    button->click();
+    // A click would take the focus, and with it end what is being typed.
+    if (focused_ != nullptr) focused_->focusLeft();
+    if (act.formStands()) button->click();
     return true;
   }
   for (const auto& [shortcut, procedure] : shortcuts_) {
@@ -132,6 +135,9 @@ void Form::call(const std::function<void()>& procedure) {
     running();
   } catch (const std::exception& failure) {
     if (onFailure) onFailure(failure);
+  } catch (...) {
+    // A component from elsewhere may throw anything.
+    if (onFailure) onFailure(std::runtime_error("خطاي ناشناخته اي رخ داد. دوباره تلاش نماييد."));
   }
 }
 

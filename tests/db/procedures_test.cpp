@@ -182,6 +182,8 @@ TEST_F(Procedures, RightsAndPeriodsAreThoseOfTheUser) {
   EXPECT_FALSE(allowed(99, 301));
   EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {1}), 3);
   EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {99}), 0);
+  database.execute("update tblUser set PeriodID = 4294967299 where ID = 1");
+  EXPECT_THROW(call(procedures::spAccountGetCurrentUserPeriod, {1}), DataError) << "and no period 3";
 }
 
 TEST_F(Procedures, TwoProgramsNeverStoreOneCodeTwice) {

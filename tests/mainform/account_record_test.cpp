@@ -166,7 +166,7 @@ TEST_F(RecordStory, ExitAsksOnlyWhereSomethingIsTyped) {
   notices.take();
   answer(true);
   form->cmdExit.click();
-  EXPECT_EQ(notices.taken(), "خروج از سرفصل حسابها | آيا از ثبت  تغييرات منصرف شدهايد ؟ ");
+  EXPECT_EQ(notices.taken(), "خروج از سرفصل حسابها| آيا از ثبت  تغييرات منصرف شدهايد ؟ ");
   EXPECT_FALSE(form);
 
   // Without typing, by the menu in the middle of it, and by the frame, the form just goes.

@@ -9,6 +9,7 @@
 #include "shell/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
+#include "ui/buttons.h"
 
 namespace ledgertree::shell {
 namespace {
@@ -29,6 +30,7 @@ struct Screen : ui::Form {
   }
   int groupChanges = 0;
   int parentChanges = 0;
+  ui::PushButton cmdSave{*this, "cmdSave", {}, "ثبت"};
   Selector sltGroup;
   AccountPicker sltParent;
   AccountPicker sltAccount;
@@ -139,6 +141,17 @@ TEST_F(Lookup, UnfinishedTypingChangesNothing) {
   group.press(Key::Delete);
   EXPECT_EQ(group.SelectedID(), -1);
   EXPECT_EQ(screen->groupChanges, 2);
+
+  // A button pressed by its shortcut finds what a click on it would find.
+  group.setSelectedID(2);
+  std::int32_t saved = 0;
+  screen->cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
+  screen->cmdSave.onClick = [&] { saved = group.SelectedID(); };
+  group.focus();
+  group.press(Key::Backspace);
+  screen->press(ui::KeyChord::ctrlAnd('S'));
+  EXPECT_EQ(saved, -1);
+  EXPECT_EQ(screen->groupChanges, 3);
 }
 
 TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {

@@ -60,6 +60,9 @@ TEST_F(FormStory, AFailureEndsTheProcedureAndTheFormGoesOn) {
   form->text.type("a");
   EXPECT_EQ(failures, (std::vector<std::string>{"شکست", "کليد"}));
   EXPECT_EQ(form->text.text(), "a");
+  form->cmdOk.onClick = [] { throw 7; };
+  form->cmdOk.click();
+  EXPECT_EQ(failures.size(), 3U) << "what a component throws that keeps to no convention";
 }
 
 TEST_F(FormStory, AFormMayEndItselfOrBeDestroyedInTheMiddleOfAnything) {

@@ -34,7 +34,6 @@ class Plan {
     Run& operator=(const Run&) = delete;
     ~Run();
 
-    [[nodiscard]] Plan& plan() { return *plan_; }
     /// Goes to the next row; SQLITE_ROW, SQLITE_DONE or the code of a failure.
     [[nodiscard]] int step() { return sqlite3_step(plan_->statement_.get()); }
     /// Rows without a cell, with the columns of the statement. Known from the first step on.

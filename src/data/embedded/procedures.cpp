@@ -196,7 +196,12 @@ std::int32_t ProcedureRunner::look(const char* statement, Values values, std::in
   SQLite::Statement& query = prepared(statement);
   const Use use(query, values);
   if (!query.executeStep() || query.getColumn(0).isNull()) return otherwise;
-  return query.getColumn(0).getInt();
+  const std::int64_t number = query.getColumn(0).getInt64();
+  if (number == static_cast<std::int32_t>(number)) return static_cast<std::int32_t>(number);
+  throw DataError(
+      DataError::Reason::Statement, 0,
+      "عدد " + std::to_string(number) + " در محدوده مجاز نيست. آن را در پايگاه داده اصلاح نماييد.",
+      statement);
 }
 
 }  // namespace ledgertree::data::embedded
