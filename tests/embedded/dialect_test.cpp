@@ -83,6 +83,8 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
       EXPECT_EQ(found.size(), id == -1 ? 355U : id < 100 ? 1U : 0U);
       EXPECT_EQ(ids("select top " + std::to_string(round) + " ID from tblAccount").size(),
                 static_cast<std::size_t>(round));
+      const std::string decimal = std::to_string(round) + ".5";
+      EXPECT_EQ(first("select isnull(null, " + decimal + ")").toText(), decimal);
     }
   }
 }
@@ -197,6 +199,7 @@ TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
       {"select * from tblAccount where ID=@id", "character that it doesn't know"},
       {"select * from tblAccount order by 1", "\"1\""},
       {"select * from a.b.c", "\".\""},
+      {"select top 1 ID from tblAccount union select 5", "\"top\""},
       {"select * from tblAccount where ID=1\x01", "character that it doesn't know"},
       {"select * from tblAccount where Title='\xD8'", "UTF-8"},
       {"update tblAccount set ID=1 where ID in (1,)", "\")\""},

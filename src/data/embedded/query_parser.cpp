@@ -44,12 +44,17 @@ class QueryParser::Deeper {
 
 std::unique_ptr<Select> QueryParser::select() {
   const Deeper deeper(*this);
+  const std::size_t begin = reader_.peek().begin;
   auto select = std::make_unique<Select>();
   select->cores.push_back(selectCore());
   while (reader_.takeWord("union")) {
     select->keepsRepeats.push_back(reader_.takeWord("all"));
     select->cores.push_back(selectCore());
   }
+  // SQLite limits a union as a whole, and none of its parts.
+  const bool limited = std::any_of(select->cores.begin(), select->cores.end(),
+                                   [](const SelectCore& core) { return core.top.has_value(); });
+  if (limited && select->cores.size() > 1) refuse(reader_.statement(), begin, "\"top\" in a union");
   select->order = order();
   return select;
 }

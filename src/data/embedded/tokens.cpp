@@ -119,7 +119,7 @@ Token Tokens::number() {
     place_ = static_cast<std::size_t>(read.ptr - statement_.data());
   }
   token.end = place_;
-  token.text = between(token.begin, place_);
+  token.text = token.literal.text = between(token.begin, place_);
   if (!fits) refuse(statement_, token.begin, "a number that is out of range");
   if (place_ < statement_.size() && continuesWord(statement_[place_])) {
     refuse(statement_, token.begin, "a number with letters behind it");

@@ -14,7 +14,7 @@ struct Literal {
   bool hasQuotes = false;    ///< a Text whose apostrophes stand doubled in `text`
   std::int64_t integer = 0;  ///< of an Integer, 0 or more: a sign is a token of its own
   double decimal = 0;        ///< of a Decimal
-  std::string_view text;     ///< of a Text: what stands between the apostrophes
+  std::string_view text;     ///< of a Text: what stands between the apostrophes; of a number: its digits
 
   /// The value of a Text.
   [[nodiscard]] std::string plainText() const;
