@@ -10,7 +10,22 @@ namespace ledgertree::testing {
 /// A person who does at random what the screen allows, beside a small model of the rules: after each step the
 /// rows, the screen and what was told must be what the model says.
 class RandomWork : public AccountStory {
+ public:
+  /// The chart of a file as ChartModel::rows tells it.
+  static std::string rowsOf(SQLite::Database& database) {
+    const std::string rows = allRows(
+        database,
+        "select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.PositionID, a.AccountNatureID, "
+        "a.IsPermanent, a.IsClosed, ifnull((select group_concat(ifnull(AccountGroupID, 'null') || '|' || "
+        "ifnull(RelatedClassID, 'null') || '|' || ifnull(RelatedObjectID, 'null')) from "
+        "tblAccountRelatedObjects where AccountID = a.ID), 'none'), ifnull((select group_concat(ID) from "
+        "(select ID from tblAccountParent where ChildID = a.ID order by ID)), '') from tblAccount a "
+        "order by a.ID");
+    return rows.empty() ? rows : rows + "\n";
+  }
+
  protected:
+  [[nodiscard]] std::string rows() { return rowsOf(database.other()); }
   void work(unsigned seed, int steps) {
     startOver();
     dice_.seed(seed);
@@ -168,17 +183,6 @@ class RandomWork : public AccountStory {
     notices.answer(1);
     form->cmdCancel.click();
     static_cast<void>(notices.take());
-  }
-
-  std::string rows() {
-    const std::string rows = database.rows(
-        "select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.PositionID, a.AccountNatureID, "
-        "a.IsPermanent, a.IsClosed, ifnull((select group_concat(ifnull(AccountGroupID, 'null') || '|' || "
-        "ifnull(RelatedClassID, 'null') || '|' || ifnull(RelatedObjectID, 'null')) from "
-        "tblAccountRelatedObjects where AccountID = a.ID), 'none'), ifnull((select group_concat(ID) from "
-        "(select ID from tblAccountParent where ChildID = a.ID order by ID)), '') from tblAccount a "
-        "order by a.ID");
-    return rows.empty() ? rows : rows + "\n";
   }
 
   static const char* words(Told told) {

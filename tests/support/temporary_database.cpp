@@ -32,8 +32,8 @@ std::string TemporaryDatabase::connectionText() const {
   return "Provider=SQLite;Data Source=" + data::quoteConnectionValue(file().string());
 }
 
-std::string TemporaryDatabase::rows(const std::string& query) {
-  SQLite::Statement statement(other_, query);
+std::string allRows(SQLite::Database& database, const std::string& query) {
+  SQLite::Statement statement(database, query);
   std::string text;
   while (statement.executeStep()) {
     if (!text.empty()) text += '\n';

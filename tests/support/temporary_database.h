@@ -21,6 +21,9 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+/// All rows of a query: columns joined by "|", rows by "\n", NULL as "null".
+[[nodiscard]] std::string allRows(SQLite::Database& database, const std::string& query);
+
 /// A database file with the schema and no account, and a second program that has it open: what a story puts
 /// in and looks up goes past the product. The second program waits for nothing on the disk.
 class TemporaryDatabase {
@@ -35,8 +38,7 @@ class TemporaryDatabase {
   void execute(const std::string& statements) { other_.exec(statements); }
   [[nodiscard]] std::int64_t number(const std::string& query) { return other_.execAndGet(query).getInt64(); }
   [[nodiscard]] std::string text(const std::string& query) { return other_.execAndGet(query).getString(); }
-  /// All rows: columns joined by "|", rows by "\n", NULL as "null".
-  [[nodiscard]] std::string rows(const std::string& query);
+  [[nodiscard]] std::string rows(const std::string& query) { return allRows(other_, query); }
 
  private:
   TemporaryFolder folder_;
