@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "data/numbers.h"
+#include "ui/key.h"
 #include "ui/utf8.h"
 
 namespace ledgertree::accounts {
@@ -12,9 +13,15 @@ namespace {
 
 constexpr char kSeparator = '/';
 
+std::string latinDigits(std::string_view text) {
+  std::u32string characters = ui::charactersOf(text);
+  std::transform(characters.begin(), characters.end(), characters.begin(), ui::latinDigit);
+  return ui::textOf(characters);
+}
+
 /// The amount as the field shows it.
 std::string grouped(std::string_view text) {
-  std::string digits(text);
+  std::string digits = latinDigits(text);
   try {
     digits = data::digitsToCurrency(digits).toText();
   } catch (const std::range_error&) {
@@ -36,6 +43,11 @@ std::size_t shifted(std::size_t caret, std::size_t lengthBefore, std::size_t len
 }
 
 }  // namespace
+
+data::Money ceilingAmount(std::string_view text) {
+  std::string digits = latinDigits(text);
+  return data::digitsToCurrency(digits);
+}
 
 EditedText formatCeiling(std::string_view text, std::size_t caret, bool afterBackspace) {
   const std::u32string before = ui::charactersOf(text);

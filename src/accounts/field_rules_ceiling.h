@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "data/value.h"
+
 namespace ledgertree::accounts {
 
 struct EditedText {
@@ -11,6 +13,10 @@ struct EditedText {
   std::size_t caret = 0;  ///< counted in characters
   bool operator==(const EditedText&) const = default;
 };
+
+/// The amount that the text of a ceiling stands for; pasted Persian and Arabic digits count like typed ones.
+/// Throws std::range_error past the range of money.
+[[nodiscard]] data::Money ceilingAmount(std::string_view text);
 
 /// A ceiling after a key: "/" between thousands, no leading zeros, 0 where nothing is left. The caret keeps
 /// its place among the digits. Beside a separator it stands behind it, or ahead of it after a backspace, so

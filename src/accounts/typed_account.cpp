@@ -4,6 +4,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "accounts/field_rules_ceiling.h"
 #include "data/characters.h"
 #include "data/numbers.h"
 
@@ -45,8 +46,7 @@ class Reader {
 
   [[nodiscard]] bool reads(ui::TextField& field, const std::string& name, data::Money& amount) {
     try {
-      std::string digits = field.text();
-      amount = data::digitsToCurrency(digits);
+      amount = ceilingAmount(field.text());
       return true;
     } catch (const std::range_error&) {
       return refuse(field, name + " بايد حداکثر " + greatestAmount() + " باشد. مبلغ کوچکتري وارد کنيد.");

@@ -40,7 +40,7 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
   pick(form->sltEntity, 2);
   form->txtNotes.paste(" يادداشت ");
   form->txtMaxDebit.type("1234567");
-  form->txtMaxCredit.paste("0012.34567");
+  form->txtMaxCredit.paste("۰۰۱٢.34567");
   form->OptDebitAndCredit.click();
   form->OptNotReg.click();
   form->OptClose.click();
