@@ -227,5 +227,39 @@ TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
   EXPECT_EQ(notices.taken(), "");
 }
 
+TEST_F(ValidationStory, AGroupBeyondSixteenBitsIsNeverAnotherGroup) {
+  database.execute(
+      "drop view vwAccountGroup; create view vwAccountGroup as"
+      " select 2 as ID, 'نزديک' as Name union select 65538, 'دور'");
+  start();
+  typeNew(-1, "تازه", "9");
+  pick(form->sltGroup, 65538);
+  const std::string told = refusal();
+  EXPECT_NE(told.find("65538"), std::string::npos) << told;
+  EXPECT_NE(told.find("\nچيزي ثبت نشد."), std::string::npos) << told;
+  pick(form->sltGroup, 2);
+  EXPECT_EQ(stored(save(), "GroupID"), "2");
+}
+
+TEST_F(ValidationStory, WhatAnotherUserDeletedMeanwhileIsTold) {
+  start();
+  typeNew(6, "تازه");
+  database.execute("delete from tblAccount where ID = 6");
+  std::string told = refusal();
+  EXPECT_NE(told.find("حساب مادر ديگر وجود ندارد"), std::string::npos) << told;
+  pickParent(1);
+  EXPECT_EQ(stored(save(), "ParentID, Code"), "1|103");
+
+  edit(4);
+  database.execute("delete from tblAccount where ID = 4");
+  told = refusal();
+  EXPECT_NE(told.find("اين حساب ديگر وجود ندارد"), std::string::npos) << told;
+  notices.answer(1);
+  form->cmdCancel.click();
+  EXPECT_EQ(mode(), FormMode::ModeView);
+  EXPECT_EQ(form->sltAccount.text() + form->txtCode.text(), "");
+  EXPECT_EQ(notices.take().size(), 1U);
+}
+
 }  // namespace
 }  // namespace ledgertree::testing
