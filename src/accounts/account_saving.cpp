@@ -92,7 +92,7 @@ void AccountSaving::run(Progress& progress) {
   SaveValidation validation(screen_, shell_, *gateway);
   progress.way = validation.check();
   if (progress.way == SaveWay::Refused) return;
-  if (progress.way == SaveWay::RefusedParent) return tryFocus(screen_.cmdNew);
+  if (progress.way == SaveWay::RefusedParent) return screen_.cmdNew.focus();
 
   const bool isNew = progress.way == SaveWay::NewAccount;
   const auto typed = readTypedAccount(
@@ -104,7 +104,7 @@ void AccountSaving::run(Progress& progress) {
 
   progress.written = Written::Unclear;
   const auto account = writeAccount(*gateway, progress.way, *typed);
-  if (!account) return tryFocus(screen_.cmdNew);
+  if (!account) return screen_.cmdNew.focus();
   progress.account = *account;
   progress.written = Written::Account;
   writeRelation(screen_, shell_, *gateway, *account, progress.way);
@@ -112,7 +112,7 @@ void AccountSaving::run(Progress& progress) {
   if (!isNew) writeDescendants(*gateway, *account, closed);
   progress.written = Written::Everything;
   refresh(progress);
-  tryFocus(screen_.cmdNew);
+  screen_.cmdNew.focus();
 }
 
 std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,
@@ -170,7 +170,7 @@ void AccountSaving::refresh(const Progress& progress) {
     case SaveWay::GuardedEdit:
       tree_.refreshTree();
       record_.showAccount(progress.account);
-      return tryFocus(screen_.treeAccount);
+      return screen_.treeAccount.focus();
     case SaveWay::PlainEdit:
       screen_.sltAccount.ReloadAccounts();
       break;

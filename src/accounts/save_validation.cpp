@@ -58,7 +58,7 @@ bool SaveValidation::hasRequiredFields() {
   for (const Required& required : fields) {
     if (!data::trimmed(required.text).empty()) continue;
     shell_.showErrorNotice(shell::kTitleProblem, required.message);
-    tryFocus(required.field);
+    required.field.focus();
     return false;
   }
   return true;

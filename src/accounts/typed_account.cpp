@@ -56,7 +56,7 @@ class Reader {
  private:
   bool refuse(ui::TextField& field, const std::string& message) {
     shell_.showErrorNotice(shell::kTitleSaveError, message);
-    tryFocus(field);
+    field.focus();
     return false;
   }
 
@@ -90,15 +90,6 @@ std::optional<TypedAccount> readTypedAccount(mainform::MainScreen& screen, shell
                         reader.reads(screen.txtMaxCredit, "سقف بستانکاري", account.maxCredit);
   if (!complete) return std::nullopt;
   return account;
-}
-
-void tryFocus(ui::Control& control) {
-  try {
-    control.setFocus();
-  } catch (const std::logic_error&) {
-    // The control is out of reach in this mode: the focus stays where it is.
-    return;
-  }
 }
 
 }  // namespace ledgertree::accounts

@@ -31,7 +31,4 @@ struct TypedAccount {
 [[nodiscard]] std::optional<TypedAccount> readTypedAccount(mainform::MainScreen& screen, shell::Shell& shell,
                                                            const data::Procedure& procedure);
 
-/// Moves the focus, where it can go there now.
-void tryFocus(ui::Control& control);
-
 }  // namespace ledgertree::accounts

@@ -1,7 +1,5 @@
 #include "batch/account_batch.h"
 
-#include <exception>
-
 #include "shell/work_progress.h"
 
 namespace ledgertree::batch {
@@ -46,11 +44,7 @@ void frmAccountBatch::deleteBelow() {
   const shell::UnderWay underWay(working_);
   if (sltParent.IsEmpty()) {
     shell_.showErrorNotice(shell::kTitleProblem, "حساب مشخص نشده است!");
-    try {
-      sltParent.setFocus();
-    } catch (const std::exception&) {
-      return;  // the person finds the field without the focus
-    }
+    sltParent.focus();
     return;
   }
   if (shell_.askConfirmNotice("حذف دسته اي", "آيا مطمئن هستيد؟") != shell::Answer::Yes) return;

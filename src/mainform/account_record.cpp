@@ -116,11 +116,7 @@ void AccountRecord::startNewAccount() {
   screen_.formMode = FormMode::ModeNew;
   applyFormMode();
   clearAccountFields();
-  try {
-    screen_.txtID.setFocus();
-  } catch (const std::exception&) {
-    // The new account is on the screen wherever the focus stands.
-  }
+  screen_.txtID.focus();
 }
 
 void AccountRecord::startEditAccount(std::int32_t id) {

@@ -48,7 +48,7 @@ void FormCopyPeriodAccount::loadControls() {
 void FormCopyPeriodAccount::copy() {
   if (sltPeriodTo.IsEmpty()) {
     shell_.showErrorNotice(shell::kTitleProblem, "مقصد دوره مالي را بايد مشخص کنيد!");
-    tryFocus(sltPeriodTo);
+    sltPeriodTo.focus();
     return;
   }
   if (sltPeriodFrom.IsEmpty()) {

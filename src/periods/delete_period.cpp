@@ -44,7 +44,7 @@ void FormDeletePeriod::loadControls() {
 bool FormDeletePeriod::periodIsChosen() {
   if (!sltPeriodFrom.IsEmpty()) return true;
   shell_.showErrorNotice(shell::kTitleProblem, "دوره مالي را بايد مشخص کنيد!");
-  tryFocus(sltPeriodFrom);
+  sltPeriodFrom.focus();
   return false;
 }
 
@@ -87,7 +87,7 @@ void FormDeletePeriod::hideAll() {
         "تعداد «" + std::to_string(dependency->documents) +
             "» از اسناد حسابداري به اين دوره مالي وابسته است. به عنوان مثال سند با ش.ر. «" +
             dependency->example + "»");
-    tryFocus(sltPeriodFrom);
+    sltPeriodFrom.focus();
     return;
   }
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where PeriodID = " + period);

@@ -144,7 +144,7 @@ bool FormPeriodBranch::periodsAreClear() {
     return true;
   }
   shell_.showErrorNotice(shell::kTitleProblem, "سال مالي را تعيين نماييد.");
-  tryFocus(sltPeriod);
+  sltPeriod.focus();
   return false;
 }
 
@@ -178,7 +178,7 @@ void FormPeriodBranch::hideFromPeriods() {
                            "تعداد «" + std::to_string(dependency->documents) +
                                "» از اسناد حسابداري به دوره مالي " + sltPeriod.SelectedText() +
                                " وابسته است. به عنوان مثال سند با ش.ر. «" + dependency->example + "»");
-    tryFocus(sltPeriod);
+    sltPeriod.focus();
     return;
   }
   execute(shell_, *gateway,
@@ -236,7 +236,7 @@ void FormPeriodBranch::hideAllRows() {
         "تعداد «" + std::to_string(dependency->documents) +
             "» از اسناد حسابداري به دوره مالي مورد نظر وابسته است. به عنوان مثال سند با ش.ر. «" +
             dependency->example + "»");
-    tryFocus(sltPeriod);
+    sltPeriod.focus();
     return;
   }
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where AccountID=" + account);

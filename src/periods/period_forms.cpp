@@ -1,6 +1,5 @@
 #include "periods/period_forms.h"
 
-#include <exception>
 #include <utility>
 
 namespace ledgertree::periods {
@@ -14,14 +13,6 @@ void bind(shell::Selector& selector, const shell::HostContext& context, std::str
 
 void bindToPeriods(shell::Selector& selector, const shell::HostContext& context) {
   bind(selector, context, "vwAccountPeriodMajor", "vwAccountPeriodMinor");
-}
-
-void tryFocus(ui::Control& control) {
-  try {
-    control.setFocus();
-  } catch (const std::exception&) {
-    return;
-  }
 }
 
 bool confirms(shell::Shell& shell, std::string_view title, std::string_view question) {

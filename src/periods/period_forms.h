@@ -8,7 +8,6 @@
 #include "data/dten.h"
 #include "shell/selector.h"
 #include "shell/shell.h"
-#include "ui/control.h"
 
 /// What the screens of the periods share. An account is shown in a period where tblAccountPeriodAccount has
 /// the pair; to hide it is to delete that row, and nothing else of the account goes.
@@ -21,9 +20,6 @@ inline constexpr std::string_view kTitleQuestion = "پرسش";
 void bind(shell::Selector& selector, const shell::HostContext& context, std::string majorView,
           std::string minorView);
 void bindToPeriods(shell::Selector& selector, const shell::HostContext& context);
-
-/// Moves the focus where it can go: a notice has said everything already, so a failure is left alone.
-void tryFocus(ui::Control& control);
 
 /// Asks, and gives whether the person said yes. A question that can't be put isn't confirmed.
 [[nodiscard]] bool confirms(shell::Shell& shell, std::string_view title, std::string_view question);
