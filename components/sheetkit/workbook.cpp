@@ -83,6 +83,7 @@ void Workbook::makeFormats() {
   // Codes read from left to right and are no numbers: leading zeros stay, also when somebody edits one.
   code_ = format(LXW_ALIGN_LEFT, false);
   format_set_num_format(code_, "@");
+  format_set_indent(code_, 1);  // keeps it off the titles, which begin right beside it
   plain_ = format(LXW_ALIGN_RIGHT, true);
   wrapped_ = format(LXW_ALIGN_RIGHT, true);
   format_set_text_wrap(wrapped_);

@@ -14,6 +14,6 @@ print("widths", *(f"{sheet.column_dimensions[letter].width:.0f}" for letter in "
 for row in sheet.iter_rows(max_row=int(sys.argv[2])):
     place = row[0].row
     marks = "".join("w" if cell.alignment.wrap_text else "." for cell in row)
-    indent = int(max(cell.alignment.indent for cell in row))
+    indent = int(max(cell.alignment.indent for cell in row[1:]))
     print(place, f"fold {sheet.row_dimensions[place].outlineLevel} indent {indent} {marks}",
           *("" if cell.value is None else f"{cell.data_type}:{cell.value}".replace("\n", "/") for cell in row), sep="|")
