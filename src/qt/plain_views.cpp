@@ -4,6 +4,8 @@
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyleOptionProgressBar>
+#include <QStylePainter>
 #include <algorithm>
 #include <functional>
 
@@ -84,6 +86,28 @@ class Bar : public QProgressBar {
   using QProgressBar::QProgressBar;
   QString words;
   [[nodiscard]] QString text() const override { return words; }
+
+ protected:
+  /// Draws the text itself: from right to left the style would draw it white on white.
+  void paintEvent(QPaintEvent*) override {
+    QStylePainter painter(this);
+    QStyleOptionProgressBar look;
+    initStyleOption(&look);
+    look.textVisible = false;
+    painter.drawControl(QStyle::CE_ProgressBar, look);
+    const int done = static_cast<int>(std::int64_t{width()} * std::clamp(value(), 0, maximum()) / maximum());
+    const QRect filled(isRightToLeft() ? width() - done : 0, 0, done, height());
+    drawWords(painter, filled, QPalette::HighlightedText);
+    drawWords(painter, QRegion(rect()) - filled, QPalette::Text);
+  }
+
+ private:
+  void drawWords(QPainter& painter, const QRegion& where, QPalette::ColorRole colour) const {
+    painter.setLayoutDirection(layoutDirection());
+    painter.setClipRegion(where);
+    painter.setPen(palette().color(colour));
+    painter.drawText(rect(), Qt::AlignCenter, words);
+  }
 };
 
 }  // namespace
