@@ -1,0 +1,83 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace ledgertree::testing {
+
+/// A process that works and tells its parent through a pipe how far it is. It is made ahead of every database
+/// of the parent: SQLite's connections don't outlive a fork.
+class Child {
+ public:
+  explicit Child(const std::function<void(int pipe)>& work) {
+    int ends[2];
+    if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
+    process_ = ::fork();
+    if (process_ == 0) {
+      ::close(ends[0]);
+      work(ends[1]);
+      ::_exit(::testing::Test::HasFailure() ? 1 : 0);
+    }
+    ::close(ends[1]);
+    pipe_ = ends[0];
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+  ~Child() {
+    ::close(pipe_);
+    if (!ended_) static_cast<void>(end());
+  }
+
+  /// What it tells next: one character; nothing at its end.
+  std::optional<char> hear() {
+    char letter = 0;
+    return ::read(pipe_, &letter, 1) == 1 ? std::optional(letter) : std::nullopt;
+  }
+  std::string hearAll() {
+    std::string text;
+    while (const auto letter = hear()) text += *letter;
+    return text;
+  }
+  std::string hearLine() {
+    std::string line;
+    for (auto letter = hear(); letter && *letter != '\n'; letter = hear()) line += *letter;
+    return line;
+  }
+  void kill() const { ::kill(process_, SIGKILL); }
+  /// The exit code; -1 for one that was killed.
+  int end() {
+    int status = 0;
+    ::waitpid(process_, &status, 0);
+    ended_ = true;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  pid_t process_ = 0;
+  int pipe_ = -1;
+  bool ended_ = false;
+};
+
+inline void tell(int pipe, const std::string& text) {
+  if (::write(pipe, text.data(), text.size()) != static_cast<ssize_t>(text.size())) ::_exit(2);
+}
+
+/// The folder of a worker that can't take it along.
+struct LeftFolder {
+  std::filesystem::path file;
+  ~LeftFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(file.parent_path(), ignored);
+  }
+};
+
+}  // namespace ledgertree::testing
