@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <map>
 #include <vector>
 
@@ -194,6 +195,31 @@ TEST_F(ControlStory, AConnectionTextThatLeadsNowhereIsAFailureOfTheCall) {
   control.OLEConnectionString(database.connectionText());
   control.ClearShow();
   EXPECT_NE(session.form(), nullptr);
+}
+
+TEST_F(ControlStory, ALostFileIsToldAndNeverReplacedByAnEmptyChart) {
+  control.ClearShow();
+  mainform::FormMain& form = *session.form();
+  const auto look = [&] {
+    form.sltAccount.type("صندوق");
+    desktop.settle();
+    const bool found = !form.sltAccount.rows().empty();
+    form.sltAccount.press(ui::Key::Escape);
+    return found;
+  };
+  const std::filesystem::path away = database.file().string() + ".away";
+  std::filesystem::rename(database.file(), away);
+  EXPECT_FALSE(look());
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_THROW(control.ClearShow(), data::DataError);
+  EXPECT_FALSE(std::filesystem::exists(database.file()));
+
+  std::filesystem::rename(away, database.file());
+  EXPECT_TRUE(look());
+  control.ClearShow();
+  form.cmdRefreshAccountTree.click();
+  EXPECT_GT(form.treeAccount.count(), 4U);
+  expectQuiet();
 }
 
 TEST_F(ControlStory, NoticesUseTheComponentInItsOrderAndAreLostWithoutIt) {

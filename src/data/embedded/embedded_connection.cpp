@@ -127,9 +127,9 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
 
 Session& EmbeddedConnection::session() {
   if (!session_) {
-    const auto missing = wasOpen_ ? Session::Missing::Refuse : Session::Missing::Create;
+    const auto missing = *wasOpen_ ? Session::Missing::Refuse : Session::Missing::Create;
     session_ = std::make_unique<Session>(path_, missing, timeOuts_.connect);
-    wasOpen_ = true;
+    *wasOpen_ = true;
   }
   return *session_;
 }

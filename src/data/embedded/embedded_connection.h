@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -21,13 +22,18 @@ struct TimeOuts {
   std::chrono::milliseconds command = kCommandTimeOut;
 };
 
+/// Whether a file has been open before, for all connections to it that share the mark.
+using WasOpen = std::shared_ptr<std::atomic<bool>>;
+
 /// A connection to a database file. It opens the file at its first use and creates it, with its tables, where
 /// it isn't there; its folder has to be. A file that is deleted or replaced under it fails the next
-/// statement; the one after that opens what then stands there.
+/// statement; the one after that opens what then stands there. A file that was open once is never created
+/// anew: an empty chart would stand in for a lost one.
 class EmbeddedConnection final : public Connection {
  public:
-  explicit EmbeddedConnection(std::string path, TimeOuts timeOuts = {})
-      : path_(std::move(path)), timeOuts_(timeOuts) {}
+  explicit EmbeddedConnection(std::string path, TimeOuts timeOuts = {},
+                              WasOpen wasOpen = std::make_shared<std::atomic<bool>>(false))
+      : path_(std::move(path)), timeOuts_(timeOuts), wasOpen_(std::move(wasOpen)) {}
 
   std::optional<Rows> run(std::string_view statement) override;
   void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) override;
@@ -51,7 +57,7 @@ class EmbeddedConnection final : public Connection {
   TimeOuts timeOuts_;
   std::unique_ptr<Session> session_;
   int commands_ = 0;  ///< how deep the running ones are nested
-  bool wasOpen_ = false;
+  WasOpen wasOpen_;
 };
 
 }  // namespace ledgertree::data::embedded

@@ -1,6 +1,9 @@
 #include "data/embedded/embedded_engine.h"
 
+#include <map>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "data/connection.h"
 #include "data/connection_text.h"
@@ -9,8 +12,13 @@
 namespace ledgertree::data::embedded {
 
 void registerEmbedded(Providers& providers) {
-  providers.add("SQLite", [](const ConnectionText& text) {
-    return std::make_unique<EmbeddedConnection>(text.require("Data Source"));
+  // Selectors and pickers have connections of their own, and a lost one is replaced by a new one: what they
+  // know of a file they know together.
+  providers.add("SQLite", [files = std::map<std::string, WasOpen>()](const ConnectionText& text) mutable {
+    std::string path = text.require("Data Source");
+    WasOpen& wasOpen = files[path];
+    if (!wasOpen) wasOpen = std::make_shared<std::atomic<bool>>(false);
+    return std::make_unique<EmbeddedConnection>(std::move(path), TimeOuts{}, wasOpen);
   });
 }
 
