@@ -19,6 +19,17 @@ namespace {
 constexpr std::chrono::milliseconds kSlice{8};
 /// No code is longer.
 constexpr std::size_t kLongestCode = 20;
+/// The accounts that come first for the code that they begin with.
+constexpr std::size_t kCodesFirst = 20;
+
+/// The codes that begin with some digits, as a range of the index; for any other text the code itself.
+std::string codeCondition(const std::string& code) {
+  if (code.find_first_not_of("0123456789") != std::string::npos) return "Code=" + data::quoteText(code);
+  std::string behind = code;
+  while (!behind.empty() && behind.back() == '9') behind.pop_back();
+  if (!behind.empty()) ++behind.back();
+  return "Code>=" + data::quoteText(code) + (behind.empty() ? "" : " and Code<" + data::quoteText(behind));
+}
 
 /// The text of a cell; empty where it is NULL or the column isn't there.
 std::string textAt(const data::Rows& rows, std::size_t row, std::string_view name) {
@@ -49,11 +60,11 @@ struct LookupSearch::Run {
   LookupSearch* search = nullptr;
   std::string text;
   std::string continuation;
-  std::size_t found = 0;    ///< rows of the present page
-  bool begun = false;       ///< the first slice is behind it
-  bool shown = false;       ///< the list has rows of this search
-  bool waiting = false;     ///< a slice waits for idleness
-  std::int32_t first = -1;  ///< the row of the typed code, which came ahead of its turn
+  std::size_t found = 0;            ///< rows of the present page
+  bool begun = false;               ///< the first slice is behind it
+  bool shown = false;               ///< the list has rows of this search
+  bool waiting = false;             ///< a slice waits for idleness
+  std::vector<std::int32_t> first;  ///< the rows of the typed code, which came ahead of their turn
 };
 
 LookupSearch::LookupSearch(Shell& shell, Show show) : shell_(shell), show_(std::move(show)) {}
@@ -80,8 +91,10 @@ data::Connection& LookupSearch::connection() {
   return *connection_;
 }
 
-data::Rows LookupSearch::rowsOf(std::string_view view, const std::string& condition) {
-  auto rows = connection().run("Select * From " + std::string(view) + " Where " + condition);
+data::Rows LookupSearch::rowsOf(std::string_view top, std::string_view view, const std::string& condition) {
+  std::string statement = "Select ";
+  statement.append(top).append(top.empty() ? "" : " ").append("* From ").append(view);
+  auto rows = connection().run(statement.append(" Where ").append(condition));
   if (!rows) throw data::DataError(data::DataError::Reason::Statement, 0, "پاسخي از پايگاه داده نيامد.");
   return std::move(*rows);
 }
@@ -100,7 +113,7 @@ ui::LookupRow LookupSearch::read(std::int32_t id) {
   if (id == -1 || id == 0) return {};
   if (ready()) {
     try {
-      const data::Rows rows = rowsOf(view_, "ID=" + std::to_string(id));
+      const data::Rows rows = rowsOf({}, view_, "ID=" + std::to_string(id));
       learnColumns(rows);
       told_.clear();
       return rows.count() == 0 ? ui::LookupRow() : lookupRow(rows, 0);
@@ -115,7 +128,7 @@ ui::LookupRow LookupSearch::read(std::int32_t id) {
 std::string LookupSearch::nameIn(std::string_view view, std::int32_t id) {
   if (connectionText_.empty() || view.empty()) return {};
   try {
-    const data::Rows rows = rowsOf(view, "ID=" + std::to_string(id));
+    const data::Rows rows = rowsOf({}, view, "ID=" + std::to_string(id));
     return rows.count() == 0 ? std::string() : textAt(rows, 0, "Name");
   } catch (const std::exception&) {
     // It only explains the row held; whatever the person does next with the field tells of the failure.
@@ -178,8 +191,8 @@ void LookupSearch::slice(Run& run) {
 }
 
 void LookupSearch::advance(Run& run, std::vector<ui::LookupRow>& hits) {
-  if (columns_.empty()) learnColumns(rowsOf(view_, "ID=-1"));
-  if (!run.begun && codeFirst_) findCode(run, hits);
+  if (columns_.empty()) learnColumns(rowsOf({}, view_, "ID=-1"));
+  if (!run.begun && codeFirst_) findCodes(run, hits);
   const data::SearchPage page = connection().search({.view = view_,
                                                      .columns = columns_,
                                                      .text = run.text,
@@ -192,18 +205,22 @@ void LookupSearch::advance(Run& run, std::vector<ui::LookupRow>& hits) {
   run.found += page.rows.count();
   for (std::size_t row = 0; row < page.rows.count(); ++row) {
     ui::LookupRow hit = lookupRow(page.rows, row);
-    if (hit.id != -1 && hit.id != run.first) hits.push_back(std::move(hit));
+    const bool ahead = std::find(run.first.begin(), run.first.end(), hit.id) != run.first.end();
+    if (hit.id != -1 && !ahead) hits.push_back(std::move(hit));
   }
 }
 
-void LookupSearch::findCode(Run& run, std::vector<ui::LookupRow>& hits) {
+void LookupSearch::findCodes(Run& run, std::vector<ui::LookupRow>& hits) {
   const std::string code(data::trimmed(data::fold(run.text)));
   if (code.empty() || data::characterCount(code) > kLongestCode || !data::isCleanText(code)) return;
-  const data::Rows rows = rowsOf(view_, "Code=" + data::quoteText(code));
-  if (rows.count() == 0) return;
-  ui::LookupRow row = lookupRow(rows, 0);
-  run.first = row.id;
-  if (row.id != -1) hits.push_back(std::move(row));
+  const data::Rows rows =
+      rowsOf("top " + std::to_string(kCodesFirst), view_, codeCondition(code) + " Order by Code");
+  for (std::size_t row = 0; row < rows.count(); ++row) {
+    ui::LookupRow hit = lookupRow(rows, row);
+    if (hit.id == -1 || !data::fold(hit.code).starts_with(code)) continue;
+    run.first.push_back(hit.id);
+    hits.push_back(std::move(hit));
+  }
 }
 
 void LookupSearch::failed(const std::exception& failure) {

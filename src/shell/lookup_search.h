@@ -43,7 +43,8 @@ class LookupSearch {
   void setConnectionText(std::string_view text);
   /// Rows come from this view, ordered by Code where it has one, else by Name.
   void setView(std::string view);
-  /// The view has an index on its Code: a row of exactly the typed code comes first.
+  /// The view has an index on its Code: the rows whose code begins with the typed digits, or is the typed
+  /// text, come first.
   void setCodeFirst(bool codeFirst) { codeFirst_ = codeFirst; }
   /// Closes the connection and ends the search.
   void close();
@@ -70,12 +71,12 @@ class LookupSearch {
 
   [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
   [[nodiscard]] data::Connection& connection();
-  [[nodiscard]] data::Rows rowsOf(std::string_view view, const std::string& condition);
+  [[nodiscard]] data::Rows rowsOf(std::string_view top, std::string_view view, const std::string& condition);
   void learnColumns(const data::Rows& rows);
   void schedule();
   void slice(Run& run);
   void advance(Run& run, std::vector<ui::LookupRow>& hits);
-  void findCode(Run& run, std::vector<ui::LookupRow>& hits);
+  void findCodes(Run& run, std::vector<ui::LookupRow>& hits);
   void failed(const std::exception& failure);
 
   Shell& shell_;

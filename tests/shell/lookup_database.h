@@ -41,16 +41,18 @@ class LookupConnection : public data::Connection {
   }
   ~LookupConnection() override { --database_.open; }
 
-  /// "Select * From VIEW Where ID=N" or "… Where Code='C'".
+  /// "Select … * From VIEW Where ID=N", or a condition on the code, of which its beginning counts.
   std::optional<data::Rows> run(std::string_view statement) override {
     database_.statements.emplace_back(statement);
-    const std::string_view rest = statement.substr(std::string_view("Select * From ").size());
+    const std::string_view rest = statement.substr(statement.find(" From ") + 6);
     const std::size_t where = rest.find(" Where ");
     const std::string condition(rest.substr(where + 7));
     data::Rows rows = columns();
+    const std::size_t quote = std::min(condition.find('\''), condition.size() - 1) + 1;
+    const std::string code = condition.substr(quote, condition.find('\'', quote) - quote);
     for (const auto& row : view(rest.substr(0, where))) {
-      if (condition == "ID=" + std::to_string(row.id) || condition == "Code='" + row.code + "'")
-        add(rows, row);
+      const bool coded = condition.starts_with("Code") && row.code.starts_with(code);
+      if (coded || condition == "ID=" + std::to_string(row.id)) add(rows, row);
     }
     return rows;
   }
