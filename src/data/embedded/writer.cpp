@@ -325,15 +325,19 @@ void Writer::number(const Expression& side, const Expression& other) {
 /// serves: '!' is the character behind the blank.
 void Writer::compareText(const Expression& side, std::string_view sign, const Expression& text) {
   sql() += "(";
-  if (sign == "=" && side.kind == Kind::Column && !text.pinned) {
-    expression(side);
-    sql() += " >= ";
-    literal(text, true);
-    sql() += " AND ";
-    expression(side);
-    sql() += " < ";
-    literal(text, true);
-    sql() += " || '!' AND ";
+  if (side.kind == Kind::Column && !text.pinned && sign != "<>") {
+    if (sign.front() != '<') {
+      expression(side);
+      sql() += sign == ">" ? " > " : " >= ";
+      literal(text, true);
+      sql() += " AND ";
+    }
+    if (sign.front() != '>') {
+      expression(side);
+      sql() += " < ";
+      literal(text, true);
+      sql() += sign == "<" ? " AND " : " || '!' AND ";
+    }
   }
   sql() += "rtrim(";
   expression(side);
