@@ -1,8 +1,8 @@
 #ifndef LEDGERTREE_COMPONENT_H
 #define LEDGERTREE_COMPONENT_H
 
-/* What an outside component looks like to the chart of accounts: a plug-in is a shared library that exports one
- * C function, ledgertree_register_components, and makes its components known by name there.
+/* What an outside component looks like to the chart of accounts: a plug-in is a shared library that exports
+ * one C function, ledgertree_register_components, and makes its components known by name there.
  *
  * A plug-in is looked for when a component isn't known, under the name in front of the component's point
  * ("SheetKit" for "SheetKit.SheetWriter"): libSheetKit.so or SheetKit.so (SheetKit.dll on Windows) in the
@@ -15,12 +15,10 @@
  *
  * Members that the chart uses, in this order:
  *   SheetKit.SheetWriter  set UserID, PositionID, EmployeeID, OLEConnectionString, FormTypeID (301); call
- *                         ExportToExcel with one argument, a statement in the dialect of SQL Server whose column
- *                         aliases are the headings
- *   PactKit.PactEditor    set UserID, PositionID, EmployeeID, OLEConnectionString; call ClearShow without
- *                         arguments
- * A call returns when the work is done. What fails in it the component tells the person by itself: the chart
- * stays silent. */
+ *                         ExportToExcel with one argument, a statement in the dialect of SQL Server whose
+ * column aliases are the headings PactKit.PactEditor    set UserID, PositionID, EmployeeID,
+ * OLEConnectionString; call ClearShow without arguments A call returns when the work is done. What fails in
+ * it the component tells the person by itself: the chart stays silent. */
 
 #include <stddef.h> /* NOLINT(modernize-deprecated-headers): C */
 #include <stdint.h> /* NOLINT(modernize-deprecated-headers): C */
@@ -43,7 +41,8 @@ struct LedgerTreeValue {
   int32_t kind; /* of LedgerTreeValueKind */
   int64_t integer;
   double real;
-  const char* text; /* `length` bytes, with no end mark; valid until the next function of its owner is called */
+  const char*
+      text; /* `length` bytes, with no end mark; valid until the next function of its owner is called */
   size_t length;
 };
 
@@ -63,7 +62,8 @@ struct LedgerTreeComponent {
 };
 
 /* Fills `component` in full and returns LEDGERTREE_DONE, or fails. */
-typedef int32_t (*LedgerTreeCreate)(struct LedgerTreeComponent* component); /* NOLINT(modernize-use-using): C */
+typedef int32_t (*LedgerTreeCreate)(
+    struct LedgerTreeComponent* component); /* NOLINT(modernize-use-using): C */
 
 struct LedgerTreeRegistry {
   int32_t version;
