@@ -54,7 +54,9 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
   EXPECT_EQ(ids(select + "'AB-7   ' = Code and Title=N'd''arc'"), one);
   EXPECT_EQ(ids(select + "[Code] in ('x', 'AB-7') and not ID in (12)"), one);
   EXPECT_EQ(ids(select + "Code between 'AB-7' and 'ab-7'"), one);
-  EXPECT_EQ(ids(select + "'ab-8' > Code and 'AB-6' < Code and Code <> 'a'"), one);
+  EXPECT_EQ(ids(select + "'ab-8' > Code and 'AB-6' < Code and Code <> 'a' and Code != 'b' and Code <= 'AB-7' "
+                         "and Code >= 'ab-7 '"),
+            one);
   EXPECT_EQ(ids(select + "left(Code, 2) + right(Title, 3) = 'ABARC'"), one);
   EXPECT_EQ(ids(select + "ID + 2 = 15 and ID * 2 - 1 = 25 and ID % 7 = 6 and - ID = -13"), one);
   EXPECT_EQ(first("select Code + '|' + Title as x from tblAccount where ID=13").toText(), "aB-7  |D'Arc");

@@ -5,7 +5,7 @@ namespace {
 
 bool holds(std::string_view sign, int order) {
   if (sign == "=") return order == 0;
-  if (sign == "<>" || sign == "!=") return order != 0;
+  if (sign == "<>") return order != 0;
   if (sign == "<") return order < 0;
   if (sign == "<=") return order <= 0;
   if (sign == ">") return order > 0;

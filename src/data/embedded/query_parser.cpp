@@ -208,7 +208,8 @@ ExpressionPtr QueryParser::predicate() {
 }
 
 ExpressionPtr QueryParser::comparison(ExpressionPtr left) {
-  const std::string_view sign = *reader_.takeOneOf(kComparisons);
+  const std::string_view taken = *reader_.takeOneOf(kComparisons);
+  const std::string_view sign = taken == "!=" ? "<>" : taken;
   ExpressionPtr right = value();
   if (left->kind != Kind::Number || right->kind != Kind::Number || left->pinned || right->pinned) {
     return makeCompare(std::move(left), sign, std::move(right));
