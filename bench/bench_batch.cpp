@@ -88,7 +88,7 @@ class Chart {
 /// The product and the bare library on one chart.
 class Bench {
  public:
-  explicit Bench(const Chart& chart) : chart_(chart) {
+  explicit Bench(const Chart& chart) : bare(chart.file(), SQLite::OPEN_READWRITE) {
     data::embedded::registerEmbedded(shell.providers);
     shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<Yes>(); });
     shell.context.gConnectionString = "Provider=SQLite;Data Source=" + chart.file();
@@ -111,10 +111,7 @@ class Bench {
 
   IdleDesktop desktop;
   shell::Shell shell{desktop};
-  SQLite::Database bare{chart_.file(), SQLite::OPEN_READWRITE};
-
- private:
-  const Chart& chart_;
+  SQLite::Database bare;
 };
 
 /// LEDGERTREE_BENCH_ACCOUNTS asks for others than 10,000, for a machine that is busy.
