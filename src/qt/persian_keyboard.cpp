@@ -114,7 +114,7 @@ KeyboardLayout keyboardLayoutOf(std::string_view name) {
 
 std::u32string typedCharacters(const QKeyEvent& event, KeyboardLayout layout) {
   if (!putsText(event)) return {};
-  const std::u32string own = event.text().toStdU32String();
+  std::u32string own = event.text().toStdU32String();
   if (layout == KeyboardLayout::Own || own.size() != 1 || own.front() < U' ' || own.front() > U'~')
     return own;
   const auto& rows = layout == KeyboardLayout::Persian ? kPersian : kArabic;
