@@ -34,7 +34,6 @@ void AccountDeletion::deleteShownAccount() {
     tree_.refreshTree();
   } catch (const std::exception&) {
     // Whatever the reason, the person is told of a dependency.
-    shell_.desktop().setPointer(ui::Pointer::Default);
     shell_.showErrorNotice(shell::kTitleError, kDependency);
   }
 }

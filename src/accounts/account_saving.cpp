@@ -49,7 +49,6 @@ void AccountSaving::save() {
 
 /// Puts the form where the next save can do the rest.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
-  shell_.desktop().setPointer(ui::Pointer::Default);
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
   if (rowIsWritten && progress.way == SaveWay::NewAccount) {
     // Another insert would be refused for the code that exists now.

@@ -55,6 +55,10 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
   ceiling.type("0");
   EXPECT_EQ(at(ceiling), "|29/467") << "zeros in front go";
 
+  ceiling.paste("0005");
+  ceiling.press(Key::Left);
+  EXPECT_EQ(at(ceiling), "|5");
+
   // What can be typed, and in which digits.
   ceiling.paste("");
   ceiling.type("a.-۴ ٥/6");

@@ -69,7 +69,12 @@ class RelationStory : public AccountStory {
     }
     pick(form->sltGroup, picked_.group);
     static_cast<void>(faults.take());
+    notices.onShow = [this](const Notice&) {
+      EXPECT_TRUE(form->sltGroup.IsEmpty() && form->sltEntityType.IsEmpty() && form->sltEntity.IsEmpty());
+      EXPECT_FALSE(form->sltEntity.IsActive());
+    };
     const std::int32_t shown = save();
+    notices.onShow = nullptr;
     EXPECT_TRUE(id == -1 || shown == id);
     std::string trace;
     for (const std::string& command : faults.take()) trace += meaning(command, shown);
