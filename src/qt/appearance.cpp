@@ -3,8 +3,12 @@
 #include <QApplication>
 #include <QFontInfo>
 #include <QFontMetricsF>
+#include <QPainter>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QStyleFactory>
+#include <QStyleOption>
+#include <QToolButton>
 #include <algorithm>
 #include <cmath>
 
@@ -17,10 +21,68 @@ constexpr double kDesignFontPixels = 11;
 /// The width of this text against the font's size, in the font that the forms were laid out with.
 constexpr const char* kSample = "سرفصل حسابها مركز هزينه/درآمد: 0123456789";
 
+/// Texts that a style paints (of menus, of headers) run as the application does, which is the host's. Here
+/// they run as their widget does.
+class ScreenStyle : public QProxyStyle {
+ public:
+  ScreenStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    const Qt::LayoutDirection before = painter->layoutDirection();
+    painter->setLayoutDirection(option->direction);
+    QProxyStyle::drawControl(element, option, painter, widget);
+    painter->setLayoutDirection(before);
+  }
+
+  /// The marks of buttons and trees grow with the font.
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    const int base = QProxyStyle::pixelMetric(metric, option, widget);
+    const bool mark = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight ||
+                      metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight;
+    return mark && widget != nullptr ? std::max(base, widget->fontMetrics().height() * 13 / 16) : base;
+  }
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    const bool ofLine =
+        element == PE_IndicatorArrowDown && qobject_cast<const QToolButton*>(widget) != nullptr;
+    if (!ofLine && element != PE_IndicatorBranch)
+      return QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (!ofLine && !option->state.testFlag(State_Children)) return;
+    const bool open = ofLine || option->state.testFlag(State_Open);
+    drawMark(*option, *painter, open, widget);
+  }
+
+ private:
+  /// A triangle: down where something is open, else to the side that the text runs to.
+  static void drawMark(const QStyleOption& option, QPainter& painter, bool open, const QWidget* widget) {
+    const double size = widget == nullptr ? 8 : widget->fontMetrics().height() * 0.5;
+    const double half = size / 2;
+    const double side = option.direction == Qt::RightToLeft ? -1 : 1;
+    QPolygonF triangle;
+    if (open) {
+      triangle << QPointF(-half, -half / 2) << QPointF(half, -half / 2) << QPointF(0, half / 2);
+    } else {
+      triangle << QPointF(-side * half / 2, -half) << QPointF(-side * half / 2, half)
+               << QPointF(side * half / 2, 0);
+    }
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    const bool selected = option.state.testFlag(State_Selected);
+    painter.setBrush(option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+    painter.setOpacity(0.75);
+    painter.translate(QRectF(option.rect).center());
+    painter.drawPolygon(triangle);
+    painter.restore();
+  }
+};
+
 QStyle& screenStyle() {
   static QPointer<QStyle> style;
   if (style.isNull()) {
-    style = QStyleFactory::create(QStringLiteral("Fusion"));
+    style = new ScreenStyle;
     style->setParent(qApp);
   }
   return *style;

@@ -55,7 +55,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
   scroll_->setWidgetResizable(true);
   scroll_->setWidget(canvas_);
   canvas_->setFocusPolicy(Qt::NoFocus);
-  canvas_->installEventFilter(this);
+  scroll_->installEventFilter(this);
 
   build();
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -172,17 +172,12 @@ void FormWindow::place(ControlView& view) {
 
 void FormWindow::rescale() {
   scale_ = Scale(font());
-  const ui::Size design = form_->designSize();
-  const ui::Size size = form_->size();
-  {
-    const Echo sizing(sizing_);
-    canvas_->setMinimumSize(
-        scale_.pixels(ui::Size{std::min(design.width, size.width), std::min(design.height, size.height)}));
-  }
   for (ControlView* view : views_) {
     place(*view);
     view->rescaled(scale_);
   }
+  fitCanvas();
+  showKeyboard();
 }
 
 std::vector<QWidget*> FormWindow::tabOrderOf(const ui::Frame* frame) const {
@@ -257,7 +252,8 @@ void FormWindow::putUp() {
     }
   }
   if (form_ == nullptr) return;
-  canvasResized();
+  windowResized();
+  if (form_ == nullptr) return;
   startTimers();
   if (form_ != nullptr) focusFirst();
 }
@@ -349,8 +345,8 @@ bool FormWindow::shortcut(const QKeyEvent& event) {
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == canvas_) {
-    if (event->type() == QEvent::Resize) canvasResized();
+  if (watched == scroll_) {
+    if (event->type() == QEvent::Resize) windowResized();
     return false;
   }
   if (event->type() != QEvent::KeyPress || form_ == nullptr) return false;
@@ -364,14 +360,45 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   return false;
 }
 
-void FormWindow::canvasResized() {
-  if (sizing_ > 0 || form_ == nullptr || showing_ == Showing::Hidden || !form_->resizable()) return;
-  const ui::Size design = form_->designSize();
-  const QSize pixels = scale_.pixels(design);
-  ui::Size size = scale_.twips(canvas_->size());
-  if (canvas_->width() == pixels.width()) size.width = design.width;
-  if (canvas_->height() == pixels.height()) size.height = design.height;
-  form_->resize(size);
+QSize FormWindow::room() const {
+  const QSize design = scale_.pixels(form_->designSize());
+  const QSize window = scroll_->maximumViewportSize();
+  const int bar = scroll_->verticalScrollBar()->sizeHint().width();
+  bool across = design.width() > window.width();
+  const bool along = design.height() > window.height() - (across ? bar : 0);
+  across = design.width() > window.width() - (along ? bar : 0);
+  return window - QSize(along ? bar : 0, across ? bar : 0);
+}
+
+void FormWindow::windowResized() {
+  if (form_ == nullptr || showing_ == Showing::Hidden) return;
+  if (form_->resizable()) {
+    const ui::Size design = form_->designSize();
+    const QSize pixels = scale_.pixels(design);
+    const QSize present = room();
+    const ui::Size size = scale_.twips(present);
+    const Echo resizing(resizing_);
+    form_->resize({present.width() <= pixels.width() ? design.width : size.width,
+                   present.height() <= pixels.height() ? design.height : size.height});
+  }
+  if (form_ != nullptr) fitCanvas();
+}
+
+void FormWindow::fitCanvas() {
+  // A form may leave its controls where a larger size had put them: all of them can be scrolled to.
+  constexpr ui::Twips kRounding = 30;
+  const ui::Size size = form_->size();
+  ui::Size needed = form_->designSize();
+  needed = {std::min(needed.width, size.width), std::min(needed.height, size.height)};
+  for (const ui::Control* control : form_->controls()) {
+    if (control->frame() != nullptr || !control->visible()) continue;
+    const ui::Bounds& bounds = control->bounds();
+    if (bounds.left + bounds.width > size.width + kRounding)
+      needed.width = std::max(needed.width, bounds.left + bounds.width);
+    if (bounds.top + bounds.height > size.height + kRounding)
+      needed.height = std::max(needed.height, bounds.top + bounds.height);
+  }
+  canvas_->setMinimumSize(scale_.pixels(needed));
 }
 
 void FormWindow::moveEvent(QMoveEvent* event) {
@@ -386,7 +413,9 @@ bool FormWindow::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationFontChange && form_ != nullptr && font() != screenFont()) {
     setFont(screenFont());
     rescale();
-    if (showing_ != Showing::Hidden && showing_ != Showing::Embedded && !isMaximized()) fitWindow();
+    // The person chose the size of a window that can be resized.
+    if (!form_->resizable() && (showing_ == Showing::Modal || showing_ == Showing::Modeless)) fitWindow();
+    windowResized();
   }
   return handled;
 }
@@ -504,6 +533,8 @@ void FormWindow::controlChanged(ui::Control& control, ui::Change change) {
     default:
       view->sync(change);
   }
+  const bool layout = change == ui::Change::Visible || change == ui::Change::Bounds;
+  if (layout && control.frame() == nullptr && resizing_ == 0) fitCanvas();
   const bool reach = change == ui::Change::Visible || change == ui::Change::Enabled;
   if (reach && form_ != nullptr && form_->focused() != nullptr && !form_->focused()->withinReach())
     QTimer::singleShot(0, this, [this] { reportFocus(); });
@@ -534,13 +565,12 @@ void FormWindow::formChanged(ui::FormChange change) {
 }
 
 void FormWindow::followSize() {
-  if (form_->resizable() && scale_.twips(canvas_->size()) == form_->size()) return;
-  const QSize wanted = scale_.pixels(form_->size());
-  if (wanted == canvas_->size()) return;
-  const ui::Size design = form_->designSize();
-  const Echo sizing(sizing_);
-  canvas_->setMinimumSize(wanted.boundedTo(scale_.pixels(design)));
-  if (showing_ != Showing::Hidden && showing_ != Showing::Embedded && !isMaximized()) fitWindow();
+  if (resizing_ > 0) return;
+  // A program asked for the size: the window follows where it can.
+  fitCanvas();
+  if (showing_ == Showing::Modeless || showing_ == Showing::Modal) {
+    if (!isMaximized()) fitWindow();
+  }
 }
 
 void FormWindow::timerChanged(ui::Timer& timer) {

@@ -95,7 +95,10 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void putUp();
   void fitWindow();
   void followSize();
-  void canvasResized();
+  /// The pixels that a form of the window's size would have, scroll bars that the design needs taken off.
+  [[nodiscard]] QSize room() const;
+  void windowResized();
+  void fitCanvas();
   void startTimers();
   void focusFirst();
   void focusArrived(ControlView& view);
@@ -122,7 +125,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   KeyboardLayout keyboard_ = KeyboardLayout::Own;
   KeyboardLayout chosenKeyboard_ = KeyboardLayout::Own;  ///< what the toggling key goes back to
   int syncing_ = 0;
-  int sizing_ = 0;
+  int resizing_ = 0;
   int shownAtLoop_ = 0;
   bool wasShown_ = false;
 };

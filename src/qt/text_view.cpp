@@ -137,9 +137,9 @@ void LanguageTag::show(std::optional<KeyboardLayout> layout) {
   setPalette(colours);
   QFont small = parentWidget()->font();
   if (small.pixelSize() > 0) {
-    small.setPixelSize(std::max(small.pixelSize() * 3 / 4, 7));
+    small.setPixelSize(std::max(small.pixelSize() * 7 / 8, 7));
   } else {
-    small.setPointSizeF(small.pointSizeF() * 0.78);
+    small.setPointSizeF(small.pointSizeF() * 0.88);
   }
   setFont(small);
   QLabel::show();
