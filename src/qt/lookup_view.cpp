@@ -161,6 +161,7 @@ LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<
       tag_(new LanguageTag(*line_)),
       model_(control),
       popup_(new LookupPopup(*line_, model_)) {
+  line_->setAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   arrow_->setArrowType(Qt::DownArrow);
   arrow_->setAutoRaise(true);
   arrow_->setFocusPolicy(Qt::NoFocus);

@@ -28,7 +28,10 @@ QString literalCaption(std::string_view caption) {
 }
 
 QString literalTip(const QString& text) {
-  return text.isEmpty() ? text : QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>");
+  constexpr qsizetype kMost = 500;
+  if (text.isEmpty()) return text;
+  const QString shown = text.size() <= kMost ? text : text.left(kMost) + QStringLiteral("...");
+  return QLatin1String("<span>") + shown.toHtmlEscaped() + QLatin1String("</span>");
 }
 
 }  // namespace ledgertree::qt

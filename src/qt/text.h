@@ -16,7 +16,8 @@ namespace ledgertree::qt {
 
 /// A caption in which "&" is a letter and no mark of a key.
 [[nodiscard]] QString literalCaption(std::string_view caption);
-/// Text for a tooltip, which would otherwise read it as mark-up. Empty stays empty.
+/// Text for a tooltip, which would otherwise read it as mark-up; the beginning of a very long one. Empty
+/// stays empty.
 [[nodiscard]] QString literalTip(const QString& text);
 
 }  // namespace ledgertree::qt

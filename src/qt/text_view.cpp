@@ -264,6 +264,10 @@ TextFieldView::TextFieldView(ui::TextField& control, QWidget& parent, std::funct
   tag_ = new LanguageTag(widget());
   widget().installEventFilter(this);
   if (control.leftToRight()) widget().setLayoutDirection(Qt::LeftToRight);
+  // The side is the field's, whatever the first letter in it is.
+  if (line_ != nullptr)
+    line_->setAlignment((control.leftToRight() ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute |
+                        Qt::AlignVCenter);
   sync(ui::Change::Text);
   sync(ui::Change::Enabled);
 }
@@ -281,6 +285,9 @@ void TextFieldView::makeText(QWidget& parent) {
   text_ = new TextEditor(parent);
   text_->typist = typist();
   text_->limit = control().maximumLength();
+  QTextOption direction = text_->document()->defaultTextOption();
+  direction.setTextDirection(control().leftToRight() ? Qt::LeftToRight : Qt::RightToLeft);
+  text_->document()->setDefaultTextOption(direction);
   text_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   connect(text_, &QTextEdit::textChanged, this, [this] { personEdited(); });
   connect(text_, &QTextEdit::cursorPositionChanged, this, [this] { personMovedCaret(); });

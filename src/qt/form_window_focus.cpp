@@ -1,0 +1,129 @@
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QTimer>
+#include <algorithm>
+
+#include "qt/form_window.h"
+#include "qt/keys.h"
+#include "qt/qt_desktop.h"
+
+// Where the focus is, what its keys write, and the keys of the form.
+
+namespace ledgertree::qt {
+
+void FormWindow::moveFocus(ui::Control& control) {
+  ControlView* view = viewOf(&control);
+  if (view == nullptr || view->focusWidget() == nullptr) return;
+  view->focusWidget()->setFocus(Qt::OtherFocusReason);
+  // A window behind another one gets no event for it.
+  if (form_ != nullptr && form_->focused() != &control) focusArrived(*view);
+}
+
+void FormWindow::focusArrived(ControlView& view) {
+  if (form_ == nullptr) return;
+  if (syncing_ > 0) {
+    // Qt moves the focus on when a program hides or disables what had it. The form hears of it when the
+    // program is done, not in the middle of it.
+    QTimer::singleShot(0, this, [this] { reportFocus(); });
+    return;
+  }
+  bringIntoView(view.widget());
+  desktop_->setKeyboardTarget(this);
+  if (form_->focused() != &view.base()) {
+    keyboard_ = chosenKeyboard_ = KeyboardLayout::Own;
+    form_->focusMoved(&view.base());
+  }
+  showKeyboard();
+}
+
+void FormWindow::bringIntoView(const QWidget& widget) {
+  // The scroll area's own way to do it takes the bar for one that runs from the left.
+  const QRect room = scroll_->viewport()->rect();
+  const QRect place(widget.mapTo(scroll_->viewport(), QPoint(0, 0)), widget.size());
+  int right = 0;
+  int down = 0;
+  if (place.right() > room.right()) {
+    right = room.right() - place.right();
+  } else if (place.left() < room.left()) {
+    right = std::min(room.left() - place.left(), room.right() - place.right());
+  }
+  if (place.top() < room.top()) {
+    down = room.top() - place.top();
+  } else if (place.bottom() > room.bottom()) {
+    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
+  }
+  QScrollBar& across = *scroll_->horizontalScrollBar();
+  across.setValue(across.value() + right);
+  QScrollBar& along = *scroll_->verticalScrollBar();
+  along.setValue(along.value() - down);
+}
+
+void FormWindow::reportFocus() {
+  if (form_ == nullptr || showing_ == Showing::Hidden) return;
+  const auto found = byFocusWidget_.find(focusWidget());
+  if (found != byFocusWidget_.end() && found->second->base().withinReach())
+    return focusArrived(*found->second);
+  // What had the focus is out of reach now: the next one that can takes it.
+  auto order = tabOrderOf(nullptr);
+  const ControlView* lost = viewOf(form_->focused());
+  if (lost != nullptr) {
+    const auto place = std::find(order.begin(), order.end(), const_cast<ControlView*>(lost)->focusWidget());
+    std::rotate(order.begin(), place, order.end());
+  }
+  for (QWidget* widget : order) {
+    ui::Control& control = byFocusWidget_.at(widget)->base();
+    if (control.withinReach() && control.takesFocus()) return moveFocus(control);
+  }
+  form_->focusMoved(nullptr);
+}
+
+void FormWindow::chooseKeyboard(KeyboardLayout layout) {
+  keyboard_ = chosenKeyboard_ = layout;
+  showKeyboard();
+}
+
+void FormWindow::toggleKeyboard() {
+  if (chosenKeyboard_ == KeyboardLayout::Own) chosenKeyboard_ = KeyboardLayout::Persian;
+  keyboard_ = keyboard_ == KeyboardLayout::Own ? chosenKeyboard_ : KeyboardLayout::Own;
+  showKeyboard();
+}
+
+void FormWindow::showKeyboard() {
+  if (form_ == nullptr) return;
+  for (ControlView* view : views_) {
+    const bool here = &view->base() == form_->focused() && chosenKeyboard_ != KeyboardLayout::Own;
+    view->showLanguage(here ? std::optional(keyboard_) : std::nullopt);
+  }
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  const ui::KeyChord chord = chordOf(*event);
+  event->ignore();
+  if (form_ == nullptr || chord.empty() || event->isAutoRepeat()) return;
+  if (form_->press(chord)) event->accept();
+}
+
+bool FormWindow::shortcut(const QKeyEvent& event) {
+  const ui::KeyChord chord = chordOf(event);
+  const bool plain = !chord.ctrl && !chord.alt && (chord.key < ui::Key::F1 || chord.key > ui::Key::F12);
+  if (chord.empty() || plain || !form_->hasShortcut(chord)) return false;
+  return event.isAutoRepeat() || form_->press(chord);
+}
+
+bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == scroll_) {
+    if (event->type() == QEvent::Resize) windowResized();
+    return false;
+  }
+  if (event->type() != QEvent::KeyPress || form_ == nullptr) return false;
+  // The editors have keys like Ctrl+E of their own; what the form has a command for is the form's.
+  const auto& key = *static_cast<QKeyEvent*>(event);
+  if (shortcut(key)) return true;
+  if (form_ != nullptr && key.key() == Qt::Key_F8 && key.modifiers() == Qt::NoModifier) {
+    toggleKeyboard();
+    return true;
+  }
+  return false;
+}
+
+}  // namespace ledgertree::qt

@@ -1,0 +1,210 @@
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QScreen>
+#include <QScrollBar>
+#include <QThread>
+#include <QVBoxLayout>
+#include <QWindow>
+#include <algorithm>
+
+#include "qt/form_window.h"
+#include "qt/qt_desktop.h"
+#include "ui/timer.h"
+
+// How a window comes up and goes, and how window and form agree on a size.
+
+namespace ledgertree::qt {
+
+void FormWindow::showAs(Showing showing, QWidget* container) {
+  if (showing_ != showing) {
+    if (showing_ != Showing::Hidden) QWidget::hide();
+    const int loop = QThread::currentThread()->loopLevel() + (showing == Showing::Modal ? 1 : 0);
+    shownAtLoop_ = wasShown_ ? std::min(shownAtLoop_, loop) : loop;
+    showing_ = showing;
+    if (showing == Showing::Embedded) {
+      if (container->layout() == nullptr) container->setLayout(new QVBoxLayout);
+      container->layout()->setContentsMargins(0, 0, 0, 0);
+      container->layout()->addWidget(this);
+    } else {
+      const bool modal = showing == Showing::Modal;
+      setParent(nullptr, modal ? Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+                                     Qt::WindowCloseButtonHint |
+                                     (form_->resizable() ? Qt::WindowMaximizeButtonHint : Qt::WindowFlags())
+                               : Qt::Window);
+      setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    }
+    putUp();
+  }
+  if (showing_ == Showing::Embedded) return;
+  if (isMinimized()) showNormal();
+  raise();
+  activateWindow();
+}
+
+void FormWindow::putUp() {
+  const bool first = !wasShown_;
+  wasShown_ = true;
+  if (showing_ == Showing::Embedded) {
+    show();
+  } else {
+    fitWindow();
+    if (QWidget* front = QApplication::activeWindow(); front != nullptr && front != this) {
+      create();
+      windowHandle()->setTransientParent(front->windowHandle());
+      if (showing_ == Showing::Modal)
+        move(front->frameGeometry().center() - QPoint(width() / 2, height() / 2));
+    }
+    if (form_->wantsMaximised() && first) {
+      showMaximized();
+    } else {
+      show();
+    }
+  }
+  if (form_ == nullptr) return;
+  windowResized();
+  if (form_ == nullptr) return;
+  startTimers();
+  if (form_ != nullptr) focusFirst();
+}
+
+void FormWindow::fitWindow() {
+  QSize wanted = scale_.pixels(form_->size());
+  if (!bar_->isHidden()) wanted.rheight() += bar_->heightForWidth(wanted.width());
+  constexpr int kTitleBar = 40;
+  const QSize room = screen()->availableSize() - QSize(0, kTitleBar);
+  const bool scrolls = wanted.width() > room.width() || wanted.height() > room.height();
+  if (scrolls) {
+    // Room for the scroll bar of the other direction, so that one bar doesn't call for the second.
+    const int bar = scroll_->verticalScrollBar()->sizeHint().width();
+    wanted =
+        QSize(std::min(wanted.width() + bar, room.width()), std::min(wanted.height() + bar, room.height()));
+  }
+  if (form_->resizable()) {
+    resize(wanted);
+  } else {
+    setFixedSize(wanted);
+  }
+}
+
+void FormWindow::endShowing() {
+  if (showing_ == Showing::Hidden) return;
+  showing_ = Showing::Hidden;
+  for (QTimer* timer : timers_) timer->stop();
+  // Closed and not only hidden: an application that ends with its last window notices.
+  QWidget::close();
+  if (parentWidget() != nullptr) setParent(nullptr);
+  for (QEventLoop* loop : loops_) loop->exit();
+}
+
+void FormWindow::waitUntilHidden() {
+  QEventLoop loop;
+  loops_.push_back(&loop);
+  loop.exec();
+  std::erase(loops_, &loop);
+}
+
+void FormWindow::startTimers() {
+  if (timers_.empty()) {
+    for (ui::Timer* timer : form_->timers()) {
+      auto* ticking = new QTimer(this);
+      ticking->setInterval(timer->interval());
+      connect(ticking, &QTimer::timeout, this, [this, timer] {
+        if (form_ != nullptr && !desktop_->repainting()) timer->tick();
+      });
+      timers_.push_back(ticking);
+    }
+  }
+  for (QTimer* timer : timers_) timer->start();
+}
+
+void FormWindow::focusFirst() {
+  ui::Control* first = form_->firstFocus();
+  if (first != nullptr && first->withinReach() && first->takesFocus()) return moveFocus(*first);
+  reportFocus();
+}
+
+void FormWindow::popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top) {
+  const QPoint corner = canvas_->mapToGlobal(QPoint(scale_.pixels(left), scale_.pixels(top)));
+  menus_.makePopUp(menu, *this)->popup(corner);
+}
+
+QSize FormWindow::room() const {
+  const QSize design = scale_.pixels(form_->designSize());
+  const QSize window = scroll_->maximumViewportSize();
+  const int bar = scroll_->verticalScrollBar()->sizeHint().width();
+  bool across = design.width() > window.width();
+  const bool along = design.height() > window.height() - (across ? bar : 0);
+  across = design.width() > window.width() - (along ? bar : 0);
+  return window - QSize(along ? bar : 0, across ? bar : 0);
+}
+
+void FormWindow::windowResized() {
+  if (form_ == nullptr || showing_ == Showing::Hidden) return;
+  if (form_->resizable()) {
+    const ui::Size design = form_->designSize();
+    const QSize pixels = scale_.pixels(design);
+    const QSize present = room();
+    const ui::Size size = scale_.twips(present);
+    const Echo resizing(resizing_);
+    form_->resize({present.width() <= pixels.width() ? design.width : size.width,
+                   present.height() <= pixels.height() ? design.height : size.height});
+  }
+  if (form_ != nullptr) fitCanvas();
+}
+
+void FormWindow::fitCanvas() {
+  // A form may leave its controls where a larger size had put them: all of them can be scrolled to.
+  constexpr ui::Twips kRounding = 30;
+  const ui::Size size = form_->size();
+  ui::Size needed = form_->designSize();
+  needed = {std::min(needed.width, size.width), std::min(needed.height, size.height)};
+  for (const ui::Control* control : form_->controls()) {
+    if (control->frame() != nullptr || !control->visible()) continue;
+    const ui::Bounds& bounds = control->bounds();
+    if (bounds.left + bounds.width > size.width + kRounding)
+      needed.width = std::max(needed.width, bounds.left + bounds.width);
+    if (bounds.top + bounds.height > size.height + kRounding)
+      needed.height = std::max(needed.height, bounds.top + bounds.height);
+  }
+  canvas_->setMinimumSize(scale_.pixels(needed));
+}
+
+void FormWindow::followSize() {
+  if (resizing_ > 0) return;
+  // A program asked for the size: the window follows where it can.
+  fitCanvas();
+  if (showing_ == Showing::Modeless || showing_ == Showing::Modal) {
+    if (!isMaximized()) fitWindow();
+  }
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  if (form_ != nullptr && showing_ != Showing::Hidden) {
+    event->ignore();
+    if (desktop_->repainting()) return;
+    form_->closeByPerson();
+  }
+  event->setAccepted(form_ == nullptr || showing_ == Showing::Hidden);
+}
+
+void FormWindow::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  for (ControlView* view : views_) {
+    if (view->standing()) view->moved();
+  }
+}
+
+bool FormWindow::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  if (event->type() == QEvent::ApplicationFontChange && form_ != nullptr && font() != screenFont()) {
+    setFont(screenFont());
+    rescale();
+    // The person chose the size of a window that can be resized.
+    if (!form_->resizable() && (showing_ == Showing::Modal || showing_ == Showing::Modeless)) fitWindow();
+    windowResized();
+  }
+  return handled;
+}
+
+}  // namespace ledgertree::qt
