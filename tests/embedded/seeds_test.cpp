@@ -10,6 +10,7 @@
 
 #include "connection_text_check.h"
 #include "dialect_check.h"
+#include "numbers_check.h"
 
 namespace ledgertree::fuzz {
 namespace {
@@ -30,6 +31,8 @@ TEST(Seeds, NoStatementMakesTheDialectFail) {
   DialectCheck check;
   EXPECT_GT(replay("dialect", [&check](std::string_view text) { check(text); }), 70);
 }
+
+TEST(Seeds, NoTextReadsAsAnotherNumber) { EXPECT_GT(replay("numbers", checkNumbers), 10); }
 
 TEST(Seeds, NoConnectionTextMakesItsReaderFail) {
   EXPECT_GT(replay("connection_text", checkConnectionText), 2);
