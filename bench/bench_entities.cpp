@@ -6,17 +6,16 @@
 
 #include <ctime>
 #include <deque>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
 #include "entities/rel_objects.h"
 #include "shell/shell.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 
 namespace {
 
@@ -26,12 +25,8 @@ using namespace ledgertree;
 class Projects {
  public:
   Projects(std::int64_t count, std::int64_t children) {
-    remove();
-    other_ = std::make_unique<SQLite::Database>(kFile, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    other_->exec("pragma journal_mode = wal; pragma foreign_keys = on");
-    db::openSchema(*other_);
     const std::string number = std::to_string(children);
-    other_->exec(
+    other_.exec(
         "begin;"
         "insert into tblAccount (ID, Code, Title) values (1, '1', 'حساب');"
         "insert into tblAccountClass (ID, Name, ViewMajor, ViewMinor) values"
@@ -45,27 +40,18 @@ class Projects {
         "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID)"
         " select 1, 1, ID from tblEntityProject where ID % 2 = 0; commit; analyze");
     data::embedded::registerEmbedded(shell.providers);
-    shell.context.gConnectionString = "Provider=SQLite;Data Source=" + kFile;
+    shell.context.gConnectionString = scratch_.connectionText();
     shell.resetDataConnection();
   }
-  Projects(const Projects&) = delete;
-  Projects& operator=(const Projects&) = delete;
-  ~Projects() { remove(); }
 
-  SQLite::Database& other() { return *other_; }
+  SQLite::Database& other() { return other_; }
 
   bench::IdleDesktop desktop;
   shell::Shell shell{desktop};
 
  private:
-  inline static const std::string kFile =
-      (std::filesystem::is_directory("/dev/shm") ? std::filesystem::path("/dev/shm")
-                                                 : std::filesystem::temp_directory_path()) /
-      "ledgertree-bench-entities";
-  static void remove() {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(kFile + end);
-  }
-  std::unique_ptr<SQLite::Database> other_;
+  bench::ScratchDatabase scratch_{"entities"};
+  SQLite::Database other_ = scratch_.open();
 };
 
 /// The same reading by hand: level by level, a look-up for each object. Gives the number of objects.

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -15,11 +14,11 @@
 
 #include "data/embedded/embedded_engine.h"
 #include "data/fold.h"
-#include "db/schema.h"
 #include "shell/account_picker.h"
 #include "shell/shell.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 #include "support/side_by_side.h"
 
 namespace ledgertree::bench {
@@ -28,13 +27,14 @@ namespace {
 /// A generated chart, a picker on it, and the bare library beside the picker.
 class Chart {
  public:
-  explicit Chart(std::int32_t accounts) : file_(made(accounts)), database(file_, SQLite::OPEN_READWRITE) {
+  explicit Chart(std::int32_t accounts)
+      : scratch_("lookup-" + std::to_string(accounts)), database(scratch_.open()) {
+    generateChart(database, {.accounts = accounts});
+    database.exec(
+        "update tblAccount set Title = 'حساب يگانه' where Code = (select max(Code) from tblAccount)");
     data::embedded::registerEmbedded(shell.providers);
-    picker.setPickerConnection("Provider=SQLite;Data Source=" + file_);
+    picker.setPickerConnection(scratch_.connectionText());
   }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() { remove(file_); }
 
   static Chart& of(std::int32_t accounts) {
     static std::map<std::int32_t, std::unique_ptr<Chart>> charts;
@@ -44,21 +44,7 @@ class Chart {
   }
 
  private:
-  static void remove(const std::string& file) {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file + end);
-  }
-  static std::string made(std::int32_t accounts) {
-    std::string file = "/dev/shm/bench-lookup-" + std::to_string(accounts) + ".db";
-    remove(file);
-    SQLite::Database database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
-    generateChart(database, {.accounts = accounts});
-    database.exec(
-        "update tblAccount set Title = 'حساب يگانه' where Code = (select max(Code) from tblAccount)");
-    return file;
-  }
-
-  std::string file_;
+  ScratchDatabase scratch_;
 
  public:
   IdleDesktop desktop;

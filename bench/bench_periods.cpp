@@ -6,19 +6,18 @@
 
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <string>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
 #include "periods/copy_period.h"
 #include "periods/delete_period.h"
 #include "shell/shell.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 
 namespace {
 
@@ -42,22 +41,17 @@ enum Lines { kEverywhere, kInAnotherPeriod, kOnOneAccount, kOnFewAccounts };
 class Chart {
  public:
   Chart() {
-    remove();
-    other_ = open(false);
-    db::openSchema(*other_);
-    bench::generateChart(*other_, {.accounts = kAccounts, .periods = {kAccounts, 0}});
+    other_.exec("pragma synchronous = off");
+    bench::generateChart(other_, {.accounts = kAccounts, .periods = {kAccounts, 0}});
     data::embedded::registerEmbedded(shell.providers);
     shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<YesSayer>(); });
-    shell.context.gConnectionString = "Provider=SQLite;Data Source=" + kFile;
+    shell.context.gConnectionString = scratch_.connectionText();
     shell.resetDataConnection();
   }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() { remove(); }
 
   void putLines(Lines lines) {
     const char* account[] = {"1 + i * 2 % 200000", "1 + i * 2 % 200000", "199999", "199000 + i % 100"};
-    other_->exec(
+    other_.exec(
         "begin; delete from tblAccountDocumentDetail; delete from tblAccountDocument;"
         "with recursive n(i) as (select 1 union all select i + 1 from n where i < " +
         std::to_string(kLines / 10) + ") insert into tblAccountDocument (ID, FarsiDocumentDate) select i, '" +
@@ -70,19 +64,18 @@ class Chart {
   }
   /// The whole chart in period 1, and nobody in period 2.
   void putMembers() {
-    other_->exec(
+    other_.exec(
         "begin; delete from tblAccountPeriodAccount; insert into tblAccountPeriodAccount (AccountID,"
         " PeriodID) select ID, 1 from tblAccount; commit; pragma wal_checkpoint(truncate)");
   }
   std::int64_t members() {
-    return other_->execAndGet("select count(*) * 1000 + max(PeriodID) from tblAccountPeriodAccount")
+    return other_.execAndGet("select count(*) * 1000 + max(PeriodID) from tblAccountPeriodAccount")
         .getInt64();
   }
-  static std::unique_ptr<SQLite::Database> open(bool durable) {
-    auto database = std::make_unique<SQLite::Database>(
-        kFile, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX);
-    database->exec("pragma journal_mode = wal; pragma foreign_keys = on");
-    database->exec(durable ? "pragma synchronous = full" : "pragma synchronous = off");
+  /// A connection by hand that keeps what it writes, as the screen's does.
+  SQLite::Database openDurable() {
+    SQLite::Database database = scratch_.open();
+    database.exec("pragma foreign_keys = on; pragma synchronous = full");
     return database;
   }
 
@@ -90,14 +83,8 @@ class Chart {
   shell::Shell shell{desktop};
 
  private:
-  inline static const std::string kFile =
-      (std::filesystem::is_directory("/dev/shm") ? std::filesystem::path("/dev/shm")
-                                                 : std::filesystem::temp_directory_path()) /
-      "ledgertree-bench-periods";
-  static void remove() {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(kFile + end);
-  }
-  std::unique_ptr<SQLite::Database> other_;
+  bench::ScratchDatabase scratch_{"periods"};
+  SQLite::Database other_ = scratch_.open();
 };
 
 Chart& chart() {
@@ -111,7 +98,7 @@ using Statements = std::vector<std::string>;
 void compare(benchmark::State& state, const std::function<void()>& screen,
              const std::vector<Statements>& byHand) {
   chart().putMembers();
-  const auto bare = Chart::open(true);
+  SQLite::Database bare = chart().openDurable();
   const auto measured = [](const std::function<void()>& work) {
     chart().putMembers();
     const auto begin = std::chrono::steady_clock::now();
@@ -124,7 +111,7 @@ void compare(benchmark::State& state, const std::function<void()>& screen,
   for (auto _ : state) {
     for (const Statements& way : byHand) {
       best = std::min(best, measured([&] {
-                        for (const std::string& statement : way) bare->exec(statement);
+                        for (const std::string& statement : way) bare.exec(statement);
                       }));
     }
     const auto expected = chart().members();

@@ -5,16 +5,15 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <array>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
 #include "mainform/form_main.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 #include "support/side_by_side.h"
 
 namespace ledgertree::bench {
@@ -26,10 +25,8 @@ constexpr std::int32_t kShown = 100;
 /// A chart whose accounts have a parent, a group, a branch, a cost centre, a class and an object.
 class Chart {
  public:
-  explicit Chart(std::int32_t accounts) : file_("/dev/shm/bench-record-" + std::to_string(accounts) + ".db") {
-    std::filesystem::remove(file_);
-    SQLite::Database database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
+  explicit Chart(std::int32_t accounts) : scratch_("record-" + std::to_string(accounts)) {
+    SQLite::Database database = scratch_.open();
     generateChart(database, {.accounts = accounts, .relations = accounts, .objects = accounts});
     database.exec(
         "insert or replace into tblAccountBranch (ID, Code, Name) values (1, '01', 'دفتر مرکزي');"
@@ -37,11 +34,6 @@ class Chart {
     database.exec(
         "update tblAccount set GroupID = 1, BranchID = 1, PositionID = 1, MaxDebit = 15000000,"
         " Notes = 'مانده اين حساب هر ماه با صورت حساب بانک مقابله مي شود' where ID between 11 and 200");
-  }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file_ + end);
   }
 
   static const Chart& of(std::int64_t accounts) {
@@ -51,10 +43,10 @@ class Chart {
     return *chart;
   }
 
-  [[nodiscard]] const std::string& file() const { return file_; }
+  [[nodiscard]] const ScratchDatabase& scratch() const { return scratch_; }
 
  private:
-  std::string file_;
+  ScratchDatabase scratch_;
 };
 
 /// One account by hand: its row, the texts of what it refers to, its relation and the texts of that.
@@ -108,11 +100,11 @@ void showAccount(benchmark::State& state) {
   IdleDesktop desktop;
   shell::Shell shell(desktop);
   data::embedded::registerEmbedded(shell.providers);
-  shell.context.gConnectionString = "Provider=SQLite;Data Source=" + chart.file();
+  shell.context.gConnectionString = chart.scratch().connectionText();
   shell.resetDataConnection();
   mainform::FormMain form(shell);
   form.load();
-  BareRecord bare(chart.file());
+  BareRecord bare(chart.scratch().file());
   sideBySide(
       state,
       [&] {

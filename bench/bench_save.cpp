@@ -6,7 +6,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <chrono>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
@@ -15,16 +14,16 @@
 #include <vector>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
 #include "mainform/form_main.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 #include "support/side_by_side.h"
 
 namespace ledgertree::bench {
 namespace {
 
-enum Storage { kOnDisk, kInMemory };
+using Storage = ScratchDatabase::Storage;
 
 /// The parent of all that is saved: an account of the second level.
 constexpr std::int32_t kParent = 11;
@@ -32,11 +31,8 @@ constexpr std::int32_t kParent = 11;
 class Chart {
  public:
   Chart(Storage storage, const ChartShape& shape)
-      : file_((storage == kOnDisk ? std::filesystem::path("/var/tmp") : std::filesystem::path("/dev/shm")) /
-              ("bench-save-" + std::to_string(shape.accounts) + ".db")) {
-    remove();
-    SQLite::Database database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
+      : scratch_("save-" + std::to_string(shape.accounts), storage) {
+    SQLite::Database database = scratch_.open();
     generateChart(database, shape);
     database.exec(
         "insert or ignore into tblAccountGroup (ID, Name) values (1, 'گروه');"
@@ -45,9 +41,6 @@ class Chart {
         " where ID = 1; insert or ignore into tblEntityPerson (ID, Name) with recursive n(i) as"
         " (select 1 union all select i + 1 from n where i < 200000) select i, 'شخص ' || i from n");
   }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() { remove(); }
 
   static const Chart& of(Storage storage, std::int64_t accounts) {
     static std::map<std::pair<Storage, std::int64_t>, std::unique_ptr<Chart>> charts;
@@ -55,13 +48,10 @@ class Chart {
     if (!chart) chart = std::make_unique<Chart>(storage, ChartShape{.accounts = static_cast<int>(accounts)});
     return *chart;
   }
-  [[nodiscard]] const std::string& file() const { return file_; }
+  [[nodiscard]] std::string file() const { return scratch_.file(); }
 
  private:
-  void remove() const {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file_ + end);
-  }
-  std::string file_;
+  ScratchDatabase scratch_;
 };
 
 /// The product: a form on the chart, without a window.
@@ -210,7 +200,7 @@ class EndOfWrites : public ui::FormObserver {
 /// Counters: `ratio` of the whole save to its writes and reads by hand, `ratio_writes` of both without the
 /// reads.
 void save(benchmark::State& state) {
-  const Chart& chart = Chart::of(static_cast<Storage>(state.range(0)), state.range(1));
+  const Chart& chart = Chart::of(state.range(0) != 0 ? Storage::Disk : Storage::Memory, state.range(1));
   Product product(chart.file());
   ByHand byHand(chart.file());
   EndOfWrites endOfWrites(product.form());
@@ -258,7 +248,7 @@ constexpr const char* kLevel =
 
 /// A proposal in coding mode range(1) on a chart of range(0) accounts.
 void propose(benchmark::State& state) {
-  const Chart& chart = Chart::of(kInMemory, state.range(0));
+  const Chart& chart = Chart::of(Storage::Memory, state.range(0));
   const auto mode = static_cast<std::int16_t>(state.range(1));
   Product product(chart.file(), mode);
   ByHand byHand(chart.file());
@@ -274,7 +264,7 @@ void propose(benchmark::State& state) {
 
 /// The number that a level of 100,000 accounts shares.
 void searchLevel(benchmark::State& state) {
-  const Chart chart(kInMemory, {.accounts = 100010, .topLevel = 10, .fanOut = 100000});
+  const Chart chart(Storage::Memory, {.accounts = 100010, .topLevel = 10, .fanOut = 100000});
   Product product(chart.file(), 1);
   ByHand byHand(chart.file());
   sideBySide(
@@ -288,8 +278,8 @@ void searchLevel(benchmark::State& state) {
 }
 
 BENCHMARK(save)
-    ->ArgNames({"in_memory", "accounts"})
-    ->ArgsProduct({{kOnDisk, kInMemory}, {1000, 1000000}})
+    ->ArgNames({"on_disk", "accounts"})
+    ->ArgsProduct({{1, 0}, {1000, 1000000}})
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(propose)

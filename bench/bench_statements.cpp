@@ -6,13 +6,12 @@
 #include <sqlite3.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "data/embedded/embedded_connection.h"
-#include "db/schema.h"
+#include "support/scratch_database.h"
 
 namespace {
 
@@ -27,13 +26,9 @@ constexpr int kParent = 1;
 /// others.
 class Chart {
  public:
-  explicit Chart(int accounts)
-      : path_((std::filesystem::path("/dev/shm") / ("bench-statements-" + std::to_string(accounts) + ".db"))
-                  .string()) {
-    remove();
-    SQLite::Database database(path_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    database.exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = OFF");
-    ledgertree::db::openSchema(database);
+  explicit Chart(int accounts) : scratch_("statements-" + std::to_string(accounts)) {
+    SQLite::Database database = scratch_.open();
+    database.exec("PRAGMA synchronous = OFF");
     const std::string count = std::to_string(accounts);
     database.exec(
         "BEGIN; INSERT INTO tblAccountPeriod VALUES (3, '1404', '2025-03-21', '2026-03-20', '1404/01/01',"
@@ -50,11 +45,8 @@ class Chart {
         " 'حساب‌های دريافتني تجاري شماره ' || i || ' شعبه مركزي' FROM n");
     database.exec("INSERT INTO tblAccountPeriodAccount SELECT ID, 3 FROM tblAccount; COMMIT");
   }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() { remove(); }
 
-  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] std::string path() const { return scratch_.file(); }
 
   static const Chart& of(std::int64_t accounts) {
     static std::vector<std::pair<std::int64_t, std::unique_ptr<Chart>>> made;
@@ -66,10 +58,7 @@ class Chart {
   }
 
  private:
-  void remove() const {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(path_ + end);
-  }
-  std::string path_;
+  ledgertree::bench::ScratchDatabase scratch_;
 };
 
 constexpr const char* kBareCount =

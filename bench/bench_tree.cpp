@@ -4,19 +4,18 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
 
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
 #include <tuple>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
 #include "ledgertree/ledger_tree_control.h"
 #include "mainform/account_tree.h"
 #include "shell/ledger_tree_control_session.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 #include "support/side_by_side.h"
 
 namespace ledgertree::bench {
@@ -28,17 +27,10 @@ constexpr std::int32_t kLevel = 1000;
 class Chart {
  public:
   Chart(std::int32_t accounts, std::int32_t members, std::int32_t fanOut)
-      : file_("/dev/shm/bench-tree-" + std::to_string(accounts) + "-" + std::to_string(members) + "-" +
-              std::to_string(fanOut) + ".db") {
-    std::filesystem::remove(file_);
-    SQLite::Database database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
+      : scratch_("tree-" + std::to_string(accounts) + "-" + std::to_string(members) + "-" +
+                 std::to_string(fanOut)) {
+    SQLite::Database database = scratch_.open();
     generateChart(database, {.accounts = accounts, .topLevel = 10, .fanOut = fanOut, .periods = {members}});
-  }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file_ + end);
   }
 
   /// The chart that a benchmark's arguments name: accounts, members of the period, and the children of a
@@ -52,11 +44,11 @@ class Chart {
     return *chart;
   }
 
-  [[nodiscard]] const std::string& file() const { return file_; }
-  [[nodiscard]] std::string connectionText() const { return "Provider=SQLite;Data Source=" + file_; }
+  [[nodiscard]] std::string file() const { return scratch_.file(); }
+  [[nodiscard]] std::string connectionText() const { return scratch_.connectionText(); }
 
  private:
-  std::string file_;
+  ScratchDatabase scratch_;
 };
 
 /// The reads of one level by hand: its rows, and for each row the count of its children.
