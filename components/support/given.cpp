@@ -1,6 +1,10 @@
 #include "support/given.h"
 
-#include "data/embedded/embedded_engine.h"
+#include <atomic>
+#include <memory>
+
+#include "data/connection_text.h"
+#include "data/embedded/embedded_connection.h"
 
 namespace ledgertree::components {
 
@@ -20,7 +24,11 @@ bool Given::set(std::string_view member, const data::Value& value) {
 
 data::Providers engines() {
   data::Providers providers;
-  data::embedded::registerEmbedded(providers);
+  // The chart had its file open before it called a component: one that isn't there now has been lost.
+  providers.add("SQLite", [](const data::ConnectionText& text) {
+    return std::make_unique<data::embedded::EmbeddedConnection>(
+        text.require("Data Source"), data::embedded::TimeOuts{}, std::make_shared<std::atomic<bool>>(true));
+  });
   return providers;
 }
 

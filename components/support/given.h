@@ -20,7 +20,8 @@ struct Given {
   [[nodiscard]] bool set(std::string_view member, const data::Value& value);
 };
 
-/// The engines that a component can reach.
+/// The engines that a component can reach. A component works on the database of the chart that calls it, so
+/// none of them makes a database file: one that isn't there fails the first use of its connection.
 [[nodiscard]] data::Providers engines();
 
 }  // namespace ledgertree::components

@@ -1,6 +1,10 @@
 #include "pactkit/cost_centers.h"
 
+#include <filesystem>
+
+#include "data/data_error.h"
 #include "support/faulty_connection.h"
+#include "support/given.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -94,6 +98,22 @@ TEST_F(CostCentersStory, RefusesWhatCantBeStored) {
   form.open();
   EXPECT_FALSE(form.cmdRename.enabled());
   EXPECT_FALSE(form.cmdDelete.enabled());
+}
+
+TEST_F(CostCentersStory, ALostFileIsToldAndNeverMadeAnew) {
+  shell::Shell own(desktop);
+  own.providers = components::engines();
+  own.context.gConnectionString = shell.context.gConnectionString;
+  own.resetDataConnection();
+  CostCenters opened(own);
+  const std::filesystem::path away = database.file().string() + ".away";
+  std::filesystem::rename(database.file(), away);
+  EXPECT_THROW(opened.open(), data::DataError);
+  EXPECT_THROW(opened.open(), data::DataError) << "a second look makes it no better";
+  EXPECT_FALSE(std::filesystem::exists(database.file()));
+  std::filesystem::rename(away, database.file());
+  opened.open();
+  EXPECT_EQ(opened.grid.rowCount(), 2);
 }
 
 }  // namespace
