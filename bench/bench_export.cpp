@@ -3,6 +3,8 @@
 // of an account and the peak of memory are to be the same at every size.
 
 #include <SQLiteCpp/SQLiteCpp.h>
+#include <malloc.h>
+#include <sqlite3.h>
 #include <xlsxwriter.h>
 
 #include <algorithm>
@@ -92,30 +94,37 @@ void writeByHand(SQLite::Database& database, const fs::path& file) {
   const Looks looks(book);
   worksheet_right_to_left(sheet);
   worksheet_freeze_panes(sheet, 1, 0);
-  SQLite::Statement rows(database, kByHand);
-  for (int column = 0; column < rows.getColumnCount(); ++column)
-    worksheet_write_string(sheet, 0, static_cast<lxw_col_t>(column), rows.getColumnName(column), nullptr);
+  sqlite3_stmt* rows = nullptr;
+  if (sqlite3_prepare_v2(database.getHandle(), kByHand, -1, &rows, nullptr) != SQLITE_OK)
+    throw std::runtime_error(database.getErrorMsg());
+  const int columns = sqlite3_column_count(rows);
+  for (int column = 0; column < columns; ++column)
+    worksheet_write_string(sheet, 0, static_cast<lxw_col_t>(column), sqlite3_column_name(rows, column),
+                           nullptr);
   lxw_row_t place = 1;
-  for (; rows.executeStep(); ++place) {
-    const int depth = std::clamp(rows.getColumn(kLevel).getInt() - 1, 0, 12);
+  for (; sqlite3_step(rows) == SQLITE_ROW; ++place) {
+    const int depth = std::clamp(sqlite3_column_int(rows, kLevel) - 1, 0, 12);
     lxw_row_col_options fold{};
     fold.level = static_cast<std::uint8_t>(std::min(depth, 7));
     if (depth > 0) worksheet_set_row_opt(sheet, place, LXW_DEF_ROW_HEIGHT, nullptr, &fold);
-    for (int column = 0; column < rows.getColumnCount(); ++column) {
-      const SQLite::Column cell = rows.getColumn(column);
+    for (int column = 0; column < columns; ++column) {
       const auto at = static_cast<lxw_col_t>(column);
-      if (cell.isNull()) continue;
-      if (cell.isInteger()) {
-        worksheet_write_number(sheet, place, at, cell.getDouble(), looks.number);
+      const int kind = sqlite3_column_type(rows, column);
+      if (kind == SQLITE_NULL) continue;
+      if (kind == SQLITE_INTEGER) {
+        worksheet_write_number(sheet, place, at, sqlite3_column_double(rows, column), looks.number);
         continue;
       }
-      lxw_format* look = cell.getBytes() > 90 ? looks.wrapped : looks.plain;
+      const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(rows, column));
+      const int length = sqlite3_column_bytes(rows, column);
+      lxw_format* look = length > 90 ? looks.wrapped : looks.plain;
       if (column == 0) look = looks.code;
       if (column == 1) look = looks.title.at(static_cast<std::size_t>(depth));
-      if (cell.getBytes() > 0) worksheet_write_string(sheet, place, at, cell.getText(), look);
+      if (length > 0) worksheet_write_string(sheet, place, at, text, look);
     }
   }
-  worksheet_autofilter(sheet, 0, 0, place - 1, static_cast<lxw_col_t>(rows.getColumnCount() - 1));
+  sqlite3_finalize(rows);
+  worksheet_autofilter(sheet, 0, 0, place - 1, static_cast<lxw_col_t>(columns - 1));
   if (workbook_close(book) != LXW_NO_ERROR) throw std::runtime_error("the workbook by hand wasn't written");
 }
 
@@ -132,6 +141,7 @@ double megabytes(const std::string& name) {
 /// Runs the work and gives the most memory that the process had resident meanwhile, in MB.
 template <typename Work>
 double peakOf(const Work& work) {
+  malloc_trim(0);                               // what the making of the chart left
   std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here on
   work();
   return megabytes("VmHWM:");

@@ -1,5 +1,7 @@
 #include "sheetkit/sheet_file.h"
 
+#include <algorithm>
+#include <fstream>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -19,6 +21,8 @@ class FileInTheMaking {
  public:
   explicit FileInTheMaking(const fs::path& file) : file_(file), own_(file) {
     own_ += "." + std::to_string(std::random_device{}()) + ".part";
+    // A place where nothing can be written is told ahead of the long work.
+    if (!std::ofstream(own_, std::ios::binary)) refuseFile();
   }
   FileInTheMaking(const FileInTheMaking&) = delete;
   FileInTheMaking& operator=(const FileInTheMaking&) = delete;
@@ -75,7 +79,7 @@ bool writeSheet(data::Connection& connection, std::string_view statement, const 
     if (++done % kRowsAStep == 0) goesOn = progress(done, layout.rows());
     return goesOn;
   });
-  if (!goesOn) return false;
+  if (!goesOn || !progress(done, std::max(done, layout.rows()))) return false;
   book.close();
   made.takePlace();
   return true;

@@ -12,7 +12,8 @@ namespace ledgertree::sheetkit {
 /// The rows of a sheet below its heading.
 inline constexpr std::int64_t kMostRows = 1048575;
 
-/// Told how many rows are done of all (0 while they are still being counted); false gives the work up.
+/// Told how many rows are done of all (0 while they are still being counted), and at last that all are, ahead
+/// of the file being put together; false gives the work up.
 using Progress = std::function<bool(std::int64_t done, std::int64_t all)>;
 
 /// Writes the rows of a statement into a workbook of one sheet that reads from right to left: the column

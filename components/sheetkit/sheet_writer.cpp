@@ -8,7 +8,9 @@
 #include <QStandardPaths>
 #include <exception>
 #include <string>
+#include <utility>
 
+#include "qt/appearance.h"
 #include "qt/notice_dialog.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
@@ -22,6 +24,7 @@ namespace {
 
 constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
 constexpr const char* kSuffix = ".xlsx";
+constexpr ui::Colour kBackground = 0xC2D9F7;
 
 /// In the person's documents, named by the day: "سرفصل حسابها 1405-09-01.xlsx".
 QString proposedFile() {
@@ -42,6 +45,12 @@ QString askForFile() {
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix("xlsx");
   dialog.setLayoutDirection(Qt::RightToLeft);
+  const std::pair<QFileDialog::DialogLabel, const char*> labels[] = {{QFileDialog::LookIn, "پوشه:"},
+                                                                     {QFileDialog::FileName, "نام فايل:"},
+                                                                     {QFileDialog::FileType, "نوع فايل:"},
+                                                                     {QFileDialog::Accept, "ثبت"},
+                                                                     {QFileDialog::Reject, "انصراف"}};
+  for (const auto& [label, text] : labels) dialog.setLabelText(label, QString::fromUtf8(text));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().front();
 }
@@ -82,15 +91,25 @@ void SheetWriter::write(std::string_view statement, const std::string& file) con
                          QApplication::activeWindow());
   dialog.setWindowTitle(QString::fromUtf8(kTitle));
   dialog.setLayoutDirection(Qt::RightToLeft);
+  qt::dress(dialog);
+  dialog.setFont(qt::screenFont());
+  dialog.setPalette(qt::screenPalette(qt::toQt(kBackground)));
+  // Room for the whole title.
+  dialog.setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 60);
   dialog.setWindowModality(Qt::ApplicationModal);
   dialog.setMinimumDuration(500);
+  // It stays while the file is put together, behind the last row.
+  dialog.setAutoReset(false);
+  dialog.setAutoClose(false);
   const auto connection = components::engines().open(given_.OLEConnectionString);
   const bool written =
       writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
                  [&](std::int64_t done, std::int64_t all) {
                    dialog.setMaximum(static_cast<int>(all));
                    dialog.setValue(static_cast<int>(done));
-                   if (all > 0) dialog.setLabelText(QString::fromUtf8("%1 حساب از %2").arg(done).arg(all));
+                   if (all > 0)
+                     dialog.setLabelText(done < all ? QString::fromUtf8("%1 حساب از %2").arg(done).arg(all)
+                                                    : QString::fromUtf8("فايل در حال بسته شدن است..."));
                    return !dialog.wasCanceled();
                  });
   static_cast<void>(written);  // given up: there is no file, and the person knows why

@@ -22,16 +22,11 @@ constexpr lxw_color_t kLine = 0x8EA9C8;
 /// What stands in the place of a byte that is no text, and of a character that no workbook can hold.
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-[[noreturn]] void failed() {
-  throw std::runtime_error(
-      "فايل صفحه گسترده نوشته نشد. جا و اجازه نوشتن در پوشه انتخاب شده را بررسي نماييد و دوباره تلاش کنيد.");
-}
-
 void require(lxw_error error) {
   if (error == LXW_ERROR_MAX_STRING_LENGTH_EXCEEDED)
     throw std::runtime_error(
         "متني بلندتر از گنجايش يک خانه صفحه گسترده است. آن را کوتاه نماييد و دوباره تلاش کنيد.");
-  if (error != LXW_NO_ERROR) failed();
+  if (error != LXW_NO_ERROR) refuseFile();
 }
 
 /// Puts clean text into `to`: a workbook is XML, and one byte that isn't UTF-8 would make it unreadable.
@@ -52,13 +47,18 @@ void copyClean(std::string_view text, std::string& to) {
 
 }  // namespace
 
+void refuseFile() {
+  throw std::runtime_error(
+      "فايل صفحه گسترده نوشته نشد. جا و اجازه نوشتن در پوشه انتخاب شده را بررسي نماييد و دوباره تلاش کنيد.");
+}
+
 Workbook::Workbook(const std::filesystem::path& file, const SheetLayout& layout) : layout_(layout) {
   lxw_workbook_options options{};
   options.constant_memory = LXW_TRUE;
   book_.reset(workbook_new_opt(file.string().c_str(), &options));
-  if (book_ == nullptr) failed();
+  if (book_ == nullptr) refuseFile();
   sheet_ = workbook_add_worksheet(book_.get(), kSheetName);
-  if (sheet_ == nullptr || sheet_->optimize_tmpfile == nullptr) failed();
+  if (sheet_ == nullptr || sheet_->optimize_tmpfile == nullptr) refuseFile();
   makeFormats();
   makeSheet();
   writeHeading();
@@ -66,7 +66,7 @@ Workbook::Workbook(const std::filesystem::path& file, const SheetLayout& layout)
 
 lxw_format* Workbook::format(lxw_format_alignments alignment, bool rightToLeft) {
   lxw_format* made = workbook_add_format(book_.get());
-  if (made == nullptr) failed();
+  if (made == nullptr) refuseFile();
   format_set_align(made, static_cast<std::uint8_t>(alignment));
   format_set_align(made, LXW_ALIGN_VERTICAL_TOP);
   format_set_reading_order(made, rightToLeft ? kReadsRightToLeft : kReadsLeftToRight);
@@ -133,7 +133,7 @@ void Workbook::add(const data::Rows& row) {
     writeCell(nextRow_, column, row, depth);
   ++nextRow_;
   // The library doesn't ask whether its own file took a row.
-  if (std::ferror(sheet_->optimize_tmpfile) != 0) failed();
+  if (std::ferror(sheet_->optimize_tmpfile) != 0) refuseFile();
 }
 
 void Workbook::writeCell(std::uint32_t row, std::size_t column, const data::Rows& rows, int depth) {
@@ -165,12 +165,12 @@ void Workbook::writeCell(std::uint32_t row, std::size_t column, const data::Rows
 
 /// The sheet is copied once more while the file is put together, and the library doesn't ask whether it fits.
 void Workbook::requireRoom() const {
-  if (std::fflush(sheet_->optimize_tmpfile) != 0) failed();
+  if (std::fflush(sheet_->optimize_tmpfile) != 0) refuseFile();
   const long size = std::ftell(sheet_->optimize_tmpfile);
   std::error_code unknown;
   const auto folder = std::filesystem::space(std::filesystem::temp_directory_path(unknown), unknown);
   constexpr std::uintmax_t kSpare = 1 << 20;
-  if (!unknown && size > 0 && folder.available < static_cast<std::uintmax_t>(size) + kSpare) failed();
+  if (!unknown && size > 0 && folder.available < static_cast<std::uintmax_t>(size) + kSpare) refuseFile();
 }
 
 void Workbook::close() {

@@ -14,6 +14,9 @@
 
 namespace ledgertree::sheetkit {
 
+/// Throws std::runtime_error, which tells the person that the file can't be written and what to look at.
+[[noreturn]] void refuseFile();
+
 /// A workbook of one sheet that is being written, row by row from the top. An object that ends without
 /// close() leaves a file that nobody wants. Everything throws std::runtime_error with a text for the person.
 class Workbook {
