@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "data/data_error.h"
+#include "db/scripts.h"
 #include "ledgertree_scripts.h"
 
 namespace ledgertree::db {
@@ -25,11 +27,8 @@ bool isPresent(SQLite::Database& database) {
   throw data::DataError(data::DataError::Reason::Connection, 0, message);
 }
 
-/// Runs the scripts of one folder in the order of their names.
-void runScripts(SQLite::Database& database, std::string_view folder) {
-  for (const std::string_view path : embeddedPaths()) {
-    if (path.starts_with(folder)) database.exec(std::string(embeddedText(path)));
-  }
+void runScripts(SQLite::Database& database, const std::vector<std::string_view>& paths) {
+  for (const std::string_view path : paths) database.exec(std::string(embeddedText(path)));
 }
 
 /// Refuses what is not an empty file: anything else that has no present schema was made by another program,
@@ -54,7 +53,7 @@ void openSchema(SQLite::Database& database) {
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
   if (isPresent(database)) return;
   requireEmpty(database);
-  runScripts(database, "db/embedded/");
+  runScripts(database, scriptsIn("db/embedded/"));
   database.exec("pragma application_id = " + std::to_string(kApplicationId));
   database.exec("pragma user_version = " + std::to_string(kSchemaVersion));
   transaction.commit();
@@ -66,7 +65,7 @@ void createDemoChart(SQLite::Database& database) {
     throw data::DataError(data::DataError::Reason::Misuse, 0,
                           "The demo chart needs a database without accounts.");
   }
-  runScripts(database, "db/demo/");
+  runScripts(database, demoScripts("db/demo/embedded/"));
   transaction.commit();
 }
 

@@ -1,9 +1,7 @@
 -- The chart: group, general ledger, subsidiary ledger and two levels of detail. A code is the parent's code and two more
 -- digits. The nature follows the first digit, where no other stands here: 0 debit, 1 credit, 2 both.
 
-create temp table Chart (Code text primary key, Title text, Nature int) without rowid;
-
-insert into Chart (Code, Title, Nature) values
+insert into DemoChart (Code, Title, Nature) values
   ('1', 'دارایی‌های جاری', null),
   ('101', 'موجودی نقد', null),
   ('10101', 'صندوق', null),
@@ -368,18 +366,22 @@ insert into Chart (Code, Title, Nature) values
   ('90402', 'تراز اختتامیه', null),
   ('90403', 'خلاصه سود و زیان', null);
 
-insert into tblAccount (Code, Title, AccountNatureID, IsPermanent, CreateDate, FarsiCreateDate)
-select Code, Title,
-       ifnull(Nature, case when substr(Code, 1, 1) in ('1', '2', '7', '8') then 0
-                           when substr(Code, 1, 1) = '9' then 2 else 1 end),
-       substr(Code, 1, 1) not in ('6', '7', '8'),
+insert into tblAccount (ID, Code, Title, AccountNatureID, IsPermanent, CreateDate, FarsiCreateDate)
+select row_number() over (order by Code), Code, Title,
+       case when Nature is not null then Nature when substring(Code, 1, 1) in ('1', '2', '7', '8') then 0
+            when substring(Code, 1, 1) = '9' then 2 else 1 end,
+       case when substring(Code, 1, 1) in ('6', '7', '8') then 0 else 1 end,
        '2023-03-21 00:00:00', '1402/01/01'
-from Chart order by Code;
-drop table Chart;
+from DemoChart;
 
+-- Each level below the first has two digits more.
 update tblAccount
-set ParentID = (select p.ID from tblAccount p where p.Code = substr(tblAccount.Code, 1, length(tblAccount.Code) - 2))
-where length(Code) > 1;
+set ParentID = (select p.ID from tblAccount p
+                where p.Code = case when substring(tblAccount.Code, 4, 1) = '' then substring(tblAccount.Code, 1, 1)
+                                    when substring(tblAccount.Code, 6, 1) = '' then substring(tblAccount.Code, 1, 3)
+                                    when substring(tblAccount.Code, 8, 1) = '' then substring(tblAccount.Code, 1, 5)
+                                    else substring(tblAccount.Code, 1, 7) end)
+where substring(Code, 2, 1) <> '';
 
 -- Accounts that came later, and such as are no longer used.
 update tblAccount set CreateDate = '2024-04-06 00:00:00', FarsiCreateDate = '1403/01/18'
@@ -397,21 +399,27 @@ update tblAccount set BranchID = 4 where Code in ('1010104', '101020301');
 update tblAccount set BranchID = 5 where Code = '101020401';
 update tblAccount set PositionID = 1 where Code in ('80206', '80210');
 update tblAccount set PositionID = 2 where Code in ('80209', '80401', '80402', '80403', '80404');
-update tblAccount set PositionID = 3 where Code like '801__' or Code = '80213';
+update tblAccount set PositionID = 3 where substring(Code, 1, 3) = '801' and substring(Code, 4, 1) <> ''
+  or Code = '80213';
 update tblAccount set PositionID = 4 where Code in ('80203', '80214');
-update tblAccount set PositionID = 5 where Code like '60101__' or Code in ('80301', '80302');
-update tblAccount set PositionID = 6 where Code like '60102__';
+update tblAccount set PositionID = 5 where substring(Code, 1, 5) = '60101' and substring(Code, 6, 1) <> ''
+  or Code in ('80301', '80302');
+update tblAccount set PositionID = 6 where substring(Code, 1, 5) = '60102' and substring(Code, 6, 1) <> '';
 update tblAccount set PositionID = 7 where Code in ('60201', '60202', '80305');
 update tblAccount set PositionID = 8 where Code in ('1050201', '70201');
 update tblAccount set PositionID = 9 where Code in ('1050202', '70202');
 update tblAccount set PositionID = 10 where Code in ('1050203', '70203');
 update tblAccount set PositionID = 11 where Code in ('70404', '80207');
 update tblAccount set PositionID = 13 where Code in ('80208', '80303');
-update tblAccount set MaxDebit = 500000000 * 10000, Notes = 'سقف موجودی صندوق طبق آیین‌نامه معاملات'
+update tblAccount set MaxDebit = 500000000 * (select Unit from DemoMoney),
+                      Notes = 'سقف موجودی صندوق طبق آیین‌نامه معاملات'
 where Code in ('1010101', '1010102');
-update tblAccount set MaxDebit = 200000000 * 10000, Notes = 'تسویه تنخواه در پایان هر ماه'
-where Code like '10104__';
-update tblAccount set MaxDebit = 20000000000 * 10000 where Code like '1030101__';
-update tblAccount set MaxCredit = 15000000000 * 10000 where Code like '3010101__';
+update tblAccount set MaxDebit = 200000000 * (select Unit from DemoMoney),
+                      Notes = 'تسویه تنخواه در پایان هر ماه'
+where substring(Code, 1, 5) = '10104' and substring(Code, 6, 1) <> '';
+update tblAccount set MaxDebit = 20000000000 * (select Unit from DemoMoney)
+where substring(Code, 1, 7) = '1030101' and substring(Code, 8, 1) <> '';
+update tblAccount set MaxCredit = 15000000000 * (select Unit from DemoMoney)
+where substring(Code, 1, 7) = '3010101' and substring(Code, 8, 1) <> '';
 update tblAccount set Notes = 'اظهارنامه ارزش افزوده هر سه ماه یک بار تسلیم می‌شود.'
 where Code in ('10403', '30204');
