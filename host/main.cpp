@@ -3,13 +3,14 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QStandardPaths>
 #include <QTextStream>
 #include <exception>
 
-#include "ledgertree/component_folder.h"
 #include "ledgertree/demo_chart.h"
 #include "ledgertree/hidden_commands.h"
 #include "ledgertree/ledger_tree_control.h"
@@ -44,8 +45,10 @@ Options readOptions(const QCoreApplication& application) {
   parser.addHelpOption();
   parser.addOptions({
       {"connection", "The OLE DB connection text of the database; without it, the file of --chart.", "text"},
-      {"chart", "An embedded database; a file that isn't there is made with the demo chart.", "file",
-       "chart.db"},
+      {"chart",
+       "An embedded database, made with the demo chart where it isn't there; without it, one among the "
+       "person's own files.",
+       "file"},
       {"user", "The ID of the user (demo: 1 all rights, 2 may not change, 3 may not see the chart).", "ID",
        "1"},
       {"position", "The ID of the user's position.", "ID", "0"},
@@ -70,9 +73,15 @@ Options readOptions(const QCoreApplication& application) {
 /// A path as a value of a connection text, in which a quote stands twice.
 QString quoted(QString value) { return '"' + value.replace('"', "\"\"") + '"'; }
 
+QString ownChart() {
+  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+  if (!folder.mkpath(".")) throw std::runtime_error("can't make the folder " + folder.path().toStdString());
+  return folder.filePath("chart.db");
+}
+
 QString connectionText(const Options& options) {
   if (!options.connection.isEmpty()) return options.connection;
-  const QFileInfo chart(options.chart);
+  const QFileInfo chart(options.chart.isEmpty() ? ownChart() : options.chart);
   if (!chart.exists()) ledgertree::createDemoChart(chart.absoluteFilePath().toStdString());
   return "Provider=SQLite;Data Source=" + quoted(chart.absoluteFilePath());
 }
@@ -89,7 +98,6 @@ int drawInstead(const Options& options) {
 int openChart(const Options& options, bool display) {
   ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
   ledgertree::offerHiddenCommands(true);
-  ledgertree::useComponentFolder(LEDGERTREE_BUILT_COMPONENTS);
   ledgertree::LedgerTreeControl control;
   control.OLEConnectionString(connectionText(options).toStdString());
   control.UserID(options.user);
@@ -110,7 +118,8 @@ int openChart(const Options& options, bool display) {
 
 int main(int argumentCount, char** arguments) {
   const QApplication application(argumentCount, arguments);
-  QApplication::setApplicationName("LedgerTree demo");
+  QApplication::setApplicationName("ledgertree-demo");
+  QGuiApplication::setDesktopFileName("ledgertree-demo");
   const bool display = QGuiApplication::platformName() != "offscreen";
   try {
     return openChart(readOptions(application), display);

@@ -2,6 +2,7 @@
 
 packages_to_run="g++ cmake ninja-build pkg-config qt6-base-dev libsqlitecpp-dev libsqlite3-dev libicu-dev libxlsxwriter-dev fonts-noto-core"
 packages_to_test="$packages_to_run libgtest-dev python3-openpyxl"
+packages_to_package="$packages_to_run dpkg-dev file"
 packages_to_check="$packages_to_test clang-format clang-tidy libbenchmark-dev"
 
 # Installs what is missing of the packages named; a machine that has them all isn't touched.

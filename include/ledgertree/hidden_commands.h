@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ledgertree/export.h"
+
 namespace ledgertree {
 
 /// Offers commands of the chart's screen that work and stand hidden otherwise: the menu "مشاهده" with its
@@ -9,6 +11,6 @@ namespace ledgertree {
 /// It holds for all controls of the process and takes effect when the screen is next opened; a screen that is
 /// open stays as it is. Call it after a desktop was installed (see qt_desktop.h), on the user-interface
 /// thread. Throws std::logic_error without a desktop. Not offered at first.
-void offerHiddenCommands(bool offer);
+LEDGERTREE_API void offerHiddenCommands(bool offer);
 
 }  // namespace ledgertree

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <variant>
 
+#include "ledgertree/export.h"
+
 namespace ledgertree {
 
 class ControlSession;
@@ -15,7 +17,7 @@ class ControlSession;
 using PropertyValue = std::variant<std::int16_t, std::int32_t, double, bool, std::string>;
 
 /// The name-value store in which a host's container keeps the properties of a control between two runs.
-class PropertyStore {
+class LEDGERTREE_API PropertyStore {
  public:
   virtual ~PropertyStore() = default;
   /// The value kept under a name, or the default where there is none.
@@ -32,7 +34,7 @@ class PropertyStore {
 /// All controls of a process share one screen. A host installs a desktop first (see qt_desktop.h); every call
 /// belongs to the user-interface thread. The database is opened by the first command, with the text in
 /// OLEConnectionString: "Provider=SQLite;Data Source=<file>" for an embedded database.
-class LedgerTreeControl {
+class LEDGERTREE_API LedgerTreeControl {
  public:
   /// Properties have their defaults, as after InitProperties.
   LedgerTreeControl();

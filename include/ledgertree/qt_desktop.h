@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ledgertree/export.h"
+
 class QWidget;
 
 namespace ledgertree {
@@ -9,12 +11,12 @@ struct QtDesktopOptions {
   /// False for a host that takes no modeless form: LedgerTreeControl::ClearShow and View then return when the
   /// person has left the screen.
   bool modelessForms = true;
-  /// Where the main screen appears; null gives it a window of its own. The widget has to outlive the screen.
+  /// Where the main screen appears; null gives it a window of its own. See placeScreen in screen_in_host.h.
   QWidget* container = nullptr;
 };
 
 /// Makes this process draw its screens with Qt, and makes the database engines known. Call it once, after the
 /// QApplication is made and before the first LedgerTreeControl. Throws std::logic_error for a second call.
-void installQtDesktop(const QtDesktopOptions& options = {});
+LEDGERTREE_API void installQtDesktop(const QtDesktopOptions& options = {});
 
 }  // namespace ledgertree

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ledgertree/component_folder.h"
+#include "platform/own_folder.h"
 #include "platform/plugin_library.h"
 #include "shell/component_plugins.h"
 
@@ -22,7 +23,8 @@ std::unique_ptr<shell::ComponentPlugins>& registrar() {
 
 void installComponentRegistrar(shell::Shell& shell) {
   registrar() = std::make_unique<shell::ComponentPlugins>(shell.components, platform::pluginLibraries());
-  registrar()->setInstalledFolder(LEDGERTREE_COMPONENT_FOLDER);
+  if (const std::filesystem::path own = platform::ownFolder(); !own.empty())
+    registrar()->setInstalledFolder(own / "ledgertree" / "components");
   shell.components.setRegistrar([](std::string_view commandLine) { registrar()->carryOut(commandLine); });
 }
 

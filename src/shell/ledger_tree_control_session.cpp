@@ -32,10 +32,18 @@ mainform::FormMain& ControlSession::loadedForm() {
   if (!form_) {
     auto form = std::make_unique<mainform::FormMain>(shell_);
     form->load();
-    form->onClosed = [this] { form_.reset(); };
+    form->onClosed = [this] { formClosed(); };
     form_ = std::move(form);
   }
   return *form_;
+}
+
+void ControlSession::formClosed() {
+  form_.reset();
+  // Later, since the form closes in the middle of what a person does to it.
+  desktop_->whenIdle([this] {
+    if (onLeft && !form_) onLeft();
+  });
 }
 
 }  // namespace ledgertree

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "mainform/form_main.h"
@@ -24,8 +25,12 @@ class ControlSession {
   [[nodiscard]] mainform::FormMain& loadedForm();
   /// Null while it isn't loaded.
   [[nodiscard]] mainform::FormMain* form() const { return form_.get(); }
+  /// Runs when nothing else does, after the form was left; not where it was loaded anew by then.
+  std::function<void()> onLeft;
 
  private:
+  void formClosed();
+
   std::unique_ptr<ui::Desktop> desktop_;
   shell::Shell shell_;
   std::unique_ptr<mainform::FormMain> form_;

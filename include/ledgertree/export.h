@@ -1,0 +1,10 @@
+#pragma once
+
+/// Marks what the library offers; everything else stays inside it.
+#if !defined(_WIN32)
+#define LEDGERTREE_API __attribute__((visibility("default")))
+#elif defined(LEDGERTREE_IMPORTED)
+#define LEDGERTREE_API __declspec(dllimport)
+#else
+#define LEDGERTREE_API __declspec(dllexport)
+#endif

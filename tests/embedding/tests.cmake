@@ -1,0 +1,5 @@
+# The library as a host has it: nothing else of the product is linked.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+set(LINK LedgerTree::ledgertree Qt6::Test)
+set(OWN_MAIN ON)
+set(PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen)
