@@ -4,6 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(LEDGERTREE_COMPONENTS ${CMAKE_INSTALL_LIBDIR}/ledgertree/components)
 set(LEDGERTREE_SQL ${CMAKE_INSTALL_DATADIR}/ledgertree/sql)
+set(LEDGERTREE_DOCS ${CMAKE_INSTALL_DATADIR}/doc/ledgertree)
 set(LEDGERTREE_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/LedgerTree)
 
 # Runtime: what a product on LedgerTree needs on the machine of an accountant, and the demo host.
@@ -20,8 +21,8 @@ install(FILES host/ledgertree-demo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/
 install(FILES host/ledgertree-demo.svg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT runtime)
 install(DIRECTORY src/db/ DESTINATION ${LEDGERTREE_SQL} COMPONENT runtime FILES_MATCHING PATTERN "*.sql")
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs COMPONENT runtime)
+install(FILES README.md DESTINATION ${LEDGERTREE_DOCS} COMPONENT runtime)
+install(DIRECTORY docs/ DESTINATION ${LEDGERTREE_DOCS}/docs COMPONENT runtime)
 
 # Development: what a host is built with.
 install(DIRECTORY include/ledgertree DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
@@ -32,4 +33,4 @@ configure_package_config_file(cmake/LedgerTreeConfig.cmake.in ${PROJECT_BINARY_D
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/LedgerTreeConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/LedgerTreeConfig.cmake ${PROJECT_BINARY_DIR}/LedgerTreeConfigVersion.cmake
   DESTINATION ${LEDGERTREE_PACKAGE} COMPONENT development)
-install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY examples DESTINATION ${LEDGERTREE_DOCS} COMPONENT development)

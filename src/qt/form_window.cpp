@@ -193,8 +193,16 @@ std::vector<QWidget*> FormWindow::tabOrderOf(const ui::Frame* frame) const {
   return order;
 }
 
-void FormWindow::orderTabs() {
-  const auto order = tabOrderOf(nullptr);
+void FormWindow::orderTabs(QWidget* container) {
+  auto order = tabOrderOf(nullptr);
+  // In a host's window the screen comes where its place does, and not behind everything.
+  QWidget* before = container;
+  while (before != nullptr && (before->focusPolicy() & Qt::TabFocus) == 0) {
+    do before = before->previousInFocusChain();
+    while (isAncestorOf(before));
+    if (before == container) before = nullptr;
+  }
+  if (before != nullptr) order.insert(order.begin(), before);
   for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 

@@ -88,7 +88,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   [[nodiscard]] QWidget& parentFor(const ui::Control& control);
   void describe(ControlView& view);
   void place(ControlView& view);
-  void orderTabs();
+  void orderTabs(QWidget* container = nullptr);
   [[nodiscard]] std::vector<QWidget*> tabOrderOf(const ui::Frame* frame) const;
   void rescale();
 
@@ -104,6 +104,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void focusArrived(ControlView& view);
   void reportFocus();
   void bringIntoView(const QWidget& widget);
+  [[nodiscard]] bool ownsKey(const QKeyEvent& event) const;
   [[nodiscard]] bool shortcut(const QKeyEvent& event);
   void toggleKeyboard();
   void showKeyboard();

@@ -103,17 +103,26 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   if (form_->press(chord)) event->accept();
 }
 
-bool FormWindow::shortcut(const QKeyEvent& event) {
+bool FormWindow::ownsKey(const QKeyEvent& event) const {
   const ui::KeyChord chord = chordOf(event);
   const bool plain = !chord.ctrl && !chord.alt && (chord.key < ui::Key::F1 || chord.key > ui::Key::F12);
-  if (chord.empty() || plain || !form_->hasShortcut(chord)) return false;
-  return event.isAutoRepeat() || form_->press(chord);
+  return form_ != nullptr && !chord.empty() && !plain && form_->hasShortcut(chord);
+}
+
+bool FormWindow::shortcut(const QKeyEvent& event) {
+  if (!ownsKey(event)) return false;
+  return event.isAutoRepeat() || form_->press(chordOf(event));
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == scroll_) {
     if (event->type() == QEvent::Resize) windowResized();
     return false;
+  }
+  if (event->type() == QEvent::ShortcutOverride && ownsKey(*static_cast<QKeyEvent*>(event))) {
+    // In a host's window the same key may be a command of the host: the focus decides.
+    event->accept();
+    return true;
   }
   if (event->type() != QEvent::KeyPress || form_ == nullptr) return false;
   // The editors have keys like Ctrl+E of their own; what the form has a command for is the form's.

@@ -23,9 +23,12 @@ void FormWindow::showAs(Showing showing, QWidget* container) {
     shownAtLoop_ = wasShown_ ? std::min(shownAtLoop_, loop) : loop;
     showing_ = showing;
     if (showing == Showing::Embedded) {
-      if (container->layout() == nullptr) container->setLayout(new QVBoxLayout);
-      container->layout()->setContentsMargins(0, 0, 0, 0);
+      if (container->layout() == nullptr) {
+        container->setLayout(new QVBoxLayout);
+        container->layout()->setContentsMargins(0, 0, 0, 0);
+      }
       container->layout()->addWidget(this);
+      orderTabs(container);
     } else {
       const bool modal = showing == Showing::Modal;
       setParent(nullptr, modal ? Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |

@@ -46,6 +46,7 @@ class HostStory : public ::testing::Test {
     onScreenLeft({});
     answering(Qt::Key_Return, [] { EXPECT_TRUE(leaveScreen()); });
     placeScreen(nullptr);
+    settle();
   }
 
   [[nodiscard]] QWidget* screen() { return window.findChild<QWidget*>("FormMain"); }
