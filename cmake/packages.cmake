@@ -13,9 +13,9 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ledgertree)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${LEDGERTREE_BUILT_LIBRARIES})
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 # The screens are Persian: without a font that has its letters they are boxes.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "fonts-noto-core | fonts-noto-ui-core | fonts-dejavu-core")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "fonts-noto-ui-core | fonts-noto-core | fonts-dejavu-core")
 # The driver for Microsoft SQL Server; the embedded database needs none.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "tdsodbc")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "qt6-wayland")

@@ -35,12 +35,12 @@ class ScreenStyle : public QProxyStyle {
     painter->setLayoutDirection(before);
   }
 
-  /// The marks of buttons and trees grow with the font.
+  /// The marks of buttons grow with the letters. Not with the lines: some fonts keep twice the room for one.
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
     const int base = QProxyStyle::pixelMetric(metric, option, widget);
     const bool mark = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight ||
                       metric == PM_ExclusiveIndicatorWidth || metric == PM_ExclusiveIndicatorHeight;
-    return mark && widget != nullptr ? std::max(base, widget->fontMetrics().height() * 13 / 16) : base;
+    return mark && widget != nullptr ? std::max(base, QFontInfo(widget->font()).pixelSize() * 7 / 6) : base;
   }
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
