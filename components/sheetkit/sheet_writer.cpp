@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QProgressBar>
 #include <QProgressDialog>
 #include <QStandardPaths>
 #include <exception>
@@ -94,6 +95,8 @@ void SheetWriter::write(std::string_view statement, const std::string& file) con
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
   dialog.setPalette(qt::screenPalette(qt::toQt(kBackground)));
+  // The label tells how far it is.
+  if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
   // Room for the whole title.
   dialog.setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 60);
   dialog.setWindowModality(Qt::ApplicationModal);
@@ -105,11 +108,11 @@ void SheetWriter::write(std::string_view statement, const std::string& file) con
   const bool written =
       writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
                  [&](std::int64_t done, std::int64_t all) {
-                   dialog.setMaximum(static_cast<int>(all));
-                   dialog.setValue(static_cast<int>(done));
                    if (all > 0)
                      dialog.setLabelText(done < all ? QString::fromUtf8("%1 حساب از %2").arg(done).arg(all)
                                                     : QString::fromUtf8("فايل در حال بسته شدن است..."));
+                   dialog.setMaximum(static_cast<int>(all));
+                   dialog.setValue(static_cast<int>(done));  // paints
                    return !dialog.wasCanceled();
                  });
   static_cast<void>(written);  // given up: there is no file, and the person knows why
