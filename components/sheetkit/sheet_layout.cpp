@@ -14,6 +14,9 @@ constexpr std::string_view kTitle = "شرح حساب";
 constexpr std::size_t kAir = 2;
 constexpr std::size_t kFilterButton = 3;
 constexpr std::size_t kDeepest = 100;
+/// Words don't fill a line to its end, and neither does a line fit less than this.
+constexpr std::size_t kLostInLine = 5;
+constexpr std::size_t kShortestLine = 10;
 
 }  // namespace
 
@@ -36,6 +39,20 @@ void SheetLayout::measure(const data::Rows& row) {
 
 double SheetLayout::width(std::size_t column) const {
   return static_cast<double>(std::min(longest_[column], kWidest) + kAir);
+}
+
+int SheetLayout::lines(std::string_view text, int indent) {
+  const auto taken = static_cast<std::size_t>(indent);
+  const std::size_t inOne = kWidest - std::min(taken, kWidest - kShortestLine);
+  std::size_t lines = 0;
+  while (true) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    const std::size_t length = data::characterCount(text.substr(0, end));
+    const std::size_t room = std::max(inOne - kLostInLine, kShortestLine);
+    lines += length <= inOne ? 1 : (length + room - 1) / room;
+    if (end == text.size()) return static_cast<int>(lines);
+    text.remove_prefix(end + 1);
+  }
 }
 
 int SheetLayout::depth(const data::Rows& row) const {

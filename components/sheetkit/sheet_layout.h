@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "data/rows.h"
@@ -24,8 +25,8 @@ class SheetLayout {
   [[nodiscard]] bool folds() const { return level_.has_value(); }
   /// The column that is indented by the depth.
   [[nodiscard]] bool indents(std::size_t column) const { return level_ && title_ == column; }
-  /// Whether a text breaks into lines in its cell.
-  [[nodiscard]] static bool wraps(std::size_t characters) { return characters > kWidest; }
+  /// The lines that a text takes in its cell, 1 or more, as far as its letters tell.
+  [[nodiscard]] static int lines(std::string_view text, int indent);
 
  private:
   static constexpr std::size_t kWidest = 45;

@@ -17,6 +17,9 @@ constexpr std::uint8_t kReadsRightToLeft = 2;
 constexpr std::uint8_t kPaperA4 = 9;
 /// A sheet folds on seven levels below the top one.
 constexpr int kDeepestFold = 7;
+/// In points; a row can't be higher than the second.
+constexpr double kLineHeight = 15;
+constexpr double kHighestRow = 409;
 constexpr lxw_color_t kHeadingGround = 0xD8E4F0;
 constexpr lxw_color_t kLine = 0x8EA9C8;
 /// What stands in the place of a byte that is no text, and of a character that no workbook can hold.
@@ -89,10 +92,13 @@ void Workbook::makeFormats() {
   format_set_text_wrap(wrapped_);
   number_ = format(LXW_ALIGN_CENTER, false);
   for (int depth = 0; depth <= kDeepestIndent; ++depth) {
-    lxw_format* indented = format(LXW_ALIGN_RIGHT, true);
-    if (depth > 0) format_set_indent(indented, static_cast<std::uint8_t>(depth));
-    if (depth == 0) format_set_bold(indented);
-    indented_.at(static_cast<std::size_t>(depth)) = indented;
+    for (auto* const looks : {&indented_, &indentedWrapped_}) {
+      lxw_format* const indented = format(LXW_ALIGN_RIGHT, true);
+      if (depth > 0) format_set_indent(indented, static_cast<std::uint8_t>(depth));
+      if (depth == 0) format_set_bold(indented);
+      if (looks == &indentedWrapped_) format_set_text_wrap(indented);
+      looks->at(static_cast<std::size_t>(depth)) = indented;
+    }
   }
 }
 
@@ -124,16 +130,24 @@ void Workbook::writeHeading() {
 
 void Workbook::add(const data::Rows& row) {
   const int depth = layout_.depth(row);
-  if (depth > 0) {
-    lxw_row_col_options fold{};
-    fold.level = static_cast<std::uint8_t>(std::min(depth, kDeepestFold));
-    require(worksheet_set_row_opt(sheet_, nextRow_, LXW_DEF_ROW_HEIGHT, nullptr, &fold));
-  }
+  openRow(row, depth);
   for (std::size_t column = 0; column < layout_.headings().size(); ++column)
     writeCell(nextRow_, column, row, depth);
   ++nextRow_;
   // The library doesn't ask whether its own file took a row.
   if (std::ferror(sheet_->optimize_tmpfile) != 0) refuseFile();
+}
+
+/// Not every program finds out by itself how high a row is whose text has several lines.
+void Workbook::openRow(const data::Rows& row, int depth) {
+  int lines = 1;
+  for (std::size_t column = 1; column < layout_.headings().size(); ++column)
+    lines = std::max(lines, SheetLayout::lines(row.text(0, column), layout_.indents(column) ? depth : 0));
+  if (lines == 1 && depth == 0) return;
+  lxw_row_col_options fold{};
+  fold.level = static_cast<std::uint8_t>(std::min(depth, kDeepestFold));
+  const double height = lines == 1 ? LXW_DEF_ROW_HEIGHT : std::min(lines * kLineHeight, kHighestRow);
+  require(worksheet_set_row_opt(sheet_, nextRow_, height, nullptr, &fold));
 }
 
 void Workbook::writeCell(std::uint32_t row, std::size_t column, const data::Rows& rows, int depth) {
@@ -155,11 +169,13 @@ void Workbook::writeCell(std::uint32_t row, std::size_t column, const data::Rows
   }
   if (text.empty()) return;
   copyClean(text, text_);
-  lxw_format* look = plain_;
+  const bool indents = layout_.indents(column);
+  const bool wraps = SheetLayout::lines(text, indents ? depth : 0) > 1;
+  lxw_format* look = wraps ? wrapped_ : plain_;
   if (column == 0) look = code_;
-  if (layout_.indents(column)) look = indented_.at(static_cast<std::size_t>(std::min(depth, kDeepestIndent)));
-  const bool wraps = SheetLayout::wraps(data::characterCount(text_)) || text_.find('\n') != std::string::npos;
-  if (look == plain_ && wraps) look = wrapped_;
+  if (indents)
+    look =
+        (wraps ? indentedWrapped_ : indented_).at(static_cast<std::size_t>(std::min(depth, kDeepestIndent)));
   require(worksheet_write_string(sheet_, row, place, text_.c_str(), look));
 }
 

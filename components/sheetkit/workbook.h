@@ -42,6 +42,8 @@ class Workbook {
   void makeFormats();
   void makeSheet();
   void writeHeading();
+  /// The fold and the height of the next row.
+  void openRow(const data::Rows& row, int depth);
   void writeCell(std::uint32_t row, std::size_t column, const data::Rows& rows, int depth);
   void requireRoom() const;
 
@@ -57,6 +59,7 @@ class Workbook {
   lxw_format* wrapped_ = nullptr;
   lxw_format* number_ = nullptr;
   std::array<lxw_format*, kDeepestIndent + 1> indented_{};
+  std::array<lxw_format*, kDeepestIndent + 1> indentedWrapped_{};
 };
 
 }  // namespace ledgertree::sheetkit

@@ -15,5 +15,7 @@ for row in sheet.iter_rows(max_row=int(sys.argv[2])):
     place = row[0].row
     marks = "".join("w" if cell.alignment.wrap_text else "." for cell in row)
     indent = int(max(cell.alignment.indent for cell in row[1:]))
-    print(place, f"fold {sheet.row_dimensions[place].outlineLevel} indent {indent} {marks}",
+    height = sheet.row_dimensions[place].height
+    high = f" high {height:.0f}" if height else ""
+    print(place, f"fold {sheet.row_dimensions[place].outlineLevel} indent {indent} {marks}{high}",
           *("" if cell.value is None else f"{cell.data_type}:{cell.value}".replace("\n", "/") for cell in row), sep="|")
