@@ -92,6 +92,15 @@ void Rows::addText(std::string_view text) {
   arena_.append(text);
 }
 
+void Rows::addValue(const Value& value) {
+  if (const auto* number = std::get_if<std::int64_t>(&value.variant())) return addInteger(*number);
+  if (const auto* number = std::get_if<double>(&value.variant())) return addDouble(*number);
+  if (const auto* amount = std::get_if<Money>(&value.variant())) return addMoney(*amount);
+  if (const auto* text = std::get_if<std::string>(&value.variant())) return addText(*text);
+  if (const auto* time = std::get_if<data::DateTime>(&value.variant())) return addDateTime(*time);
+  addNull();
+}
+
 void Rows::clearRows() {
   cells_.clear();
   arena_.clear();

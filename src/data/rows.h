@@ -38,6 +38,8 @@ class Rows {
   void addDateTime(const DateTime& time);
   /// Throws std::length_error for a text of 4 GiB or more.
   void addText(std::string_view text);
+  /// Adds a cell of whatever the value is.
+  void addValue(const Value& value);
   /// Drops the cells and keeps the columns, for a walk that shows one row after the other.
   void clearRows();
 

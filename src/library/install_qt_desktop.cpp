@@ -2,6 +2,7 @@
 
 #include "component_registrar.h"
 #include "data/embedded/embedded_engine.h"
+#include "data/odbc/odbc_engine.h"
 #include "ledgertree/qt_desktop.h"
 #include "qt/notice_dialog.h"
 #include "qt/qt_desktop.h"
@@ -15,6 +16,7 @@ void installQtDesktop(const QtDesktopOptions& options) {
   if (options.container != nullptr) desktop->embed("FormMain", options.container);
   shell::Shell& shell = ControlSession::install(std::move(desktop)).shell();
   data::embedded::registerEmbedded(shell.providers);
+  data::odbc::registerOdbc(shell.providers);
   qt::registerNoticeDialog(shell.components);
   installComponentRegistrar(shell);
 }

@@ -1,0 +1,67 @@
+#include "data/odbc/execution.h"
+
+#include "data/characters.h"
+#include "data/odbc/wide_text.h"
+
+namespace ledgertree::data::odbc {
+namespace {
+
+/// Drivers count in seconds. A driver that keeps the time itself ends a statement more gently than its
+/// interruption does.
+constexpr std::chrono::milliseconds kGrace{500};
+
+Watch::Clock::time_point deadline(const Session& session) {
+  return Watch::Clock::now() + session.commandTimeOut() + kGrace;
+}
+
+}  // namespace
+
+Execution::Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled)
+    : session_(session),
+      name_(name),
+      statement_(SQL_HANDLE_STMT, session.connection().get()),
+      watched_(session.watch(), statement_, deadline(session), cancelled) {
+  const auto seconds = (session.commandTimeOut().count() + 999) / 1000;
+  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_QUERY_TIMEOUT,
+                  reinterpret_cast<SQLPOINTER>(static_cast<std::size_t>(seconds)), 0);  // NOLINT
+}
+
+bool Execution::send(std::string_view text) {
+  if (!isCleanText(text)) {
+    throw DataError(DataError::Reason::Misuse, 0, "متن نويسه ناخوانا دارد. آن را پاک کنيد و دوباره بنويسيد.");
+  }
+  std::u16string wide = wideText(foldStatement(text, session_.codePage()));
+  const SQLRETURN result = SQLExecDirectW(statement_.get(), reinterpret_cast<SQLWCHAR*>(wide.data()),
+                                          static_cast<SQLINTEGER>(wide.size()));
+  // SQL_NO_DATA: the statement changed no row.
+  if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return true;
+  noteFailure();
+  return false;
+}
+
+bool Execution::nextResult() {
+  for (int failures = 0; !over_ && failures < 2; ++failures) {
+    const SQLRETURN result = SQLMoreResults(statement_.get());
+    if (SQL_SUCCEEDED(result)) return true;
+    if (result == SQL_NO_DATA) break;
+    noteFailure();
+  }
+  over_ = true;
+  return false;
+}
+
+void Execution::noteFailure() {
+  if (!failure_) failure_ = records(statement_);
+}
+
+void Execution::finish() {
+  while (nextResult()) continue;
+  if (!failure_) return;
+  watched_.rethrowStop(name_);
+  const DataError failure = callError(*failure_, name_);
+  if (failure.reason() != DataError::Reason::Connection && session_.dead())
+    throw brokenError(*failure_, name_);
+  throw failure;
+}
+
+}  // namespace ledgertree::data::odbc

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "data/connection_text.h"
+#include "data/odbc/code_page.h"
+#include "data/odbc/driver_text.h"
+#include "data/odbc/errors.h"
+#include "data/odbc/handle.h"
+#include "data/odbc/watch.h"
+
+namespace ledgertree::data::odbc {
+
+/// A connection that is open: in UTF-16, each statement a transaction of its own.
+class Session {
+ public:
+  /// Throws DataError(Reason::Connection), without the password, for what can't be reached in `connect` or
+  /// doesn't let the user in. `command` bounds every statement.
+  Session(const ConnectionText& text, std::chrono::milliseconds command);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  [[nodiscard]] const Handle& connection() const { return connection_; }
+  [[nodiscard]] Watch& watch() { return watch_; }
+  [[nodiscard]] Dialect dialect() const { return dialect_; }
+  [[nodiscard]] CodePage codePage() const { return codePage_; }
+  [[nodiscard]] std::chrono::milliseconds commandTimeOut() const { return command_; }
+  /// Whether the driver knows that the connection is of no use any more.
+  [[nodiscard]] bool dead() const;
+
+ private:
+  void open(const ConnectionText& text);
+  void prepareServer();
+
+  Environment environment_;
+  Handle connection_;
+  Watch watch_;
+  Dialect dialect_ = Dialect::Other;
+  CodePage codePage_ = CodePage::Unicode;
+  std::chrono::milliseconds command_;
+};
+
+}  // namespace ledgertree::data::odbc
