@@ -1,6 +1,6 @@
 # What the product needs from Debian, and the one way to install it. Sourced by run, test and .ci/run.
 
-packages_to_run="g++ cmake ninja-build pkg-config qt6-base-dev libsqlitecpp-dev libsqlite3-dev unixodbc-dev tdsodbc libicu-dev libxlsxwriter-dev fonts-noto-core fonts-noto-ui-core"
+packages_to_run="g++ cmake ninja-build pkg-config qt6-base-dev libsqlitecpp-dev libsqlite3-dev unixodbc-dev tdsodbc libicu-dev libxlsxwriter-dev zlib1g-dev fonts-noto-core fonts-noto-ui-core"
 packages_to_test="$packages_to_run libgtest-dev libsqliteodbc python3-openpyxl"
 packages_to_package="$packages_to_run dpkg-dev file"
 packages_to_check="$packages_to_test clang-format clang-tidy libbenchmark-dev"
