@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "qt/grid_view.h"
+#include "qt/guide_window.h"
 #include "qt/labelling.h"
 #include "qt/list_views.h"
 #include "qt/lookup_view.h"
@@ -52,6 +53,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
   scroll_->installEventFilter(this);
 
   build();
+  offerGuide(*this);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
     const auto found = byFocusWidget_.find(now);
     if (found != byFocusWidget_.end()) focusArrived(*found->second);

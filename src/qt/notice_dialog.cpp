@@ -20,6 +20,7 @@
 #include <memory>
 
 #include "qt/appearance.h"
+#include "qt/guide_window.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
 #include "shell/outside_components.h"
@@ -85,6 +86,7 @@ class Dialog : public QDialog {
 Dialog::Dialog(const NoticeDialog& notice)
     : question_(notice.kind == NoticeDialog::Kind::Question), message_(notice.message) {
   setWindowTitle(notice.title);
+  setObjectName("NoticeDialog");
   setAccessibleName(notice.title);
   setLayoutDirection(Qt::RightToLeft);
   setFont(screenFont());
@@ -106,6 +108,7 @@ Dialog::Dialog(const NoticeDialog& notice)
   dress(*this);
   safe->setDefault(true);
   safe->setFocus();
+  offerGuide(*this, message_);
 }
 
 QFrame* Dialog::makePanel(const NoticeDialog& notice) {

@@ -1,0 +1,310 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QPainter>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QTimer>
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "data/embedded/embedded_engine.h"
+#include "db/schema.h"
+#include "entities/rel_classes.h"
+#include "entities/rel_objects.h"
+#include "mainform/form_main.h"
+#include "pactkit/cost_centers.h"
+#include "qt/guide_window.h"
+#include "qt/notice_dialog.h"
+#include "screen.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::test {
+namespace {
+
+using qt::GuideWindow;
+
+QString textOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return QString::fromUtf8(file.readAll());
+}
+
+/// Walks through all screens, presses F1 in each, and draws each where a folder for the pictures is given.
+class Guide : public ::testing::Test {
+ protected:
+  Guide() {
+    data::embedded::registerEmbedded(shell.providers);
+    qt::registerNoticeDialog(shell.components);
+    shell.context.gConnectionString = database.connectionText();
+    shell.context.gUserID = 1;
+    shell.resetDataConnection();
+    db::createDemoChart(database.other());
+    form = std::make_unique<mainform::FormMain>(shell);
+    form->load();
+    form->onClosed = [this] { form.reset(); };
+    desktop.show(*form);
+    desktop.windowOf(*form)->showNormal();
+    desktop.windowOf(*form)->resize(1100, 620);
+    QTest::qWait(1);
+  }
+
+  [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
+  [[nodiscard]] std::int32_t idOf(const std::string& code) {
+    return std::stoi(database.rows("select ID from tblAccount where Code = '" + code + "'"));
+  }
+  void openBelow(const std::vector<std::size_t>& places) const {
+    ui::NodeId node = form->treeAccount.roots().front();
+    for (const std::size_t place : places) {
+      node = form->treeAccount.children(node)[place];
+      form->treeAccount.expand(node);
+    }
+  }
+
+  /// F1 opens the guide there, in front and within reach of keys; Escape gives the focus back.
+  static void helpAt(QWidget& front, const QString& section, const QString& selected = {}) {
+    QWidget* focus = front.focusWidget() != nullptr ? front.focusWidget() : &front;
+    QTest::keyClick(focus, Qt::Key_F1);
+    const QPointer<GuideWindow> guide = GuideWindow::standing();
+    ASSERT_NE(guide, nullptr) << section.toStdString();
+    EXPECT_EQ(guide->section().toStdString(), section.toStdString());
+    EXPECT_EQ(guide->text().textCursor().selectedText().toStdString(), selected.toStdString());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return guide->isActiveWindow(); }, 5000));
+    // By way of the windowing system, which gives no key to a window that a modal one blocks.
+    QTest::keyClick(guide->windowHandle(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 5000)) << section.toStdString();
+    EXPECT_EQ(QApplication::focusWidget(), focus) << section.toStdString();
+  }
+
+  /// Opens a modal screen, looks at it, and leaves it by its frame.
+  static void inFront(const std::function<void()>& open, const std::function<void(QWidget&)>& look) {
+    const QWidget* before = QApplication::activeModalWidget();
+    bool looked = false;
+    QTimer watch;
+    watch.callOnTimeout([&] {
+      QWidget* front = QApplication::activeModalWidget();
+      if (front == nullptr || front == before) return;
+      watch.stop();
+      looked = true;
+      QTest::qWait(50);
+      look(*front);
+      front->close();
+    });
+    watch.start(10);
+    open();
+    EXPECT_TRUE(looked);
+  }
+
+  /// A screen with what is open above it, in the colours that it uses most.
+  void picture(const QString& name, QWidget& screen, QRect part = {}) {
+    drawn.insert(name);
+    const QString folder = qEnvironmentVariable("LEDGERTREE_GUIDE_PICTURES");
+    if (folder.isEmpty()) return;
+    QPixmap pixmap = screen.grab();
+    QPainter painter(&pixmap);
+    for (QWidget* above : QApplication::topLevelWidgets()) {
+      if (above != &screen && above->isVisible() && (above->windowFlags() & Qt::ToolTip) == Qt::ToolTip)
+        painter.drawPixmap(screen.mapFromGlobal(above->pos()), above->grab());
+    }
+    painter.end();
+    if (part.isEmpty()) part = pixmap.rect();
+    const QImage image = pixmap.copy(part).toImage().convertToFormat(QImage::Format_RGB32);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    ASSERT_TRUE(image.convertToFormat(QImage::Format_Indexed8, coloursOf(image), Qt::ThresholdDither)
+                    .save(folder + "/" + name + ".png", "PNG", 0));
+  }
+
+  /// The most used colour of each neighbourhood of colours, so that a small blue spot stays blue.
+  static QList<QRgb> coloursOf(const QImage& image) {
+    constexpr QRgb kNeighbourhood = 0xFFE0E0E0;
+    std::map<QRgb, int> counts;
+    for (int y = 0; y < image.height(); ++y) {
+      for (int x = 0; x < image.width(); ++x) ++counts[image.pixel(x, y)];
+    }
+    std::vector<std::pair<int, QRgb>> most;
+    for (const auto& [colour, count] : counts) most.emplace_back(count, colour);
+    std::sort(most.rbegin(), most.rend());
+    std::set<QRgb> seen;
+    QList<QRgb> chosen;
+    QList<QRgb> others;
+    for (const auto& [count, colour] : most)
+      (seen.insert(colour & kNeighbourhood).second ? chosen : others) += colour;
+    return (chosen + others).mid(0, 256);
+  }
+
+  void drawMainScreen();
+  void drawSecondaryScreens();
+
+  ::ledgertree::testing::TemporaryDatabase database;
+  qt::QtDesktop desktop;
+  shell::Shell shell{desktop};
+  std::unique_ptr<mainform::FormMain> form;
+  std::set<QString> drawn;
+};
+
+void Guide::drawMainScreen() {
+  openBelow({0, 0});
+  form->View(idOf("10101"));
+  form->treeAccount.focus();
+  picture("FormMain", window());
+  helpAt(window(), "FormMain.treeAccount");
+
+  form->optPeriodic.click();
+  openBelow({0, 0});
+  picture("FormMain-periods", window());
+  form->optPeriodAll.click();
+  openBelow({0, 0});
+
+  form->sltAccount.focus();
+  QTest::keyClicks(window().widgetOf(form->sltAccount), "101");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltAccount.rows().size() > 3; }, 5000));
+  QTest::qWait(50);
+  picture("picker", window(), {0, 60, window().width() * 57 / 100, 370});
+  // What one is typing is still there behind the guide.
+  helpAt(window(), "FormMain.sltAccount");
+  EXPECT_EQ(form->sltAccount.text(), "101");
+  form->sltAccount.press(ui::Key::Escape);
+
+  form->cmdNew.click();
+  helpAt(window(), "FormMain.frameMain");
+  // A message stands above the screen, and the guide above both of them, at that message.
+  inFront([&] { form->cmdSave.click(); },
+          [&](QWidget& notice) {
+            picture("notice", notice);
+            helpAt(notice, "NoticeDialog", QString::fromUtf8("کد وارد نشده است!"));
+          });
+  form->sltParent.focus();
+  QTest::keyClicks(window().widgetOf(form->sltParent), "101");
+  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltParent.rows().size() > 3; }, 5000));
+  QTest::keyClick(window().widgetOf(form->sltParent), Qt::Key_Return);
+  form->txtTitle.setText("تنخواه فروشگاه شيراز");
+  form->txtTitle.focus();
+  picture("FormMain-new", window());
+  form->View(idOf("10101"));
+}
+
+void Guide::drawSecondaryScreens() {
+  const auto drawAndHelp = [this](QWidget& screen) {
+    picture(screen.objectName(), screen);
+    helpAt(screen, screen.objectName());
+  };
+  for (ui::PushButton* command : {&form->cmdPeriodBranch, &form->cmdCopyPeriod, &form->cmdDeletePeriod})
+    inFront([&] { command->click(); }, drawAndHelp);
+  for (ui::MenuEntry* command : {&form->mnuSameCoding, &form->mnuAccountBatch})
+    inFront([&] { command->click(); }, drawAndHelp);
+  inFront([&] { entities::showRelClasses(shell, idOf("20302")); }, drawAndHelp);
+  inFront([&] { entities::showRelObjects(shell, idOf("10105")); },
+          [&](QWidget& objects) {
+            QTest::keyClick(objects.findChild<QComboBox*>("cmbClass"), Qt::Key_Down);
+            drawAndHelp(objects);
+          });
+  pactkit::CostCenters centers(shell);
+  centers.open();
+  inFront([&] { desktop.showModal(centers); }, drawAndHelp);
+}
+
+TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
+  drawMainScreen();
+  drawSecondaryScreens();
+  ASSERT_EQ(GuideWindow::standing(), nullptr);
+
+  // Beside a screen that comes up later it stays usable, and behind it when that screen goes.
+  window().activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }, 5000));
+  form->treeAccount.focus();
+  QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
+  const QPointer<GuideWindow> guide = GuideWindow::standing();
+  ASSERT_FALSE(guide.isNull());
+  inFront([&] { form->cmdCopyPeriod.click(); },
+          [&](QWidget&) {
+            ASSERT_FALSE(guide.isNull());
+            const QScrollBar& bar = *guide->text().verticalScrollBar();
+            const int before = bar.value();
+            guide->activateWindow();
+            guide->text().setFocus();
+            QTest::keyClick(guide->windowHandle(), Qt::Key_PageDown);
+            EXPECT_GT(bar.value(), before);
+          });
+  ASSERT_FALSE(guide.isNull());
+  // It says the same letter in either way, and goes with the screen.
+  EXPECT_TRUE(guide->text().search(QString::fromUtf8("سرفصل‌هاي بدون سند")));
+  EXPECT_TRUE(guide->text().search(QString::fromUtf8("پنهان كردن سرفصلهای")));
+  EXPECT_FALSE(guide->text().search("no such words"));
+  window().close();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 5000));
+
+  // Every picture that it names was drawn just now and is inside the program.
+  const QString text = textOf(":/ledgertree/guide/guide-fa.md");
+  static const QRegularExpression image("\\]\\(pictures/guide/([\\w-]+)\\.png\\)");
+  std::set<QString> named;
+  for (const auto& match : image.globalMatch(text)) {
+    named.insert(match.captured(1));
+    EXPECT_FALSE(QImage(":/ledgertree/guide/pictures/guide/" + match.captured(1) + ".png").isNull())
+        << match.captured(1).toStdString();
+  }
+  EXPECT_EQ(named, drawn);
+}
+
+/// The texts of a source: literals in a row are one.
+QStringList literalsOf(QString source) {
+  static const QRegularExpression comment("^\\s*//[^\\n]*$", QRegularExpression::MultilineOption);
+  static const QRegularExpression literals("(?:\"(?:[^\"\\\\\\n]|\\\\.)*\"\\s*)+|abort, '[^']*'");
+  static const QRegularExpression seam("\"\\s*\"");
+  QStringList found;
+  source.remove(comment);
+  for (const auto& match : literals.globalMatch(source)) {
+    QString text = match.captured().trimmed();
+    text = text.startsWith('"') ? text.mid(1, text.size() - 2).remove(seam) : text.section('\'', 1, 1);
+    found += text.simplified();
+  }
+  return found;
+}
+
+/// A sentence in Persian, or a long piece of one: what a person reads as a message, and no caption.
+bool isMessage(const QString& text) {
+  static const QRegularExpression persian("[\\x{0600}-\\x{06FF}] .*[\\x{0600}-\\x{06FF}]");
+  constexpr int kLongerThanCaptions = 36;
+  if (!persian.match(text).hasMatch() || text.contains("Select ") || text.endsWith("...")) return false;
+  return text.size() > kLongerThanCaptions || QString::fromUtf8(".!؟").contains(text.back());
+}
+
+TEST(GuideText, KnowsEveryScreenAndEveryMessageOfTheSources) {
+  QWidget window;
+  const qt::GuideBrowser guide(window);
+  const QString text = textOf(LEDGERTREE_SOURCES "/docs/guide-fa.md").simplified();
+  static const QRegularExpression screen("surroundings\\(\\), \"(\\w+)\"");
+  int screens = 0;
+  int messages = 0;
+  for (const char* folder : {"src", "components"}) {
+    QDirIterator files(QString(LEDGERTREE_SOURCES "/") + folder, {"*.cpp", "*.h", "*.sql"}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+      const QString path = files.next();
+      if (path.contains("/db/demo/") || path.endsWith("/appearance.cpp")) continue;
+      const QString source = textOf(path);
+      for (const auto& match : screen.globalMatch(source)) {
+        ++screens;
+        EXPECT_NE(guide.find(match.captured(1)), nullptr) << "no section " << match.captured(1).toStdString();
+      }
+      for (const QString& literal : literalsOf(source)) {
+        if (!isMessage(literal)) continue;
+        ++messages;
+        EXPECT_TRUE(text.contains(literal))
+            << "docs/guide-fa.md doesn't tell what to do about: " << literal.toStdString();
+      }
+    }
+  }
+  EXPECT_GE(screens, 9);
+  EXPECT_GE(messages, 100);
+  // Every link of the guide leads to a section.
+  static const QRegularExpression link("\\]\\(#([\\w.]+)\\)");
+  for (const auto& match : link.globalMatch(text))
+    EXPECT_NE(guide.find(match.captured(1)), nullptr) << match.captured(1).toStdString();
+}
+
+}  // namespace
+}  // namespace ledgertree::test
