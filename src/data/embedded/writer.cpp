@@ -213,7 +213,8 @@ void Writer::expression(const Expression& expression) {
     case Kind::Arithmetic:
       return arithmetic(expression);
     case Kind::Negative:
-      sql() += "(-";
+      // The blank keeps a literal's own sign from beginning a comment.
+      sql() += "(- ";
       this->expression(*expression.operands.front());
       sql() += ")";
       return;
