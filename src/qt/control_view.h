@@ -24,6 +24,8 @@ class ControlView : public QObject {
   [[nodiscard]] virtual QWidget& widget() = 0;
   /// The widget that the focus rests in; null where it can't.
   [[nodiscard]] virtual QWidget* focusWidget() { return nullptr; }
+  /// What a screen reader calls it.
+  virtual void name(const QString& spoken) { focusWidget()->setAccessibleName(spoken); }
   /// Follows a change that a program made.
   virtual void sync(ui::Change change) = 0;
   /// The font or the scale changed.

@@ -15,6 +15,7 @@
 #include "qt/plain_views.h"
 #include "qt/qt_desktop.h"
 #include "qt/reading_order.h"
+#include "qt/spoken_role.h"
 #include "qt/text.h"
 #include "qt/text_view.h"
 #include "qt/tree_view.h"
@@ -34,6 +35,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
   setFont(screenFont());
   setWindowTitle(toQt(form.caption()));
   setObjectName(toQt(form.name()));
+  setSpokenRole(*this, QAccessible::Window);
   setAttribute(Qt::WA_InputMethodEnabled, false);
 
   auto* layout = new QVBoxLayout(this);
@@ -153,9 +155,13 @@ void FormWindow::describe(ControlView& view) {
   const ui::Control& control = view.base();
   view.widget().setToolTip(literalTip(tooltipOf(control)));
   QWidget* focus = view.focusWidget();
-  if (focus == nullptr) return;
+  if (focus == nullptr) {
+    // A frame or a bar is heard of too, where it has a name of its own.
+    view.widget().setAccessibleName(toQt(control.accessibleName()));
+    return;
+  }
   const ui::Label* label = labelOf(*form_, control);
-  focus->setAccessibleName(accessibleNameOf(control, label));
+  view.name(accessibleNameOf(control, label));
   focus->setAccessibleDescription(toQt(control.hint()));
   if (label == nullptr) return;
   if (auto* drawn = qobject_cast<QLabel*>(&viewOf(label)->widget())) drawn->setBuddy(focus);

@@ -29,10 +29,8 @@ void FormWindow::focusArrived(ControlView& view) {
   }
   bringIntoView(view.widget());
   desktop_->setKeyboardTarget(this);
-  if (form_->focused() != &view.base()) {
-    keyboard_ = chosenKeyboard_ = KeyboardLayout::Own;
-    form_->focusMoved(&view.base());
-  }
+  // The keys go on writing what they wrote, as a keyboard does, until a field asks for another layout.
+  if (form_->focused() != &view.base()) form_->focusMoved(&view.base());
   showKeyboard();
 }
 

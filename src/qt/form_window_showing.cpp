@@ -10,6 +10,7 @@
 
 #include "qt/form_window.h"
 #include "qt/qt_desktop.h"
+#include "qt/spoken_role.h"
 #include "ui/timer.h"
 
 // How a window comes up and goes, and how window and form agree on a size.
@@ -35,6 +36,7 @@ void FormWindow::showAs(Showing showing, QWidget* container) {
                                      Qt::WindowCloseButtonHint |
                                      (form_->resizable() ? Qt::WindowMaximizeButtonHint : Qt::WindowFlags())
                                : Qt::Window);
+      setSpokenRole(*this, modal ? QAccessible::Dialog : QAccessible::Window);
       setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
     }
     putUp();

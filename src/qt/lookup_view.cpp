@@ -97,6 +97,8 @@ LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
   list_->setFocusPolicy(Qt::NoFocus);
   list_->setFrameShape(QFrame::NoFrame);
   list_->setHeaderHidden(true);
+  // As high as its rows: by itself a list keeps room for several.
+  list_->setMinimumSize(1, 1);
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -188,6 +190,12 @@ LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<
   line_->installEventFilter(this);
   sync(ui::Change::Text);
   sync(ui::Change::Enabled);
+}
+
+void LookupView::name(const QString& spoken) {
+  line_->setAccessibleName(spoken);
+  arrow_->setAccessibleName(QString::fromUtf8("فهرست ") + spoken);
+  popup_->list().setAccessibleName(arrow_->accessibleName());
 }
 
 void LookupView::toggleList() {

@@ -61,6 +61,7 @@ class LookupView : public ViewOf<ui::LookupField> {
   LookupView(ui::LookupField& control, QWidget& parent, std::function<KeyboardLayout()> layout);
   [[nodiscard]] QWidget& widget() override { return *box_; }
   [[nodiscard]] QWidget* focusWidget() override { return line_; }
+  void name(const QString& spoken) override;
   void sync(ui::Change change) override;
   void showLanguage(std::optional<KeyboardLayout> layout) override;
   void moved() override;

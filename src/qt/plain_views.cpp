@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "qt/spoken_role.h"
 #include "qt/text.h"
 
 namespace ledgertree::qt {
@@ -146,6 +147,7 @@ RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : Vi
   auto* button = new Radio(literalCaption(control.caption()), &parent);
   button_ = button;
   button->setAutoExclusive(false);
+  setSpokenRole(*button, QAccessible::RadioButton);
   button->onArrow = [this](int step) { chooseNeighbour(step); };
   connect(button, &QRadioButton::clicked, this, [this] {
     if (standing()) this->control().click();

@@ -85,14 +85,21 @@ bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::functio
   return standing.isNull();
 }
 
-/// The letters of an input method pass the same filter as the letters of keys.
-QString filtered(const QString& text, const Typist& typist) {
-  std::u32string passed;
-  for (const char32_t character : text.toStdU32String()) {
-    const char32_t kept = typist.filter ? typist.filter(character) : character;
-    if (kept != 0) passed += kept;
+/// The letters of an input method pass the same filter as the letters of keys. `handle` is the toolkit's way.
+void typeByMethod(const Typist& typist, bool readOnly, QInputMethodEvent& event,
+                  const std::function<void(QInputMethodEvent&)>& handle) {
+  if (event.commitString().isEmpty() || readOnly) return handle(event);
+  const Typist copied = typist;  // the form may end inside a call
+  std::u32string kept;
+  for (const char32_t character : event.commitString().toStdU32String()) {
+    const char32_t passed = copied.filter ? copied.filter(character) : character;
+    if (passed != 0) kept += passed;
   }
-  return QString::fromStdU32String(passed);
+  QInputMethodEvent filtered(event.preeditString(), event.attributes());
+  filtered.setCommitString(QString::fromStdU32String(kept), event.replacementStart(),
+                           event.replacementLength());
+  handle(filtered);
+  if (copied.keyUp) copied.keyUp();
 }
 
 }  // namespace
@@ -176,13 +183,8 @@ void LineEditor::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void LineEditor::inputMethodEvent(QInputMethodEvent* event) {
-  if (event->commitString().isEmpty() || isReadOnly()) return QLineEdit::inputMethodEvent(event);
-  const Typist copied = typist;
-  QInputMethodEvent passed(event->preeditString(), event->attributes());
-  passed.setCommitString(filtered(event->commitString(), copied), event->replacementStart(),
-                         event->replacementLength());
-  QLineEdit::inputMethodEvent(&passed);
-  if (copied.keyUp) copied.keyUp();
+  typeByMethod(typist, isReadOnly(), *event,
+               [this](QInputMethodEvent& passed) { QLineEdit::inputMethodEvent(&passed); });
 }
 
 void LineEditor::contextMenuEvent(QContextMenuEvent* event) {
@@ -220,13 +222,8 @@ void TextEditor::keyReleaseEvent(QKeyEvent* event) {
 }
 
 void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
-  if (event->commitString().isEmpty() || isReadOnly()) return QTextEdit::inputMethodEvent(event);
-  const Typist copied = typist;
-  QInputMethodEvent passed(event->preeditString(), event->attributes());
-  passed.setCommitString(filtered(event->commitString(), copied), event->replacementStart(),
-                         event->replacementLength());
-  QTextEdit::inputMethodEvent(&passed);
-  if (copied.keyUp) copied.keyUp();
+  typeByMethod(typist, isReadOnly(), *event,
+               [this](QInputMethodEvent& passed) { QTextEdit::inputMethodEvent(&passed); });
 }
 
 void TextEditor::insertFromMimeData(const QMimeData* source) {

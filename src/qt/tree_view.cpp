@@ -77,6 +77,13 @@ class Branches : public QTreeView {
     }
   }
 
+  /// Who comes by the keyboard sees where he is.
+  void focusInEvent(QFocusEvent* event) override {
+    QTreeView::focusInEvent(event);
+    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (byKey && !selectionModel()->hasSelection()) onKey(ui::Key::Home);
+  }
+
   void keyboardSearch(const QString& search) override {
     QModelIndex start = currentIndex();
     if (!start.isValid()) start = model()->index(0, 0);

@@ -193,7 +193,9 @@ std::vector<NodeId> Tree::visibleNodes() const {
 void Tree::press(Key key) {
   if (!withinReach() || roots_.empty()) return;
   if (selected_ == kNoNode) return select(roots_.front());
-  if (key == Key::Left) return expand(selected_);
+  const bool open = expanded(selected_) && !children(selected_).empty();
+  if (key == Key::Left) return open ? select(children(selected_).front()) : expand(selected_);
+  if (key == Key::Right && !open && parent(selected_) != kNoNode) return select(parent(selected_));
   if (key == Key::Right) return collapse(selected_);
   if (key == Key::Enter || (key == Key::Space && !checkBoxes_)) return click(selected_);
   if (key == Key::Space) return tick(selected_);

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QAccessible>
+#include <QWidget>
+
+namespace ledgertree::qt {
+
+/// What a screen reader calls a widget whose class says too little: a window that is drawn by a plain widget,
+/// or a radio button that never turns by itself, which the toolkit takes for a check box. The role may
+/// change.
+void setSpokenRole(QWidget& widget, QAccessible::Role role);
+
+}  // namespace ledgertree::qt
