@@ -1,0 +1,224 @@
+"""A desk with a screen, a keyboard, a mouse and a screen reader, for the real program on a real X server.
+
+What is on the screen is asked of the accessibility bus, as a screen reader asks it: a control is found by its name and
+its role, and clicked where it says that it stands. Nothing is told to the program but keys and clicks.
+"""
+
+import os
+import sqlite3
+import subprocess
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+MAIN = "سرفصل حسابها"
+PATIENCE = 40  # seconds that a busy machine gets for one answer
+SHOWING, FOCUSED, FOCUSABLE = Atspi.StateType.SHOWING, Atspi.StateType.FOCUSED, Atspi.StateType.FOCUSABLE
+ENABLED, CHECKED, EXPANDED = Atspi.StateType.ENABLED, Atspi.StateType.CHECKED, Atspi.StateType.EXPANDED
+LISTS = ("tree", "table", "list", "tree table")
+ROWS = ("table cell", "list item", "tree item")
+INTERACTIVE = ("push button", "text", "check box", "radio button", "combo box", "menu item", *LISTS)
+#: Persian letters by the keys of a Latin keyboard: the field that has the focus writes Persian by itself.
+LETTERS = str.maketrans("ضصثقفغعهخحجچشسیبلاتنمکگظطزرذدپوژ", "qwertyuiop[]asdfghjkl;'zxcvbnm,C")
+
+
+class Missed(AssertionError):
+    pass
+
+
+def until(what, test):
+    """Waits for a condition, and gives what it gave."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        try:
+            if found := test():
+                return found
+        except GLib.Error:  # a control that went while it was asked
+            pass
+        if time.monotonic() > end:
+            raise Missed(f"waited {PATIENCE} s for: {what}")
+        time.sleep(0.02)
+
+
+def walk(top, hidden=False):
+    """A control and all that is below it; of what isn't on the screen only where it is asked for."""
+    waiting = [top]
+    while waiting:
+        control = waiting.pop()
+        if control is None or not (hidden or has(control, SHOWING)):
+            continue
+        yield control
+        if hidden and control.get_role_name() in LISTS:
+            continue
+        waiting.extend(control.get_child_at_index(i) for i in reversed(range(control.get_child_count())))
+
+
+def has(control, state):
+    return control.get_state_set().contains(state)
+
+
+def place(control):
+    box = control.get_extents(Atspi.CoordType.SCREEN)
+    return box.x, box.y, box.width, box.height
+
+
+class Desk:
+    """One screen of the X server with a window manager, and the program on it."""
+
+    def __init__(self, display, pictures):
+        self.environment = dict(os.environ, DISPLAY=display, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+                                LC_ALL="C.UTF-8", HOME=pictures, XDG_CONFIG_HOME=pictures + "/none")
+        self.pictures = pictures
+        self.manager = self.start(["openbox"])
+        self.program = None
+        until("the window manager", lambda: subprocess.run(
+            ["xdotool", "get_num_desktops"], env=self.environment, capture_output=True).returncode == 0)
+
+    def start(self, command, **environment):
+        return subprocess.Popen(command, env={**self.environment, **environment}, stdin=subprocess.DEVNULL)
+
+    def run(self, *command):
+        return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout
+
+    def open(self, host, chart, *options, **environment):
+        self.program = self.start([host, "--chart", chart, *options], **environment)
+        self.books = sqlite3.connect(chart, timeout=30)
+        return self.window(MAIN)
+
+    def leave(self):
+        """The program has to have ended by itself, in order."""
+        status = self.program.wait(PATIENCE)
+        assert status == 0, f"the program ended with {status}"
+
+    def end(self):
+        for process in (self.program, self.manager):
+            if process and process.poll() is None:
+                process.terminate()
+                process.wait()
+
+    # What is on the screen.
+
+    def windows(self):
+        assert self.program.poll() is None, "the program has ended"
+        desktop = Atspi.get_desktop(0)
+        applications = [desktop.get_child_at_index(i) for i in range(desktop.get_child_count())]
+        tops = [a.get_child_at_index(i) for a in applications if a and a.get_process_id() == self.program.pid
+                for i in range(a.get_child_count())]
+        return [top for top in tops if top and has(top, SHOWING)]
+
+    def window(self, title):
+        """Turns to the window of a title, when it has come and has the focus somewhere in it."""
+        self.top = until(f"the window {title}", lambda: next((w for w in self.windows() if w.get_name() == title), None))
+        # A form has all its controls from the start, so that one walk knows them; only branches and rows come and go.
+        self.controls = [c for c in walk(self.top, hidden=True) if c.get_role_name() not in ROWS]
+        self.known = {}
+        for control in self.controls:
+            self.known.setdefault(control.get_name(), []).append(control)
+        self.stops = [control for control in self.controls if has(control, FOCUSABLE)]
+        until(f"the focus in {title}", self.focused)
+        return self.top
+
+    def gone(self, title, back=MAIN):
+        until(f"the end of {title}", lambda: all(w.get_name() != title for w in self.windows()))
+        self.window(back)
+
+    def audit(self, title):
+        """Nobody who only hears the screen meets a control without a name."""
+        dumb = [c for c in self.controls if (c in self.stops or c.get_role_name() in INTERACTIVE) and
+                not c.get_name() and has(c, SHOWING)]
+        assert not dumb, f"{title}: no name on {[(c.get_role_name(), place(c)) for c in dumb]}"
+
+    def find(self, name, *roles):
+        return until(f"{roles} {name}", lambda: next(
+            (c for c in self.known.get(name, []) if has(c, SHOWING) and (not roles or c.get_role_name() in roles)), None))
+
+    def focused(self):
+        return next((control for control in self.stops if has(control, FOCUSED)), None)
+
+    def shows(self, name, text):
+        field = self.find(name, "text")
+        until(f"{text!r} in {name}", lambda: Atspi.Text.get_text(field, 0, -1) == text)
+
+    def is_checked(self, name):
+        button = self.find(name, "radio button", "check box")
+        until(f"the mark of {name}", lambda: has(button, CHECKED))
+
+    # What a person does.
+
+    def key(self, *chords):
+        self.run("xdotool", "key", "--delay", "15", *chords)
+
+    def type(self, text):
+        self.run("xdotool", "type", "--delay", "15", text.translate(LETTERS))
+
+    def click_row(self, rows, text):
+        self.click_at(until(text, lambda: next((c for c in walk(rows) if c.get_name() == text), None)))
+
+    def click(self, name, *roles):
+        control = self.find(name, *roles)
+        until(f"{name} in reach", lambda: has(control, ENABLED))
+        self.click_at(control)
+
+    def click_at(self, control):
+        x, y, width, height = place(control)
+        self.run("xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "click", "1")
+
+    def go(self, name):
+        """Goes to a control with the Tab key alone."""
+        for _ in range(60):
+            here = until("the focus", self.focused)
+            if here.get_name() == name:
+                return here
+            self.key("Tab")
+            until(f"the next control after {here.get_name()}", lambda: self.focused() not in (None, here))
+        raise Missed(f"Tab never came to {name}")
+
+    def press(self, name):
+        """Presses a button with the keyboard alone."""
+        button = self.find(name)
+        until(f"{name} in reach", lambda: has(button, ENABLED))
+        self.go(name)
+        self.key("space")
+
+    def pick(self, name, text):
+        """Finds a row in a look-up by typing, and takes the first hit."""
+        self.go(name)
+        self.type(text)
+        self.key("Return")
+
+    def choose(self, menu, entry, *keys):
+        """Opens a menu by its keys, and goes down to an entry. Only the bar tells what is in a menu that is closed."""
+        entries = self.find(menu, "menu item").get_child_at_index(0)
+        names = [e.get_name() for e in map(entries.get_child_at_index, range(entries.get_child_count())) if has(e, ENABLED)]
+        before = self.on_top()
+        self.key(*keys)
+        until(f"the menu {menu}", lambda: self.on_top() > before)
+        self.key(*["Down"] * (1 + [name for name in names if name].index(entry) - keys.count("Down")), "Return")
+
+    def on_top(self):
+        found = self.run("xdotool", "search", "--onlyvisible", "--pid", str(self.program.pid))
+        return len(found.split())
+
+    def answer(self, title, button, picture=None):
+        self.window(title)
+        if picture:
+            self.picture(picture)
+        self.press(button)
+
+    # What came of it.
+
+    def row(self, statement, *values):
+        return self.books.execute(statement, values).fetchone()
+
+    def books_say(self, expected, statement, *values):
+        until(f"{expected} from {statement} {values}, not {self.row(statement, *values)}",
+              lambda: self.row(statement, *values) == expected)
+
+    def picture(self, name, look=True):
+        if look:
+            self.audit(name)
+        time.sleep(0.15)  # the last paint is on its way
+        self.run("import", "-window", "root", "+dither", "-colors", "255", f"{self.pictures}/{name}.png")
