@@ -4,13 +4,11 @@ day.py <demo host> <folder>   on a display, within a session bus; run.sh gives b
 """
 
 import os
-import shutil
-import subprocess
 import sys
 
 import openpyxl
 
-from desk import EXPANDED, Desk, has, until, walk
+from desk import EXPANDED, Desk, chart_in, has, until, walk
 
 PERIODS = "تنظيم دوره هاي زماني و شعب قابل نمايش"
 COPY = "کپي کردن سرفصل هاي يک دوره مالي به دوره مالي ديگر"
@@ -214,11 +212,7 @@ def afternoon(desk):
 
 
 def main(host, folder):
-    shutil.rmtree(folder, ignore_errors=True)
-    os.makedirs(folder)
-    chart = f"{folder}/chart.db"
-    subprocess.run([host, "--chart", chart, "--pictures", folder], check=True, stdout=subprocess.DEVNULL,
-                   env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+    chart = chart_in(host, folder)
     desk = Desk(os.environ["DISPLAY"] + ".0", folder)
     try:
         desk.open(host, chart)

@@ -5,6 +5,7 @@ its role, and clicked where it says that it stands. Nothing is told to the progr
 """
 
 import os
+import shutil
 import sqlite3
 import subprocess
 import time
@@ -63,6 +64,15 @@ def has(control, state):
 def place(control):
     box = control.get_extents(Atspi.CoordType.SCREEN)
     return box.x, box.y, box.width, box.height
+
+
+def chart_in(host, folder):
+    """Makes the folder anew, with the demo chart in it."""
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(f"{folder}/none")  # the settings of nobody
+    subprocess.run([host, "--chart", f"{folder}/chart.db", "--pictures", f"{folder}/none"], check=True,
+                   stdout=subprocess.DEVNULL, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
+    return f"{folder}/chart.db"
 
 
 class Desk:
