@@ -1,6 +1,7 @@
 # Installs the package into a folder that it wasn't configured for, compiles its headers alone, and builds and runs the
 # host of examples/embedding on it.
-#   cmake -DBUILD=<build tree> -DSOURCE=<project> -DSCRATCH=<folder> -DCXX=<compiler> -P install_test.cmake
+#   cmake -DBUILD=<build tree> -DSOURCE=<project> -DSCRATCH=<folder> -DCXX=<compiler> -DGENERATOR=Ninja
+#         -P install_test.cmake
 cmake_minimum_required(VERSION 3.25)
 
 function(run)
@@ -40,7 +41,7 @@ file(WRITE ${SCRATCH}/alone.c "#include <ledgertree/component.h>\n")
 run(${CXX} -x c -std=c99 ${strict} ${SCRATCH}/alone.c)
 
 set(host ${SCRATCH}/host)
-run(${CMAKE_COMMAND} -S ${SOURCE}/examples/embedding -B ${host} -DCMAKE_PREFIX_PATH=${package} -DCMAKE_CXX_COMPILER=${CXX})
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${SOURCE}/examples/embedding -B ${host} -DCMAKE_PREFIX_PATH=${package} -DCMAKE_CXX_COMPILER=${CXX})
 run(${CMAKE_COMMAND} --build ${host})
 set(ENV{QT_QPA_PLATFORM} offscreen)
 run(${host}/ledger-office --chart ${SCRATCH}/office.db --picture ${SCRATCH}/office.png)
