@@ -23,11 +23,25 @@
 
 namespace ledgertree::qt {
 
+namespace {
+
+/// It leaves to the window what is brought into view: its own way, behind every Tab, takes its bar for one
+/// that runs from the left, and scrolls away from the field.
+class Ground : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+ protected:
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
+};
+
+}  // namespace
+
 FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
     : form_(&form),
       desktop_(&desktop),
       bar_(new QMenuBar(this)),
-      scroll_(new QScrollArea(this)),
+      scroll_(new Ground(this)),
       canvas_(new QWidget) {
   setLayoutDirection(Qt::RightToLeft);
   setPalette(screenPalette(toQt(form.background())));

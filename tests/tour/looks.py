@@ -1,0 +1,65 @@
+"""The screens where a screen is small, letters are large, pixels are many or the desktop is dark.
+
+looks.py <demo host> <folder>   as day.py
+"""
+
+import os
+import sys
+
+from desk import Desk, chart_in, place, until
+
+COLOURS = {"light": ("250,250,250", "20,20,20"), "dark": ("30,30,34", "235,235,235")}
+#: The screen of the X server, the size of the letters and the colours that the desktop gives, the factor of the pixels.
+LOOKS = {"small": (1, 9, "light", 1), "large-letters": (0, 18, "light", 1), "many-pixels": (2, 9, "light", 2),
+         "light": (0, 9, "light", 1), "dark": (0, 9, "dark", 1)}
+
+
+def theme(folder, letters, colours):
+    ground, ink = COLOURS[colours]
+    parts = "".join(f"[Colors:{part}]\nBackgroundNormal={ground}\nForegroundNormal={ink}\n"
+                    for part in ("Window", "View", "Button", "Tooltip", "Complementary"))
+    with open(f"{folder}/none/kdeglobals", "w", encoding="utf-8") as file:
+        file.write(f"[General]\nfont=Noto Sans,{letters},-1,5,50,0,0,0,0,0\n{parts}")
+
+
+def look(host, folder, name):
+    screen, letters, colours, factor = LOOKS[name]
+    theme(folder, letters, colours)
+    desk = Desk(f"{os.environ['DISPLAY']}.{screen}", folder)
+    try:
+        desk.open(host, f"{folder}/chart.db", QT_QPA_PLATFORMTHEME="kde", XDG_CURRENT_DESKTOP="KDE",
+                  KDE_SESSION_VERSION="5", QT_SCALE_FACTOR=str(factor))
+        desk.go("درخت حسابها")
+        desk.key("Down", "Left", "Return")
+        desk.shows("کد", "1")
+        desk.key("ctrl+e")
+        desk.go("بازسازي درخت حساب")
+        desk.go("توضيحات")
+        left, top, across, down = place(desk.top)
+        seen = []
+        while (here := until("the focus", desk.focused)) not in seen:  # the focus is never where nobody sees it
+            seen.append(here)
+            x, y, width, height = place(here)
+            assert left <= x and top <= y and x + width <= left + across and y + height <= top + down, \
+                f"{name}: {here.get_name()} is off, at {x, y, width, height}"
+            desk.key("Tab")
+            until("the next control", lambda: desk.focused() not in (None, here))
+        assert len(seen) > 20
+        desk.picture(f"{name}-record")
+        desk.choose("ابزار", "همسانسازي كدينگ و ماهيت و نوع حسابها...", "F10")
+        desk.window("اعمال كدينگ خودكار، همسان سازي كدينگ و ماهيت و نوع حساب")
+        desk.picture(f"{name}-recode")
+    except BaseException:
+        desk.picture("failed", look=False)
+        raise
+    finally:
+        desk.end()
+
+
+if __name__ == "__main__":
+    chart_in(*sys.argv[1:])
+    for name in LOOKS:
+        look(*sys.argv[1:], name)
+    for screen in ("record", "recode"):
+        pictures = [open(f"{sys.argv[2]}/{name}-{screen}.png", "rb").read() for name in ("light", "dark")]
+        assert pictures[0] == pictures[1], f"a dark desktop changes the screen {screen}"
