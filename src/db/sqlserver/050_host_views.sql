@@ -38,7 +38,7 @@ GO
 
 -- The name is the text of a class in every list, code and name, since lists compare it as a whole.
 if object_id(N'dbo.vwAccountClass') is null
-  exec (N'create view dbo.vwAccountClass as select ID, Code, isnull(Code, '''') + ''_'' + Name as Name from dbo.tblAccountClass');
+  exec (N'create view dbo.vwAccountClass as select ID, Code, isnull(Code, '''') + N''_'' + Name as Name from dbo.tblAccountClass');
 GO
 
 if object_id(N'dbo.vwAccountClassMinor') is null

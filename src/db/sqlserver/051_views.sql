@@ -11,10 +11,10 @@ as
 select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.BranchID, a.PositionID, a.CreateDate,
        a.FarsiCreateDate, a.Notes, a.AccountNatureID, a.IsPermanent, a.IsClosed, a.MaxDebit, a.MaxCredit,
        g.Name as AccGroup,
-       case isnull(a.AccountNatureID, 0) when 0 then N'بدهكار' when 1 then N'بستانكار' when 2 then N'هردو' end
-         as AccountStatus,
-       case isnull(a.IsPermanent, 0) when 0 then N'موقت' when 1 then N'دائم' end as AccountType,
-       case isnull(a.IsClosed, 0) when 0 then N'باز' when 1 then N'بسته' end as RemainedType,
+       cast(case isnull(a.AccountNatureID, 0) when 0 then N'بدهكار' when 1 then N'بستانكار' when 2 then N'هردو' end
+         as nvarchar(20)) as AccountStatus,
+       cast(case isnull(a.IsPermanent, 0) when 0 then N'موقت' when 1 then N'دائم' end as nvarchar(20)) as AccountType,
+       cast(case isnull(a.IsClosed, 0) when 0 then N'باز' when 1 then N'بسته' end as nvarchar(20)) as RemainedType,
        c.Name as AccContract
 from dbo.tblAccount a
   left join dbo.vwAccountGroup g on g.ID = a.GroupID
