@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "data/characters.h"
 #include "mainform/form_main.h"
 #include "support/faulty_connection.h"
 #include "support/test_house.h"
@@ -39,14 +40,9 @@ class AccountStory : public TestHouse {
   }
   /// Puts an account into the chart past the screen; no parent for 0.
   void account(int id, int parent, const std::string& code, const std::string& title) {
-    SQLite::Statement insert(
-        database.other(),
-        "insert into tblAccount (ID, ParentID, Code, Title) values (?, nullif(?, 0), ?, ?)");
-    insert.bind(1, id);
-    insert.bind(2, parent);
-    insert.bind(3, code);
-    insert.bind(4, title);
-    insert.exec();
+    database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(id) +
+                     ", nullif(" + std::to_string(parent) + ", 0), " + data::quoteText(code) + ", " +
+                     data::quoteText(title) + ")");
   }
   void documentOn(int id) {
     database.execute(

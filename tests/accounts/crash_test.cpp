@@ -4,6 +4,7 @@
 
 #include "accounts/random_work.h"
 #include "data/connection_text.h"
+#include "db/schema.h"
 #include "support/child_process.h"
 #include "support/power_cut_storage.h"
 

@@ -76,7 +76,8 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
 
 TEST_F(FieldRulesStory, AStoredCeilingIsGroupedAtTheFirstKey) {
   account(1, 0, "1", "دارايي");
-  database.execute("update tblAccount set MaxDebit = 12345670000, MaxCredit = 15000");
+  database.execute("update tblAccount set MaxDebit = " + database.amount(12345670000) +
+                   ", MaxCredit = " + database.amount(15000));
   start();
   edit(1);
   EXPECT_EQ(form->txtMaxDebit.text() + " " + form->txtMaxCredit.text(), "1234567 1.5");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -60,12 +61,8 @@ class BulkHouse : public TestHouse {
   }
   void answer(int yes) { notices.answer(yes); }
   /// The codes of all accounts by their IDs.
-  std::string codes() {
-    return database.text("select group_concat(Code, ' ') from (select Code from tblAccount order by ID)");
-  }
-  std::string accounts() {
-    return database.text("select group_concat(ID, ' ') from (select ID from tblAccount order by ID)");
-  }
+  std::string codes() { return inOneLine("select Code from tblAccount order by ID"); }
+  std::string accounts() { return inOneLine("select ID from tblAccount order by ID"); }
   /// The tree's text of an account below a top-level one, brought into sight; empty where there is none.
   std::string inTree(int parent, int account) {
     ui::Tree& tree = form->treeAccount;
@@ -76,6 +73,13 @@ class BulkHouse : public TestHouse {
 
   Faults faults;
   std::unique_ptr<mainform::FormMain> form;
+
+ private:
+  std::string inOneLine(const std::string& query) {
+    std::string found = database.rows(query);
+    std::replace(found.begin(), found.end(), '\n', ' ');
+    return found;
+  }
 };
 
 inline constexpr const char* kNoWayBack =

@@ -8,7 +8,7 @@
 
 #include "data/data_error.h"
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
+#include "data/odbc/odbc_engine.h"
 #include "shell/ledger_tree_control_session.h"
 #include "support/faulty_connection.h"
 #include "support/scripted_desktop.h"
@@ -23,8 +23,9 @@ constexpr const char* kRefused = "خطا|شما به انجام اين عملي�
 class ControlStory : public ::testing::Test {
  protected:
   ControlStory() {
-    db::createDemoChart(database.other());
+    database.fillWithDemoChart();
     data::embedded::registerEmbedded(session.shell().providers);
+    data::odbc::registerOdbc(session.shell().providers);
     faults.putInto(session.shell().providers);
     control.OLEConnectionString(database.connectionText());
     control.UserID(1);

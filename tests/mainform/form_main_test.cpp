@@ -16,8 +16,9 @@ using ui::KeyChord;
 class FormMainStory : public ScreenStory {
  protected:
   void setParameter(int number, const char* value) {
-    database.execute("insert or replace into tblTarvoSystemParameters (ID, Value) values (" +
-                     std::to_string(number) + ", " + value + ")");
+    database.execute("delete from tblTarvoSystemParameters where ID = " + std::to_string(number) +
+                     "; insert into tblTarvoSystemParameters (ID, Value) values (" + std::to_string(number) +
+                     ", " + value + ")");
   }
   [[nodiscard]] std::string firstLabel() const {
     const ui::Tree& tree = form->treeAccount;

@@ -32,7 +32,9 @@ class ScreenStory : public TestHouse {
         " (1, null, '11', 'دارايي', null, 0, 0, '2023-03-21', '1402/01/01', null, 0, 0, 0, null, null),"
         " (2, 1, '1101', 'دريافتني ها', 4, 2, 9, '2024-03-20', '1403/01/01', 'خط اول' || char(10) || "
         "'خط دوم',"
-        "  2, 1, 1, 15000000, 12345678),"
+        "  2, 1, 1, " +
+        database.amount(15000000) + ", " + database.amount(12345678) +
+        "),"
         " (3, 1, '1102', 'بانک', null, null, null, '2024-03-20', '1403/01/01', '', null, null, null, 0, 0);"
         "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
         " values (2, 4, 1, 7), (2, 4, 2, 1)");

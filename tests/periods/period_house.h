@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -58,9 +59,10 @@ class PeriodHouse : public TestHouse {
 
  private:
   std::string list(const std::string& column, const std::string& key, int value) {
-    return database.text("select ifnull(group_concat(x, ' '), '') from (select " + column +
-                         " as x from tblAccountPeriodAccount where " + key + "=" + std::to_string(value) +
-                         " order by 1)");
+    std::string found = database.rows("select " + column + " from tblAccountPeriodAccount where " + key +
+                                      "=" + std::to_string(value) + " order by 1");
+    std::replace(found.begin(), found.end(), '\n', ' ');
+    return found;
   }
 };
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "data/connection.h"
+#include "support/server_chart.h"
 
 namespace ledgertree::testing {
 
@@ -20,7 +21,7 @@ class Faults {
   static constexpr std::string_view kMessage = "the disk gave up";
 
   /// The connections that `provider` opens from now on; the faults outlive the providers' last connection.
-  void putInto(data::Providers& providers, std::string provider = "SQLite");
+  void putInto(data::Providers& providers, std::string provider = testProvider());
 
   /// Fails the n-th command from now, 1 being the next, and no other.
   void failAt(int n);

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <variant>
 
 #include "data/connection_text.h"
 #include "db/schema.h"
@@ -24,14 +25,45 @@ TemporaryFolder::~TemporaryFolder() {
   std::filesystem::remove_all(path_, ignored);
 }
 
-TemporaryDatabase::TemporaryDatabase()
-    : other_(file().string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 10000) {
-  other_.exec("pragma journal_mode = wal; pragma synchronous = off; pragma foreign_keys = on");
-  db::openSchema(other_);
+TemporaryDatabase::TemporaryDatabase() {
+  if (!testServer().empty()) {
+    server_.emplace();
+    return;
+  }
+  file_.emplace(file().string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 10000);
+  file_->exec("pragma journal_mode = wal; pragma synchronous = off; pragma foreign_keys = on");
+  db::openSchema(*file_);
 }
 
 std::string TemporaryDatabase::connectionText() const {
+  if (server_) return testServer();
   return "Provider=SQLite;Data Source=" + data::quoteConnectionValue(file().string());
+}
+
+void TemporaryDatabase::execute(const std::string& statements) {
+  if (server_) return server_->execute(statements);
+  file_->exec(statements);
+}
+
+std::int64_t TemporaryDatabase::number(const std::string& query) {
+  return server_ ? server_->query(query).value(0, 0).toInt64() : file_->execAndGet(query).getInt64();
+}
+
+std::string TemporaryDatabase::text(const std::string& query) {
+  return server_ ? server_->query(query).value(0, 0).toText() : file_->execAndGet(query).getString();
+}
+
+std::string TemporaryDatabase::rows(const std::string& query) {
+  return server_ ? allRows(server_->query(query)) : allRows(*file_, query);
+}
+
+std::string TemporaryDatabase::amount(std::int64_t tenThousandths) const {
+  return server_ ? data::Money::fromTenThousandths(tenThousandths).toText() : std::to_string(tenThousandths);
+}
+
+void TemporaryDatabase::fillWithDemoChart() {
+  if (server_) return server_->fillWithDemoChart();
+  db::createDemoChart(*file_);
 }
 
 std::string allRows(SQLite::Database& database, const std::string& query) {
@@ -42,6 +74,24 @@ std::string allRows(SQLite::Database& database, const std::string& query) {
     for (int column = 0; column < statement.getColumnCount(); ++column) {
       if (column > 0) text += '|';
       text += statement.isColumnNull(column) ? "null" : statement.getColumn(column).getString();
+    }
+  }
+  return text;
+}
+
+std::string allRows(const data::Rows& rows) {
+  std::string text;
+  for (std::size_t row = 0; row < rows.count(); ++row) {
+    if (row > 0) text += '\n';
+    for (std::size_t column = 0; column < rows.columns().size(); ++column) {
+      if (column > 0) text += '|';
+      const data::Value value = rows.value(row, column);
+      const auto* const amount = std::get_if<data::Money>(&value.variant());
+      if (amount != nullptr) {
+        text += std::to_string(amount->tenThousandths());
+      } else {
+        text += value.isNull() ? "null" : value.toText();
+      }
     }
   }
   return text;

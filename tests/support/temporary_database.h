@@ -4,7 +4,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
+
+#include "support/server_chart.h"
 
 namespace ledgertree::testing {
 
@@ -23,26 +26,34 @@ class TemporaryFolder {
 
 /// All rows of a query: columns joined by "|", rows by "\n", NULL as "null".
 [[nodiscard]] std::string allRows(SQLite::Database& database, const std::string& query);
+/// The same of rows that the product read; money as the number of ten-thousandths that a file holds.
+[[nodiscard]] std::string allRows(const data::Rows& rows);
 
-/// A database file with the schema and no account, and a second program that has it open: what a story puts
-/// in and looks up goes past the product. The second program waits for nothing on the disk.
+/// A database with the schema and no account, and a second program that has it open: what a story puts in and
+/// looks up goes past the product. It is a file, and the second program waits for nothing on the disk; or the
+/// server that the environment names (see server_chart.h), emptied.
 class TemporaryDatabase {
  public:
   TemporaryDatabase();
 
   [[nodiscard]] std::filesystem::path file() const { return folder_.path() / "chart.db"; }
   [[nodiscard]] std::string connectionText() const;
-  [[nodiscard]] SQLite::Database& other() { return other_; }
+  /// The file itself; throws std::bad_optional_access on the server.
+  [[nodiscard]] SQLite::Database& other() { return file_.value(); }
 
   /// Statements in SQLite's own dialect.
-  void execute(const std::string& statements) { other_.exec(statements); }
-  [[nodiscard]] std::int64_t number(const std::string& query) { return other_.execAndGet(query).getInt64(); }
-  [[nodiscard]] std::string text(const std::string& query) { return other_.execAndGet(query).getString(); }
-  [[nodiscard]] std::string rows(const std::string& query) { return allRows(other_, query); }
+  void execute(const std::string& statements);
+  [[nodiscard]] std::int64_t number(const std::string& query);
+  [[nodiscard]] std::string text(const std::string& query);
+  [[nodiscard]] std::string rows(const std::string& query);
+  /// An amount of ten-thousandths as it stands in a statement.
+  [[nodiscard]] std::string amount(std::int64_t tenThousandths) const;
+  void fillWithDemoChart();
 
  private:
   TemporaryFolder folder_;
-  SQLite::Database other_;
+  std::optional<SQLite::Database> file_;
+  std::optional<ServerChart> server_;
 };
 
 }  // namespace ledgertree::testing

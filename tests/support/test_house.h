@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
+#include "data/odbc/odbc_engine.h"
 #include "shell/shell.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
@@ -18,6 +18,7 @@ class TestHouse : public ::testing::Test {
  protected:
   TestHouse() {
     data::embedded::registerEmbedded(shell.providers);
+    data::odbc::registerOdbc(shell.providers);
     shell.clock = [] { return data::DateTime{.year = 2026, .month = 11, .day = 22}; };
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;
@@ -35,7 +36,7 @@ class TestHouse : public ::testing::Test {
 
   /// Fills the database with the demo chart: user 1 has all rights, 2 may not change, 3 may not see the
   /// chart.
-  void useDemoChart() { db::createDemoChart(database.other()); }
+  void useDemoChart() { database.fillWithDemoChart(); }
 
   TemporaryDatabase database;
   ScriptedDesktop desktop;
