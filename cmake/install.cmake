@@ -16,7 +16,7 @@ install(TARGETS ledgertree EXPORT LedgerTreeTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(TARGETS SheetKit PactKit LIBRARY DESTINATION ${LEDGERTREE_COMPONENTS} COMPONENT runtime)
-install(TARGETS ledgertree-demo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+install(TARGETS ledgertree-demo ledgertree-schema RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
 install(FILES host/ledgertree-demo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT runtime)
 install(FILES host/ledgertree-demo.svg
   DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps COMPONENT runtime)

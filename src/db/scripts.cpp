@@ -60,11 +60,13 @@ std::vector<std::string_view> scriptsIn(std::string_view folder) {
   return paths;
 }
 
-std::vector<std::string_view> demoScripts(const std::string& folder) {
+std::vector<std::string_view> demoScripts(std::string_view folder) {
   std::vector<std::string_view> paths = scriptsIn("db/demo/");
   const std::vector<std::string_view> own = scriptsIn(folder);
-  paths.insert(paths.begin(), own.front());
-  paths.push_back(own.back());
+  paths.insert(paths.end(), own.begin(), own.end());
+  const auto name = [](std::string_view path) { return path.substr(path.rfind('/') + 1); };
+  std::sort(paths.begin(), paths.end(),
+            [&name](std::string_view one, std::string_view other) { return name(one) < name(other); });
   return paths;
 }
 

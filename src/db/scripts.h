@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,9 +9,9 @@ namespace ledgertree::db {
 /// folders below it don't count.
 [[nodiscard]] std::vector<std::string_view> scriptsIn(std::string_view folder);
 
-/// The scripts of the demo chart in the order in which they run: what both databases share, between the two
-/// of the folder that say what this one says differently.
-[[nodiscard]] std::vector<std::string_view> demoScripts(const std::string& folder);
+/// The scripts of the demo chart in the order in which they run, that of their names: what both databases
+/// share, and those of the folder, which say what this one says differently.
+[[nodiscard]] std::vector<std::string_view> demoScripts(std::string_view folder);
 
 /// A part of a script that is sent as one: what stands between two lines that say GO.
 struct Batch {

@@ -248,26 +248,6 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
   EXPECT_EQ(number(connection, kCount + " where Title='b'"), 200);
 }
 
-TEST_F(Commands, AWalkShowsRowsOneByOneAndMayEndAnywhere) {
-  std::vector<std::int64_t> seen;
-  const auto look = [&](const Rows& row) {
-    EXPECT_EQ(row.count(), 1U);
-    const std::string id = row.value(0, 0).toText();
-    // The same statement again, while its first run is in the middle of its rows.
-    seen.push_back(number(connection, "Select count(*) as cnt from tblAccount Where ParentID = " + id));
-    connection.walk("Select ID from tblAccount Where ID > 0 Order by ID", [](const Rows&) { return false; });
-    return seen.size() < 3;
-  };
-  connection.walk("Select ID from tblAccount Where ID > 1 Order by ID", look);
-  EXPECT_EQ(seen, (std::vector<std::int64_t>{5, 5, 0}));
-  EXPECT_THROW(connection.walk("Select ID from tblAccount Where ID > 2 Order by ID",
-                               [](const Rows&) -> bool { throw std::runtime_error("no more paper"); }),
-               std::runtime_error);
-  connection.run(renamed(7, "x"));
-  connection.walk("Delete tblAccountPeriodAccount Where AccountID=7", [](const Rows&) { return true; });
-  EXPECT_EQ(database.number("select count(*) from tblAccountPeriodAccount where AccountID = 7"), 0);
-}
-
 TEST_F(Commands, RowsHaveTheTypesOfTheirColumnsAndFollowTheSchema) {
   database.execute(
       "update tblAccount set MaxDebit = 15005000, CreateDate = '2024-03-20 08:30:00' where ID = 7");
@@ -282,25 +262,6 @@ TEST_F(Commands, RowsHaveTheTypesOfTheirColumnsAndFollowTheSchema) {
   EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
   database.execute("alter table tblAccountGroup drop column Colour");
   EXPECT_FALSE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
-}
-
-TEST_F(Commands, FailuresSayWhatWasWrongAndWithWhichStatement) {
-  const std::string repeated =
-      "Insert Into tblAccountRelatedClasses (AccountID,ClassID,Sequence) Values(54,1,1)";
-  const DataError twice = failureOf([&] { connection.run(repeated); });
-  EXPECT_EQ(twice.reason(), Reason::Constraint);
-  EXPECT_EQ(twice.statement(), repeated);
-  EXPECT_NE(std::string(twice.what()).find("tblAccountRelatedClasses.ClassID"), std::string::npos)
-      << twice.what();
-  const DataError dependent = failureOf([&] { connection.run("Delete tblAccount Where ID=1"); });
-  EXPECT_EQ(dependent.reason(), Reason::Constraint);
-  EXPECT_NE(std::string(dependent.what()).find("زيرشاخه"), std::string::npos) << dependent.what();
-
-  const std::vector<Value> related = {Value(7), Value(4), Value(-1), Value(-1)};
-  EXPECT_EQ(connection.call(procedures::spAccountInsertRelatedObject, related), 1);
-  EXPECT_EQ(database.rows("select * from tblAccountRelatedObjects where AccountID = 7"), "7|4|null|null");
-  EXPECT_EQ(failureOf([&] { connection.call(procedures::spAccountInsertRelatedObject, {}); }).reason(),
-            Reason::Misuse);
 }
 
 }  // namespace

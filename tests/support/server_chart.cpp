@@ -66,7 +66,7 @@ std::string translated(std::string_view statement) {
   };
   if (statement.find("insert or ignore") != std::string_view::npos)
     within("begin try", "end try begin catch end catch");
-  for (const std::string table : {"tblAccount", "tblAccountDocumentDetail"}) {
+  for (const std::string table : {"tblAccount", "tblAccountDocumentDetail", "tblAccCostCenter"}) {
     const std::string setting = "set identity_insert dbo." + table;
     if (text.find("into " + table + " (ID,") != std::string::npos) within(setting + " on", setting + " off");
   }

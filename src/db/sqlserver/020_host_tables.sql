@@ -55,7 +55,7 @@ GO
 -- The cost and income centres, which an account names as its position.
 if object_id(N'dbo.tblAccCostCenter') is null
   create table dbo.tblAccCostCenter (
-    ID int not null constraint pkAccCostCenter primary key constraint ckAccCostCenterID check (ID between 1 and 32767),
+    ID int identity (1, 1) not null constraint pkAccCostCenter primary key constraint ckAccCostCenterID check (ID between 1 and 32767),
     Code varchar(20) null,
     Name varchar(100) not null,
     Description varchar(250) null

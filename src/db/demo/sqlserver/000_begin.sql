@@ -1,5 +1,5 @@
--- The demo chart, for a database whose tables are empty. Run, in one session: this script, those beside its folder in the
--- order of their names, and end.sql. LedgerTree's own installer folds the letters that code page 1256 lacks, the Persian yeh
+-- The demo chart, for a database whose tables are empty. Run these scripts and those beside their folder in one session,
+-- in the order of their names. LedgerTree's own installer folds the letters that code page 1256 lacks, the Persian yeh
 -- above all; a tool that sends the scripts as they are loses them.
 if exists (select 1 from dbo.tblAccount) or exists (select 1 from dbo.tblAccountPeriod)
   or exists (select 1 from dbo.tblAccountDocument) or exists (select 1 from dbo.tblAccountGroup)
@@ -18,5 +18,5 @@ insert into dbo.DemoMoney values (1);
 GO
 
 set dateformat ymd;
-set identity_insert dbo.tblAccount on;
+set identity_insert dbo.tblAccCostCenter on;
 GO

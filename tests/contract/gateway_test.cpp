@@ -1,0 +1,208 @@
+// The gateway on a real engine: handles, values, walks, failures; and what the database itself keeps true.
+
+#include <map>
+#include <random>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "contract/engine.h"
+#include "data/catalogue.h"
+#include "data/dten.h"
+
+namespace ledgertree::testing {
+namespace {
+
+using data::DataError, data::DateTime, data::Money, data::Value;
+namespace procedures = data::procedures;
+
+class Gateway : public Engine {
+ protected:
+  Gateway() { database.fillWithDemoChart(); }
+};
+
+TEST_F(Gateway, AHandleReadsWhatTheStatementGivesAndIsThereForTheNext) {
+  data::DtEn dten(providers());
+  dten.cnMainData.ConnectionString(database.connectionText());
+  data::RecordHandle& handle = dten.rssqlAccCostCenter;
+  handle.Open("Delete tblAccountPeriodAccount Where AccountID=7");
+  EXPECT_EQ(handle.State(), 0);
+  handle.Open("Select * From tblAccountPeriodAccount Where AccountID=7");
+  EXPECT_EQ(handle.RecordCount(), 0);
+  EXPECT_TRUE(handle.Eof());
+  handle.Close();
+
+  database.execute(
+      "update tblAccount set CreateDate = '2024-03-20 08:30:00', Title = 'O''Neil گچ پژ كي', Notes = '',"
+      " MaxDebit = " +
+      database.amount(15005000) + ", MaxCredit = null where ID = 7");
+  handle.Source("Select * From vwAccount Where ID in (7,8) Order by Code");
+  handle.Open();
+  EXPECT_EQ(handle.RecordCount(), 2);
+  EXPECT_EQ(handle.Fields("MAXDEBIT"), Value(Money::fromTenThousandths(15005000)));
+  EXPECT_TRUE(handle.Fields("MaxCredit").isNull());
+  EXPECT_EQ(handle.Fields("CreateDate"),
+            Value(DateTime{.year = 2024, .month = 3, .day = 20, .hour = 8, .minute = 30}));
+  EXPECT_EQ(handle.Fields("Title").toText(), "O'Neil گچ پژ كي");
+  EXPECT_EQ(handle.Fields("Notes"), Value(""));
+  EXPECT_EQ(handle.Fields("id"), Value(7));
+  EXPECT_EQ(handle.Fields("AccountStatus").toText(), "بدهكار");
+  data::RecordHandle& inner = dten.rssqlAccGroupL;
+  inner.Open("Select count(*) as cnt From tblAccountParent Where ChildID=7");
+  EXPECT_EQ(inner.Fields("cnt").toInt32(), 3);
+  inner.Close();
+  handle.MoveNext();
+  handle.MoveNext();
+  EXPECT_TRUE(handle.Eof());
+  handle.Close();
+
+  EXPECT_THROW(handle.Open("Select * From tblNowhere"), DataError);
+  EXPECT_EQ(handle.State(), 0);
+  handle.Open("Select top 1 * From tblAccount");
+  EXPECT_EQ(handle.RecordCount(), 1);
+  handle.Close();
+}
+
+TEST_F(Gateway, AWalkShowsRowsOneByOneAndMayEndAnywhere) {
+  std::vector<std::int64_t> seen;
+  const auto look = [&](const data::Rows& row) {
+    EXPECT_EQ(row.count(), 1U);
+    const std::string id = row.value(0, 0).toText();
+    // The same statement again, while its first run is in the middle of its rows.
+    seen.push_back(number("Select count(*) as cnt from tblAccount Where ParentID = " + id));
+    connection->walk("Select ID from tblAccount Where ID > 0 Order by ID",
+                     [](const data::Rows&) { return false; });
+    return seen.size() < 3;
+  };
+  connection->walk("Select ID from tblAccount Where ID > 1 Order by ID", look);
+  EXPECT_EQ(seen, (std::vector<std::int64_t>{5, 5, 0}));
+  EXPECT_THROW(connection->walk("Select ID from tblAccount Where ID > 2 Order by ID",
+                                [](const data::Rows&) -> bool { throw std::runtime_error("no more paper"); }),
+               std::runtime_error);
+  connection->run("Update tblAccount Set Title = 'x' Where ID=7");
+  connection->walk("Delete tblAccountPeriodAccount Where AccountID=7",
+                   [](const data::Rows&) { return true; });
+  EXPECT_EQ(database.number("select count(*) from tblAccountPeriodAccount where AccountID = 7"), 0);
+}
+
+TEST_F(Gateway, FailuresSayWhatWasWrongAndWithWhichStatement) {
+  const std::string repeated =
+      "Insert Into tblAccountRelatedClasses (AccountID,ClassID,Sequence) Values(54,1,1)";
+  const DataError twice = failureOf([&] { connection->run(repeated); });
+  EXPECT_EQ(twice.reason(), DataError::Reason::Constraint);
+  EXPECT_EQ(twice.statement(), repeated);
+  const DataError dependent = failureOf([&] { connection->run("Delete tblAccount Where ID=1"); });
+  EXPECT_EQ(dependent.reason(), DataError::Reason::Constraint);
+
+  const std::vector<Value> related = {Value(7), Value(4), Value(-1), Value(-1)};
+  EXPECT_EQ(connection->call(procedures::spAccountInsertRelatedObject, related), 1);
+  EXPECT_EQ(database.rows("select * from tblAccountRelatedObjects where AccountID = 7"), "7|4|null|null");
+  EXPECT_EQ(failureOf([&] { connection->call(procedures::spAccountInsertRelatedObject, {}); }).reason(),
+            DataError::Reason::Misuse);
+}
+
+/// Who has which ancestors, and each account's level: as stored, and computed from ParentID alone.
+struct Tree {
+  std::set<std::pair<int, int>> ancestors;
+  std::map<int, int> levels;
+  bool operator==(const Tree&) const = default;
+};
+
+class Rules : public Engine {
+ protected:
+  Tree stored() {
+    Tree tree;
+    const data::Rows pairs = *connection->run("Select ID,ChildID From tblAccountParent");
+    for (std::size_t row = 0; row < pairs.count(); ++row)
+      tree.ancestors.emplace(pairs.value(row, 0).toInt32(), pairs.value(row, 1).toInt32());
+    const data::Rows rows = *connection->run("Select ID,NoLevel From tblAccount");
+    for (std::size_t row = 0; row < rows.count(); ++row)
+      tree.levels[rows.value(row, 0).toInt32()] = rows.value(row, 1).toInt32();
+    return tree;
+  }
+  Tree recomputed() {
+    std::map<int, int> parents;
+    const data::Rows rows = *connection->run("Select ID,isnull(ParentID,-1) as ParentID From tblAccount");
+    for (std::size_t row = 0; row < rows.count(); ++row)
+      parents[rows.value(row, 0).toInt32()] = rows.value(row, 1).toInt32();
+    Tree tree;
+    for (const auto& [id, parent] : parents) {
+      int level = 1;
+      for (int above = parent; above != -1; above = parents.at(above), ++level)
+        if (!tree.ancestors.emplace(above, id).second) throw std::logic_error("an account below itself");
+      tree.levels[id] = level;
+    }
+    return tree;
+  }
+};
+
+TEST_F(Rules, AncestorsAndLevelsStayTrueWhateverMoves) {
+  std::string rows;
+  for (int id = 1; id <= 40; ++id)
+    rows += (id == 1 ? "(" : ", (") + std::to_string(id) + ", " + (id < 4 ? "null" : std::to_string(id / 3)) +
+            ")";
+  database.execute("insert into tblAccount (ID, ParentID) values " + rows);
+  ASSERT_EQ(stored(), recomputed()) << "parents and children in one statement";
+
+  std::mt19937 random(20261123);
+  const auto any = [&random] { return std::to_string(std::uniform_int_distribution<int>(1, 40)(random)); };
+  int done = 0;
+  for (int round = 0; round < 120; ++round) {
+    const std::string parent = round % 5 == 0 ? "null" : any();
+    const Tree before = stored();
+    try {
+      switch (round % 4) {
+        case 0:
+          connection->run("Update tblAccount Set ParentID=" + parent + ",NoLevel=7 Where ID in (" + any() +
+                          "," + any() + "," + any() + ")");
+          break;
+        case 1:  // two change places
+          database.execute("update tblAccount set ParentID = case when ID = " + any() + " then " + any() +
+                           " else " + parent + " end where ID in (" + any() + ", " + any() + ")");
+          break;
+        case 2:
+          connection->run("Delete tblAccount Where ID in (" + any() + "," + any() + ")");
+          break;
+        default:
+          connection->run("Update tblAccount Set NoLevel=9 Where ID<20");
+      }
+      ++done;
+    } catch (const std::exception&) {
+      ASSERT_EQ(stored(), before) << "a refusal leaves no trace";
+    }
+    ASSERT_EQ(stored(), recomputed()) << "after " << round << " writes";
+  }
+  EXPECT_GT(done, 50);
+}
+
+TEST_F(Rules, AnAccountTakesAlongWhatBelongsToItAndStaysWhereSomethingDependsOnIt) {
+  database.execute(
+      "insert into tblAccount (ID, ParentID, Code) values (1, null, '1'), (2, 1, '101'), (3, 1, '102'), (4, "
+      "null, '2');"
+      "insert into tblAccountPeriodAccount (AccountID, PeriodID) values (2, 1), (4, 1);"
+      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+      " values (2, -1, 0, -1), (4, 7, 1, 2);"
+      "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (2, 1, 1), (4, 1, 1);"
+      "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) values (2, 1, 10), (4, 1, "
+      "10);"
+      "insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01');"
+      "insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, 3)");
+  EXPECT_EQ(
+      database.rows("select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects"
+                    " where AccountID = 2"),
+      "null|null|null");
+  for (const std::string accounts : {"(1)", "(3)", "(4,3)", "(1,2)"}) {
+    EXPECT_EQ(failureOf([&] { connection->run("Delete tblAccount Where ID in " + accounts); }).reason(),
+              DataError::Reason::Constraint);
+  }
+  EXPECT_EQ(number("Select count(*) as cnt from tblAccount"), 4);
+  connection->run("Delete tblAccount Where ID in (2,4)");
+  for (const std::string table : {"tblAccountPeriodAccount", "tblAccountRelatedObjects",
+                                  "tblAccountRelatedClasses", "tblAccountRelatedClassesDetail"}) {
+    EXPECT_EQ(number("Select count(*) as cnt from " + table), 0) << table;
+  }
+  EXPECT_EQ(database.rows("select ID, ChildID from tblAccountParent"), "1|3");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing
