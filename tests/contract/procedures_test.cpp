@@ -213,7 +213,7 @@ TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
   connection->run("begin transaction");
   insert({.code = "3"});
   EXPECT_EQ(failureOf([&] { insert({.parent = 99, .code = "9901"}); }).number(), 51004);
-  EXPECT_EQ(number("select @@trancount as Open"), 0);
+  EXPECT_EQ(number("select @@trancount as cnt"), 0);
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 3) << "an error ends it";
 }
 

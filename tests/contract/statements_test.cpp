@@ -248,7 +248,7 @@ const std::vector<Case>& writes() {
       // The recoding.
       {"Update tblAccount  Set Code = 'D''x0001 ' Where ID = 46",
        "update tblAccount set Code = 'D''x0001 ' where ID = 46",
-       "select ID, Code, length(Code) from tblAccount"},
+       "select ID, Code from tblAccount"},
       {"Update tblAccount  Set IsPermanent = (select max(IsPermanent) from tblAccount Where ID= 1 )  Where "
        "ID "
        "In ( Select ChildID From tblAccountParent Where ID = 248)",

@@ -21,22 +21,11 @@ namespace ledgertree::testing {
 namespace {
 
 /// In an order in which nothing is left that another row refers to.
-constexpr std::array kTables = {"tblAccountDocumentDetail",
-                                "tblAccountDocument",
-                                "tblAccount",
-                                "tblAccountPeriod",
-                                "tblAccountGroup",
-                                "tblAccountBranch",
-                                "tblAccCostCenter",
-                                "tblAccountClass",
-                                "tblEntityPerson",
-                                "tblEntityProject",
-                                "tblEntityBank",
-                                "tblUserPermission",
-                                "tblUser",
-                                "tblTarvoSystemParameters",
-                                "tblTarvoBasePath",
-                                "tblAccountPeriodAccount"};
+constexpr std::array kTables = {
+    "tblAccountDocument",       "tblAccount",       "tblAccountPeriod",       "tblAccountGroup",
+    "tblAccountBranch",         "tblAccCostCenter", "tblAccountClass",        "tblEntityPerson",
+    "tblEntityProject",         "tblEntityBank",    "tblUserPermission",      "tblUser",
+    "tblTarvoSystemParameters", "tblTarvoBasePath", "tblAccountPeriodAccount"};
 
 /// One statement of SQLite as SQL Server says it: other names of functions, another sign that joins texts.
 std::string translated(std::string_view statement) {
@@ -119,7 +108,9 @@ ServerChart::~ServerChart() { ::close(lock_); }
 
 void ServerChart::empty() {
   // A key that was given once makes sure which one comes next.
-  std::string batch = "insert into tblAccount (Code) values (null); update tblAccount set ParentID = null;";
+  std::string batch =
+      "insert into tblAccount (Code) values (null); update tblAccount set ParentID = null;"
+      "truncate table tblAccountDocumentDetail;";
   for (const std::string table : kTables) batch += "delete " + table + ";";
   connection_->run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1)");
 }

@@ -69,7 +69,7 @@ if object_id(N'dbo.tblAccountClass') is null
   create table dbo.tblAccountClass (
     ID int not null constraint pkAccountClass primary key constraint ckAccountClassID check (ID between 1 and 32767),
     Code varchar(20) null,
-    Name varchar(100) not null,
+    Name nvarchar(100) not null,  -- Unicode, since the screens show it joined to the code, as one text
     ViewMajor varchar(100) not null,
     ViewMinor varchar(100) not null,
     Description varchar(250) null
