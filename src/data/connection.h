@@ -31,7 +31,8 @@ struct SearchRequest {
   /// The longest that one call works. A call that runs out of it gives the hits that it has, with a
   /// continuation, so that a search on the user-interface thread goes on between two events. 0: no bound.
   std::chrono::milliseconds slice{0};
-  /// Asked about every few milliseconds; true ends the search with DataError::Reason::Cancelled.
+  /// Asked about every few milliseconds, on whatever thread, but only while the search runs; true ends the
+  /// search with DataError::Reason::Cancelled.
   std::function<bool()> cancelled;
 };
 
@@ -65,6 +66,9 @@ class Connection {
   /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters.
   /// A text longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
   virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
+
+  /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
+  [[nodiscard]] virtual bool answersLate() const { return false; }
 
   /// One page of the rows of a view whose text holds what the person typed, letters folded (see fold.h).
   virtual SearchPage search(const SearchRequest& request) = 0;

@@ -2,13 +2,17 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "data/connection.h"
+#include "shell/lookup_reader.h"
+#include "shell/lookup_thread.h"
 #include "shell/shell.h"
 #include "ui/lookup_field.h"
 
@@ -22,8 +26,9 @@ namespace ledgertree::shell {
 /// its first use.
 ///
 /// A search runs in slices of a few milliseconds whenever the desktop is idle, and a newer one takes its
-/// place, so that typing never waits. Whoever asks only sees that rows arrive later, so that an engine on
-/// which one slice takes long can be searched from a thread without a change outside this class.
+/// place, so that typing never waits. An engine that answers late is searched from a thread, over a
+/// connection of the thread's own. Whoever asks only sees that rows arrive later, in both cases on the
+/// user-interface thread.
 ///
 /// Nothing here throws for the database's sake. A failure becomes one notice, the connection is dropped, and
 /// the next use makes another; the same failure isn't told again before something worked or `forgive`.
@@ -38,6 +43,9 @@ class LookupSearch {
   static constexpr std::size_t kPageRows = 100;
 
   LookupSearch(Shell& shell, Show show);
+  LookupSearch(const LookupSearch&) = delete;
+  LookupSearch& operator=(const LookupSearch&) = delete;
+  ~LookupSearch() { stop(); }
 
   /// Another text closes the connection.
   void setConnectionText(std::string_view text);
@@ -71,12 +79,13 @@ class LookupSearch {
 
   [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
   [[nodiscard]] data::Connection& connection();
-  [[nodiscard]] data::Rows rowsOf(std::string_view top, std::string_view view, const std::string& condition);
-  void learnColumns(const data::Rows& rows);
   void schedule();
-  void slice(Run& run);
-  void advance(Run& run, std::vector<ui::LookupRow>& hits);
-  void findCodes(Run& run, std::vector<ui::LookupRow>& hits);
+  [[nodiscard]] LookupQuestion question(const Run& run) const;
+  void advance(const std::shared_ptr<Run>& run);
+  void ask(const std::shared_ptr<Run>& run);
+  void answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
+  void take(Run& run, LookupAnswer answer);
+  void fail(const std::exception& failure);
   void failed(const std::exception& failure);
 
   Shell& shell_;
@@ -84,8 +93,9 @@ class LookupSearch {
   std::string connectionText_;
   std::string view_;
   bool codeFirst_ = false;
-  std::vector<std::string> columns_;  ///< those searched; empty until the view was read
+  LookupReader reader_;
   std::unique_ptr<data::Connection> connection_;
+  std::optional<LookupThread> thread_;
   bool unread_ = false;
   std::string told_;
   std::shared_ptr<Run> run_;

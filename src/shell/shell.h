@@ -8,6 +8,7 @@
 
 #include "data/dten.h"
 #include "data/permissions.h"
+#include "shell/background.h"
 #include "shell/host_context.h"
 #include "shell/outside_components.h"
 #include "ui/desktop.h"
@@ -38,6 +39,7 @@ class Shell {
   HostContext context;
   data::Providers providers;
   OutsideComponents components;
+  Background background;
   /// The text that was given to one account picker serves all of them.
   std::string pickerConnection;
   /// Today, and the time of day.

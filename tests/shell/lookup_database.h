@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <map>
 #include <memory>
@@ -27,8 +28,8 @@ struct LookupDatabase {
   std::map<std::string, std::vector<Row>, std::less<>> views;
   std::size_t rowsOfSlice = 1000;  ///< the rows that one slice looks at
   bool broken = false;
-  int opened = 0;
-  int open = 0;
+  std::atomic<int> opened = 0;
+  std::atomic<int> open = 0;
   std::vector<std::string> statements;
   std::vector<std::string> searches;  ///< the text of each slice
 };

@@ -1,5 +1,7 @@
 #include "data/odbc/execution.h"
 
+#include <algorithm>
+
 #include "data/characters.h"
 #include "data/odbc/wide_text.h"
 
@@ -57,6 +59,10 @@ void Execution::noteFailure() {
 void Execution::finish() {
   while (nextResult()) continue;
   if (!failure_) return;
+  // An interruption that the server didn't acknowledge leaves a connection of which nobody knows its state.
+  const bool acknowledged = std::any_of(failure_->begin(), failure_->end(),
+                                        [](const Record& record) { return record.state == "HY008"; });
+  if (watched_.stopped() && !acknowledged) session_.giveUp();
   watched_.rethrowStop(name_);
   const DataError failure = callError(*failure_, name_);
   if (failure.reason() != DataError::Reason::Connection && session_.dead())

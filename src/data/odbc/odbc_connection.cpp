@@ -117,7 +117,10 @@ auto OdbcConnection::command(Work work) {
   try {
     return work(*session_);
   } catch (const DataError& failure) {
-    if (failure.reason() == DataError::Reason::Connection) session_.reset();
+    // A statement that ran out of its time may not have ended on the server.
+    using Reason = DataError::Reason;
+    const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
+    if (unsure || (session_ && session_->dead())) session_.reset();
     throw;
   }
 }

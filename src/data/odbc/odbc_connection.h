@@ -28,6 +28,7 @@ class OdbcConnection final : public Connection {
   void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) override;
   std::int32_t call(const Procedure& procedure, std::span<const Value> values) override;
   SearchPage search(const SearchRequest& request) override;
+  [[nodiscard]] bool answersLate() const override { return true; }
 
  private:
   class Walk;

@@ -93,6 +93,7 @@ void Session::prepareServer() {
 }
 
 bool Session::dead() const {
+  if (givenUp_) return true;
   SQLUINTEGER dead = SQL_CD_FALSE;
   const SQLRETURN result =
       SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr);

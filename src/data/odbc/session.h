@@ -28,8 +28,9 @@ class Session {
   [[nodiscard]] Dialect dialect() const { return dialect_; }
   [[nodiscard]] CodePage codePage() const { return codePage_; }
   [[nodiscard]] std::chrono::milliseconds commandTimeOut() const { return command_; }
-  /// Whether the driver knows that the connection is of no use any more.
+  /// Whether the connection is of no use any more, as far as the driver knows or after giveUp().
   [[nodiscard]] bool dead() const;
+  void giveUp() { givenUp_ = true; }
 
  private:
   void open(const ConnectionText& text);
@@ -41,6 +42,7 @@ class Session {
   Dialect dialect_ = Dialect::Other;
   CodePage codePage_ = CodePage::Unicode;
   std::chrono::milliseconds command_;
+  bool givenUp_ = false;
 };
 
 }  // namespace ledgertree::data::odbc

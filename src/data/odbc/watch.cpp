@@ -48,6 +48,11 @@ void Watch::Command::extend(Clock::duration time) {
   watch_.deadline_ += time;
 }
 
+bool Watch::Command::stopped() {
+  const std::lock_guard lock(watch_.mutex_);
+  return watch_.stop_ != Stop::None;
+}
+
 void Watch::Command::rethrowStop(std::string_view statement) {
   const std::lock_guard lock(watch_.mutex_);
   if (watch_.failure_) std::rethrow_exception(std::exchange(watch_.failure_, nullptr));

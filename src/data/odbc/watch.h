@@ -35,6 +35,8 @@ class Watch {
 
     /// Time that isn't the engine's.
     void extend(Clock::duration time);
+    /// Whether the command was interrupted.
+    [[nodiscard]] bool stopped();
     /// Throws the reason for which the command was stopped; returns where it wasn't.
     void rethrowStop(std::string_view statement);
 

@@ -1,0 +1,28 @@
+#include "shell/background.h"
+
+#include <utility>
+
+namespace ledgertree::shell {
+
+Background::~Background() {
+  for (const Running& one : running_) one.stop();
+  for (Running& one : running_) one.thread.join();
+}
+
+void Background::run(std::function<void()> work, std::function<void()> stop) {
+  running_.remove_if([](Running& one) {
+    if (!*one.ended) return false;
+    one.thread.join();
+    return true;
+  });
+  auto ended = std::make_shared<std::atomic<bool>>(false);
+  std::thread thread([work = std::move(work), ended]() mutable {
+    work();
+    // What it holds ends on this thread too: a connection may take its time.
+    work = nullptr;
+    *ended = true;
+  });
+  running_.push_back({std::move(thread), std::move(ended), std::move(stop)});
+}
+
+}  // namespace ledgertree::shell

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "ui/lookup_field.h"
+
+namespace ledgertree::shell {
+
+/// The next piece of a search in a view.
+struct LookupQuestion {
+  std::string view;        ///< a plain name
+  bool codeFirst = false;  ///< the first piece begins with the rows whose code begins with the text
+  std::string text;
+  std::string continuation;         ///< of the piece before; empty for the first
+  std::vector<std::int32_t> first;  ///< the rows that came ahead of their turn
+  std::size_t limit = 0;
+  std::chrono::milliseconds slice{0};  ///< see data::SearchRequest
+  std::function<bool()> cancelled;
+};
+
+struct LookupAnswer {
+  std::vector<ui::LookupRow> hits;
+  std::string continuation;         ///< empty at the end
+  std::vector<std::int32_t> first;  ///< the rows that came ahead of their turn, of all pieces so far
+  std::size_t found = 0;            ///< rows of the piece, those that were left out among them
+};
+
+/// Reads rows of views for selectors and pickers over whatever connection it is given. Everything throws
+/// data::DataError.
+class LookupReader {
+ public:
+  /// What was learnt of the view is asked anew.
+  void forget() { columns_.clear(); }
+  /// The row of an ID; id -1 where there is none.
+  [[nodiscard]] ui::LookupRow read(data::Connection& connection, const std::string& view, std::int32_t id);
+  /// The Name of an ID; empty where there is none.
+  [[nodiscard]] static std::string nameOf(data::Connection& connection, std::string_view view,
+                                          std::int32_t id);
+  [[nodiscard]] LookupAnswer answer(data::Connection& connection, const LookupQuestion& question);
+
+ private:
+  void learnColumns(const std::string& view, const data::Rows& rows);
+  static void findCodes(data::Connection& connection, const LookupQuestion& question, LookupAnswer& answer);
+
+  std::string view_;                  ///< the one that the columns are of
+  std::vector<std::string> columns_;  ///< those searched; empty until the view was read
+};
+
+}  // namespace ledgertree::shell
