@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <thread>
 
-#include "data/characters.h"
 #include "data/data_error.h"
 #include "data/odbc/odbc_connection.h"
 
@@ -27,7 +26,8 @@ DataError failureOf(const std::function<void()>& act) {
   return {Reason::Misuse, -1, "nothing failed"};
 }
 
-/// The layer on a driver that needs no server: its database is a file.
+/// The layer on a driver that needs no server: its database is a file. It has no Unicode calls, so that its
+/// texts are ASCII; what becomes of letters shows on a server.
 class OdbcConnectionTest : public testing::Test {
  protected:
   OdbcConnectionTest() { std::filesystem::remove(path_); }
@@ -44,10 +44,12 @@ TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
                       "Amount decimal(19,4), Day datetime)"),
       std::nullopt);
   std::string notes;
-  for (int count = 0; count < 5000; ++count) notes += "حساب 'ی' ";
-  EXPECT_EQ(connection_.run("insert into t values(7, 9000000000000000000, 'یک', " + quoteText(notes) +
-                            ", 0.125, 1500.5, '2016-02-29 13:14:15')"),
-            std::nullopt);
+  for (int count = 0; count < 5000; ++count) notes += "abc ";
+  EXPECT_EQ(
+      connection_.run(
+          "insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), '00', 'abc '), "
+          "0.125, 1500.5, '2016-02-29 13:14:15')"),
+      std::nullopt);
   connection_.run("insert into t(ID, Name) values(8, '')");
 
   const auto rows = connection_.run("select * from t order by ID");
@@ -55,7 +57,7 @@ TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
   EXPECT_EQ(rows->columns().at(2), "Name");
   EXPECT_EQ(rows->value(0, 0), Value(7));
   EXPECT_EQ(rows->value(0, 1), Value(std::int64_t{9000000000000000000}));
-  EXPECT_EQ(rows->value(0, 2), Value("یک"));
+  EXPECT_EQ(rows->value(0, 2), Value("one"));
   EXPECT_EQ(rows->text(0, 3), notes);
   EXPECT_EQ(rows->value(0, 4), Value(0.125));
   EXPECT_EQ(rows->value(0, 5).toMoney(), *Money::parse("1500.5"));

@@ -146,9 +146,10 @@ TEST_F(OdbcServer, GivesUpWhatTakesTooLongAndGoesOn) {
   EXPECT_EQ(run("select count(*) from odbcTable")->value(0, 0).toText(), "150");
 
   OdbcConnection hasty(ConnectionText(text_), std::chrono::milliseconds(1000));
-  EXPECT_EQ(
-      failureOf([&] { hasty.run("select count(*) from odbcView a, odbcTable b where a.Name = b.Name"); }),
-      Reason::TimeOut);
+  EXPECT_EQ(failureOf([&] {
+              hasty.run("select count(*) from odbcView a, odbcTable b where a.Name = b.Name and b.ID <= 20");
+            }),
+            Reason::TimeOut);
   EXPECT_EQ(hasty.run("select 1")->count(), 1U);
 }
 
