@@ -18,13 +18,18 @@ bool isSeparator(std::string_view line) {
 /// What a place of a script stands in, carried from line to line.
 class Reader {
  public:
-  /// Reads one line with its end. Comments nest; a sign that closes a text or a name and stands twice is
-  /// closed and opened at once, which comes to the same.
+  /// Reads one line with its end. Comments nest; a sign that closes a text or a name stands for itself where
+  /// it stands twice.
   void read(std::string_view line) {
     for (std::size_t place = 0; place < line.size(); ++place) {
       const std::string_view two = line.substr(place, 2);
       if (closing_ != '\0') {
-        if (line[place] == closing_) closing_ = '\0';
+        if (line[place] != closing_) continue;
+        if (two.size() == 2 && two[1] == closing_) {
+          ++place;
+        } else {
+          closing_ = '\0';
+        }
       } else if (two == "/*") {
         ++comments_;
         ++place;
