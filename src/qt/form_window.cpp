@@ -32,6 +32,7 @@ class Ground : public QScrollArea {
   using QScrollArea::QScrollArea;
 
  protected:
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): the class above is the one that scrolls
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 

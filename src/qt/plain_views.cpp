@@ -144,10 +144,11 @@ PushButtonView::PushButtonView(ui::PushButton& control, QWidget& parent) : ViewO
 }
 
 RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : ViewOf(control) {
-  auto* button = new Radio(literalCaption(control.caption()), &parent);
+  auto* button = new Radio(&parent);
   button_ = button;
   button->setAutoExclusive(false);
   setSpokenRole(*button, QAccessible::RadioButton);
+  button->setText(literalCaption(control.caption()));  // tells of it, under the role
   button->onArrow = [this](int step) { chooseNeighbour(step); };
   connect(button, &QRadioButton::clicked, this, [this] {
     if (standing()) this->control().click();

@@ -122,6 +122,7 @@ class Desk:
     def window(self, title):
         """Turns to the window of a title, when it has come and has the focus somewhere in it."""
         self.top = until(f"the window {title}", lambda: next((w for w in self.windows() if w.get_name() == title), None))
+        assert self.top.get_role_name() in ("frame", "dialog"), f"{title} is called a {self.top.get_role_name()}"
         # A form has all its controls from the start, so that one walk knows them; only branches and rows come and go.
         self.controls = [c for c in walk(self.top, hidden=True) if c.get_role_name() not in ROWS]
         self.known = {}
@@ -153,7 +154,7 @@ class Desk:
         until(f"{text!r} in {name}", lambda: Atspi.Text.get_text(field, 0, -1) == text)
 
     def is_checked(self, name):
-        button = self.find(name, "radio button", "check box")
+        button = self.find(name, "radio button")
         until(f"the mark of {name}", lambda: has(button, CHECKED))
 
     # What a person does.

@@ -19,7 +19,7 @@ def theme(folder, letters, colours):
     parts = "".join(f"[Colors:{part}]\nBackgroundNormal={ground}\nForegroundNormal={ink}\n"
                     for part in ("Window", "View", "Button", "Tooltip", "Complementary"))
     with open(f"{folder}/none/kdeglobals", "w", encoding="utf-8") as file:
-        file.write(f"[General]\nfont=Noto Sans,{letters},-1,5,50,0,0,0,0,0\n{parts}")
+        file.write(f"[General]\nfont=Noto Sans,{letters},-1,5,50,0,0,0,0,0\n{parts}[KDE]\nCursorBlinkRate=0\n")
 
 
 def look(host, folder, name):
