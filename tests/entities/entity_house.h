@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -76,10 +77,14 @@ class EntityHouse : public TestHouse {
   }
   /// The stored classes of an account: "class level all", one a line.
   std::string classes(int account = 10) {
-    return database.rows(
-        "select ClassID || ' ' || Sequence || ' ' || ifnull(IncludeAllObjects, '-') from "
-        "tblAccountRelatedClasses where AccountID = " +
+    std::string found = database.rows(
+        "select ClassID, Sequence, IncludeAllObjects from tblAccountRelatedClasses where AccountID = " +
         std::to_string(account) + " order by ClassID, Sequence");
+    std::replace(found.begin(), found.end(), '|', ' ');
+    for (std::size_t none = found.find("null"); none != std::string::npos; none = found.find("null")) {
+      found.replace(none, 4, "-");
+    }
+    return found;
   }
   std::string objects(int classID = 2) {
     return database.rows(
