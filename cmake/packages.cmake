@@ -17,7 +17,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 # The screens are Persian: without a font that has its letters they are boxes.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "fonts-noto-ui-core | fonts-noto-core | fonts-dejavu-core")
 # The driver for Microsoft SQL Server; the embedded database needs none.
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "tdsodbc")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS "tdsodbc, qt6-translations-l10n")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "qt6-wayland")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
   "A right-to-left Persian screen that a host application embeds as a control, with\n its plug-ins, the SQL scripts, the guide and a demo host.")

@@ -1,6 +1,6 @@
 # What the product needs from Debian, and the one way to install it. Sourced by run, test and .ci/run.
 
-packages_to_run="g++ cmake ninja-build pkg-config qt6-base-dev libsqlitecpp-dev libsqlite3-dev unixodbc-dev tdsodbc libicu-dev libxlsxwriter-dev zlib1g-dev fonts-noto-core fonts-noto-ui-core"
+packages_to_run="g++ cmake ninja-build pkg-config qt6-base-dev qt6-translations-l10n libsqlitecpp-dev libsqlite3-dev unixodbc-dev tdsodbc libicu-dev libxlsxwriter-dev zlib1g-dev fonts-noto-core fonts-noto-ui-core"
 # The tour needs a display of its own, a window manager, and the bus of the screen readers.
 packages_to_tour="xvfb openbox xdotool imagemagick dbus at-spi2-core gir1.2-atspi-2.0 python3-gi"
 packages_to_test="$packages_to_run libgtest-dev libsqliteodbc python3-openpyxl $packages_to_tour"

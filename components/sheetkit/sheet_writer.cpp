@@ -4,9 +4,11 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
+#include <QLibraryInfo>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QStandardPaths>
+#include <QTranslator>
 #include <exception>
 #include <string>
 #include <utility>
@@ -27,20 +29,38 @@ constexpr const char* kTitle = "انتقال ساختار حسابها به اک
 constexpr const char* kSuffix = ".xlsx";
 constexpr ui::Colour kBackground = 0xC2D9F7;
 
-/// In the person's documents, named by the day: "سرفصل حسابها 1405-09-01.xlsx".
+/// In the person's documents, or at home where there is no such folder, named by the day: "سرفصل حسابها
+/// 1405-09-01.xlsx".
 QString proposedFile() {
   const QDate today = QDate::currentDate();
   const QString day =
       qt::toQt(shell::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()}))
           .replace('/', '-');
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  return QDir(folder.isEmpty() ? QDir::homePath() : folder)
+  return QDir(QDir(folder).exists() && !folder.isEmpty() ? folder : QDir::homePath())
       .filePath(QString::fromUtf8("سرفصل حسابها ") + day + kSuffix);
 }
+
+/// The toolkit's own words in Persian while this stands, such as the question of a file that is there
+/// already.
+class PersianWords {
+ public:
+  PersianWords() {
+    if (words_.load("qtbase_fa", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+      QCoreApplication::installTranslator(&words_);
+  }
+  PersianWords(const PersianWords&) = delete;
+  PersianWords& operator=(const PersianWords&) = delete;
+  ~PersianWords() { QCoreApplication::removeTranslator(&words_); }
+
+ private:
+  QTranslator words_;
+};
 
 /// Empty where the person gives it up.
 QString askForFile() {
   const qt::PointerPause pause;
+  const PersianWords words;
   QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(kTitle), proposedFile(),
                      QString::fromUtf8("صفحه گسترده (*.xlsx)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
