@@ -5,6 +5,7 @@
 
 #include "data/connection_text.h"
 #include "data/embedded/embedded_connection.h"
+#include "data/odbc/odbc_engine.h"
 
 namespace ledgertree::components {
 
@@ -29,6 +30,7 @@ data::Providers engines() {
     return std::make_unique<data::embedded::EmbeddedConnection>(
         text.require("Data Source"), data::embedded::TimeOuts{}, std::make_shared<std::atomic<bool>>(true));
   });
+  data::odbc::registerOdbc(providers);
   return providers;
 }
 

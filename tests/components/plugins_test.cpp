@@ -6,6 +6,7 @@
 #include "component_registration_check.h"
 #include "platform/plugin_library.h"
 #include "shell/component_plugins.h"
+#include "support/given.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -103,6 +104,13 @@ TEST_F(Plugins, AreFoundBelowTheBasePathThenWhereTheyWereInstalled) {
   plugins.setInstalledFolder(LEDGERTREE_BUILT_COMPONENTS);
   carryOut("PactKit");
   EXPECT_NO_THROW(components.create("PactKit.PactEditor")->set("EmployeeID", -7));
+}
+
+TEST(Components, ReachTheDatabaseOfTheChartWhicheverItIs) {
+  const data::Providers engines = components::engines();
+  for (const char* const text : {"Provider=SQLite;Data Source=/books/chart.db",
+                                 "Provider=SQLOLEDB.1;Data Source=server;Initial Catalog=books;User ID=a"})
+    EXPECT_NO_THROW(static_cast<void>(engines.open(text))) << text;
 }
 
 TEST_F(Plugins, WhatIsNoPluginOrStandsElsewhereIsPassedOver) {
