@@ -4,6 +4,7 @@
 #include "data/embedded/embedded_engine.h"
 #include "data/odbc/odbc_engine.h"
 #include "ledgertree/qt_desktop.h"
+#include "qt/guide_window.h"
 #include "qt/notice_dialog.h"
 #include "qt/qt_desktop.h"
 #include "shell/ledger_tree_control_session.h"
@@ -18,6 +19,7 @@ void installQtDesktop(const QtDesktopOptions& options) {
   data::embedded::registerEmbedded(shell.providers);
   data::odbc::registerOdbc(shell.providers);
   qt::registerNoticeDialog(shell.components);
+  qt::installGuide();
   installComponentRegistrar(shell);
 }
 

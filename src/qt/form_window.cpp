@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "qt/grid_view.h"
-#include "qt/guide_window.h"
+#include "qt/help_offer.h"
 #include "qt/labelling.h"
 #include "qt/list_views.h"
 #include "qt/lookup_view.h"

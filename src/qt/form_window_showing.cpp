@@ -103,10 +103,12 @@ void FormWindow::endShowing() {
 }
 
 void FormWindow::waitUntilHidden() {
+  const QPointer<FormWindow> standing(this);
   QEventLoop loop;
   loops_.push_back(&loop);
   loop.exec();
-  std::erase(loops_, &loop);
+  // What the loop ran may have ended the window itself.
+  if (!standing.isNull()) std::erase(loops_, &loop);
 }
 
 void FormWindow::startTimers() {

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "qt/appearance.h"
+#include "qt/help_offer.h"
 #include "qt/text_view.h"
 
 namespace ledgertree::qt {
@@ -47,33 +48,34 @@ QStringList sectionsFor(const QWidget& screen) {
   return names += screen.objectName();
 }
 
-/// Listens at a screen for F1, which nothing in it takes. In a host's window the same key may be a command of
-/// the host: the focus decides.
+/// Listens for F1 at the screens that offer the guide, behind what is in them. In a host's window the same
+/// key may be a command of the host: the focus decides.
 class GuideKey : public QObject {
  public:
-  GuideKey(QWidget& screen, QString message)
-      : QObject(&screen), screen_(screen), message_(std::move(message)) {
-    screen.installEventFilter(this);
-  }
+  using QObject::QObject;
 
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool press = event->type() == QEvent::KeyPress;
-    if (!press && event->type() != QEvent::ShortcutOverride) return QObject::eventFilter(watched, event);
+    if (!press && event->type() != QEvent::ShortcutOverride) return false;
     const auto& key = *static_cast<QKeyEvent*>(event);
     if (key.key() != Qt::Key_F1 || key.modifiers() != Qt::NoModifier) return false;
+    const auto message = messageOfOffer(*watched);
+    if (!message) return false;
     event->accept();
-    if (press && !key.isAutoRepeat()) GuideWindow::open(screen_, sectionsFor(screen_), message_);
+    auto& screen = *static_cast<QWidget*>(watched);
+    if (press && !key.isAutoRepeat()) GuideWindow::open(screen, sectionsFor(screen), *message);
     return true;
   }
-
- private:
-  QWidget& screen_;
-  QString message_;
 };
 
 }  // namespace
 
-void offerGuide(QWidget& screen, const QString& message) { new GuideKey(screen, message); }
+void installGuide() {
+  static QPointer<GuideKey> key;
+  if (!key.isNull()) return;
+  key = new GuideKey(qApp);
+  qApp->installEventFilter(key);
+}
 
 GuideWindow* GuideWindow::standing() { return openGuide(); }
 

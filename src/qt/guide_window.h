@@ -14,9 +14,9 @@ class QTextTable;
 
 namespace ledgertree::qt {
 
-/// From now on F1 in `screen`, or in anything in it, opens the guide at the section of what has the focus.
-/// A screen that shows a message gives it, so that the guide opens at its line in the list of messages.
-void offerGuide(QWidget& screen, const QString& message = {});
+/// From now on F1 opens the guide in every screen of the process that offers it (see help_offer.h). Call it
+/// when the QApplication is made; a second call does nothing.
+void installGuide();
 
 /// The guide, drawn from right to left. Its pictures are as wide as fits.
 class GuideBrowser : public QTextBrowser {

@@ -20,7 +20,7 @@
 #include <memory>
 
 #include "qt/appearance.h"
-#include "qt/guide_window.h"
+#include "qt/help_offer.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
 #include "shell/outside_components.h"

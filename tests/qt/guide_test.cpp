@@ -38,6 +38,7 @@ QString textOf(const QString& path) {
 class Guide : public ::testing::Test {
  protected:
   Guide() {
+    qt::installGuide();
     data::embedded::registerEmbedded(shell.providers);
     qt::registerNoticeDialog(shell.components);
     shell.context.gConnectionString = database.connectionText();
