@@ -8,8 +8,11 @@ namespace ledgertree::data::odbc {
 namespace {
 
 /// What the server is told and asked first. Long text comes whole whatever the driver's configuration says,
-/// and whoever waits for a lock learns that it is one before the command's time-out.
-constexpr std::string_view kPrepare = "set arithabort on; set textsize 2147483647; set lock_timeout ";
+/// and whoever waits for a lock learns that it is one before the command's time-out. Servers that speak the
+/// protocol without being SQL Server may lose their checks of references where a session's first table
+/// variable, as the triggers declare one, comes later than the first of these checks: it comes here.
+constexpr std::string_view kPrepare =
+    "declare @First table (ID int); set arithabort on; set textsize 2147483647; set lock_timeout ";
 constexpr std::string_view kAskCodePage =
     "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
     "'Collation')), 'CodePage'))";
