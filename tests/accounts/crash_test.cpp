@@ -80,7 +80,8 @@ void expectWhole(const std::filesystem::path& file, const WholeWork& whole, std:
   SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
   EXPECT_EQ(database.execAndGet("pragma integrity_check").getString(), "ok");
   EXPECT_EQ(SQLite::Statement(database, "pragma foreign_key_check").executeStep(), false);
-  const std::string chart = RandomWork::rowsOf(database);
+  const std::string chart =
+      RandomWork::rowsOf([&](const std::string& query) { return allRows(database, query); });
   const bool before = begun > 0 && chart == whole.charts[begun - 1];
   EXPECT_TRUE(before || chart == whole.charts[begun]) << "after " << begun << " commands:\n" << chart;
 }
@@ -90,6 +91,7 @@ const int kCuts = environment("LEDGERTREE_CUTS", 20);
 constexpr int kSeeds = 4;
 
 TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
+  if (onServer()) GTEST_SKIP() << "it is about a file and kills";
   std::mt19937 dice(7);
   for (int cut = 0; cut < kCuts && !::testing::Test::HasFailure(); ++cut) {
     const unsigned seed = static_cast<unsigned>(cut % kSeeds);
@@ -115,6 +117,7 @@ TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
 }
 
 TEST(Crash, APowerCutLosesNothingThatHadReturned) {
+  if (onServer()) GTEST_SKIP() << "it is about a file and kills";
   std::mt19937 dice(8);
   for (int cut = 0; cut < kCuts && !::testing::Test::HasFailure(); ++cut) {
     const unsigned seed = static_cast<unsigned>(cut % kSeeds);
@@ -198,6 +201,7 @@ class Accountant : public AccountStory {
 
 /// LEDGERTREE_SHARED_SECONDS asks for more than the two seconds of every day.
 TEST(Crash, TwoProcessesSaveIntoOneFile) {
+  if (onServer()) GTEST_SKIP() << "it is about a file and kills";
   const std::chrono::seconds time(environment("LEDGERTREE_SHARED_SECONDS", 2));
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.path() / "shared.db";

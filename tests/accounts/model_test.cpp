@@ -19,7 +19,7 @@ class RandomWorkInBlocks : public RandomWork, public ::testing::WithParamInterfa
 
 TEST_P(RandomWorkInBlocks, EndsAsTheRulesSay) {
   const int only = environment("LEDGERTREE_MODEL_SEED", -1);
-  const int sequences = environment("LEDGERTREE_MODEL_SEQUENCES", 200);
+  const int sequences = environment("LEDGERTREE_MODEL_SEQUENCES", onServer() ? kBlocks : 200);
   for (int seed = GetParam(); seed < sequences && !HasFailure(); seed += kBlocks) {
     if (only == -1) work(static_cast<unsigned>(seed), 40);
   }

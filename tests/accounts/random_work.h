@@ -1,6 +1,9 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <random>
+#include <sstream>
 
 #include "accounts/account_story.h"
 #include "accounts/chart_model.h"
@@ -11,21 +14,28 @@ namespace ledgertree::testing {
 /// rows, the screen and what was told must be what the model says.
 class RandomWork : public AccountStory {
  public:
-  /// The chart of a file as ChartModel::rows tells it.
-  static std::string rowsOf(SQLite::Database& database) {
-    const std::string rows = allRows(
-        database,
-        "select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.PositionID, a.AccountNatureID, "
-        "a.IsPermanent, a.IsClosed, ifnull((select group_concat(ifnull(AccountGroupID, 'null') || '|' || "
-        "ifnull(RelatedClassID, 'null') || '|' || ifnull(RelatedObjectID, 'null')) from "
-        "tblAccountRelatedObjects where AccountID = a.ID), 'none'), ifnull((select group_concat(ID) from "
-        "(select ID from tblAccountParent where ChildID = a.ID order by ID)), '') from tblAccount a "
-        "order by a.ID");
-    return rows.empty() ? rows : rows + "\n";
+  /// The rows of a query, see allRows.
+  using Query = std::function<std::string(const std::string& query)>;
+  /// The chart as ChartModel::rows tells it.
+  static std::string rowsOf(const Query& query) {
+    auto relations = byAccount(query(
+        "select AccountID, AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects"));
+    auto ancestors = byAccount(query("select ChildID, ID from tblAccountParent order by ID"));
+    std::string rows;
+    std::istringstream accounts(
+        query("select ID, ParentID, Code, Title, NoLevel, GroupID, PositionID, AccountNatureID, IsPermanent, "
+              "IsClosed from tblAccount order by ID"));
+    for (std::string line; std::getline(accounts, line);) {
+      const std::string id = line.substr(0, line.find('|'));
+      rows += line + "|" + (relations.count(id) == 0 ? "none" : relations[id]) + "|" + ancestors[id] + "\n";
+    }
+    return rows;
   }
 
  protected:
-  [[nodiscard]] std::string rows() { return rowsOf(database.other()); }
+  [[nodiscard]] std::string rows() {
+    return rowsOf([this](const std::string& query) { return database.rows(query); });
+  }
   void work(unsigned seed, int steps) {
     startOver();
     dice_.seed(seed);
@@ -56,6 +66,17 @@ class RandomWork : public AccountStory {
   }
 
  private:
+  /// What stands behind the account in each line, joined by commas.
+  static std::map<std::string, std::string> byAccount(const std::string& lines) {
+    std::map<std::string, std::string> found;
+    std::istringstream each(lines);
+    for (std::string line; std::getline(each, line);) {
+      std::string& of = found[line.substr(0, line.find('|'))];
+      of += (of.empty() ? "" : ",") + line.substr(line.find('|') + 1);
+    }
+    return found;
+  }
+
   using Told = ChartModel::Told;
   using FormMode = mainform::FormMode;
 

@@ -33,7 +33,8 @@ class ValidationStory : public AccountStory {
   }
   /// The chart in one text, to see that a refusal wrote nothing.
   std::string chart() {
-    return database.rows("select ID, ParentID, Code, Title, NoLevel, IsClosed, GroupID from tblAccount");
+    return database.rows(
+        "select ID, ParentID, Code, Title, NoLevel, IsClosed, GroupID from tblAccount order by ID");
   }
   /// Presses save, and gives what was told.
   std::string refusal() {
@@ -218,16 +219,24 @@ TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
   form->txtTitle.paste(letters(101));
   EXPECT_EQ(refusal(),
             "خطا در ثبت|عنوان بايد حداکثر 100 نويسه باشد و اکنون 101 نويسه است. آن را کوتاهتر کنيد.");
-  form->txtTitle.paste("O'Brien's; drop table tblAccount --\n😀");
+  const std::string hostile = "O'Brien's; drop table tblAccount --\n";
+  form->txtTitle.paste(hostile + "😀");
+  if (onServer()) {
+    const std::string told = refusal();
+    EXPECT_NE(told.find("😀"), std::string::npos) << "no letter of the server's code page: " << told;
+    form->txtTitle.paste(hostile + "ژ");
+  }
+  const std::string title = form->txtTitle.text();
   form->txtNotes.setText("\xff\xfe");
   EXPECT_EQ(refusal(), "خطا در ثبت|در توضيحات نويسه ناخوانا وجود دارد. آن را پاک کنيد و دوباره بنويسيد.");
   form->txtNotes.setText("  ' two blanks  ");
   save();
-  EXPECT_EQ(stored(saved, "Title, Notes"), "O'Brien's; drop table tblAccount --\n😀|  ' two blanks  ");
+  EXPECT_EQ(stored(saved, "Title, Notes"), title + "|  ' two blanks  ");
   EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(ValidationStory, AGroupBeyondSixteenBitsIsNeverAnotherGroup) {
+  if (onServer()) GTEST_SKIP() << "its views belong to all the stories";
   database.execute(
       "drop view vwAccountGroup; create view vwAccountGroup as"
       " select 2 as ID, 'نزديک' as Name union select 65538, 'دور'");

@@ -27,9 +27,9 @@ class AccountBatch : public BulkHouse {
     screen.cmdDelete.click();
   }
   std::string ancestors() {
-    return database.text(
-        "select group_concat(ID || '>' || ChildID, ' ') from (select * from "
-        "tblAccountParent order by ID, ChildID)");
+    std::string found = inOneLine("select ID, ChildID from tblAccountParent order by ID, ChildID");
+    std::replace(found.begin(), found.end(), '|', '>');
+    return found;
   }
 };
 

@@ -71,15 +71,14 @@ class BulkHouse : public TestHouse {
     return node == ui::kNoNode ? "" : tree.text(node);
   }
 
-  Faults faults;
-  std::unique_ptr<mainform::FormMain> form;
-
- private:
   std::string inOneLine(const std::string& query) {
     std::string found = database.rows(query);
     std::replace(found.begin(), found.end(), '\n', ' ');
     return found;
   }
+
+  Faults faults;
+  std::unique_ptr<mainform::FormMain> form;
 };
 
 inline constexpr const char* kNoWayBack =

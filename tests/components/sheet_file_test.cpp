@@ -79,12 +79,14 @@ TEST_F(SheetFile, AnotherProgramReadsTheChartCellByCell) {
 }
 
 TEST_F(SheetFile, HostileTextLeavesAReadableFile) {
-  database.execute("update tblAccount set Title = cast(x'61ff6200632064' as text) || char(7) where ID = 4");
-  ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
-  EXPECT_NE(readBack(9).find("s:a\xEF\xBF\xBD"
-                             "b"),
-            std::string::npos)
-      << readBack(9);
+  if (!onServer()) {  // whose columns hold letters only
+    database.execute("update tblAccount set Title = cast(x'61ff6200632064' as text) || char(7) where ID = 4");
+    ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
+    EXPECT_NE(readBack(9).find("s:a\xEF\xBF\xBD"
+                               "b"),
+              std::string::npos)
+        << readBack(9);
+  }
   // Deeper than a sheet folds.
   for (int level = 5; level <= 14; ++level)
     database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(level) +
@@ -108,9 +110,8 @@ TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {
   EXPECT_FALSE(writeSheet(*connection(), kStatement, file, [](std::int64_t, std::int64_t) { return false; }));
   untouched();
   // Accounts that come between the counting and the writing, one past what fits.
-  database.execute(
-      "with recursive n(i) as (select 10 union all select i + 1 from n where i < 300) insert into "
-      "tblAccount (ID, Code, Title) select i, '9' || i, 'x' from n");
+  database.insertMany("tblAccount (ID, Code, Title)", 10, 300,
+                      [](int i) { return std::to_string(i) + ", '9" + std::to_string(i) + "', 'x'"; });
   bool added = false;
   const auto add = [&](std::int64_t done, std::int64_t all) {
     if (done == 0 || all != 0 || added) return true;

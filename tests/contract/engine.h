@@ -17,7 +17,6 @@ namespace ledgertree::testing {
 /// beside it.
 class Engine : public ::testing::Test {
  protected:
-  [[nodiscard]] static bool onServer() { return !testServer().empty(); }
   [[nodiscard]] std::unique_ptr<data::Connection> connect() {
     return providers().open(database.connectionText());
   }

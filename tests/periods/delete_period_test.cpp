@@ -55,8 +55,8 @@ TEST_F(DeletePeriodTest, HidesWhatNoDocumentOfThePeriodNeeds) {
 
 TEST_F(DeletePeriodTest, AgreesWithTheRuleOnAnyChart) {
   std::mt19937 random(20261122);
-  for (int chart = 0; chart < 10; ++chart) {
-    database.execute("begin; delete from tblAccountDocumentDetail; delete from tblAccountPeriodAccount");
+  for (int chart = 0; chart < (onServer() ? 2 : 10); ++chart) {
+    database.execute("delete from tblAccountDocumentDetail; delete from tblAccountPeriodAccount");
     for (int account = 100; account < 140; ++account) {
       const int parent = 100 + static_cast<int>(random() % static_cast<unsigned>(account - 99));
       const std::string id = std::to_string(account);
@@ -70,14 +70,13 @@ TEST_F(DeletePeriodTest, AgreesWithTheRuleOnAnyChart) {
                          std::to_string(501 + random() % 3) + ", " + id + ")");
       }
     }
-    database.execute("commit");
-    const std::string expected = database.text(
-        "select ifnull(group_concat(AccountID, ' '), '') from (select m.AccountID from "
-        "tblAccountPeriodAccount m"
+    std::string expected = database.rows(
+        "select m.AccountID from tblAccountPeriodAccount m"
         " where exists (select 1 from tblAccountDocument d join tblAccountDocumentDetail dd on d.ID = "
         "dd.DocumentID"
         " where d.FarsiDocumentDate like '1403%' and (dd.AccountID = m.AccountID or exists (select 1"
-        " from tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1)");
+        " from tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1");
+    std::replace(expected.begin(), expected.end(), '\n', ' ');
     show([&](FormDeletePeriod& screen) {
       pick(screen.sltPeriodFrom, "سال 1403");
       notices.answer(1);

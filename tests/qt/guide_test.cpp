@@ -13,7 +13,7 @@
 #include <set>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
+#include "data/odbc/odbc_engine.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
 #include "mainform/form_main.h"
@@ -40,11 +40,12 @@ class Guide : public ::testing::Test {
   Guide() {
     qt::installGuide();
     data::embedded::registerEmbedded(shell.providers);
+    data::odbc::registerOdbc(shell.providers);
     qt::registerNoticeDialog(shell.components);
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;
     shell.resetDataConnection();
-    db::createDemoChart(database.other());
+    database.fillWithDemoChart();
     form = std::make_unique<mainform::FormMain>(shell);
     form->load();
     form->onClosed = [this] { form.reset(); };

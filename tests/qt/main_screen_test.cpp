@@ -6,7 +6,7 @@
 #include <QTreeView>
 
 #include "data/embedded/embedded_engine.h"
-#include "db/schema.h"
+#include "data/odbc/odbc_engine.h"
 #include "mainform/form_main.h"
 #include "qt/tree_model.h"
 #include "screen.h"
@@ -21,10 +21,11 @@ class MainScreen : public ::testing::Test {
  protected:
   MainScreen() {
     data::embedded::registerEmbedded(shell.providers);
+    data::odbc::registerOdbc(shell.providers);
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;
     shell.resetDataConnection();
-    db::createDemoChart(database.other());
+    database.fillWithDemoChart();
     form = std::make_unique<mainform::FormMain>(shell);
     form->load();
     form->onClosed = [this] { form.reset(); };
@@ -42,7 +43,7 @@ class MainScreen : public ::testing::Test {
   /// Lets what a timer or a search does happen.
   template <typename Condition>
   [[nodiscard]] static bool soon(Condition condition) {
-    return QTest::qWaitFor(condition, 5000);
+    return QTest::qWaitFor(condition, 30000);
   }
 
   ::ledgertree::testing::TemporaryDatabase database;

@@ -7,6 +7,8 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -15,7 +17,9 @@
 #include "data/characters.h"
 #include "data/connection_text.h"
 #include "data/odbc/odbc_engine.h"
+#include "db/scripts.h"
 #include "db/server_schema.h"
+#include "ledgertree_scripts.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -76,6 +80,24 @@ std::vector<std::string> statementsOf(const std::string& text) {
   return statements;
 }
 
+/// Another number for other scripts.
+std::size_t fingerprint() {
+  std::string all;
+  for (const std::string_view path : db::scriptsIn("db/sqlserver/")) all += db::embeddedText(path);
+  return std::hash<std::string>()(all);
+}
+
+/// The second program's. All stories of a process share it: a server may take seconds for a session's first
+/// statements.
+data::Connection& connection() {
+  static const std::unique_ptr<data::Connection> one = [] {
+    data::Providers providers;
+    data::odbc::registerOdbc(providers);
+    return providers.open(testServer());
+  }();
+  return *one;
+}
+
 }  // namespace
 
 const std::string& testServer() {
@@ -90,41 +112,90 @@ std::string testProvider() {
   return testServer().empty() ? "SQLite" : data::ConnectionText(testServer()).provider();
 }
 
-ServerChart::ServerChart() {
-  if (data::ConnectionText(testServer()).require("Initial Catalog").find("test") == std::string::npos) {
-    throw std::runtime_error("the stories empty the tables: take a database whose name holds \"test\"");
-  }
+ServerChart::ServerChart() : connection_(connection()) {
   const auto file = std::filesystem::temp_directory_path() / "ledgertree-test-server.lock";
   lock_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
   if (lock_ < 0 || ::flock(lock_, LOCK_EX) != 0) throw std::runtime_error("the server can't be locked");
-  data::odbc::registerOdbc(providers_);
-  connection_ = providers_.open(testServer());
-  const data::Rows found = *connection_->run("select object_id(N'dbo.spAccountDeleteAccount') as ID");
-  if (found.isNull(0, 0)) db::installServerSchema(*connection_, [](std::string_view) {});
-  empty();
+  try {
+    takeDatabase();
+    dropWhatStoriesMade();
+    installSchema();
+    empty();
+  } catch (...) {
+    ::close(lock_);
+    throw;
+  }
 }
 
 ServerChart::~ServerChart() { ::close(lock_); }
+
+void ServerChart::takeDatabase() {
+  const auto exists = [this](const std::string& table) {
+    return !query("select object_id(N'dbo." + table + "') as ID").isNull(0, 0);
+  };
+  if (exists("tblLedgerTreeStories")) return;
+  const std::string name = query("select db_name() as Name").value(0, 0).toText();
+  if (name.find("test") == std::string::npos) {
+    for (const std::string table : kTables) {
+      if (!exists(table) || query("select top 1 1 as Found from dbo." + table).count() == 0) continue;
+      throw std::runtime_error("The stories empty the tables of the chart, and " + table +
+                               " of the database " + name +
+                               " has rows. Name an empty database, or one whose name holds \"test\".");
+    }
+  }
+  connection_.run(
+      "create table dbo.tblLedgerTreeStories (Kind varchar(10) not null, Name nvarchar(128) not null)");
+}
+
+void ServerChart::installSchema() {
+  const std::string scripts = std::to_string(fingerprint());
+  if (query("select 1 as Found from tblLedgerTreeStories where Kind = 'schema' and Name = N'" + scripts + "'")
+          .count() != 0)
+    return;
+  db::installServerSchema(connection_, [](std::string_view) {});
+  connection_.run("delete tblLedgerTreeStories where Kind = 'schema'");
+  connection_.run("insert into tblLedgerTreeStories (Kind, Name) values ('schema', N'" + scripts + "')");
+}
+
+void ServerChart::dropWhatStoriesMade() {
+  // "view" comes behind "table", and goes ahead of it.
+  const data::Rows made =
+      query("select Kind, Name from tblLedgerTreeStories where Kind in ('table', 'view') order by Kind desc");
+  for (std::size_t row = 0; row < made.count(); ++row)
+    connection_.run("drop " + made.value(row, 0).toText() + " if exists " + made.value(row, 1).toText());
+  if (made.count() != 0) connection_.run("delete tblLedgerTreeStories where Kind in ('table', 'view')");
+}
 
 void ServerChart::empty() {
   // A key that was given once makes sure which one comes next.
   std::string batch =
       "insert into tblAccount (Code) values (null); update tblAccount set ParentID = null;"
+      "insert into tblAccCostCenter (Name) values (0);"
       "truncate table tblAccountDocumentDetail;";
   for (const std::string table : kTables) batch += "delete " + table + ";";
-  connection_->run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1)");
+  connection_.run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1);" +
+                  "dbcc checkident ('tblAccCostCenter', reseed, 1)");
 }
 
 void ServerChart::execute(const std::string& statements) {
   for (const std::string& statement : statementsOf(statements)) {
-    if (statement.find_first_not_of(" \n") != std::string::npos) connection_->run(translated(statement));
+    const std::size_t begin = statement.find_first_not_of(" \n");
+    if (begin == std::string::npos) continue;
+    for (const std::string kind : {"table", "view"}) {
+      const std::string words = "create " + kind + " ";
+      if (statement.compare(begin, words.size(), words) != 0) continue;
+      const std::string name = statement.substr(begin + words.size());
+      connection_.run("insert into tblLedgerTreeStories (Kind, Name) values ('" + kind + "', N" +
+                      data::quoteText(name.substr(0, name.find(name.front() == '[' ? "] " : " ") + 1)) + ")");
+    }
+    connection_.run(translated(statement));
   }
 }
 
-data::Rows ServerChart::query(const std::string& query) { return *connection_->run(translated(query)); }
+data::Rows ServerChart::query(const std::string& query) { return *connection_.run(translated(query)); }
 
 void ServerChart::fillWithDemoChart() {
-  db::installServerDemo(*connection_, [](std::string_view) {});
+  db::installServerDemo(connection_, [](std::string_view) {});
 }
 
 }  // namespace ledgertree::testing

@@ -6,6 +6,7 @@
 #include <variant>
 
 #include "data/connection_text.h"
+#include "data/odbc/code_page.h"
 #include "db/schema.h"
 
 namespace ledgertree::testing {
@@ -59,6 +60,21 @@ std::string TemporaryDatabase::rows(const std::string& query) {
 
 std::string TemporaryDatabase::amount(std::int64_t tenThousandths) const {
   return server_ ? data::Money::fromTenThousandths(tenThousandths).toText() : std::to_string(tenThousandths);
+}
+
+void TemporaryDatabase::insertMany(const std::string& into, int first, int last,
+                                   const std::function<std::string(int)>& row) {
+  constexpr int kAtOnce = 500;  // SQL Server takes no more than a thousand
+  for (int next = first; next <= last;) {
+    std::string statement;
+    for (int count = 0; count < kAtOnce && next <= last; ++count, ++next)
+      statement += (count == 0 ? "insert into " + into + " values (" : ", (") + row(next) + ")";
+    execute(statement);
+  }
+}
+
+std::string TemporaryDatabase::letters(const std::string& text) {
+  return onServer() ? data::odbc::foldText(text, data::odbc::CodePage::Arabic) : text;
 }
 
 void TemporaryDatabase::fillWithDemoChart() {

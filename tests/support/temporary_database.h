@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -48,6 +49,10 @@ class TemporaryDatabase {
   [[nodiscard]] std::string rows(const std::string& query);
   /// An amount of ten-thousandths as it stands in a statement.
   [[nodiscard]] std::string amount(std::int64_t tenThousandths) const;
+  /// Rows `first` to `last`, whose values `row` gives, into "table (columns)".
+  void insertMany(const std::string& into, int first, int last, const std::function<std::string(int)>& row);
+  /// A text as this database gives it back: on the server in the letters of its code page.
+  [[nodiscard]] static std::string letters(const std::string& text);
   void fillWithDemoChart();
 
  private:
