@@ -16,6 +16,7 @@
 
 #include "data/characters.h"
 #include "data/connection_text.h"
+#include "data/data_error.h"
 #include "data/odbc/odbc_engine.h"
 #include "db/scripts.h"
 #include "db/server_schema.h"
@@ -127,7 +128,14 @@ ServerChart::ServerChart() : connection_(connection()) {
   }
 }
 
-ServerChart::~ServerChart() { ::close(lock_); }
+ServerChart::~ServerChart() {
+  try {
+    dropWhatStoriesMade();
+  } catch (const data::DataError&) {
+    // The next story tries again, and tells.
+  }
+  ::close(lock_);
+}
 
 void ServerChart::takeDatabase() {
   const auto exists = [this](const std::string& table) {

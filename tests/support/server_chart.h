@@ -30,7 +30,7 @@ class ServerChart {
   ~ServerChart();
 
   /// Statements in the dialect of SQLite as far as stories need it, parted by semicolons. The tables and
-  /// views that they make go ahead of the next story.
+  /// views that they make go with this object.
   void execute(const std::string& statements);
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);
