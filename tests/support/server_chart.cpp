@@ -175,12 +175,12 @@ void ServerChart::dropWhatStoriesMade() {
 }
 
 void ServerChart::empty() {
-  // A key that was given once makes sure which one comes next.
-  std::string batch =
-      "insert into tblAccount (Code) values (null); update tblAccount set ParentID = null;"
-      "insert into tblAccCostCenter (Name) values (0);"
-      "truncate table tblAccountDocumentDetail;";
+  std::string batch = "update tblAccount set ParentID = null; truncate table tblAccountDocumentDetail;";
   for (const std::string table : kTables) batch += "delete " + table + ";";
+  // A key that was given once makes sure which one comes next.
+  batch +=
+      "insert into tblAccount (Code) values (null); delete tblAccount;"
+      "insert into tblAccCostCenter (Name) values (0); delete tblAccCostCenter";
   connection_.run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1);" +
                   "dbcc checkident ('tblAccCostCenter', reseed, 1)");
 }
