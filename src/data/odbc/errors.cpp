@@ -52,6 +52,7 @@ constexpr Told kTold[] = {
     {825, Reason::Storage, kDamaged},
     {18456, Reason::Connection, kLogin},
     {18452, Reason::Connection, kLogin},
+    {911, Reason::Connection, kNoDatabase},
     {4060, Reason::Connection, kNoDatabase},
     {18486, Reason::Connection, kLogin},
     {18487, Reason::Connection, kLogin},
