@@ -48,10 +48,11 @@ struct LookupThread::State {
   }
 
   /// A thread whose question was given up leaves the next ones to the other that has taken over meanwhile.
+  /// Where none has, it goes on: it has a connection that is open.
   bool goOn(bool givenUp) {
     const std::lock_guard lock(mutex);
     --busy;
-    if (!givenUp || threads == 1) return !over;
+    if (!givenUp || threads == 1 || next) return !over;
     --threads;
     return false;
   }
@@ -106,11 +107,18 @@ void LookupThread::ask(LookupQuestion question, Done done) {
   state_->changed.notify_all();
   if (!another) return;
   // The thread holds the state and its connection for as long as it needs them.
-  background_.run(
-      [state = state_, connection = std::move(connection), spare] { state->work(*connection, spare); },
-      [state = std::weak_ptr<State>(state_)] {
-        if (const auto still = state.lock()) still->stop();
-      });
+  try {
+    background_.run(
+        [state = state_, connection = std::move(connection), spare] { state->work(*connection, spare); },
+        [state = std::weak_ptr<State>(state_)] {
+          if (const auto still = state.lock()) still->stop();
+        });
+  } catch (...) {
+    // A thread that never began mustn't be waited for.
+    const std::lock_guard lock(state_->mutex);
+    --state_->threads;
+    throw;
+  }
 }
 
 }  // namespace ledgertree::shell
