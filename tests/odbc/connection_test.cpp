@@ -110,7 +110,7 @@ class Listener {
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
-    bind(socket_, reinterpret_cast<sockaddr*>(&address), size);
+    EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
     listen(socket_, 4);
     getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
     port_ = ntohs(address.sin_port);
@@ -143,7 +143,7 @@ TEST(OdbcConnecting, FailsInTimeAndNeverShowsThePassword) {
   const Listener deaf(false);
   const Listener hostile(true);
   for (const std::string& text :
-       {deaf.text(), hostile.text(),
+       {deaf.text(), hostile.text(), deaf.text() + ";Password=p",
         std::string("ODBC Driver=/nowhere/libodbc-none.so;Database=x;UID=sa;PWD=\"very;hid}den\"")}) {
     OdbcConnection connection{ConnectionText(text)};
     for (int attempt = 0; attempt < 2; ++attempt) {
@@ -151,6 +151,7 @@ TEST(OdbcConnecting, FailsInTimeAndNeverShowsThePassword) {
       const DataError failure = failureOf([&] { connection.run("select 1"); });
       EXPECT_EQ(failure.reason(), Reason::Connection) << failure.what();
       EXPECT_EQ(std::string(failure.what()).find("hid"), std::string::npos) << failure.what();
+      EXPECT_EQ(std::string(failure.what()).find('*'), std::string::npos) << failure.what();
       EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(10)) << text;
     }
   }

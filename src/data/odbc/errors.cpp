@@ -92,16 +92,6 @@ const Told* toldOf(int number) {
   return found == std::end(kTold) ? nullptr : found;
 }
 
-std::string withoutSecret(std::string message, std::string_view secret) {
-  if (secret.empty()) return message;
-  for (std::size_t place = message.find(secret); place != std::string::npos;
-       place = message.find(secret, place)) {
-    message.replace(place, secret.size(), "***");
-    place += 3;
-  }
-  return message;
-}
-
 }  // namespace
 
 std::vector<Record> records(const Handle& handle) {
@@ -150,7 +140,8 @@ DataError openError(const std::vector<Record>& told, std::string_view secret) {
   if (reason != told.end()) record = *reason;
   const Told* const known = toldOf(record.number);
   const char* const text = noDriver ? kNoDriver : known != nullptr ? known->text : kNoAnswer;
-  record.message = withoutSecret(record.message, secret);
+  // Stars in the place of a short password would show which letters it has.
+  if (!secret.empty() && record.message.find(secret) != std::string::npos) record.message.clear();
   return {Reason::Connection, record.number, text + behind(record)};
 }
 
