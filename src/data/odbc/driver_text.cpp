@@ -28,7 +28,7 @@ constexpr int kLongestLogin = 600;
   refuse("مقدار «" + std::string(key) + "» در متن اتصال پذيرفتني نيست. آن را اصلاح کنيد.");
 }
 
-/// The value under the last of several spellings of a key that has one; nothing where it is empty.
+/// The value under the first of several spellings of a key that has one; nothing where all are empty.
 std::optional<std::string> find(const ConnectionText& text, Names keys) {
   for (const std::string_view key : keys) {
     auto value = text.find(key);
@@ -193,7 +193,7 @@ void writeMicrosoft(const ConnectionText& text, const Security& security, Writer
 }
 
 void writeFreeTds(const ConnectionText& text, const Security& security, Writer& writer) {
-  if (security.encrypt && security.trust == false) {
+  if (security.encrypt && !security.trust.value_or(false)) {
     refuse(
         "راه انداز FreeTDS گواهي سرور را بررسي نميکند. راه انداز مايکروسافت را نصب کنيد، يا در متن اتصال "
         "«Trust Server Certificate=True» بنويسيد.");
