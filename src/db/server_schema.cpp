@@ -27,12 +27,14 @@ void runScript(data::Connection& connection, std::string_view path) {
 /// One installation at a time: another one that began waits here.
 constexpr const char* kBegin = R"(
   begin transaction;
-  exec sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';)";
+  declare @Got int;
+  exec @Got = sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';
+  if @Got < 0 throw 51006, N'Another installation of the schema is at work. Wait for its end.', 1;)";
 
 void runScripts(data::Connection& connection, const std::vector<std::string_view>& paths,
                 const ScriptReport& report) {
-  connection.run(kBegin);
   try {
+    connection.run(kBegin);
     for (const std::string_view path : paths) {
       report(path);
       runScript(connection, path);

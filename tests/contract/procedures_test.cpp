@@ -182,6 +182,7 @@ TEST_F(Procedures, RightsAndPeriodsAreThoseOfTheUser) {
 
 TEST_F(Procedures, TwoProgramsNeverStoreOneCodeTwice) {
   std::vector<std::thread> programs;
+  programs.reserve(2);
   std::atomic<int> stored{0};
   for (int program = 0; program < 2; ++program) {
     programs.emplace_back([this, &stored] {
