@@ -146,9 +146,11 @@ void ServerChart::takeDatabase() {
   if (name.find("test") == std::string::npos) {
     for (const std::string table : kTables) {
       if (!exists(table) || query("select top 1 1 as Found from dbo." + table).count() == 0) continue;
-      throw std::runtime_error("The stories empty the tables of the chart, and " + table +
-                               " of the database " + name +
-                               " has rows. Name an empty database, or one whose name holds \"test\".");
+      std::string refusal = "The stories empty the tables of the chart, and " + table;
+      refusal.append(" of the database ")
+          .append(name)
+          .append(" has rows. Name an empty database, or one whose name");
+      throw std::runtime_error(refusal.append(" holds \"test\"."));
     }
   }
   connection_.run(
