@@ -1,7 +1,7 @@
 # Debian packages by CPack; scripts/package builds them. What a program of the package loads is found by dpkg-shlibdeps.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ledgertree)
-set(CPACK_PACKAGE_CONTACT "LedgerTree <ledgertree@localhost>")
+set(CPACK_PACKAGE_CONTACT "LedgerTree developers <ledgertree@localhost>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Chart of accounts for accounting products")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)

@@ -8,7 +8,6 @@ namespace ledgertree::pactkit {
 namespace {
 
 constexpr ui::Size kDesignSize{7800, 5700};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 constexpr std::size_t kCodeLength = 20;
 constexpr std::size_t kNameLength = 100;
 
@@ -32,7 +31,6 @@ CostCenters::CostCenters(shell::Shell& shell)
 }
 
 void CostCenters::loadControls() {
-  setBackground(kBackground);
   shell_.chooseKeyboardLayout();
   grid.setColumns(
       {{.header = "كد", .width = 1500}, {.header = "نام", .width = 5500}, {.header = "ش.ر.", .width = 0}});

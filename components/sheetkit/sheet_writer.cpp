@@ -1,7 +1,7 @@
 #include "sheetkit/sheet_writer.h"
 
 #include <QApplication>
-#include <QDateTime>
+#include <QDate>
 #include <QDir>
 #include <QFileDialog>
 #include <QLibraryInfo>
@@ -27,7 +27,6 @@ namespace {
 
 constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
 constexpr const char* kSuffix = ".xlsx";
-constexpr ui::Colour kBackground = 0xC2D9F7;
 
 /// In the person's documents, or at home where there is no such folder, named by the day: "سرفصل حسابها
 /// 1405-09-01.xlsx".
@@ -88,7 +87,8 @@ void tell(const QString& message) {
 void SheetWriter::set(std::string_view member, const data::Value& value) {
   if (given_.set(member, value)) return;
   if (member != "FormTypeID") components::refuseMember(member);
-  formTypeID_ = value.toInt32();
+  // Which screen of the host asks makes no difference to a sheet.
+  static_cast<void>(value.toInt32());
 }
 
 data::Value SheetWriter::get(std::string_view member) { components::refuseMember(member); }
@@ -114,7 +114,7 @@ void SheetWriter::write(std::string_view statement, const std::string& file) con
   dialog.setLayoutDirection(Qt::RightToLeft);
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
-  dialog.setPalette(qt::screenPalette(qt::toQt(kBackground)));
+  dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenGround)));
   // The label tells how far it is.
   if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
   // Room for the whole title.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -22,7 +21,6 @@ class SheetWriter : public shell::OutsideComponent {
   void write(std::string_view statement, const std::string& file) const;
 
   components::Given given_;
-  std::int32_t formTypeID_ = 0;
 };
 
 }  // namespace ledgertree::sheetkit

@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <string_view>
 
 #include "data/rows.h"
 #include "sheetkit/sheet_layout.h"

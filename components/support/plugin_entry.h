@@ -2,8 +2,8 @@
 
 #include <exception>
 #include <memory>
+#include <string>
 #include <string_view>
-#include <vector>
 
 #include "data/value.h"
 #include "ledgertree/component.h"

@@ -10,7 +10,6 @@
 #include <QTextStream>
 #include <QTimer>
 #include <exception>
-#include <stdexcept>
 
 #include "office_window.h"
 

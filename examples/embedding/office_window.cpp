@@ -2,7 +2,6 @@
 
 #include <ledgertree/screen_in_host.h>
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QInputDialog>
 #include <QMenuBar>

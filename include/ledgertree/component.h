@@ -6,19 +6,24 @@
  *
  * A plug-in is looked for when a component isn't known, under the name in front of the component's point
  * ("SheetKit" for "SheetKit.SheetWriter"): libSheetKit.so or SheetKit.so (SheetKit.dll on Windows) in the
- * folder "System" below the base path that the database names, then in the folder that the host named by
- * ledgertree::useComponentFolder. It is loaded once and stays until the process ends.
+ * folder "System" below the base path that the database names, then in "ledgertree/components" beside the
+ * library or the folder that the host named by ledgertree::useComponentFolder. It is loaded once and stays
+ * until the process ends.
  *
  * Everything is called on the user-interface thread. No exception may leave a function of the plug-in, and
  * none comes out of the registry. Texts are UTF-8. The header is C, so that a plug-in may be built by any
  * compiler.
  *
  * Members that the chart uses, in this order:
- *   SheetKit.SheetWriter  set UserID, PositionID, EmployeeID, OLEConnectionString, FormTypeID (301); call
- *                         ExportToExcel with one argument, a statement in the dialect of SQL Server whose
- * column aliases are the headings PactKit.PactEditor    set UserID, PositionID, EmployeeID,
- * OLEConnectionString; call ClearShow without arguments A call returns when the work is done. What fails in
- * it the component tells the person by itself: the chart stays silent. */
+ *
+ * - of SheetKit.SheetWriter it sets UserID, PositionID, EmployeeID, OLEConnectionString and FormTypeID (301),
+ *   and calls ExportToExcel with one argument: a statement in the dialect of SQL Server, whose column aliases
+ *   are the headings;
+ * - of PactKit.PactEditor it sets UserID, PositionID, EmployeeID and OLEConnectionString, and calls ClearShow
+ *   without arguments.
+ *
+ * A call returns when the work is done. What fails in it the component tells the person by itself: the chart
+ * stays silent. */
 
 #include <stddef.h> /* NOLINT(modernize-deprecated-headers): C */
 #include <stdint.h> /* NOLINT(modernize-deprecated-headers): C */
@@ -41,8 +46,8 @@ struct LedgerTreeValue {
   int32_t kind; /* of LedgerTreeValueKind */
   int64_t integer;
   double real;
-  const char*
-      text; /* `length` bytes, with no end mark; valid until the next function of its owner is called */
+  /* `length` bytes, with no end mark; valid until the next function of its owner is called */
+  const char* text;
   size_t length;
 };
 
@@ -62,8 +67,8 @@ struct LedgerTreeComponent {
 };
 
 /* Fills `component` in full and returns LEDGERTREE_DONE, or fails. */
-typedef int32_t (*LedgerTreeCreate)(
-    struct LedgerTreeComponent* component); /* NOLINT(modernize-use-using): C */
+/* NOLINTNEXTLINE(modernize-use-using): C */
+typedef int32_t (*LedgerTreeCreate)(struct LedgerTreeComponent* component);
 
 struct LedgerTreeRegistry {
   int32_t version;

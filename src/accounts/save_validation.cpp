@@ -21,8 +21,7 @@ constexpr std::string_view kParentIsBelow =
     "از آنجايي كه مادر انتخاب شده خود زير شاخه حساب فوق ميباشد امكان ثبت وحود ندارد";
 constexpr std::string_view kParentHasDocuments =
     "از  انجايي كه حسابي را كه براي مادر حساب فوق در نظر گرفتهايد سند دارد نمي تواند به عنوان حساب مادر در "
-    "نظر "
-    "گرفته شود";
+    "نظر گرفته شود";
 
 std::int16_t selected(const shell::Selector& selector, std::int16_t none) {
   return selector.IsEmpty() ? none : data::toInt16(selector.SelectedID());

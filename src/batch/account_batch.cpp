@@ -7,7 +7,6 @@ namespace ledgertree::batch {
 namespace {
 
 constexpr ui::Size kDesignSize{7350, 2250};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 
 }  // namespace
 
@@ -23,7 +22,6 @@ frmAccountBatch::frmAccountBatch(shell::Shell& shell)
 }
 
 void frmAccountBatch::loadControls() {
-  setBackground(kBackground);
   shell_.chooseKeyboardLayout();
   sltParent.setPickerConnection(shell_.context.gConnectionString);
   sltParent.setPickerPosition(shell_.context.gPositionID);

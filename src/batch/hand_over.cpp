@@ -4,7 +4,6 @@
 #include <exception>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "data/numbers.h"
 #include "data/permissions.h"

@@ -14,7 +14,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 constexpr std::size_t kLongestCode = 20;
 /// Of the series on the second level, six digits.
 constexpr std::string_view kFirstOfSecondLevel = "000001";
@@ -55,7 +54,6 @@ frmAutoCodding::frmAutoCodding(shell::Shell& shell)
 }
 
 void frmAutoCodding::loadControls() {
-  setBackground(kBackground);
   shell_.chooseKeyboardLayout();
   klmMotherAcc.setClosingFlag(false);
   klmFlatButton1.setVisible(shell_.offersHiddenCommands);

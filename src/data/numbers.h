@@ -30,7 +30,6 @@ class NumberOrEmpty {
   [[nodiscard]] static NumberOrEmpty ofInteger(std::int16_t number) { return NumberOrEmpty(number); }
   [[nodiscard]] static NumberOrEmpty ofDouble(double number) { return NumberOrEmpty(number); }
 
-  [[nodiscard]] bool isEmpty() const { return std::holds_alternative<std::monostate>(number_); }
   [[nodiscard]] bool isInteger() const { return std::holds_alternative<std::int16_t>(number_); }
   /// Nothing reads as 0.
   [[nodiscard]] double asDouble() const;

@@ -13,8 +13,8 @@ struct SystemParameters {
   std::int16_t CodeIsNumeric = 0;  ///< 301; 1: the code field takes digits, "." and "/" alone
   bool MultiEntityMode = false;    ///< 311; classes and objects of an account in dialogs of their own
   bool EditCodeAllowed = false;    ///< 319; the code of an account with movement may change
-  std::int16_t PositionInEntityTest =
-      0;                         ///< 210; 1: the test for a repeated entity compares the position too
+  /// 210; 1: the test for a repeated entity compares the position too
+  std::int16_t PositionInEntityTest = 0;
   std::int16_t CodingMode = 0;   ///< 307; 0: codes number per parent, 1: per level, else: none is proposed
   bool ShowCompleteCode = true;  ///< 302; tree labels show the whole code at the start
   std::string BasePath;  ///< the host's folder with its closing separator; empty where there is no row

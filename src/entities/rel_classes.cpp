@@ -15,7 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7500, 5220};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 constexpr int kLowestLevel = 1;
 constexpr int kHighestLevel = 3;
 constexpr std::string_view kLevelMark = "#";
@@ -74,7 +73,6 @@ frmAccountRelClasses::frmAccountRelClasses(shell::Shell& shell)
       cmdCancel(*this, "cmdCancel", {150, 4680, 1290, 405}, "خروج"),
       Timer1(*this, "Timer1", 30ms),
       shell_(shell) {
-  setBackground(kBackground);
   shell_.chooseKeyboardLayout();
   bindSelectors();
   dressControls();

@@ -11,7 +11,6 @@ namespace {
 using ui::Bounds;
 
 constexpr ui::Size kDesignSize{9000, 7800};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 /// A window below this, as one that is being minimised, leaves the controls where they are.
 constexpr ui::Twips kLeastSize = 300;
 
@@ -77,7 +76,6 @@ frmAccountRelObjects::frmAccountRelObjects(shell::Shell& shell)
       cmdCancel(*this, "cmdCancel", kCancel, "خروج"),
       shell_(shell),
       objects_(treeObjects, shell) {
-  setBackground(kBackground);
   setResizable(true);
   shell_.chooseKeyboardLayout();
   bindSelector();

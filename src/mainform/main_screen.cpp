@@ -8,10 +8,9 @@ using namespace std::chrono_literals;
 using ui::Bounds;
 
 constexpr ui::Size kDesignSize{13620, 4560};
-constexpr ui::Colour kBackground = 0xC2D9F7;
 constexpr std::size_t kCodeLength = 20;
-constexpr std::size_t kTitleLength =
-    0;  // the save tells of a title that is too long, so that no typing is lost
+/// No limit: the save tells of a title that is too long, so that no typing is lost.
+constexpr std::size_t kTitleLength = 0;
 
 /// The buttons of the command bar stand in a row from right to left.
 constexpr Bounds inBar(int place) { return {12330 - place * 1290, 105, 1230, 405}; }
@@ -128,10 +127,11 @@ MainScreen::MainScreen(shell::Shell& shell)
       i2344(*this, "i2344", ""),
       mnuViewCode(*this, "mnuViewCode", "مشاهده كد حساب..."),
       mnuViewCodeComplete(*this, "mnuViewCodeComplete", "مشاهده كد كامل حساب...", true, true) {
-  setBackground(kBackground);
   setResizable(true);
   buildMenu();
   dressControls();
+  setShortcuts();
+  nameControls();
 }
 
 void MainScreen::buildMenu() {
@@ -172,7 +172,9 @@ void MainScreen::dressControls() {
   for (ui::TextField* ceiling : {&txtMaxDebit, &txtMaxCredit}) ceiling->setLatinDigits(true);
   for (ui::TextField* number : {&txtID, &txtMotherCode, &txtCode, &txtMaxDebit, &txtMaxCredit})
     number->setLeftToRight(true);
+}
 
+void MainScreen::setShortcuts() {
   const auto shortcut = [](ui::PushButton& button, ui::KeyChord chord) { button.setShortcut(chord); };
   shortcut(cmdNew, ui::KeyChord::ctrlAnd('N'));
   shortcut(cmdEdit, ui::KeyChord::ctrlAnd('E'));
@@ -182,7 +184,9 @@ void MainScreen::dressControls() {
   shortcut(cmdExit, ui::KeyChord::ctrlAnd('Q'));
   shortcut(cmdTools, ui::KeyChord::of(ui::Key::F10));
   shortcut(cmdRefreshAccountTree, ui::KeyChord::of(ui::Key::F5));
+}
 
+void MainScreen::nameControls() {
   const auto name = [](ui::Control& control, const char* text) { control.setAccessibleName(text); };
   name(sltAccount, "عنوان");
   sltAccount.setHint("جستجوي حساب (Ctrl+F)");

@@ -130,6 +130,8 @@ class MainScreen : public ui::Form {
  private:
   void buildMenu();
   void dressControls();
+  void setShortcuts();
+  void nameControls();
 };
 
 }  // namespace ledgertree::mainform

@@ -29,7 +29,6 @@ FormCopyPeriodAccount::FormCopyPeriodAccount(shell::Shell& shell)
 }
 
 void FormCopyPeriodAccount::loadControls() {
-  setBackground(kBackground);
   Label2.setWraps(true);
   sltPeriodFrom.setAccessibleName("از دوره مالي");
   sltPeriodTo.setAccessibleName("به دوره مالي");

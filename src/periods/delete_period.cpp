@@ -27,7 +27,6 @@ FormDeletePeriod::FormDeletePeriod(shell::Shell& shell)
 }
 
 void FormDeletePeriod::loadControls() {
-  setBackground(kBackground);
   Label2.setWraps(true);
   sltPeriodFrom.setAccessibleName("از دوره مالي");
   shell_.chooseKeyboardLayout();

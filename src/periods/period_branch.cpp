@@ -57,7 +57,6 @@ FormPeriodBranch::FormPeriodBranch(shell::Shell& shell)
 }
 
 void FormPeriodBranch::loadControls() {
-  setBackground(kBackground);
   bind(sltAccount, shell_.context, "vwAccountMajor", "vwAccountMinor");
   bindToPeriods(sltPeriod, shell_.context);
   bind(sltBranch, shell_.context, "vwAccountBranchMajor", "vwAccountBranchMinor");

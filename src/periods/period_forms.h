@@ -13,7 +13,6 @@
 /// the pair; to hide it is to delete that row, and nothing else of the account goes.
 namespace ledgertree::periods {
 
-inline constexpr ui::Colour kBackground = 0xC2D9F7;
 inline constexpr std::string_view kTitleQuestion = "پرسش";
 
 /// Gives a selector its views and the connection text of the host.

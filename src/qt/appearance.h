@@ -5,7 +5,6 @@
 #include <QPalette>
 #include <QRect>
 #include <QSize>
-#include <QStyle>
 #include <QWidget>
 
 #include "ui/geometry.h"

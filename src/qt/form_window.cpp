@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QEventLoop>
-#include <QScrollBar>
 #include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -45,7 +44,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
       scroll_(new Ground(this)),
       canvas_(new QWidget) {
   setLayoutDirection(Qt::RightToLeft);
-  setPalette(screenPalette(toQt(form.background())));
+  setPalette(screenPalette(toQt(ui::kScreenGround)));
   setAutoFillBackground(true);
   setFont(screenFont());
   setWindowTitle(toQt(form.caption()));
@@ -280,8 +279,6 @@ void FormWindow::formChanged(ui::FormChange change) {
       break;
     case ui::FormChange::Size:
       followSize();
-      break;
-    case ui::FormChange::Busy:
       break;
   }
 }

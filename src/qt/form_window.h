@@ -4,8 +4,6 @@
 #include <QScrollArea>
 #include <QTimer>
 #include <QWidget>
-#include <memory>
-#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -47,7 +45,6 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top);
   /// What the keys of the focused field write from now on.
   void chooseKeyboard(KeyboardLayout layout);
-  [[nodiscard]] KeyboardLayout keyboard() const { return keyboard_; }
   /// The depth of nested loops at which the window was put up: no event of it lies further out.
   [[nodiscard]] int shownAtLoop() const { return shownAtLoop_; }
 

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QScreen>
@@ -12,7 +11,6 @@
 #include <QVBoxLayout>
 #include <QWindow>
 #include <algorithm>
-#include <utility>
 
 #include "qt/appearance.h"
 #include "qt/help_offer.h"
@@ -21,8 +19,6 @@
 namespace ledgertree::qt {
 
 namespace {
-
-const QColor kBackground(0xC2, 0xD9, 0xF7);
 
 QPointer<GuideWindow>& openGuide() {
   static QPointer<GuideWindow> guide;
@@ -87,7 +83,7 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
   setWindowTitle(QString::fromUtf8("راهنماي سرفصل حسابها"));
   setLayoutDirection(Qt::RightToLeft);
   setFont(screenFont());
-  setPalette(screenPalette(kBackground));
+  setPalette(screenPalette(toQt(ui::kScreenGround)));
 
   auto* line = new LineEditor(*this);
   search_ = line;

@@ -1,7 +1,6 @@
 #include "qt/labelling.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
 
 #include "qt/text.h"
@@ -15,10 +14,11 @@ namespace {
 
 constexpr ui::Twips kReach = 1500;  ///< a label further away belongs to something else
 constexpr ui::Twips kTouch = 120;
+/// Added to the distance of a label above a field: one beside it is always the nearer one.
+constexpr int kAbove = 100'000;
 
 /// How far a label stands from a field that it may belong to; negative where it can't.
 int distance(const ui::Bounds& label, const ui::Bounds& field) {
-  constexpr int kAbove = 100'000;  // a label beside the field is always the nearer one
   const bool sameLine = label.top < field.top + std::min(field.height, 2 * label.height) &&
                         label.top + label.height > field.top;
   if (sameLine && label.left >= field.left + field.width - kTouch)
@@ -52,7 +52,7 @@ const ui::Label* labelOf(const ui::Form& form, const ui::Control& control) {
     const auto* label = dynamic_cast<const ui::Label*>(other);
     if (label == nullptr || label->frame() != control.frame() || label->caption().empty()) continue;
     const int far = distance(label->bounds(), control.bounds());
-    if (far < 0 || far % 100'000 > kReach || far >= least) continue;
+    if (far < 0 || far % kAbove > kReach || far >= least) continue;
     least = far;
     nearest = label;
   }

@@ -3,7 +3,6 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
-#include <algorithm>
 #include <functional>
 
 #include "qt/keys.h"

@@ -1,6 +1,5 @@
 #include "qt/lookup_view.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>

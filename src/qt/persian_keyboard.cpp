@@ -1,6 +1,5 @@
 #include "qt/persian_keyboard.h"
 
-#include <QString>
 #include <array>
 #include <cctype>
 

@@ -9,7 +9,6 @@
 #include <QScrollBar>
 #include <QValidator>
 #include <map>
-#include <memory>
 
 #include "qt/text.h"
 #include "ui/key.h"

@@ -25,9 +25,8 @@ std::int32_t toAccountID(const PropertyValue& value) {
     std::int32_t operator()(std::int16_t number) const { return number; }
     std::int32_t operator()(std::int32_t number) const { return number; }
     std::int32_t operator()(double number) const { return data::roundToInt32(number); }
-    std::int32_t operator()(bool flag) const {
-      return flag ? -1 : 0;
-    }  // as a Boolean counts in the host's language
+    /// As a Boolean counts in the host's language.
+    std::int32_t operator()(bool flag) const { return flag ? -1 : 0; }
     std::int32_t operator()(const std::string& text) const { return data::toNumber(text).asInt32(); }
   };
   return std::visit(Reader{}, value);

@@ -12,6 +12,7 @@ namespace {
 
 /// How long a slice keeps the user-interface thread: below one frame of the screen.
 constexpr std::chrono::milliseconds kSlice{8};
+
 }  // namespace
 
 std::string acceptedView(Shell& shell, std::string_view name) {

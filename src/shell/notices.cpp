@@ -1,8 +1,6 @@
 #include <exception>
 #include <memory>
-#include <string>
 
-#include "data/data_error.h"
 #include "shell/shell.h"
 
 namespace ledgertree::shell {

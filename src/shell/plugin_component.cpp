@@ -8,9 +8,12 @@ namespace ledgertree::shell {
 
 namespace {
 
+constexpr LedgerTreeValue kNothing{
+    .kind = LEDGERTREE_NOTHING, .integer = 0, .real = 0, .text = nullptr, .length = 0};
+
 /// A value as a plug-in sees it; the text stays with `keeper`.
 LedgerTreeValue toPlugin(const data::Value& value, std::string& keeper) {
-  LedgerTreeValue result{.kind = LEDGERTREE_NOTHING, .integer = 0, .real = 0, .text = nullptr, .length = 0};
+  LedgerTreeValue result = kNothing;
   if (value.isNull()) return result;
   if (const auto* number = std::get_if<std::int64_t>(&value.variant())) {
     result.kind = LEDGERTREE_INTEGER;
@@ -50,7 +53,7 @@ class PluginComponent : public OutsideComponent {
   }
 
   data::Value get(std::string_view member) override {
-    LedgerTreeValue value = toPlugin({}, name_);
+    LedgerTreeValue value = kNothing;
     require(component_.get(component_.state, std::string(member).c_str(), &value), member);
     return fromPlugin(value);
   }

@@ -28,7 +28,6 @@ class Selector : public ui::LookupField {
   [[nodiscard]] const std::string& MajorView() const { return majorView_; }
   void setMajorView(std::string view);
   /// The companion view, by the same IDs. Its Name says more about a row: it becomes `detail`.
-  [[nodiscard]] const std::string& MinorView() const { return minorView_; }
   void setMinorView(std::string view);
   /// The title of the list.
   void setSelectorTitle(std::string title) { setTitle(std::move(title)); }

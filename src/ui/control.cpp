@@ -1,7 +1,6 @@
 #include "ui/control.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 #include "ui/control_visitor.h"
 #include "ui/desktop.h"
@@ -45,12 +44,6 @@ void Control::setHint(std::string hint) {
 }
 
 bool Control::hasFocus() const { return form_.focused() == this; }
-
-void Control::setFocus() {
-  if (!form_.isShown() || !withinReach() || !takesFocus())
-    throw std::logic_error("the focus can't go to " + name_ + " now");
-  form_.desktop().moveFocus(*this);
-}
 
 void Control::focus() {
   if (form_.isShown() && withinReach() && takesFocus()) form_.desktop().moveFocus(*this);

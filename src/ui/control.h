@@ -59,11 +59,8 @@ class Control {
   /// Whether the focus can rest here at all (a label can't be reached by it).
   [[nodiscard]] virtual bool takesFocus() const { return true; }
   [[nodiscard]] bool hasFocus() const;
-  /// A program moves the focus. Throws std::logic_error where the control is out of reach or its form isn't
-  /// shown.
-  void setFocus();
 
-  // A person.
+  // A person, or a program that doesn't mind where it can't be had.
   /// Moves the focus here.
   void focus();
 

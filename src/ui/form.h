@@ -28,7 +28,7 @@ struct Surroundings {
   std::function<void(const std::exception&)> onFailure;
 };
 
-enum class FormChange { Caption, Size, Menu, Busy };
+enum class FormChange { Caption, Size, Menu };
 
 /// Whoever draws a form. It is told of every change after the change.
 class FormObserver {
@@ -61,8 +61,6 @@ class Form {
   [[nodiscard]] Size designSize() const { return designSize_; }
   /// The present size of the client area.
   [[nodiscard]] Size size() const { return size_; }
-  [[nodiscard]] Colour background() const { return background_; }
-  void setBackground(Colour colour) { background_ = colour; }
   [[nodiscard]] bool resizable() const { return resizable_; }
   void setResizable(bool resizable) { resizable_ = resizable; }
   /// Asks for the whole screen when the form is first shown.
@@ -76,10 +74,8 @@ class Form {
   /// The entries of the menu bar.
   [[nodiscard]] const std::vector<MenuEntry*>& menu() const { return menu_; }
   void addMenu(MenuEntry& entry) { menu_.push_back(&entry); }
-  /// What Escape and Enter press where the focused control has no use for the key; null for none.
-  [[nodiscard]] PushButton* cancelButton() const { return cancelButton_; }
+  /// What Escape and Enter press where the focused control has no use for the key.
   void setCancelButton(PushButton& button) { cancelButton_ = &button; }
-  [[nodiscard]] PushButton* defaultButton() const { return defaultButton_; }
   void setDefaultButton(PushButton& button) { defaultButton_ = &button; }
   /// What a key does anywhere on the form that no button bears as its shortcut.
   void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
@@ -159,7 +155,6 @@ class Form {
   std::string caption_;
   Size designSize_;
   Size size_;
-  Colour background_ = 0xF0F0F0;
   bool resizable_ = false;
   bool wantsMaximised_ = false;
   bool shown_ = false;

@@ -24,4 +24,7 @@ struct Bounds {
 /// A colour as 0xRRGGBB.
 using Colour = unsigned;
 
+/// The ground of every screen of the product.
+inline constexpr Colour kScreenGround = 0xC2D9F7;
+
 }  // namespace ledgertree::ui

@@ -152,19 +152,23 @@ bool LookupField::press(Key key) {
       restore();
       return used;
     }
-    case Key::Delete: {
-      if (typing_) return false;
-      // The form may answer the key by emptying the field itself; either way it is one change.
-      const bool heldOne = held_.id != -1;
-      raise(onKeyDown, kKeyCodeDelete);
-      if (act.formStands() && reachable()) emptied(heldOne);
-      return true;
-    }
+    case Key::Delete:
+      return deleteHeld();
     case Key::Backspace:
       return backspace();
     default:
       return false;
   }
+}
+
+bool LookupField::deleteHeld() {
+  if (typing_) return false;
+  const Form::Act act(form());
+  // The form may answer the key by emptying the field itself; either way it is one change.
+  const bool heldOne = held_.id != -1;
+  raise(onKeyDown, kKeyCodeDelete);
+  if (act.formStands() && reachable()) emptied(heldOne);
+  return true;
 }
 
 bool LookupField::enter() {

@@ -109,6 +109,7 @@ class LookupField : public Control {
   void startSearch();
   void highlight(int index);
   void move(int rows);
+  bool deleteHeld();
   bool enter();
   bool backspace();
   void emptied(bool heldOne);

@@ -18,7 +18,6 @@ class MenuEntry {
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] const std::string& caption() const { return caption_; }
   [[nodiscard]] bool separator() const { return caption_.empty(); }
-  [[nodiscard]] Form& form() const { return form_; }
   [[nodiscard]] const std::vector<MenuEntry*>& entries() const { return entries_; }
   /// Gives the entry back, so that a menu reads as the tree that it is.
   MenuEntry& add(MenuEntry& entry);

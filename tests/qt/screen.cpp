@@ -4,7 +4,6 @@ namespace ledgertree::test {
 
 Screen::Form::Form(ui::Surroundings surroundings)
     : ui::Form(std::move(surroundings), "FormTest", "سرفصل حسابها", {13620, 4560}) {
-  setBackground(0xC2D9F7);
   setResizable(true);
   txtCode.setMaximumLength(20);
   txtCode.setLeftToRight(true);

@@ -1,6 +1,5 @@
 #include "data/embedded/plans.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "data/characters.h"

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <map>
 #include <span>
-#include <string_view>
 
 #include "data/catalogue.h"
 #include "data/value.h"

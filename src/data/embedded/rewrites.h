@@ -13,8 +13,7 @@ namespace ledgertree::data::embedded {
 ///   becomes a look-up for each row found, in place of a list of the whole period for every statement:
 ///       exists (select 1 from t x where x.PeriodID = 5 and x.AccountID = tblAccount.ID) and ...
 /// - A list of an account and what lies below it, inside exists, becomes one exists for the account and one
-/// for the rest, so
-///   that each starts at a key and ends at its first row.
+///   for the rest, so that each starts at a key and ends at its first row.
 /// - Where rows are deleted unless their account, or what lies below it, has some line, the lines are read
 ///   once into two lists: the accounts that have one, and the accounts above those.
 /// - A document's date inside one period becomes a range of dates, which an index has.

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <limits>
 
 #include "data/characters.h"
 #include "data/data_error.h"

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "data/characters.h"
 #include "data/data_error.h"

@@ -27,6 +27,9 @@ class Writer {
   void where(const ExpressionPtr& where);
 
   void expression(const Expression& expression);
+  /// The only operand of an expression, or its first, between two texts.
+  void operand(std::string_view ahead, const Expression& whole, std::string_view behind);
+  void column(const Expression& expression);
   void joined(const Expression& expression, std::string_view sign);
   void arithmetic(const Expression& expression);
   void call(const Expression& expression);
@@ -52,8 +55,8 @@ class Writer {
   std::string& sql() { return result_.sql; }
 
   Translation result_;
-  std::vector<std::size_t>
-      numbers_;  ///< of the parameter for a literal, and for the literal trimmed; 0 none yet
+  /// The parameter for each literal, and for each literal trimmed; 0 where there is none yet.
+  std::vector<std::size_t> numbers_;
 };
 
 Translation Writer::write(const Statement& statement) {
@@ -195,13 +198,7 @@ void Writer::expression(const Expression& expression) {
   switch (expression.kind) {
     case Kind::Column:
     case Kind::All:
-      if (!expression.qualifier.empty()) {
-        name(expression.qualifier);
-        sql() += ".";
-      }
-      if (expression.kind == Kind::All) sql() += "*";
-      if (expression.kind == Kind::Column) name(expression.name);
-      return;
+      return column(expression);
     case Kind::Null:
       sql() += "NULL";
       return;
@@ -214,10 +211,7 @@ void Writer::expression(const Expression& expression) {
       return arithmetic(expression);
     case Kind::Negative:
       // The blank keeps a literal's own sign from beginning a comment.
-      sql() += "(- ";
-      this->expression(*expression.operands.front());
-      sql() += ")";
-      return;
+      return operand("(- ", expression, ")");
     case Kind::ScalarSelect:
       return nested(*expression.select);
     case Kind::Truth:
@@ -226,29 +220,41 @@ void Writer::expression(const Expression& expression) {
     case Kind::Compare:
       return compare(expression);
     case Kind::IsNull:
-      this->expression(*expression.operands.front());
-      sql() += expression.negated ? " IS NOT NULL" : " IS NULL";
-      return;
+      return operand("", expression, expression.negated ? " IS NOT NULL" : " IS NULL");
     case Kind::Between:
       return between(expression);
     case Kind::InList:
       return inList(expression);
     case Kind::InSelect:
-      this->expression(*expression.operands.front());
-      sql() += expression.negated ? " NOT IN " : " IN ";
+      operand("", expression, expression.negated ? " NOT IN " : " IN ");
       return nested(*expression.select);
     case Kind::Exists:
       sql() += "EXISTS ";
       return nested(*expression.select);
     case Kind::Not:
-      sql() += "NOT (";
-      this->expression(*expression.operands.front());
-      sql() += ")";
-      return;
+      return operand("NOT (", expression, ")");
     case Kind::And:
       return joined(expression, " AND ");
     case Kind::Or:
       return joined(expression, " OR ");
+  }
+}
+
+void Writer::operand(std::string_view ahead, const Expression& whole, std::string_view behind) {
+  sql() += ahead;
+  expression(*whole.operands.front());
+  sql() += behind;
+}
+
+void Writer::column(const Expression& expression) {
+  if (!expression.qualifier.empty()) {
+    name(expression.qualifier);
+    sql() += ".";
+  }
+  if (expression.kind == Kind::All) {
+    sql() += "*";
+  } else {
+    name(expression.name);
   }
 }
 
