@@ -114,9 +114,20 @@ int openChart(const Options& options, bool display) {
   return QGuiApplication::topLevelWindows().isEmpty() || options.modal ? 0 : QApplication::exec();
 }
 
+/// A machine without a display has pictures and --help all the same.
+void doWithoutDisplay() {
+#ifdef Q_OS_LINUX
+  for (const char* const place : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    if (!qEnvironmentVariableIsEmpty(place)) return;
+  }
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+}
+
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  doWithoutDisplay();
   const QApplication application(argumentCount, arguments);
   QApplication::setApplicationName("ledgertree-demo");
   QGuiApplication::setDesktopFileName("ledgertree-demo");
