@@ -67,7 +67,7 @@ ui::LookupRow LookupSearch::read(std::int32_t id) {
   if (id == -1 || id == 0) return {};
   if (ready()) {
     try {
-      const ui::LookupRow row = reader_.read(connection(), view_, id);
+      ui::LookupRow row = reader_.read(connection(), view_, id);
       told_.clear();
       return row;
     } catch (const std::exception& failure) {
@@ -153,7 +153,7 @@ void LookupSearch::ask(const std::shared_ptr<Run>& run) {
   asked.slice = {};
   asked.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
   thread_->ask(std::move(asked), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run)](
-                                     LookupAnswer answer, std::exception_ptr failure) {
+                                     LookupAnswer answer, const std::exception_ptr& failure) {
     auto kept = std::make_shared<LookupAnswer>(std::move(answer));
     desktop.whenIdle([asking, kept, failure] {
       const auto asker = asking.lock();

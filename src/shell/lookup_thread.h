@@ -18,7 +18,7 @@ namespace ledgertree::shell {
 class LookupThread {
  public:
   /// Called on the thread; with a failure the answer is empty.
-  using Done = std::function<void(LookupAnswer answer, std::exception_ptr failure)>;
+  using Done = std::function<void(LookupAnswer answer, const std::exception_ptr& failure)>;
   /// Makes a connection, on the thread of the owner. It isn't open yet.
   using Connect = std::function<std::unique_ptr<data::Connection>()>;
 

@@ -118,7 +118,7 @@ DataError callError(const std::vector<Record>& told, std::string_view statement)
     return {known->reason, record.number, known->text + behind(record), where};
   }
   if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
-  if (record.state == "HYT00" || record.state == "HYT01") return timeOutError(statement);
+  if (record.state == "HYT00" || record.state == "HYT01") return timeOutError(statement, true);
   if (record.state.starts_with("08")) return brokenError(told, statement);
   if (record.state.starts_with("23")) {
     return {Reason::Constraint, record.number,
@@ -150,10 +150,13 @@ DataError brokenError(const std::vector<Record>& told, std::string_view statemen
   return {Reason::Connection, record.number, kBroken + behind(record), std::string(statement)};
 }
 
-DataError timeOutError(std::string_view statement) {
-  return {Reason::TimeOut, 0,
-          "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
-          std::string(statement)};
+DataError timeOutError(std::string_view statement, bool ended) {
+  const char* const text =
+      ended ? "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد."
+            : "پايگاه داده در زمان تعيين شده پاسخ نداد و معلوم نيست که عمليات انجام شده باشد. اطلاعات را "
+              "دوباره "
+              "بخوانيد و دوباره تلاش نماييد.";
+  return {Reason::TimeOut, 0, text, std::string(statement)};
 }
 
 DataError cancelledError() { return {Reason::Cancelled, 0, "The search was given up for a newer one."}; }

@@ -27,8 +27,9 @@ struct Record {
 
 /// The connection broke while a statement ran.
 [[nodiscard]] DataError brokenError(const std::vector<Record>& told, std::string_view statement);
-/// A command that ran past its time-out.
-[[nodiscard]] DataError timeOutError(std::string_view statement);
+/// A command that ran past its time-out. `ended`: it is known to be over; else the server may still carry it
+/// out.
+[[nodiscard]] DataError timeOutError(std::string_view statement, bool ended);
 /// A search that was given up.
 [[nodiscard]] DataError cancelledError();
 

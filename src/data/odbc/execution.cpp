@@ -63,7 +63,7 @@ void Execution::finish() {
   const bool acknowledged = std::any_of(failure_->begin(), failure_->end(),
                                         [](const Record& record) { return record.state == "HY008"; });
   if (watched_.stopped() && !acknowledged) session_.giveUp();
-  watched_.rethrowStop(name_);
+  watched_.rethrowStop(name_, !session_.dead());
   const DataError failure = callError(*failure_, name_);
   if (failure.reason() != DataError::Reason::Connection && session_.dead())
     throw brokenError(*failure_, name_);

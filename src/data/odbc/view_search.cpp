@@ -85,7 +85,7 @@ struct Position {
 
   /// What the rows from this position on fulfil; empty for all.
   [[nodiscard]] std::string condition(const std::string& column) const {
-    const std::string from = id ? "[ID] >= " + std::to_string(*id) : "";
+    std::string from = id ? "[ID] >= " + std::to_string(*id) : "";
     if (kind == Kind::Start) return {};
     if (kind == Kind::Key) return from;
     // NULL comes ahead of every value.

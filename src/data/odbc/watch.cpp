@@ -53,10 +53,10 @@ bool Watch::Command::stopped() {
   return watch_.stop_ != Stop::None;
 }
 
-void Watch::Command::rethrowStop(std::string_view statement) {
+void Watch::Command::rethrowStop(std::string_view statement, bool ended) {
   const std::lock_guard lock(watch_.mutex_);
   if (watch_.failure_) std::rethrow_exception(std::exchange(watch_.failure_, nullptr));
-  if (watch_.stop_ == Stop::TimeOut) throw timeOutError(statement);
+  if (watch_.stop_ == Stop::TimeOut) throw timeOutError(statement, ended);
   if (watch_.stop_ == Stop::Cancelled) throw cancelledError();
 }
 

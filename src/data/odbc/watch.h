@@ -37,8 +37,9 @@ class Watch {
     void extend(Clock::duration time);
     /// Whether the command was interrupted.
     [[nodiscard]] bool stopped();
-    /// Throws the reason for which the command was stopped; returns where it wasn't.
-    void rethrowStop(std::string_view statement);
+    /// Throws the reason for which the command was stopped; returns where it wasn't. `ended`: the server has
+    /// said that it stopped, too.
+    void rethrowStop(std::string_view statement, bool ended);
 
    private:
     Watch& watch_;
