@@ -247,8 +247,7 @@ const std::vector<Case>& writes() {
        "ChildID from tblAccountParent"},
       // The recoding.
       {"Update tblAccount  Set Code = 'D''x0001 ' Where ID = 46",
-       "update tblAccount set Code = 'D''x0001 ' where ID = 46",
-       "select ID, Code from tblAccount"},
+       "update tblAccount set Code = 'D''x0001 ' where ID = 46", "select ID, Code from tblAccount"},
       {"Update tblAccount  Set IsPermanent = (select max(IsPermanent) from tblAccount Where ID= 1 )  Where "
        "ID "
        "In ( Select ChildID From tblAccountParent Where ID = 248)",
