@@ -47,6 +47,8 @@ GuideBrowser::GuideBrowser(QWidget& parent) : QTextBrowser(&parent) {
   makeGuideKnown();
   setOpenLinks(false);
   setFrameShape(QFrame::NoFrame);
+  // Lines break at the width; the borders of a table stand out by a point, which is nothing to scroll to.
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   document()->setDocumentMargin(fontMetrics().height());
   readGuide();
   layOut();
