@@ -6,7 +6,6 @@
 #include <sqlite3.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -14,30 +13,23 @@
 #include "coding/auto_codding.h"
 #include "data/embedded/embedded_engine.h"
 #include "db/schema.h"
-#include "shell/outside_components.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
+#include "support/scratch_database.h"
 #include "support/side_by_side.h"
+#include "support/yes_sayer.h"
 
 namespace ledgertree::bench {
 namespace {
-
-/// Says yes to every question.
-class Yes : public shell::OutsideComponent {
- public:
-  void set(std::string_view, const data::Value&) override {}
-  [[nodiscard]] data::Value get(std::string_view) override { return 1; }
-  void call(std::string_view, const std::vector<data::Value>&) override {}
-};
 
 /// A chart with two accounts at its top that have `children` each: one for the product, one by hand.
 class Chart {
  public:
   Chart(std::int32_t others, std::int32_t children, bool synced)
-      : file_(folder(synced) + "/bench-batch-" + std::to_string(others) + ".db"), children_(children) {
-    remove();
-    SQLite::Database database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
+      : scratch_("batch-" + std::to_string(others),
+                 synced ? ScratchDatabase::Storage::Disk : ScratchDatabase::Storage::Memory),
+        children_(children) {
+    SQLite::Database database = scratch_.open();
     generateChart(database, {.accounts = others, .topLevel = 10, .fanOut = 10});
     for (const std::int32_t mother : {kMother, kOtherMother}) {
       database.exec("insert into tblAccount (ID, Code, Title) values (" + std::to_string(mother) + ", '" +
@@ -45,9 +37,6 @@ class Chart {
       fill(database, mother);
     }
   }
-  Chart(const Chart&) = delete;
-  Chart& operator=(const Chart&) = delete;
-  ~Chart() { remove(); }
 
   static constexpr std::int32_t kMother = 100000000;
   static constexpr std::int32_t kOtherMother = 200000000;
@@ -69,29 +58,20 @@ class Chart {
     whole.commit();
   }
   [[nodiscard]] std::int32_t children() const { return children_; }
-  [[nodiscard]] const std::string& file() const { return file_; }
+  [[nodiscard]] const ScratchDatabase& scratch() const { return scratch_; }
 
  private:
-  /// A folder on a disk, where a sync costs what it costs, or one in memory.
-  static std::string folder(bool synced) {
-    const char* const disk = std::getenv("LEDGERTREE_BENCH_DISK");
-    return !synced ? "/dev/shm" : disk != nullptr ? disk : "/var/tmp";
-  }
-  void remove() const {
-    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file_ + end);
-  }
-
-  std::string file_;
+  ScratchDatabase scratch_;
   std::int32_t children_;
 };
 
 /// The product and the bare library on one chart.
 class Bench {
  public:
-  explicit Bench(const Chart& chart) : bare(chart.file(), SQLite::OPEN_READWRITE) {
+  explicit Bench(const Chart& chart) : bare(chart.scratch().open()) {
     data::embedded::registerEmbedded(shell.providers);
-    shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<Yes>(); });
-    shell.context.gConnectionString = "Provider=SQLite;Data Source=" + chart.file();
+    shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<YesSayer>(); });
+    shell.context.gConnectionString = chart.scratch().connectionText();
     shell.pickerConnection = shell.context.gConnectionString;
     shell.resetDataConnection();
     db::openSchema(bare);
@@ -205,6 +185,7 @@ void charts(benchmark::internal::Benchmark* bench) {
   bench->Args({1000, 0})
       ->Args({1000000, 0})
       ->Args({1000, 1})
+      ->Args({1000000, 1})
       ->UseManualTime()
       ->Iterations(4)
       ->Unit(benchmark::kMillisecond);

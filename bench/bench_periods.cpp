@@ -18,6 +18,7 @@
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
+#include "support/yes_sayer.h"
 
 namespace {
 
@@ -25,14 +26,6 @@ using namespace ledgertree;
 
 constexpr int kAccounts = 200'000;
 constexpr int kLines = 100'000;
-
-/// Says yes to every question.
-class YesSayer : public shell::OutsideComponent {
- public:
-  void set(std::string_view, const data::Value&) override {}
-  data::Value get(std::string_view) override { return 1; }
-  void call(std::string_view, const std::vector<data::Value>&) override {}
-};
 
 /// Where the lines of the documents stand.
 enum Lines { kEverywhere, kInAnotherPeriod, kOnOneAccount, kOnFewAccounts };
@@ -44,7 +37,7 @@ class Chart {
     other_.exec("pragma synchronous = off");
     bench::generateChart(other_, {.accounts = kAccounts, .periods = {kAccounts, 0}});
     data::embedded::registerEmbedded(shell.providers);
-    shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<YesSayer>(); });
+    shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<bench::YesSayer>(); });
     shell.context.gConnectionString = scratch_.connectionText();
     shell.resetDataConnection();
   }

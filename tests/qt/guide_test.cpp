@@ -12,16 +12,12 @@
 #include <map>
 #include <set>
 
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
+#include "demo_chart_screen.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
-#include "mainform/form_main.h"
 #include "pactkit/cost_centers.h"
 #include "qt/guide_window.h"
 #include "qt/notice_dialog.h"
-#include "screen.h"
-#include "support/temporary_database.h"
 
 namespace ledgertree::test {
 namespace {
@@ -35,27 +31,13 @@ QString textOf(const QString& path) {
 }
 
 /// Walks through all screens, presses F1 in each, and draws each where a folder for the pictures is given.
-class Guide : public ::testing::Test {
+class Guide : public DemoChartScreen {
  protected:
-  Guide() {
+  Guide() : DemoChartScreen({1100, 620}) {
     qt::installGuide();
-    data::embedded::registerEmbedded(shell.providers);
-    data::odbc::registerOdbc(shell.providers);
     qt::registerNoticeDialog(shell.components);
-    shell.context.gConnectionString = database.connectionText();
-    shell.context.gUserID = 1;
-    shell.resetDataConnection();
-    database.fillWithDemoChart();
-    form = std::make_unique<mainform::FormMain>(shell);
-    form->load();
-    form->onClosed = [this] { form.reset(); };
-    desktop.show(*form);
-    desktop.windowOf(*form)->showNormal();
-    desktop.windowOf(*form)->resize(1100, 620);
-    QTest::qWait(1);
   }
 
-  [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
   [[nodiscard]] std::int32_t idOf(const std::string& code) {
     return std::stoi(database.rows("select ID from tblAccount where Code = '" + code + "'"));
   }
@@ -141,10 +123,6 @@ class Guide : public ::testing::Test {
   void drawMainScreen();
   void drawSecondaryScreens();
 
-  ::ledgertree::testing::TemporaryDatabase database;
-  qt::QtDesktop desktop;
-  shell::Shell shell{desktop};
-  std::unique_ptr<mainform::FormMain> form;
   std::set<QString> drawn;
 };
 

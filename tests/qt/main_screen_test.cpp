@@ -5,37 +5,17 @@
 #include <QLineEdit>
 #include <QTreeView>
 
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
-#include "mainform/form_main.h"
+#include "demo_chart_screen.h"
 #include "qt/tree_model.h"
-#include "screen.h"
 #include "support/scripted_notices.h"
-#include "support/temporary_database.h"
 
 namespace ledgertree::test {
 namespace {
 
-/// The main screen on the demo chart, drawn with Qt.
-class MainScreen : public ::testing::Test {
+class MainScreen : public DemoChartScreen {
  protected:
-  MainScreen() {
-    data::embedded::registerEmbedded(shell.providers);
-    data::odbc::registerOdbc(shell.providers);
-    shell.context.gConnectionString = database.connectionText();
-    shell.context.gUserID = 1;
-    shell.resetDataConnection();
-    database.fillWithDemoChart();
-    form = std::make_unique<mainform::FormMain>(shell);
-    form->load();
-    form->onClosed = [this] { form.reset(); };
-    desktop.show(*form);
-    window().showNormal();
-    window().resize(1360, 760);
-    QTest::qWait(1);
-  }
+  MainScreen() : DemoChartScreen({1360, 760}) {}
 
-  [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
   [[nodiscard]] QWidget& widget(const ui::Control& control) const { return *window().widgetOf(control); }
   void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(&widget(control), key, modifiers);
@@ -46,11 +26,7 @@ class MainScreen : public ::testing::Test {
     return QTest::qWaitFor(condition, 30000);
   }
 
-  ::ledgertree::testing::TemporaryDatabase database;
-  qt::QtDesktop desktop;
-  shell::Shell shell{desktop};
   ::ledgertree::testing::ScriptedNotices notices{shell.components};
-  std::unique_ptr<mainform::FormMain> form;
 };
 
 TEST_F(MainScreen, AnAccountantFindsAnAccountChangesItAndLeavesByTheKeyboard) {

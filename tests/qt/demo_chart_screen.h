@@ -1,0 +1,42 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "data/embedded/embedded_engine.h"
+#include "data/odbc/odbc_engine.h"
+#include "mainform/form_main.h"
+#include "screen.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::test {
+
+/// The main screen on the demo chart, drawn with Qt in a window of the size given.
+class DemoChartScreen : public ::testing::Test {
+ protected:
+  explicit DemoChartScreen(QSize size) {
+    data::embedded::registerEmbedded(shell.providers);
+    data::odbc::registerOdbc(shell.providers);
+    shell.context.gConnectionString = database.connectionText();
+    shell.context.gUserID = 1;
+    shell.resetDataConnection();
+    database.fillWithDemoChart();
+    form = std::make_unique<mainform::FormMain>(shell);
+    form->load();
+    form->onClosed = [this] { form.reset(); };
+    desktop.show(*form);
+    window().showNormal();
+    window().resize(size);
+    QTest::qWait(1);
+  }
+
+  [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
+
+  ::ledgertree::testing::TemporaryDatabase database;
+  qt::QtDesktop desktop;
+  shell::Shell shell{desktop};
+  std::unique_ptr<mainform::FormMain> form;
+};
+
+}  // namespace ledgertree::test
