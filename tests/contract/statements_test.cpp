@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "contract/engine.h"
-#include "data/embedded/embedded_connection.h"
-#include "data/fold.h"
 #include "db/schema.h"
+#include "engines/sqlite/embedded_connection.h"
+#include "text/fold.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -333,7 +333,7 @@ class Statements : public Engine {
 
   /// No table is scanned but those named.
   void expectPlan(const Case& one) {
-    auto* const embedded = dynamic_cast<data::embedded::EmbeddedConnection*>(connection.get());
+    auto* const embedded = dynamic_cast<engines::sqlite::EmbeddedConnection*>(connection.get());
     if (embedded == nullptr) return;
     for (const std::string& step : embedded->queryPlan(one.statement)) {
       if (!step.starts_with("SCAN ")) continue;
@@ -351,7 +351,7 @@ std::vector<std::string> lines(const std::string& text, bool sorted) {
   for (std::size_t place = 0; place < text.size();) {
     const std::size_t end = std::min(text.find('\n', place), text.size());
     const std::string line = text.substr(place, end - place);
-    found.push_back(testServer().empty() ? line : data::fold(line));
+    found.push_back(testServer().empty() ? line : text::fold(line));
     place = end + 1;
   }
   if (sorted) std::sort(found.begin(), found.end());

@@ -1,4 +1,4 @@
-#include "mainform/form_main.h"
+#include "mainform/form/form_main.h"
 
 #include <map>
 
