@@ -45,11 +45,11 @@ class DialectCheck {
   void operator()(std::string_view text) {
     namespace engine = engines::sqlite;
     engine::StatementShape shape;
-    engine::ParsedStatement parsed;
+    tsql::ParsedStatement parsed;
     engine::Translation translation;
     try {
       shape.read(text);
-      parsed = engine::parseStatement(text);
+      parsed = tsql::parseStatement(text);
       translation = engine::translate(text);
     } catch (const data::DataError&) {
       return;
@@ -83,8 +83,8 @@ class DialectCheck {
     if (!holds) throw std::logic_error(fault);
   }
 
-  Outcome run(const engines::sqlite::Translation& translation,
-              const std::vector<engines::sqlite::Literal>& literals, std::string_view text) {
+  Outcome run(const engines::sqlite::Translation& translation, const std::vector<tsql::Literal>& literals,
+              std::string_view text) {
     Outcome outcome;
     database_.exec("savepoint one");
     try {
