@@ -130,6 +130,8 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
   EXPECT_EQ(form->treeAccount.bounds(), larger);
   form->resize(form->designSize());
   EXPECT_EQ(form->treeAccount.bounds(), larger) << "the design itself is too low to follow";
+  form->resize({.width = 13620, .height = 6002});
+  EXPECT_EQ(form->treeAccount.bounds(), (Bounds{before.left, before.top, before.width, larger.height + 1}));
 }
 
 TEST_F(FormMainStory, TheMenusLeadToTheirCommands) {
@@ -160,7 +162,7 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
   form->close();
   start();
-  EXPECT_TRUE(form->mnuExcelCode.visible());
+  EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->mnuExcelLevel.visible());
   form->cmdOperations.click();
   EXPECT_EQ(desktop.poppedUp, &form->mnuOperations);
 
