@@ -107,9 +107,8 @@ void readBlock(const ui::Frame* frame, const std::string& indent, const qt::Form
   }
 }
 
-std::string headOf(const ui::Form& form, const qt::FormWindow& window) {
-  const QColor ground =
-      const_cast<qt::FormWindow&>(window).grab().toImage().pixelColor(1, window.height() - 2);
+std::string headOf(const ui::Form& form, qt::FormWindow& window) {
+  const QColor ground = window.grab().toImage().pixelColor(1, window.height() - 2);
   std::string text = form.name() + " «" + fromQt(window.windowTitle()) + "» " +
                      std::to_string(form.designSize().width) + "x" +
                      std::to_string(form.designSize().height) + " " + fromQt(ground.name()) + " " +
@@ -179,9 +178,8 @@ class Screens : public ::ledgertree::testing::TestHouse {
   Screens() {
     useDemoChart();
     database.execute(
-        "update tblAccount set AccountNatureID = (Code + 2) % 3, IsClosed = (case when Code > '3' then 1 "
-        "else 0 end)"
-        " where ParentID is null");
+        "update tblAccount set AccountNatureID = (Code + 2) % 3, Title = Code,"
+        " IsClosed = (case when Code > '3' then 1 else 0 end) where ParentID is null");
     start();
   }
   ~Screens() override { window->detach(); }
