@@ -163,20 +163,5 @@ TEST_F(FieldRulesStory, TheClassDecidesWhichEntitiesAreOffered) {
   EXPECT_FALSE(form->sltEntity.IsActive());
 }
 
-TEST_F(FieldRulesStory, TheTypedFieldsSwitchToTheLayoutOfTheLanguage) {
-  start();
-  form->cmdNew.click();
-  for (ui::Control* field : std::initializer_list<ui::Control*>{
-           &form->txtCode, &form->txtTitle, &form->txtNotes, &form->txtMaxDebit, &form->txtMaxCredit,
-           &form->sltParent, &form->sltGroup}) {
-    desktop.layouts.clear();
-    field->focus();
-    EXPECT_EQ(desktop.layouts, std::vector<std::string>{"00000429"}) << field->name();
-  }
-  desktop.layouts.clear();
-  form->sltBranch.focus();
-  EXPECT_EQ(desktop.layouts.size(), 0U);
-}
-
 }  // namespace
 }  // namespace ledgertree::testing
