@@ -14,7 +14,7 @@
 #include <stdexcept>
 
 #include "entities/rel_objects.h"
-#include "mainform/form_main.h"
+#include "mainform/form/form_main.h"
 #include "qt/reading_order.h"
 #include "qt/text_view.h"
 #include "screen.h"
