@@ -110,5 +110,13 @@ TEST(Schema, AFileThatIsNoDatabaseAndOneThatCantBeWrittenFail) {
   EXPECT_THROW(openSchema(reader), SQLite::Exception);
 }
 
+TEST(Schema, TheDemoIsNotMixedIntoAChartThatIsThere) {
+  testing::TemporaryDatabase database;
+  createDemoChart(database.other());
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
+  EXPECT_THROW(createDemoChart(database.other()), data::DataError);
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
+}
+
 }  // namespace
 }  // namespace ledgertree::db

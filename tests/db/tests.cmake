@@ -1,1 +1,3 @@
 set(LINK ledgertree_test_support)
+set_source_files_properties(db/databases_test.cpp PROPERTIES COMPILE_DEFINITIONS
+  "LEDGERTREE_DATABASES=\"${CMAKE_CURRENT_SOURCE_DIR}/db/databases.py\";LEDGERTREE_SCRIPTS=\"${PROJECT_SOURCE_DIR}/src/db\"")

@@ -1,0 +1,128 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <random>
+
+#include "data/catalogue.h"
+#include "data/data_error.h"
+#include "data/embedded/embedded_connection.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::db {
+namespace {
+
+using data::Parameter;
+using data::Value;
+
+const data::Procedure* const kProcedures[] = {
+    &data::procedures::spAccountInsertAccount,       &data::procedures::spAccountUpdateAccounts,
+    &data::procedures::spAccountInsertRelatedObject, &data::procedures::spAccountDeleteAccount,
+    &data::procedures::spTarvoHasPermission,         &data::procedures::spAccountGetCurrentUserPeriod};
+
+/// Calls of the embedded procedures with values of accounts and codes that are there, and of others, and what
+/// became of them, a line each: for those of SQL Server to be held against.
+class Record {
+ public:
+  explicit Record(const std::string& path) : file_(path) {
+    for (const data::Procedure* procedure : kProcedures) {
+      file_ << "head " << procedure->name;
+      for (const auto& [name, type, width] : procedure->parameters) {
+        constexpr const char* kTypes[] = {" int", " money", " datetime", " varchar("};
+        file_ << (name == procedure->parameters.front().name ? " " : ", ") << name
+              << kTypes[static_cast<int>(type)];
+        if (width != 0) file_ << width << ")";
+      }
+      file_ << "\n";
+    }
+  }
+
+  void run(const std::string& statement) {
+    database_.execute(statement);
+    file_ << "run " << statement << "\n";
+  }
+
+  void call() {
+    const data::Procedure& procedure = *kProcedures[below(8) % 6];
+    std::vector<Value> values;
+    file_ << "call ['" << procedure.name << "'";
+    for (const Parameter& parameter : procedure.parameters) {
+      values.push_back(valueFor(parameter));
+      const auto* amount = std::get_if<data::Money>(&values.back().variant());
+      const bool number = parameter.type == data::ParameterType::Int;
+      const std::string text = values.back().toText();
+      file_ << ", "
+            << (amount != nullptr        ? std::to_string(amount->tenThousandths())
+                : values.back().isNull() ? "None"
+                : number                 ? text
+                                         : "'" + text + "'");
+    }
+    file_ << "]\ngave ";
+    try {
+      file_ << connection_.call(procedure, values) << "\n";
+    } catch (const data::DataError& failure) {
+      file_ << failure.what() << "\n";
+    }
+    for (const std::string query :
+         {"select ID, ParentID, Code, Title, NoLevel, GroupID, BranchID, PositionID, CreateDate, "
+          "FarsiCreateDate, Notes,"
+          " AccountNatureID, IsPermanent, IsClosed, MaxDebit, MaxCredit from tblAccount order by ID",
+          "select * from tblAccountRelatedObjects order by 1, 2, 3, 4"}) {
+      std::string rows = database_.rows(query);
+      std::replace(rows.begin(), rows.end(), '\n', ';');
+      file_ << "rows " << query << "=" << rows << "\n";
+    }
+  }
+
+ private:
+  int below(int bound) { return std::uniform_int_distribution<int>(0, bound - 1)(random_); }
+  Value valueFor(const Parameter& parameter) {
+    const std::string_view name = parameter.name;
+    if (parameter.type == data::ParameterType::DateTime) return data::DateTime{.year = 2000 + below(20)};
+    if (parameter.type == data::ParameterType::Money)
+      return below(4) == 0 ? Value() : Value(data::Money::fromTenThousandths(below(100000)));
+    if (parameter.type == data::ParameterType::Text)
+      return (below(2) == 0 ? "A" : "a") + std::to_string(below(name == "@Code" ? 12 : 9999));
+    if (name == "@FormPermissionID") return 300 + below(4);
+    const bool key = name.starts_with("@ID") || name == "@ParentID" || name == "@AccountID";
+    return !key ? below(6) - 1 : below(9) == 0 ? 99 : below(8) == 0 ? -1 : below(12);
+  }
+
+  std::ofstream file_;
+  testing::TemporaryDatabase database_;
+  data::embedded::EmbeddedConnection connection_{database_.file().string()};
+  std::mt19937 random_{7};
+};
+
+TEST(Databases, AreMadeAndBehaveAsTheirScriptsSay) {
+  const testing::TemporaryFolder folder;
+  const std::string path = (folder.path() / "record").string();
+  {
+    Record record(path);
+    record.run("insert into tblUser (ID, Name, PeriodID) values (1, 'a', 4), (2, 'b', null)");
+    record.run("insert into tblUserPermission values (1, 301), (2, 302)");
+    record.run(
+        "insert into tblAccount (ID, ParentID, Code, CreateDate) values (1, null, 'A1', ''), (2, 1, 'A2', "
+        "''), (3, 2, 'A3', '')");
+    record.run("insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01')");
+    record.run("insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (1, 1, 3)");
+    record.run("create table tblOfTheHost (AccountID int references tblAccount (ID))");
+    for (int round = 0; round < 700; ++round) {
+      if (round == 350) record.run("insert into tblOfTheHost select max(ID) from tblAccount");
+      record.call();
+    }
+  }
+  const std::string command =
+      "/usr/bin/python3 '" LEDGERTREE_DATABASES "' '" LEDGERTREE_SCRIPTS "' '" + path + "' 2>&1";
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
+  std::string told;
+  std::array<char, 4096> part{};
+  while (const std::size_t count = std::fread(part.data(), 1, part.size(), pipe.get()))
+    told.append(part.data(), count);
+  EXPECT_TRUE(told.ends_with("\nOK\n")) << told;
+}
+
+}  // namespace
+}  // namespace ledgertree::db
