@@ -38,19 +38,26 @@ TableWatch::Table TableWatch::read(const std::string& table) const {
 }
 
 std::string TableWatch::difference(const Table& before, const Table& now) {
-  std::string text;
-  for (const auto& [key, values] : before)
-    if (now.count(key) < before.count(key)) text += " -" + key;
+  std::string gone;
+  std::string come;
+  std::string other;
+  auto old = before.begin();
+  const auto goUpTo = [&](const std::string* key) {
+    for (; old != before.end() && (key == nullptr || old->first < *key); ++old) gone += " -" + old->first;
+  };
   for (const auto& [key, values] : now) {
-    if (before.count(key) < now.count(key)) {
-      text += " +" + key;
+    goUpTo(&key);
+    if (old == before.end() || old->first != key) {
+      come += " +" + key;
       continue;
     }
-    const auto& old = before.find(key)->second;
     for (std::size_t column = 0; column < values.size(); ++column)
-      if (values[column] != old[column]) text.append(" ").append(key).append(".").append(values[column]);
+      if (values[column] != old->second[column])
+        other.append(" ").append(key).append(".").append(values[column]);
+    ++old;
   }
-  return text;
+  goUpTo(nullptr);
+  return gone + come + other;
 }
 
 }  // namespace ledgertree::testing
