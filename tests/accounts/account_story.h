@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "data/characters.h"
-#include "mainform/form_main.h"
+#include "data/quote_text.h"
+#include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
 #include "support/test_house.h"
 

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "batch/account_batch.h"
-#include "coding/auto_codding.h"
-#include "mainform/form_main.h"
+#include "coding/recoding/auto_codding.h"
+#include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
 #include "support/table_watch.h"
 

@@ -1,10 +1,10 @@
-#include "coding/auto_codding.h"
+#include "coding/recoding/auto_codding.h"
 
 #include <chrono>
 #include <thread>
 
 #include "batch/bulk_house.h"
-#include "coding/code_counter.h"
+#include "coding/recoding/code_counter.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::testing {

@@ -1,7 +1,7 @@
-#include "coding/code_proposal.h"
+#include "coding/proposal/code_proposal.h"
 
 #include "accounts/account_story.h"
-#include "coding/suffix.h"
+#include "coding/proposal/suffix.h"
 
 namespace ledgertree::testing {
 namespace {

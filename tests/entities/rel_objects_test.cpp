@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "data/embedded/embedded_connection.h"
+#include "engines/sqlite/embedded_connection.h"
 #include "entity_house.h"
 
 namespace ledgertree::testing {
@@ -287,7 +287,7 @@ TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
   });
   EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 2 + (1 + mothers) + 2006);
   if (onServer()) return;  // it has plans of its own
-  data::embedded::EmbeddedConnection engine(database.file().string());
+  engines::sqlite::EmbeddedConnection engine(database.file().string());
   statements.resize(10);
   for (const std::string& statement : statements) {
     for (const std::string& step : engine.queryPlan(statement))

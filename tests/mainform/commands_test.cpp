@@ -1,4 +1,4 @@
-#include "mainform/commands.h"
+#include "mainform/form/commands.h"
 
 #include "mainform/screen_story.h"
 

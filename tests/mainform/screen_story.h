@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "mainform/form_main.h"
+#include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
 #include "support/test_house.h"
 

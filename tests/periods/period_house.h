@@ -7,7 +7,7 @@
 
 #include "data/data_error.h"
 #include "periods/period_screens.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "support/faulty_connection.h"
 #include "support/table_watch.h"
 

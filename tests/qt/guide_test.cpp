@@ -16,7 +16,7 @@
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
 #include "pactkit/cost_centers.h"
-#include "qt/guide_window.h"
+#include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
 
 namespace ledgertree::test {

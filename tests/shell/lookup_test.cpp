@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "lookup_database.h"
-#include "shell/account_picker.h"
-#include "shell/selector.h"
+#include "shell/lookup/account_picker.h"
+#include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
 #include "ui/buttons.h"

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "lookup_database.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
 

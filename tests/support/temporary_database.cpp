@@ -6,8 +6,8 @@
 #include <variant>
 
 #include "data/connection_text.h"
-#include "data/odbc/code_page.h"
 #include "db/schema.h"
+#include "engines/odbc/code_page.h"
 
 namespace ledgertree::testing {
 
@@ -74,7 +74,7 @@ void TemporaryDatabase::insertMany(const std::string& into, int first, int last,
 }
 
 std::string TemporaryDatabase::letters(const std::string& text) {
-  return onServer() ? data::odbc::foldText(text, data::odbc::CodePage::Arabic) : text;
+  return onServer() ? engines::odbc::foldText(text, engines::odbc::CodePage::Arabic) : text;
 }
 
 void TemporaryDatabase::fillWithDemoChart() {
