@@ -3,80 +3,114 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <vector>
 
 #include "data/data_error.h"
-#include "engines/odbc/odbc_engine.h"
-#include "engines/sqlite/embedded_engine.h"
-#include "shell/control/ledger_tree_control_session.h"
-#include "support/faulty_connection.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_notices.h"
-#include "support/temporary_database.h"
+#include "ledgertree/hidden_commands.h"
+#include "shell/control/control_house.h"
 
 namespace ledgertree::testing {
 namespace {
 
 constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
 
-class ControlStory : public ::testing::Test {
+class ControlStory : public ControlHouse {
  protected:
-  ControlStory() {
-    database.fillWithDemoChart();
-    engines::sqlite::registerEmbedded(session.shell().providers);
-    engines::odbc::registerOdbc(session.shell().providers);
-    faults.putInto(session.shell().providers);
-    control.OLEConnectionString(database.connectionText());
-    control.UserID(1);
-  }
+  ControlStory() { database.fillWithDemoChart(); }
 
-  [[nodiscard]] const shell::HostContext& context() { return session.shell().context; }
+  [[nodiscard]] const shell::HostContext& context() { return shell.context; }
   void expectQuiet() {
     EXPECT_EQ(notices.taken(), "");
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
-    for (const data::RecordHandle* handle : session.shell().dtEn()->handles())
+    for (const data::RecordHandle* handle : shell.dtEn()->handles())
       EXPECT_EQ(handle->State(), 0) << handle->name();
   }
-
-  TemporaryDatabase database;
-  Faults faults;
-  ControlSession session{std::make_unique<ScriptedDesktop>()};
-  ScriptedDesktop& desktop = static_cast<ScriptedDesktop&>(session.shell().desktop());
-  ScriptedNotices notices{session.shell().components};
-  LedgerTreeControl control{session};
 };
 
 TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
-  const auto usersPeriod = database.number("select PeriodID from tblUser where ID = 1");
-  control.AccPeriodSpecID(-3);
-  control.ClearShow();
-  EXPECT_EQ(context().gPeriodID, usersPeriod);
-  EXPECT_EQ(
-      context().gPeriodBegin.toIso(),
-      database.text(
-          "select BeginDate from tblAccountPeriod where ID = (select PeriodID from tblUser where ID = 1)"));
-  const data::DateTime begin = context().gPeriodBegin;
+  // The period that is current, and the bounds of one in the database.
+  const auto current = [&] {
+    return std::to_string(context().gPeriodID) + " " + context().gPeriodBegin.toIso() + " " +
+           context().gPeriodEnd.toIso();
+  };
+  const auto boundsOf = [&](int period) {
+    const std::string where = " from tblAccountPeriod where ID = " + std::to_string(period);
+    return " " + database.text("select BeginDate" + where) + " " + database.text("select EndDate" + where);
+  };
+  const std::string none = current().substr(1);
+  const auto asked = [&] {
+    std::vector<std::string> commands = faults.take();
+    if (commands.size() > 3) commands.resize(3);
+    return commands;
+  };
+  using Commands = std::vector<std::string>;
+  EXPECT_EQ(database.number("select PeriodID from tblUser where ID = 1"), 3);
 
   // A period that the host names is taken even where the database has no such row; its bounds stay as they
-  // were.
+  // were. All that is ahead of the question for the right.
   control.AccPeriodSpecID(999);
   control.ClearShow();
-  EXPECT_EQ(context().gPeriodID, 999);
-  EXPECT_EQ(context().gPeriodBegin, begin);
+  EXPECT_EQ(current(), "999" + none);
+  EXPECT_EQ(asked().at(1), "spTarvoHasPermission");
+  control.AccPeriodSpecID(1);
+  control.ClearShow();
+  EXPECT_EQ(current(), "1" + boundsOf(1));
+  EXPECT_EQ(asked(), (Commands{"Select * From tblAccountPeriod Where ID =1", "spTarvoHasPermission"}));
 
-  // A user whose period isn't known leaves everything as it was.
+  // Where it names none, the period is that of the user, whether or not the chart may be seen.
+  for (const auto& [user, period] : {std::pair(1, 3), {3, 2}}) {
+    control.UserID(static_cast<std::int16_t>(user));
+    control.AccPeriodSpecID(static_cast<std::int16_t>(-user));
+    control.ClearShow();
+    EXPECT_EQ(current(), std::to_string(period) + boundsOf(period));
+    EXPECT_EQ(asked(), (Commands{"spAccountGetCurrentUserPeriod",
+                                 "Select * From tblAccountPeriod Where ID=" + std::to_string(period),
+                                 "spTarvoHasPermission"}));
+  }
+  EXPECT_EQ(notices.taken(), kRefused);
+
+  // A user whose period isn't known leaves everything as it was, and View resolves none.
   database.execute("update tblUser set PeriodID = 12345 where ID = 1");
+  control.UserID(1);
   control.AccPeriodSpecID(0);
   control.ClearShow();
-  EXPECT_EQ(context().gPeriodID, 999);
-  EXPECT_EQ(context().gPeriodBegin, begin);
-
-  // View resolves none.
+  EXPECT_EQ(current(), "2" + boundsOf(2));
   control.AccPeriodSpecID(1);
+  static_cast<void>(faults.take());
   control.View(std::int16_t{0});
-  EXPECT_EQ(context().gPeriodID, 999);
+  EXPECT_EQ(faults.take(), Commands()) << "a screen that is open needs nothing for a blank record";
+  EXPECT_EQ(current(), "2" + boundsOf(2));
   expectQuiet();
+}
+
+TEST_F(ControlStory, WhoWorksIsHandedOverByEachCallAndByNothingElse) {
+  const auto worker = [&] {
+    return std::to_string(context().gUserID) + " " + std::to_string(context().gPositionID) + " " +
+           std::to_string(context().gEmployeeID) + " " + shell.dtEn()->cnMainData.ConnectionString();
+  };
+  const std::string text = database.connectionText();
+  const std::function<void()> calls[] = {[&] { control.ClearShow(); },
+                                         [&] { control.View(std::int16_t{1}); }};
+  std::int16_t number = 1;
+  for (const auto& call : calls) {
+    const std::string before = worker();
+    control.UserID(number);
+    control.PositionID(static_cast<std::int16_t>(number + 11));
+    control.EmployeeID(static_cast<std::int16_t>(-number - 6));
+    control.OLEConnectionString(text + std::string(static_cast<std::size_t>(number), ';'));
+    EXPECT_EQ(worker(), before);
+    call();
+    EXPECT_EQ(worker(), number == 1 ? "1 12 -7 " + text + ";" : "2 13 -8 " + text + ";;");
+    EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
+    ++number;
+  }
+  // Another control of the host says who works from its own call on.
+  LedgerTreeControl other(session);
+  other.OLEConnectionString(text);
+  other.View(std::int16_t{1});
+  EXPECT_EQ(worker(), "0 0 0 " + text);
 }
 
 TEST_F(ControlStory, WithoutTheRightToSeeTheChartOnlyViewOpensIt) {
@@ -105,14 +139,56 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
   desktop.inModal("FormMain", [](ui::Form&) {});
   control.View(std::int16_t{-1});
   EXPECT_EQ(desktop.showings.size(), 2U);
+  EXPECT_EQ(notices.taken(), "");
+
+  // Of a screen that can't be had at all, the person is told.
+  desktop.inModal("FormMain", [](ui::Form&) { throw std::runtime_error("no window"); });
+  control.View(std::int16_t{-1});
+  EXPECT_EQ(notices.taken(), "خطا|no window");
+  session.form()->close();
+  faults.failWhere("vwTarvoBasePath");
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
+  EXPECT_EQ(session.form(), nullptr);
+  EXPECT_THROW(control.View(std::int16_t{1}), data::DataError);
+  EXPECT_EQ(session.form(), nullptr);
   EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
+}
+
+TEST_F(ControlStory, TheHostHearsWhenTheScreenWasLeftForGood) {
+  int left = 0;
+  session.onLeft = [&left] { ++left; };
+  control.ClearShow();
+  session.form()->closeByPerson();
+  EXPECT_EQ(left, 0) << "not in the middle of what the person does";
+  desktop.settle();
+  EXPECT_EQ(left, 1);
+  control.ClearShow();
+  session.form()->closeByPerson();
+  control.ClearShow();
+  desktop.settle();
+  EXPECT_EQ(left, 1) << "it is open again by then";
+}
+
+TEST(ControlSessionStory, AProcessHasOneDesktop) {
+  EXPECT_THROW(static_cast<void>(ControlSession::process()), std::logic_error);
+  EXPECT_THROW(LedgerTreeControl(), std::logic_error);
+  ControlSession& installed = ControlSession::install(std::make_unique<ScriptedDesktop>());
+  EXPECT_EQ(&ControlSession::process(), &installed);
+  EXPECT_THROW(ControlSession::install(std::make_unique<ScriptedDesktop>()), std::logic_error);
+  LedgerTreeControl().OLEConnectionString("Provider=X");
+  EXPECT_EQ(installed.shell().context.gConnectionString, "Provider=X");
+  for (const bool offer : {true, false}) {
+    offerHiddenCommands(offer);
+    EXPECT_EQ(installed.shell().offersHiddenCommands, offer);
+  }
 }
 
 TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
   control.ClearShow();
   mainform::FormMain* form = session.form();
   ASSERT_NE(form, nullptr);
-  const auto gateway = session.shell().dtEn();
+  const auto gateway = shell.dtEn();
   const ui::NodeId root = form->treeAccount.roots().front();
   form->treeAccount.expand(form->treeAccount.children(root).front());
   const std::size_t nodes = form->treeAccount.count();
@@ -120,7 +196,7 @@ TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
 
   control.ClearShow();
   EXPECT_EQ(session.form(), form);
-  EXPECT_NE(session.shell().dtEn(), gateway);
+  EXPECT_NE(shell.dtEn(), gateway);
   EXPECT_EQ(form->treeAccount.count(), nodes) << "the tree isn't read again";
   EXPECT_EQ(form->formMode, mainform::FormMode::ModeNew);
   expectQuiet();
@@ -128,7 +204,7 @@ TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
   // After the person has left, the next call starts over.
   form->closeByPerson();
   EXPECT_EQ(session.form(), nullptr);
-  EXPECT_FALSE(session.shell().hasDtEn());
+  EXPECT_FALSE(shell.hasDtEn());
   control.ClearShow();
   EXPECT_NE(session.form(), nullptr);
 }
@@ -225,7 +301,6 @@ TEST_F(ControlStory, ALostFileIsToldAndNeverReplacedByAnEmptyChart) {
 }
 
 TEST_F(ControlStory, NoticesUseTheComponentInItsOrderAndAreLostWithoutIt) {
-  shell::Shell& shell = session.shell();
   notices.answer(1);
   EXPECT_EQ(shell.askConfirmNotice("پرسش", "؟"), shell::Answer::Yes);
   EXPECT_EQ(notices.members, (std::vector<std::string>{
@@ -278,33 +353,79 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
   control.AccPeriodSpecID(4);
   EXPECT_EQ(told, keys);
 
+  const auto properties = [](const LedgerTreeControl& one) {
+    const auto text = [](const PropertyValue& value) {
+      return std::visit(
+          []<typename Kind>(const Kind& held) {
+            if constexpr (std::is_same_v<Kind, std::string>) return held;
+            if constexpr (!std::is_same_v<Kind, std::string>) return std::to_string(held);
+          },
+          value);
+    };
+    return text(one.DataSource()) + "|" + text(one.UserName()) + "|" + one.Caption() + "|" +
+           std::to_string(one.RefreshAlarm()) + "|" + one.OLEConnectionString() + "|" +
+           std::to_string(one.UserID()) + "|" + std::to_string(one.PositionID()) + "|" +
+           std::to_string(one.EmployeeID()) + "|" + std::to_string(one.AccPeriodSpecID());
+  };
+  const std::string all = "منبع|2.500000|عنوان|1|Provider=X|-7|8|9|4";
+  const std::string standard = "0|0||0||0|0|0|0";
+  EXPECT_EQ(properties(control), all);
+
   MapStore store;
-  control.WriteProperties(store);
-  EXPECT_EQ(store.order, keys);
   LedgerTreeControl other(session);
+  EXPECT_EQ(properties(other), standard);
+  EXPECT_TRUE(std::holds_alternative<std::int16_t>(other.DataSource()) &&
+              std::holds_alternative<std::int16_t>(other.UserName()));
+  other.WriteProperties(store);
+  EXPECT_EQ(store.values.size(), 0U) << "what is as at the beginning needs no place";
+  EXPECT_EQ(store.order, keys);
+  control.WriteProperties(store);
   store.order.clear();
   other.ReadProperties(store);
   EXPECT_EQ(store.order, keys);
-  EXPECT_EQ(std::get<std::string>(other.DataSource()), "منبع");
-  EXPECT_EQ(std::get<double>(other.UserName()), 2.5);
-  EXPECT_EQ(other.Caption(), "عنوان");
-  EXPECT_TRUE(other.RefreshAlarm());
-  EXPECT_EQ(other.UserID(), -7);
-  EXPECT_EQ(other.AccPeriodSpecID(), 4);
+  EXPECT_EQ(properties(other), all);
   other.InitProperties();
-  EXPECT_EQ(std::get<std::int16_t>(other.DataSource()), 0);
-  EXPECT_EQ(other.OLEConnectionString(), "");
+  EXPECT_EQ(properties(other), standard);
+  other.ReadProperties(store);
+  MapStore empty;
+  other.ReadProperties(empty);
+  EXPECT_EQ(properties(other), standard);
 
-  // A store that holds something else changes nothing.
-  store.values["Caption"] = 5.0;
-  other.UserID(3);
-  EXPECT_THROW(other.ReadProperties(store), std::runtime_error);
-  EXPECT_EQ(other.UserID(), 3);
+  // A store may keep numbers in another kind, as long as they fit. One that holds something else changes
+  // nothing.
+  for (const PropertyValue& number : {PropertyValue(std::int32_t{-7}), PropertyValue(-7.25)}) {
+    store.values["UserID"] = number;
+    other.ReadProperties(store);
+    EXPECT_EQ(properties(other), all);
+  }
+  for (const auto& [key, value] : std::map<std::string, PropertyValue>{{"Caption", 5.0},
+                                                                       {"RefreshAlarm", std::int16_t{1}},
+                                                                       {"EmployeeID", std::string("9")},
+                                                                       {"UserID", 40000.0}}) {
+    MapStore wrong = store;
+    wrong.values["AccPeriodSpecID"] = std::int16_t{5};
+    wrong.values[key] = value;
+    EXPECT_ANY_THROW(other.ReadProperties(wrong)) << key;
+    EXPECT_EQ(properties(other), all);
+  }
 }
 
 TEST_F(ControlStory, AnAccountToViewMayComeInAnyKind) {
-  control.View(std::string("12/5"));
-  control.View(2.0);
+  const std::pair<PropertyValue, const char*> accounts[] = {
+      {std::string("12/5"), "125"}, {2.0, "2"}, {3.5, "4"}, {std::int32_t{7}, "7"}, {std::int16_t{8}, "8"},
+      {std::string(" 9 x"), "9"},
+  };
+  for (const auto& [id, shown] : accounts) {
+    control.View(id);
+    EXPECT_EQ(session.form()->txtID.text(), shown);
+    EXPECT_EQ(session.form()->formMode, mainform::FormMode::ModeView);
+  }
+  for (const PropertyValue& nobody :
+       {PropertyValue(true), PropertyValue(std::string(" ")), PropertyValue(0.4)}) {
+    control.View(std::int16_t{8});
+    control.View(nobody);
+    EXPECT_EQ(session.form()->formMode, mainform::FormMode::ModeIdle);
+  }
   EXPECT_THROW(control.View(1e12), std::range_error);
   EXPECT_THROW(control.View(std::string("99999999999")), std::range_error);
 }
