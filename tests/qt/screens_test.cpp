@@ -292,7 +292,7 @@ TEST_F(Screens, EachModeOffersWhatItNeeds) {
   look("idle");
   std::map<std::string, std::string> rows;
   for (const auto& [name, words] : reach) rows[words] += " " + name;
-  for (const auto& [words, names] : rows) modes += "\n" + words + names;
+  for (const auto& [words, names] : rows) modes.append("\n").append(words).append(names);
   expectTable("FormMain.modes", modes);
 }
 
