@@ -1,57 +1,9 @@
 #include "ui/form.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-
-#include "support/scripted_desktop.h"
-#include "ui/buttons.h"
-#include "ui/grid.h"
-#include "ui/items.h"
-#include "ui/menu.h"
-#include "ui/text_field.h"
-#include "ui/timer.h"
-#include "ui/tree.h"
+#include "small_form.h"
 
 namespace ledgertree::testing {
 namespace {
-
-using namespace std::chrono_literals;
-
-class SmallForm : public ui::Form {
- public:
-  explicit SmallForm(ui::Surroundings surroundings)
-      : Form(std::move(surroundings), "SmallForm", "فرم", {6000, 3000}) {}
-
-  int unloads = 0;
-  ui::Frame frame{*this, "frame", {0, 0, 3000, 3000}};
-  ui::PushButton cmdOk{*this, "cmdOk", {0, 0, 900, 375}, "ثبت", &frame};
-  ui::PushButton cmdCancel{*this, "cmdCancel", {900, 0, 900, 375}, "خروج", &frame};
-  ui::TextField text{*this, "text", {0, 400, 900, 315}, &frame};
-  ui::RadioButton one{*this, "one", {0, 800, 900, 315}, "1", &frame};
-  ui::RadioButton two{*this, "two", {0, 1200, 900, 315}, "2", &frame};
-  ui::RadioButton alone{*this, "alone", {3000, 1200, 900, 315}, "3"};
-  ui::ListBox list{*this, "list", {3000, 0, 900, 900}};
-  ui::Grid grid{*this, "grid", {3000, 0, 900, 900}};
-  ui::Tree tree{*this, "tree", {3000, 0, 900, 900}};
-  ui::Timer timer{*this, "timer", 30ms};
-  ui::MenuEntry menu{*this, "menu", "ابزار"};
-  ui::MenuEntry entry{*this, "entry", "حذف"};
-
- protected:
-  void unload() override { ++unloads; }
-};
-
-class FormStory : public ::testing::Test {
- protected:
-  FormStory() { desktop.show(*form); }
-
-  ScriptedDesktop desktop;
-  std::vector<std::string> failures;
-  ui::Surroundings surroundings{
-      desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
-  std::optional<SmallForm> form{std::in_place, surroundings};
-};
 
 TEST_F(FormStory, AFailureEndsTheProcedureAndTheFormGoesOn) {
   form->cmdOk.onClick = [] { throw std::runtime_error("شکست"); };
@@ -202,40 +154,6 @@ TEST_F(FormStory, ATreeTellsALevelAsOneChange) {
   EXPECT_EQ(tree.count(), 202U);
   EXPECT_THROW(static_cast<void>(tree.text(fifth)), std::out_of_range);
   form->removeObserver(ear);
-
-  // By keyboard: down into the tree, open to the left, close to the right.
-  std::vector<std::string> clicked;
-  tree.onNodeClick = [&](ui::NodeId node) { clicked.push_back(tree.key(node)); };
-  for (const ui::Key key : {ui::Key::Down, ui::Key::Left, ui::Key::Down, ui::Key::Enter, ui::Key::End,
-                            ui::Key::Enter, ui::Key::Home, ui::Key::Right, ui::Key::End, ui::Key::Space})
-    tree.press(key);
-  EXPECT_EQ(clicked, (std::vector<std::string>{"old", "last", "root"}));
-}
-
-TEST_F(FormStory, ListsAndGridsFollowKeys) {
-  int selections = 0;
-  form->list.onSelect = [&] { ++selections; };
-  form->list.press(ui::Key::Down);
-  for (const char* line : {"1", "2", "3"}) form->list.addItem(line);
-  form->list.press(ui::Key::Down);
-  form->list.press(ui::Key::End);
-  form->list.choose(7);
-  EXPECT_EQ(form->list.selectedText(), "3");
-  EXPECT_EQ(selections, 2);
-  form->list.removeItem(0);
-  EXPECT_EQ(form->list.selectedText(), "3");
-  form->list.removeItem(1);
-  EXPECT_EQ(form->list.selected(), ui::ListBox::kNone);
-
-  form->grid.setColumns({{"رديف", 600}, {"سال", 2000}});
-  form->grid.press(ui::Key::Down);
-  for (int i = 0; i < 30; ++i) form->grid.addRow({std::to_string(i)});
-  form->grid.press(ui::Key::PageDown);
-  form->grid.press(ui::Key::Up, true);
-  form->grid.press(ui::Key::Home, true);
-  EXPECT_EQ(form->grid.currentRow(), 0);
-  EXPECT_EQ(form->grid.selectionEnd(), 10);
-  EXPECT_EQ(form->grid.text(3, 1), "");
 }
 
 }  // namespace
