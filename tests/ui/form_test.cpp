@@ -50,6 +50,75 @@ TEST_F(FormStory, AFormMayEndItselfOrBeDestroyedInTheMiddleOfAnything) {
   EXPECT_TRUE(failures.empty());
 }
 
+TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
+  std::string heard;
+  for (ui::Control* control : std::initializer_list<ui::Control*>{&form->text, &form->cmdOk}) {
+    control->onGotFocus = [&heard, control] { heard += "+" + control->name() + " "; };
+    control->onLostFocus = [&heard, control] { heard += "-" + control->name() + " "; };
+  }
+  form->label.focus();
+  EXPECT_EQ(form->focused(), nullptr);
+  form->text.focus();
+  form->cmdOk.focus();
+  form->cmdOk.focus();
+  EXPECT_EQ(heard, "+text -text +cmdOk ");
+  EXPECT_TRUE(form->cmdOk.hasFocus() && !form->text.hasFocus());
+  // Whoever loses the focus may take it elsewhere: then nobody is told that it came.
+  form->cmdOk.onLostFocus = [&] { form->alone.focus(); };
+  form->text.focus();
+  EXPECT_EQ(form->focused(), &form->alone);
+  EXPECT_EQ(heard, "+text -text +cmdOk -text ");
+  {
+    ui::PushButton guest(*form, "guest", {}, "مهمان");
+    EXPECT_EQ(form->find("guest"), &guest);
+    guest.focus();
+  }
+  EXPECT_EQ(form->find("guest"), nullptr);
+  EXPECT_EQ(form->focused(), nullptr);
+
+  form->setCaption("نام ديگر");
+  EXPECT_EQ(form->caption(), "نام ديگر");
+  const auto escape = ui::KeyChord::of(ui::Key::Escape);
+  const auto enter = ui::KeyChord::of(ui::Key::Enter);
+  const auto find = ui::KeyChord::ctrlAnd('F');
+  form->cmdOk.onClick = [&] { heard += "ok "; };
+  form->cmdCancel.onClick = [&] { heard += "cancel "; };
+  heard.clear();
+  for (const auto& chord : {escape, enter, find, ui::KeyChord()}) EXPECT_FALSE(form->press(chord));
+  form->setDefaultButton(form->cmdOk);
+  form->setCancelButton(form->cmdCancel);
+  form->addShortcut(find, [&] { heard += "find "; });
+  EXPECT_TRUE(form->hasShortcut(find) && !form->hasShortcut(escape));
+  for (const auto& chord : {escape, enter, find}) EXPECT_TRUE(form->press(chord));
+  EXPECT_EQ(heard, "cancel ok find ");
+  form->frame.setEnabled(false);
+  for (const auto& chord : {escape, enter}) EXPECT_FALSE(form->press(chord));
+  form->cmdOk.setShortcut(find);
+  EXPECT_TRUE(form->press(find)) << "the button that bears the key is out of reach";
+  form->frame.setEnabled(true);
+  EXPECT_TRUE(form->press(find));
+  EXPECT_EQ(heard, "cancel ok find find ok ");
+  EXPECT_FALSE(form->hasShortcut(ui::KeyChord()));
+
+  // A tick in the middle of a procedure is dropped.
+  int ticks = 0;
+  form->timer.onTick = [&] { ++ticks; };
+  form->cmdOk.onClick = [&] { form->timer.tick(); };
+  form->cmdOk.click();
+  EXPECT_EQ(ticks, 0);
+  form->timer.tick();
+  EXPECT_EQ(ticks, 1);
+  form->text.focus();
+  form->hide();
+  EXPECT_FALSE(form->isShown());
+  EXPECT_EQ(form->focused(), nullptr);
+  form->text.focus();
+  EXPECT_EQ(form->focused(), nullptr) << "nobody sees it";
+  desktop.show(*form);
+  form.reset();
+  EXPECT_TRUE(desktop.shownForms.empty());
+}
+
 TEST_F(FormStory, NothingOutOfReachCanBeUsed) {
   int clicks = 0;
   form->cmdOk.onClick = form->one.onClick = form->entry.onClick = [&] { ++clicks; };

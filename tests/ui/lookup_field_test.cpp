@@ -16,7 +16,7 @@ class LookupFieldStory : public FormStory {
     const WishingField& field = form->field;
     std::string text = std::to_string(field.id()) + ": " + field.text() + (field.typing() ? "_" : "");
     if (!field.listOpen()) return text;
-    text += " /";
+    text += field.text().empty() && !field.typing() ? "/" : " /";
     for (int row = 0; row < static_cast<int>(field.rows().size()); ++row) {
       const std::string name = field.rows()[static_cast<std::size_t>(row)].text;
       text += row == field.highlighted() ? " [" + name + "]" : " " + name;
