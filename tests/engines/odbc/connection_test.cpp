@@ -35,7 +35,7 @@ class OdbcConnectionTest : public testing::Test {
 
   std::string path_ = testing::TempDir() + "odbc_" + std::to_string(getpid()) + ".db";
   data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_)};
-  OdbcConnection connection_{text_, milliseconds(400)};
+  OdbcConnection connection_{text_};
 };
 
 TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
@@ -94,12 +94,13 @@ TEST_F(OdbcConnectionTest, TellsFailuresAndGoesOn) {
   EXPECT_EQ(failureOf([&] { connection_.run("select '\xD9'"); }).reason(), Reason::Misuse);
 
   const auto begun = steady_clock::now();
+  OdbcConnection hasty(text_, milliseconds(1000));
   const data::DataError late = failureOf([&] {
-    connection_.run("with recursive n(i) as (select 1 union all select i + 1 from n) select count(*) from n");
+    hasty.run("with recursive n(i) as (select 1 union all select i + 1 from n) select count(*) from n");
   });
   EXPECT_EQ(late.reason(), Reason::TimeOut);
-  EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(20));
-  EXPECT_EQ(connection_.run("select count(*) from t")->value(0, 0).toText(), "0");
+  EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(60));
+  EXPECT_EQ(hasty.run("select count(*) from t")->value(0, 0).toText(), "0");
 }
 
 /// A server that takes connections, and says nothing or hangs up.
@@ -152,7 +153,7 @@ TEST(OdbcConnecting, FailsInTimeAndNeverShowsThePassword) {
       EXPECT_EQ(failure.reason(), Reason::Connection) << failure.what();
       EXPECT_EQ(std::string(failure.what()).find("hid"), std::string::npos) << failure.what();
       EXPECT_EQ(std::string(failure.what()).find('*'), std::string::npos) << failure.what();
-      EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(10)) << text;
+      EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(60)) << text;
     }
   }
 }

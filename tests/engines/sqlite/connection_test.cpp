@@ -52,7 +52,7 @@ std::string renamed(int id, const std::string& title) {
 class FileFaults : public ::testing::Test {
  protected:
   data::DataError failureOfOpening(const std::filesystem::path& path) {
-    EmbeddedConnection connection(path.string(), {milliseconds(300), milliseconds(300)});
+    EmbeddedConnection connection(path.string(), {milliseconds(5000), milliseconds(5000)});
     data::DataError failure = failureOf([&] { connection.run(kCount); });
     EXPECT_NE(std::string(failure.what()).find(path.string()), std::string::npos) << failure.what();
     return failure;
@@ -184,22 +184,24 @@ class Commands : public ::testing::Test {
   Commands() { db::createDemoChart(database.other()); }
 
   testing::TemporaryDatabase database;
-  EmbeddedConnection connection{database.file().string(), {milliseconds(2000), milliseconds(200)}};
+  EmbeddedConnection connection{database.file().string()};
+  /// For what has to fail for its time: work that succeeds may take what the machine needs.
+  EmbeddedConnection hasty{database.file().string(), {milliseconds(2000), milliseconds(600)}};
 };
 
 TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
   const std::string many = " from tblAccount a, tblAccount b, tblAccount c, tblAccount d";
   const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(failureOf([&] { connection.run("Select count(*) as cnt" + many); }).reason(), Reason::TimeOut);
-  const data::DataError failure = failureOf(
-      [&] { connection.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
+  EXPECT_EQ(failureOf([&] { hasty.run("Select count(*) as cnt" + many); }).reason(), Reason::TimeOut);
+  const data::DataError failure =
+      failureOf([&] { hasty.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
   EXPECT_EQ(failure.reason(), Reason::TimeOut);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
   EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
   // The time that somebody takes to look at the rows isn't the statement's.
   int rows = 0;
-  connection.walk("Select top 5 * From tblAccount", [&rows](const data::Rows&) {
-    std::this_thread::sleep_for(milliseconds(100));
+  hasty.walk("Select top 5 * From tblAccount", [&rows](const data::Rows&) {
+    std::this_thread::sleep_for(milliseconds(150));
     return ++rows < 100;
   });
   EXPECT_EQ(rows, 5);
@@ -208,11 +210,9 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
 TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   EXPECT_EQ(number(connection, kCount), 355);
   database.execute("begin immediate");
-  const data::DataError failure = failureOf([&] { connection.run(renamed(7, "x")); });
+  const data::DataError failure = failureOf([&] { hasty.run(renamed(7, "x")); });
   EXPECT_EQ(failure.reason(), Reason::Busy) << failure.what();
-  EXPECT_EQ(failureOf([&] {
-              connection.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}});
-            }).reason(),
+  EXPECT_EQ(failureOf([&] { hasty.call(procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
             Reason::Busy);
   EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
   std::thread release([this] {
