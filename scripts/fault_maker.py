@@ -21,7 +21,7 @@ KEYWORDS = set("return if for while switch throw delete case using static_assert
 # Neither a size set aside ahead of time nor a log line nor a programmer's own mistake is anything that a user sees.
 SILENT = re.compile(r"reserve|capacity|[bB]uffer|[cC]hunk|shrink|squeeze|assert|\blog|static_cast<void>|logic_error|"
                     r"noexcept|Q_UNUSED|maybe_unused|[tT]ime[oO]ut|chrono|hash|template|operator|std::ignore|lock\(|"
-                    r"finalize|SQLFree|dlclose|Margins|Spacing")
+                    r"finalize|SQLFree|dlclose|Margins|Spacing|setFamilies|array<")
 SYMMETRIC = re.compile(r"(?i).*(equal|same|min|max|swap|tie|both).*|" + "|".join(KEYWORDS))
 
 
@@ -229,6 +229,9 @@ def swapped_arguments(source):
                 cuts.append(position + 1)
         cuts.append(end + 1)
         parts = [(cuts[i], source.text[cuts[i]:cuts[i + 1] - 1]) for i in range(len(cuts) - 1)]
+        shapes = {shape(part.strip()) for begin, part in parts}
+        if match[0] == "{" and len(parts) > 2 and len(shapes) == 1 and "number" not in shapes:
+            continue  # a set, whose order says nothing
         for (first, one), (second, two) in zip(parts, parts[1:]):
             if one.strip() == two.strip() or shape(one.strip()) != shape(two.strip()) or not shape(one.strip()):
                 continue
@@ -246,7 +249,7 @@ def other_enumerators(source):
             of_type[match[1]].append(match[2])
     for match in found:
         names = of_type[match[1]]
-        if len(names) > 1 and source.context(match.start()) in ("block", "table") and "case " not in source.line_around(match.start()):
+        if len(names) > 1 and match[1] != "Qt" and source.context(match.start()) in ("block", "table") and "case " not in source.line_around(match.start()):
             other = names[(names.index(match[2]) + 1) % len(names)]
             yield Change(match.start(2), match.end(2), other, f"'{match[0]}' is '{match[1]}::{other}'")
 
@@ -264,7 +267,7 @@ def other_texts(source):
             other = " ".join(words[:-1]).rstrip() if len(words) > 1 and len(words[-1]) > 1 else text.rstrip()[:-1]
             if other.strip():
                 yield Change(begin, end, other, "the text ends early")
-        elif text in names and len(names) > 1:
+        elif text in names and len(names) > 1 and f'(*this, "{text}"' not in source.text[begin - 8:end + 1]:
             other = names[(names.index(text) + 1) % len(names)]
             yield Change(begin, end, other, f'"{text}" is "{other}"')
 
@@ -348,9 +351,8 @@ RULES = {
     "enumerator": other_enumerators,
     "text": other_texts,
     "branches": exchanged_branches,
-    "extreme": exchange(r"(?:(?<=\.)|(?<=->)|\b(?=std))(std::min|std::max|first|second|front|back)\b",
-                        {"std::min": "std::max", "std::max": "std::min", "first": "second", "second": "first",
-                         "front": "back", "back": "front"}),
+    "extreme": exchange(r"(?:(?<=\.)|(?<=->)|\b(?=std))(std::min|std::max|first|second)\b",
+                        {"std::min": "std::max", "std::max": "std::min", "first": "second", "second": "first"}),
     "statement": sql_in_texts,
 }
 
