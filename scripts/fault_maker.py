@@ -1,6 +1,6 @@
-"""Makes simple faults by rule: for `scripts/faults make`. Each rule looks at the code with its comments, texts, directives
-and Windows branches blanked out, and offers exchanges (begin, end, other text, what was changed). What doesn't compile,
-or compiles to the same machine code, is dropped."""
+"""Makes simple faults by rule: for `scripts/faults make`. Each rule looks at the code with its comments, texts,
+directives and Windows branches blanked out, and offers exchanges (begin, end, other text, what was changed). What
+doesn't compile, or compiles to the same machine code, is dropped."""
 import bisect
 import collections
 import concurrent.futures
@@ -15,7 +15,8 @@ import sqlite3
 import subprocess
 import tempfile
 
-LITERALS = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<![0-9])\'(?:\\.|[^\'\\\n])*\'', re.S)
+LITERALS = re.compile(r'//[^\n]*|/\*.*?\*/|R"(\w*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|'
+                      r'(?<![0-9])\'(?:\\.|[^\'\\\n])*\'', re.S)
 KEYWORDS = set("return if for while switch throw delete case using static_assert else do goto co_return assert new "
                "catch sizeof alignof decltype noexcept explicit default typedef template".split())
 # Neither a size set aside ahead of time nor a log line nor a programmer's own mistake is anything that a user sees.
@@ -115,7 +116,8 @@ def exchange(pattern, others, contexts=("block",), unless=r"^\b$"):
             if (other is None or source.context(match.start()) not in contexts or SILENT.search(line)
                     or re.search(unless, line)):
                 continue
-            yield Change(match.start(1), match.end(1), other, f"'{match[1]}' is '{other}'".replace("is ''", "is left out"))
+            seen = f"'{match[1]}' is '{other}'" if other else f"'{match[1]}' is left out"
+            yield Change(match.start(1), match.end(1), other, seen)
     return rule
 
 
@@ -235,10 +237,10 @@ def swapped_arguments(source):
         for (first, one), (second, two) in zip(parts, parts[1:]):
             if one.strip() == two.strip() or shape(one.strip()) != shape(two.strip()) or not shape(one.strip()):
                 continue
-            first += len(one) - len(one.lstrip())
-            yield Change(first, second + len(two.rstrip()),
-                         two.strip() + source.text[first + len(one.strip()):second + len(two) - len(two.lstrip())] + one.strip(),
-                         f"'{one.strip()}' and '{two.strip()}' have swapped")
+            first, second = first + len(one) - len(one.lstrip()), second + len(two) - len(two.lstrip())
+            one, two = one.strip(), two.strip()
+            between = source.text[first + len(one):second]
+            yield Change(first, second + len(two), two + between + one, f"'{one}' and '{two}' have swapped")
 
 
 def other_enumerators(source):
@@ -249,7 +251,9 @@ def other_enumerators(source):
             of_type[match[1]].append(match[2])
     for match in found:
         names = of_type[match[1]]
-        if len(names) > 1 and match[1] != "Qt" and source.context(match.start()) in ("block", "table") and "case " not in source.line_around(match.start()):
+        if len(names) < 2 or match[1] == "Qt" or "case " in source.line_around(match.start()):
+            continue
+        if source.context(match.start()) in ("block", "table"):
             other = names[(names.index(match[2]) + 1) % len(names)]
             yield Change(match.start(2), match.end(2), other, f"'{match[0]}' is '{match[1]}::{other}'")
 
@@ -275,7 +279,8 @@ def other_texts(source):
 # ---- Rules for SQL, in files and in statements of the code
 
 SQL_RULES = [
-    (r"(?<![\w.@'(] )(?<![\w.@'])([@A-Za-z][\w.]+), ([@A-Za-z][\w.]+)(?![\w.(]| [a-z])", r"\2, \1", "two columns have swapped"),
+    (r"(?<![\w.@'(] )(?<![\w.@'])([@A-Za-z][\w.]+), ([@A-Za-z][\w.]+)(?![\w.(]| [a-z])", r"\2, \1",
+     "two columns have swapped"),
     (r"(?i)(?<=\S) (and|or) [@\w.]+ (=|<>|<|>|<=|>=) [@\w.:?]+(?=[\s;)]|$)", "", "a condition is left out"),
     (r"(?<=[\w)]) = (?=[\w@?:(])", " <> ", "'=' is '<>'"),
     (r"(?<=[\w)]) <> (?=[\w@?:'(])", " = ", "'<>' is '='"),
@@ -298,7 +303,8 @@ def sql_changes(text, begin):
     for pattern, other, seen in SQL_RULES:
         for match in re.finditer(pattern, text):
             # Only in a condition is a sign a comparison.
-            if re.search("[<>=]", other) and not re.search(r"(?i)\b(where|on|and|or|when|if) [^,]*$", text[:match.start()]):
+            condition = re.search(r"(?i)\b(where|on|and|or|when|if) [^,]*$", text[:match.start()])
+            if re.search("[<>=]", other) and not condition:
                 continue
             if match.expand(other) != match[0] and match.expand(other).lower() != match[0].lower():
                 yield Change(begin + match.start(), begin + match.end(), match.expand(other), seen)
@@ -307,9 +313,9 @@ def sql_changes(text, begin):
 def sql_in_texts(source):
     for begin, end in source.texts:
         text = source.text[begin:end]
-        if source.code[begin - 1] == '"' and re.search(r"(?i)\b(select|update|insert into|delete|where|from|order by) ", text):
-            if not re.search(r"[\u0600-\u06ff]", text) and len(text) > 12:
-                yield from sql_changes(text, begin)
+        sql = re.search(r"(?i)\b(select|update|insert into|delete|where|from|order by) ", text)
+        if source.code[begin - 1] == '"' and sql and len(text) > 12 and not re.search(r"[\u0600-\u06ff]", text):
+            yield from sql_changes(text, begin)
 
 
 def sql_lines(source):
@@ -319,10 +325,12 @@ def sql_lines(source):
                       else " " * len(match[0]), line.rstrip("\n"))
         if code.strip() and not SQL_ALONE.search(code):
             yield from sql_changes(code, begin)
-            if re.match(r"\s*(and|or) .*", code) and code.count("(") == code.count(")"):
-                yield Change(begin + len(line) - len(line.lstrip()), begin + len(code.rstrip(" ;")), "", "a condition is left out")
-            if re.match(r"\s*(set \w+ = |\w+ = )[^;]*,\s*$", code) and code.count("(") == code.count(")"):
-                yield Change(begin + len(line) - len(line.lstrip()), begin + len(code.rstrip()), "", "an assignment is left out")
+            whole = code.count("(") == code.count(")")
+            first = begin + len(line) - len(line.lstrip())
+            if re.match(r"\s*(and|or) .*", code) and whole:
+                yield Change(first, begin + len(code.rstrip(" ;")), "", "a condition is left out")
+            if re.match(r"\s*\w+ = [^;]*,\s*$", code) and whole:
+                yield Change(first, begin + len(code.rstrip()), "", "an assignment is left out")
             for match in re.finditer(NUMBER, code):
                 yield Change(begin + match.start(), begin + match.end(), other_number(match[1]),
                              f"'{match[1]}' is '{other_number(match[1])}'")
@@ -331,7 +339,8 @@ def sql_lines(source):
 
 SELDOM = {"preset": 0.2, "not": 0.5, "call in braces": 0.5}  # would be too many, or mostly noticed
 RULES = {
-    "comparison": exchange(r" (<=|>=|==|!=|<|>)(?= |\n)", {"<": "<=", "<=": "<", "==": "!=", "!=": "==", ">": ">=", ">=": ">"},
+    "comparison": exchange(r" (<=|>=|==|!=|<|>)(?= |\n)",
+                           {"<": "<=", "<=": "<", "==": "!=", "!=": "==", ">": ">=", ">=": ">"},
                            unless=SAME_AT_THE_BORDER),
     "and or": exchange(r" (&&|\|\|)(?= |\n)", {"&&": "||", "||": "&&"}, unless="auto&&"),
     "sum": exchange(r"[\w)\]] ([+*-]|\+=|-=) (?=[\w(])", {"+": "-", "-": "+", "*": "/", "+=": "-=", "-=": "+="},
@@ -366,15 +375,16 @@ class Compiler:
         self.root, self.commands, self.clean = root, {}, {}
         self.seen = root / "build" / "faults" / "compiled.txt"
         self.known = dict(line.split() for line in self.seen.read_text().splitlines()) if self.seen.is_file() else {}
-        for build in [*sorted(root.glob("build/*/compile_commands.json")), *sorted(root.glob("build/faults/*/build/compile_commands.json"))]:
+        builds = (sorted(root.glob(f"build/{place}/compile_commands.json")) for place in ("*", "faults/*/build"))
+        for build in [path for paths in builds for path in paths]:
             entries = json.loads(build.read_text())
             home = next((entry["file"].split("/src/ui/")[0] for entry in entries if "/src/ui/" in entry["file"]), None)
             for entry in entries if home else []:
                 if entry["file"].startswith((f"{home}/src/", f"{home}/components/")):
                     name = entry["file"][len(home) + 1:]
                     words = shlex.split(entry["command"].replace(f"{home}/src", f"{root}/src"))
-                    words = [word for i, word in enumerate(words) if word not in ("-c", "-o", entry["file"], f"{root}/{name}")
-                             and words[i - 1] != "-o" and not word.endswith("ccache")]
+                    words = [word for i, word in enumerate(words) if word not in ("-c", "-o", f"{root}/{name}")
+                             and words[i - 1] != "-o" and not word.endswith((f"/{name}", "ccache"))]
                     self.commands.setdefault(name, (words, entry["directory"]))
 
     def assembly(self, name, text, header=None):
@@ -494,6 +504,7 @@ def make(root, seed, count, jobs, places):
         shares[widest] -= 1 if over > 0 else -1
     compiler = Compiler(root)
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        picked = pool.map(lambda folder: pick(folders[folder], shares[folder], random.Random(f"{seed}:{folder}"), compiler,
-                                              places), sorted(folders))
+        def of(folder):
+            return pick(folders[folder], shares[folder], random.Random(f"{seed}:{folder}"), compiler, places)
+        picked = pool.map(of, sorted(folders))
         return [fault[:4] for faults in picked for fault in faults]
