@@ -295,8 +295,8 @@ SQL_RULES = [
     (r"(?i) on delete cascade", "", "'on delete cascade' is left out"),
     (r"(?i)\bdistinct ", "", "'distinct' is left out"),
 ]
-SQL_ALONE = re.compile(r"(?i)object_id|^\s*set (nocount|ansi|quoted|xact)|^\s*go\b|\bindex\b|grant|\bdrop\b|primary key|"
-                       r"foreign key|references|unique|pragma|throw|commit|rollback")
+SQL_ALONE = re.compile(r"(?i)object_id|^\s*set (nocount|ansi|quoted|xact)|^\s*go\b|\bindex\b|grant|\bdrop\b|"
+                       r"primary key|foreign key|references|unique|pragma|throw|commit|rollback")
 
 
 def sql_changes(text, begin):
@@ -380,8 +380,8 @@ class Compiler:
             entries = json.loads(build.read_text())
             home = next((entry["file"].split("/src/ui/")[0] for entry in entries if "/src/ui/" in entry["file"]), None)
             for entry in entries if home else []:
-                if entry["file"].startswith((f"{home}/src/", f"{home}/components/")):
-                    name = entry["file"][len(home) + 1:]
+                name = entry["file"][len(home) + 1:]
+                if name.startswith(("src/", "components/")) and (root / name).is_file():
                     words = shlex.split(entry["command"].replace(f"{home}/src", f"{root}/src"))
                     words = [word for i, word in enumerate(words) if word not in ("-c", "-o", f"{root}/{name}")
                              and words[i - 1] != "-o" and not word.endswith((f"/{name}", "ccache"))]
