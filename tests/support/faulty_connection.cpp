@@ -28,6 +28,8 @@ class FaultyConnection : public data::Connection {
     return engine_->call(procedure, values);
   }
 
+  std::vector<std::string> takeNews() override { return engine_->takeNews(); }
+
   data::SearchPage search(const data::SearchRequest& request) override {
     faults_.pass("search " + request.view);
     return engine_->search(request);

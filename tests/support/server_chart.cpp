@@ -93,7 +93,7 @@ std::size_t fingerprint() {
 data::Connection& connection() {
   static const std::unique_ptr<data::Connection> one = [] {
     data::Providers providers;
-    data::odbc::registerOdbc(providers);
+    data::odbc::registerOdbc(providers, data::kCommandTimeOut, data::odbc::Versions::Any);
     return providers.open(testServer());
   }();
   return *one;

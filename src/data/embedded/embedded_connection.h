@@ -39,6 +39,7 @@ class EmbeddedConnection final : public Connection {
   void walk(std::string_view statement, const std::function<bool(const Rows& row)>& visit) override;
   std::int32_t call(const Procedure& procedure, std::span<const Value> values) override;
   SearchPage search(const SearchRequest& request) override;
+  std::vector<std::string> takeNews() override;
 
   /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
   [[nodiscard]] std::vector<std::string> queryPlan(std::string_view statement);

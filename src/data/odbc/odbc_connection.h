@@ -21,7 +21,8 @@ namespace ledgertree::data::odbc {
 /// opens it anew. Nothing is sent twice: whether the failed statement was carried out nobody knows.
 class OdbcConnection final : public Connection {
  public:
-  explicit OdbcConnection(ConnectionText text, std::chrono::milliseconds command = kCommandTimeOut);
+  explicit OdbcConnection(ConnectionText text, std::chrono::milliseconds command = kCommandTimeOut,
+                          Versions versions = Versions::Present);
   ~OdbcConnection() override;
 
   std::optional<Rows> run(std::string_view statement) override;
@@ -39,6 +40,7 @@ class OdbcConnection final : public Connection {
 
   ConnectionText text_;
   std::chrono::milliseconds command_;
+  Versions versions_;
   std::unique_ptr<Session> session_;
   Walk* walk_ = nullptr;  ///< the innermost that runs
 };

@@ -7,10 +7,12 @@
 
 namespace ledgertree::data::odbc {
 
-void registerOdbc(Providers& providers) {
+void registerOdbc(Providers& providers, std::chrono::milliseconds command, Versions versions) {
   for (const char* const name :
        {"SQLOLEDB", "SQLNCLI", "SQLNCLI10", "SQLNCLI11", "MSOLEDBSQL", "MSOLEDBSQL19", "MSDASQL"}) {
-    providers.add(name, [](const ConnectionText& text) { return std::make_unique<OdbcConnection>(text); });
+    providers.add(name, [command, versions](const ConnectionText& text) {
+      return std::make_unique<OdbcConnection>(text, command, versions);
+    });
   }
 }
 
