@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <thread>
@@ -13,6 +11,7 @@
 #include "db/version.h"
 #include "ledgertree_scripts.h"
 #include "support/child_process.h"
+#include "support/first_version.h"
 #include "support/power_cut_storage.h"
 #include "support/temporary_database.h"
 
@@ -20,20 +19,6 @@ namespace ledgertree::db {
 namespace {
 
 using testing::Child, testing::PowerCutStorage, testing::TemporaryFolder;
-
-std::string kept(const std::string& name) {
-  std::ifstream file(LEDGERTREE_VERSIONS "/" + name);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// A file of the first version, with the rows and the objects that a host and other programs left in it.
-SQLite::Database firstVersion(const std::filesystem::path& folder) {
-  SQLite::Database database((folder / "chart.db").string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE,
-                            10000);
-  database.exec("pragma journal_mode = wal");
-  database.exec("begin; " + kept("embedded-1.sql") + "; commit; pragma wal_checkpoint(truncate)");
-  return database;
-}
 
 SQLite::Database opened(const std::filesystem::path& folder) {
   return {(folder / "chart.db").string(), SQLite::OPEN_READWRITE, 10000};
@@ -79,7 +64,7 @@ std::string repaired(std::string rows) {
 
 TEST(Versions, AnOlderFileIsTakenUpWithAllItsRowsToWhatANewOneIs) {
   const TemporaryFolder folder;
-  SQLite::Database database = firstVersion(folder.path());
+  SQLite::Database database = testing::firstVersion(folder.path() / "chart.db");
   const Texts columns = tables(database);
   const std::string rows = rowsOf(database, columns);
   Texts expected = objects(database);
@@ -110,7 +95,7 @@ TEST(Versions, AnOlderFileIsTakenUpWithAllItsRowsToWhatANewOneIs) {
 
 TEST(Versions, SeveralProgramsTakeAFileUpTogether) {
   const TemporaryFolder folder;
-  static_cast<void>(firstVersion(folder.path()));
+  static_cast<void>(testing::firstVersion(folder.path() / "chart.db"));
   std::atomic<int> times = 0;
   std::vector<std::thread> programs;
   for (int program = 0; program < 4; ++program) {
@@ -129,7 +114,7 @@ TEST(Versions, AFileIsOldOrNewWhereverThePowerIsCut) {
   std::string after;
   {
     const TemporaryFolder folder;
-    SQLite::Database database = firstVersion(folder.path());
+    SQLite::Database database = testing::firstVersion(folder.path() / "chart.db");
     before = rowsOf(database, tables(database));
     openSchema(database);
     after = rowsOf(database, tables(database));
@@ -140,7 +125,7 @@ TEST(Versions, AFileIsOldOrNewWhereverThePowerIsCut) {
     const TemporaryFolder folder;
     Child child([&](int) {
       PowerCutStorage::putIn();
-      SQLite::Database database = firstVersion(folder.path());
+      SQLite::Database database = testing::firstVersion(folder.path() / "chart.db");
       PowerCutStorage::cutAt(cut, static_cast<unsigned>(cut));
       openSchema(database);
       ::_exit(0);
@@ -167,7 +152,7 @@ TEST(Versions, AFileIsOldOrNewWhereverThePowerIsCut) {
 /// A later version's step may do what no step does yet: make a table anew that others refer to.
 TEST(Versions, AStepMayMakeATableAnew) {
   const TemporaryFolder folder;
-  SQLite::Database database = firstVersion(folder.path());
+  SQLite::Database database = testing::firstVersion(folder.path() / "chart.db");
   database.exec("pragma foreign_keys = on");
   const std::string rows = rowsOf(database, tables(database));
   openSchema(database, [&database] {

@@ -34,8 +34,8 @@ constexpr const char* kInsertAccount = R"(
                                       replace(replace(rtrim(?8), 'ی', 'ي'), 'ک', 'ك') collate nocase)
                then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0) end))";
 
-// Accounts that shared a code ahead of the index, by the letters for yeh and kaf, keep it until somebody
-// gives one of them another: else nothing of them could be changed.
+// Accounts that share a code from before that rule keep it, each in its own letters, until somebody gives one
+// of them another: else nothing of them could be changed.
 constexpr const char* kUpdateAccount = R"(
   update tblAccount
   set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end, IsPermanent = ?4,
@@ -46,8 +46,7 @@ constexpr const char* kUpdateAccount = R"(
                     where replace(replace(rtrim(a.Code), 'ی', 'ي'), 'ک', 'ك') =
                           replace(replace(rtrim(?7), 'ی', 'ي'), 'ک', 'ك') collate nocase
                       and a.ID <> ?1
-                      and (rtrim(a.Code) = rtrim(?7) collate nocase
-                           or rtrim(tblAccount.Code) is not rtrim(?7) collate nocase)))";
+                      and (rtrim(a.Code) = rtrim(?7) or rtrim(tblAccount.Code) is not rtrim(?7))))";
 
 constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
 

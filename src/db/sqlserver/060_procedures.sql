@@ -6,9 +6,9 @@ set ansi_nulls on;
 set quoted_identifier on;
 GO
 
--- Gives 1 where an account other than @ID has the code, as CodeKey compares codes. Accounts that shared one ahead of
--- that, since the collation tells their letters apart, keep it until somebody gives one of them another: else nothing of
--- them could be changed.
+-- Gives 1 where an account other than @ID has the code, as CodeKey compares codes. Accounts that share one from before
+-- that rule keep it, each in its own letters, until somebody gives one of them another: else nothing of them could be
+-- changed.
 if object_id(N'dbo.spAccountFindCode') is not null drop procedure dbo.spAccountFindCode;
 GO
 create procedure dbo.spAccountFindCode @Code varchar(20), @ID int
@@ -18,8 +18,13 @@ begin
   declare @Key nvarchar(20) = upper(replace(replace(rtrim(cast(@Code as nvarchar(20)) collate Latin1_General_100_BIN2),
     nchar(1740), nchar(1610)), nchar(1705), nchar(1603)));
   declare @Kept int = 0;
-  if exists (select 1 from dbo.tblAccount where ID = @ID and Code = @Code) set @Kept = 1;
-  if exists (select 1 from dbo.tblAccount where CodeKey = @Key and ID <> @ID and (@Kept = 0 or Code = @Code)) return 1;
+  if exists (select 1 from dbo.tblAccount
+             where ID = @ID and cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2 = @Code)
+    set @Kept = 1;
+  if exists (select 1 from dbo.tblAccount
+             where CodeKey = @Key and ID <> @ID
+               and (@Kept = 0 or cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2 = @Code))
+    return 1;
   return 0;
 end;
 GO
