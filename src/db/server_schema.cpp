@@ -27,11 +27,9 @@ void runScript(data::Connection& connection, std::string_view path) {
   }
 }
 
-/// One installation at a time: another one that began waits here. Nobody waits for long behind one that
-/// itself waits for somebody's lock.
+/// One installation at a time: another one that began waits here.
 constexpr const char* kBegin = R"(
   begin transaction;
-  set lock_timeout 30000;
   declare @Got int;
   exec @Got = sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';
   if @Got < 0 throw 51006, N'Another installation of the schema is at work. Wait for its end.', 1;)";

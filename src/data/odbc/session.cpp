@@ -20,6 +20,8 @@ constexpr std::string_view kAskCodePage =
     "'Collation')), 'CodePage')); ";
 constexpr std::string_view kAskVersion = "select @Version";
 constexpr std::chrono::milliseconds kAheadOfTimeOut{1000};
+/// An installer's commands may take hours, but while it waits for a lock others wait for its own.
+constexpr std::chrono::milliseconds kLongestWait{30000};
 
 constexpr SQLINTEGER kArabicPage = 1256;
 constexpr SQLINTEGER kUtf8Page = 65001;
@@ -73,7 +75,7 @@ void Session::open(const ConnectionText& text) {
 void Session::prepareServer(Versions versions) {
   codePage_ = CodePage::Unknown;
   const Handle statement(SQL_HANDLE_STMT, connection_.get());
-  const auto wait = std::max(command_ - kAheadOfTimeOut, command_ / 2);
+  const auto wait = std::min(std::max(command_ - kAheadOfTimeOut, command_ / 2), kLongestWait);
   std::u16string batch =
       wideText(std::string(kPrepare) + std::to_string(wait.count()) + std::string(kAskCodePage) +
                std::string(db::kFindServerVersion) + std::string(kAskVersion));
