@@ -1,6 +1,7 @@
-// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server, and the demo
-// chart where it is asked for. It needs no display.
+// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server, takes up one of
+// an older version, and fills in the demo chart where it is asked for. It needs no display.
 
+#include <chrono>
 #include <exception>
 #include <iostream>
 #include <optional>
@@ -10,18 +11,29 @@
 #include "data/connection.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
+#include "ledgertree_scripts.h"
 
 namespace {
 
+namespace db = ledgertree::db;
+namespace data = ledgertree::data;
+
 constexpr const char* kUsage =
-    "usage: ledgertree-schema --install-schema TEXT [--install-demo]\n"
+    "usage: ledgertree-schema --install-schema TEXT [--dry-run] [--without SCRIPT]... [--install-demo]\n"
     "       ledgertree-schema --install-demo TEXT\n"
     "TEXT is the OLE DB connection text of the database; \"-\" reads it from the standard input, so that a\n"
-    "password stands in no list of processes.\n";
+    "password stands in no list of processes.\n"
+    "  --dry-run         shows what would be done, and does nothing\n"
+    "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n";
+
+/// An index on a large table of the host takes its time.
+constexpr std::chrono::hours kLongestBatch{2};
 
 struct Options {
   bool schema = false;
+  bool dryRun = false;
   bool demo = false;
+  db::LeftOut without;
   std::optional<std::string> text;
 };
 
@@ -34,6 +46,10 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.schema = true;
     } else if (argument == "--install-demo") {
       options.demo = true;
+    } else if (argument == "--dry-run") {
+      options.dryRun = true;
+    } else if (argument == "--without" && place + 1 < count) {
+      options.without.emplace_back(arguments[++place]);
     } else if (options.text || argument.starts_with("--")) {
       return std::nullopt;
     } else {
@@ -41,17 +57,45 @@ std::optional<Options> readOptions(int count, char** arguments) {
     }
   }
   if (!options.text || (!options.schema && !options.demo)) return std::nullopt;
+  if (!options.schema && (options.dryRun || !options.without.empty())) return std::nullopt;
   if (*options.text == "-") std::getline(std::cin, *options.text);
   return options;
 }
 
+void print(std::string_view line) { std::cout << line << std::endl; }
+
+void showPlan(data::Connection& connection, const db::LeftOut& without) {
+  const db::ServerPlan plan = db::planServerSchema(connection, without);
+  if (plan.version == 0) {
+    std::cout << "The database has no chart. It would get version " << db::schemaVersion() << ".\n";
+  } else {
+    std::cout << "The database has version " << plan.version << ", this program " << db::schemaVersion()
+              << ".\n";
+  }
+  for (const db::Step& step : plan.steps) {
+    std::cout << "\nthe step to version " << step.version << ", " << step.script << ":\n\n"
+              << db::embeddedText(step.script) << '\n';
+    try {
+      db::reportStep(connection, step, print);
+    } catch (const data::DataError& failure) {
+      // It may ask for what only the steps ahead of it make.
+      std::cout << "what it has to report can't be told yet: " << failure.what() << '\n';
+    }
+  }
+  std::cout << "\nthen these scripts, which make what is missing, and the views, triggers and procedures of\n"
+               "the chart anew:\n\n";
+  for (const std::string_view script : plan.scripts) print(script);
+  std::cout << "\nnothing was changed\n";
+}
+
 void install(const Options& options) {
-  ledgertree::data::Providers providers;
-  ledgertree::engines::odbc::registerOdbc(providers);
+  data::Providers providers;
+  namespace odbc = ledgertree::engines::odbc;
+  odbc::registerOdbc(providers, kLongestBatch, odbc::Versions::Any);
   const auto connection = providers.open(*options.text);
-  const auto report = [](std::string_view script) { std::cout << script << std::endl; };
-  if (options.schema) ledgertree::db::installServerSchema(*connection, report);
-  if (options.demo) ledgertree::db::installServerDemo(*connection, report);
+  if (options.dryRun) return showPlan(*connection, options.without);
+  if (options.schema) db::installServerSchema(*connection, print, options.without);
+  if (options.demo) db::installServerDemo(*connection, print);
   std::cout << "done\n";
 }
 

@@ -70,6 +70,10 @@ class Connection {
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }
 
+  /// What there is to tell a person about the data, once: what was found when a database of an older version
+  /// was taken up at the opening.
+  [[nodiscard]] virtual std::vector<std::string> takeNews() { return {}; }
+
   /// One page of the rows of a view whose text holds what the person typed, letters folded (see fold.h).
   virtual SearchPage search(const SearchRequest& request) = 0;
 };

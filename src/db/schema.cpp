@@ -6,6 +6,7 @@
 
 #include "data/data_error.h"
 #include "db/scripts.h"
+#include "db/version.h"
 #include "ledgertree_scripts.h"
 
 namespace ledgertree::db {
@@ -19,44 +20,85 @@ int pragma(SQLite::Database& database, const char* name) {
 }
 
 bool isPresent(SQLite::Database& database) {
-  return pragma(database, "user_version") == kSchemaVersion &&
+  return pragma(database, "user_version") == schemaVersion() &&
          pragma(database, "application_id") == kApplicationId;
-}
-
-[[noreturn]] void refuse(const char* message) {
-  throw data::DataError(data::DataError::Reason::Connection, 0, message);
 }
 
 void runScripts(SQLite::Database& database, const std::vector<std::string_view>& paths) {
   for (const std::string_view path : paths) database.exec(std::string(embeddedText(path)));
 }
 
-/// Refuses what is not an empty file: anything else that has no present schema was made by another program,
-/// or by a later version of this one.
+/// Refuses what isn't an empty file: another program made it.
 void requireEmpty(SQLite::Database& database) {
-  const bool ours = pragma(database, "application_id") == kApplicationId;
-  if (ours && pragma(database, "user_version") > kSchemaVersion) {
-    refuse("اين پايگاه داده با نسخه جديدتري از برنامه ساخته شده است. برنامه را به روز نماييد.");
+  if (pragma(database, "application_id") == 0 && pragma(database, "user_version") == 0 &&
+      database.execAndGet("select count(*) from sqlite_schema").getInt() == 0)
+    return;
+  throw data::DataError(
+      data::DataError::Reason::Connection, 0,
+      "اين فايل پايگاه داده برنامه ديگري است و حسابها در آن نگهداري نميشود. فايل ديگري انتخاب نماييد.");
+}
+
+/// A step may make a table anew under its old name: no row that refers to it goes with the old one, and the
+/// triggers and views that name it stay as they are. Neither can be set inside a transaction.
+class LooseReferences {
+ public:
+  explicit LooseReferences(SQLite::Database& database)
+      : database_(database),
+        references_(pragma(database, "foreign_keys")),
+        renames_(pragma(database, "legacy_alter_table")) {
+    set(0, 1);
   }
-  const bool blank = pragma(database, "application_id") == 0 && pragma(database, "user_version") == 0 &&
-                     database.execAndGet("select count(*) from sqlite_schema").getInt() == 0;
-  if (!blank) {
-    refuse("اين فايل پايگاه داده برنامه ديگري است و حسابها در آن نگهداري نميشود. فايل ديگري انتخاب نماييد.");
+  LooseReferences(const LooseReferences&) = delete;
+  LooseReferences& operator=(const LooseReferences&) = delete;
+  ~LooseReferences() { set(references_, renames_); }
+
+ private:
+  void set(int references, int renames) {
+    static_cast<void>(database_.tryExec("pragma foreign_keys = " + std::to_string(references) +
+                                        "; pragma legacy_alter_table = " + std::to_string(renames)));
   }
+
+  SQLite::Database& database_;
+  int references_;
+  int renames_;
+};
+
+/// The triggers and views of the chart are made anew, whatever they were; all else is changed by the steps.
+std::vector<std::string> takeUp(SQLite::Database& database, int version) {
+  std::vector<std::string> found;
+  for (const Step& step : stepsBehind(version, "db/embedded/steps/")) {
+    if (!step.report.empty()) {
+      SQLite::Statement report(database, std::string(embeddedText(step.report)));
+      while (report.executeStep()) found.push_back(report.getColumn(0).getString());
+    }
+    database.exec(std::string(embeddedText(step.script)));
+  }
+  runScripts(database, {"db/embedded/040_triggers.sql", "db/embedded/051_views.sql"});
+  return found;
 }
 
 }  // namespace
 
-void openSchema(SQLite::Database& database) {
-  if (isPresent(database)) return;
-  // Another program may be creating the schema at this moment; who comes second finds it done.
+std::vector<std::string> openSchema(SQLite::Database& database, const std::function<void()>& onTakeUp) {
+  if (isPresent(database)) return {};
+  const LooseReferences loose(database);
+  // Another program may be at the same work at this moment; who comes second finds it done.
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-  if (isPresent(database)) return;
-  requireEmpty(database);
-  runScripts(database, scriptsIn("db/embedded/"));
-  database.exec("pragma application_id = " + std::to_string(kApplicationId));
-  database.exec("pragma user_version = " + std::to_string(kSchemaVersion));
+  if (isPresent(database)) return {};
+  std::vector<std::string> found;
+  const int version = pragma(database, "user_version");
+  if (pragma(database, "application_id") == kApplicationId && version > 0) {
+    if (version > schemaVersion()) requireSchemaVersion(version);
+    if (onTakeUp) onTakeUp();
+    found = takeUp(database, version);
+  } else {
+    requireEmpty(database);
+    runScripts(database, scriptsIn("db/embedded/"));
+    database.exec("pragma application_id = " + std::to_string(kApplicationId));
+  }
+  database.exec("pragma user_version = " + std::to_string(schemaVersion()));
   transaction.commit();
+  return found;
 }
 
 void createDemoChart(SQLite::Database& database) {

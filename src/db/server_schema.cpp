@@ -11,6 +11,9 @@
 namespace ledgertree::db {
 namespace {
 
+constexpr std::string_view kScripts = "db/sqlserver/";
+constexpr std::string_view kSteps = "db/sqlserver/steps/";
+
 void runScript(data::Connection& connection, std::string_view path) {
   for (const Batch& batch : batchesOf(embeddedText(path))) {
     try {
@@ -31,14 +34,11 @@ constexpr const char* kBegin = R"(
   exec @Got = sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';
   if @Got < 0 throw 51006, N'Another installation of the schema is at work. Wait for its end.', 1;)";
 
-void runScripts(data::Connection& connection, const std::vector<std::string_view>& paths,
-                const ScriptReport& report) {
+/// Does some work in a transaction of its own.
+void inTransaction(data::Connection& connection, const std::function<void()>& work) {
   try {
     connection.run(kBegin);
-    for (const std::string_view path : paths) {
-      report(path);
-      runScript(connection, path);
-    }
+    work();
     connection.run("commit transaction");
   } catch (...) {
     const std::exception_ptr failure = std::current_exception();
@@ -51,14 +51,57 @@ void runScripts(data::Connection& connection, const std::vector<std::string_view
   }
 }
 
-}  // namespace
-
-void installServerSchema(data::Connection& connection, const ScriptReport& report) {
-  runScripts(connection, scriptsIn("db/sqlserver/"), report);
+void runScripts(data::Connection& connection, const std::vector<std::string_view>& paths,
+                const Report& report) {
+  for (const std::string_view path : paths) {
+    report(path);
+    runScript(connection, path);
+  }
 }
 
-void installServerDemo(data::Connection& connection, const ScriptReport& report) {
-  runScripts(connection, demoScripts("db/demo/sqlserver/"), report);
+std::vector<std::string_view> scriptsBut(const LeftOut& leftOut) {
+  std::vector<std::string_view> scripts = scriptsIn(kScripts);
+  for (const std::string& name : leftOut) {
+    if (std::erase(scripts, std::string(kScripts) + name) == 0)
+      throw data::DataError(data::DataError::Reason::Misuse, 0, "There is no script " + name + ".");
+  }
+  return scripts;
+}
+
+}  // namespace
+
+ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut) {
+  const auto rows = connection.run(std::string(kFindServerVersion) + "select @Version as Version");
+  if (!rows || rows->count() == 0)
+    throw data::DataError(data::DataError::Reason::Statement, 0, "The database didn't tell its version.");
+  const int version = rows->value(0, 0).toInt32();
+  if (version > schemaVersion()) requireSchemaVersion(version);
+  ServerPlan plan{.version = version, .steps = {}, .scripts = scriptsBut(leftOut)};
+  if (version > 0) plan.steps = stepsBehind(version, kSteps);
+  return plan;
+}
+
+void reportStep(data::Connection& connection, const Step& step, const Report& report) {
+  if (step.report.empty()) return;
+  const auto rows = connection.run(embeddedText(step.report));
+  for (std::size_t row = 0; rows && row < rows->count(); ++row) report(rows->text(row, 0));
+}
+
+void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut) {
+  inTransaction(connection, [&] {
+    const ServerPlan plan = planServerSchema(connection, leftOut);
+    for (const Step& step : plan.steps) {
+      reportStep(connection, step, report);
+      runScripts(connection, {step.script}, report);
+      connection.run("insert into dbo.tblLedgerTreeVersion (Version) values (" +
+                     std::to_string(step.version) + ")");
+    }
+    runScripts(connection, plan.scripts, report);
+  });
+}
+
+void installServerDemo(data::Connection& connection, const Report& report) {
+  inTransaction(connection, [&] { runScripts(connection, demoScripts("db/demo/sqlserver/"), report); });
 }
 
 }  // namespace ledgertree::db

@@ -1,25 +1,46 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "data/connection.h"
+#include "db/version.h"
 
 namespace ledgertree::db {
 
-/// Told of each script ("db/sqlserver/010_tables.sql") ahead of it.
-using ScriptReport = std::function<void(std::string_view script)>;
+/// Told what is done, line by line: each script ("db/sqlserver/010_tables.sql") ahead of it, and what was
+/// found of rows that stay as they are.
+using Report = std::function<void(std::string_view line)>;
 
-/// Brings a database of SQL Server to the present schema; run again, it changes nothing but the views,
-/// triggers and procedures of the chart, which it makes anew. Tables and what belongs to the host stay as
-/// they are. Everything happens in one transaction: what fails leaves the database as it was, and whoever
-/// works meanwhile waits.
+/// The scripts to leave out, by name ("031_tree_index.sql").
+using LeftOut = std::vector<std::string>;
+
+/// What an installation does with a database.
+struct ServerPlan {
+  int version = 0;  ///< of the database as it is; 0: there is no chart
+  std::vector<Step> steps;
+  std::vector<std::string_view> scripts;  ///< they run behind the steps
+};
+
+/// Reads how far the database is. Throws data::DataError for a newer one, and for a script to leave out that
+/// there isn't.
+[[nodiscard]] ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut = {});
+
+/// Asks what there is to tell ahead of a step, without a change.
+void reportStep(data::Connection& connection, const Step& step, const Report& report);
+
+/// Brings a database of SQL Server to the present schema: takes up an older one step by step, and runs the
+/// scripts, which make what is missing, and the views, triggers and procedures of the chart anew. Tables and
+/// what belongs to the host stay as they are but for the steps. Everything happens in one transaction: what
+/// fails leaves the database as it was, and whoever works meanwhile waits.
 ///
 /// Throws data::DataError that names the script and the line of the batch that failed.
-void installServerSchema(data::Connection& connection, const ScriptReport& report);
+void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut = {});
 
 /// Fills a database that has the schema and empty tables with the demo chart, in one transaction. Throws as
 /// above, also where a table has rows.
-void installServerDemo(data::Connection& connection, const ScriptReport& report);
+void installServerDemo(data::Connection& connection, const Report& report);
 
 }  // namespace ledgertree::db

@@ -45,6 +45,12 @@ void Shell::resetDataConnection() {
   dtEn()->cnMainData.ConnectionString(context.gConnectionString);
 }
 
+void Shell::showNews() {
+  const auto gateway = dtEn();
+  for (const std::string& message : gateway->cnMainData.port().takeNews())
+    showErrorNotice(kTitleProblem, message);
+}
+
 bool Shell::hasAccountMovement(std::int32_t accountID) {
   const auto gateway = dtEn();
   const data::OpenRows lines(

@@ -70,6 +70,9 @@ class Shell {
   /// it.
   void reportFailure(const std::exception& failure);
 
+  /// Shows what the open database has to tell about its data, a notice a message.
+  void showNews();
+
   /// Whether an account has at least one line in tblAccountDocumentDetail. Throws data::DataError.
   [[nodiscard]] bool hasAccountMovement(std::int32_t accountID);
   /// Asks for a permission of gUserID; a refusal is told. Throws data::DataError, and then the

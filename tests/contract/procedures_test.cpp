@@ -95,13 +95,12 @@ TEST_F(Procedures, ANewAccountIsWrittenAsTyped) {
   EXPECT_THROW(insert({.code = repeated("ش", 21)}), DataError);
 }
 
-TEST_F(Procedures, ACodeExistsInAnyLetterCaseAndWithBlanksBehindIt) {
+TEST_F(Procedures, ACodeExistsInAnyLetterCaseWithEitherYehAndKafAndWithBlanksBehindIt) {
   const int first = insert({.code = "10A"});
-  database.execute("insert into tblAccount (Code) values ('20  ')");
-  EXPECT_EQ(insert({.code = "10a"}), 0);
-  EXPECT_EQ(insert({.code = "10A "}), 0);
-  EXPECT_EQ(insert({.code = "20"}), 0);
-  EXPECT_EQ(database.number("select count(*) from tblAccount"), 2);
+  database.execute("insert into tblAccount (Code) values ('20  '), ('حي1'), ('ک1 ')");
+  for (const char* const code : {"10a", "10A ", "20", "حی1", "حي1 ", "ك1"})
+    EXPECT_EQ(insert({.code = code}), 0) << code;
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 4);
 
   const int second = insert({.code = "10A 1"});
   EXPECT_GT(second, first);
@@ -109,6 +108,36 @@ TEST_F(Procedures, ACodeExistsInAnyLetterCaseAndWithBlanksBehindIt) {
   EXPECT_EQ(row(second), "null|10A 1|صندوق|1|null");
   EXPECT_NE(update(second, {.code = "10a 1", .title = "بانک"}), 0);
   EXPECT_EQ(row(second), "null|10a 1|بانک|1|null");
+}
+
+TEST_F(Procedures, AccountsThatShareACodeFromBeforeKeepItAndNobodyElseGetsIt) {
+  database.execute("insert into tblAccount (Code) values ('9ك'), ('9ک'), ('8'), ('8'), ('7')");
+  const auto changed = [this](int place, const char* code) {
+    const auto id = static_cast<int>(database.number("select min(ID) from tblAccount")) + place;
+    return update(id, {.code = code, .title = "بانک"}) != 0;
+  };
+  EXPECT_TRUE(changed(0, "9ك"));
+  EXPECT_TRUE(changed(1, "9ک "));
+  EXPECT_FALSE(changed(0, "9ک"));
+  EXPECT_FALSE(changed(4, "9ک"));
+  EXPECT_FALSE(changed(2, "8"));
+  EXPECT_EQ(insert({.code = "9ك"}), 0);
+}
+
+TEST_F(Procedures, NoneIsNullWhoeverWritesIt) {
+  const int account = insert({.code = "1"});
+  database.execute(
+      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+      " values (" +
+      std::to_string(account) + ", 1, 2, 3)");
+  const auto after = [this](const std::string& change) {
+    database.execute("update tblAccountRelatedObjects set " + change);
+    return database.rows(
+        "select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects");
+  };
+  EXPECT_EQ(after("RelatedObjectID = -1"), "1|2|null");
+  EXPECT_EQ(after("AccountGroupID = -1, RelatedObjectID = 4"), "null|2|4");
+  EXPECT_EQ(after("RelatedClassID = 0"), "null|null|4");
 }
 
 TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {

@@ -1,6 +1,7 @@
 #include "mainform/form/form_main.h"
 
 #include "mainform/screen_story.h"
+#include "support/first_version.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -135,6 +136,21 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
     EXPECT_ANY_THROW(FormMain(shell).load()) << command;
     faults.heal();
   }
+  start();
+  EXPECT_EQ(notices.taken(), "");
+}
+
+TEST_F(FormMainStory, CodesThatAnOlderFileSharesAreToldOnceAndItsAccountsAreThere) {
+  if (onServer()) GTEST_SKIP() << "a server's database isn't taken up here";
+  const TemporaryFolder folder;
+  static_cast<void>(firstVersion(folder.path() / "older.db"));
+  shell.context.gConnectionString = "Provider=SQLite;Data Source=" + (folder.path() / "older.db").string();
+  shell.resetDataConnection();
+  start();
+  EXPECT_NE(notices.taken().find("«9Ak»، «9ك»، «حي1»"), std::string::npos);
+  form->View(901);
+  EXPECT_EQ(form->txtCode.text(), "حی1");
+  form->close();
   start();
   EXPECT_EQ(notices.taken(), "");
 }

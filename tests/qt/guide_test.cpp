@@ -232,7 +232,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
 /// The texts of a source: literals in a row are one.
 QStringList literalsOf(QString source) {
   static const QRegularExpression comment("^\\s*//[^\\n]*$", QRegularExpression::MultilineOption);
-  static const QRegularExpression literals("(?:\"(?:[^\"\\\\\\n]|\\\\.)*\"\\s*)+|abort, '[^']*'");
+  static const QRegularExpression literals("(?:\"(?:[^\"\\\\\\n]|\\\\.)*\"\\s*)+|(?:abort,|select) '[^']*'");
   static const QRegularExpression seam("\"\\s*\"");
   QStringList found;
   source.remove(comment);

@@ -32,6 +32,8 @@ class FaultyConnection : public data::Connection {
     return result;
   }
 
+  std::vector<std::string> takeNews() override { return engine_->takeNews(); }
+
   data::SearchPage search(const data::SearchRequest& request) override {
     faults_.pass("search " + request.view);
     return engine_->search(request);

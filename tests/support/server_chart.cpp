@@ -93,7 +93,7 @@ std::size_t fingerprint() {
 data::Connection& connection() {
   static const std::unique_ptr<data::Connection> one = [] {
     data::Providers providers;
-    engines::odbc::registerOdbc(providers);
+    engines::odbc::registerOdbc(providers, data::kCommandTimeOut, engines::odbc::Versions::Any);
     return providers.open(testServer());
   }();
   return *one;

@@ -11,6 +11,11 @@ create index ixAccountTitle on tblAccount (Title, NoLevel);
 -- Accounts by code: the test for an existing code, the export.
 create index ixAccountCode on tblAccount (Code, NoLevel);
 
+-- The test for an existing code: codes that differ by the letters for yeh and kaf, by case or by blanks at the end alone
+-- are one. Not unique: a recoding passes through equal codes, and older files have them.
+create index ixAccountKey
+  on tblAccount (replace(replace(rtrim(Code), 'ی', 'ي'), 'ک', 'ك') collate nocase);
+
 -- The ancestors of an account; the primary key gives its descendants.
 create index ixAccountParentChild on tblAccountParent (ChildID);
 

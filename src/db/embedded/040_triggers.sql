@@ -4,15 +4,19 @@
 -- A parent that has no row counts as none: its children are on level 1 until the row appears. An account's key can
 -- change; its children go on pointing at the old one, so that a statement can renumber accounts and parents at once.
 --
+-- They are made anew in a file of an older version.
+--
 -- Only built-in functions stand here. No statement in a trigger has a conflict clause, since the clause of the statement
 -- that fired it would take its place.
 
 -- Not for reading: an insert here joins an account, with all that is below it, to its parent. It presumes that the
 -- ancestors are true within the branch of each child, and nothing about those of the account itself: a REPLACE leaves
 -- the ancestors of the account that it put away, a missing parent that appears finds its children there.
+drop view if exists vwAccountBranch;
 create view vwAccountBranch as select ID, ParentID from tblAccount where 0;
 
 -- The way of almost every insert.
+drop trigger if exists trAccountLeaf;
 create trigger trAccountLeaf instead of insert on vwAccountBranch
 when not exists (select 1 from tblAccount where ParentID = new.ID)
 begin
@@ -26,6 +30,7 @@ begin
       and NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID);
 end;
 
+drop trigger if exists trAccountBranch;
 create trigger trAccountBranch instead of insert on vwAccountBranch
 when exists (select 1 from tblAccount where ParentID = new.ID)
 begin
@@ -66,17 +71,20 @@ begin
       and NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = tblAccount.ID);
 end;
 
+drop trigger if exists trAccountInsert;
 create trigger trAccountInsert after insert on tblAccount
 begin
   insert into vwAccountBranch (ID, ParentID) values (new.ID, new.ParentID);
 end;
 
+drop trigger if exists trAccountMove;
 create trigger trAccountMove after update of ParentID on tblAccount
 when old.ID = new.ID and old.ParentID is not new.ParentID
 begin
   insert into vwAccountBranch (ID, ParentID) values (new.ID, new.ParentID);
 end;
 
+drop trigger if exists trAccountRenumber;
 create trigger trAccountRenumber after update of ID on tblAccount
 when old.ID <> new.ID
 begin
@@ -105,6 +113,7 @@ begin
 end;
 
 -- Nobody sets a level but the tree.
+drop trigger if exists trAccountLevel;
 create trigger trAccountLevel after update of NoLevel on tblAccount
 when new.NoLevel is not 1 + (select count(*) from tblAccountParent p where p.ChildID = new.ID)
 begin
@@ -113,6 +122,7 @@ begin
     where ID = new.ID;
 end;
 
+drop trigger if exists trAccountDelete;
 create trigger trAccountDelete after delete on tblAccount
 begin
   select raise(abort, 'اين حساب زيرشاخه دارد. بنابراين امکان حذف آن وجود ندارد.')
@@ -127,7 +137,20 @@ begin
 end;
 
 -- None is null, whoever writes: the test for accounts of the same group, class and object would take two -1 for the same.
+drop trigger if exists trRelatedObjectsInsert;
 create trigger trRelatedObjectsInsert after insert on tblAccountRelatedObjects
+when new.AccountGroupID < 1 or new.RelatedClassID < 1 or new.RelatedObjectID = -1
+begin
+  update tblAccountRelatedObjects
+    set AccountGroupID = case when AccountGroupID > 0 then AccountGroupID end,
+        RelatedClassID = case when RelatedClassID > 0 then RelatedClassID end,
+        RelatedObjectID = nullif(RelatedObjectID, -1)
+    where rowid = new.rowid;
+end;
+
+drop trigger if exists trRelatedObjectsUpdate;
+create trigger trRelatedObjectsUpdate
+after update of AccountGroupID, RelatedClassID, RelatedObjectID on tblAccountRelatedObjects
 when new.AccountGroupID < 1 or new.RelatedClassID < 1 or new.RelatedObjectID = -1
 begin
   update tblAccountRelatedObjects

@@ -19,7 +19,11 @@ if object_id(N'dbo.tblAccount') is null
     IsPermanent int null constraint dfAccountIsPermanent default 0,            -- 0 temporary, 1 permanent
     IsClosed int null constraint dfAccountIsClosed default 0,                  -- 0 open, 1 closed
     MaxDebit money null,
-    MaxCredit money null
+    MaxCredit money null,
+    -- The code as it is compared, whatever the collation: ی as ي, ک as ك, small letters as capital ones, no blanks at
+    -- the end.
+    CodeKey as cast(upper(replace(replace(rtrim(cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2),
+      nchar(1740), nchar(1610)), nchar(1705), nchar(1603))) as nvarchar(20))
   );
 GO
 

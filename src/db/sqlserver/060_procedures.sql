@@ -6,6 +6,29 @@ set ansi_nulls on;
 set quoted_identifier on;
 GO
 
+-- Gives 1 where an account other than @ID has the code, as CodeKey compares codes. Accounts that share one from before
+-- that rule keep it, each in its own letters, until somebody gives one of them another: else nothing of them could be
+-- changed.
+if object_id(N'dbo.spAccountFindCode') is not null drop procedure dbo.spAccountFindCode;
+GO
+create procedure dbo.spAccountFindCode @Code varchar(20), @ID int
+as
+begin
+  set nocount on;
+  declare @Key nvarchar(20) = upper(replace(replace(rtrim(cast(@Code as nvarchar(20)) collate Latin1_General_100_BIN2),
+    nchar(1740), nchar(1610)), nchar(1705), nchar(1603)));
+  declare @Kept int = 0;
+  if exists (select 1 from dbo.tblAccount
+             where ID = @ID and cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2 = @Code)
+    set @Kept = 1;
+  if exists (select 1 from dbo.tblAccount
+             where CodeKey = @Key and ID <> @ID
+               and (@Kept = 0 or cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2 = @Code))
+    return 1;
+  return 0;
+end;
+GO
+
 -- Gives the ID of the new account; 0 where the code exists.
 if object_id(N'dbo.spAccountInsertAccount') is not null drop procedure dbo.spAccountInsertAccount;
 GO
@@ -17,12 +40,13 @@ as
 begin
   set nocount on;
   set xact_abort on;
-  declare @ID int = 0;
+  declare @ID int = 0, @Found int;
   begin transaction;
   exec dbo.spAccountHoldChart;
   if @ParentID > 0 and not exists (select 1 from dbo.tblAccount where ID = @ParentID)
     throw 51004, N'حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.', 1;
-  if not exists (select 1 from dbo.tblAccount where Code = @Code)
+  exec @Found = dbo.spAccountFindCode @Code, 0;
+  if @Found = 0
   begin
     insert into dbo.tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID, Title, Code,
                                 IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit)
@@ -47,14 +71,15 @@ as
 begin
   set nocount on;
   set xact_abort on;
-  declare @Done int = 0;
+  declare @Done int = 0, @Found int;
   begin transaction;
   exec dbo.spAccountHoldChart;
   if not exists (select 1 from dbo.tblAccount where ID = @ID)
     throw 51004, N'اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.', 1;
   if @ParentID > 0 and not exists (select 1 from dbo.tblAccount where ID = @ParentID)
     throw 51004, N'حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.', 1;
-  if not exists (select 1 from dbo.tblAccount where Code = @Code and ID <> @ID)
+  exec @Found = dbo.spAccountFindCode @Code, @ID;
+  if @Found = 0
   begin
     update dbo.tblAccount
     set ParentID = case when @ParentID > 0 then @ParentID end,

@@ -7,6 +7,10 @@ if database_principal_id(N'LedgerTreeUsers') is null
   create role LedgerTreeUsers;
 GO
 
+-- Everybody may read the version: to whoever can't, the database would look like one of the first version.
+grant select on dbo.tblLedgerTreeVersion to public;
+GO
+
 -- To read.
 grant select on dbo.tblAccount to LedgerTreeUsers;
 grant select on dbo.tblAccountParent to LedgerTreeUsers;

@@ -105,15 +105,16 @@ class OdbcConnection::Walk {
   std::exception_ptr failure_;
 };
 
-OdbcConnection::OdbcConnection(data::ConnectionText text, std::chrono::milliseconds command)
-    : text_(std::move(text)), command_(command) {}
+OdbcConnection::OdbcConnection(data::ConnectionText text, std::chrono::milliseconds command,
+                               Versions versions)
+    : text_(std::move(text)), command_(command), versions_(versions) {}
 
 OdbcConnection::~OdbcConnection() = default;
 
 template <typename Work>
 auto OdbcConnection::command(Work work) {
   if (walk_ != nullptr) walk_->keepRest();
-  if (!session_) session_ = std::make_unique<Session>(text_, command_);
+  if (!session_) session_ = std::make_unique<Session>(text_, command_, versions_);
   try {
     return work(*session_);
   } catch (const data::DataError& failure) {

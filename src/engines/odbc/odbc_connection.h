@@ -22,7 +22,8 @@ namespace ledgertree::engines::odbc {
 class OdbcConnection final : public data::Connection {
  public:
   explicit OdbcConnection(data::ConnectionText text,
-                          std::chrono::milliseconds command = data::kCommandTimeOut);
+                          std::chrono::milliseconds command = data::kCommandTimeOut,
+                          Versions versions = Versions::Present);
   ~OdbcConnection() override;
 
   std::optional<data::Rows> run(std::string_view statement) override;
@@ -40,6 +41,7 @@ class OdbcConnection final : public data::Connection {
 
   data::ConnectionText text_;
   std::chrono::milliseconds command_;
+  Versions versions_;
   std::unique_ptr<Session> session_;
   Walk* walk_ = nullptr;  ///< the innermost that runs
 };

@@ -2,16 +2,16 @@
 
 #include <memory>
 
-#include "data/connection.h"
 #include "engines/odbc/odbc_connection.h"
 
 namespace ledgertree::engines::odbc {
 
-void registerOdbc(data::Providers& providers) {
+void registerOdbc(data::Providers& providers, std::chrono::milliseconds command, Versions versions) {
   for (const char* const name :
        {"SQLOLEDB", "SQLNCLI", "SQLNCLI10", "SQLNCLI11", "MSOLEDBSQL", "MSOLEDBSQL19", "MSDASQL"}) {
-    providers.add(name,
-                  [](const data::ConnectionText& text) { return std::make_unique<OdbcConnection>(text); });
+    providers.add(name, [command, versions](const data::ConnectionText& text) {
+      return std::make_unique<OdbcConnection>(text, command, versions);
+    });
   }
 }
 

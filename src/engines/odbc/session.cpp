@@ -1,7 +1,9 @@
 #include "engines/odbc/session.h"
 
 #include <algorithm>
+#include <vector>
 
+#include "db/version.h"
 #include "text/wide_text.h"
 
 namespace ledgertree::engines::odbc {
@@ -15,8 +17,11 @@ constexpr std::string_view kPrepare =
     "declare @First table (ID int); set arithabort on; set textsize 2147483647; set lock_timeout ";
 constexpr std::string_view kAskCodePage =
     "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
-    "'Collation')), 'CodePage'))";
+    "'Collation')), 'CodePage')); ";
+constexpr std::string_view kAskVersion = "select @Version";
 constexpr std::chrono::milliseconds kAheadOfTimeOut{1000};
+/// An installer's commands may take hours, but while it waits for a lock others wait for its own.
+constexpr std::chrono::milliseconds kLongestWait{30000};
 
 constexpr SQLINTEGER kArabicPage = 1256;
 constexpr SQLINTEGER kUtf8Page = 65001;
@@ -35,11 +40,11 @@ std::string passwordOf(const data::ConnectionText& text) {
 
 }  // namespace
 
-Session::Session(const data::ConnectionText& text, std::chrono::milliseconds command)
+Session::Session(const data::ConnectionText& text, std::chrono::milliseconds command, Versions versions)
     : connection_(SQL_HANDLE_DBC, environment_.get()), command_(command) {
   open(text);
   try {
-    if (dialect_ != Dialect::Other) prepareServer();
+    if (dialect_ != Dialect::Other) prepareServer(versions);
   } catch (...) {
     SQLDisconnect(connection_.get());
     throw;
@@ -67,32 +72,33 @@ void Session::open(const data::ConnectionText& text) {
   throw failure;
 }
 
-void Session::prepareServer() {
+void Session::prepareServer(Versions versions) {
   codePage_ = CodePage::Unknown;
   const Handle statement(SQL_HANDLE_STMT, connection_.get());
-  const auto wait = std::max(command_ - kAheadOfTimeOut, command_ / 2);
-  std::u16string wide = text::wideText(std::string(kPrepare) + std::to_string(wait.count()));
+  const auto wait = std::min(std::max(command_ - kAheadOfTimeOut, command_ / 2), kLongestWait);
+  std::u16string batch =
+      text::wideText(std::string(kPrepare) + std::to_string(wait.count()) + std::string(kAskCodePage) +
+                     std::string(db::kFindServerVersion) + std::string(kAskVersion));
   Watch::Command watched(watch_, statement, Watch::Clock::now() + command_);
-  const auto run = [&](const std::u16string& text) {
-    std::u16string letters = text;
-    return SQLExecDirectW(statement.get(), reinterpret_cast<SQLWCHAR*>(letters.data()),
-                          static_cast<SQLINTEGER>(letters.size()));
-  };
-  if (!SQL_SUCCEEDED(run(wide + text::wideText(kAskCodePage)))) {
-    if (!dead()) return;
-    throw openError(records(statement), {});
-  }
-  do {
-    SQLINTEGER page = 0;
+  SQLRETURN result = SQLExecDirectW(statement.get(), reinterpret_cast<SQLWCHAR*>(batch.data()),
+                                    static_cast<SQLINTEGER>(batch.size()));
+  std::vector<SQLINTEGER> answers;
+  for (; SQL_SUCCEEDED(result); result = SQLMoreResults(statement.get())) {
+    SQLINTEGER answer = 0;
     SQLLEN length = SQL_NULL_DATA;
     SQLSMALLINT columns = 0;
     SQLNumResultCols(statement.get(), &columns);
     if (columns == 0 || !SQL_SUCCEEDED(SQLFetch(statement.get()))) continue;
-    SQLGetData(statement.get(), 1, SQL_C_SLONG, &page, sizeof page, &length);
-    if (length == SQL_NULL_DATA) continue;
-    if (page == kArabicPage) codePage_ = CodePage::Arabic;
-    if (page == kUtf8Page) codePage_ = CodePage::Unicode;
-  } while (SQL_SUCCEEDED(SQLMoreResults(statement.get())));
+    SQLGetData(statement.get(), 1, SQL_C_SLONG, &answer, sizeof answer, &length);
+    answers.push_back(length == SQL_NULL_DATA ? 0 : answer);
+  }
+  // A server that doesn't understand the question at all is taken as it is.
+  if (result != SQL_NO_DATA && (!answers.empty() || dead())) throw openError(records(statement), {});
+  if (answers.size() != 2) return;
+  if (answers[0] == kArabicPage) codePage_ = CodePage::Arabic;
+  if (answers[0] == kUtf8Page) codePage_ = CodePage::Unicode;
+  // Without a chart every statement says what is missing.
+  if (versions == Versions::Present && answers[1] != 0) db::requireSchemaVersion(answers[1]);
 }
 
 bool Session::dead() const {

@@ -13,12 +13,16 @@
 
 namespace ledgertree::engines::odbc {
 
+/// The databases that a connection takes: those of the program's own schema, or, as the installer needs it,
+/// those of any version.
+enum class Versions { Present, Any };
+
 /// A connection that is open: in UTF-16, each statement a transaction of its own.
 class Session {
  public:
-  /// Throws data::DataError(Reason::Connection), without the password, for what can't be reached in `connect`
-  /// or doesn't let the user in. `command` bounds every statement.
-  Session(const data::ConnectionText& text, std::chrono::milliseconds command);
+  /// Throws DataError(Reason::Connection), without the password, for what can't be reached in `connect` or
+  /// doesn't let the user in, and for a chart of another version. `command` bounds every statement.
+  Session(const data::ConnectionText& text, std::chrono::milliseconds command, Versions versions);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
   ~Session();
@@ -34,7 +38,7 @@ class Session {
 
  private:
   void open(const data::ConnectionText& text);
-  void prepareServer();
+  void prepareServer(Versions versions);
 
   Environment environment_;
   Handle connection_;

@@ -107,6 +107,10 @@ data::SearchPage EmbeddedConnection::search(const data::SearchRequest& request) 
   });
 }
 
+std::vector<std::string> EmbeddedConnection::takeNews() {
+  return session_ ? session_->takeNews() : std::vector<std::string>();
+}
+
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) {
     Translation translation = translate(statement);

@@ -39,6 +39,7 @@ class EmbeddedConnection final : public data::Connection {
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   data::SearchPage search(const data::SearchRequest& request) override;
+  std::vector<std::string> takeNews() override;
 
   /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
   [[nodiscard]] std::vector<std::string> queryPlan(std::string_view statement);

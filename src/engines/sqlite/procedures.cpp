@@ -19,8 +19,7 @@ constexpr const char* kPermission = R"(
 constexpr const char* kUserPeriod = "select PeriodID from tblUser where ID = ?1";
 
 // The test for an existing code stands in the statement that writes, so that nothing comes between the two.
-// Blanks at the end of a code don't count: the codes that differ by them alone lie in one short range of the
-// index, since '!' is the character behind the blank.
+// The expression is that of ixAccountKey, letter by letter.
 //
 // An account whose code exists has no level here, and its column refuses that. An insert of a select could do
 // without the detour, but SQLite keeps the rows of such a select in a table of their own, which costs half as
@@ -31,10 +30,12 @@ constexpr const char* kInsertAccount = R"(
   values (ifnull(?1, datetime('now', 'localtime')), ?2, case when ?3 > 0 then ?3 end, ?4, ?5,
           case when ?6 > 0 then ?6 end, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14,
           case when not exists (select 1 from tblAccount a
-                                where a.Code >= rtrim(?8) and a.Code < rtrim(?8) || '!'
-                                  and rtrim(a.Code) = rtrim(?8) collate nocase)
+                                where replace(replace(rtrim(a.Code), 'ی', 'ي'), 'ک', 'ك') =
+                                      replace(replace(rtrim(?8), 'ی', 'ي'), 'ک', 'ك') collate nocase)
                then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0) end))";
 
+// Accounts that share a code from before that rule keep it, each in its own letters, until somebody gives one
+// of them another: else nothing of them could be changed.
 constexpr const char* kUpdateAccount = R"(
   update tblAccount
   set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end, IsPermanent = ?4,
@@ -42,8 +43,10 @@ constexpr const char* kUpdateAccount = R"(
       Notes = ?11, MaxDebit = ?12, MaxCredit = ?13
   where ID = ?1
     and not exists (select 1 from tblAccount a
-                    where a.Code >= rtrim(?7) and a.Code < rtrim(?7) || '!'
-                      and rtrim(a.Code) = rtrim(?7) collate nocase and a.ID <> ?1))";
+                    where replace(replace(rtrim(a.Code), 'ی', 'ي'), 'ک', 'ك') =
+                          replace(replace(rtrim(?7), 'ی', 'ي'), 'ک', 'ك') collate nocase
+                      and a.ID <> ?1
+                      and (rtrim(a.Code) = rtrim(?7) or rtrim(tblAccount.Code) is not rtrim(?7))))";
 
 constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
 

@@ -18,6 +18,10 @@ using Reason = data::DataError::Reason;
 /// A file that vanished is noticed at the next write, and at a read at the latest after this time.
 constexpr std::chrono::milliseconds kBetweenLooks{100};
 
+/// The longest that a file of an older version is worked on. Whoever stopped sooner would begin from the
+/// front at the next opening, and never get to the end.
+constexpr std::chrono::hours kTakeUp{1};
+
 [[noreturn]] void refuseFile(Reason reason, int code, const std::string& what, const std::string& path) {
   throw data::DataError(reason, code, what + " (" + path + ")");
 }
@@ -93,7 +97,7 @@ Session::~Session() {
 
 void Session::configure(std::chrono::milliseconds timeOut) {
   const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
-  const Watch::Command command(watch_, deadline);
+  Watch::Command command(watch_, deadline);
   watch_.attach(handle());
   // A name that no column has is an error, never a text.
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
@@ -103,7 +107,8 @@ void Session::configure(std::chrono::milliseconds timeOut) {
       if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
       database_.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
       // Looks at what the file is before anything is written to it.
-      db::openSchema(database_);
+      auto news = db::openSchema(database_, [&command] { command.extend(kTakeUp); });
+      if (!news.empty()) news_ = std::move(news);
       database_.exec("PRAGMA journal_mode = WAL");
       return;
     } catch (const SQLite::Exception& failure) {

@@ -5,6 +5,8 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "engines/sqlite/file_identity.h"
 #include "engines/sqlite/plans.h"
@@ -14,8 +16,8 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// A database file that is open: it has the present schema, writes ahead to a log, and is on the disk when a
-/// statement returns.
+/// A database file that is open: it has the present schema, if need be since it was taken up, writes ahead to
+/// a log, and is on the disk when a statement returns.
 class Session {
  public:
   enum class Missing { Create, Refuse };
@@ -37,6 +39,8 @@ class Session {
   [[nodiscard]] Plans& plans() { return plans_; }
   [[nodiscard]] ProcedureRunner& procedures() { return procedures_; }
   [[nodiscard]] ViewSearch& searches() { return searches_; }
+  /// What there is to tell a person about a file that was taken up, once.
+  [[nodiscard]] std::vector<std::string> takeNews() { return std::exchange(news_, {}); }
   /// Whether requireFile has failed.
   [[nodiscard]] bool lost() const { return lost_; }
 
@@ -50,6 +54,7 @@ class Session {
   ProcedureRunner procedures_;
   ViewSearch searches_;
   std::optional<FileIdentity> identity_;
+  std::vector<std::string> news_;
   Watch::Clock::time_point lastLook_{};
   bool lost_ = false;
 };

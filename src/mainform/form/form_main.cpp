@@ -52,6 +52,7 @@ void FormMain::load() {
   baseline_ = size();
   record_.goIdle();
   tree_.refreshTree();
+  shell_.showNews();
 }
 
 void FormMain::nameViews() {

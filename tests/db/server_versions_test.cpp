@@ -1,0 +1,287 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <regex>
+
+#include "data/data_error.h"
+#include "db/scripts.h"
+#include "db/server_schema.h"
+#include "engines/odbc/odbc_engine.h"
+#include "ledgertree_scripts.h"
+#include "support/faulty_connection.h"
+#include "support/first_version.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::db {
+namespace {
+
+using data::DataError;
+
+std::string failureOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const DataError& failure) {
+    return failure.what();
+  }
+  return "nothing failed";
+}
+
+/// What the scripts of SQL Server make, read from their text: columns, constraints, indexes, and what is made
+/// anew as a whole. It knows the guards of the scripts, since that is where a database that exists parts from
+/// a new one.
+class Catalogue {
+ public:
+  using Objects = std::map<std::string, std::string>;
+
+  void run(std::string_view script) {
+    static const std::regex comments("--[^\n]*");
+    static const std::regex blanks("\\s+");
+    for (const Batch& batch : batchesOf(script))
+      runBatch(std::regex_replace(std::regex_replace(std::string(batch.text), comments, ""), blanks, " "));
+  }
+  [[nodiscard]] const Objects& objects() const { return objects_; }
+
+ private:
+  void runBatch(const std::string& batch) {
+    static const std::regex work(
+        "(create (?:unique )?(\\w+)|alter table dbo\\.(\\w+) (add|alter column|drop column|drop constraint))"
+        " (?:dbo\\.)?(?=(\\w+))");
+    std::smatch found;
+    if (!std::regex_search(batch, found, work) || isThere(found.prefix())) return;
+    const std::string rest = found.suffix().str();
+    const std::string name = found[5];
+    if (found[3].matched) {
+      addItem(found[3], rest.substr(0, rest.find_last_not_of("; ") + 1));
+      if (found[4].str().starts_with("drop")) objects_.erase(found[3].str() + "." + name);
+    } else if (found[2] == "table") {
+      objects_[name] = "table";
+      addItems(name, rest.substr(rest.find('(')));
+    } else {
+      objects_[name] = rest;
+    }
+  }
+
+  /// Whether a guard finds what its batch would make.
+  [[nodiscard]] bool isThere(const std::string& guard) const {
+    static const std::regex names(
+        "object_id\\(N'dbo\\.(\\w+)'\\)(?:, N'(\\w+)', 'ColumnId'\\))? is null|name like N'(\\w+)%'");
+    for (std::sregex_iterator name(guard.begin(), guard.end(), names), end; name != end; ++name) {
+      const std::string object = (*name)[1].str() + ((*name)[2].matched ? "." : "") + (*name)[2].str();
+      // An index counts under a longer name too.
+      const auto like = objects_.lower_bound((*name)[3].str());
+      if ((*name)[3].matched ? like != objects_.end() && like->first.starts_with((*name)[3].str())
+                             : objects_.contains(object))
+        return true;
+    }
+    return false;
+  }
+
+  void addItems(const std::string& table, const std::string& list) {
+    std::string item;
+    int depth = 0;
+    for (const char sign : list) {
+      if (sign == ')' && --depth == 0) break;
+      if (sign == ',' && depth == 1) {
+        addItem(table, std::exchange(item, {}));
+      } else if (depth > 0) {
+        item += sign;
+      }
+      if (sign == '(') ++depth;
+    }
+    addItem(table, item);
+  }
+  void addItem(const std::string& table, const std::string& item) {
+    static const std::regex named("^ *(?:constraint )?(\\w+)");
+    std::smatch name;
+    std::regex_search(item, name, named);
+    objects_[table + "." + name[1].str()] = std::regex_replace(item, std::regex(" "), "");
+  }
+
+  Objects objects_;
+};
+
+TEST(ServerVersions, TheStepsLeadToWhatTheScriptsMakeAnew) {
+  Catalogue fresh;
+  Catalogue stepped;
+  stepped.run(testing::keptVersion("sqlserver-1.sql"));
+  EXPECT_EQ(stepped.objects().count("tblAccount.Code"), 1U);
+  EXPECT_EQ(stepped.objects().count("ixAccountTree"), 1U);
+  for (const Step& step : stepsBehind(1, "db/sqlserver/steps/")) stepped.run(embeddedText(step.script));
+  for (const std::string_view path : scriptsIn("db/sqlserver/")) {
+    fresh.run(embeddedText(path));
+    stepped.run(embeddedText(path));
+  }
+  EXPECT_EQ(stepped.objects(), fresh.objects());
+}
+
+TEST(ServerVersions, BothEnginesAndTheScriptsCountAlike) {
+  for (const char* const folder : {"db/embedded/steps/", "db/sqlserver/steps/"}) {
+    int version = 1;
+    for (const Step& step : stepsBehind(1, folder)) EXPECT_EQ(step.version, ++version) << folder;
+    EXPECT_EQ(version, schemaVersion()) << folder;
+  }
+  const std::string number = "@Version int = " + std::to_string(schemaVersion()) + ";";
+  EXPECT_NE(embeddedText("db/sqlserver/001_version.sql").find(number), std::string_view::npos);
+}
+
+/// A server that does what it is told, and fails at the n-th batch.
+class ObedientServer : public data::Connection {
+ public:
+  explicit ObedientServer(int version, std::size_t failsAt = 0) : version_(version), failsAt_(failsAt) {}
+
+  std::optional<data::Rows> run(std::string_view statement) override {
+    batches.emplace_back(statement);
+    if (batches.size() == failsAt_) throw DataError(DataError::Reason::Statement, 1, "no room");
+    data::Rows rows;
+    rows.addColumn("Found");
+    if (statement.ends_with("as Version")) rows.addInteger(version_);
+    if (statement.find("shares its code") != std::string_view::npos) rows.addText("two of a code");
+    return rows;
+  }
+  void walk(std::string_view, const std::function<bool(const data::Rows&)>&) override {}
+  std::int32_t call(const data::Procedure&, std::span<const data::Value>) override { return 0; }
+  data::SearchPage search(const data::SearchRequest&) override { return {}; }
+
+  std::vector<std::string> batches;
+
+ private:
+  int version_;
+  std::size_t failsAt_;
+};
+
+std::string install(ObedientServer& server, const LeftOut& leftOut = {}) {
+  std::string told;
+  installServerSchema(
+      server, [&told](std::string_view line) { told.append(line) += '\n'; }, leftOut);
+  return told;
+}
+
+TEST(ServerVersions, AnOlderDatabaseTakesTheStepsAheadOfTheScripts) {
+  ObedientServer older(1);
+  const std::string told = install(older);
+  EXPECT_TRUE(told.starts_with("two of a code\ndb/sqlserver/steps/002_codes.sql\n")) << told;
+  const auto place = [&older](const std::string& text) {
+    return std::find_if(older.batches.begin(), older.batches.end(),
+                        [&text](const std::string& batch) { return batch.find(text) != std::string::npos; });
+  };
+  EXPECT_LT(place("alter table dbo.tblAccount add"), place("tblLedgerTreeVersion (Version) values (2)"));
+  EXPECT_LT(place("tblLedgerTreeVersion (Version) values (2)"), place("no Persian letters"));
+  EXPECT_EQ(older.batches.back(), "commit transaction");
+
+  ObedientServer present(schemaVersion());
+  ObedientServer none(0);
+  const std::string scripts = install(none);
+  EXPECT_EQ(install(present), scripts);
+  EXPECT_TRUE(scripts.starts_with("db/sqlserver/000_database.sql\n")) << scripts;
+  EXPECT_EQ(install(present, {"033_code_index.sql"}).find("033"), std::string::npos);
+
+  ObedientServer newer(schemaVersion() + 1);
+  EXPECT_NE(failureOf([&] { install(newer); }).find("نسخه جديدتري"), std::string::npos);
+  EXPECT_EQ(failureOf([&] { install(present, {"033_code_index"}); }), "There is no script 033_code_index.");
+}
+
+TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBack) {
+  ObedientServer whole(1);
+  install(whole);
+  for (std::size_t batch = 1; batch <= whole.batches.size(); ++batch) {
+    ObedientServer server(1, batch);
+    EXPECT_NE(failureOf([&] { install(server); }).find("no room"), std::string::npos);
+    EXPECT_EQ(server.batches.size(), batch + 1);
+    EXPECT_EQ(server.batches.back(), "if @@trancount > 0 rollback transaction");
+  }
+}
+
+TEST(ServerVersions, APlanOnlyReads) {
+  ObedientServer server(1);
+  for (const Step& step : planServerSchema(server).steps) reportStep(server, step, [](std::string_view) {});
+  EXPECT_EQ(server.batches.size(), 2U);
+  for (const std::string& batch : server.batches)
+    EXPECT_FALSE(std::regex_search(batch, std::regex("(create|alter|insert|update|delete) "))) << batch;
+}
+
+/// The database of the stories, brought back to the first version and forth.
+class OnServer : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!testing::onServer()) GTEST_SKIP() << "LEDGERTREE_TEST_CONNECTION names no server";
+    database.emplace();
+    engines::odbc::registerOdbc(any, std::chrono::minutes(5), engines::odbc::Versions::Any);
+    engines::odbc::registerOdbc(present);
+    faults.putInto(any);
+    connection = any.open(testing::testServer());
+    shape = all(kShape);
+    const data::Rows made = *connection->run(
+        "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name"
+        " from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo'"
+        " and name like '[tvs][bwp]%' and name <> 'tblLedgerTreeStories' order by case name"
+        " when 'tblAccountDocument' then 2 when 'tblAccount' then 3 else 1 end, type desc");
+    for (std::size_t row = 0; row < made.count(); ++row)
+      connection->run("drop " + std::string(made.text(row, 0)));
+    for (const Batch& batch : batchesOf(testing::keptVersion("sqlserver-1.sql"))) connection->run(batch.text);
+  }
+  void TearDown() override {
+    if (connection) installServerSchema(*connection, [](std::string_view) {});
+  }
+
+  static constexpr const char* kShape =
+      "select table_name + '.' + column_name, data_type, isnull(character_maximum_length, 0), is_nullable"
+      " from information_schema.columns where table_name <> 'tblLedgerTreeStories'"
+      " union all select i.name, object_name(i.object_id), 0, '' from sys.indexes i"
+      " join sys.objects o on o.object_id = i.object_id where o.type = 'U'"
+      " union all select name, type_desc, 0, '' from sys.objects where type in ('P', 'TR', 'V')"
+      " order by 1, 2, 3";
+
+  std::string all(const std::string& query) { return testing::allRows(*connection->run(query)) + "\n"; }
+  std::string rows() {
+    return all("select ID, ParentID, Code, Title, NoLevel from tblAccount order by ID") +
+           all("select * from tblAccountParent order by 1, 2") +
+           all("select * from tblAccountRelatedObjects order by 1") +
+           all("select * from tblAccountRelatedClasses") +
+           all("select * from tblAccountRelatedClassesDetail") +
+           all("select * from tblAccountPeriodAccount order by 1") +
+           all("select DocumentID, AccountID, Debit from tblAccountDocumentDetail order by 2");
+  }
+  [[nodiscard]] std::string screen() const {
+    return failureOf([this] { present.open(testing::testServer())->run("select 1"); });
+  }
+
+  std::optional<testing::TemporaryDatabase> database;
+  testing::Faults faults;
+  data::Providers any;
+  data::Providers present;
+  std::unique_ptr<data::Connection> connection;
+  std::string shape;
+};
+
+TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
+  const std::string kept = rows();
+  const std::string old = all(kShape);
+  EXPECT_NE(screen().find("قديمي تري"), std::string::npos);
+  const std::string script(embeddedText("db/sqlserver/001_version.sql"));
+  EXPECT_NE(failureOf([&] { connection->run(batchesOf(script).front().text); }).find("older"),
+            std::string::npos);
+
+  std::string told;
+  const auto install = [&] {
+    installServerSchema(*connection, [&told](std::string_view line) { told.append(line) += '\n'; });
+  };
+  for (const char* const place : {"alter table", "Version) values (2)", "index ixAccountKey", "commit"}) {
+    faults.failWhere(place);
+    EXPECT_NE(failureOf(install), "nothing failed");
+    faults.heal();
+    EXPECT_EQ(rows() + all(kShape), kept + old) << place;
+  }
+  told.clear();
+  install();
+  EXPECT_EQ(rows() + all(kShape), kept + shape);
+  EXPECT_TRUE(told.starts_with("account 4 shares its code with another one: 9Ak\n")) << told;
+  EXPECT_EQ(screen(), "nothing failed");
+
+  connection->run("insert into tblLedgerTreeVersion (Version) values (1000)");
+  EXPECT_NE(screen().find("نسخه جديدتري"), std::string::npos);
+  connection->run("delete tblLedgerTreeVersion where Version = 1000");
+}
+
+}  // namespace
+}  // namespace ledgertree::db
