@@ -212,7 +212,7 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   database.execute("begin immediate");
   const data::DataError failure = failureOf([&] { hasty.run(renamed(7, "x")); });
   EXPECT_EQ(failure.reason(), Reason::Busy) << failure.what();
-  EXPECT_EQ(failureOf([&] { hasty.call(procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
+  EXPECT_EQ(failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
             Reason::Busy);
   EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
   std::thread release([this] {
