@@ -105,10 +105,12 @@ class BothDatabases(Story):
                  "tblAccountPeriod.FarsiEndDate", "tblTarvoBasePath.BasePath")
         self.assertEqual(there - here, {
             "tblAccount ixAccountLevel NoLevel,Code", "tblAccount ixAccountTree TreeParentID,Code",
-            "tblAccount.TreeParentID int", "tblAccountClass.Name nvarchar(100) not null",
+            "tblAccount ixAccountKey CodeKey", "tblAccount.TreeParentID int", "tblAccount.CodeKey text",
+            "tblLedgerTreeVersion.Version int not null key 1",
+            "tblLedgerTreeVersion.Since datetime not null default datetime('now','localtime'", "tblAccountClass.Name nvarchar(100) not null",
             *(f"{table}.AccountID of tblAccount.ID CASCADE" for table in periods), *(f"{name} as read" for name in plain)})
         self.assertEqual(here - there - refused, {
-            "tblAccount ixAccountLevel NoLevel,?", "tblAccount ixAccountTree ?,Code",
+            "tblAccount ixAccountLevel NoLevel,?", "tblAccount ixAccountTree ?,Code", "tblAccount ixAccountKey ?",
             "tblAccountClass.Name varchar(100) not null", "tblAccountRelatedObjects.AccountID of tblAccount.ID NO ACTION",
             "tblUserPermission.UserID of tblUser.ID CASCADE", "vwAccountBranch.ID", "vwAccountBranch.ParentID"})
         self.assertEqual(refused - here, {
@@ -213,7 +215,8 @@ class BothDatabases(Story):
                    "select , insert , delete on tblAccountRelatedClassesDetail"]
         needed += [f"select on {view}" for view in named(self.server.db, "'view'")]
         needed += [f"execute on {name}" for name in PROCEDURES]
-        self.assertEqual(sorted(self.server.grants), sorted(f"{right} to LedgerTreeUsers" for right in needed))
+        given = ["select on tblLedgerTreeVersion to public", *(f"{right} to LedgerTreeUsers" for right in needed)]
+        self.assertEqual(sorted(self.server.grants), sorted(given))
 
     def test_databases_that_are_refused(self):
         for said, other, told in (("<> N'بدهكار'", "= N'بدهكار'", "has no Persian letters"),

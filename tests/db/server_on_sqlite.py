@@ -16,6 +16,11 @@ OTHERWISE = {
     "columnproperty(object_id(N'tblAccount'), N'TreeParentID', 'ColumnId')":
         "(select 1 from pragma_table_xinfo('tblAccount') where name = 'TreeParentID')",
     "TreeParentID as isnull(ParentID, -1)": "TreeParentID int as (ifnull(ParentID, -1))",
+    """CodeKey as cast(upper(replace(replace(rtrim(cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2),
+      nchar(1740), nchar(1610)), nchar(1705), nchar(1603))) as nvarchar(20))""":
+        "CodeKey text as (upper(replace(replace(rtrim(Code), char(1740), char(1610)), char(1705), char(1603))))",
+    "Latin1_General_100_BIN2": "binary",
+    "nchar(": "char(",
     "right(BasePath, 1)": "substr(BasePath, -1)",
     "dateadd(day, x.Day, p.BeginDate)": "datetime(p.BeginDate, '+' || x.Day || ' days')",
     "sys.indexes": "(select name, tbl_name as object_id from sqlite_schema where type = 'index')",
@@ -141,7 +146,7 @@ class Batch:
             server.execute(f'drop table if exists temp."{second}"')
             server.execute(f'create temp table "{second}" {self.sql(at + 3, end)}')
         elif first == "declare":
-            self.variables[second] = self.value(at + 4, end) if end > at + 3 else None
+            self.variables[second] = self.value(self.words.index("=", at) + 1, end) if "=" in self.words[at:end] else None
         elif first == "set":
             if second[0] == "@":
                 self.variables[second] = self.value(at + 3, end)
@@ -151,6 +156,13 @@ class Batch:
             raise self.failure if end == at + 1 else Thrown(int(second), self.words[at + 3][1:-1])
         elif first == "exec" and second == "(":
             server.run(third[1:-1].replace("''", "'"))
+        elif first == "exec" and second[0] == "@" and self.words[at + 3] in server.kept:
+            head, body = server.kept[self.words[at + 3]]
+            values = [self.value(place, place + 1) for place in range(at + 4, end, 2)]
+            try:
+                Batch(server, body, dict(zip(re.findall(r"@\w+", head), values)))
+            except Returned as result:
+                self.variables[second] = result.args[0]
         elif first == "exec" and second[0] == "@":  # sp_getapplock
             server.locks.append(" ".join(self.words[at + 4:end]))
             self.variables[second] = -1 if server.locked else 0
