@@ -150,7 +150,6 @@ TEST_F(FormMainStory, CodesThatAnOlderFileSharesAreToldOnceAndItsAccountsAreTher
   EXPECT_NE(notices.taken().find("«9Ak»، «9ك»، «حي1»"), std::string::npos);
   form->View(901);
   EXPECT_EQ(form->txtCode.text(), "حی1");
-  form->close();
   start();
   EXPECT_EQ(notices.taken(), "");
 }
