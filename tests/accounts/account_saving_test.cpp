@@ -62,7 +62,6 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
   // Nothing carries over to the next account.
   EXPECT_EQ(stored(saveNew(-1, "بدهي", "2")), "Code=2\nTitle=بدهي\n");
   EXPECT_EQ(relations(3), "null|null|null");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
@@ -118,7 +117,6 @@ TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
                                                    : "tblAccount: " + expected);
     }
   }
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(SavingStory, ACodeThatExistsIsRefusedAndTheFormGoesOn) {
@@ -142,7 +140,6 @@ TEST_F(SavingStory, ACodeThatExistsIsRefusedAndTheFormGoesOn) {
   form->txtCode.paste("20");
   EXPECT_EQ(save(), 2);
   EXPECT_EQ(stored(2, "Code"), "20");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(SavingStory, AnEditMovesABranchAndOpensOrClosesAllOfIt) {
@@ -174,7 +171,6 @@ TEST_F(SavingStory, AnEditMovesABranchAndOpensOrClosesAllOfIt) {
   // An edit never changes the day of creation.
   EXPECT_EQ(database.number("select count(*) from tblAccount where CreateDate > '2020-01-02'"), 0);
   EXPECT_EQ(form->txtMotherCode.text() + "+" + form->txtCode.text(), "5+01");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(SavingStory, WhatTheHostShowsMeanwhileChangesNothingOfASave) {
@@ -199,8 +195,7 @@ Told toldOf(const std::string& message) {
   static const std::pair<const char*, Told> told[] = {
       {"چيزي ثبت نشد. پس از رفع اشکال دوباره ثبت کنيد.", Told::Nothing},
       {"اگر ارتباط در ميان ثبت قطع شده باشد، معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت "
-       "حسابها را "
-       "ببينيد.",
+       "حسابها را ببينيد.",
        Told::Unclear},
       {"خود حساب ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت کامل ثبت نشد و وضعيت زيرشاخه هاي آن "
        "تغيير "
@@ -272,8 +267,8 @@ TEST_P(FailingSaves, CanBeSavedAgain) {
       form->cmdCancel.click();
     }
     database.execute(
-        "delete from tblAccountRelatedObjects; update tblAccount set ParentID = null;"
-        "delete from tblAccount");
+        "delete from tblAccountRelatedObjects; update tblAccount set ParentID = null; delete from "
+        "tblAccount");
     fill();
     static_cast<void>(notices.take());
   };

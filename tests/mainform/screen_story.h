@@ -36,6 +36,7 @@ class MainScreenHouse : public TestHouse {
       for (const data::RecordHandle* handle : gateway->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
+    EXPECT_EQ(notices.taken(), "") << "it was told, and the story doesn't say so";
     TestHouse::TearDown();
   }
 
