@@ -14,9 +14,7 @@ constexpr const char* kDependency =
 class DeletionStory : public AccountStory {
  protected:
   DeletionStory() {
-    account(1, 0, "1", "دارايي");
-    account(2, 1, "101", "بانک");
-    account(3, 1, "102", "صندوق");
+    accounts({{1, 0, "1", "دارايي"}, {2, 1, "101", "بانک"}, {3, 1, "102", "صندوق"}});
     documentOn(3);
     database.execute(
         "insert into tblAccountRelatedObjects values (2, 4, 11, 7), (3, 5, 12, 6);"

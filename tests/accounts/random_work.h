@@ -210,12 +210,6 @@ class RandomWork : public AccountStory {
     EXPECT_EQ(form->LastNewParentID, model.lastNewParent);
   }
 
-  void giveUp() {
-    notices.answer(1);
-    form->cmdCancel.click();
-    static_cast<void>(notices.take());
-  }
-
   /// The rule that a notice tells of.
   static Told toldOf(const std::vector<Notice>& said) {
     static const std::pair<const char*, Told> words[] = {{"تخصيص داده شده است", Told::Same},

@@ -76,9 +76,7 @@ TEST_F(RecordStory, ANewAccountTakesNothingOfTheLastOne) {
   EXPECT_EQ(form->sltEntity.SelectedID(), -1);
 
   // The parent's code follows the picker, also to none.
-  form->sltParent.type("1101");
-  form->sltParent.press(Key::Enter);
-  desktop.settle();
+  pickFirst(form->sltParent, "1101");
   EXPECT_EQ(form->txtMotherCode.text(), "1101");
   form->sltParent.press(Key::Delete);
   EXPECT_EQ(form->txtMotherCode.text(), "");
@@ -190,9 +188,7 @@ TEST_F(RecordStory, CommandsGoDarkWithTheRecordAndComeBackWithIt) {
 TEST_F(RecordStory, APickInTheTitleLoadsTheAccountAndKeepsTheMode) {
   form->press(ui::KeyChord::ctrlAnd('F'));
   ASSERT_TRUE(form->sltAccount.hasFocus());
-  form->sltAccount.type("دریافتنی");
-  form->sltAccount.press(Key::Enter);
-  desktop.settle();
+  pickFirst(form->sltAccount, "دریافتنی");
   EXPECT_EQ(record(), kReceivables);
   EXPECT_EQ(form->formMode, FormMode::ModeIdle);
   desktop.tick();
@@ -201,9 +197,7 @@ TEST_F(RecordStory, APickInTheTitleLoadsTheAccountAndKeepsTheMode) {
 
   // By its code; what the picked account hasn't stays as the last one left it.
   form->View(2);
-  form->sltAccount.type("1102");
-  form->sltAccount.press(Key::Enter);
-  desktop.settle();
+  pickFirst(form->sltAccount, "1102");
   EXPECT_EQ(form->txtID.text(), "3");
   EXPECT_EQ(form->sltEntity.text(), "بام");
   EXPECT_EQ(form->sltGroup.text(), "");
@@ -258,9 +252,7 @@ TEST_F(RecordStory, AReadThatFailsLeavesNoMixtureOfTwoAccounts) {
   EXPECT_EQ(form->formMode, FormMode::ModeView);
   // A pick that fails leaves the account that was there.
   faults.failWhere("from tblAccountRelatedObjects");
-  form->sltAccount.type("بانک");
-  form->sltAccount.press(Key::Enter);
-  desktop.settle();
+  pickFirst(form->sltAccount, "بانک");
   EXPECT_NE(notices.taken(), "");
   EXPECT_EQ(form->txtID.text(), "2");
   EXPECT_EQ(form->txtTitle.text(), "دريافتني ها");

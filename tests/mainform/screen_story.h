@@ -49,6 +49,12 @@ class MainScreenHouse : public TestHouse {
     form->onClosed = [this] { form.reset(); };
     desktop.show(*form);
   }
+  /// Types into a picker, and takes the first hit.
+  void pickFirst(ui::LookupField& field, const std::string& text) {
+    field.type(text);
+    field.press(ui::Key::Enter);
+    desktop.settle();
+  }
   void answer(bool yes) { notices.answer(yes ? 1 : 0); }
 
   /// The record as the person reads it, a line for each field that holds something; today is nothing in

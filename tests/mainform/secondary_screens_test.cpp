@@ -28,9 +28,7 @@ class SecondaryScreensStory : public ScreenStory {
     command.click();
   }
   void pickPeriod(shell::Selector& selector) {
-    selector.type("1403");
-    desktop.settle();
-    selector.press(Key::Enter);
+    pickFirst(selector, "1403");
     ASSERT_EQ(selector.SelectedID(), 5);
   }
   /// The accounts below a node of the tree, once it is open.

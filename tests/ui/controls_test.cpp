@@ -248,8 +248,6 @@ TEST_F(FormStory, ButtonsBoxesAndBarsKeepWithinTheirBounds) {
     EXPECT_EQ(form->progress.maximum(), one.of);
     EXPECT_EQ(form->progress.text(), "متن");
   }
-  form->text.setHint("راهنما");
-  EXPECT_EQ(form->text.hint(), "راهنما");
   EXPECT_TRUE(form->text.shown());
   form->frame.setVisible(false);
   EXPECT_FALSE(form->text.shown());

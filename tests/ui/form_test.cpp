@@ -76,8 +76,6 @@ TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
   EXPECT_EQ(form->find("guest"), nullptr);
   EXPECT_EQ(form->focused(), nullptr);
 
-  form->setCaption("نام ديگر");
-  EXPECT_EQ(form->caption(), "نام ديگر");
   const auto escape = ui::KeyChord::of(ui::Key::Escape);
   const auto enter = ui::KeyChord::of(ui::Key::Enter);
   const auto find = ui::KeyChord::ctrlAnd('F');
