@@ -157,6 +157,7 @@ TEST_F(RecordStory, CommandsGoDarkWithTheRecordAndComeBackWithIt) {
   form->cmdNew.click();
   answer(true);
   form->cmdCancel.click();
+  EXPECT_EQ(notices.taken(), kGiveUpNew);
   EXPECT_EQ(form->formMode, FormMode::ModeView) << "the ID of an account that is gone";
   EXPECT_EQ(form->sltAccount.text() + form->txtCode.text() + form->txtNotes.text(), "");
   EXPECT_EQ(form->txtID.text(), "2");

@@ -215,6 +215,7 @@ TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {
   form->press(KeyChord::ctrlAnd('N'));
   form->press(KeyChord::ctrlAnd('Q'));
   EXPECT_FALSE(form);
+  EXPECT_EQ(notices.take().size(), 2U) << "a question at each way out";
 }
 
 }  // namespace
