@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <initializer_list>
 #include <map>
 #include <string>
 
@@ -23,6 +24,13 @@ class AccountStory : public MainScreenHouse {
     database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(id) +
                      ", nullif(" + std::to_string(parent) + ", 0), " + data::quoteText(code) + ", " +
                      data::quoteText(title) + ")");
+  }
+  struct Row {
+    int id, parent;
+    const char *code, *title;
+  };
+  void accounts(std::initializer_list<Row> rows) {
+    for (const Row& row : rows) account(row.id, row.parent, row.code, row.title);
   }
   void documentOn(int id) {
     database.execute(
@@ -79,6 +87,11 @@ class AccountStory : public MainScreenHouse {
     form->View(std::stoi(form->txtID.text()));
     EXPECT_EQ(shown, record());
   }
+  void giveUp() {
+    notices.answer(1);
+    form->cmdCancel.click();
+    EXPECT_EQ(notices.take().size(), 1U);
+  }
   std::int32_t saveNew(std::int32_t parent, const std::string& title, const std::string& code = "") {
     typeNew(parent, title, code);
     return save();
@@ -96,14 +109,14 @@ class AccountStory : public MainScreenHouse {
                                                              {"GroupID", "null"},
                                                              {"BranchID", "0"},
                                                              {"PositionID", "0"},
-                                                             {"CreateDate", "2026-11-22 00:00:00"},
                                                              {"FarsiCreateDate", "1405/09/01"},
                                                              {"Notes", ""},
                                                              {"AccountNatureID", "0"},
                                                              {"IsPermanent", "0"},
                                                              {"IsClosed", "0"},
                                                              {"MaxDebit", "0"},
-                                                             {"MaxCredit", "0"}};
+                                                             {"MaxCredit", "0"},
+                                                             {"CreateDate", "2026-11-22 00:00:00"}};
     const data::Rows rows = database.read("select * from tblAccount where ID = " + std::to_string(id));
     std::string text;
     for (std::size_t column = 1; rows.count() == 1 && column < rows.columns().size(); ++column) {

@@ -29,17 +29,7 @@ class ChartModel {
     int entityClass = -1, object = -1;
   };
   /// What the person is told; Done where nothing is refused.
-  enum class Told {
-    Done,
-    Same,
-    CodeStays,
-    OwnParent,
-    ParentIsBelow,
-    ParentHasDocuments,
-    TooLong,
-    CodeExists,
-    Dependency
-  };
+  enum class Told { Done, Same, CodeStays, OwnParent, ParentBelow, ParentInUse, TooLong, CodeExists, Needed };
 
   /// The rule in words, for a failure.
   friend void PrintTo(Told told, std::ostream* stream) {
@@ -106,11 +96,11 @@ class ChartModel {
     if (typed.parent == id) return Told::OwnParent;
     const bool below = typed.parent != -1 && isBelow(typed.parent, id);
     const bool guarded = lastNewParent != typed.parent;
-    if (guarded && below) return Told::ParentIsBelow;
-    if (guarded && typed.parent != -1 && accounts.at(typed.parent).documents) return Told::ParentHasDocuments;
+    if (guarded && below) return Told::ParentBelow;
+    if (guarded && typed.parent != -1 && accounts.at(typed.parent).documents) return Told::ParentInUse;
     if (typed.code.size() > 20) return Told::TooLong;
     if (codeTaken(typed.code, id)) return Told::CodeExists;
-    if (below) return Told::ParentIsBelow;
+    if (below) return Told::ParentBelow;
     const auto relation = stored.relation;
     const bool documents = stored.documents;
     accounts[id] = typed;
@@ -125,7 +115,7 @@ class ChartModel {
   Told remove(int id) {
     const bool mother = std::any_of(accounts.begin(), accounts.end(),
                                     [&](const auto& one) { return one.second.parent == id; });
-    if (mother || accounts.at(id).documents) return Told::Dependency;
+    if (mother || accounts.at(id).documents) return Told::Needed;
     accounts.erase(id);
     return Told::Done;
   }

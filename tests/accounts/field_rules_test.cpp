@@ -25,36 +25,23 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
     ceiling.type(std::to_string(digit));
     EXPECT_EQ(at(ceiling), typed[digit - 1]);
   }
-  // In the middle.
   ceiling.setCaret(3);
   ceiling.type("9");
   EXPECT_EQ(at(ceiling), "12/9|34/567");
   ceiling.type("8");
   EXPECT_EQ(at(ceiling), "129/8|34/567");
-  ceiling.press(Key::Backspace);
-  EXPECT_EQ(at(ceiling), "12/9|34/567");
-  ceiling.press(Key::Delete);
-  EXPECT_EQ(at(ceiling), "1/29|4/567");
-  ceiling.press(Key::Left);
-  EXPECT_EQ(at(ceiling), "1/2|94/567") << "an arrow moves the caret, and nothing else";
-  ceiling.press(Key::Left);
-  EXPECT_EQ(at(ceiling), "1/|294/567");
   // A separator can't be taken away; the key after it takes the digit behind.
-  ceiling.press(Key::Backspace);
-  EXPECT_EQ(at(ceiling), "1|/294/567");
-  ceiling.press(Key::Backspace);
-  EXPECT_EQ(at(ceiling), "|294/567");
-  ceiling.press(Key::Right);
-  ceiling.press(Key::Right);
-  ceiling.press(Key::Right);
-  ceiling.press(Key::Delete);
-  EXPECT_EQ(at(ceiling), "294/|567");
-  ceiling.press(Key::Delete);
-  EXPECT_EQ(at(ceiling), "29/4|67");
-  ceiling.press(Key::Home);
+  const std::pair<Key, const char*> edits[] = {
+      {Key::Backspace, "12/9|34/567"}, {Key::Delete, "1/29|4/567"},    {Key::Left, "1/2|94/567"},
+      {Key::Left, "1/|294/567"},       {Key::Backspace, "1|/294/567"}, {Key::Backspace, "|294/567"},
+      {Key::Right, "2|94/567"},        {Key::Right, "29|4/567"},       {Key::Right, "294|/567"},
+      {Key::Delete, "294/|567"},       {Key::Delete, "29/4|67"},       {Key::Home, "|29/467"}};
+  for (const auto& [key, after] : edits) {
+    ceiling.press(key);
+    EXPECT_EQ(at(ceiling), after);
+  }
   ceiling.type("0");
   EXPECT_EQ(at(ceiling), "|29/467") << "zeros in front go";
-
   ceiling.paste("0005");
   ceiling.press(Key::Left);
   EXPECT_EQ(at(ceiling), "|5");
@@ -74,7 +61,6 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
   form->txtMaxCredit.paste("");
   form->txtMaxCredit.type("092233720368547758079");
   EXPECT_EQ(at(form->txtMaxCredit), "92/233/720/368/547/758/079|");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(FieldRulesStory, AStoredCeilingIsGroupedAtTheFirstKey) {
@@ -108,13 +94,10 @@ TEST_F(FieldRulesStory, TheCodeTakesTheKeysThatTheSettingsAllow) {
 }
 
 TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
-  account(1, 0, "11", "دارايي");
-  database.execute("update tblAccount set IsPermanent = 1, AccountNatureID = 2, IsClosed = 1 where ID = 1");
-  account(2, 0, "22", "بدهي");
-  database.execute("update tblAccount set IsPermanent = null, AccountNatureID = null where ID = 2");
-  account(3, 2, "2207", "وام");
-  account(4, 0, "44", "درآمد");
-  database.execute("update tblAccount set AccountNatureID = 1 where ID = 4");
+  database.execute(
+      "insert into tblAccount (ID, ParentID, Code, Title, IsPermanent, AccountNatureID, IsClosed) values"
+      " (1, null, '11', 'دارايي', 1, 2, 1), (2, null, '22', 'بدهي', null, null, 0),"
+      " (3, 2, '2207', 'وام', 0, 0, 0), (4, null, '44', 'درآمد', 0, 1, 0)");
   start();
   /// "code+own nature permanent closed" behind a pick.
   const auto picked = [this](std::int32_t parent) {
@@ -154,7 +137,6 @@ TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
   form->sltParent.onAccountChange();
   form->sltParent.setAccountID(1);
   EXPECT_EQ(record(), shown);
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(FieldRulesStory, TheClassDecidesWhichEntitiesAreOffered) {

@@ -210,22 +210,16 @@ class RandomWork : public AccountStory {
     EXPECT_EQ(form->LastNewParentID, model.lastNewParent);
   }
 
-  void giveUp() {
-    notices.answer(1);
-    form->cmdCancel.click();
-    static_cast<void>(notices.take());
-  }
-
   /// The rule that a notice tells of.
   static Told toldOf(const std::vector<Notice>& said) {
     static const std::pair<const char*, Told> words[] = {{"تخصيص داده شده است", Told::Same},
                                                          {"گردش داشته است", Told::CodeStays},
                                                          {"خود حساب را به عنوان حساب مادر", Told::OwnParent},
-                                                         {"زير", Told::ParentIsBelow},
-                                                         {"سند دارد", Told::ParentHasDocuments},
+                                                         {"زير", Told::ParentBelow},
+                                                         {"سند دارد", Told::ParentInUse},
                                                          {"حداکثر 20 نويسه", Told::TooLong},
                                                          {"حسابي با كد مورد نظر", Told::CodeExists},
-                                                         {"وابستگي وجود دارد", Told::Dependency}};
+                                                         {"وابستگي وجود دارد", Told::Needed}};
     if (said.empty()) return Told::Done;
     EXPECT_EQ(said.size(), 1U);
     for (const auto& [some, told] : words)

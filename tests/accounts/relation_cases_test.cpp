@@ -185,44 +185,5 @@ TEST_F(RelationStory, WithSeveralEntitiesAnAccountOnlyAGuardedEditClears) {
   EXPECT_EQ(threeWays({.group = 4}), " / Del / ");
 }
 
-TEST_F(RelationStory, WhatIsStoredInTheEnd) {
-  const auto relate = [this](std::int32_t id, std::int32_t object) {
-    if (id == -1) typeNew(-1, "تازه", "99");
-    if (id != -1) edit(id);
-    pick(form->sltGroup, 4);
-    pick(form->sltEntityType, 11);
-    pick(form->sltEntity, object);
-    return save();
-  };
-  const std::int32_t saved = relate(-1, 7);
-  EXPECT_EQ(relations(saved), "4|11|7");
-  EXPECT_EQ(stored(saved, "GroupID"), "4");
-  EXPECT_EQ(form->sltEntity.SelectedText(), "بام") << "what is on the screen is what is stored";
-
-  // On an edit the account's own row doesn't count, and one relation is left.
-  edit(saved);
-  form->txtTitle.paste("همان");
-  save();
-  EXPECT_EQ(relations(saved), "4|11|7");
-  EXPECT_EQ(notices.taken(), "");
-
-  // A hit leaves the account written, without its group; its old rows stay.
-  database.execute("insert into tblAccountRelatedObjects values (30, 5, 12, 6)");
-  relate(kPlain, 7);
-  EXPECT_EQ(relations(kPlain), "5|12|6");
-  EXPECT_EQ(stored(kPlain, "GroupID"), "null");
-  EXPECT_EQ(notices.take().size(), 1U);
-  // With the new row and no class, the account has no relation but to its group.
-  edit(kPlain);
-  form->sltEntityType.press(ui::Key::Delete);
-  pick(form->sltGroup, 5);
-  save();
-  EXPECT_EQ(relations(kPlain), "5|null|null");
-  edit(kPlain);
-  form->sltGroup.press(ui::Key::Delete);
-  save();
-  EXPECT_EQ(relations(kPlain), "null|null|null");
-}
-
 }  // namespace
 }  // namespace ledgertree::testing

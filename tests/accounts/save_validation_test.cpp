@@ -15,19 +15,18 @@ constexpr const char* kParentIsBelow =
     "خطا در ثبت|از آنجايي كه مادر انتخاب شده خود زير شاخه حساب فوق ميباشد امكان ثبت وحود ندارد";
 constexpr const char* kParentHasDocuments =
     "خطا در ثبت|از  انجايي كه حسابي را كه براي مادر حساب فوق در نظر گرفتهايد سند دارد نمي تواند به عنوان "
-    "حساب "
-    "مادر در نظر گرفته شود";
+    "حساب مادر در نظر گرفته شود";
 
 /// A chart of four: 1 with 2 and 3 below it, 4 below 3; 2 and 5 have documents, and 6 is below 5.
 class ValidationStory : public AccountStory {
  protected:
   ValidationStory() {
-    account(1, 0, "1", "دارايي");
-    account(2, 1, "101", "بانک");
-    account(3, 1, "102", "صندوق");
-    account(4, 3, "10201", "تنخواه");
-    account(5, 0, "5", "فروش");
-    account(6, 5, "501", "داخلي");
+    accounts({{1, 0, "1", "دارايي"},
+              {2, 1, "101", "بانک"},
+              {3, 1, "102", "صندوق"},
+              {4, 3, "10201", "تنخواه"},
+              {5, 0, "5", "فروش"},
+              {6, 5, "501", "داخلي"}});
     documentOn(2);
     documentOn(5);
   }
@@ -41,6 +40,11 @@ class ValidationStory : public AccountStory {
     EXPECT_EQ(mode(), modeBefore);
     EXPECT_EQ(record(), typed);
     return notices.taken();
+  }
+  /// So it is told, and the person is led to the field.
+  void expectRefusal(const std::string& told, const ui::Control& field) {
+    EXPECT_EQ(refusal(), told);
+    EXPECT_EQ(form->focused(), &field);
   }
   bool asked(const std::string& words) {
     const auto commands = faults.take();
@@ -58,14 +62,11 @@ TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
     form->datCreate.Clear();
     form->txtCode.paste("   ");
     form->txtTitle.paste(" ");
-    EXPECT_EQ(refusal(), "اشکال|کد وارد نشده است!");
-    EXPECT_EQ(form->focused(), &form->txtCode);
+    expectRefusal("اشکال|کد وارد نشده است!", form->txtCode);
     form->txtCode.paste(" 7 ");
-    EXPECT_EQ(refusal(), "اشکال|عنوان وارد نشده است!");
-    EXPECT_EQ(form->focused(), &form->txtTitle);
+    expectRefusal("اشکال|عنوان وارد نشده است!", form->txtTitle);
     form->txtTitle.paste(" تنخواه  ");
-    EXPECT_EQ(refusal(), "اشکال|تاريخ وارد نشده است!");
-    EXPECT_EQ(form->focused(), &form->datCreate);
+    expectRefusal("اشکال|تاريخ وارد نشده است!", form->datCreate);
     form->datCreate.setToday(shell.clock);
     if (!isNew) pickParent(-1);
     if (!isNew) form->txtCode.paste(" 9 ");
@@ -113,7 +114,6 @@ TEST_F(ValidationStory, TheCodeOfAnAccountWithMovementStays) {
   form->txtCode.paste("8");
   save();
   EXPECT_EQ(stored(1, "Code"), "8");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(ValidationStory, AParentIsNeitherTheAccountNorBelowItNorInUse) {
@@ -140,34 +140,22 @@ TEST_F(ValidationStory, AParentIsNeitherTheAccountNorBelowItNorInUse) {
   edit(6);
   form->txtTitle.paste("صادراتي");
   EXPECT_EQ(refusal(), kParentHasDocuments);
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(ValidationStory, UnderTheParentOfTheLastNewAccountNothingIsLookedUp) {
   start();
-  EXPECT_EQ(form->LastNewParentID, 0);
-  const std::int32_t sister = saveNew(5, "خارجي");
-  EXPECT_EQ(stored(sister, "ParentID, Code"), "5|502") << "a new account may be anywhere";
-  edit(6);
-  form->txtTitle.paste("صادراتي");
-  save();
-  EXPECT_EQ(stored(6, "Title"), "صادراتي") << "a plain edit";
-
   // Also a new account that is refused is remembered, and -1 stands for the top.
   typeNew(-1, "تکراري", "1");
   form->cmdSave.click();
   EXPECT_EQ(notices.taken(), "خطا در ثبت|عمليات ثبت بدليل وحود حسابي با كد مورد نظر با موفقيت انجام نشد");
   EXPECT_EQ(mode(), FormMode::ModeNew);
   EXPECT_EQ(form->LastNewParentID, -1);
-  notices.answer(1);
-  form->cmdCancel.click();
-  static_cast<void>(notices.take());
+  giveUp();
   edit(1);
   form->txtNotes.paste("يادداشت");
   static_cast<void>(faults.take());
   save();
   EXPECT_FALSE(asked("Select * From tblAccountDocumentDetail"));
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(ValidationStory, AMoveBelowItselfOnAPlainEditIsRefusedByTheDatabase) {
@@ -190,29 +178,24 @@ TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
     return text;
   };
   typeNew(1, letters(51), "88");
-  EXPECT_EQ(refusal(),
-            "خطا در ثبت|عنوان بايد حداکثر 50 نويسه باشد و اکنون 51 نويسه است. آن را کوتاهتر کنيد.");
-  EXPECT_EQ(form->focused(), &form->txtTitle);
+  expectRefusal("خطا در ثبت|عنوان بايد حداکثر 50 نويسه باشد و اکنون 51 نويسه است. آن را کوتاهتر کنيد.",
+                form->txtTitle);
   form->txtTitle.paste(letters(50));
   form->txtNotes.paste(letters(10000));
-  EXPECT_EQ(refusal(),
-            "خطا در ثبت|توضيحات بايد حداکثر 250 نويسه باشد و اکنون 10000 نويسه است. آن را کوتاهتر کنيد.");
-  EXPECT_EQ(form->focused(), &form->txtNotes);
+  expectRefusal("خطا در ثبت|توضيحات بايد حداکثر 250 نويسه باشد و اکنون 10000 نويسه است. آن را کوتاهتر کنيد.",
+                form->txtNotes);
   form->txtNotes.paste(letters(250));
   form->txtCode.paste(std::string(20, '7'));
-  EXPECT_EQ(refusal(),
-            "خطا در ثبت|کد کامل حساب بايد حداکثر 20 نويسه باشد و اکنون 21 نويسه است. آن را کوتاهتر کنيد.");
-  EXPECT_EQ(form->focused(), &form->txtCode);
+  expectRefusal("خطا در ثبت|کد کامل حساب بايد حداکثر 20 نويسه باشد و اکنون 21 نويسه است. آن را کوتاهتر کنيد.",
+                form->txtCode);
   form->txtCode.paste(std::string(19, '7'));
   form->txtMaxDebit.type("922337203685478");
   form->txtMaxCredit.type("99999999999999999999");
-  EXPECT_EQ(refusal(),
-            "خطا در ثبت|سقف بدهکاري بايد حداکثر 922/337/203/685/477 باشد. مبلغ کوچکتري وارد کنيد.");
-  EXPECT_EQ(form->focused(), &form->txtMaxDebit);
+  expectRefusal("خطا در ثبت|سقف بدهکاري بايد حداکثر 922/337/203/685/477 باشد. مبلغ کوچکتري وارد کنيد.",
+                form->txtMaxDebit);
   form->txtMaxDebit.press(ui::Key::Backspace);
-  EXPECT_EQ(refusal(),
-            "خطا در ثبت|سقف بستانکاري بايد حداکثر 922/337/203/685/477 باشد. مبلغ کوچکتري وارد کنيد.");
-  EXPECT_EQ(form->focused(), &form->txtMaxCredit);
+  expectRefusal("خطا در ثبت|سقف بستانکاري بايد حداکثر 922/337/203/685/477 باشد. مبلغ کوچکتري وارد کنيد.",
+                form->txtMaxCredit);
   form->txtMaxCredit.paste("");
   const std::int32_t saved = save();
   EXPECT_EQ(stored(saved, "length(Title), length(Notes), length(Code), MaxDebit, MaxCredit"),
@@ -244,7 +227,6 @@ TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
   form->txtNotes.setText("  ' two blanks  ");
   save();
   EXPECT_EQ(stored(saved, "Title, Notes"), title + "|  ' two blanks  ");
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(ValidationStory, AGroupBeyondSixteenBitsIsNeverAnotherGroup) {

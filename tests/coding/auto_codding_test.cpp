@@ -261,16 +261,5 @@ TEST_F(AutoCodding, LongWorkIsSeenAndTakesNoSecondCall) {
   });
 }
 
-TEST_F(AutoCodding, WithoutTheRightNothingIsRead) {
-  shell.context.gUserID = 2;
-  form->sltAccount.setAccountID(1);
-  const auto ahead = faults.take();
-  form->mnuSameCoding.click();
-  EXPECT_EQ(notices.taken(), kRefused);
-  EXPECT_EQ(form->sltAccount.AccountID(), 1);
-  EXPECT_FALSE(ahead.empty());
-  EXPECT_EQ(faults.take(), std::vector<std::string>{"spTarvoHasPermission"});
-}
-
 }  // namespace
 }  // namespace ledgertree::testing

@@ -65,7 +65,6 @@ TEST_F(CommandsStory, WhatIsOutOfReachDoesNothingHarmfulWhereItIsPressed) {
   form->cmdCancel.setEnabled(true);
   form->cmdCancel.click();
   EXPECT_FALSE(form) << "where nothing is typed, giving up is leaving";
-  EXPECT_EQ(notices.taken(), "");
 }
 
 }  // namespace

@@ -123,9 +123,7 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
 
   start();
   EXPECT_EQ(record(), "");
-  form->sltAccount.type("بانک");
-  form->sltAccount.press(Key::Enter);
-  desktop.settle();
+  pickFirst(form->sltAccount, "بانک");
   EXPECT_EQ(form->txtID.text(), "3") << "the pickers work again";
 
   // A load that fails says so to whoever asked for the form, and the next one is whole again.
@@ -137,7 +135,6 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
     faults.heal();
   }
   start();
-  EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(FormMainStory, CodesThatAnOlderFileSharesAreToldOnceAndItsAccountsAreThere) {
@@ -169,33 +166,18 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
   EXPECT_EQ(form->treeAccount.bounds(), (Bounds{before.left, before.top, before.width, larger.height + 1}));
 }
 
-TEST_F(FormMainStory, TheMenusLeadToTheirCommands) {
-  start();
-  form->Frame1.setBounds({30, 70, 13620, 600});
-  form->cmdTools.click();
-  EXPECT_EQ(desktop.poppedUp, &form->i12);
-  EXPECT_EQ(desktop.poppedUpLeft, form->cmdTools.bounds().left + 30);
-  EXPECT_EQ(desktop.poppedUpTop, form->cmdTools.bounds().top + 70);
-  desktop.poppedUp = nullptr;
-  form->cmdi12.click();
-  form->cmdOperations.click();
-  EXPECT_EQ(desktop.poppedUp, nullptr) << "nobody can press what is hidden";
-  form->mnuViewCode.click();
-  EXPECT_EQ(marks(), "mnuView1 mnuViewCodeComplete ");
-
-  form->mnuFonc2.click();
-  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "the entry is in reach, its button isn't";
-  form->mnuFonc1.click();
-  EXPECT_EQ(form->formMode, FormMode::ModeNew);
-  form->cmdCopyPeriod.click();
-  EXPECT_EQ(notices.taken(), "اشکال|شما به انجام اين عمليات مجاز نيستيد.");
-}
-
 TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   setParameter(302, "'0'");
   start();
   shell.offersHiddenCommands = true;
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
+  form->cmdi12.click();
+  form->cmdOperations.click();
+  EXPECT_EQ(desktop.poppedUp, nullptr) << "nobody can press what is hidden";
+  form->mnuViewCode.click();
+  EXPECT_EQ(marks(), "mnuView1 mnuViewCodeComplete ");
+  form->mnuFonc2.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "the entry is in reach, its button isn't";
   form->close();
   start();
   EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->mnuExcelLevel.visible());
@@ -220,10 +202,6 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   EXPECT_EQ(marks(), "mnuView2 mnuViewCode ");
   form->mnuView1.click();
   EXPECT_EQ(form->treeAccount.bounds().height, form->size().height - 1825);
-  form->resize({.width = 7000, .height = 1000});
-  form->mnuView2.click();
-  EXPECT_EQ(form->treeAccount.bounds().height, 0) << "never less than nothing";
-  form->mnuView1.click();
   EXPECT_EQ(marks(), "mnuView1 mnuViewCode ");
 }
 
@@ -246,22 +224,13 @@ TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {
   database.execute("insert into tblAccount (ID, Code, Title) values (50, '10', 'تازه')");
   EXPECT_TRUE(form->press(KeyChord::of(Key::F5)));
   EXPECT_NE(tree.find("-1:50"), ui::kNoNode);
-  // A switch of the view reads the tree anew.
-  database.execute(
-      "insert into tblAccountPeriod values (5, 'سال 1403', '2024-03-20', '2025-03-20', '1403/01/01', "
-      "'1403/12/30')");
-  form->optPeriodic.click();
-  EXPECT_EQ(tree.text(tree.find("-1:-1")) + treeLabels(), "سرفصل حسابهاسال 1403\n");
-  database.execute("update tblAccount set Title = 'نو' where ID = 50");
-  form->optPeriodAll.click();
-  EXPECT_EQ(tree.text(tree.find("-1:-1")) + treeLabels(),
-            "درخت حسابها در همه دوره ها بصورت يکپارچه10 ... نو\n11 ... دارايي +\n");
   EXPECT_TRUE(form->press(KeyChord::of(Key::F10)));
   EXPECT_EQ(desktop.poppedUp, &form->i12);
   answer(true);
   form->press(KeyChord::ctrlAnd('N'));
   form->press(KeyChord::ctrlAnd('Q'));
   EXPECT_FALSE(form);
+  EXPECT_EQ(notices.take().size(), 2U) << "a question at each way out";
 }
 
 }  // namespace

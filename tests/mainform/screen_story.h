@@ -36,6 +36,7 @@ class MainScreenHouse : public TestHouse {
       for (const data::RecordHandle* handle : gateway->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
+    EXPECT_EQ(notices.taken(), "") << "it was told, and the story doesn't say so";
     TestHouse::TearDown();
   }
 
@@ -47,6 +48,12 @@ class MainScreenHouse : public TestHouse {
     form->load();
     form->onClosed = [this] { form.reset(); };
     desktop.show(*form);
+  }
+  /// Types into a picker, and takes the first hit.
+  void pickFirst(ui::LookupField& field, const std::string& text) {
+    field.type(text);
+    field.press(ui::Key::Enter);
+    desktop.settle();
   }
   void answer(bool yes) { notices.answer(yes ? 1 : 0); }
 

@@ -45,11 +45,14 @@ class Changes : public FormStory {
 
 TEST_F(Changes, AreToldOnceAndOnlyWhereSomethingIsAnotherWay) {
   SmallForm& f = *form;
+  const ui::Bounds place{1, 2, 3, 4};
+  const std::vector<ui::GridColumn> columns{{"رديف", 600}};
+  const std::vector<std::string> cells{"1", "2"};
+  const std::vector<ui::LookupRow> rows{{8, "م", ""}};
+  const ui::LookupRow row{7, "مهر", "70"};
+  const ui::Size size{7000, 4000};
   const Case cases[] = {
-      {[&] {
-         f.text.setBounds({1, 2, 3, 4});
-       },
-       "text.Bounds ", ""},
+      {[&] { f.text.setBounds(place); }, "text.Bounds ", ""},
       {[&] { f.text.setVisible(false); }, "text.Visible ", ""},
       {[&] { f.text.setVisible(true); }, "text.Visible ", ""},
       {[&] { f.text.setEnabled(false); }, "text.Enabled ", ""},
@@ -75,28 +78,16 @@ TEST_F(Changes, AreToldOnceAndOnlyWhereSomethingIsAnotherWay) {
       {[&] { f.list.choose(1); }, "list.Selection ", "list.Selection "},
       {[&] { f.list.removeItem(0); }, "list.Items ", "list.Items "},
       {[&] { f.list.clearItems(); }, "list.Items ", "list.Items "},
-      {[&] {
-         f.grid.setColumns({{"رديف", 600}});
-       },
-       "grid.Items ", "grid.Items "},
-      {[&] {
-         f.grid.addRow({"1", "2"});
-       },
-       "grid.Items ", "grid.Items "},
+      {[&] { f.grid.setColumns(columns); }, "grid.Items ", "grid.Items "},
+      {[&] { f.grid.addRow(cells); }, "grid.Items ", "grid.Items "},
       {[&] { f.grid.selectRow(1); }, "grid.Selection ", "grid.Selection "},
       {[&] { f.grid.extendTo(0); }, "grid.Selection ", "grid.Selection "},
       {[&] { f.grid.clearRows(); }, "grid.Items ", "grid.Items "},
-      {[&] {
-         f.field.hold({7, "مهر", "70"});
-       },
-       "field.Text ", "field.Text "},
+      {[&] { f.field.hold(row); }, "field.Text ", "field.Text "},
       {[&] { f.field.setDetail("ديگر"); }, "field.Hint ", ""},
       {[&] { f.field.setTitle("فهرست"); }, "field.Caption ", "field.Caption "},
       {[&] { f.field.openList(); }, "field.List ", ""},
-      {[&] {
-         f.field.showRows({{8, "م", ""}}, false, true, false);
-       },
-       "field.List ", "field.List "},
+      {[&] { f.field.showRows(rows, false, true, false); }, "field.List ", "field.List "},
       {[&] { f.field.press(Key::Down); }, "field.Selection field.List ", "field.Selection "},
       {[&] { f.field.showRows({}, true, true, false); }, "field.List ", "field.List "},
       {[&] { f.field.reachedEnd(); }, "field.List ", ""},
@@ -109,10 +100,7 @@ TEST_F(Changes, AreToldOnceAndOnlyWhereSomethingIsAnotherWay) {
       {[&] { f.menu.setEnabled(false); }, "form.Menu ", ""},
       {[&] { f.menu.setChecked(true); }, "form.Menu ", ""},
       {[&] { f.setCaption("ديگر"); }, "form.Caption ", "form.Caption "},
-      {[&] {
-         f.resize({7000, 4000});
-       },
-       "form.Size ", ""},
+      {[&] { f.resize(size); }, "form.Size ", ""},
       {[&] { f.tree.add(ui::kNoNode, "a", "الف"); }, "ChildrenAdded(-,0,1) ", nullptr},
       {[&] { f.tree.add(0, "", "ب"); }, "ChildrenAdded(0,0,1) ", "ChildrenAdded(0,1,1) "},
       {[&] { f.tree.setImage(1, 3); }, "NodeChanged(1,0,0) ", "NodeChanged(1,0,0) "},
@@ -135,6 +123,30 @@ TEST_F(Changes, AreToldOnceAndOnlyWhereSomethingIsAnotherWay) {
   form->removeObserver(ear);
   form->setCaption("نه");
   EXPECT_EQ(ear.take(), "");
+}
+
+TEST_F(Changes, OfALevelOfTheTreeAreToldAsOne) {
+  ui::Tree& tree = form->tree;
+  const ui::NodeId root = tree.add(ui::kNoNode, "root", "ريشه");
+  const ui::NodeId old = tree.add(root, "old", "قديم");
+  ear.take();
+  {
+    const ui::Tree::Batch batch(tree);
+    for (int i = 0; i < 100; ++i) tree.add(tree.add(root, "n" + std::to_string(i), "گره"), "", "!");
+    tree.add(old, "late", "دير");
+    tree.add(root, "last", "آخر");
+  }
+  EXPECT_EQ(ear.take(), "ChildrenAdded(0,1,100) ChildrenAdded(1,0,1) ChildrenAdded(0,101,1) ");
+  EXPECT_EQ(tree.count(), 204U);
+  EXPECT_THROW(tree.add(root, "n5", "دوباره"), std::invalid_argument);
+  const ui::NodeId fifth = tree.find("n5");
+  tree.select(fifth);
+  tree.remove(fifth);
+  EXPECT_EQ(tree.find("n5"), ui::kNoNode);
+  EXPECT_EQ(tree.selected(), ui::kNoNode);
+  EXPECT_EQ(tree.place(tree.find("n6")), 6U);
+  EXPECT_EQ(tree.count(), 202U);
+  EXPECT_THROW(static_cast<void>(tree.text(fifth)), std::out_of_range);
 }
 
 }  // namespace

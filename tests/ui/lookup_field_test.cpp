@@ -37,8 +37,13 @@ class LookupFieldStory : public FormStory {
     }
   }
   /// A key, and whether the field has a use for it.
-  std::function<void()> key(Key key, bool used = true) {
-    return [=, this] { EXPECT_EQ(form->field.press(key), used); };
+  std::function<void()> key(Key key, bool used = true, int times = 1) {
+    return [=, this] {
+      for (int time = 0; time < times; ++time) EXPECT_EQ(form->field.press(key), used);
+    };
+  }
+  std::function<void()> hold(const ui::LookupRow& row) {
+    return [=, this] { form->field.hold(row); };
   }
   std::function<void()> rows(std::vector<ui::LookupRow> rows, bool more = false, bool searching = false,
                              bool append = false) {
@@ -54,14 +59,10 @@ class LookupFieldStory : public FormStory {
 TEST_F(LookupFieldStory, KeysLeadThroughTheList) {
   WishingField& field = form->field;
   const std::vector<ui::LookupRow> many(20, ui::LookupRow{5, "x", ""});
-  go({{key(Key::Up, false), "", "-1: "},
-      {key(Key::PageDown, false), "", "-1: "},
-      {key(Key::PageUp, false), "", "-1: "},
-      {key(Key::Enter, false), "", "-1: "},
-      {key(Key::Escape, false), "", "-1: "},
-      {key(Key::Tab, false), "", "-1: "},
-      {key(Key::Backspace, false), "", "-1: "},
-      {key(Key::Down), "search<> ", "-1: / ..."},
+  for (const Key unused :
+       {Key::Up, Key::PageDown, Key::PageUp, Key::Enter, Key::Escape, Key::Tab, Key::Backspace})
+    go({{key(unused, false), "", "-1: "}});
+  go({{key(Key::Down), "search<> ", "-1: / ..."},
       {rows(three), "", "-1: / a b c"},
       {key(Key::Down), "", "-1: / [a] b c"},
       {key(Key::Down), "", "-1: / a [b] c"},
@@ -90,10 +91,7 @@ TEST_F(LookupFieldStory, KeysLeadThroughTheList) {
       {rows({}, true), "", "9: c / more"},
       {rows(many, true), "", "9: c / x x x x x x x x x x x x x x x x x x x x more"},
       {key(Key::PageDown), "", "9: c / x x x x x x x [x] x x x x x x x x x x x x more"},
-      {[&] {
-         for (int down = 0; down < 4; ++down) field.press(Key::Down);
-       },
-       "", "9: c / x x x x x x x x x x x [x] x x x x x x x x more"},
+      {key(Key::Down, true, 4), "", "9: c / x x x x x x x x x x x [x] x x x x x x x x more"},
       {key(Key::Down), "more ", "9: c / x x x x x x x x x x x x [x] x x x x x x x ... more"},
       {key(Key::Down), "", "9: c / x x x x x x x x x x x x x [x] x x x x x x ... more"},
       {rows({{9, "c", ""}}, false, false, true), "", "9: c / x x x x x x x x x x x x x [x] x x x x x x c"},
@@ -123,10 +121,7 @@ TEST_F(LookupFieldStory, WhatIsTypedIsASearchUntilARowIsPicked) {
       {[&] { field.edited(" "); }, "search< > ", "-1:  _ / ..."},
       {key(Key::Enter), "stop ", "-1: "},
       // A row held goes as a whole, and comes back with Escape or when the field is left.
-      {[&] {
-         field.hold({8, "bb", ""});
-       },
-       "", "8: bb"},
+      {hold({8, "bb", ""}), "", "8: bb"},
       {key(Key::Backspace), "search<> ", "8: _ / ..."},
       {key(Key::Escape), "stop ", "8: bb"},
       {type("q"), "search<q> ", "8: q_ / ..."},
@@ -134,10 +129,7 @@ TEST_F(LookupFieldStory, WhatIsTypedIsASearchUntilARowIsPicked) {
       {key(Key::Backspace), "search<> ", "8: _ / ..."},
       {[&] { field.leave(); }, "stop chosen<-1> ", "-1: "},
       {key(Key::Delete), "", "-1: "},
-      {[&] {
-         field.hold({8, "bb", ""});
-       },
-       "", "8: bb"},
+      {hold({8, "bb", ""}), "", "8: bb"},
       {key(Key::Delete), "chosen<-1> ", "-1: "},
       // Rows that come for a closed list are nobody's.
       {rows(three), "", "-1: "}});
