@@ -10,9 +10,9 @@
 #include <string>
 
 #include "batch/account_batch.h"
-#include "coding/auto_codding.h"
-#include "data/embedded/embedded_engine.h"
+#include "coding/recoding/auto_codding.h"
 #include "db/schema.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
@@ -69,7 +69,7 @@ class Chart {
 class Bench {
  public:
   explicit Bench(const Chart& chart) : bare(chart.scratch().open()) {
-    data::embedded::registerEmbedded(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
     shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<YesSayer>(); });
     shell.context.gConnectionString = chart.scratch().connectionText();
     shell.pickerConnection = shell.context.gConnectionString;

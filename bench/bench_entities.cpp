@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "data/embedded/embedded_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "entities/rel_objects.h"
 #include "shell/shell.h"
 #include "support/idle_desktop.h"
@@ -39,7 +39,7 @@ class Projects {
         " + 1), 'پروژه ' || i from n;"
         "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID)"
         " select 1, 1, ID from tblEntityProject where ID % 2 = 0; commit; analyze");
-    data::embedded::registerEmbedded(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
     shell.context.gConnectionString = scratch_.connectionText();
     shell.resetDataConnection();
   }

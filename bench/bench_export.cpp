@@ -15,8 +15,8 @@
 #include <string>
 
 #include "data/connection.h"
-#include "data/embedded/embedded_engine.h"
 #include "db/schema.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "sheetkit/sheet_file.h"
 #include "support/generated_chart.h"
 #include "support/side_by_side.h"
@@ -150,7 +150,7 @@ double peakOf(const Work& work) {
 void exportChart(benchmark::State& state) {
   const Chart chart(static_cast<std::int32_t>(state.range(0)));
   data::Providers providers;
-  data::embedded::registerEmbedded(providers);
+  engines::sqlite::registerEmbedded(providers);
   const auto connection = providers.open("Provider=SQLite;Data Source=" + chart.file());
   SQLite::Database bare(chart.file(), SQLite::OPEN_READWRITE);
   db::openSchema(bare);

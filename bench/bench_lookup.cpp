@@ -12,14 +12,14 @@
 #include <string>
 #include <vector>
 
-#include "data/embedded/embedded_engine.h"
-#include "data/fold.h"
-#include "shell/account_picker.h"
+#include "engines/sqlite/embedded_engine.h"
+#include "shell/lookup/account_picker.h"
 #include "shell/shell.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
 #include "support/side_by_side.h"
+#include "text/fold.h"
 
 namespace ledgertree::bench {
 namespace {
@@ -32,7 +32,7 @@ class Chart {
     generateChart(database, {.accounts = accounts});
     database.exec(
         "update tblAccount set Title = 'حساب يگانه' where Code = (select max(Code) from tblAccount)");
-    data::embedded::registerEmbedded(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
     picker.setPickerConnection(scratch_.connectionText());
   }
 
@@ -55,11 +55,11 @@ class Chart {
 };
 
 std::vector<ui::LookupRow> searchByHand(SQLite::Statement& rows, const std::string& text) {
-  const std::string needle = data::fold(text);
+  const std::string needle = text::fold(text);
   std::string folded;
   std::vector<ui::LookupRow> hits;
   const auto holds = [&](const SQLite::Column& column) {
-    data::fold({column.getText(), static_cast<std::size_t>(column.getBytes())}, folded);
+    text::fold({column.getText(), static_cast<std::size_t>(column.getBytes())}, folded);
     return folded.find(needle) != std::string::npos;
   };
   while (hits.size() < shell::LookupSearch::kPageRows && rows.executeStep()) {

@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "data/embedded/embedded_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "periods/copy_period.h"
 #include "periods/delete_period.h"
 #include "shell/shell.h"
@@ -36,7 +36,7 @@ class Chart {
   Chart() {
     other_.exec("pragma synchronous = off");
     bench::generateChart(other_, {.accounts = kAccounts, .periods = {kAccounts, 0}});
-    data::embedded::registerEmbedded(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
     shell.components.add("NoticeKit.NoticeDialog", [] { return std::make_unique<bench::YesSayer>(); });
     shell.context.gConnectionString = scratch_.connectionText();
     shell.resetDataConnection();

@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
-#include "data/embedded/embedded_engine.h"
-#include "mainform/form_main.h"
+#include "engines/sqlite/embedded_engine.h"
+#include "mainform/form/form_main.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
@@ -99,7 +99,7 @@ void showAccount(benchmark::State& state) {
   const Chart& chart = Chart::of(state.range(0));
   IdleDesktop desktop;
   shell::Shell shell(desktop);
-  data::embedded::registerEmbedded(shell.providers);
+  engines::sqlite::registerEmbedded(shell.providers);
   shell.context.gConnectionString = chart.scratch().connectionText();
   shell.resetDataConnection();
   mainform::FormMain form(shell);

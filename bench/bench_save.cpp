@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "data/embedded/embedded_engine.h"
-#include "mainform/form_main.h"
+#include "engines/sqlite/embedded_engine.h"
+#include "mainform/form/form_main.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
@@ -58,7 +58,7 @@ class Chart {
 class Product {
  public:
   explicit Product(const std::string& file, std::int16_t codingMode = 0) {
-    data::embedded::registerEmbedded(shell_.providers);
+    engines::sqlite::registerEmbedded(shell_.providers);
     shell_.context.gConnectionString = "Provider=SQLite;Data Source=" + file;
     shell_.context.gUserID = 1;
     shell_.resetDataConnection();

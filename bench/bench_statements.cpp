@@ -10,14 +10,14 @@
 #include <string>
 #include <vector>
 
-#include "data/embedded/embedded_connection.h"
+#include "engines/sqlite/embedded_connection.h"
 #include "support/scratch_database.h"
 
 namespace {
 
 using ledgertree::data::Rows;
 using ledgertree::data::SearchRequest;
-using ledgertree::data::embedded::EmbeddedConnection;
+using ledgertree::engines::sqlite::EmbeddedConnection;
 
 constexpr int kPeriod = 3;
 constexpr int kParent = 1;

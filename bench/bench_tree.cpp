@@ -9,10 +9,10 @@
 #include <string>
 #include <tuple>
 
-#include "data/embedded/embedded_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "ledgertree/ledger_tree_control.h"
 #include "mainform/account_tree.h"
-#include "shell/ledger_tree_control_session.h"
+#include "shell/control/ledger_tree_control_session.h"
 #include "support/generated_chart.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
@@ -94,7 +94,7 @@ class BareLevel {
 class House {
  public:
   explicit House(const Chart& chart) : screen(shell) {
-    data::embedded::registerEmbedded(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
     shell.context.gConnectionString = chart.connectionText();
     shell.resetDataConnection();
     screen.settings.ShowCompleteCode = true;
@@ -157,7 +157,7 @@ void fillLevelGatewayOnly(benchmark::State& state) {
 void clearShowToFirstLevel(benchmark::State& state) {
   const Chart& chart = Chart::of(state, 10);
   ControlSession session(std::make_unique<IdleDesktop>());
-  data::embedded::registerEmbedded(session.shell().providers);
+  engines::sqlite::registerEmbedded(session.shell().providers);
   LedgerTreeControl control(session);
   control.OLEConnectionString(chart.connectionText());
   control.UserID(1);

@@ -1,9 +1,12 @@
-# A floor of the house is one static library. What a floor may include is what it links: the linker keeps the walls.
+# A folder with sources is a floor of the house: one static library, ledgertree_<folder with _ for />, of all the sources in
+# it. A room inside it is a floor of its own. The folders that a floor may include stand above its line, so that no two
+# floors can include each other; scripts/floors finds any other include.
 #
-#   ledgertree_floor(<name> SOURCES <files or globs> [LINK <targets>])
-function(ledgertree_floor name)
-  cmake_parse_arguments(FLOOR "" "" "SOURCES;LINK" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${FLOOR_SOURCES})
+#   ledgertree_floor(<folder> [MAY_INCLUDE <folders>] [LINK <libraries from outside>])
+function(ledgertree_floor folder)
+  cmake_parse_arguments(FLOOR "" "" "MAY_INCLUDE;LINK" ${ARGN})
+  string(REPLACE / _ name ledgertree_${folder})
+  file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp)
   if(sources)
     add_library(${name} STATIC ${sources})
     set(scope PUBLIC)
@@ -13,5 +16,12 @@ function(ledgertree_floor name)
     set(scope INTERFACE)
   endif()
   target_include_directories(${name} ${scope} ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+  foreach(below ${FLOOR_MAY_INCLUDE})
+    string(REPLACE / _ library ledgertree_${below})
+    if(NOT TARGET ${library})
+      message(FATAL_ERROR "${folder} may include ${below}, which is no floor above this line")
+    endif()
+    target_link_libraries(${name} ${scope} ${library})
+  endforeach()
   target_link_libraries(${name} ${scope} ${FLOOR_LINK})
 endfunction()

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "shell/component_plugins.h"
+#include "shell/components/component_plugins.h"
 
 namespace ledgertree::fuzz {
 

@@ -10,11 +10,11 @@
 #include <vector>
 
 #include "data/data_error.h"
-#include "data/embedded/dialect.h"
-#include "data/embedded/parser.h"
-#include "data/embedded/plans.h"
-#include "data/embedded/writer.h"
 #include "db/schema.h"
+#include "engines/sqlite/dialect.h"
+#include "engines/sqlite/plans.h"
+#include "engines/sqlite/writer.h"
+#include "tsql/parser.h"
 
 namespace ledgertree::fuzz {
 
@@ -43,13 +43,13 @@ class DialectCheck {
   }
 
   void operator()(std::string_view text) {
-    namespace engine = data::embedded;
+    namespace engine = engines::sqlite;
     engine::StatementShape shape;
-    engine::ParsedStatement parsed;
+    tsql::ParsedStatement parsed;
     engine::Translation translation;
     try {
       shape.read(text);
-      parsed = engine::parseStatement(text);
+      parsed = tsql::parseStatement(text);
       translation = engine::translate(text);
     } catch (const data::DataError&) {
       return;
@@ -83,13 +83,13 @@ class DialectCheck {
     if (!holds) throw std::logic_error(fault);
   }
 
-  Outcome run(const data::embedded::Translation& translation,
-              const std::vector<data::embedded::Literal>& literals, std::string_view text) {
+  Outcome run(const engines::sqlite::Translation& translation, const std::vector<tsql::Literal>& literals,
+              std::string_view text) {
     Outcome outcome;
     database_.exec("savepoint one");
     try {
-      auto plan = std::make_shared<data::embedded::Plan>(database_.getHandle(), translation, text);
-      data::embedded::Plan::Run run(plan, literals);
+      auto plan = std::make_shared<engines::sqlite::Plan>(database_.getHandle(), translation, text);
+      engines::sqlite::Plan::Run run(plan, literals);
       int result = run.step();
       data::Rows rows = run.emptyRows();
       for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);

@@ -8,8 +8,8 @@
 #include <string_view>
 
 #include "data/connection.h"
-#include "data/odbc/odbc_engine.h"
 #include "db/server_schema.h"
+#include "engines/odbc/odbc_engine.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ std::optional<Options> readOptions(int count, char** arguments) {
 
 void install(const Options& options) {
   ledgertree::data::Providers providers;
-  ledgertree::data::odbc::registerOdbc(providers);
+  ledgertree::engines::odbc::registerOdbc(providers);
   const auto connection = providers.open(*options.text);
   const auto report = [](std::string_view script) { std::cout << script << std::endl; };
   if (options.schema) ledgertree::db::installServerSchema(*connection, report);

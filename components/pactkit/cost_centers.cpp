@@ -1,7 +1,8 @@
 #include "pactkit/cost_centers.h"
 
-#include "data/characters.h"
 #include "data/numbers.h"
+#include "data/quote_text.h"
+#include "text/characters.h"
 
 namespace ledgertree::pactkit {
 
@@ -90,13 +91,13 @@ std::int32_t CostCenters::firstID(const std::string& statement) {
 }
 
 CostCenters::Typed CostCenters::typedFor(std::int32_t id) {
-  Typed typed{.code = std::string(data::trimmed(txtCode.text())),
-              .name = std::string(data::trimmed(txtName.text()))};
+  Typed typed{.code = std::string(text::trimmed(txtCode.text())),
+              .name = std::string(text::trimmed(txtName.text()))};
   std::string_view problem;
   if (typed.name.empty()) {
     problem = "نام مركز هزينه را وارد نماييد.";
-  } else if (data::characterCount(typed.code) > kCodeLength ||
-             data::characterCount(typed.name) > kNameLength) {
+  } else if (text::characterCount(typed.code) > kCodeLength ||
+             text::characterCount(typed.name) > kNameLength) {
     problem = "كد بيش از 20 حرف يا نام بيش از 100 حرف دارد. آن را کوتاه نماييد.";
   } else if (!typed.code.empty() &&
              firstID("Select ID From tblAccCostCenter Where Code = " + data::quoteText(typed.code) +

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::sheetkit {
 
@@ -24,7 +24,7 @@ void SheetLayout::measure(const data::Rows& row) {
   if (headings_.empty()) {
     headings_ = row.columns();
     for (const std::string& heading : headings_)
-      longest_.push_back(data::characterCount(heading) + kFilterButton);
+      longest_.push_back(text::characterCount(heading) + kFilterButton);
     level_ = row.column(kLevel);
     title_ = row.column(kTitle);
   }
@@ -33,7 +33,7 @@ void SheetLayout::measure(const data::Rows& row) {
   for (std::size_t column = 0; column < headings_.size(); ++column) {
     const std::string_view text = row.text(0, column);
     const std::size_t indent = indents(column) ? static_cast<std::size_t>(depth(row)) : 0;
-    longest_[column] = std::max(longest_[column], data::characterCount(text) + indent);
+    longest_[column] = std::max(longest_[column], text::characterCount(text) + indent);
   }
 }
 
@@ -47,7 +47,7 @@ int SheetLayout::lines(std::string_view text, int indent) {
   std::size_t lines = 0;
   while (true) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::size_t length = data::characterCount(text.substr(0, end));
+    const std::size_t length = text::characterCount(text.substr(0, end));
     const std::size_t room = std::max(inOne - kLostInLine, kShortestLine);
     lines += length <= inOne ? 1 : (length + room - 1) / room;
     if (end == text.size()) return static_cast<int>(lines);

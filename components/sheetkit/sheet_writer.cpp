@@ -13,12 +13,12 @@
 #include <string>
 #include <utility>
 
+#include "data/persian_calendar.h"
 #include "qt/appearance.h"
 #include "qt/notice_dialog.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
 #include "sheetkit/sheet_file.h"
-#include "shell/persian_calendar.h"
 #include "support/plugin_entry.h"
 
 namespace ledgertree::sheetkit {
@@ -33,7 +33,7 @@ constexpr const char* kSuffix = ".xlsx";
 QString proposedFile() {
   const QDate today = QDate::currentDate();
   const QString day =
-      qt::toQt(shell::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()}))
+      qt::toQt(data::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()}))
           .replace('/', '-');
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   return QDir(QDir(folder).exists() && !folder.isEmpty() ? folder : QDir::homePath())

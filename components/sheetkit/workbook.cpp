@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::sheetkit {
 
@@ -36,7 +36,7 @@ void require(lxw_error error) {
 void copyClean(std::string_view text, std::string& to) {
   to.clear();
   while (!text.empty()) {
-    const std::size_t length = data::characterLength(text);
+    const std::size_t length = text::characterLength(text);
     const auto first = static_cast<unsigned char>(text.front());
     const bool isText = length > 1 || (first < 0x80 && (first >= 0x20 || first == '\n' || first == '\t'));
     if (isText) {

@@ -4,8 +4,8 @@
 #include <memory>
 
 #include "data/connection_text.h"
-#include "data/embedded/embedded_connection.h"
-#include "data/odbc/odbc_engine.h"
+#include "engines/odbc/odbc_engine.h"
+#include "engines/sqlite/embedded_connection.h"
 
 namespace ledgertree::components {
 
@@ -27,10 +27,10 @@ data::Providers engines() {
   data::Providers providers;
   // The chart had its file open before it called a component: one that isn't there now has been lost.
   providers.add("SQLite", [](const data::ConnectionText& text) {
-    return std::make_unique<data::embedded::EmbeddedConnection>(
-        text.require("Data Source"), data::embedded::TimeOuts{}, std::make_shared<std::atomic<bool>>(true));
+    return std::make_unique<engines::sqlite::EmbeddedConnection>(
+        text.require("Data Source"), engines::sqlite::TimeOuts{}, std::make_shared<std::atomic<bool>>(true));
   });
-  data::odbc::registerOdbc(providers);
+  engines::odbc::registerOdbc(providers);
   return providers;
 }
 

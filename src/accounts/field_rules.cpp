@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"
-#include "coding/code_proposal.h"
+#include "coding/proposal/code_proposal.h"
 
 namespace ledgertree::accounts {
 
@@ -62,32 +62,13 @@ void FieldRules::groupDigits(ui::TextField& ceiling) {
 }
 
 void FieldRules::wireRadios() {
-  screen_.optDebit.onClick = [this] { chooseNature(0); };
-  screen_.OptCredit.onClick = [this] { chooseNature(1); };
-  screen_.OptDebitAndCredit.onClick = [this] { chooseNature(2); };
-  screen_.OptReg.onClick = [this] { choosePermanent(0); };
-  screen_.OptNotReg.onClick = [this] { choosePermanent(1); };
-  screen_.OptOpen.onClick = [this] { chooseClosed(0); };
-  screen_.OptClose.onClick = [this] { chooseClosed(1); };
-}
-
-void FieldRules::chooseNature(std::int64_t value) {
-  if (value < 0 || value > 2) return;
-  ui::RadioButton* const buttons[] = {&screen_.optDebit, &screen_.OptCredit, &screen_.OptDebitAndCredit};
-  screen_.NatureValue = static_cast<std::int16_t>(value);
-  buttons[value]->setValue(true);
-}
-
-void FieldRules::choosePermanent(std::int64_t value) {
-  if (value < 0 || value > 1) return;
-  screen_.PermanentValue = static_cast<std::int16_t>(value);
-  (value == 0 ? screen_.OptReg : screen_.OptNotReg).setValue(true);
-}
-
-void FieldRules::chooseClosed(std::int64_t value) {
-  if (value < 0 || value > 1) return;
-  screen_.ClosedValue = static_cast<std::int16_t>(value);
-  (value == 0 ? screen_.OptOpen : screen_.OptClose).setValue(true);
+  screen_.optDebit.onClick = [this] { screen_.chooseNature(0); };
+  screen_.OptCredit.onClick = [this] { screen_.chooseNature(1); };
+  screen_.OptDebitAndCredit.onClick = [this] { screen_.chooseNature(2); };
+  screen_.OptReg.onClick = [this] { screen_.choosePermanent(0); };
+  screen_.OptNotReg.onClick = [this] { screen_.choosePermanent(1); };
+  screen_.OptOpen.onClick = [this] { screen_.chooseClosed(0); };
+  screen_.OptClose.onClick = [this] { screen_.chooseClosed(1); };
 }
 
 void FieldRules::parentRule() {
@@ -104,8 +85,8 @@ void FieldRules::inherit(std::int32_t parentID) {
                            "AccountNatureID from tblAccount Where ID= " +
                                std::to_string(parentID));
   if (row->Eof()) return;
-  choosePermanent(row->Fields("IsPermanent").toInt64());
-  chooseNature(row->Fields("AccountNatureID").toInt64());
+  screen_.choosePermanent(row->Fields("IsPermanent").toInt64());
+  screen_.chooseNature(row->Fields("AccountNatureID").toInt64());
 }
 
 void FieldRules::proposeCode() {

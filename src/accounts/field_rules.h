@@ -21,12 +21,6 @@ class FieldRules {
  public:
   FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal);
 
-  // What a click on a radio button does, and the load of an account too. A value that no button stands for
-  // changes nothing.
-  void chooseNature(std::int64_t value);
-  void choosePermanent(std::int64_t value);
-  void chooseClosed(std::int64_t value);
-
   /// The picked parent brings its code, its type, its nature and a proposal; in ModeNew and ModeEdit alone.
   /// Reads tblAccount through rssqlBufferQuery. Throws data::DataError.
   void parentRule();

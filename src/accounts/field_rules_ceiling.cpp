@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "data/numbers.h"
+#include "text/utf8.h"
 #include "ui/key.h"
-#include "ui/utf8.h"
 
 namespace ledgertree::accounts {
 
@@ -14,9 +14,9 @@ namespace {
 constexpr char kSeparator = '/';
 
 std::string latinDigits(std::string_view text) {
-  std::u32string characters = ui::charactersOf(text);
+  std::u32string characters = text::charactersOf(text);
   std::transform(characters.begin(), characters.end(), characters.begin(), ui::latinDigit);
-  return ui::textOf(characters);
+  return text::textOf(characters);
 }
 
 /// The amount as the field shows it.
@@ -50,11 +50,11 @@ data::Money ceilingAmount(std::string_view text) {
 }
 
 EditedText formatCeiling(std::string_view text, std::size_t caret, bool afterBackspace) {
-  const std::u32string before = ui::charactersOf(text);
+  const std::u32string before = text::charactersOf(text);
   EditedText now{.text = grouped(text), .caret = caret};
   if (now.text == text) return now;
 
-  const std::u32string characters = ui::charactersOf(now.text);
+  const std::u32string characters = text::charactersOf(now.text);
   const std::size_t wanted = std::min(digitsBehind(before, caret), digitsBehind(characters, 0));
   now.caret = std::min(shifted(caret, before.size(), characters.size()), characters.size());
   while (digitsBehind(characters, now.caret) < wanted) --now.caret;

@@ -1,8 +1,8 @@
 #include "accounts/save_validation.h"
 
 #include "accounts/typed_account.h"
-#include "data/characters.h"
 #include "data/numbers.h"
+#include "text/characters.h"
 
 namespace ledgertree::accounts {
 
@@ -55,7 +55,7 @@ bool SaveValidation::hasRequiredFields() {
                              {screen_.txtTitle.text(), kNoTitle, screen_.txtTitle},
                              {screen_.datCreate.farsidate(), kNoDate, screen_.datCreate}};
   for (const Required& required : fields) {
-    if (!data::trimmed(required.text).empty()) continue;
+    if (!text::trimmed(required.text).empty()) continue;
     shell_.showErrorNotice(shell::kTitleProblem, required.message);
     required.field.focus();
     return false;

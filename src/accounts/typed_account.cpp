@@ -5,8 +5,8 @@
 #include <stdexcept>
 
 #include "accounts/field_rules_ceiling.h"
-#include "data/characters.h"
 #include "data/numbers.h"
+#include "text/characters.h"
 
 namespace ledgertree::accounts {
 
@@ -14,10 +14,10 @@ namespace {
 
 /// What is wrong with a text that is to be stored; empty where nothing is.
 std::string faultOf(const std::string& name, const std::string& text, const data::Parameter& parameter) {
-  if (!data::isCleanText(text)) {
+  if (!text::isCleanText(text)) {
     return "در " + name + " نويسه ناخوانا وجود دارد. آن را پاک کنيد و دوباره بنويسيد.";
   }
-  const std::size_t length = data::characterCount(text);
+  const std::size_t length = text::characterCount(text);
   if (length <= static_cast<std::size_t>(parameter.width)) return {};
   return name + " بايد حداکثر " + std::to_string(parameter.width) + " نويسه باشد و اکنون " +
          std::to_string(length) + " نويسه است. آن را کوتاهتر کنيد.";
@@ -71,13 +71,13 @@ std::int32_t accountOnScreen(const mainform::MainScreen& screen) {
 }
 
 std::string wholeCode(const mainform::MainScreen& screen) {
-  return std::string(data::trimmed(screen.txtMotherCode.text())) +
-         std::string(data::trimmed(screen.txtCode.text()));
+  return std::string(text::trimmed(screen.txtMotherCode.text())) +
+         std::string(text::trimmed(screen.txtCode.text()));
 }
 
 std::optional<TypedAccount> readTypedAccount(mainform::MainScreen& screen, shell::Shell& shell,
                                              const data::Procedure& procedure) {
-  TypedAccount account{.title = std::string(data::trimmed(screen.txtTitle.text())),
+  TypedAccount account{.title = std::string(text::trimmed(screen.txtTitle.text())),
                        .code = wholeCode(screen),
                        .notes = screen.txtNotes.text(),
                        .maxDebit = {},

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "data/dten.h"
-#include "shell/account_picker.h"
+#include "shell/lookup/account_picker.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"

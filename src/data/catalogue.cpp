@@ -5,8 +5,8 @@
 #include <string>
 #include <variant>
 
-#include "data/characters.h"
 #include "data/data_error.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -56,7 +56,7 @@ bool fits(const Parameter& parameter, const Value& value) {
     }
     case Text: {
       const auto* text = std::get_if<std::string>(&held);
-      return text != nullptr && isCleanText(*text);
+      return text != nullptr && text::isCleanText(*text);
     }
   }
   return false;
@@ -92,7 +92,7 @@ void checkArguments(const Procedure& procedure, std::span<const Value> values) {
       refuse(DataError::Reason::Misuse, procedure, "مقدار " + name + " پذيرفتني نيست. آن را اصلاح کنيد.");
     }
     const auto* text = std::get_if<std::string>(&value.variant());
-    if (text != nullptr && characterCount(*text) > static_cast<std::size_t>(parameter.width)) {
+    if (text != nullptr && text::characterCount(*text) > static_cast<std::size_t>(parameter.width)) {
       refuse(DataError::Reason::TooLong, procedure,
              "متن " + name + " از " + std::to_string(parameter.width) +
                  " نويسه بلندتر است. آن را کوتاه کنيد و دوباره ثبت کنيد.");

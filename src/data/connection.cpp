@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "data/characters.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -21,7 +21,7 @@ std::string shownName(const std::string& provider) {
 
 void Providers::add(std::string provider, ConnectionOpener opener) {
   for (auto& [name, known] : openers_) {
-    if (!equalsIgnoringCase(name, provider)) continue;
+    if (!text::equalsIgnoringCase(name, provider)) continue;
     known = std::move(opener);
     return;
   }
@@ -33,7 +33,7 @@ std::unique_ptr<Connection> Providers::open(std::string_view connectionText) con
   const std::string provider = text.provider();
   std::string known;
   for (const auto& [name, opener] : openers_) {
-    if (equalsIgnoringCase(name, provider)) return opener(text);
+    if (text::equalsIgnoringCase(name, provider)) return opener(text);
     known += (known.empty() ? "" : ", ") + name;
   }
   throw DataError(DataError::Reason::Connection, 0,

@@ -1,7 +1,7 @@
 #include "data/connection_text.h"
 
-#include "data/characters.h"
 #include "data/data_error.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -70,7 +70,7 @@ class Reader {
   }
 
   [[noreturn]] void refuseAt(std::size_t place, const std::string& fault) const {
-    const std::size_t character = characterCount(text_.substr(0, place)) + 1;
+    const std::size_t character = text::characterCount(text_.substr(0, place)) + 1;
     refuse("متن اتصال درست نيست: در نويسه " + std::to_string(character) + " " + fault +
            ". متن اتصال را اصلاح کنيد.");
   }
@@ -104,10 +104,10 @@ class Reader {
 
 ConnectionText::ConnectionText(std::string_view text) {
   Reader reader(text);
-  if (!isCleanText(text)) {
+  if (!text::isCleanText(text)) {
     std::size_t place = 0;
-    while (isCleanText(text.substr(place, characterLength(text.substr(place))))) {
-      place += characterLength(text.substr(place));
+    while (text::isCleanText(text.substr(place, text::characterLength(text.substr(place))))) {
+      place += text::characterLength(text.substr(place));
     }
     reader.refuseAt(place, "نويسه ناخوانا آمده است");
   }
@@ -121,7 +121,7 @@ ConnectionText::ConnectionText(std::string_view text) {
 std::optional<std::string> ConnectionText::find(std::string_view key) const {
   const std::string wanted = tidyKey(key);
   for (auto pair = pairs_.rbegin(); pair != pairs_.rend(); ++pair) {
-    if (equalsIgnoringCase(pair->first, wanted)) return pair->second;
+    if (text::equalsIgnoringCase(pair->first, wanted)) return pair->second;
   }
   return std::nullopt;
 }

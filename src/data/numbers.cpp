@@ -6,7 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -151,7 +151,7 @@ Integer narrowed(std::int64_t number) {
 
 double leadingNumber(std::string_view text) {
   const auto number = nearestDouble(readDecimal(text));
-  if (!number) refuse(std::string(leftCharacters(text, 40)));
+  if (!number) refuse(std::string(text::leftCharacters(text, 40)));
   return *number;
 }
 
@@ -167,19 +167,19 @@ double NumberOrEmpty::asDouble() const {
 }
 
 NumberOrEmpty toNumber(std::string_view text) {
-  if (trimmed(text).empty()) return NumberOrEmpty::ofInteger(-1);
+  if (text::trimmed(text).empty()) return NumberOrEmpty::ofInteger(-1);
   if (text == "True") return NumberOrEmpty::ofInteger(1);
   const auto number = nearestDouble(readDecimal(withoutSeparators(text)));
   return number ? NumberOrEmpty::ofDouble(*number) : NumberOrEmpty::ofInteger(0);
 }
 
 std::string groupDigits(std::string_view text, std::string_view separator) {
-  const std::size_t count = characterCount(text);
+  const std::size_t count = text::characterCount(text);
   const std::size_t groups = count == 0 ? 0 : (count - 1) / 3;
-  const std::string_view head = leftCharacters(text, count - groups * 3);
+  const std::string_view head = text::leftCharacters(text, count - groups * 3);
   std::string grouped(head);
   for (std::string_view rest = text.substr(head.size()); !rest.empty();) {
-    const std::string_view group = leftCharacters(rest, 3);
+    const std::string_view group = text::leftCharacters(rest, 3);
     grouped.append(separator).append(group);
     rest.remove_prefix(group.size());
   }
@@ -193,7 +193,7 @@ Money digitsToCurrency(std::string& text) {
       static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (number.negative ? 1 : 0);
   const auto count = scaledWhole(number, 4, limit);
   if (!count) {
-    throw std::range_error("مبلغ " + std::string(leftCharacters(text, 40)) +
+    throw std::range_error("مبلغ " + std::string(text::leftCharacters(text, 40)) +
                            " در محدوده مجاز نيست. مبلغ ديگري وارد کنيد.");
   }
   return Money::fromTenThousandths(static_cast<std::int64_t>(number.negative ? 0 - *count : *count));

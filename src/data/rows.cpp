@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -44,7 +44,7 @@ DateTime unpacked(std::int64_t moment) {
 std::optional<std::size_t> Rows::column(std::string_view name) const {
   const std::uint32_t hash = nameHash(name);
   for (std::size_t place = 0; place < names_.size(); ++place) {
-    if (nameHashes_[place] == hash && equalsIgnoringCase(names_[place], name)) return place;
+    if (nameHashes_[place] == hash && text::equalsIgnoringCase(names_[place], name)) return place;
   }
   return std::nullopt;
 }

@@ -3,9 +3,9 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "data/characters.h"
 #include "data/dten.h"
 #include "data/numbers.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -31,13 +31,13 @@ std::int16_t asSetting(const Value& value, std::string_view parameter) {
     return roundToInt16(leadingNumber(text));
   } catch (const std::range_error&) {
     throw std::range_error("مقدار پارامتر " + std::string(parameter) + " («" +
-                           std::string(leftCharacters(text, 40)) +
+                           std::string(text::leftCharacters(text, 40)) +
                            "») در محدوده مجاز نيست. آن را در پارامترهاي سيستم اصلاح کنيد.");
   }
 }
 
 bool isOne(const Value& value) {
-  const auto number = Money::parse(trimmed(value.toText()));
+  const auto number = Money::parse(text::trimmed(value.toText()));
   return number == Money::fromTenThousandths(Money::kScale);
 }
 

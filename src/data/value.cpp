@@ -6,7 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -23,7 +23,7 @@ template <class... Visitors>
 Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
 /// A value as it stands in a message.
-std::string shown(const Value& value) { return std::string(leftCharacters(value.toText(), 40)); }
+std::string shown(const Value& value) { return std::string(text::leftCharacters(value.toText(), 40)); }
 
 [[noreturn]] void refuseKind(const Value& value) {
   if (value.isNull()) throw std::invalid_argument("مقداري که بايد پر باشد خالي است.");

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 
@@ -28,7 +28,7 @@ constexpr bool isArabicLetter(std::string_view character) {
 std::size_t bareName(std::string_view text) {
   std::size_t end = 0;
   while (end < text.size()) {
-    const std::string_view character = text.substr(end, characterLength(text.substr(end)));
+    const std::string_view character = text.substr(end, text::characterLength(text.substr(end)));
     const bool letter = isAsciiLetter(character[0]) || isArabicLetter(character);
     if (!letter && (end == 0 || (!isAsciiDigit(character[0]) && character[0] != '$'))) break;
     end += character.size();
@@ -42,7 +42,7 @@ std::size_t bracketedName(std::string_view text) {
   const std::size_t close = text.find(']');
   if (close == std::string_view::npos) return 0;
   const std::string_view name = text.substr(1, close - 1);
-  const bool fits = !trimmed(name).empty() && std::none_of(name.begin(), name.end(), [](char byte) {
+  const bool fits = !text::trimmed(name).empty() && std::none_of(name.begin(), name.end(), [](char byte) {
     return byte == '[' || byte == '\'' || byte == '"' || byte == '`' ||
            (static_cast<unsigned char>(byte) < 0x20) || byte == 0x7F;
   });
@@ -55,14 +55,14 @@ std::size_t nameAhead(std::string_view text) {
   const bool bracketed = text.front() == '[';
   const std::size_t length = bracketed ? bracketedName(text) : bareName(text);
   const std::size_t marks = bracketed ? 2 : 0;
-  return characterCount(text.substr(0, length)) > kGreatestLength + marks ? 0 : length;
+  return text::characterCount(text.substr(0, length)) > kGreatestLength + marks ? 0 : length;
 }
 
 }  // namespace
 
 std::optional<std::string_view> plainViewName(std::string_view text) {
-  const std::string_view name = trimmed(text);
-  if (!isCleanText(name)) return std::nullopt;
+  const std::string_view name = text::trimmed(text);
+  if (!text::isCleanText(name)) return std::nullopt;
   std::size_t end = nameAhead(name);
   if (end != 0 && end < name.size() && name[end] == '.') {
     const std::size_t second = nameAhead(name.substr(end + 1));

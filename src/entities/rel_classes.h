@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "entities/object_tree.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"

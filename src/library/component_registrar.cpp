@@ -6,9 +6,9 @@
 #include <string_view>
 
 #include "ledgertree/component_folder.h"
-#include "platform/own_folder.h"
-#include "platform/plugin_library.h"
-#include "shell/component_plugins.h"
+#include "shell/components/component_plugins.h"
+#include "shell/components/own_folder.h"
+#include "shell/components/plugin_library.h"
 
 namespace ledgertree {
 
@@ -22,8 +22,8 @@ std::unique_ptr<shell::ComponentPlugins>& registrar() {
 }  // namespace
 
 void installComponentRegistrar(shell::Shell& shell) {
-  registrar() = std::make_unique<shell::ComponentPlugins>(shell.components, platform::pluginLibraries());
-  if (const std::filesystem::path own = platform::ownFolder(); !own.empty())
+  registrar() = std::make_unique<shell::ComponentPlugins>(shell.components, shell::pluginLibraries());
+  if (const std::filesystem::path own = shell::ownFolder(); !own.empty())
     registrar()->setInstalledFolder(own / "ledgertree" / "components");
   shell.components.setRegistrar([](std::string_view commandLine) { registrar()->carryOut(commandLine); });
 }

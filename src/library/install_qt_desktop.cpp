@@ -1,13 +1,13 @@
 #include <memory>
 
 #include "component_registrar.h"
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
+#include "engines/odbc/odbc_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "ledgertree/qt_desktop.h"
-#include "qt/guide_window.h"
+#include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
 #include "qt/qt_desktop.h"
-#include "shell/ledger_tree_control_session.h"
+#include "shell/control/ledger_tree_control_session.h"
 
 namespace ledgertree {
 
@@ -16,8 +16,8 @@ void installQtDesktop(const QtDesktopOptions& options) {
   desktop->setModelessAllowed(options.modelessForms);
   if (options.container != nullptr) desktop->embed("FormMain", options.container);
   shell::Shell& shell = ControlSession::install(std::move(desktop)).shell();
-  data::embedded::registerEmbedded(shell.providers);
-  data::odbc::registerOdbc(shell.providers);
+  engines::sqlite::registerEmbedded(shell.providers);
+  engines::odbc::registerOdbc(shell.providers);
   qt::registerNoticeDialog(shell.components);
   qt::installGuide();
   installComponentRegistrar(shell);

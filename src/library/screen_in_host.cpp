@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "qt/qt_desktop.h"
-#include "shell/ledger_tree_control_session.h"
+#include "shell/control/ledger_tree_control_session.h"
 
 namespace ledgertree {
 

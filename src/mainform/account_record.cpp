@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "data/numbers.h"
 #include "mainform/form_mode.h"
@@ -90,8 +91,8 @@ SplitCode splitCode(std::string_view code, std::string_view parentCode) {
   return behind({});
 }
 
-AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, accounts::FieldRules& rules)
-    : screen_(screen), shell_(shell), rules_(rules) {
+AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule)
+    : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
     if (looking) loadAccount(screen_.sltAccount.AccountID());
@@ -168,9 +169,9 @@ void AccountRecord::fill(const Stored& account) {
     screen_.datCreate.setToday(shell_.clock);
   }
   screen_.txtNotes.setText(account.notes);
-  rules_.chooseNature(account.nature);
-  rules_.choosePermanent(account.permanent);
-  rules_.chooseClosed(account.closed);
+  screen_.chooseNature(account.nature);
+  screen_.choosePermanent(account.permanent);
+  screen_.chooseClosed(account.closed);
   screen_.txtMaxDebit.setText(account.maxDebit);
   screen_.txtMaxCredit.setText(account.maxCredit);
 
@@ -180,7 +181,7 @@ void AccountRecord::fill(const Stored& account) {
 
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
-  rules_.classRule();
+  classRule_();
   screen_.sltEntity.setSelectedID(account.relation->objectID);
 }
 
@@ -198,9 +199,9 @@ void AccountRecord::blankForNewAccount() {
                                &screen_.txtMaxDebit, &screen_.txtMaxCredit})
     field->setText("");
   screen_.datCreate.setToday(shell_.clock);
-  rules_.chooseNature(0);
-  rules_.choosePermanent(0);
-  rules_.chooseClosed(0);
+  screen_.chooseNature(0);
+  screen_.choosePermanent(0);
+  screen_.chooseClosed(0);
 }
 
 }  // namespace ledgertree::mainform

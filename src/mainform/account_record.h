@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
-#include "accounts/field_rules.h"
 #include "mainform/main_screen.h"
 #include "shell/shell.h"
 
@@ -30,7 +30,9 @@ struct SplitCode {
 /// blank fields, as for an account that is gone.
 class AccountRecord {
  public:
-  AccountRecord(MainScreen& screen, shell::Shell& shell, accounts::FieldRules& rules);
+  /// `classRule` is called when a class is shown: it makes the entity selector offer what belongs to that
+  /// class.
+  AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule);
 
   /// Shows an account, read-only; nothing is on the screen for an ID below 1, and blank fields for one that
   /// has no row.
@@ -60,7 +62,7 @@ class AccountRecord {
 
   MainScreen& screen_;
   shell::Shell& shell_;
-  accounts::FieldRules& rules_;
+  std::function<void()> classRule_;
 };
 
 }  // namespace ledgertree::mainform

@@ -1,7 +1,7 @@
 #include "mainform/account_tree.h"
 
-#include "data/characters.h"
 #include "data/numbers.h"
+#include "text/characters.h"
 
 namespace ledgertree::mainform {
 
@@ -73,8 +73,8 @@ std::string AccountTree::shortCode(data::DtEn& gateway, std::int32_t accountID, 
       "select Code from tblAccount Where ID in (Select x.ParentID from tblAccount x Where x.ID=" +
           std::to_string(accountID) + ")");
   if (parent->Eof()) return std::string(code);
-  const std::size_t length = data::characterCount(parent->Fields("Code").toText());
-  return std::string(data::withoutFirstCharacters(code, length));
+  const std::size_t length = text::characterCount(parent->Fields("Code").toText());
+  return std::string(text::withoutFirstCharacters(code, length));
 }
 
 void AccountTree::fillNodeChildren(std::string_view key) {

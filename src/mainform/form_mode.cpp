@@ -3,7 +3,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "data/characters.h"
+#include "text/characters.h"
 
 namespace ledgertree::mainform {
 
@@ -115,7 +115,7 @@ void applyMode(MainScreen& screen) {
 void followRecord(MainScreen& screen) {
   if (screen.formMode != FormMode::ModeView) return;
   const bool onScreen =
-      !data::trimmed(screen.txtCode.text()).empty() && !data::trimmed(screen.txtTitle.text()).empty();
+      !text::trimmed(screen.txtCode.text()).empty() && !text::trimmed(screen.txtTitle.text()).empty();
   if (screen.cmdEdit.enabled() == onScreen) return;
   enable(onScreen, {&screen.cmdEdit, &screen.cmdDelete});
   enable(onScreen, {&screen.mnuFonc2, &screen.mnuFonc4});

@@ -214,4 +214,23 @@ void MainScreen::nameControls() {
   name(lblMessage, "وضعيت فرم");
 }
 
+void MainScreen::chooseNature(std::int64_t value) {
+  if (value < 0 || value > 2) return;
+  ui::RadioButton* const buttons[] = {&optDebit, &OptCredit, &OptDebitAndCredit};
+  NatureValue = static_cast<std::int16_t>(value);
+  buttons[value]->setValue(true);
+}
+
+void MainScreen::choosePermanent(std::int64_t value) {
+  if (value < 0 || value > 1) return;
+  PermanentValue = static_cast<std::int16_t>(value);
+  (value == 0 ? OptReg : OptNotReg).setValue(true);
+}
+
+void MainScreen::chooseClosed(std::int64_t value) {
+  if (value < 0 || value > 1) return;
+  ClosedValue = static_cast<std::int16_t>(value);
+  (value == 0 ? OptOpen : OptClose).setValue(true);
+}
+
 }  // namespace ledgertree::mainform

@@ -3,9 +3,9 @@
 #include <cstdint>
 
 #include "data/system_parameters.h"
-#include "shell/account_picker.h"
-#include "shell/date_field.h"
-#include "shell/selector.h"
+#include "shell/lookup/account_picker.h"
+#include "shell/lookup/date_field.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
@@ -44,6 +44,12 @@ class MainScreen : public ui::Form {
   std::int16_t PositionValue = 0;
   std::int16_t GroupValue = -1;
   std::int16_t EntityTypeValue = -1;
+  // Each radio group stands for one of these numbers: they keep the number and press its button. A value that
+  // no button stands for changes nothing.
+  void chooseNature(std::int64_t value);
+  void choosePermanent(std::int64_t value);
+  void chooseClosed(std::int64_t value);
+
   /// The parent of the last new account at the moment of its save; 0 before the first.
   std::int32_t LastNewParentID = 0;
 

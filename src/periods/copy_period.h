@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"

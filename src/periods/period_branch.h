@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "data/dten.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "data/dten.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "shell/shell.h"
 
 /// What the screens of the periods share. An account is shown in a period where tblAccountPeriodAccount has

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "text/utf8.h"
 #include "ui/control_visitor.h"
-#include "ui/utf8.h"
 
 namespace ledgertree::ui {
 
@@ -105,9 +105,9 @@ void LookupField::move(int rows) {
 void LookupField::type(std::string_view text) {
   if (!reachable()) return;
   const Form::Act act(form());
-  for (const char32_t character : charactersOf(text)) {
+  for (const char32_t character : text::charactersOf(text)) {
     std::string line = typing_ ? text_ : std::string();
-    line += textOf(std::u32string(1, character));
+    line += text::textOf(std::u32string(1, character));
     edited(std::move(line));
     if (!act.formStands()) return;
     changed(Change::Text);
@@ -189,14 +189,14 @@ bool LookupField::enter() {
 }
 
 bool LookupField::backspace() {
-  auto characters = charactersOf(text_);
+  auto characters = text::charactersOf(text_);
   if (characters.empty()) return false;
   // The text of a row held goes as a whole, as what is selected does.
   if (typing_)
     characters.pop_back();
   else
     characters.clear();
-  edited(textOf(characters));
+  edited(text::textOf(characters));
   changed(Change::Text);
   return true;
 }

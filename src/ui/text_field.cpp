@@ -2,20 +2,20 @@
 
 #include <algorithm>
 
+#include "text/utf8.h"
 #include "ui/control_visitor.h"
-#include "ui/utf8.h"
 
 namespace ledgertree::ui {
 
 void TextField::setText(std::string text) {
   if (text_ == text) return;
   text_ = std::move(text);
-  caret_ = charactersOf(text_).size();
+  caret_ = text::charactersOf(text_).size();
   changed(Change::Text);
 }
 
 void TextField::setCaret(std::size_t caret) {
-  caret_ = std::min(caret, charactersOf(text_).size());
+  caret_ = std::min(caret, text::charactersOf(text_).size());
   changed(Change::Caret);
 }
 
@@ -39,7 +39,7 @@ void TextField::edited(std::string text, std::size_t caret) {
   if (!withinReach() || locked_) return;
   const bool same = text == text_;
   text_ = std::move(text);
-  caret_ = std::min(caret, charactersOf(text_).size());
+  caret_ = std::min(caret, text::charactersOf(text_).size());
   if (!same) raise(onChange);
 }
 
@@ -49,13 +49,13 @@ void TextField::keyUp() {
 
 void TextField::type(std::string_view text) {
   const Form::Act act(form());
-  for (const char32_t typed : charactersOf(text)) {
+  for (const char32_t typed : text::charactersOf(text)) {
     const char32_t character = filter(typed);
     if (!act.formStands()) return;
-    auto characters = charactersOf(text_);
+    auto characters = text::charactersOf(text_);
     if (character != 0 && (maximumLength_ == 0 || characters.size() < maximumLength_)) {
       characters.insert(std::min(caret_, characters.size()), 1, character);
-      edited(textOf(characters), caret_ + 1);
+      edited(text::textOf(characters), caret_ + 1);
       if (!act.formStands()) return;
       changed(Change::Text);
     }
@@ -66,16 +66,16 @@ void TextField::type(std::string_view text) {
 
 void TextField::press(Key key) {
   const Form::Act act(form());
-  auto characters = charactersOf(text_);
+  auto characters = text::charactersOf(text_);
   const std::size_t caret = std::min(caret_, characters.size());
   const bool backspace = key == Key::Backspace && filter(kBackspaceCharacter) != 0;
   if (!act.formStands()) return;
   if (backspace && caret > 0) {
     characters.erase(caret - 1, 1);
-    edited(textOf(characters), caret - 1);
+    edited(text::textOf(characters), caret - 1);
   } else if (key == Key::Delete && caret < characters.size()) {
     characters.erase(caret, 1);
-    edited(textOf(characters), caret);
+    edited(text::textOf(characters), caret);
   } else if (key == Key::Left || key == Key::Right || key == Key::Home || key == Key::End) {
     if (key == Key::Left && caret > 0) caret_ = caret - 1;
     if (key == Key::Right) caret_ = std::min(caret + 1, characters.size());
@@ -89,10 +89,10 @@ void TextField::press(Key key) {
 
 void TextField::paste(std::string_view text) {
   const Form::Act act(form());
-  auto characters = charactersOf(text);
+  auto characters = text::charactersOf(text);
   if (maximumLength_ != 0 && characters.size() > maximumLength_) characters.resize(maximumLength_);
   const std::size_t caret = characters.size();
-  edited(textOf(characters), caret);
+  edited(text::textOf(characters), caret);
   if (act.formStands()) changed(Change::Text);
 }
 

@@ -1,38 +1,18 @@
 #pragma once
 
 #include <algorithm>
-#include <memory>
+#include <map>
 #include <string>
-#include <vector>
 
-#include "data/characters.h"
-#include "mainform/form_main.h"
-#include "support/faulty_connection.h"
-#include "support/test_house.h"
+#include "data/quote_text.h"
+#include "mainform/screen_story.h"
+#include "support/table_watch.h"
 
 namespace ledgertree::testing {
 
-/// An accountant at the main screen. The chart is empty at first; groups 1 and 2, cost centres 1 and 2,
-/// branch 1, the classes 1 (persons 1 and 2) and 2 (project 1) and user 1 with all rights are there.
-class AccountStory : public TestHouse {
+/// An accountant at the main screen, with an empty chart.
+class AccountStory : public MainScreenHouse {
  protected:
-  AccountStory() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
-    database.execute(
-        "insert into tblUser (ID, Name) values (1, 'حسابدار');"
-        "insert into tblUserPermission (UserID, FormPermissionID) values"
-        " (1, 301), (1, 30101), (1, 30102), (1, 30103);"
-        "insert into tblAccountGroup (ID, Code, Name) values (1, '1', 'مشتريان'), (2, '2', 'فروشندگان');"
-        "insert into tblAccountBranch (ID, Code, Name) values (1, '1', 'کارخانه');"
-        "insert into tblAccCostCenter (ID, Code, Name) values (1, '1', 'مونتاژ'), (2, '2', 'رنگ');"
-        "insert into tblAccountClass (ID, Code, Name, ViewMajor, ViewMinor) values"
-        " (1, '1', 'اشخاص', 'vwEntityPerson', 'vwEntityPersonMinor'),"
-        " (2, '2', 'پروژه ها', 'vwEntityProject', 'vwEntityProjectMinor');"
-        "insert into tblEntityPerson (ID, Code, Name) values (1, '1', 'بام'), (2, '2', 'مغان');"
-        "insert into tblEntityProject (ID, Code, Name) values (1, '1', 'سد')");
-  }
-
   /// Sets a parameter of the installation, ahead of start().
   void setting(int parameter, const std::string& value) {
     database.execute("insert into tblTarvoSystemParameters (ID, Value) values (" + std::to_string(parameter) +
@@ -49,13 +29,6 @@ class AccountStory : public TestHouse {
         "insert or ignore into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1403/01/01');"
         "insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, " +
         std::to_string(id) + ")");
-  }
-
-  /// Opens the screen as the control does.
-  void start() {
-    form = std::make_unique<mainform::FormMain>(shell);
-    form->load();
-    desktop.show(*form);
   }
 
   // The person.
@@ -89,7 +62,22 @@ class AccountStory : public TestHouse {
   /// Saves what is on the screen, and gives the account that is shown then.
   std::int32_t save() {
     form->cmdSave.click();
-    return form->formMode == mainform::FormMode::ModeView ? std::stoi(form->txtID.text()) : -1;
+    if (mode() != mainform::FormMode::ModeView) return -1;
+    EXPECT_EQ(form->focused(), &form->cmdNew);
+    expectWhatIsStored();
+    return std::stoi(form->txtID.text());
+  }
+  /// The record and the tree on the screen are as another look at the database shows them.
+  void expectWhatIsStored() {
+    expectRecordAsStored();
+    const std::string tree = treeLabels();
+    form->cmdRefreshAccountTree.click();
+    EXPECT_EQ(tree, treeLabels());
+  }
+  void expectRecordAsStored() {
+    const std::string shown = record();
+    form->View(std::stoi(form->txtID.text()));
+    EXPECT_EQ(shown, record());
   }
   std::int32_t saveNew(std::int32_t parent, const std::string& title, const std::string& code = "") {
     typeNew(parent, title, code);
@@ -100,6 +88,32 @@ class AccountStory : public TestHouse {
   [[nodiscard]] std::string stored(std::int32_t id, const std::string& columns) {
     return database.rows("select " + columns + " from tblAccount where ID = " + std::to_string(id));
   }
+  /// An account as the database has it, a line for each column that isn't as in one that was made today at
+  /// the top with nothing but a code and a title.
+  [[nodiscard]] std::string stored(std::int32_t id) {
+    static const std::map<std::string, std::string> plain = {{"ParentID", "null"},
+                                                             {"NoLevel", "1"},
+                                                             {"GroupID", "null"},
+                                                             {"BranchID", "0"},
+                                                             {"PositionID", "0"},
+                                                             {"CreateDate", "2026-11-22 00:00:00"},
+                                                             {"FarsiCreateDate", "1405/09/01"},
+                                                             {"Notes", ""},
+                                                             {"AccountNatureID", "0"},
+                                                             {"IsPermanent", "0"},
+                                                             {"IsClosed", "0"},
+                                                             {"MaxDebit", "0"},
+                                                             {"MaxCredit", "0"}};
+    const data::Rows rows = database.read("select * from tblAccount where ID = " + std::to_string(id));
+    std::string text;
+    for (std::size_t column = 1; rows.count() == 1 && column < rows.columns().size(); ++column) {
+      const std::string& name = rows.columns()[column];
+      const std::string value = cellText(rows.value(0, column));
+      const auto usual = plain.find(name);
+      if (usual == plain.end() || usual->second != value) text += name + "=" + value + "\n";
+    }
+    return text;
+  }
   /// Group, class and object of each relation of an account.
   [[nodiscard]] std::string relations(std::int32_t id) {
     return database.rows(
@@ -108,9 +122,6 @@ class AccountStory : public TestHouse {
         std::to_string(id));
   }
   [[nodiscard]] mainform::FormMode mode() const { return form->formMode; }
-
-  Faults faults;
-  std::unique_ptr<mainform::FormMain> form;
 };
 
 }  // namespace ledgertree::testing

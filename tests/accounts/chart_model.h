@@ -4,8 +4,10 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <ostream>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace ledgertree::testing {
 
@@ -38,6 +40,20 @@ class ChartModel {
     CodeExists,
     Dependency
   };
+
+  /// The rule in words, for a failure.
+  friend void PrintTo(Told told, std::ostream* stream) {
+    static const char* const names[] = {"nothing is refused",
+                                        "another account stands in the same place",
+                                        "the code of an account with documents stays",
+                                        "no account is its own parent",
+                                        "no account is below itself",
+                                        "no parent has documents",
+                                        "a code has 20 characters",
+                                        "a code is there once",
+                                        "what depends on an account keeps it"};
+    *stream << names[static_cast<int>(told)];
+  }
 
   bool editCodeAllowed = false;
   bool positionCounts = false;
@@ -114,23 +130,32 @@ class ChartModel {
     return Told::Done;
   }
 
+  /// The cells of an account, each with the name of its column.
+  [[nodiscard]] static std::string row(const std::vector<std::string>& cells) {
+    static const char* const names[] = {
+        "account ",     " ParentID=",        " Code=",        " Title=",    " NoLevel=",  " GroupID=",
+        " PositionID=", " AccountNatureID=", " IsPermanent=", " IsClosed=", " relation ", " below "};
+    std::string text;
+    for (std::size_t cell = 0; cell < cells.size(); ++cell) text += names[cell] + cells[cell];
+    return text + "\n";
+  }
   [[nodiscard]] std::string rows() const {
     const auto text = [](int number) { return number < 1 ? "null" : std::to_string(number); };
     std::string rows;
     for (const auto& [id, a] : accounts) {
-      rows += std::to_string(id) + "|" + text(a.parent) + "|" + a.code + "|" + a.title + "|" +
-              std::to_string(level(id)) + "|" + text(a.group);
+      std::vector<std::string> cells = {std::to_string(id),        text(a.parent), a.code, a.title,
+                                        std::to_string(level(id)), text(a.group)};
       for (const int number : {a.position, a.nature, a.permanent, a.closed})
-        rows += "|" + std::to_string(number);
-      if (a.relation)
-        rows += "|" + text(a.relation->group) + "|" + text(a.relation->entityClass) + "|" +
-                text(a.relation->object);
-      if (!a.relation) rows += "|none";
+        cells.push_back(std::to_string(number));
+      const auto& place = a.relation;
+      cells.push_back(place ? text(place->group) + "|" + text(place->entityClass) + "|" + text(place->object)
+                            : "none");
       std::string ancestors;
       std::set<int> up;
       for (int mother = a.parent; mother != -1; mother = accounts.at(mother).parent) up.insert(mother);
       for (const int mother : up) ancestors += (ancestors.empty() ? "" : ",") + std::to_string(mother);
-      rows += "|" + ancestors + "\n";
+      cells.push_back(ancestors);
+      rows += row(cells);
     }
     return rows;
   }

@@ -1,20 +1,15 @@
 #include <chrono>
-#include <cstdlib>
 #include <thread>
 
 #include "accounts/random_work.h"
 #include "data/connection_text.h"
 #include "db/schema.h"
+#include "support/amount_of_work.h"
 #include "support/child_process.h"
 #include "support/power_cut_storage.h"
 
 namespace ledgertree::testing {
 namespace {
-
-int environment(const char* name, int otherwise) {
-  const char* text = std::getenv(name);
-  return text == nullptr ? otherwise : std::atoi(text);
-}
 
 /// Random work on a form, command by command.
 class Worker : public RandomWork {
@@ -86,8 +81,7 @@ void expectWhole(const std::filesystem::path& file, const WholeWork& whole, std:
   EXPECT_TRUE(before || chart == whole.charts[begun]) << "after " << begun << " commands:\n" << chart;
 }
 
-/// LEDGERTREE_CUTS asks for more than the 20 cuts of every day.
-const int kCuts = environment("LEDGERTREE_CUTS", 20);
+const int kCuts = amountOfWork("LEDGERTREE_CUTS", 20, 200);
 constexpr int kSeeds = 4;
 
 TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
@@ -199,10 +193,9 @@ class Accountant : public AccountStory {
   std::mt19937 dice_;
 };
 
-/// LEDGERTREE_SHARED_SECONDS asks for more than the two seconds of every day.
 TEST(Crash, TwoProcessesSaveIntoOneFile) {
   if (onServer()) GTEST_SKIP() << "it is about a file and kills";
-  const std::chrono::seconds time(environment("LEDGERTREE_SHARED_SECONDS", 2));
+  const std::chrono::seconds time(amountOfWork("LEDGERTREE_SHARED_SECONDS", 2, 60));
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.path() / "shared.db";
   {

@@ -61,15 +61,18 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
 
   // What can be typed, and in which digits.
   ceiling.paste("");
-  ceiling.type("a.-۴ ٥/6");
-  EXPECT_EQ(at(ceiling), "456|");
-  for (int key = 0; key < 3; ++key) ceiling.press(Key::Backspace);
-  EXPECT_EQ(at(ceiling), "0|");
-  ceiling.type("7");
-  EXPECT_EQ(at(ceiling), "7|");
+  for (ui::TextField* one : {&form->txtMaxDebit, &form->txtMaxCredit}) {
+    one->type("a.-۴ ٥/6:9");
+    EXPECT_EQ(at(*one), "4/569|");
+    for (int key = 0; key < 4; ++key) one->press(Key::Backspace);
+    EXPECT_EQ(at(*one), "0|");
+    one->type("7");
+    EXPECT_EQ(at(*one), "7|");
+  }
 
   // Past the range of money the digits stay, for the save to tell.
-  form->txtMaxCredit.type("92233720368547758079");
+  form->txtMaxCredit.paste("");
+  form->txtMaxCredit.type("092233720368547758079");
   EXPECT_EQ(at(form->txtMaxCredit), "92/233/720/368/547/758/079|");
   EXPECT_EQ(notices.taken(), "");
 }
@@ -83,6 +86,7 @@ TEST_F(FieldRulesStory, AStoredCeilingIsGroupedAtTheFirstKey) {
   EXPECT_EQ(form->txtMaxDebit.text() + " " + form->txtMaxCredit.text(), "1234567 1.5");
   form->txtMaxDebit.press(Key::Left);
   EXPECT_EQ(at(form->txtMaxDebit), "1/234/56|7");
+  EXPECT_EQ(accounts::formatCeiling("12345.67", 8, false), (accounts::EditedText{"12/345/.67", 10}));
   save();
   EXPECT_EQ(stored(1, "MaxDebit, MaxCredit"), "12345670000|15000");
 }
@@ -91,8 +95,9 @@ TEST_F(FieldRulesStory, TheCodeTakesTheKeysThatTheSettingsAllow) {
   setting(301, "1");
   start();
   form->cmdNew.click();
-  form->txtCode.type("a1b-+۲٣./ (");
-  EXPECT_EQ(form->txtCode.text(), "123./");
+  form->txtCode.type("a1b-+۲٣:./ (9");
+  EXPECT_EQ(form->txtCode.text(), "123./9");
+  form->txtCode.press(Key::Backspace);
   form->txtCode.press(Key::Backspace);
   EXPECT_EQ(form->txtCode.text(), "123.");
   form->txtMotherCode.type("x۷");
@@ -104,78 +109,97 @@ TEST_F(FieldRulesStory, TheCodeTakesTheKeysThatTheSettingsAllow) {
 
 TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
   account(1, 0, "11", "دارايي");
-  database.execute("update tblAccount set IsPermanent = 1, AccountNatureID = 1, IsClosed = 1 where ID = 1");
+  database.execute("update tblAccount set IsPermanent = 1, AccountNatureID = 2, IsClosed = 1 where ID = 1");
   account(2, 0, "22", "بدهي");
   database.execute("update tblAccount set IsPermanent = null, AccountNatureID = null where ID = 2");
   account(3, 2, "2207", "وام");
+  account(4, 0, "44", "درآمد");
+  database.execute("update tblAccount set AccountNatureID = 1 where ID = 4");
   start();
+  /// "code+own nature permanent closed" behind a pick.
+  const auto picked = [this](std::int32_t parent) {
+    pickParent(parent);
+    const auto on = [](const ui::RadioButton& button) { return button.value() ? button.caption() : ""; };
+    return form->txtMotherCode.text() + "+" + form->txtCode.text() + " " + on(form->optDebit) +
+           on(form->OptCredit) + on(form->OptDebitAndCredit) + " " + on(form->OptReg) + on(form->OptNotReg) +
+           " " + on(form->OptOpen) + on(form->OptClose);
+  };
   form->cmdNew.click();
-  pickParent(1);
-  EXPECT_EQ(form->txtMotherCode.text() + "+" + form->txtCode.text(), "11+01");
-  EXPECT_TRUE(form->OptNotReg.value() && form->OptCredit.value());
-  EXPECT_TRUE(form->OptOpen.value()) << "whether it is closed isn't inherited";
+  EXPECT_EQ(picked(1), "11+01 هردو دائم باز") << "whether it is closed isn't inherited";
   form->txtTitle.type("بانک");
-  EXPECT_EQ(stored(save(), "Code, IsPermanent, AccountNatureID, IsClosed"), "1101|1|1|0");
+  EXPECT_EQ(stored(save(), "Code, IsPermanent, AccountNatureID, IsClosed"), "1101|1|2|0");
 
   form->cmdNew.click();
-  form->OptDebitAndCredit.click();
-  pickParent(2);
-  EXPECT_TRUE(form->OptReg.value() && form->optDebit.value()) << "null counts as 0";
-  EXPECT_EQ(form->txtCode.text(), "08");
-  form->OptDebitAndCredit.click();
+  EXPECT_EQ(picked(4), "44+01 بستانكار موقت باز");
+  EXPECT_EQ(picked(1), "11+02 هردو دائم باز");
+  EXPECT_EQ(picked(2), "22+08 بدهكار موقت باز") << "null counts as 0";
+  form->OptCredit.click();
+  form->OptNotReg.click();
   form->OptClose.click();
-  form->sltParent.press(Key::Delete);
+  EXPECT_EQ(picked(-1), "+45 بستانكار دائم بسته") << "no parent, nothing to inherit";
   EXPECT_EQ(form->sltParent.AccountID(), -1);
-  EXPECT_EQ(form->txtMotherCode.text() + "+" + form->txtCode.text(), "+23");
-  EXPECT_TRUE(form->OptDebitAndCredit.value()) << "no parent, nothing to inherit";
   form->txtTitle.type("سرمايه");
-  EXPECT_EQ(stored(save(), "ParentID, IsPermanent, AccountNatureID, IsClosed"), "null|0|2|1");
+  EXPECT_EQ(stored(save(), "ParentID, IsPermanent, AccountNatureID, IsClosed"), "null|1|1|1");
 
   // Under edit, too, a parent replaces the code; and what was inherited may be changed again.
   edit(3);
-  pickParent(1);
-  EXPECT_EQ(form->txtMotherCode.text() + "+" + form->txtCode.text(), "11+02");
+  EXPECT_EQ(picked(1), "11+02 هردو دائم باز");
   form->optDebit.click();
   save();
   EXPECT_EQ(stored(3, "ParentID, Code, IsPermanent, AccountNatureID, NoLevel"), "1|1102|1|0|2");
+
+  // Where nobody types, nothing follows.
+  const std::string shown = record();
+  form->sltParent.setAccountID(4);
+  form->sltParent.onAccountChange();
+  form->sltParent.setAccountID(1);
+  EXPECT_EQ(record(), shown);
   EXPECT_EQ(notices.taken(), "");
 }
 
 TEST_F(FieldRulesStory, TheClassDecidesWhichEntitiesAreOffered) {
   database.execute(
       "insert into tblAccountClass (ID, Name, ViewMajor, ViewMinor) values"
-      " (3, 'حقوقي', 'vwEntityPerson', 'vwEntityPersonMinor')");
+      " (13, 'حقوقي', 'vwEntityPerson', 'vwEntityProjectMinor');"
+      "update tblEntityPerson set Description = 'تهران'; update tblEntityProject set Description = 'يزد'");
   start();
   form->cmdNew.click();
-  EXPECT_FALSE(form->sltEntity.IsActive());
-  pick(form->sltEntityType, 1);
-  EXPECT_TRUE(form->sltEntity.IsActive());
-  EXPECT_EQ(form->sltEntity.title(), "اشخاص");
-  pick(form->sltEntity, 2);
-  pick(form->sltEntityType, 3);
-  EXPECT_EQ(form->sltEntity.SelectedText(), "مغان") << "the same view, so that the person stays";
-  pick(form->sltEntityType, 2);
-  EXPECT_TRUE(form->sltEntity.IsEmpty());
-  pick(form->sltEntity, 1);
-  EXPECT_EQ(form->sltEntity.SelectedText(), "سد");
-  form->sltEntityType.press(Key::Delete);
-  EXPECT_TRUE(form->sltEntity.IsEmpty());
-  EXPECT_FALSE(form->sltEntity.IsActive());
-}
+  shell::Selector& entity = form->sltEntity;
+  const auto closer = [&] {
+    entity.lookCloser();
+    desktop.settle();
+    return entity.title() + " " + entity.SelectedText() + " " + entity.detail();
+  };
+  EXPECT_FALSE(entity.IsActive());
+  pick(form->sltEntityType, 11);
+  EXPECT_TRUE(entity.IsActive());
+  pick(entity, 7);
+  EXPECT_EQ(closer(), "اشخاص بام تهران");
+  pick(form->sltEntityType, 13);
+  EXPECT_EQ(closer(), "حقوقي بام يزد") << "the same view, so that the person stays";
+  pick(form->sltEntityType, 12);
+  EXPECT_TRUE(entity.IsEmpty());
+  pick(entity, 7);
+  EXPECT_EQ(closer(), "پروژه ها پل يزد");
 
-TEST_F(FieldRulesStory, TheTypedFieldsSwitchToTheLayoutOfTheLanguage) {
-  start();
-  form->cmdNew.click();
-  for (ui::Control* field : std::initializer_list<ui::Control*>{
-           &form->txtCode, &form->txtTitle, &form->txtNotes, &form->txtMaxDebit, &form->txtMaxCredit,
-           &form->sltParent, &form->sltGroup}) {
-    desktop.layouts.clear();
-    field->focus();
-    EXPECT_EQ(desktop.layouts, std::vector<std::string>{"00000429"}) << field->name();
-  }
-  desktop.layouts.clear();
-  form->sltBranch.focus();
-  EXPECT_EQ(desktop.layouts.size(), 0U);
+  // A class that can't be read, one that is gone, and none at all offer nothing.
+  faults.failWhere("from tblAccountClass where ID");
+  pick(form->sltEntityType, 11);
+  faults.heal();
+  EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
+  EXPECT_TRUE(entity.IsEmpty() && !entity.IsActive());
+  pick(form->sltEntityType, 12);
+  pick(entity, 6);
+  form->sltEntityType.openList();
+  desktop.settle();
+  database.execute("delete from tblAccountClass where ID = 13");
+  form->sltEntityType.pick(0);
+  EXPECT_EQ(form->sltEntityType.SelectedID(), 13);
+  EXPECT_TRUE(entity.IsEmpty() && !entity.IsActive());
+  pick(form->sltEntityType, 12);
+  pick(entity, 6);
+  form->sltEntityType.press(Key::Delete);
+  EXPECT_TRUE(entity.IsEmpty() && !entity.IsActive());
 }
 
 }  // namespace

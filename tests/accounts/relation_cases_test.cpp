@@ -54,7 +54,7 @@ class RelationStory : public AccountStory {
   std::string edited(std::int32_t id) {
     const std::string account = std::to_string(id);
     database.execute("delete from tblAccountRelatedObjects where AccountID = " + account +
-                     "; insert into tblAccountRelatedObjects values (" + account + ", 2, 2, 1)");
+                     "; insert into tblAccountRelatedObjects values (" + account + ", 5, 12, 6)");
     edit(id);
     std::string trace = saved(id);
     database.execute("delete from tblAccountRelatedObjects where AccountID = " + account);
@@ -80,13 +80,23 @@ class RelationStory : public AccountStory {
     for (const std::string& command : faults.take()) trace += meaning(command, shown);
     const auto told = notices.take();
     if (!told.empty()) trace += ending(told.front());
-    if (trace.find('R') != std::string::npos) {
-      EXPECT_EQ(stored(shown, "GroupID"), "null");
-      EXPECT_TRUE(form->sltGroup.IsEmpty());
+    const bool reset = trace.find('R') != std::string::npos;
+    if (reset) {
+      EXPECT_EQ(form->GroupValue, -1);
+      EXPECT_EQ(form->EntityTypeValue, -1);
     }
+    EXPECT_EQ(stored(shown, "GroupID"), reset ? "null" : column(picked_.group));
+    const bool deleted = trace.find("Del") != std::string::npos;
+    const bool given = trace.find("Add") != std::string::npos || trace.find("Ins") != std::string::npos;
+    EXPECT_EQ(relations(shown),
+              given ? column(picked_.group) + "|" + column(picked_.entityClass) + "|" + column(picked_.object)
+              : deleted || id == -1 ? ""
+                                    : "5|12|6");
     if (!trace.empty()) trace.pop_back();
     return trace;
   }
+
+  static std::string column(std::int32_t number) { return number == -1 ? "null" : std::to_string(number); }
 
   /// Each of the statements of a relation, word by word.
   std::string meaning(const std::string& command, std::int32_t id) const {
@@ -134,80 +144,80 @@ class RelationStory : public AccountStory {
 
 TEST_F(RelationStory, WhereThePlaceIsFree) {
   EXPECT_EQ(threeWays({}), "T1 Add / Del / T2 Add");
-  EXPECT_EQ(threeWays({.entityClass = 1}), "R / Del / R");
-  EXPECT_EQ(threeWays({.entityClass = 1, .object = 1}), "T3 Add / Del / T4 Add");
-  EXPECT_EQ(threeWays({.group = 1}), "T1 Add / T2 Add / T2 Add");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1}), "R / R / R");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+  EXPECT_EQ(threeWays({.entityClass = 11}), "R / Del / R");
+  EXPECT_EQ(threeWays({.entityClass = 11, .object = 7}), "T3 Add / Del / T4 Add");
+  EXPECT_EQ(threeWays({.group = 4}), "T1 Add / T2 Add / T2 Add");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11}), "R / R / R");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7, .position = 9}),
             "T3 Add / T4 Add / T4 Add");
   form->settings.PositionInEntityTest = 1;
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1}), "T3 Add / T4 Add / T4 Add");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7}), "T3 Add / T4 Add / T4 Add");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7, .position = 9}),
             "T5 Ins / T4 Add / T5 Del Ins");
-  EXPECT_EQ(threeWays({.group = 1, .position = 1}), "T1 Add / T2 Add / T2 Add");
+  EXPECT_EQ(threeWays({.group = 4, .position = 9}), "T1 Add / T2 Add / T2 Add");
 }
 
 TEST_F(RelationStory, WhereAnotherAccountStands) {
-  holderHas("1, null, null");
-  EXPECT_EQ(threeWays({.group = 1}), "T1 R B / T2 R B / T2 R B");
-  EXPECT_EQ(threeWays({.group = 2}), "T1 Add / T2 Add / T2 Add");
-  holderHas("1, 1, 1", 2);
-  EXPECT_EQ(threeWays({.group = 1}), "T1 Add / T2 Add / T2 Add");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 2}), "T3 Add / T4 Add / T4 Add");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+  holderHas("4, null, null");
+  EXPECT_EQ(threeWays({.group = 4}), "T1 R B / T2 R B / T2 R B");
+  EXPECT_EQ(threeWays({.group = 5}), "T1 Add / T2 Add / T2 Add");
+  holderHas("4, 11, 7", 10);
+  EXPECT_EQ(threeWays({.group = 4}), "T1 Add / T2 Add / T2 Add");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 8}), "T3 Add / T4 Add / T4 Add");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7, .position = 9}),
             "T3 R A / T4 R A / T4 R C");
   // The position tells accounts apart where the installation wants it, but for a guarded edit.
   form->settings.PositionInEntityTest = 1;
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 1}),
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7, .position = 9}),
             "T5 Ins / T4 R A / T5 Del Ins");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1, .position = 2}),
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7, .position = 10}),
             "T5 R A / T4 R A / T5 R C");
-  EXPECT_EQ(threeWays({.group = 1, .entityClass = 1, .object = 1}), "T3 R A / T4 R A / T4 R C");
+  EXPECT_EQ(threeWays({.group = 4, .entityClass = 11, .object = 7}), "T3 R A / T4 R A / T4 R C");
   // No group is no place: two accounts without one never collide.
   holderHas("null, null, null");
   EXPECT_EQ(threeWays({}), "T1 Add / Del / T2 Add");
-  holderHas("-1, 1, 1");
-  EXPECT_EQ(threeWays({.entityClass = 1, .object = 1}), "T3 Add / Del / T4 Add");
+  holderHas("-1, 11, 7");
+  EXPECT_EQ(threeWays({.entityClass = 11, .object = 7}), "T3 Add / Del / T4 Add");
 }
 
 TEST_F(RelationStory, WithSeveralEntitiesAnAccountOnlyAGuardedEditClears) {
   form->settings.MultiEntityMode = true;
-  EXPECT_EQ(threeWays({.group = 1}), " / Del / ");
+  EXPECT_EQ(threeWays({.group = 4}), " / Del / ");
 }
 
 TEST_F(RelationStory, WhatIsStoredInTheEnd) {
   const auto relate = [this](std::int32_t id, std::int32_t object) {
     if (id == -1) typeNew(-1, "تازه", "99");
     if (id != -1) edit(id);
-    pick(form->sltGroup, 1);
-    pick(form->sltEntityType, 1);
+    pick(form->sltGroup, 4);
+    pick(form->sltEntityType, 11);
     pick(form->sltEntity, object);
     return save();
   };
-  const std::int32_t saved = relate(-1, 1);
-  EXPECT_EQ(relations(saved), "1|1|1");
-  EXPECT_EQ(stored(saved, "GroupID"), "1");
+  const std::int32_t saved = relate(-1, 7);
+  EXPECT_EQ(relations(saved), "4|11|7");
+  EXPECT_EQ(stored(saved, "GroupID"), "4");
   EXPECT_EQ(form->sltEntity.SelectedText(), "بام") << "what is on the screen is what is stored";
 
   // On an edit the account's own row doesn't count, and one relation is left.
   edit(saved);
   form->txtTitle.paste("همان");
   save();
-  EXPECT_EQ(relations(saved), "1|1|1");
+  EXPECT_EQ(relations(saved), "4|11|7");
   EXPECT_EQ(notices.taken(), "");
 
   // A hit leaves the account written, without its group; its old rows stay.
-  database.execute("insert into tblAccountRelatedObjects values (30, 2, 2, 1)");
-  relate(kPlain, 1);
-  EXPECT_EQ(relations(kPlain), "2|2|1");
+  database.execute("insert into tblAccountRelatedObjects values (30, 5, 12, 6)");
+  relate(kPlain, 7);
+  EXPECT_EQ(relations(kPlain), "5|12|6");
   EXPECT_EQ(stored(kPlain, "GroupID"), "null");
   EXPECT_EQ(notices.take().size(), 1U);
   // With the new row and no class, the account has no relation but to its group.
   edit(kPlain);
   form->sltEntityType.press(ui::Key::Delete);
-  pick(form->sltGroup, 2);
+  pick(form->sltGroup, 5);
   save();
-  EXPECT_EQ(relations(kPlain), "2|null|null");
+  EXPECT_EQ(relations(kPlain), "5|null|null");
   edit(kPlain);
   form->sltGroup.press(ui::Key::Delete);
   save();

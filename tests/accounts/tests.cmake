@@ -1,1 +1,1 @@
-set(LINK ledgertree_form_main ledgertree_test_support)
+set(LINK ledgertree_mainform_form ledgertree_test_support)

@@ -1,26 +1,27 @@
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
 
 #include "batch/account_batch.h"
-#include "coding/auto_codding.h"
-#include "mainform/form_main.h"
+#include "coding/recoding/auto_codding.h"
+#include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
-#include "support/test_house.h"
+#include "support/table_watch.h"
 
 namespace ledgertree::testing {
 
 /// A person at the bulk screens, which open from the main screen, on a chart small enough to be read here:
-/// 1 (11) > 3 (1101) > 5 (110101), 6 (110102); 1 > 4 (1102); 2 (12) > 7 (1201).
-class BulkHouse : public TestHouse {
+/// 1 (11) > 3 (1101) > 5 (110101), 6 (110102); 1 > 4 (1102); 2 (12) > 7 (1201). The neighbours 2 and 7 have a
+/// line, a period, a class and an entity as those below 1 have.
+class BulkHouse : public WatchedHouse {
  protected:
   BulkHouse() {
+    shell.context.gPositionID = 12;
     faults.putInto(shell.providers);
     shell.resetDataConnection();
-    database.execute(R"(
+    given(R"(
       insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');
       insert into tblUserPermission (UserID, FormPermissionID) values (1, 301), (1, 30105), (1, 30108);
       insert into tblAccount (ID, ParentID, Code, Title, IsPermanent, AccountNatureID) values
@@ -28,6 +29,10 @@ class BulkHouse : public TestHouse {
         (4, 1, '1102', 'صندوق', null, null), (5, 3, '110101', 'ملت', 0, 1), (6, 3, '110102', 'ملي', 0, 0),
         (7, 2, '1201', 'وام', 0, 0);
       insert into tblAccountDocument (ID, FarsiDocumentDate) values (501, '1403/01/01');
+      insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (7, 501, 7);
+      insert into tblAccountPeriodAccount (AccountID, PeriodID) values (1, 1), (5, 1), (7, 1);
+      insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (1, 1, 1), (5, 1, 1), (7, 1, 1);
+      insert into tblAccountRelatedObjects (AccountID, AccountGroupID) values (1, 1), (5, 1), (7, 1);
     )");
   }
 
@@ -60,21 +65,17 @@ class BulkHouse : public TestHouse {
     ASSERT_EQ(picker.AccountCode(), code);
   }
   void answer(int yes) { notices.answer(yes); }
-  /// The codes of all accounts by their IDs.
-  std::string codes() { return inOneLine("select Code from tblAccount order by ID"); }
-  std::string accounts() { return inOneLine("select ID from tblAccount order by ID"); }
   /// The tree's text of an account below a top-level one, brought into sight; empty where there is none.
   std::string inTree(int parent, int account) {
     ui::Tree& tree = form->treeAccount;
     tree.expand(tree.find("-1:" + std::to_string(parent)));
+    return nodeText(account);
+  }
+  /// Its text if it is in sight already.
+  std::string nodeText(int account) const {
+    const ui::Tree& tree = form->treeAccount;
     const ui::NodeId node = tree.find("-1:" + std::to_string(account));
     return node == ui::kNoNode ? "" : tree.text(node);
-  }
-
-  std::string inOneLine(const std::string& query) {
-    std::string found = database.rows(query);
-    std::replace(found.begin(), found.end(), '\n', ' ');
-    return found;
   }
 
   Faults faults;

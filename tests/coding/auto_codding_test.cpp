@@ -1,10 +1,10 @@
-#include "coding/auto_codding.h"
+#include "coding/recoding/auto_codding.h"
 
 #include <chrono>
 #include <thread>
 
 #include "batch/bulk_house.h"
-#include "coding/code_counter.h"
+#include "coding/recoding/code_counter.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::testing {
@@ -28,51 +28,69 @@ class AutoCodding : public BulkHouse {
     answer(1);
     screen.cmdAutoCodding.click();
   }
+  /// What changed in tblAccount, and nowhere else.
+  std::string accounts() {
+    const std::string found = changes();
+    return found.starts_with("tblAccount: ") ? found.substr(12) : found;
+  }
 };
 
 TEST_F(AutoCodding, NumbersTheChildrenInTheOrderOfTheirOldCodes) {
-  database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (8, 1, '1100', 'تنخواه')");
+  given("insert into tblAccount (ID, ParentID, Code, Title) values (8, 1, '1100', 'تنخواه')");
+  form->cmdRefreshAccountTree.click();
   form->treeAccount.click(form->treeAccount.find("-1:1"));
+  EXPECT_EQ(inTree(1, 8), "1100 ... تنخواه");
   recode([&](frmAutoCodding& screen) {
     EXPECT_FALSE(screen.cmdAutoCodding.enabled());
     pick(screen.klmMotherAcc, "11");
     EXPECT_EQ(screen.txtMotherCode.text(), "11");
-    sample(screen, "a0ب1");
+    screen.txtSimpleCode.focus();
+    EXPECT_EQ(desktop.layouts, (std::vector<std::string>{"00000429", "00000429"})) << "of either field";
+    sample(screen, "a0ب-:1");
     EXPECT_EQ(screen.txtSimpleCode.text(), "01") << "other keys don't pass";
+    desktop.hourglasses = 0;
     for (const int noOrNothing : {0, 7}) {
       answer(noOrNothing);
       screen.cmdAutoCodding.click();
       EXPECT_EQ(notices.taken(), kNoWayBack);
     }
-    EXPECT_EQ(codes(), "11 12 1101 1102 110101 110102 1201 1100");
+    EXPECT_EQ(accounts(), "");
+    EXPECT_EQ(desktop.hourglasses, 0);
 
     number(screen, "07");
     EXPECT_EQ(notices.taken(), kNoWayBack) << "and nothing says that it is done";
+    EXPECT_EQ(desktop.hourglasses, 1);
     EXPECT_TRUE(screen.isShown());
     // Accounts further down keep the old code of their parent in front.
-    EXPECT_EQ(codes(), "11 12 1108 1109 110101 110102 1201 1107");
+    EXPECT_EQ(accounts(), "3.Code=1108 4.Code=1109 8.Code=1107");
 
     number(screen, "098");
-    EXPECT_EQ(codes(), "11 12 11099 11100 110101 110102 1201 11098") << "the width stays, the zeros carry";
+    EXPECT_EQ(accounts(), "3.Code=11099 4.Code=11100 8.Code=11098") << "the width stays, the zeros carry";
     number(screen, "98");
-    EXPECT_EQ(codes(), "11 12 1199 1100 110101 110102 1201 1198") << "past its width it starts from zeros";
+    EXPECT_EQ(accounts(), "3.Code=1199 4.Code=1100 8.Code=1198") << "past its width it starts from zeros";
 
+    // An account without children, for which no code is too long either.
     pick(screen.klmMotherAcc, "1201");
+    screen.txtMotherCode.setText("12345678901234567890");
     notices.take();
     number(screen, "01");
-    EXPECT_EQ(notices.taken(), kNoWayBack) << "an account without children";
+    EXPECT_EQ(notices.taken(), kNoWayBack);
+    EXPECT_EQ(accounts(), "");
 
     // Nothing in front of the number on the top level.
     screen.klmMotherAcc.focus();
     screen.klmMotherAcc.press(ui::Key::Delete);
     EXPECT_EQ(screen.txtMotherCode.text(), "");
     number(screen, "9");
-    EXPECT_EQ(codes(), "9 0 1199 1100 110101 110102 1201 1198");
+    EXPECT_EQ(accounts(), "1.Code=9 2.Code=0");
     screen.press(ui::KeyChord::of(ui::Key::Escape));
-    EXPECT_EQ(desktop.shownForms.back(), form.get());
+    EXPECT_FALSE(screen.isShown());
   });
-  EXPECT_EQ(form->sltAccount.AccountID(), 1);
-  EXPECT_NE(inTree(1, 8).find("1198"), std::string::npos) << "the tree is read anew: " << inTree(1, 8);
+  EXPECT_EQ(form->sltAccount.AccountCode(), "9") << "the title's picker is read anew, and so is the tree";
+  EXPECT_EQ(nodeText(8), "");
+  EXPECT_EQ(inTree(1, 8), "1198 ... تنخواه");
+  recode([](frmAutoCodding& screen) { screen.cmdCancel.click(); });
+  EXPECT_EQ(nodeText(8), "") << "also where nothing was done";
 }
 
 TEST(CodeCounterTest, GrowsOnlyWhenTheLeadingDigitIsUsedUp) {
@@ -89,31 +107,38 @@ TEST(CodeCounterTest, GrowsOnlyWhenTheLeadingDigitIsUsedUp) {
 }
 
 TEST_F(AutoCodding, ABadSampleOrALongCodeChangesNoRow) {
-  const std::string before = codes();
   recode([&](frmAutoCodding& screen) {
     pick(screen.klmMotherAcc, "11");
     for (const char* const bad : {"1.5", "1/2", "123456789012345"}) {
       number(screen, bad);
-      EXPECT_EQ(notices.take().back().message,
-                "نمونه اولين كد فرزند بايد فقط از ارقام تشكيل شده و حداكثر 14 رقم باشد. هيچ كدي تغيير نكرد.");
+      EXPECT_EQ(
+          notices.take().back(),
+          (Notice{"خطا",
+                  "نمونه اولين كد فرزند بايد فقط از ارقام تشكيل شده و حداكثر 14 رقم باشد. هيچ كدي تغيير "
+                  "نكرد."}));
     }
+    screen.txtSimpleCode.press(ui::Key::Backspace);
+    EXPECT_EQ(screen.txtSimpleCode.text(), "12345678901234");
     screen.txtSimpleCode.paste("1'; delete tblAccount --");
     desktop.tick();
     answer(1);
     screen.cmdAutoCodding.click();
     EXPECT_EQ(notices.take().size(), 2U);
+    screen.txtSimpleCode.paste("  ");
+    desktop.tick();
+    EXPECT_FALSE(screen.cmdAutoCodding.enabled()) << "blanks are no sample";
+    EXPECT_EQ(accounts(), "");
 
     // An apostrophe in front is text like any other. 20 characters go, 21 don't.
     screen.txtMotherCode.setText("o'neill ");
     number(screen, "012345678901");
-    EXPECT_EQ(database.text("select Code from tblAccount where ID = 4"), "o'neill 012345678902");
+    EXPECT_EQ(accounts(), "3.Code=o'neill 012345678901 4.Code=o'neill 012345678902");
     notices.take();
     number(screen, "0123456789012");
-    EXPECT_EQ(notices.take().back().message,
-              "كد «o'neill 0123456789012» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد.");
-    EXPECT_EQ(database.text("select Code from tblAccount where ID = 4"), "o'neill 012345678902");
+    EXPECT_EQ(
+        notices.take().back(),
+        (Notice{"خطا", "كد «o'neill 0123456789012» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد."}));
   });
-  EXPECT_EQ(database.text("select Code from tblAccount where ID = 5"), "110101");
 }
 
 TEST_F(AutoCodding, TheSecondLevelGetsOneSeriesOfSixDigits) {
@@ -131,43 +156,64 @@ TEST_F(AutoCodding, TheSecondLevelGetsOneSeriesOfSixDigits) {
               "هشدار|پس از اعمال كدينگ اتوماتيك، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟");
     answer(1);
     screen.klmFlatButton1.click();
-    EXPECT_EQ(codes(), "11 12 11000001 11000002 110101 110102 12000003");
+    EXPECT_EQ(accounts(), "3.Code=11000001 4.Code=11000002 7.Code=12000003");
     EXPECT_EQ(screen.txtMotherCode.text(), "11000002") << "no child shall get the old code in front";
 
+    // Ordered by six characters first, and within those by the whole code; a mother that keeps its code
+    // leaves what was typed in its place.
+    given(
+        "update tblAccount set Code = '110000x' where ID = 3; update tblAccount set Code = '110000' where ID "
+        "= 7");
+    pick(screen.klmMotherAcc, "11");
+    screen.txtMotherCode.setText("77");
+    answer(1);
+    screen.klmFlatButton1.click();
+    EXPECT_EQ(accounts(), "3.Code=11000003 7.Code=12000001");
+    EXPECT_EQ(screen.txtMotherCode.text(), "77");
+
     // The row that would be too long is the last one, and the first one stays too.
-    database.execute("update tblAccount set Code = '123456789012345' where ID = 2");
+    given(
+        "update tblAccount set Code = '123456789012345' where ID = 2; update tblAccount set Code = 'x' where "
+        "ID = 7");
     notices.take();
     answer(1);
     screen.klmFlatButton1.click();
-    EXPECT_EQ(notices.take().back().message,
-              "كد «123456789012345000003» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد.");
-    EXPECT_EQ(codes(), "11 123456789012345 11000001 11000002 110101 110102 12000003");
+    EXPECT_EQ(
+        notices.take().back(),
+        (Notice{"خطا", "كد «123456789012345000003» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد."}));
+    given("update tblAccount set Code = '12345678901234' where ID = 2");
+    answer(1);
+    screen.klmFlatButton1.click();
+    EXPECT_EQ(accounts(), "3.Code=11000002 4.Code=11000001 7.Code=12345678901234000003") << "20 characters";
   });
 }
 
 TEST_F(AutoCodding, TypeAndNatureOfTheMotherGoToAllBelow) {
-  const auto rows = [&] {
-    return database.rows("select ID, IsPermanent, AccountNatureID from tblAccount order by ID");
-  };
   recode([&](frmAutoCodding& screen) {
-    EXPECT_FALSE(screen.cmdAccountType.enabled());
-    EXPECT_FALSE(screen.cmdRemanedType.enabled());
+    const auto enabled = [&] {
+      desktop.tick();
+      return (screen.cmdAccountType.enabled() ? "type " : "") +
+             std::string(screen.cmdRemanedType.enabled() ? "nature" : "");
+    };
+    EXPECT_EQ(enabled(), "");
     pick(screen.klmMotherAcc, "11");
-    desktop.tick();
-    answer(0);
-    screen.cmdAccountType.click();
-    answer(1);
-    screen.cmdAccountType.click();
-    EXPECT_EQ(notices.taken(), std::string(kNoWayBack) + "\n" + kNoWayBack);
-    EXPECT_EQ(rows(), "1|1|2\n2|0|1\n3|1|0\n4|1|null\n5|1|1\n6|1|0\n7|0|0");
-    answer(1);
-    screen.cmdRemanedType.click();
-    EXPECT_EQ(rows(), "1|1|2\n2|0|1\n3|1|2\n4|1|2\n5|1|2\n6|1|2\n7|0|0");
+    EXPECT_EQ(enabled(), "type nature");
+    for (auto* command : {&screen.cmdAccountType, &screen.cmdRemanedType}) {
+      answer(0);
+      command->click();
+      EXPECT_EQ(notices.taken(), kNoWayBack);
+      EXPECT_EQ(accounts(), "");
+      answer(1);
+      command->click();
+      EXPECT_EQ(notices.taken(), kNoWayBack);
+      EXPECT_EQ(accounts(),
+                command == &screen.cmdAccountType
+                    ? "3.IsPermanent=1 4.IsPermanent=1 5.IsPermanent=1 6.IsPermanent=1"
+                    : "3.AccountNatureID=2 4.AccountNatureID=2 5.AccountNatureID=2 6.AccountNatureID=2");
+    }
     screen.klmMotherAcc.ClearAccount();
-    desktop.tick();
-    EXPECT_FALSE(screen.cmdAccountType.enabled());
+    EXPECT_EQ(enabled(), "");
   });
-  EXPECT_EQ(codes(), "11 12 1101 1102 110101 110102 1201");
 }
 
 TEST_F(AutoCodding, AFailureKeepsWhatWasWrittenAndTheScreen) {
@@ -179,10 +225,11 @@ TEST_F(AutoCodding, AFailureKeepsWhatWasWrittenAndTheScreen) {
     answer(1);
     screen.cmdAutoCodding.click();
     EXPECT_EQ(notices.take().back().message, Faults::kMessage);
-    EXPECT_EQ(codes(), "11 12 1151 1102 110101 110102 1201");
+    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(accounts(), "3.Code=1151");
     faults.heal();
     number(screen, "51");
-    EXPECT_EQ(codes(), "11 12 1152 1151 110101 110102 1201") << "in the order of the codes that stand now";
+    EXPECT_EQ(accounts(), "3.Code=1152 4.Code=1151") << "in the order of the codes that stand now";
   });
 }
 
@@ -190,7 +237,7 @@ TEST_F(AutoCodding, LongWorkIsSeenAndTakesNoSecondCall) {
   recode([&](frmAutoCodding& screen) {
     pick(screen.klmMotherAcc, "11");
     notices.take();
-    sample(screen, "01");
+    sample(screen, "11");
     faults.onCommand = [](const std::string& command) {
       if (command.find("Set Code") != std::string::npos)
         std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
@@ -201,14 +248,16 @@ TEST_F(AutoCodding, LongWorkIsSeenAndTakesNoSecondCall) {
       screen.cmdAutoCodding.click();
       screen.cmdCancel.click();
     };
+    EXPECT_FALSE(screen.progressBar.visible());
     answer(1);
     screen.cmdAutoCodding.click();
     EXPECT_EQ(seen, "1 از 2; 2 از 2; ");
     EXPECT_EQ(notices.taken(), kNoWayBack);
-    EXPECT_EQ(codes(), "11 12 1101 1102 110101 110102 1201");
+    EXPECT_EQ(accounts(), "3.Code=1111 4.Code=1112");
     desktop.onRepaint = nullptr;
     faults.onCommand = nullptr;
-    EXPECT_EQ(desktop.shownForms.back(), form.get()) << "it was left in the middle, and went at the end";
+    EXPECT_FALSE(screen.isShown()) << "it was left in the middle, and went at the end";
+    EXPECT_FALSE(screen.progressBar.visible());
   });
 }
 

@@ -1,7 +1,7 @@
-#include "coding/code_proposal.h"
+#include "coding/proposal/code_proposal.h"
 
 #include "accounts/account_story.h"
-#include "coding/suffix.h"
+#include "coding/proposal/suffix.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -27,10 +27,23 @@ TEST(Suffix, OneMoreOnTheSameWidth) {
   EXPECT_EQ(nextSuffix("A1"), "");
   EXPECT_EQ(nextSuffix("2E3"), "3");
   EXPECT_EQ(nextSuffix(""), "");
-  EXPECT_EQ(nextSuffix(" 1 9"), "20");
+  EXPECT_EQ(nextSuffix(" 1\t\r\n9"), "20");
   EXPECT_EQ(nextSuffix("1.50"), "2.5");
+  EXPECT_EQ(nextSuffix("1.2.3"), "2.2");
+  EXPECT_EQ(nextSuffix("10:"), "11");
   EXPECT_EQ(nextSuffix("5/7"), "6");
   EXPECT_EQ(nextSuffix("۱۲"), "");
+}
+
+TEST(Suffix, TheOwnPartIsWhatIsBehindAsManyCharactersAsTheParentHas) {
+  using coding::ownPart;
+  EXPECT_EQ(ownPart("110105", "1101"), "05");
+  EXPECT_EQ(ownPart("110105", "9999"), "05") << "by the length alone";
+  EXPECT_EQ(ownPart("110105", "۱۱"), "0105") << "characters, not bytes";
+  EXPECT_EQ(ownPart("۱۱۰۵", "11"), "۰۵");
+  EXPECT_EQ(ownPart("1101", "1101"), "1101");
+  EXPECT_EQ(ownPart("11", "1101"), "11");
+  EXPECT_EQ(ownPart("11", ""), "11");
 }
 
 class ProposalStory : public AccountStory {
@@ -106,7 +119,8 @@ TEST_F(ProposalStory, AnAccountOfTheSameTitleMayShareItsNumber) {
   const auto shared = save();
   EXPECT_EQ(stored(shared, "Code"), "02000007");
 
-  EXPECT_EQ(proposalBelow(2, "Ali's 50% [x]_"), "000010") << "no answer is a no: the level's next number";
+  for (const int neither : {0, 5}) notices.answer(neither);
+  EXPECT_EQ(proposalBelow(2, "Ali's 50% [x]_"), "000010") << "anything but a yes: the level's next number";
   EXPECT_EQ(notices.take().size(), 2U);
   EXPECT_EQ(proposalBelow(2, "A%"), "000010") << "the sign is a sign";
   EXPECT_EQ(proposalBelow(2, std::string("a\0b", 3)), "000010");

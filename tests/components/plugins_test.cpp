@@ -4,8 +4,8 @@
 #include <string>
 
 #include "component_registration_check.h"
-#include "platform/plugin_library.h"
-#include "shell/component_plugins.h"
+#include "shell/components/component_plugins.h"
+#include "shell/components/plugin_library.h"
 #include "support/given.h"
 #include "support/test_house.h"
 
@@ -75,7 +75,7 @@ class Plugins : public ::testing::Test {
 
   TemporaryFolder folder;
   shell::OutsideComponents components;
-  shell::ComponentPlugins plugins{components, platform::pluginLibraries()};
+  shell::ComponentPlugins plugins{components, shell::pluginLibraries()};
 };
 
 TEST_F(Plugins, AreFoundBelowTheBasePathThenWhereTheyWereInstalled) {

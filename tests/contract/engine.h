@@ -7,8 +7,8 @@
 #include <string>
 
 #include "data/data_error.h"
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
+#include "engines/odbc/odbc_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::testing {
@@ -23,8 +23,8 @@ class Engine : public ::testing::Test {
   [[nodiscard]] static const data::Providers& providers() {
     static const data::Providers all = [] {
       data::Providers known;
-      data::embedded::registerEmbedded(known);
-      data::odbc::registerOdbc(known);
+      engines::sqlite::registerEmbedded(known);
+      engines::odbc::registerOdbc(known);
       return known;
     }();
     return all;

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "data/characters.h"
 #include "data/connection.h"
 #include "data/data_error.h"
 #include "data/fake_connection.h"
+#include "text/characters.h"
 
 namespace ledgertree::data {
 namespace {
@@ -74,7 +74,7 @@ TEST(ConnectionText, AMalformedOneIsRefusedByPlaceAndShowsNoPassword) {
     const std::string message = failureOf(text);
     EXPECT_FALSE(message.empty()) << text;
     EXPECT_EQ(message.find("secret"), std::string::npos) << message;
-    EXPECT_TRUE(isCleanText(message)) << text;
+    EXPECT_TRUE(text::isCleanText(message)) << text;
   }
   EXPECT_NE(failureOf("Provider=Fake;دفتر=1;Password='x").find(" 31 "), std::string::npos)
       << "places count letters, not bytes: " << failureOf("Provider=Fake;دفتر=1;Password='x");

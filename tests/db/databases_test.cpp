@@ -8,7 +8,7 @@
 
 #include "data/catalogue.h"
 #include "data/data_error.h"
-#include "data/embedded/embedded_connection.h"
+#include "engines/sqlite/embedded_connection.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::db {
@@ -92,7 +92,7 @@ class Record {
 
   std::ofstream file_;
   testing::TemporaryDatabase database_;
-  data::embedded::EmbeddedConnection connection_{database_.file().string()};
+  engines::sqlite::EmbeddedConnection connection_{database_.file().string()};
   std::mt19937 random_{7};
 };
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,20 +10,21 @@
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
 #include "support/faulty_connection.h"
-#include "support/test_house.h"
+#include "support/table_watch.h"
 
 namespace ledgertree::testing {
 
-/// Two accounts, of which 20 has movements, and three classes of entities: 1 persons (nobody yet), 2
+/// Account 10, account 20, which has movements, and three classes of entities: 1 persons (nobody yet), 2
 /// projects, 3 banks. The projects are road (1) > bridge (2) > pillar (3), rail (4) below the bridge; tunnel
-/// (5) below the road; and school (6) beside the road.
-class EntityHouse : public TestHouse {
+/// (5) below the road; and school (6) beside the road. The neighbour 9 counts some objects of the same
+/// classes.
+class EntityHouse : public WatchedHouse {
  protected:
   EntityHouse() {
     faults.putInto(shell.providers);
     shell.resetDataConnection();
-    database.execute(R"(
-      insert into tblAccount (ID, Code, Title) values (10, '1', 'دارايي'), (20, '2', 'بدهي');
+    given(R"(
+      insert into tblAccount (ID, Code, Title) values (9, '0', 'همسايه'), (10, '1', 'دارايي'), (20, '2', 'بدهي');
       insert into tblAccountDocument (ID, FarsiDocumentDate) values (501, '1403/01/01');
       insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (1, 501, 20);
       insert into tblAccountClass (ID, Code, Name, ViewMajor, ViewMinor) values
@@ -33,6 +33,10 @@ class EntityHouse : public TestHouse {
         (3, '30', 'بانکها', 'vwEntityBank', 'vwEntityBankMinor');
       insert into tblEntityProject (ID, ParentID, Name) values
         (1, null, 'Road'), (2, 1, 'Bridge'), (3, 2, 'Pillar'), (4, 2, 'Rail'), (5, 1, 'Tunnel'), (6, null, 'School');
+      insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence, IncludeAllObjects) values
+        (9, 1, 1, 1), (9, 2, 2, 0), (9, 3, 3, null);
+      insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) values
+        (9, 2, 3), (9, 2, 5), (9, 3, 6), (10, 1, 4), (10, 3, 6);
     )");
   }
 
@@ -75,21 +79,22 @@ class EntityHouse : public TestHouse {
     for (const ui::Item& item : form.lstClasses.items()) text += item.text + "\n";
     return text;
   }
-  /// The stored classes of an account: "class level all", one a line.
-  std::string classes(int account = 10) {
-    std::string found = database.rows(
-        "select ClassID, Sequence, IncludeAllObjects from tblAccountRelatedClasses where AccountID = " +
-        std::to_string(account) + " order by ClassID, Sequence");
-    std::replace(found.begin(), found.end(), '|', ' ');
-    for (std::size_t none = found.find("null"); none != std::string::npos; none = found.find("null")) {
-      found.replace(none, 4, "-");
-    }
-    return found;
+  /// Leaves account 10 with these classes: "(10, class, level, all)".
+  void related(const std::string& rows) {
+    given(
+        "delete from tblAccountRelatedClasses where AccountID = 10; insert into tblAccountRelatedClasses "
+        "(AccountID, ClassID, Sequence, IncludeAllObjects) values " +
+        rows);
   }
-  std::string objects(int classID = 2) {
-    return database.rows(
-        "select ObjectID from tblAccountRelatedClassesDetail where AccountID = 10 and ClassID = " +
-        std::to_string(classID) + " order by ObjectID");
+  /// What changed in the tables of the classes and of the objects: "classes: +account|class|level|all" and
+  /// "objects: -account|class|object".
+  std::string stored() {
+    std::string found = changes();
+    for (const auto& [table, name] : {std::pair("tblAccountRelatedClassesDetail:", "objects:"),
+                                      std::pair("tblAccountRelatedClasses:", "classes:")})
+      if (const auto place = found.find(table); place != std::string::npos)
+        found.replace(place, std::string(table).size(), name);
+    return found;
   }
 
   int openHandles() {

@@ -1,6 +1,8 @@
 #include "entities/rel_objects.h"
 
-#include "data/embedded/embedded_connection.h"
+#include <algorithm>
+
+#include "engines/sqlite/embedded_connection.h"
 #include "entity_house.h"
 
 namespace ledgertree::testing {
@@ -17,14 +19,12 @@ constexpr const char* kUntouched = "-ريشه\n +Road\n  +Bridge\n   Pillar\n   
 
 class RelObjects : public EntityHouse {
  protected:
-  RelObjects() {
-    database.execute(
-        "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values "
-        "(10, 2, 1), (10, 1, 2), (10, 3, 3)");
-  }
+  RelObjects() { related("(10, 2, 1, null), (10, 1, 2, 1), (10, 3, 3, 0)"); }
+  /// Leaves the projects of account 10 with these of them chosen.
   void store(const std::string& ids) {
-    database.execute(
-        "update tblAccountRelatedClasses set IncludeAllObjects = 0 where ClassID = 2; "
+    given(
+        "update tblAccountRelatedClasses set IncludeAllObjects = 0 where ClassID = 2 and AccountID = 10; "
+        "delete from tblAccountRelatedClassesDetail where ClassID = 2 and AccountID = 10; "
         "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) select 10, 2, ID from "
         "tblEntityProject where ID in (" +
         (ids.empty() ? "0" : ids) + ")");
@@ -38,9 +38,10 @@ TEST_F(RelObjects, AClassStartsWithAllItsObjects) {
     EXPECT_TRUE(form.chkAllObjects.value() == 1 && !form.chkAllObjects.enabled() &&
                 !form.gbObjects.enabled());
     EXPECT_EQ(shown(tree), "");
+    EXPECT_EQ(form.sltAccount.SelectedText(), "دارايي");
+    EXPECT_FALSE(form.sltAccount.IsActive());
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), "اشکال|نوع موجوديت انتخاب نشده است. ابتدا يک نوع موجوديت را انتخاب کنيد.");
-    EXPECT_EQ(classes(), "1 2 -\n2 1 -\n3 3 -");
 
     form.cmbClass.choose(0);
     EXPECT_EQ(desktop.hourglasses, 1);
@@ -54,10 +55,17 @@ TEST_F(RelObjects, AClassStartsWithAllItsObjects) {
     EXPECT_TRUE(form.gbObjects.enabled());
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), std::string("اشكال|هيچ مورد انتخاب شده يافت نشد!\n") + kSaved);
-    EXPECT_EQ(classes(), "1 2 -\n2 1 0\n3 3 -");
+    EXPECT_EQ(stored(), "classes: -10|2|1|null +10|2|1|0");
+    EXPECT_EQ(desktop.hourglasses, 2);
 
     form.cmbClass.choose(1);
+    EXPECT_EQ(form.cmbClass.selectedText(), "10_اشخاص");
     EXPECT_EQ(shown(tree), "ريشه\n") << "a class without objects";
+    EXPECT_FALSE(form.gbObjects.enabled());
+    form.cmbClass.choose(2);
+    EXPECT_TRUE(form.gbObjects.enabled());
+    EXPECT_EQ(form.cmbClass.items().size(), 3U);
+    EXPECT_EQ(form.chkAllObjects.value(), 0);
   });
   EXPECT_TRUE(saved);
   store("2, 3");
@@ -69,8 +77,22 @@ TEST_F(RelObjects, AClassStartsWithAllItsObjects) {
     EXPECT_TRUE(form.press(KeyChord::ctrlAnd('S')));
     EXPECT_EQ(notices.taken(), kSaved);
   });
-  EXPECT_EQ(classes(), "1 2 -\n2 1 1\n3 3 -");
-  EXPECT_EQ(objects(), "");
+  EXPECT_EQ(stored(), "classes: -10|2|1|0 +10|2|1|1\nobjects: -10|2|2 -10|2|3");
+  EXPECT_FALSE(objectsOf(10, [&](frmAccountRelObjects& form) {
+    form.cmbClass.choose(0);
+    form.cmdCancel.click();
+    EXPECT_EQ(desktop.shownForms, std::vector<ui::Form*>());
+  }));
+}
+
+TEST_F(RelObjects, ObjectsStandInTheOrderOfTheirNames) {
+  given(
+      "update tblEntityProject set Name = 'Way' where ID = 1; update tblEntityProject set Name = 'Wall' "
+      "where ID = 3");
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    form.cmbClass.choose(0);
+    EXPECT_EQ(shown(form.treeObjects), "-ريشه\n School\n +Way\n  +Bridge\n   Rail\n   Wall\n  Tunnel\n");
+  });
 }
 
 TEST_F(RelObjects, TickedLeavesComeBackAndSurviveAnotherSave) {
@@ -82,20 +104,21 @@ TEST_F(RelObjects, TickedLeavesComeBackAndSurviveAnotherSave) {
     tree.tick(node(form, 6));
     EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge x\n   Pillar x\n   Rail x\n  Tunnel\n School x\n");
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "3\n4\n6") << "a mother that is ticked stands for its leaves of today";
+    EXPECT_EQ(stored(), "objects: +10|2|3 +10|2|4 +10|2|6")
+        << "a mother that is ticked stands for its leaves of today";
     form.cmbClass.choose(1);
     form.cmbClass.choose(0);
     EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  +Bridge\n   Pillar x *\n   Rail x *\n  Tunnel\n School x *\n");
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "3\n4\n6");
+    EXPECT_EQ(stored(), "");
     tree.tick(node(form, 3));
     tree.click(node(form, 5));
     EXPECT_TRUE(form.press(KeyChord::ctrlAnd('B')));
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "4\n6") << "a leaf that isn't ticked has no row, marked or not";
+    EXPECT_EQ(stored(), "objects: -10|2|3") << "a leaf that isn't ticked has no row, marked or not";
     tree.tick(form.treeObjects.roots().front());
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "3\n4\n5\n6");
+    EXPECT_EQ(stored(), "objects: +10|2|3 +10|2|5");
   });
   EXPECT_EQ(notices.take().size(), 4U);
 }
@@ -119,11 +142,13 @@ TEST_F(RelObjects, AMarkedBranchStandsForWhatComesLater) {
     tree.click(node(form, 2));
     form.cmdAllBranches.click();
     EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge *\n   Pillar\n   Rail\n  Tunnel *\n School\n");
+    EXPECT_EQ(tree.picture(node(form, 2)), 3) << "the blue folder";
+    EXPECT_EQ(tree.picture(node(form, 1)), 2) << "the yellow one";
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), kSaved);
   });
-  EXPECT_EQ(objects(), "2");
-  database.execute("insert into tblEntityProject (ID, ParentID, Name) values (7, 2, 'Railing')");
+  EXPECT_EQ(stored(), "objects: +10|2|2");
+  given("insert into tblEntityProject (ID, ParentID, Name) values (7, 2, 'Railing')");
   objectsOf(10, [&](frmAccountRelObjects& form) {
     auto& tree = form.treeObjects;
     form.cmbClass.choose(0);
@@ -132,21 +157,21 @@ TEST_F(RelObjects, AMarkedBranchStandsForWhatComesLater) {
         << "a mother is closed again once its children are read";
     tree.tick(node(form, 2));
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "2") << "the mark counts, not the tick";
+    EXPECT_EQ(stored(), "") << "the mark counts, not the tick";
     tree.click(node(form, 2));
     EXPECT_TRUE(form.press({.ctrl = true, .shift = true, .letter = 'B'}));
+    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n   Railing\n  Tunnel\n School\n");
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "");
+    EXPECT_EQ(stored(), "objects: -10|2|2");
   });
 }
 
 TEST_F(RelObjects, TheHostsDataMayBeAnything) {
   // Only a file has columns that hold anything.
-  database.execute(onServer()
-                       ? "create table tblMaze (ID bigint null, ParentID int null, Name varchar(20) null)"
-                       : "create table tblMaze (ID, ParentID int, Name);"
-                         "insert into tblMaze values ('x', null, 'word')");
-  database.execute(R"(
+  given(onServer() ? "create table tblMaze (ID bigint null, ParentID int null, Name varchar(20) null)"
+                   : "create table tblMaze (ID, ParentID int, Name);"
+                     "insert into tblMaze values ('x', null, 'word')");
+  given(R"(
     insert into tblMaze values (1, null, 'UNKNOWN_TEXT'), (2, 1, 'b'), (1, 2, 'a'), (-3, 2, null), (4, -3, 'd'),
       (null, null, 'none'), (5000000000, null, 'far'), (8, 9, 'lost'), (9, 8, 'lost too');
     create view [vw of a maze] as select * from tblMaze;
@@ -160,14 +185,13 @@ TEST_F(RelObjects, TheHostsDataMayBeAnything) {
     EXPECT_EQ(shown(tree), "-ريشه\n +UNKNOWN_TEXT\n  +b\n   +\n    d\n");
     tree.tick(node(form, 1));
     form.cmdOk.click();
-    EXPECT_EQ(objects(), "4");
+    EXPECT_EQ(stored(), "objects: +10|2|4");
     EXPECT_EQ(notices.taken(), kSaved);
 
     form.cmbClass.choose(2);
     EXPECT_EQ(notices.taken(),
               "خطا|نام نماي موجوديتهاي اين نوع معتبر نيست. نام نما را در تعريف نوع موجوديت اصلاح کنيد.");
     EXPECT_EQ(shown(tree), "");
-    form.chkAllObjects.click();
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), kNotRead);
 
@@ -180,7 +204,7 @@ TEST_F(RelObjects, TheHostsDataMayBeAnything) {
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), kSaved);
   });
-  EXPECT_EQ(classes(), "1 2 1\n2 1 0\n3 3 -");
+  EXPECT_EQ(stored(), "objects: -10|1|4");
 }
 
 TEST_F(RelObjects, WhatCouldNotBeReadIsNeverWrittenBack) {
@@ -204,7 +228,7 @@ TEST_F(RelObjects, WhatCouldNotBeReadIsNeverWrittenBack) {
     EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  -Bridge\n   Pillar x *\n   Rail\n  Tunnel\n School x *\n");
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), kSaved);
-    EXPECT_EQ(objects(), "3\n6");
+    EXPECT_EQ(stored(), "");
 
     faults.failWhere("ObjectID = 3");
     form.cmbClass.choose(0);
@@ -213,13 +237,11 @@ TEST_F(RelObjects, WhatCouldNotBeReadIsNeverWrittenBack) {
     form.cmdOk.click();
     EXPECT_EQ(notices.taken(), kNotRead);
   });
-  EXPECT_EQ(objects(), "3\n6");
 }
 
 TEST_F(RelObjects, EachStatementMayFailOnce) {
   bool failed = true;
   for (int failing = 1; failed; ++failing) {
-    database.execute("delete from tblAccountRelatedClassesDetail");
     store("2, 4");
     faults.heal();
     frmAccountRelObjects form(shell);
@@ -240,12 +262,12 @@ TEST_F(RelObjects, EachStatementMayFailOnce) {
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default) << failing;
     if (notices.taken() != kSaved) form.cmdOk.click();
     if (notices.taken() == kNotRead || form.cmbClass.selected() == ui::DropDownList::kNone) {
-      EXPECT_EQ(objects(), "2\n4") << failing;
+      EXPECT_EQ(changes(), "") << failing;
       form.cmbClass.choose(0);
       form.treeObjects.tick(node(form, 6));
       form.cmdOk.click();
     }
-    EXPECT_EQ(objects(), "2\n4\n6") << failing;
+    EXPECT_EQ(stored(), "objects: +10|2|6") << failing;
   }
 }
 
@@ -254,6 +276,7 @@ TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
     return std::to_string(i) + ", " + std::to_string(i < 110 ? 5 : 100 + i % 10) + ", '" + std::to_string(i) +
            "'";
   });
+  EXPECT_TRUE(changes().ends_with(" +999"));
   const auto mothers = database.number("select count(distinct ParentID) from tblEntityProject");
   std::vector<std::string> statements;
   objectsOf(10, [&](frmAccountRelObjects& form) {
@@ -264,7 +287,7 @@ TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
   });
   EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 2 + (1 + mothers) + 2006);
   if (onServer()) return;  // it has plans of its own
-  data::embedded::EmbeddedConnection engine(database.file().string());
+  engines::sqlite::EmbeddedConnection engine(database.file().string());
   statements.resize(10);
   for (const std::string& statement : statements) {
     for (const std::string& step : engine.queryPlan(statement))
@@ -275,18 +298,24 @@ TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
 TEST_F(RelObjects, TheTreeGrowsWithTheWindow) {
   objectsOf(10, [&](frmAccountRelObjects& form) {
     const ui::Size size = form.designSize();
-    const auto tree = form.treeObjects.bounds();
-    const auto mark = form.cmdAllBranches.bounds();
-    const auto ok = form.cmdOk.bounds();
+    const ui::Bounds tree = form.treeObjects.bounds();
+    const ui::Bounds ok = form.cmdOk.bounds();
+    const auto expectGrown = [&](int wider, int higher) {
+      EXPECT_EQ(form.treeObjects.bounds(), (ui::Bounds{tree.left, tree.top, std::max(tree.width + wider, 0),
+                                                       std::max(tree.height + higher, 0)}));
+      EXPECT_EQ(form.cmdOk.bounds(), (ui::Bounds{ok.left, ok.top + higher, ok.width, ok.height}));
+    };
     form.resize({size.width + 1500, size.height + 600});
-    form.resize({300, size.height + 900});
-    EXPECT_EQ(form.cmdOk.bounds().top, ok.top + 600) << "a window that small moves nothing";
+    expectGrown(1500, 600);
+    // A window that small moves nothing; and nothing gets a width below none.
+    for (const ui::Size small : {ui::Size{300, 9000}, ui::Size{9000, 300}}) {
+      form.resize(small);
+      expectGrown(1500, 600);
+    }
+    form.resize({301, 301});
+    expectGrown(301 - size.width, 301 - size.height);
     form.resize({size.width + 1000, size.height + 500});
-    EXPECT_EQ(form.treeObjects.bounds(),
-              (ui::Bounds{tree.left, tree.top, tree.width + 1000, tree.height + 500}));
-    EXPECT_EQ(form.cmdAllBranches.bounds(),
-              (ui::Bounds{mark.left + 1000, mark.top + 500, mark.width, mark.height}));
-    EXPECT_EQ(form.cmdOk.bounds(), (ui::Bounds{ok.left, ok.top + 500, ok.width, ok.height}));
+    expectGrown(1000, 500);
   });
 }
 

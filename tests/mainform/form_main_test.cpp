@@ -1,6 +1,4 @@
-#include "mainform/form_main.h"
-
-#include <map>
+#include "mainform/form/form_main.h"
 
 #include "mainform/screen_story.h"
 
@@ -36,11 +34,8 @@ class FormMainStory : public ScreenStory {
 TEST_F(FormMainStory, TheFirstScreenIsTheWholeTreeAndABlankRecord) {
   start();
   EXPECT_EQ(form->formMode, FormMode::ModeIdle);
-  EXPECT_EQ(record(), "||||||||||1405/09/01||||  |");
+  EXPECT_EQ(record(), "");
   EXPECT_TRUE(form->treeAccount.expanded(form->treeAccount.find("-1:-1")));
-  EXPECT_FALSE(form->optPeriodic.value() || form->optPeriodAll.value());
-  EXPECT_TRUE(form->wantsMaximised());
-  EXPECT_EQ(form->caption(), "سرفصل حسابها");
   EXPECT_EQ(shell.context.gKeyboardLayout, "00000429");
 
   // The layout follows the version of the system; a version without one of its own leaves it.
@@ -53,42 +48,62 @@ TEST_F(FormMainStory, TheFirstScreenIsTheWholeTreeAndABlankRecord) {
 }
 
 TEST_F(FormMainStory, ParametersAreReadAtEachLoad) {
+  /// What isn't as it is without a parameter.
+  const auto settings = [this] {
+    const data::SystemParameters& read = form->settings;
+    std::string text = read.BasePath;
+    for (const auto& [name, value] : {std::pair{"CodeIsNumeric", read.CodeIsNumeric},
+                                      {"PositionInEntityTest", read.PositionInEntityTest},
+                                      {"CodingMode", read.CodingMode}})
+      if (value != 0) text += std::string(name) + std::to_string(value);
+    if (read.MultiEntityMode) text += "MultiEntityMode";
+    if (read.EditCodeAllowed) text += "EditCodeAllowed";
+    return read.ShowCompleteCode ? text : text + "short codes";
+  };
   start();
-  const data::SystemParameters standard = form->settings;
-  EXPECT_EQ(standard.CodeIsNumeric + standard.PositionInEntityTest + standard.CodingMode, 0);
-  EXPECT_FALSE(standard.MultiEntityMode || standard.EditCodeAllowed);
-  EXPECT_TRUE(standard.ShowCompleteCode);
-  EXPECT_EQ(standard.BasePath, "");
-  EXPECT_FALSE(form->cmdRelClasses.visible());
-  EXPECT_TRUE(form->sltEntity.visible() && form->lblBranch.visible());
-
-  for (const int number : {301, 210, 307}) setParameter(number, "'1 of these'");
-  for (const int number : {311, 319, 302}) setParameter(number, "'1'");
+  EXPECT_EQ(settings(), "");
+  const std::pair<int, std::string> ones[] = {{301, "CodeIsNumeric1"},  {210, "PositionInEntityTest1"},
+                                              {307, "CodingMode1"},     {311, "MultiEntityMode"},
+                                              {319, "EditCodeAllowed"}, {302, ""}};
+  for (const auto& [number, name] : ones) {
+    for (const bool on : {true, false}) {
+      setParameter(number, on ? "'1 of these'" : "'letters'");
+      if (on && name.back() != '1') setParameter(number, "'1'");
+      EXPECT_EQ(settings(), on ? "" : name) << "a change waits for the next load";
+      form->close();
+      start();
+      EXPECT_EQ(settings(), on ? name : number == 302 ? "short codes" : "");
+      const bool several = on && number == 311;
+      EXPECT_EQ(form->cmdRelClasses.visible(), several);
+      for (const ui::Control* control : std::initializer_list<const ui::Control*>{
+               &form->lblBranch, &form->lblPosition, &form->lblRelClass, &form->lblRelObject,
+               &form->sltPosition, &form->sltBranch, &form->sltEntityType, &form->sltEntity})
+        EXPECT_EQ(control->visible(), !several) << control->name();
+    }
+  }
+  setParameter(302, "'1'");
   database.execute("insert into tblTarvoBasePath (ID, BasePath) values (1, 'C:\\Host\\')");
-  EXPECT_EQ(form->settings.CodingMode, 0) << "a change waits for the next load";
   form->close();
   start();
-  EXPECT_EQ(form->settings.CodeIsNumeric + form->settings.PositionInEntityTest + form->settings.CodingMode,
-            3);
-  EXPECT_TRUE(form->settings.EditCodeAllowed && form->settings.ShowCompleteCode);
-  EXPECT_EQ(form->settings.BasePath, "C:\\Host\\");
-  EXPECT_TRUE(form->cmdRelClasses.visible());
-  for (const ui::Control* control : std::initializer_list<const ui::Control*>{
-           &form->lblBranch, &form->lblPosition, &form->lblRelClass, &form->lblRelObject, &form->sltPosition,
-           &form->sltBranch, &form->sltEntityType, &form->sltEntity})
-    EXPECT_FALSE(control->visible()) << control->name();
-
-  for (const int number : {301, 210, 307}) setParameter(number, "'letters'");
-  for (const int number : {311, 319, 302}) setParameter(number, "'0'");
-  form->close();
-  start();
-  EXPECT_EQ(form->settings.CodeIsNumeric + form->settings.PositionInEntityTest + form->settings.CodingMode,
-            0);
-  EXPECT_FALSE(form->settings.MultiEntityMode || form->settings.EditCodeAllowed ||
-               form->settings.ShowCompleteCode);
-
+  EXPECT_EQ(settings(), "C:\\Host\\");
   setParameter(307, "'70000'");
   EXPECT_THROW(FormMain(shell).load(), std::range_error);
+}
+
+TEST_F(FormMainStory, EachSelectorStandsOnItsViews) {
+  database.execute(
+      "update tblAccountBranch set Address = 'شيراز'; update tblAccountGroup set Description = 'بدهکاران';"
+      "update tblAccountClass set Description = 'کسان'; update tblAccCostCenter set Description = 'خط يک'");
+  start();
+  form->View(2);
+  for (const auto& [selector, detail] : {std::pair{&form->sltBranch, "vwAccountBranchMajor شيراز"},
+                                         {&form->sltGroup, "vwAccountGroup بدهکاران"},
+                                         {&form->sltEntityType, "vwAccountClass کسان"},
+                                         {&form->sltPosition, "vwPosition_Employee_Special3 خط يک"}}) {
+    selector->lookCloser();
+    desktop.settle();
+    EXPECT_EQ(selector->MajorView() + " " + selector->detail(), detail);
+  }
 }
 
 TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
@@ -106,7 +121,7 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
   EXPECT_EQ(shell.context.gUserID, 1) << "the host's values outlive the form";
 
   start();
-  EXPECT_EQ(record(), "||||||||||1405/09/01||||  |");
+  EXPECT_EQ(record(), "");
   form->sltAccount.type("بانک");
   form->sltAccount.press(Key::Enter);
   desktop.settle();
@@ -124,59 +139,37 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
   EXPECT_EQ(notices.taken(), "");
 }
 
-TEST_F(FormMainStory, ExtraSpaceGoesToTheTree) {
+TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
   start();
-  const auto follows = [this](ui::Control& control, Bounds before, int left, int top, int width, int height) {
-    EXPECT_EQ(control.bounds(),
-              (Bounds{before.left + left, before.top + top, before.width + width, before.height + height}))
-        << control.name();
-  };
-  std::map<ui::Control*, Bounds> before;
-  for (ui::Control* control : form->controls()) before[control] = control->bounds();
-
-  // Too small to follow, then larger: the whole difference to the design comes at once.
-  form->resize({.width = 5000, .height = 9000});
+  const Bounds before = form->treeAccount.bounds();
+  form->resize({.width = 6000, .height = 9000});
   form->resize({.width = 7000, .height = 6000});
-  form->resize({.width = 14620, .height = 6560});
-  for (ui::Control* control : form->controls()) {
-    const Bounds& old = before[control];
-    const std::string& name = control->name();
-    const bool travels = name == "cmdRefreshAccountTree" || name == "cmdCopyPeriod" ||
-                         name == "cmdDeletePeriod" || name == "optPeriodAll" || name == "optPeriodic";
-    if (name == "treeAccount") {
-      follows(*control, old, 0, 0, 1000, 2000);
-    } else if (name == "ProgressBar" || name == "FrameViewType") {
-      follows(*control, old, 0, 0, 1000, 0);
-    } else if (name == "frameMain") {
-      follows(*control, old, 0, 0, 0, 2000);
-    } else if (name == "lblMessage") {
-      follows(*control, old, 1000, 2000, 0, 0);
-    } else if (name == "Frm7") {
-      follows(*control, old, 0, 2000, 0, 0);
-    } else {
-      follows(*control, old, travels ? 1000 : 0, 0, 0, 0);
-    }
-  }
+  EXPECT_EQ(form->treeAccount.bounds(), before);
+  const Bounds larger{before.left, before.top, before.width + 1000, before.height + 6001 - 4560};
+  form->resize({.width = 14620, .height = 6001});
+  EXPECT_EQ(form->treeAccount.bounds(), larger);
   form->resize(form->designSize());
-  EXPECT_EQ(form->treeAccount.bounds().height, before[&form->treeAccount].height + 2000)
-      << "the design itself is too low to follow";
+  EXPECT_EQ(form->treeAccount.bounds(), larger) << "the design itself is too low to follow";
+  form->resize({.width = 13620, .height = 6002});
+  EXPECT_EQ(form->treeAccount.bounds(), (Bounds{before.left, before.top, before.width, larger.height + 1}));
 }
 
 TEST_F(FormMainStory, TheMenusLeadToTheirCommands) {
   start();
+  form->Frame1.setBounds({30, 70, 13620, 600});
   form->cmdTools.click();
   EXPECT_EQ(desktop.poppedUp, &form->i12);
-  EXPECT_EQ(desktop.poppedUpLeft, form->cmdTools.bounds().left);
-  EXPECT_EQ(desktop.poppedUpTop, form->cmdTools.bounds().top);
+  EXPECT_EQ(desktop.poppedUpLeft, form->cmdTools.bounds().left + 30);
+  EXPECT_EQ(desktop.poppedUpTop, form->cmdTools.bounds().top + 70);
   desktop.poppedUp = nullptr;
   form->cmdi12.click();
   form->cmdOperations.click();
   EXPECT_EQ(desktop.poppedUp, nullptr) << "nobody can press what is hidden";
   form->mnuViewCode.click();
   EXPECT_EQ(marks(), "mnuView1 mnuViewCodeComplete ");
-  EXPECT_FALSE(form->mnuExcelCode.visible());
 
-  // The second roads.
+  form->mnuFonc2.click();
+  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "the entry is in reach, its button isn't";
   form->mnuFonc1.click();
   EXPECT_EQ(form->formMode, FormMode::ModeNew);
   form->cmdCopyPeriod.click();
@@ -190,7 +183,7 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
   form->close();
   start();
-  EXPECT_TRUE(form->mnuExcelCode.visible());
+  EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->mnuExcelLevel.visible());
   form->cmdOperations.click();
   EXPECT_EQ(desktop.poppedUp, &form->mnuOperations);
 
@@ -212,6 +205,10 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   EXPECT_EQ(marks(), "mnuView2 mnuViewCode ");
   form->mnuView1.click();
   EXPECT_EQ(form->treeAccount.bounds().height, form->size().height - 1825);
+  form->resize({.width = 7000, .height = 1000});
+  form->mnuView2.click();
+  EXPECT_EQ(form->treeAccount.bounds().height, 0) << "never less than nothing";
+  form->mnuView1.click();
   EXPECT_EQ(marks(), "mnuView1 mnuViewCode ");
 }
 
@@ -234,8 +231,16 @@ TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {
   database.execute("insert into tblAccount (ID, Code, Title) values (50, '10', 'تازه')");
   EXPECT_TRUE(form->press(KeyChord::of(Key::F5)));
   EXPECT_NE(tree.find("-1:50"), ui::kNoNode);
+  // A switch of the view reads the tree anew.
+  database.execute(
+      "insert into tblAccountPeriod values (5, 'سال 1403', '2024-03-20', '2025-03-20', '1403/01/01', "
+      "'1403/12/30')");
   form->optPeriodic.click();
-  EXPECT_EQ(tree.text(tree.find("-1:-1")), "سرفصل حسابها");
+  EXPECT_EQ(tree.text(tree.find("-1:-1")) + treeLabels(), "سرفصل حسابهاسال 1403\n");
+  database.execute("update tblAccount set Title = 'نو' where ID = 50");
+  form->optPeriodAll.click();
+  EXPECT_EQ(tree.text(tree.find("-1:-1")) + treeLabels(),
+            "درخت حسابها در همه دوره ها بصورت يکپارچه10 ... نو\n11 ... دارايي +\n");
   EXPECT_TRUE(form->press(KeyChord::of(Key::F10)));
   EXPECT_EQ(desktop.poppedUp, &form->i12);
   answer(true);

@@ -4,40 +4,31 @@
 #include <string>
 #include <vector>
 
-#include "mainform/form_main.h"
+#include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
 
-/// A person at the main screen, on a chart small enough to be read here.
-class ScreenStory : public TestHouse {
+/// The house of the main screen: user 1 with all rights and user 2 with none, two of each kind of thing that
+/// an account can name, no two of them under one number, and no account.
+class MainScreenHouse : public TestHouse {
  protected:
-  ScreenStory() {
+  MainScreenHouse() {
     faults.putInto(shell.providers);
     shell.resetDataConnection();
     database.execute(
         "insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');"
         "insert into tblUserPermission (UserID, FormPermissionID) values"
         " (1, 301), (1, 30101), (1, 30102), (1, 30103);"
-        "insert into tblAccountGroup (ID, Code, Name) values (4, '04', 'مشتريان');"
-        "insert into tblAccountBranch (ID, Code, Name) values (2, '02', 'کارخانه');"
-        "insert into tblAccCostCenter (ID, Code, Name) values (9, '310', 'مونتاژ');"
+        "insert into tblAccountGroup (ID, Code, Name) values (4, '04', 'مشتريان'), (5, '05', 'فروشندگان');"
+        "insert into tblAccountBranch (ID, Code, Name) values (2, '02', 'کارخانه'), (3, '03', 'دفتر');"
+        "insert into tblAccCostCenter (ID, Code, Name) values (9, '310', 'مونتاژ'), (10, '320', 'رنگ');"
         "insert into tblAccountClass (ID, Code, Name, ViewMajor, ViewMinor) values"
-        " (1, '01', 'اشخاص', 'vwEntityPerson', 'vwEntityPersonMinor'),"
-        " (2, '02', 'پروژه ها', 'vwEntityProject', 'vwEntityProjectMinor');"
+        " (11, '01', 'اشخاص', 'vwEntityPerson', 'vwEntityPersonMinor'),"
+        " (12, '02', 'پروژه ها', 'vwEntityProject', 'vwEntityProjectMinor');"
         "insert into tblEntityPerson (ID, Code, Name) values (7, '1007', 'بام'), (8, '1008', 'مغان');"
-        "insert into tblAccount (ID, ParentID, Code, Title, GroupID, BranchID, PositionID, CreateDate,"
-        " FarsiCreateDate, Notes, AccountNatureID, IsPermanent, IsClosed, MaxDebit, MaxCredit) values"
-        " (1, null, '11', 'دارايي', null, 0, 0, '2023-03-21', '1402/01/01', null, 0, 0, 0, null, null),"
-        " (2, 1, '1101', 'دريافتني ها', 4, 2, 9, '2024-03-20', '1403/01/01', 'خط اول' || char(10) || "
-        "'خط دوم',"
-        "  2, 1, 1, " +
-        database.amount(15000000) + ", " + database.amount(12345678) +
-        "),"
-        " (3, 1, '1102', 'بانک', null, null, null, '2024-03-20', '1403/01/01', '', null, null, null, 0, 0);"
-        "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
-        " values (2, 4, 1, 7), (2, 4, 2, 1)");
+        "insert into tblEntityProject (ID, Code, Name) values (6, '06', 'سد'), (7, '07', 'پل')");
   }
 
   void TearDown() override {
@@ -57,29 +48,51 @@ class ScreenStory : public TestHouse {
     form->onClosed = [this] { form.reset(); };
     desktop.show(*form);
   }
-
-  void clickInTree(const std::string& key) { form->treeAccount.click(form->treeAccount.find(key)); }
   void answer(bool yes) { notices.answer(yes ? 1 : 0); }
 
-  /// The record as the person reads it, field by field.
+  /// The record as the person reads it, a line for each field that holds something; today is nothing in
+  /// datCreate. A radio group is the number that a save would write, and the button that is on.
   [[nodiscard]] std::string record() const {
     const mainform::FormMain& f = *form;
-    const std::string title = f.sltAccount.visible() ? f.sltAccount.text() : f.txtTitle.text();
-    const auto radio = [](const std::vector<const ui::RadioButton*>& buttons) {
-      std::string on;
-      for (const ui::RadioButton* button : buttons)
-        if (button->value()) on += button->caption();
-      return on;
-    };
     std::string text;
-    for (const std::string& field :
-         {f.txtID.text(), title, f.sltParent.text(), f.txtMotherCode.text(), f.txtCode.text(),
-          f.sltGroup.text(), f.sltBranch.text(), f.sltPosition.text(), f.sltEntityType.text(),
-          f.sltEntity.text(), f.datCreate.farsidate(), f.txtMaxDebit.text(), f.txtMaxCredit.text(),
-          f.txtNotes.text(),
-          radio({&f.optDebit, &f.OptCredit, &f.OptDebitAndCredit}) + " " + radio({&f.OptReg, &f.OptNotReg}) +
-              " " + radio({&f.OptOpen, &f.OptClose})})
-      text += field + "|";
+    const auto line = [&text](const std::string& name, const std::string& value) {
+      if (!value.empty()) text.append(name).append("=").append(value).append("\n");
+    };
+    for (const ui::TextField* field :
+         {&f.txtID, &f.txtTitle, &f.txtMotherCode, &f.txtCode, &f.txtMaxDebit, &f.txtMaxCredit, &f.txtNotes})
+      line(field->name(), field->text());
+    for (const shell::AccountPicker* picker : {&f.sltAccount, &f.sltParent})
+      if (!picker->IsEmpty())
+        line(picker->name(), std::to_string(picker->AccountID()) + " " + picker->text());
+    for (const shell::Selector* selector :
+         {&f.sltGroup, &f.sltBranch, &f.sltPosition, &f.sltEntityType, &f.sltEntity})
+      if (!selector->IsEmpty())
+        line(selector->name(), std::to_string(selector->SelectedID()) + " " + selector->text());
+    if (f.datCreate.farsidate() != "1405/09/01") line("datCreate", f.datCreate.farsidate());
+    const auto radios = [&line](int value, const std::vector<const ui::RadioButton*>& buttons) {
+      std::string on = value == 0 ? "" : std::to_string(value);
+      for (const ui::RadioButton* button : buttons)
+        if (button->value()) on = std::to_string(value) + " " + button->name();
+      line(buttons.front()->frame()->name(), on);
+    };
+    radios(f.NatureValue, {&f.optDebit, &f.OptCredit, &f.OptDebitAndCredit});
+    radios(f.PermanentValue, {&f.OptReg, &f.OptNotReg});
+    radios(f.ClosedValue, {&f.OptOpen, &f.OptClose});
+    return text;
+  }
+  /// The labels in the tree, each open level one blank further in; those marked with "+" have more below
+  /// them.
+  [[nodiscard]] std::string treeLabels() const {
+    std::string text;
+    const std::function<void(ui::NodeId, const std::string&)> add = [&](ui::NodeId node,
+                                                                        const std::string& blanks) {
+      const ui::Tree& tree = form->treeAccount;
+      const bool more = !tree.expanded(node) && !tree.children(node).empty();
+      text += blanks + tree.text(node) + (more ? " +\n" : "\n");
+      if (!tree.expanded(node)) return;
+      for (const ui::NodeId child : tree.children(node)) add(child, blanks + " ");
+    };
+    for (const ui::NodeId child : form->treeAccount.children(form->treeAccount.find("-1:-1"))) add(child, "");
     return text;
   }
 
@@ -87,6 +100,27 @@ class ScreenStory : public TestHouse {
   /// Those of all starts, to be asked for open handles at the end.
   std::vector<std::shared_ptr<data::DtEn>> gateways;
   std::unique_ptr<mainform::FormMain> form;
+};
+
+/// A person at the main screen, on a chart small enough to be read here.
+class ScreenStory : public MainScreenHouse {
+ protected:
+  ScreenStory() {
+    database.execute(
+        "insert into tblAccount (ID, ParentID, Code, Title, GroupID, BranchID, PositionID, CreateDate,"
+        " FarsiCreateDate, Notes, AccountNatureID, IsPermanent, IsClosed, MaxDebit, MaxCredit) values"
+        " (1, null, '11', 'دارايي', null, 0, 0, '2023-03-21', '1402/01/01', null, 0, 0, 0, null, null),"
+        " (2, 1, '1101', 'دريافتني ها', 4, 2, 9, '2024-03-20', '1403/01/01', 'خط اول' || char(10) || "
+        "'خط دوم',"
+        "  2, 1, 1, " +
+        database.amount(15000000) + ", " + database.amount(12345678) +
+        "),"
+        " (3, 1, '1102', 'بانک', null, null, null, '2024-03-20', '1403/01/01', '', null, null, null, 0, 0);"
+        "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+        " values (2, 4, 11, 7), (2, 4, 12, 6)");
+  }
+
+  void clickInTree(const std::string& key) { form->treeAccount.click(form->treeAccount.find(key)); }
 };
 
 }  // namespace ledgertree::testing

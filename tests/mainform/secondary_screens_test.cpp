@@ -1,4 +1,4 @@
-#include "mainform/secondary_screens.h"
+#include "mainform/form/secondary_screens.h"
 
 #include "entities/rel_classes.h"
 #include "mainform/screen_story.h"

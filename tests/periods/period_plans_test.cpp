@@ -1,6 +1,6 @@
 #include <set>
 
-#include "data/embedded/dialect.h"
+#include "engines/sqlite/dialect.h"
 #include "periods/copy_period.h"
 #include "periods/delete_period.h"
 #include "periods/period_branch.h"
@@ -17,7 +17,7 @@ class PeriodPlansTest : public PeriodHouse {
     for (const std::string& command : faults.take()) {
       if (command.starts_with("search ")) continue;
       SQLite::Statement plan(database.other(),
-                             "explain query plan " + data::embedded::translate(command).sql);
+                             "explain query plan " + engines::sqlite::translate(command).sql);
       while (plan.executeStep()) {
         const std::string step = plan.getColumn("detail").getString();
         if (step.starts_with("SCAN ")) found.insert(step.substr(0, step.find(' ', 5)));

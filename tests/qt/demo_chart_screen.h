@@ -4,9 +4,9 @@
 
 #include <memory>
 
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
-#include "mainform/form_main.h"
+#include "engines/odbc/odbc_engine.h"
+#include "engines/sqlite/embedded_engine.h"
+#include "mainform/form/form_main.h"
 #include "screen.h"
 #include "support/temporary_database.h"
 
@@ -16,8 +16,8 @@ namespace ledgertree::test {
 class DemoChartScreen : public ::testing::Test {
  protected:
   explicit DemoChartScreen(QSize size) {
-    data::embedded::registerEmbedded(shell.providers);
-    data::odbc::registerOdbc(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
+    engines::odbc::registerOdbc(shell.providers);
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;
     shell.resetDataConnection();

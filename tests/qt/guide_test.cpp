@@ -16,7 +16,7 @@
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
 #include "pactkit/cost_centers.h"
-#include "qt/guide_window.h"
+#include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
 
 namespace ledgertree::test {
@@ -57,10 +57,10 @@ class Guide : public DemoChartScreen {
     ASSERT_NE(guide, nullptr) << section.toStdString();
     EXPECT_EQ(guide->section().toStdString(), section.toStdString());
     EXPECT_EQ(guide->text().textCursor().selectedText().toStdString(), selected.toStdString());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return guide->isActiveWindow(); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return guide->isActiveWindow(); }, 30000));
     // By way of the windowing system, which gives no key to a window that a modal one blocks.
     QTest::keyClick(guide->windowHandle(), Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 5000)) << section.toStdString();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000)) << section.toStdString();
     EXPECT_EQ(QApplication::focusWidget(), focus) << section.toStdString();
   }
 
@@ -141,7 +141,7 @@ void Guide::drawMainScreen() {
 
   form->sltAccount.focus();
   QTest::keyClicks(window().widgetOf(form->sltAccount), "101");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltAccount.rows().size() > 3; }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltAccount.rows().size() > 3; }, 30000));
   QTest::qWait(50);
   picture("picker", window(), {0, 60, window().width() * 57 / 100, 370});
   // What one is typing is still there behind the guide.
@@ -159,7 +159,7 @@ void Guide::drawMainScreen() {
           });
   form->sltParent.focus();
   QTest::keyClicks(window().widgetOf(form->sltParent), "101");
-  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltParent.rows().size() > 3; }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltParent.rows().size() > 3; }, 30000));
   QTest::keyClick(window().widgetOf(form->sltParent), Qt::Key_Return);
   form->txtTitle.setText("تنخواه فروشگاه شيراز");
   form->txtTitle.focus();
@@ -194,7 +194,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
 
   // Beside a screen that comes up later it stays usable, and behind it when that screen goes.
   window().activateWindow();
-  ASSERT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }, 5000));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }, 30000));
   form->treeAccount.focus();
   QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
   const QPointer<GuideWindow> guide = GuideWindow::standing();
@@ -215,7 +215,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("پنهان كردن سرفصلهای")));
   EXPECT_FALSE(guide->text().search("no such words"));
   window().close();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 5000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 
   // Every picture that it names was drawn just now and is inside the program.
   const QString text = textOf(":/ledgertree/guide/guide-fa.md");

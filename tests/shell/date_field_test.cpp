@@ -1,4 +1,4 @@
-#include "shell/date_field.h"
+#include "shell/lookup/date_field.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <ctime>
 #include <string>
 
-#include "shell/persian_calendar.h"
+#include "data/persian_calendar.h"
 #include "support/scripted_desktop.h"
 
 namespace ledgertree::shell {
@@ -42,7 +42,7 @@ TEST(PersianCalendar, EveryDayOf1300To1500) {
     for (int month = 1; month <= 12; ++month) {
       const int days = month <= 6 ? 31 : month < 12 || isLeap ? 30 : 29;
       for (int date = 1; date <= days; ++date, day += std::chrono::days(1))
-        ASSERT_EQ(toPersianDate(gregorian(day)), written(year, month, date));
+        ASSERT_EQ(data::toPersianDate(gregorian(day)), written(year, month, date));
     }
   }
 }
@@ -67,7 +67,7 @@ TEST(PersianCalendar, PublishedNewYears) {
                                {1405, 2026, 21},
                                {1408, 2029, 20},
                                {1409, 2030, 21}}) {
-    EXPECT_EQ(toPersianDate({.year = known.gregorianYear, .month = 3, .day = known.dayOfMarch}),
+    EXPECT_EQ(data::toPersianDate({.year = known.gregorianYear, .month = 3, .day = known.dayOfMarch}),
               written(known.year, 1, 1));
   }
 }
@@ -77,15 +77,15 @@ TEST(PersianCalendar, NoClockTimeOrZoneMovesADay) {
     ASSERT_EQ(setenv("TZ", zone, 1), 0);
     tzset();
     for (const int hour : {0, 12, 23}) {
-      EXPECT_EQ(toPersianDate({.year = 2017, .month = 2, .day = 11, .hour = hour, .minute = 59}),
+      EXPECT_EQ(data::toPersianDate({.year = 2017, .month = 2, .day = 11, .hour = hour, .minute = 59}),
                 "1395/11/23");
     }
   }
   unsetenv("TZ");
   tzset();
-  EXPECT_EQ(toPersianDate({.year = 1, .month = 1, .day = 1}), "") << "ahead of the calendar";
-  EXPECT_EQ(toPersianDate({.year = 2023, .month = 2, .day = 30}), "") << "no date";
-  EXPECT_EQ(toPersianDate({.year = 9999, .month = 12, .day = 31}).size(), 10U);
+  EXPECT_EQ(data::toPersianDate({.year = 1, .month = 1, .day = 1}), "") << "ahead of the calendar";
+  EXPECT_EQ(data::toPersianDate({.year = 2023, .month = 2, .day = 30}), "") << "no date";
+  EXPECT_EQ(data::toPersianDate({.year = 9999, .month = 12, .day = 31}).size(), 10U);
 }
 
 TEST(DateField, TodayThenTheDateOfARecord) {

@@ -6,8 +6,8 @@
 #include <string>
 #include <thread>
 
-#include "shell/account_picker.h"
-#include "shell/selector.h"
+#include "shell/lookup/account_picker.h"
+#include "shell/lookup/selector.h"
 #include "support/test_house.h"
 
 namespace ledgertree::shell {

@@ -14,7 +14,7 @@
 #include "data/connection.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
-#include "data/fold.h"
+#include "text/fold.h"
 
 namespace ledgertree::testing {
 
@@ -65,8 +65,8 @@ class LookupConnection : public data::Connection {
     std::size_t place = request.continuation.empty() ? 0 : std::stoul(request.continuation);
     const std::size_t end = std::min(all.size(), place + database_.rowsOfSlice);
     for (; place < end && page.rows.count() < request.limit; ++place) {
-      const std::string text = data::fold(all[place].code + '\n' + all[place].name);
-      if (text.find(data::fold(request.text)) != std::string::npos) add(page.rows, all[place]);
+      const std::string text = text::fold(all[place].code + '\n' + all[place].name);
+      if (text.find(text::fold(request.text)) != std::string::npos) add(page.rows, all[place]);
     }
     if (place < all.size()) page.continuation = std::to_string(place);
     return page;

@@ -1,1 +1,1 @@
-set(LINK ledgertree_shell ledgertree_embedded ledgertree_test_support)
+set(LINK ledgertree_shell_lookup ledgertree_engines_sqlite ledgertree_test_support)

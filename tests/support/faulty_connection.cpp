@@ -15,7 +15,9 @@ class FaultyConnection : public data::Connection {
 
   std::optional<data::Rows> run(std::string_view statement) override {
     faults_.pass(std::string(statement));
-    return engine_->run(statement);
+    auto rows = engine_->run(statement);
+    faults_.answered(std::string(statement), rows);
+    return rows;
   }
 
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override {
@@ -25,7 +27,9 @@ class FaultyConnection : public data::Connection {
 
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override {
     faults_.pass(std::string(procedure.name));
-    return engine_->call(procedure, values);
+    const std::int32_t result = engine_->call(procedure, values);
+    faults_.answered(std::string(procedure.name), std::nullopt);
+    return result;
   }
 
   data::SearchPage search(const data::SearchRequest& request) override {

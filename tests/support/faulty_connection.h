@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,11 +40,16 @@ class Faults {
   /// Hears each command ahead of its run: what it throws is the command's failure, and it may do what a host
   /// does that calls in the middle of work. For stories on one thread.
   std::function<void(const std::string& command)> onCommand;
+  /// Hears what each statement that ran gave; a procedure gives nothing.
+  std::function<void(const std::string& command, const std::optional<data::Rows>& rows)> onAnswer;
 
  private:
   friend class FaultyConnection;
   /// Throws data::DataError where the command is to fail.
   void pass(const std::string& command);
+  void answered(const std::string& command, const std::optional<data::Rows>& rows) const {
+    if (onAnswer) onAnswer(command, rows);
+  }
 
   mutable std::mutex lock_;
   std::vector<std::string> commands_;

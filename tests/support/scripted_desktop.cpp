@@ -70,7 +70,7 @@ void ScriptedDesktop::showModal(ui::Form& form) {
   takeOff(form);
 }
 
-void ScriptedDesktop::close(ui::Form& form) { std::erase(shownForms, &form); }
+void ScriptedDesktop::close(ui::Form& form) { takeOff(form); }
 
 void ScriptedDesktop::hide(ui::Form& form) { takeOff(form); }
 

@@ -49,6 +49,8 @@ class ScriptedDesktop : public ui::Desktop {
   int hourglasses = 0;
   int repaints = 0;
   std::vector<std::string> layouts;
+  /// The layout that was chosen last; empty for none.
+  [[nodiscard]] std::string layout() const { return layouts.empty() ? "" : layouts.back(); }
   /// The names of the forms in the order in which they were shown, modal ones with "!" behind.
   std::vector<std::string> showings;
   ui::MenuEntry* poppedUp = nullptr;

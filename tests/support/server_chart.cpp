@@ -14,12 +14,12 @@
 #include <utility>
 #include <vector>
 
-#include "data/characters.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
-#include "data/odbc/odbc_engine.h"
+#include "data/quote_text.h"
 #include "db/scripts.h"
 #include "db/server_schema.h"
+#include "engines/odbc/odbc_engine.h"
 #include "ledgertree_scripts.h"
 
 namespace ledgertree::testing {
@@ -93,7 +93,7 @@ std::size_t fingerprint() {
 data::Connection& connection() {
   static const std::unique_ptr<data::Connection> one = [] {
     data::Providers providers;
-    data::odbc::registerOdbc(providers);
+    engines::odbc::registerOdbc(providers);
     return providers.open(testServer());
   }();
   return *one;

@@ -6,8 +6,8 @@
 #include <variant>
 
 #include "data/connection_text.h"
-#include "data/odbc/code_page.h"
 #include "db/schema.h"
+#include "engines/odbc/code_page.h"
 
 namespace ledgertree::testing {
 
@@ -54,8 +54,8 @@ std::string TemporaryDatabase::text(const std::string& query) {
   return server_ ? server_->query(query).value(0, 0).toText() : file_->execAndGet(query).getString();
 }
 
-std::string TemporaryDatabase::rows(const std::string& query) {
-  return server_ ? allRows(server_->query(query)) : allRows(*file_, query);
+data::Rows TemporaryDatabase::read(const std::string& query) {
+  return server_ ? server_->query(query) : readRows(*file_, query);
 }
 
 std::string TemporaryDatabase::amount(std::int64_t tenThousandths) const {
@@ -74,7 +74,7 @@ void TemporaryDatabase::insertMany(const std::string& into, int first, int last,
 }
 
 std::string TemporaryDatabase::letters(const std::string& text) {
-  return onServer() ? data::odbc::foldText(text, data::odbc::CodePage::Arabic) : text;
+  return onServer() ? engines::odbc::foldText(text, engines::odbc::CodePage::Arabic) : text;
 }
 
 void TemporaryDatabase::fillWithDemoChart() {
@@ -82,17 +82,25 @@ void TemporaryDatabase::fillWithDemoChart() {
   db::createDemoChart(*file_);
 }
 
-std::string allRows(SQLite::Database& database, const std::string& query) {
+data::Rows readRows(SQLite::Database& database, const std::string& query) {
   SQLite::Statement statement(database, query);
-  std::string text;
+  data::Rows rows;
+  for (int column = 0; column < statement.getColumnCount(); ++column)
+    rows.addColumn(statement.getColumnName(column));
   while (statement.executeStep()) {
-    if (!text.empty()) text += '\n';
     for (int column = 0; column < statement.getColumnCount(); ++column) {
-      if (column > 0) text += '|';
-      text += statement.isColumnNull(column) ? "null" : statement.getColumn(column).getString();
+      if (statement.isColumnNull(column)) {
+        rows.addNull();
+      } else {
+        rows.addText(statement.getColumn(column).getString());
+      }
     }
   }
-  return text;
+  return rows;
+}
+
+std::string allRows(SQLite::Database& database, const std::string& query) {
+  return allRows(readRows(database, query));
 }
 
 std::string allRows(const data::Rows& rows) {
@@ -101,16 +109,16 @@ std::string allRows(const data::Rows& rows) {
     if (row > 0) text += '\n';
     for (std::size_t column = 0; column < rows.columns().size(); ++column) {
       if (column > 0) text += '|';
-      const data::Value value = rows.value(row, column);
-      const auto* const amount = std::get_if<data::Money>(&value.variant());
-      if (amount != nullptr) {
-        text += std::to_string(amount->tenThousandths());
-      } else {
-        text += value.isNull() ? "null" : value.toText();
-      }
+      text += cellText(rows.value(row, column));
     }
   }
   return text;
+}
+
+std::string cellText(const data::Value& value) {
+  const auto* const amount = std::get_if<data::Money>(&value.variant());
+  if (amount != nullptr) return std::to_string(amount->tenThousandths());
+  return value.isNull() ? "null" : value.toText();
 }
 
 }  // namespace ledgertree::testing

@@ -25,10 +25,14 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-/// All rows of a query: columns joined by "|", rows by "\n", NULL as "null".
+/// All rows of a query, with the names of their columns.
+[[nodiscard]] data::Rows readRows(SQLite::Database& database, const std::string& query);
+/// The same as text: columns joined by "|", rows by "\n", NULL as "null".
 [[nodiscard]] std::string allRows(SQLite::Database& database, const std::string& query);
-/// The same of rows that the product read; money as the number of ten-thousandths that a file holds.
+/// The same of rows that the product read.
 [[nodiscard]] std::string allRows(const data::Rows& rows);
+/// One value of them: NULL as "null", money as the number of ten-thousandths that a file holds.
+[[nodiscard]] std::string cellText(const data::Value& value);
 
 /// A database with the schema and no account, and a second program that has it open: what a story puts in and
 /// looks up goes past the product. It is a file, and the second program waits for nothing on the disk; or the
@@ -46,7 +50,9 @@ class TemporaryDatabase {
   void execute(const std::string& statements);
   [[nodiscard]] std::int64_t number(const std::string& query);
   [[nodiscard]] std::string text(const std::string& query);
-  [[nodiscard]] std::string rows(const std::string& query);
+  [[nodiscard]] std::string rows(const std::string& query) { return allRows(read(query)); }
+  /// The rows with the names of their columns.
+  [[nodiscard]] data::Rows read(const std::string& query);
   /// An amount of ten-thousandths as it stands in a statement.
   [[nodiscard]] std::string amount(std::int64_t tenThousandths) const;
   /// Rows `first` to `last`, whose values `row` gives, into "table (columns)".

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "data/embedded/embedded_engine.h"
-#include "data/odbc/odbc_engine.h"
+#include "engines/odbc/odbc_engine.h"
+#include "engines/sqlite/embedded_engine.h"
 #include "shell/shell.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
@@ -17,8 +17,8 @@ namespace ledgertree::testing {
 class TestHouse : public ::testing::Test {
  protected:
   TestHouse() {
-    data::embedded::registerEmbedded(shell.providers);
-    data::odbc::registerOdbc(shell.providers);
+    engines::sqlite::registerEmbedded(shell.providers);
+    engines::odbc::registerOdbc(shell.providers);
     shell.clock = [] { return data::DateTime{.year = 2026, .month = 11, .day = 22}; };
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;

@@ -1,57 +1,9 @@
 #include "ui/form.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-
-#include "support/scripted_desktop.h"
-#include "ui/buttons.h"
-#include "ui/grid.h"
-#include "ui/items.h"
-#include "ui/menu.h"
-#include "ui/text_field.h"
-#include "ui/timer.h"
-#include "ui/tree.h"
+#include "small_form.h"
 
 namespace ledgertree::testing {
 namespace {
-
-using namespace std::chrono_literals;
-
-class SmallForm : public ui::Form {
- public:
-  explicit SmallForm(ui::Surroundings surroundings)
-      : Form(std::move(surroundings), "SmallForm", "فرم", {6000, 3000}) {}
-
-  int unloads = 0;
-  ui::Frame frame{*this, "frame", {0, 0, 3000, 3000}};
-  ui::PushButton cmdOk{*this, "cmdOk", {0, 0, 900, 375}, "ثبت", &frame};
-  ui::PushButton cmdCancel{*this, "cmdCancel", {900, 0, 900, 375}, "خروج", &frame};
-  ui::TextField text{*this, "text", {0, 400, 900, 315}, &frame};
-  ui::RadioButton one{*this, "one", {0, 800, 900, 315}, "1", &frame};
-  ui::RadioButton two{*this, "two", {0, 1200, 900, 315}, "2", &frame};
-  ui::RadioButton alone{*this, "alone", {3000, 1200, 900, 315}, "3"};
-  ui::ListBox list{*this, "list", {3000, 0, 900, 900}};
-  ui::Grid grid{*this, "grid", {3000, 0, 900, 900}};
-  ui::Tree tree{*this, "tree", {3000, 0, 900, 900}};
-  ui::Timer timer{*this, "timer", 30ms};
-  ui::MenuEntry menu{*this, "menu", "ابزار"};
-  ui::MenuEntry entry{*this, "entry", "حذف"};
-
- protected:
-  void unload() override { ++unloads; }
-};
-
-class FormStory : public ::testing::Test {
- protected:
-  FormStory() { desktop.show(*form); }
-
-  ScriptedDesktop desktop;
-  std::vector<std::string> failures;
-  ui::Surroundings surroundings{
-      desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
-  std::optional<SmallForm> form{std::in_place, surroundings};
-};
 
 TEST_F(FormStory, AFailureEndsTheProcedureAndTheFormGoesOn) {
   form->cmdOk.onClick = [] { throw std::runtime_error("شکست"); };
@@ -96,6 +48,75 @@ TEST_F(FormStory, AFormMayEndItselfOrBeDestroyedInTheMiddleOfAnything) {
     EXPECT_FALSE(form.has_value()) << way;
   }
   EXPECT_TRUE(failures.empty());
+}
+
+TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
+  std::string heard;
+  for (ui::Control* control : std::initializer_list<ui::Control*>{&form->text, &form->cmdOk}) {
+    control->onGotFocus = [&heard, control] { heard += "+" + control->name() + " "; };
+    control->onLostFocus = [&heard, control] { heard += "-" + control->name() + " "; };
+  }
+  form->label.focus();
+  EXPECT_EQ(form->focused(), nullptr);
+  form->text.focus();
+  form->cmdOk.focus();
+  form->cmdOk.focus();
+  EXPECT_EQ(heard, "+text -text +cmdOk ");
+  EXPECT_TRUE(form->cmdOk.hasFocus() && !form->text.hasFocus());
+  // Whoever loses the focus may take it elsewhere: then nobody is told that it came.
+  form->cmdOk.onLostFocus = [&] { form->alone.focus(); };
+  form->text.focus();
+  EXPECT_EQ(form->focused(), &form->alone);
+  EXPECT_EQ(heard, "+text -text +cmdOk -text ");
+  {
+    ui::PushButton guest(*form, "guest", {}, "مهمان");
+    EXPECT_EQ(form->find("guest"), &guest);
+    guest.focus();
+  }
+  EXPECT_EQ(form->find("guest"), nullptr);
+  EXPECT_EQ(form->focused(), nullptr);
+
+  form->setCaption("نام ديگر");
+  EXPECT_EQ(form->caption(), "نام ديگر");
+  const auto escape = ui::KeyChord::of(ui::Key::Escape);
+  const auto enter = ui::KeyChord::of(ui::Key::Enter);
+  const auto find = ui::KeyChord::ctrlAnd('F');
+  form->cmdOk.onClick = [&] { heard += "ok "; };
+  form->cmdCancel.onClick = [&] { heard += "cancel "; };
+  heard.clear();
+  for (const auto& chord : {escape, enter, find, ui::KeyChord()}) EXPECT_FALSE(form->press(chord));
+  form->setDefaultButton(form->cmdOk);
+  form->setCancelButton(form->cmdCancel);
+  form->addShortcut(find, [&] { heard += "find "; });
+  EXPECT_TRUE(form->hasShortcut(find) && !form->hasShortcut(escape));
+  for (const auto& chord : {escape, enter, find}) EXPECT_TRUE(form->press(chord));
+  EXPECT_EQ(heard, "cancel ok find ");
+  form->frame.setEnabled(false);
+  for (const auto& chord : {escape, enter}) EXPECT_FALSE(form->press(chord));
+  form->cmdOk.setShortcut(find);
+  EXPECT_TRUE(form->press(find)) << "the button that bears the key is out of reach";
+  form->frame.setEnabled(true);
+  EXPECT_TRUE(form->press(find));
+  EXPECT_EQ(heard, "cancel ok find find ok ");
+  EXPECT_FALSE(form->hasShortcut(ui::KeyChord()));
+
+  // A tick in the middle of a procedure is dropped.
+  int ticks = 0;
+  form->timer.onTick = [&] { ++ticks; };
+  form->cmdOk.onClick = [&] { form->timer.tick(); };
+  form->cmdOk.click();
+  EXPECT_EQ(ticks, 0);
+  form->timer.tick();
+  EXPECT_EQ(ticks, 1);
+  form->text.focus();
+  form->hide();
+  EXPECT_FALSE(form->isShown());
+  EXPECT_EQ(form->focused(), nullptr);
+  form->text.focus();
+  EXPECT_EQ(form->focused(), nullptr) << "nobody sees it";
+  desktop.show(*form);
+  form.reset();
+  EXPECT_TRUE(desktop.shownForms.empty());
 }
 
 TEST_F(FormStory, NothingOutOfReachCanBeUsed) {
@@ -202,40 +223,6 @@ TEST_F(FormStory, ATreeTellsALevelAsOneChange) {
   EXPECT_EQ(tree.count(), 202U);
   EXPECT_THROW(static_cast<void>(tree.text(fifth)), std::out_of_range);
   form->removeObserver(ear);
-
-  // By keyboard: down into the tree, open to the left, close to the right.
-  std::vector<std::string> clicked;
-  tree.onNodeClick = [&](ui::NodeId node) { clicked.push_back(tree.key(node)); };
-  for (const ui::Key key : {ui::Key::Down, ui::Key::Left, ui::Key::Down, ui::Key::Enter, ui::Key::End,
-                            ui::Key::Enter, ui::Key::Home, ui::Key::Right, ui::Key::End, ui::Key::Space})
-    tree.press(key);
-  EXPECT_EQ(clicked, (std::vector<std::string>{"old", "last", "root"}));
-}
-
-TEST_F(FormStory, ListsAndGridsFollowKeys) {
-  int selections = 0;
-  form->list.onSelect = [&] { ++selections; };
-  form->list.press(ui::Key::Down);
-  for (const char* line : {"1", "2", "3"}) form->list.addItem(line);
-  form->list.press(ui::Key::Down);
-  form->list.press(ui::Key::End);
-  form->list.choose(7);
-  EXPECT_EQ(form->list.selectedText(), "3");
-  EXPECT_EQ(selections, 2);
-  form->list.removeItem(0);
-  EXPECT_EQ(form->list.selectedText(), "3");
-  form->list.removeItem(1);
-  EXPECT_EQ(form->list.selected(), ui::ListBox::kNone);
-
-  form->grid.setColumns({{"رديف", 600}, {"سال", 2000}});
-  form->grid.press(ui::Key::Down);
-  for (int i = 0; i < 30; ++i) form->grid.addRow({std::to_string(i)});
-  form->grid.press(ui::Key::PageDown);
-  form->grid.press(ui::Key::Up, true);
-  form->grid.press(ui::Key::Home, true);
-  EXPECT_EQ(form->grid.currentRow(), 0);
-  EXPECT_EQ(form->grid.selectionEnd(), 10);
-  EXPECT_EQ(form->grid.text(3, 1), "");
 }
 
 }  // namespace

@@ -1,0 +1,60 @@
+#include "coding/proposal/suffix.h"
+
+#include "text/characters.h"
+
+namespace ledgertree::coding {
+
+namespace {
+
+bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
+
+/// The number that a piece of a code begins with: its digits, and those behind the point.
+struct LeadingNumber {
+  std::string digits;
+  std::string decimals;
+};
+
+/// An exponent doesn't count: in a code, an E is a letter like any other, and reading stops there.
+LeadingNumber readNumber(std::string_view text) {
+  LeadingNumber number;
+  bool behindPoint = false;
+  for (const char letter : text) {
+    if (letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n') continue;
+    if (letter == '.' && !behindPoint) {
+      behindPoint = true;
+      continue;
+    }
+    if (!isDigit(letter)) break;
+    (behindPoint ? number.decimals : number.digits) += letter;
+  }
+  number.decimals.erase(number.decimals.find_last_not_of('0') + 1);
+  return number;
+}
+
+/// One more, on as many digits as there are: the carry out of the first is lost.
+void raise(std::string& digits) {
+  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
+    if (*digit != '9') {
+      ++*digit;
+      return;
+    }
+    *digit = '0';
+  }
+}
+
+}  // namespace
+
+std::string nextSuffix(std::string_view suffix) {
+  LeadingNumber number = readNumber(suffix);
+  raise(number.digits);
+  if (number.decimals.empty()) return number.digits;
+  return number.digits + "." + number.decimals;
+}
+
+std::string_view ownPart(std::string_view code, std::string_view motherCode) {
+  const std::size_t mother = text::characterCount(motherCode);
+  const std::size_t whole = text::characterCount(code);
+  return whole > mother ? text::rightCharacters(code, whole - mother) : code;
+}
+
+}  // namespace ledgertree::coding

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/dten.h"
+#include "shell/lookup/account_picker.h"
+#include "shell/shell.h"
+#include "ui/buttons.h"
+#include "ui/control.h"
+#include "ui/form.h"
+#include "ui/text_field.h"
+#include "ui/timer.h"
+
+namespace ledgertree::coding {
+
+/// Rewrites codes, types and natures of accounts that exist, in bulk and without a way back: each operation
+/// asks first. It writes the columns Code, IsPermanent and AccountNatureID of tblAccount, each statement
+/// final when it ends, so that what ran ahead of a failure stays. Whether another account has a new code
+/// isn't asked: a recoding passes through codes that exist.
+///
+/// A recoding that would give one account a code of more than 20 characters is refused ahead of the first
+/// row.
+class frmAutoCodding : public ui::Form {
+ public:
+  /// Runs on the thread of the screens; `shell` outlives the form.
+  explicit frmAutoCodding(shell::Shell& shell);
+
+  ui::Label lbl1;
+  shell::AccountPicker klmMotherAcc;
+  ui::TextField txtMotherCode;
+  ui::Label Label1;
+  ui::TextField txtSimpleCode;
+  ui::PushButton cmdAutoCodding;
+  /// Hidden, unless the host has the hidden commands offered.
+  ui::PushButton klmFlatButton1;
+  ui::PushButton cmdAccountType;
+  ui::PushButton cmdRemanedType;
+  ui::PushButton cmdCancel;
+  ui::ProgressBar progressBar;
+  ui::Timer Timer1;
+
+ private:
+  struct NewCode {
+    std::int32_t account;
+    std::string code;
+  };
+
+  void loadControls();
+  void listen();
+  void enableButtons();
+  /// Runs an operation if the person says yes.
+  void runConfirmed(std::string_view question, const std::function<void()>& operation);
+
+  /// Numbers the children of the mother account, or the top level, from the sample code.
+  void numberChildren();
+  /// Numbers the second level of the chart with one series of six digits.
+  void numberSecondLevel();
+  [[nodiscard]] std::vector<NewCode> secondLevel(data::DtEn& gateway);
+  /// Copies a column of the mother account to all accounts below it.
+  void copyToDescendants(std::string_view column);
+  void write(data::DtEn& gateway, const NewCode& account);
+  void readMotherAgain();
+
+  shell::Shell& shell_;
+  bool working_ = false;
+};
+
+/// Shows the screen until the person leaves.
+void showAutoCodding(shell::Shell& shell);
+
+}  // namespace ledgertree::coding

@@ -1,0 +1,20 @@
+#include "coding/recoding/code_counter.h"
+
+#include <algorithm>
+
+namespace ledgertree::coding {
+
+std::optional<CodeCounter> CodeCounter::startingAt(std::string_view sample) {
+  const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
+  if (sample.empty() || sample.size() > kLongestSample) return std::nullopt;
+  if (!std::all_of(sample.begin(), sample.end(), isDigit)) return std::nullopt;
+  return CodeCounter(std::stoll("1" + std::string(sample)));
+}
+
+std::string CodeCounter::number() const { return std::to_string(count_).substr(1); }
+
+std::size_t CodeCounter::widthAfter(std::int32_t steps) const {
+  return std::to_string(count_ + steps).size() - 1;
+}
+
+}  // namespace ledgertree::coding

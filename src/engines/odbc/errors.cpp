@@ -1,0 +1,166 @@
+#include "engines/odbc/errors.h"
+
+#include <algorithm>
+#include <array>
+
+#include "text/wide_text.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+using Reason = data::DataError::Reason;
+
+struct Told {
+  int number;
+  Reason reason;
+  const char* text;
+};
+
+constexpr const char* kExists = "چنين سطري قبلا ثبت شده است. مقدار ديگري وارد نماييد.";
+constexpr const char* kReferred =
+    "سطري که به آن اشاره ميشود وجود ندارد، يا سطر ديگري به اين سطر وابسته است. اطلاعات را دوباره بخوانيد.";
+constexpr const char* kBusy = "پايگاه داده در دست برنامه ديگري است. کمي صبر نماييد و دوباره تلاش نماييد.";
+constexpr const char* kFull = "فضاي پايگاه داده پر است. مدير پايگاه داده را آگاه نماييد.";
+constexpr const char* kReadOnly = "پايگاه داده فقط خواندني است. مدير پايگاه داده را آگاه نماييد.";
+constexpr const char* kDamaged = "پايگاه داده آسيب ديده است. مدير پايگاه داده را آگاه نماييد.";
+constexpr const char* kCut = "متن از جاي خود در پايگاه داده بلندتر است. آن را کوتاه کنيد و دوباره ثبت کنيد.";
+constexpr const char* kLogin = "پايگاه داده نام کاربر يا رمز را نپذيرفت. متن اتصال را اصلاح نماييد.";
+constexpr const char* kNoDatabase = "اين پايگاه داده باز نميشود. نام آن و اجازه کاربر را بررسي نماييد.";
+constexpr const char* kBroken =
+    "ارتباط با پايگاه داده قطع شد و معلوم نيست که آخرين عمليات انجام شده باشد. شبکه را بررسي نماييد، اطلاعات "
+    "را دوباره بخوانيد و دوباره تلاش نماييد.";
+constexpr const char* kNoAnswer =
+    "پايگاه داده در دسترس نيست. نشاني سرور و شبکه را بررسي نماييد و دوباره تلاش نماييد.";
+constexpr const char* kNoDriver = "راه انداز ODBC باز نميشود. نصب آن را بررسي نماييد.";
+
+/// By the server's own number.
+constexpr Told kTold[] = {
+    {2627, Reason::Constraint, kExists},
+    {2601, Reason::Constraint, kExists},
+    {547, Reason::Constraint, kReferred},
+    {515, Reason::Constraint, "مقدار لازم وارد نشده است. آن را وارد نماييد."},
+    {1205, Reason::Busy, kBusy},
+    {1222, Reason::Busy, kBusy},
+    {2628, Reason::TooLong, kCut},
+    {8152, Reason::TooLong, kCut},
+    {1101, Reason::Storage, kFull},
+    {1105, Reason::Storage, kFull},
+    {9002, Reason::Storage, kFull},
+    {3906, Reason::Storage, kReadOnly},
+    {823, Reason::Storage, kDamaged},
+    {824, Reason::Storage, kDamaged},
+    {825, Reason::Storage, kDamaged},
+    {18456, Reason::Connection, kLogin},
+    {18452, Reason::Connection, kLogin},
+    {911, Reason::Connection, kNoDatabase},
+    {4060, Reason::Connection, kNoDatabase},
+    {18486, Reason::Connection, kLogin},
+    {18487, Reason::Connection, kLogin},
+    {18488, Reason::Connection, kLogin},
+};
+
+/// A rule of the database speaks for itself: the numbers from here on are raised by triggers and procedures.
+constexpr int kFirstRule = 50000;
+
+/// The text behind the names in brackets with which drivers begin.
+std::string_view withoutNames(std::string_view message) {
+  while (message.starts_with('[')) {
+    const std::size_t end = message.find(']');
+    if (end == std::string_view::npos) break;
+    message.remove_prefix(end + 1);
+  }
+  return message.substr(std::min(message.find_first_not_of(' '), message.size()));
+}
+
+const Record& decisive(const std::vector<Record>& told) {
+  static const Record kNothing{"HY000", 0, ""};
+  const auto failure = std::find_if(told.begin(), told.end(),
+                                    [](const Record& record) { return !record.state.starts_with("01"); });
+  if (failure != told.end()) return *failure;
+  return told.empty() ? kNothing : told.front();
+}
+
+/// " (<words> 2627, 23000)"
+std::string behind(const Record& record) {
+  return " (" + record.message + (record.message.empty() ? "" : " ") + std::to_string(record.number) + ", " +
+         record.state + ")";
+}
+
+const Told* toldOf(int number) {
+  const auto* const found = std::find_if(std::begin(kTold), std::end(kTold),
+                                         [number](const Told& told) { return told.number == number; });
+  return found == std::end(kTold) ? nullptr : found;
+}
+
+}  // namespace
+
+std::vector<Record> records(const Handle& handle) {
+  std::vector<Record> told;
+  std::array<char16_t, 6> state{};
+  std::array<char16_t, 4000> message{};
+  for (SQLSMALLINT place = 1; place <= 50; ++place) {
+    SQLINTEGER number = 0;
+    SQLSMALLINT length = 0;
+    const SQLRETURN result = SQLGetDiagRecW(
+        handle.type(), handle.get(), place, reinterpret_cast<SQLWCHAR*>(state.data()), &number,
+        reinterpret_cast<SQLWCHAR*>(message.data()), static_cast<SQLSMALLINT>(message.size()), &length);
+    if (!SQL_SUCCEEDED(result)) break;
+    const std::string words = text::utf8Text(std::u16string(message.data()));
+    told.push_back({text::utf8Text(std::u16string(state.data())), number, std::string(withoutNames(words))});
+  }
+  return told;
+}
+
+data::DataError callError(const std::vector<Record>& told, std::string_view statement) {
+  const Record& record = decisive(told);
+  const std::string where(statement);
+  if (const Told* const known = toldOf(record.number)) {
+    return {known->reason, record.number, known->text + behind(record), where};
+  }
+  if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
+  if (record.state == "HYT00" || record.state == "HYT01") return timeOutError(statement, true);
+  if (record.state.starts_with("08")) return brokenError(told, statement);
+  if (record.state.starts_with("23")) {
+    return {Reason::Constraint, record.number,
+            "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
+  }
+  return {Reason::Statement, record.number, "The database refused the statement:" + behind(record) + ".",
+          where};
+}
+
+data::DataError openError(const std::vector<Record>& told, std::string_view secret) {
+  Record record = decisive(told);
+  // A driver that can't be loaded is told of by the driver manager, as a mere message.
+  const bool noDriver = std::any_of(told.begin(), told.end(), [](const Record& one) {
+    return one.state == "IM002" || one.state == "IM003" || one.message.starts_with("Can't open lib");
+  });
+  // Drivers put the server's reason behind a general one.
+  const auto reason =
+      std::find_if(told.begin(), told.end(), [](const Record& one) { return toldOf(one.number) != nullptr; });
+  if (reason != told.end()) record = *reason;
+  const Told* const known = toldOf(record.number);
+  const char* const text = noDriver ? kNoDriver : known != nullptr ? known->text : kNoAnswer;
+  // Stars in the place of a short password would show which letters it has.
+  if (!secret.empty() && record.message.find(secret) != std::string::npos) record.message.clear();
+  return {Reason::Connection, record.number, text + behind(record)};
+}
+
+data::DataError brokenError(const std::vector<Record>& told, std::string_view statement) {
+  const Record& record = decisive(told);
+  return {Reason::Connection, record.number, kBroken + behind(record), std::string(statement)};
+}
+
+data::DataError timeOutError(std::string_view statement, bool ended) {
+  const char* const text =
+      ended ? "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد."
+            : "پايگاه داده در زمان تعيين شده پاسخ نداد و معلوم نيست که عمليات انجام شده باشد. اطلاعات را "
+              "دوباره "
+              "بخوانيد و دوباره تلاش نماييد.";
+  return {Reason::TimeOut, 0, text, std::string(statement)};
+}
+
+data::DataError cancelledError() {
+  return {Reason::Cancelled, 0, "The search was given up for a newer one."};
+}
+
+}  // namespace ledgertree::engines::odbc

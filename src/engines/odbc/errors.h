@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/data_error.h"
+#include "engines/odbc/handle.h"
+
+namespace ledgertree::engines::odbc {
+
+/// What a driver says of a call: the state of ODBC, the server's own number, and its words.
+struct Record {
+  std::string state;
+  int number = 0;
+  std::string message;  ///< without the names of the driver and the server in brackets ahead of it
+};
+
+/// What a handle holds of its last call.
+[[nodiscard]] std::vector<Record> records(const Handle& handle);
+
+/// A failed call as the product tells it: what a person may meet in Persian, saying what to do next, and
+/// behind it the server's words, number and state. The first record that is no mere message counts.
+[[nodiscard]] data::DataError callError(const std::vector<Record>& told, std::string_view statement);
+/// Why a connection couldn't be opened; always Reason::Connection. The secret doesn't stand in it.
+[[nodiscard]] data::DataError openError(const std::vector<Record>& told, std::string_view secret);
+
+/// The connection broke while a statement ran.
+[[nodiscard]] data::DataError brokenError(const std::vector<Record>& told, std::string_view statement);
+/// A command that ran past its time-out. `ended`: it is known to be over; else the server may still carry it
+/// out.
+[[nodiscard]] data::DataError timeOutError(std::string_view statement, bool ended);
+/// A search that was given up.
+[[nodiscard]] data::DataError cancelledError();
+
+}  // namespace ledgertree::engines::odbc

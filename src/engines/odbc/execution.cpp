@@ -1,0 +1,74 @@
+#include "engines/odbc/execution.h"
+
+#include <algorithm>
+
+#include "text/characters.h"
+#include "text/wide_text.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+/// Drivers count in seconds. A driver that keeps the time itself ends a statement more gently than its
+/// interruption does.
+constexpr std::chrono::milliseconds kGrace{500};
+
+Watch::Clock::time_point deadline(const Session& session) {
+  return Watch::Clock::now() + session.commandTimeOut() + kGrace;
+}
+
+}  // namespace
+
+Execution::Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled)
+    : session_(session),
+      name_(name),
+      statement_(SQL_HANDLE_STMT, session.connection().get()),
+      watched_(session.watch(), statement_, deadline(session), cancelled) {
+  const auto seconds = (session.commandTimeOut().count() + 999) / 1000;
+  SQLSetStmtAttrW(statement_.get(), SQL_ATTR_QUERY_TIMEOUT,
+                  reinterpret_cast<SQLPOINTER>(static_cast<std::size_t>(seconds)), 0);  // NOLINT
+}
+
+bool Execution::send(std::string_view text) {
+  if (!text::isCleanText(text)) {
+    throw data::DataError(data::DataError::Reason::Misuse, 0,
+                          "متن نويسه ناخوانا دارد. آن را پاک کنيد و دوباره بنويسيد.");
+  }
+  std::u16string wide = text::wideText(foldStatement(text, session_.codePage()));
+  const SQLRETURN result = SQLExecDirectW(statement_.get(), reinterpret_cast<SQLWCHAR*>(wide.data()),
+                                          static_cast<SQLINTEGER>(wide.size()));
+  // SQL_NO_DATA: the statement changed no row.
+  if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return true;
+  noteFailure();
+  return false;
+}
+
+bool Execution::nextResult() {
+  for (int failures = 0; !over_ && failures < 2; ++failures) {
+    const SQLRETURN result = SQLMoreResults(statement_.get());
+    if (SQL_SUCCEEDED(result)) return true;
+    if (result == SQL_NO_DATA) break;
+    noteFailure();
+  }
+  over_ = true;
+  return false;
+}
+
+void Execution::noteFailure() {
+  if (!failure_) failure_ = records(statement_);
+}
+
+void Execution::finish() {
+  while (nextResult()) continue;
+  if (!failure_) return;
+  // An interruption that the server didn't acknowledge leaves a connection of which nobody knows its state.
+  const bool acknowledged = std::any_of(failure_->begin(), failure_->end(),
+                                        [](const Record& record) { return record.state == "HY008"; });
+  if (watched_.stopped() && !acknowledged) session_.giveUp();
+  watched_.rethrowStop(name_, !session_.dead());
+  const data::DataError failure = callError(*failure_, name_);
+  if (failure.reason() != data::DataError::Reason::Connection && session_.dead())
+    throw brokenError(*failure_, name_);
+  throw failure;
+}
+
+}  // namespace ledgertree::engines::odbc

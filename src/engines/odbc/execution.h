@@ -1,0 +1,46 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engines/odbc/errors.h"
+#include "engines/odbc/handle.h"
+#include "engines/odbc/session.h"
+#include "engines/odbc/watch.h"
+
+namespace ledgertree::engines::odbc {
+
+/// One command on an open session, from its sending to its last result. The server may send several results,
+/// with failures among them: what comes later is as much a part of the command as what comes first.
+class Execution {
+ public:
+  /// `name` is what an error calls the command: the statement, or the procedure.
+  Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled = nullptr);
+  Execution(const Execution&) = delete;
+  Execution& operator=(const Execution&) = delete;
+
+  [[nodiscard]] const Handle& statement() const { return statement_; }
+  /// Sends a statement in UTF-8. True where there is a result to look at.
+  [[nodiscard]] bool send(std::string_view text);
+  /// Goes to the next result; what is left of this one is passed over.
+  [[nodiscard]] bool nextResult();
+  /// Notes that a call on this statement failed; the first failure is the command's.
+  void noteFailure();
+  /// Reads to the end and throws the failure of the command, where there was one.
+  void finish();
+  /// Time that isn't the server's.
+  void extend(Watch::Clock::duration time) { watched_.extend(time); }
+
+ private:
+  Session& session_;
+  std::string_view name_;
+  Handle statement_;
+  Watch::Command watched_;
+  std::optional<std::vector<Record>> failure_;
+  bool over_ = false;
+};
+
+}  // namespace ledgertree::engines::odbc

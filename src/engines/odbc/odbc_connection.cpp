@@ -1,0 +1,165 @@
+#include "engines/odbc/odbc_connection.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "data/catalogue.h"
+#include "engines/odbc/execution.h"
+#include "engines/odbc/procedure_call.h"
+#include "engines/odbc/result_sets.h"
+#include "engines/odbc/view_search.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+/// Statements that give no rows, whatever their triggers select.
+bool changesRows(std::string_view statement) {
+  constexpr std::string_view kWords[] = {"insert", "update", "delete", "merge", "truncate"};
+  return std::any_of(std::begin(kWords), std::end(kWords),
+                     [statement](std::string_view word) { return beginsWithWord(statement, word); });
+}
+
+void readAll(Execution& execution, ResultSet& set, data::Rows& rows) {
+  while (set.next()) {
+    if (!set.addCells(rows)) return execution.noteFailure();
+  }
+  if (set.failed()) execution.noteFailure();
+}
+
+}  // namespace
+
+/// A walk over the rows of a statement. A connection carries one statement at a time: where another command
+/// comes between two rows, the rest of the rows is kept first.
+class OdbcConnection::Walk {
+ public:
+  explicit Walk(OdbcConnection& connection)
+      : connection_(connection), outer_(std::exchange(connection.walk_, this)) {}
+  Walk(const Walk&) = delete;
+  Walk& operator=(const Walk&) = delete;
+  ~Walk() { connection_.walk_ = outer_; }
+
+  void start(Session& session, std::string_view statement) {
+    execution_.emplace(session, statement);
+    bool result = execution_->send(statement);
+    for (; result; result = execution_->nextResult()) {
+      set_.emplace(execution_->statement());
+      if (set_->columns() != 0) return;
+    }
+    set_.reset();
+  }
+
+  void show(const std::function<bool(const data::Rows& row)>& visit) {
+    data::Rows row = set_ ? set_->emptyRows() : data::Rows();
+    while (next(row)) {
+      const Watch::Clock::time_point shown = Watch::Clock::now();
+      if (!visit(row)) return;
+      if (execution_) execution_->extend(Watch::Clock::now() - shown);
+    }
+    if (failure_) std::rethrow_exception(failure_);
+    if (execution_) execution_->finish();
+  }
+
+  /// Reads what is left, and leaves the connection to others.
+  void keepRest() noexcept {
+    if (!execution_) return;
+    try {
+      if (set_) {
+        rest_ = set_->emptyRows();
+        readAll(*execution_, *set_, rest_);
+      }
+      execution_->finish();
+    } catch (...) {
+      failure_ = std::current_exception();
+    }
+    set_.reset();
+    execution_.reset();
+  }
+
+ private:
+  bool next(data::Rows& row) {
+    row.clearRows();
+    if (!execution_) {
+      if (place_ == rest_.count()) return false;
+      for (std::size_t column = 0; column < rest_.columns().size(); ++column) {
+        row.addValue(rest_.value(place_, column));
+      }
+      ++place_;
+      return true;
+    }
+    if (!set_ || !set_->next()) {
+      if (set_ && set_->failed()) execution_->noteFailure();
+      return false;
+    }
+    if (set_->addCells(row)) return true;
+    execution_->noteFailure();
+    return false;
+  }
+
+  OdbcConnection& connection_;
+  Walk* outer_;
+  std::optional<Execution> execution_;
+  std::optional<ResultSet> set_;
+  data::Rows rest_;
+  std::size_t place_ = 0;
+  std::exception_ptr failure_;
+};
+
+OdbcConnection::OdbcConnection(data::ConnectionText text, std::chrono::milliseconds command)
+    : text_(std::move(text)), command_(command) {}
+
+OdbcConnection::~OdbcConnection() = default;
+
+template <typename Work>
+auto OdbcConnection::command(Work work) {
+  if (walk_ != nullptr) walk_->keepRest();
+  if (!session_) session_ = std::make_unique<Session>(text_, command_);
+  try {
+    return work(*session_);
+  } catch (const data::DataError& failure) {
+    // A statement that ran out of its time may not have ended on the server.
+    using Reason = data::DataError::Reason;
+    const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
+    if (unsure || (session_ && session_->dead())) session_.reset();
+    throw;
+  }
+}
+
+std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
+  return command([statement](Session& session) {
+    Execution execution(session, statement);
+    const bool reads = !changesRows(statement);
+    std::optional<data::Rows> rows;
+    bool result = execution.send(statement);
+    for (; result; result = execution.nextResult()) {
+      if (!reads || rows) continue;
+      ResultSet set(execution.statement());
+      if (set.columns() == 0) continue;
+      rows = set.emptyRows();
+      readAll(execution, set, *rows);
+    }
+    execution.finish();
+    return rows;
+  });
+}
+
+void OdbcConnection::walk(std::string_view statement,
+                          const std::function<bool(const data::Rows& row)>& visit) {
+  command([this, statement, &visit](Session& session) {
+    Walk walk(*this);
+    walk.start(session, statement);
+    walk.show(visit);
+  });
+}
+
+std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  data::checkArguments(procedure, values);
+  return command(
+      [&procedure, values](Session& session) { return callProcedure(session, procedure, values); });
+}
+
+data::SearchPage OdbcConnection::search(const data::SearchRequest& request) {
+  return command([&request](Session& session) { return searchView(session, request); });
+}
+
+}  // namespace ledgertree::engines::odbc

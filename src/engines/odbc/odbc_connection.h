@@ -1,0 +1,47 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "data/connection.h"
+#include "data/connection_text.h"
+#include "engines/odbc/session.h"
+
+namespace ledgertree::engines::odbc {
+
+/// A connection to a database of Microsoft SQL Server, or of any other engine that `ODBC Driver` names in the
+/// connection text. Statements go as they are, but for letters that the columns can't hold (see code_page.h).
+///
+/// A connection that breaks fails the statement that met it, with data::DataError::Reason::Connection; the
+/// next one opens it anew. Nothing is sent twice: whether the failed statement was carried out nobody knows.
+class OdbcConnection final : public data::Connection {
+ public:
+  explicit OdbcConnection(data::ConnectionText text,
+                          std::chrono::milliseconds command = data::kCommandTimeOut);
+  ~OdbcConnection() override;
+
+  std::optional<data::Rows> run(std::string_view statement) override;
+  void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
+  std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  data::SearchPage search(const data::SearchRequest& request) override;
+  [[nodiscard]] bool answersLate() const override { return true; }
+
+ private:
+  class Walk;
+
+  /// Carries out a command on the session, opened if need be. A session that broke is closed behind it.
+  template <typename Work>
+  auto command(Work work);
+
+  data::ConnectionText text_;
+  std::chrono::milliseconds command_;
+  std::unique_ptr<Session> session_;
+  Walk* walk_ = nullptr;  ///< the innermost that runs
+};
+
+}  // namespace ledgertree::engines::odbc

@@ -1,0 +1,106 @@
+#include "engines/odbc/session.h"
+
+#include <algorithm>
+
+#include "text/wide_text.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+/// What the server is told and asked first. Long text comes whole whatever the driver's configuration says,
+/// and whoever waits for a lock learns that it is one before the command's time-out. Servers that speak the
+/// protocol without being SQL Server may lose their checks of references where a session's first table
+/// variable, as the triggers declare one, comes later than the first of these checks: it comes here.
+constexpr std::string_view kPrepare =
+    "declare @First table (ID int); set arithabort on; set textsize 2147483647; set lock_timeout ";
+constexpr std::string_view kAskCodePage =
+    "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
+    "'Collation')), 'CodePage'))";
+constexpr std::chrono::milliseconds kAheadOfTimeOut{1000};
+
+constexpr SQLINTEGER kArabicPage = 1256;
+constexpr SQLINTEGER kUtf8Page = 65001;
+
+SQLPOINTER asPointer(std::size_t number) {
+  return reinterpret_cast<SQLPOINTER>(number);  // NOLINT: an attribute's value travels in a pointer's place
+}
+
+std::string passwordOf(const data::ConnectionText& text) {
+  for (const char* const key : {"Password", "PWD"}) {
+    auto value = text.find(key);
+    if (value && !value->empty()) return *std::move(value);
+  }
+  return {};
+}
+
+}  // namespace
+
+Session::Session(const data::ConnectionText& text, std::chrono::milliseconds command)
+    : connection_(SQL_HANDLE_DBC, environment_.get()), command_(command) {
+  open(text);
+  try {
+    if (dialect_ != Dialect::Other) prepareServer();
+  } catch (...) {
+    SQLDisconnect(connection_.get());
+    throw;
+  }
+}
+
+Session::~Session() { SQLDisconnect(connection_.get()); }
+
+void Session::open(const data::ConnectionText& text) {
+  const DriverText driver = driverText(text, environment_.drivers());
+  dialect_ = driver.dialect;
+  Secret<char16_t> wide;
+  text::appendWide(driver.text.view(), wide);
+  SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
+                     asPointer(static_cast<std::size_t>(driver.loginSeconds)), 0);
+  // The driver only reads the text; the type of the call is older than const.
+  auto* const letters = reinterpret_cast<SQLWCHAR*>(const_cast<char16_t*>(wide.view().data()));  // NOLINT
+  const SQLRETURN result =
+      SQLDriverConnectW(connection_.get(), nullptr, letters, static_cast<SQLSMALLINT>(wide.view().size()),
+                        nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+  if (SQL_SUCCEEDED(result)) return;
+  std::string password = passwordOf(text);
+  const data::DataError failure = openError(records(connection_), password);
+  wipe(password);
+  throw failure;
+}
+
+void Session::prepareServer() {
+  codePage_ = CodePage::Unknown;
+  const Handle statement(SQL_HANDLE_STMT, connection_.get());
+  const auto wait = std::max(command_ - kAheadOfTimeOut, command_ / 2);
+  std::u16string wide = text::wideText(std::string(kPrepare) + std::to_string(wait.count()));
+  Watch::Command watched(watch_, statement, Watch::Clock::now() + command_);
+  const auto run = [&](const std::u16string& text) {
+    std::u16string letters = text;
+    return SQLExecDirectW(statement.get(), reinterpret_cast<SQLWCHAR*>(letters.data()),
+                          static_cast<SQLINTEGER>(letters.size()));
+  };
+  if (!SQL_SUCCEEDED(run(wide + text::wideText(kAskCodePage)))) {
+    if (!dead()) return;
+    throw openError(records(statement), {});
+  }
+  do {
+    SQLINTEGER page = 0;
+    SQLLEN length = SQL_NULL_DATA;
+    SQLSMALLINT columns = 0;
+    SQLNumResultCols(statement.get(), &columns);
+    if (columns == 0 || !SQL_SUCCEEDED(SQLFetch(statement.get()))) continue;
+    SQLGetData(statement.get(), 1, SQL_C_SLONG, &page, sizeof page, &length);
+    if (length == SQL_NULL_DATA) continue;
+    if (page == kArabicPage) codePage_ = CodePage::Arabic;
+    if (page == kUtf8Page) codePage_ = CodePage::Unicode;
+  } while (SQL_SUCCEEDED(SQLMoreResults(statement.get())));
+}
+
+bool Session::dead() const {
+  if (givenUp_) return true;
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const SQLRETURN result =
+      SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr);
+  return SQL_SUCCEEDED(result) && dead == SQL_CD_TRUE;
+}
+
+}  // namespace ledgertree::engines::odbc

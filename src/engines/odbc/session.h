@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "data/connection_text.h"
+#include "engines/odbc/code_page.h"
+#include "engines/odbc/driver_text.h"
+#include "engines/odbc/errors.h"
+#include "engines/odbc/handle.h"
+#include "engines/odbc/watch.h"
+
+namespace ledgertree::engines::odbc {
+
+/// A connection that is open: in UTF-16, each statement a transaction of its own.
+class Session {
+ public:
+  /// Throws data::DataError(Reason::Connection), without the password, for what can't be reached in `connect`
+  /// or doesn't let the user in. `command` bounds every statement.
+  Session(const data::ConnectionText& text, std::chrono::milliseconds command);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  [[nodiscard]] const Handle& connection() const { return connection_; }
+  [[nodiscard]] Watch& watch() { return watch_; }
+  [[nodiscard]] Dialect dialect() const { return dialect_; }
+  [[nodiscard]] CodePage codePage() const { return codePage_; }
+  [[nodiscard]] std::chrono::milliseconds commandTimeOut() const { return command_; }
+  /// Whether the connection is of no use any more, as far as the driver knows or after giveUp().
+  [[nodiscard]] bool dead() const;
+  void giveUp() { givenUp_ = true; }
+
+ private:
+  void open(const data::ConnectionText& text);
+  void prepareServer();
+
+  Environment environment_;
+  Handle connection_;
+  Watch watch_;
+  Dialect dialect_ = Dialect::Other;
+  CodePage codePage_ = CodePage::Unicode;
+  std::chrono::milliseconds command_;
+  bool givenUp_ = false;
+};
+
+}  // namespace ledgertree::engines::odbc

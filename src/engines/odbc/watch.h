@@ -1,0 +1,65 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <string_view>
+#include <thread>
+
+#include "engines/odbc/handle.h"
+
+namespace ledgertree::engines::odbc {
+
+/// Keeps an eye on the running statement of one connection, from a thread of its own: interrupts it at its
+/// deadline, for drivers that don't by themselves, or when it was given up. The thread begins with the first
+/// statement.
+class Watch {
+ public:
+  using Clock = std::chrono::steady_clock;
+
+  Watch() = default;
+  Watch(const Watch&) = delete;
+  Watch& operator=(const Watch&) = delete;
+  ~Watch();
+
+  /// The length of one command on one statement; the statement outlives it.
+  class Command {
+   public:
+    Command(Watch& watch, const Handle& statement, Clock::time_point deadline,
+            const std::function<bool()>* cancelled = nullptr);
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
+    ~Command();
+
+    /// Time that isn't the engine's.
+    void extend(Clock::duration time);
+    /// Whether the command was interrupted.
+    [[nodiscard]] bool stopped();
+    /// Throws the reason for which the command was stopped; returns where it wasn't. `ended`: the server has
+    /// said that it stopped, too.
+    void rethrowStop(std::string_view statement, bool ended);
+
+   private:
+    Watch& watch_;
+  };
+
+ private:
+  enum class Stop { None, TimeOut, Cancelled };
+
+  void keep();
+  void decide();
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::thread thread_;
+  bool over_ = false;
+  SQLHANDLE statement_ = SQL_NULL_HANDLE;  ///< the one that runs
+  Clock::time_point deadline_;
+  const std::function<bool()>* cancelled_ = nullptr;
+  Stop stop_ = Stop::None;
+  std::exception_ptr failure_;  ///< what `cancelled` threw
+};
+
+}  // namespace ledgertree::engines::odbc

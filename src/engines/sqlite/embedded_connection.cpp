@@ -1,0 +1,138 @@
+#include "engines/sqlite/embedded_connection.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "data/catalogue.h"
+#include "engines/sqlite/errors.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+using Clock = Watch::Clock;
+
+[[noreturn]] void fail(Session& open, std::string_view statement) {
+  open.watch().rethrowStop(statement);
+  throw lastError(open.handle(), statement);
+}
+
+/// A prepared run of the statement. What writes asks for the file first: a row written into a file that has
+/// been deleted would be lost without a word.
+Plan::Run start(Session& open, std::string_view statement) {
+  std::shared_ptr<Plan> plan = open.plans().find(statement);
+  if (plan->writes()) open.requireFile(Clock::now(), true);
+  return {std::move(plan), open.plans().literals()};
+}
+
+}  // namespace
+
+/// Counts the running commands, and clears up behind the outermost.
+class EmbeddedConnection::Running {
+ public:
+  explicit Running(EmbeddedConnection& connection) : connection_(connection) { ++connection.commands_; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  ~Running() {
+    if (--connection_.commands_ != 0 || !connection_.session_) return;
+    Session& open = *connection_.session_;
+    if (open.lost()) {
+      connection_.session_.reset();
+    } else if (sqlite3_get_autocommit(open.handle()) == 0) {
+      // Only a failure in the middle of a procedure leaves a transaction behind.
+      sqlite3_exec(open.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+  }
+
+ private:
+  EmbeddedConnection& connection_;
+};
+
+template <typename Work>
+auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
+  Session& open = session();
+  const Running running(*this);
+  const Clock::time_point now = Clock::now();
+  Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
+  open.requireFile(now, false);
+  return work(open, watched);
+}
+
+std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
+  return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
+    Plan::Run run = start(open, statement);
+    int result = run.step();
+    data::Rows rows = run.emptyRows();
+    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+    if (result != SQLITE_DONE) fail(open, statement);
+    if (rows.columns().empty()) return std::nullopt;
+    return rows;
+  });
+}
+
+void EmbeddedConnection::walk(std::string_view statement,
+                              const std::function<bool(const data::Rows& row)>& visit) {
+  command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
+    Plan::Run run = start(open, statement);
+    int result = run.step();
+    data::Rows row = run.emptyRows();
+    for (; result == SQLITE_ROW; result = run.step()) {
+      row.clearRows();
+      run.addCells(row);
+      const Clock::time_point shown = Clock::now();
+      if (!visit(row)) return;
+      // The time-out is for the engine, not for what is done with its rows.
+      watched.extend(Clock::now() - shown);
+    }
+    if (result != SQLITE_DONE) fail(open, statement);
+  });
+}
+
+std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  data::checkArguments(procedure, values);
+  return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
+    open.requireFile(Clock::now(), true);
+    try {
+      return open.procedures().call(procedure, values);
+    } catch (const SQLite::Exception& failure) {
+      open.watch().rethrowStop(procedure.name);
+      throw engineError(failure, procedure.name);
+    }
+  });
+}
+
+data::SearchPage EmbeddedConnection::search(const data::SearchRequest& request) {
+  return command(&request.cancelled, [&request](Session& open, Watch::Command&) {
+    return open.searches().page(request, open.watch());
+  });
+}
+
+std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
+  return command(nullptr, [statement](Session& open, Watch::Command&) {
+    Translation translation = translate(statement);
+    translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
+    StatementShape shape;
+    shape.read(statement);
+    Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
+    int result = run.step();
+    data::Rows rows = run.emptyRows();
+    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+    if (result != SQLITE_DONE) fail(open, statement);
+    std::vector<std::string> steps;
+    for (std::size_t row = 0; row < rows.count(); ++row) {
+      steps.emplace_back(rows.text(row, rows.columns().size() - 1));
+    }
+    return steps;
+  });
+}
+
+Session& EmbeddedConnection::session() {
+  if (!session_) {
+    const auto missing = *wasOpen_ ? Session::Missing::Refuse : Session::Missing::Create;
+    session_ = std::make_unique<Session>(path_, missing, timeOuts_.connect);
+    *wasOpen_ = true;
+  }
+  return *session_;
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,106 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "data/rows.h"
+#include "engines/sqlite/dialect.h"
+
+namespace ledgertree::engines::sqlite {
+
+/// A statement as SQLite has prepared it. SQLite's own interface is used for what runs once a row: the
+/// wrapper counts references for every cell.
+class Plan {
+ public:
+  /// Throws data::DataError where SQLite refuses the translation. `statement` is the text that errors carry.
+  Plan(sqlite3* database, const Translation& translation, std::string_view statement);
+
+  /// Whether somebody is on one of its rows.
+  [[nodiscard]] bool inUse() const { return inUse_; }
+  [[nodiscard]] bool writes() const { return sqlite3_stmt_readonly(statement_.get()) == 0; }
+
+  /// One run of a plan; the rows end with it.
+  class Run {
+   public:
+    Run(std::shared_ptr<Plan> plan, const std::vector<tsql::Literal>& literals);
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+    ~Run();
+
+    /// Goes to the next row; SQLITE_ROW, SQLITE_DONE or the code of a failure.
+    [[nodiscard]] int step() { return sqlite3_step(plan_->statement_.get()); }
+    /// Rows without a cell, with the columns of the statement. Known from the first step on.
+    [[nodiscard]] data::Rows emptyRows();
+    /// Adds the cells of the present row.
+    void addCells(data::Rows& rows) const;
+
+   private:
+    std::shared_ptr<Plan> plan_;
+  };
+
+ private:
+  enum class Type : std::uint8_t { Stored, Money, DateTime };
+
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+
+  void bind(const std::vector<tsql::Literal>& literals);
+  void readColumns();
+  void addCell(data::Rows& rows, int column) const;
+  void addDeclared(data::Rows& rows, int column, Type type) const;
+
+  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+  std::vector<Binding> bindings_;
+  std::vector<Type> types_;
+  data::Rows columns_;
+  int preparations_ = -1;  ///< how often SQLite had prepared it when the columns were read
+  bool inUse_ = false;
+};
+
+/// The prepared statements of a connection: the same statement with other literals finds its plan by one look
+/// at the text and one in a table. The least recently used shapes are dropped.
+class Plans {
+ public:
+  static constexpr std::size_t kMostShapes = 128;
+  static constexpr std::size_t kMostVariants = 8;
+
+  explicit Plans(sqlite3* database) : database_(database) {}
+
+  /// A plan for the statement that nobody uses; literals() belong to it until the next call. Throws
+  /// data::DataError.
+  [[nodiscard]] std::shared_ptr<Plan> find(std::string_view statement);
+  [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return shape_.literals(); }
+
+  /// The number of shapes held.
+  [[nodiscard]] std::size_t size() const { return shapes_.size(); }
+
+ private:
+  struct Variant {
+    std::string outcome;
+    std::shared_ptr<Plan> plan;
+  };
+  struct Shape {
+    std::string key;
+    std::vector<tsql::Decision> decisions;
+    std::vector<Variant> variants;
+  };
+
+  std::shared_ptr<Plan> prepare(std::string_view statement, Shape* shape);
+  Shape& remember(const Translation& translation);
+
+  sqlite3* database_;
+  StatementShape shape_;
+  std::string outcome_;
+  std::list<Shape> shapes_;  ///< the latest used first
+  std::unordered_map<std::string_view, std::list<Shape>::iterator> byKey_;
+};
+
+}  // namespace ledgertree::engines::sqlite

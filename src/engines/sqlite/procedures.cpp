@@ -1,0 +1,209 @@
+#include "engines/sqlite/procedures.h"
+
+#include <sqlite3.h>
+
+#include <string>
+#include <variant>
+
+#include "data/data_error.h"
+#include "text/characters.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+// The parameters ?1, ?2, … of a statement are those of its procedure, in their order.
+
+constexpr const char* kPermission = R"(
+  select 1 from tblUserPermission where UserID = ?1 and FormPermissionID = ?2)";
+
+constexpr const char* kUserPeriod = "select PeriodID from tblUser where ID = ?1";
+
+// The test for an existing code stands in the statement that writes, so that nothing comes between the two.
+// Blanks at the end of a code don't count: the codes that differ by them alone lie in one short range of the
+// index, since '!' is the character behind the blank.
+//
+// An account whose code exists has no level here, and its column refuses that. An insert of a select could do
+// without the detour, but SQLite keeps the rows of such a select in a table of their own, which costs half as
+// much again as all the rest.
+constexpr const char* kInsertAccount = R"(
+  insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID,
+                          Title, Code, IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit, NoLevel)
+  values (ifnull(?1, datetime('now', 'localtime')), ?2, case when ?3 > 0 then ?3 end, ?4, ?5,
+          case when ?6 > 0 then ?6 end, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14,
+          case when not exists (select 1 from tblAccount a
+                                where a.Code >= rtrim(?8) and a.Code < rtrim(?8) || '!'
+                                  and rtrim(a.Code) = rtrim(?8) collate nocase)
+               then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0) end))";
+
+constexpr const char* kUpdateAccount = R"(
+  update tblAccount
+  set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end, IsPermanent = ?4,
+      AccountNatureID = ?5, Title = ?6, Code = ?7, IsClosed = ?8, BranchID = ?9, PositionID = ?10,
+      Notes = ?11, MaxDebit = ?12, MaxCredit = ?13
+  where ID = ?1
+    and not exists (select 1 from tblAccount a
+                    where a.Code >= rtrim(?7) and a.Code < rtrim(?7) || '!'
+                      and rtrim(a.Code) = rtrim(?7) collate nocase and a.ID <> ?1))";
+
+constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
+
+constexpr const char* kDeleteRelations = "delete from tblAccountRelatedObjects where AccountID = ?1";
+
+constexpr const char* kInsertRelation = R"(
+  insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)
+  values (?1, case when ?2 > 0 then ?2 end, case when ?3 > 0 then ?3 end, nullif(?4, -1)))";
+
+constexpr const char* kDeleteAccount = "delete from tblAccount where ID = ?1";
+
+constexpr const char* kBegin = "savepoint procedure";
+constexpr const char* kEnd = "release procedure";
+constexpr const char* kUndo = "rollback to procedure";
+
+void bind(SQLite::Statement& statement, int place, const data::Value& value) {
+  const data::Value::Variant& held = value.variant();
+  if (const auto* number = std::get_if<std::int64_t>(&held)) {
+    statement.bind(place, *number);
+  } else if (const auto* amount = std::get_if<data::Money>(&held)) {
+    statement.bind(place, amount->tenThousandths());
+  } else if (const auto* text = std::get_if<std::string>(&held)) {
+    statement.bindNoCopy(place, *text);
+  } else if (const auto* time = std::get_if<data::DateTime>(&held)) {
+    statement.bind(place, time->toIso());
+  } else if (const auto* real = std::get_if<double>(&held)) {
+    statement.bind(place, *real);
+  } else {
+    statement.bind(place);
+  }
+}
+
+/// Makes a prepared statement ready for its next use, on every path out of a block.
+class Use {
+ public:
+  Use(SQLite::Statement& statement, std::span<const data::Value> values) : statement_(statement) {
+    for (std::size_t place = 0; place < values.size(); ++place) {
+      bind(statement, static_cast<int>(place) + 1, values[place]);
+    }
+  }
+  Use(const Use&) = delete;
+  Use& operator=(const Use&) = delete;
+  ~Use() {
+    statement_.tryReset();
+    statement_.clearBindings();
+  }
+
+ private:
+  SQLite::Statement& statement_;
+};
+
+[[noreturn]] void refuseMissing(const char* message, const char* procedure) {
+  throw data::DataError(data::DataError::Reason::Constraint, SQLITE_CONSTRAINT_FOREIGNKEY, message,
+                        procedure);
+}
+
+constexpr const char* kParentIsGone =
+    "حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.";
+constexpr const char* kAccountIsGone =
+    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
+
+}  // namespace
+
+std::int32_t ProcedureRunner::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  struct Body {
+    const data::Procedure& procedure;
+    std::int32_t (ProcedureRunner::*run)(Values);
+  };
+  static const Body bodies[] = {
+      {data::procedures::spTarvoHasPermission, &ProcedureRunner::hasPermission},
+      {data::procedures::spAccountGetCurrentUserPeriod, &ProcedureRunner::currentUserPeriod},
+      {data::procedures::spAccountInsertAccount, &ProcedureRunner::insertAccount},
+      {data::procedures::spAccountUpdateAccounts, &ProcedureRunner::updateAccount},
+      {data::procedures::spAccountInsertRelatedObject, &ProcedureRunner::insertRelatedObject},
+      {data::procedures::spAccountDeleteAccount, &ProcedureRunner::deleteAccount},
+  };
+  for (const Body& body : bodies) {
+    if (text::equalsIgnoringCase(body.procedure.name, procedure.name)) return (this->*body.run)(values);
+  }
+  throw data::DataError(data::DataError::Reason::Misuse, 0,
+                        "There is no procedure " + std::string(procedure.name) + ".",
+                        std::string(procedure.name));
+}
+
+std::int32_t ProcedureRunner::hasPermission(Values values) { return look(kPermission, values, 0); }
+
+std::int32_t ProcedureRunner::currentUserPeriod(Values values) { return look(kUserPeriod, values, 0); }
+
+std::int32_t ProcedureRunner::insertAccount(Values values) {
+  try {
+    change(kInsertAccount, values);
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getExtendedErrorCode() == SQLITE_CONSTRAINT_NOTNULL) return 0;
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kParentIsGone, "spAccountInsertAccount");
+  }
+  return static_cast<std::int32_t>(database_.getLastInsertRowid());
+}
+
+std::int32_t ProcedureRunner::updateAccount(Values values) {
+  try {
+    if (change(kUpdateAccount, values) != 0) return 1;
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
+  }
+  // A code that exists is the only reason for a 0.
+  if (look(kAccountExists, values.first(1), 0) == 0) refuseMissing(kAccountIsGone, "spAccountUpdateAccounts");
+  return 0;
+}
+
+std::int32_t ProcedureRunner::insertRelatedObject(Values values) {
+  change(kBegin, {});
+  try {
+    change(kDeleteRelations, values.first(1));
+    change(kInsertRelation, values);
+    change(kEnd, {});
+  } catch (const SQLite::Exception& failure) {
+    for (const char* statement : {kUndo, kEnd}) {
+      prepared(statement).tryExecuteStep();
+      prepared(statement).tryReset();
+    }
+    if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
+    refuseMissing(kAccountIsGone, "spAccountInsertRelatedObject");
+  }
+  return 1;
+}
+
+std::int32_t ProcedureRunner::deleteAccount(Values values) {
+  try {
+    change(kDeleteAccount, values);
+  } catch (const SQLite::Exception& failure) {
+    if (failure.getErrorCode() != SQLITE_CONSTRAINT) throw;
+    return 0;
+  }
+  return 1;  // also for an account that another program deleted first
+}
+
+SQLite::Statement& ProcedureRunner::prepared(const char* statement) {
+  const auto found = statements_.find(statement);
+  if (found != statements_.end()) return found->second;
+  return statements_.emplace(statement, SQLite::Statement(database_, statement)).first->second;
+}
+
+int ProcedureRunner::change(const char* statement, Values values) {
+  SQLite::Statement& query = prepared(statement);
+  const Use use(query, values);
+  return query.exec();
+}
+
+std::int32_t ProcedureRunner::look(const char* statement, Values values, std::int32_t otherwise) {
+  SQLite::Statement& query = prepared(statement);
+  const Use use(query, values);
+  if (!query.executeStep() || query.getColumn(0).isNull()) return otherwise;
+  const std::int64_t number = query.getColumn(0).getInt64();
+  if (number == static_cast<std::int32_t>(number)) return static_cast<std::int32_t>(number);
+  throw data::DataError(
+      data::DataError::Reason::Statement, 0,
+      "عدد " + std::to_string(number) + " در محدوده مجاز نيست. آن را در پايگاه داده اصلاح نماييد.",
+      statement);
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,127 @@
+#include "engines/sqlite/session.h"
+
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "data/data_error.h"
+#include "db/schema.h"
+#include "engines/sqlite/errors.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+using Reason = data::DataError::Reason;
+
+/// A file that vanished is noticed at the next write, and at a read at the latest after this time.
+constexpr std::chrono::milliseconds kBetweenLooks{100};
+
+[[noreturn]] void refuseFile(Reason reason, int code, const std::string& what, const std::string& path) {
+  throw data::DataError(reason, code, what + " (" + path + ")");
+}
+
+std::filesystem::path fileSystemPath(const std::string& path) {
+  return std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+/// SQLite reads more into some names: a database in memory, a URI with options.
+std::string plainName(const std::string& path) {
+  const bool special = path.starts_with(":") || path.starts_with("file:");
+  return special ? "./" + path : path;
+}
+
+void requirePlace(const std::string& path, bool create) {
+  std::error_code failure;
+  const std::filesystem::path file = fileSystemPath(path);
+  const auto status = std::filesystem::status(file, failure);
+  if (std::filesystem::is_directory(status)) {
+    refuseFile(Reason::Connection, SQLITE_CANTOPEN,
+               "نشاني پايگاه داده يک پوشه است. نشاني فايل را وارد نماييد.", path);
+  }
+  if (std::filesystem::exists(status)) return;
+  const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+  if (!std::filesystem::is_directory(folder, failure)) {
+    refuseFile(Reason::Connection, SQLITE_CANTOPEN,
+               "پوشه فايل پايگاه داده وجود ندارد. نشاني فايل را اصلاح نماييد.", path);
+  }
+  if (create) return;
+  refuseFile(Reason::Connection, SQLITE_CANTOPEN,
+             "فايل پايگاه داده ديگر وجود ندارد. فايل را به جاي خود برگردانيد و دوباره تلاش نماييد.", path);
+}
+
+SQLite::Database openFile(const std::string& path, Session::Missing missing) {
+  const bool create = missing == Session::Missing::Create;
+  requirePlace(path, create);
+  // One thread uses a connection at a time, so that SQLite needs no lock of its own around every call.
+  const int flags = SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | (create ? SQLite::OPEN_CREATE : 0);
+  try {
+    return {plainName(path), flags};
+  } catch (const SQLite::Exception& failure) {
+    const data::DataError told = engineError(failure, {});
+    refuseFile(told.reason(), told.number(), told.what(), path);
+  }
+}
+
+}  // namespace
+
+Session::Session(std::string path, Missing missing, std::chrono::milliseconds timeOut)
+    : path_(std::move(path)),
+      database_(openFile(path_, missing)),
+      plans_(database_.getHandle()),
+      procedures_(database_),
+      searches_(database_.getHandle()),
+      identity_(fileIdentity(path_)) {
+  try {
+    configure(timeOut);
+  } catch (const SQLite::Exception& failure) {
+    const data::DataError told = engineError(failure, {});
+    refuseFile(told.reason(), told.number(), told.what(), path_);
+  } catch (const data::DataError& failure) {
+    refuseFile(failure.reason(), failure.number(), failure.what(), path_);
+  }
+}
+
+Session::~Session() {
+  if (!lost_) return;
+  // The log that now stands beside the path may be another file's: closing must leave it alone.
+  int keep = 1;
+  sqlite3_file_control(handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+}
+
+void Session::configure(std::chrono::milliseconds timeOut) {
+  const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
+  const Watch::Command command(watch_, deadline);
+  watch_.attach(handle());
+  // A name that no column has is an error, never a text.
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  while (true) {
+    try {
+      if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
+      database_.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
+      // Looks at what the file is before anything is written to it.
+      db::openSchema(database_);
+      database_.exec("PRAGMA journal_mode = WAL");
+      return;
+    } catch (const SQLite::Exception& failure) {
+      // Where two programs create one file SQLite gives up at once on some of the locks.
+      if (failure.getErrorCode() != SQLITE_BUSY || Watch::Clock::now() >= deadline) throw;
+      sqlite3_sleep(5);
+    }
+  }
+}
+
+void Session::requireFile(Watch::Clock::time_point now, bool always) {
+  if (!always && now - lastLook_ < kBetweenLooks) return;
+  lastLook_ = now;
+  if (fileIdentity(path_) == identity_) return;
+  lost_ = true;
+  refuseFile(Reason::Connection, SQLITE_READONLY_DBMOVED,
+             "فايل پايگاه داده حذف يا جابجا شده است. فايل را به جاي خود برگردانيد و دوباره تلاش نماييد.",
+             path_);
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,63 @@
+#include "engines/sqlite/watch.h"
+
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "engines/sqlite/errors.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+/// Steps of SQLite's machine between two looks at the clock: some tens of microseconds.
+constexpr int kStepsBetweenLooks = 1000;
+constexpr std::chrono::milliseconds kBetweenQuestions{2};
+constexpr std::chrono::milliseconds kLongestWait{50};
+
+}  // namespace
+
+void Watch::attach(sqlite3* handle) {
+  sqlite3_progress_handler(handle, kStepsBetweenLooks, &Watch::onProgress, this);
+  sqlite3_busy_handler(handle, &Watch::onBusy, this);
+}
+
+bool Watch::mustStop(Clock::time_point now) {
+  if (stop_ != Stop::None) return true;
+  if (now >= deadline_) {
+    stop_ = Stop::TimeOut;
+  } else if (cancelled_ != nullptr && *cancelled_ && now >= nextQuestion_) {
+    nextQuestion_ = now + kBetweenQuestions;
+    try {
+      if ((*cancelled_)()) stop_ = Stop::Cancelled;
+    } catch (...) {
+      failure_ = std::current_exception();
+      stop_ = Stop::Cancelled;
+    }
+  }
+  return stop_ != Stop::None;
+}
+
+void Watch::rethrowStop(std::string_view statement) {
+  if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
+  if (stop_ == Stop::TimeOut) throw timeOutError(statement);
+  if (stop_ == Stop::Cancelled) throw cancelledError();
+}
+
+int Watch::onProgress(void* watch) { return static_cast<Watch*>(watch)->mustStop() ? 1 : 0; }
+
+int Watch::onBusy(void* watch, int attempts) {
+  Watch& self = *static_cast<Watch*>(watch);
+  const Clock::time_point now = Clock::now();
+  if (self.mustStop(now)) {
+    // What ran out is the patience with the other program: the failure stays SQLite's own.
+    if (self.stop_ == Stop::TimeOut) self.stop_ = Stop::None;
+    return 0;
+  }
+  const std::chrono::milliseconds wait = std::min(std::chrono::milliseconds(1 + attempts), kLongestWait);
+  std::this_thread::sleep_for(std::min<Clock::duration>(wait, self.deadline_ - now));
+  return 1;
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,114 @@
+#include "mainform/form/form_main.h"
+
+#include <exception>
+#include <initializer_list>
+
+#include "mainform/form_mode.h"
+
+namespace ledgertree::mainform {
+
+namespace {
+
+/// A form that isn't larger keeps its layout, and its baseline.
+constexpr ui::Twips kSmallest = 6000;
+
+void grow(ui::Control& control, int left, int top, int width, int height) {
+  ui::Bounds bounds = control.bounds();
+  bounds.left += left;
+  bounds.top += top;
+  bounds.width += width;
+  bounds.height += height;
+  control.setBounds(bounds);
+}
+
+}  // namespace
+
+FormMain::FormMain(shell::Shell& shell)
+    : MainScreen(shell),
+      shell_(shell),
+      proposal_(*this, shell),
+      rules_(*this, shell, proposal_),
+      record_(*this, shell, [this] { rules_.classRule(); }),
+      tree_(*this, shell),
+      commands_(*this, shell, record_, tree_),
+      saving_(*this, shell, record_, tree_),
+      deletion_(*this, shell, record_, tree_),
+      screens_(*this, shell, tree_) {
+  tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
+  tree_.onOtherClick = [this] { record_.goIdle(); };
+  Timer1.onTick = [this] { followRecord(*this); };
+}
+
+void FormMain::load() {
+  shell_.chooseKeyboardLayout();
+  nameViews();
+  sltParent.setPickerConnection(shell_.context.gConnectionString);
+  sltParent.setClosingFlag(false);
+  settings = data::readSystemParameters(*shell_.dtEn());
+  connectSelectors();
+  showEntityFields();
+  commands_.offerHidden(shell_.offersHiddenCommands);
+  setWantsMaximised(true);
+  baseline_ = size();
+  record_.goIdle();
+  tree_.refreshTree();
+}
+
+void FormMain::nameViews() {
+  const auto name = [](shell::Selector& selector, const char* major, const char* minor) {
+    selector.setMajorView(major);
+    selector.setMinorView(minor);
+  };
+  name(sltBranch, "vwAccountBranchMajor", "vwAccountBranchMinor");
+  name(sltGroup, "vwAccountGroup", "vwAccountGroupMinor");
+  name(sltEntityType, "vwAccountClass", "vwAccountClassMinor");
+  name(sltPosition, "vwPosition_Employee_Special3", "vwPositionMinor");
+}
+
+void FormMain::connectSelectors() {
+  sltEntity.setConnectionText(shell_.dtEn()->cnMainData.ConnectionString());
+  for (shell::Selector* selector : {&sltGroup, &sltEntityType, &sltBranch, &sltPosition})
+    selector->setConnectionText(shell_.context.gConnectionString);
+}
+
+/// With several entities an account, they are kept in dialogs of their own and leave the record.
+void FormMain::showEntityFields() {
+  const bool several = settings.MultiEntityMode;
+  cmdRelClasses.setVisible(several);
+  for (ui::Control* control :
+       std::initializer_list<ui::Control*>{&lblBranch, &lblPosition, &lblRelClass, &lblRelObject,
+                                           &sltPosition, &sltBranch, &sltEntityType, &sltEntity})
+    control->setVisible(!several);
+}
+
+/// The record keeps its width: all extra width goes to the tree, whose commands travel with its right edge.
+void FormMain::resized() {
+  if (size().width <= kSmallest || size().height <= kSmallest) return;
+  const int dW = size().width - baseline_.width;
+  const int dH = size().height - baseline_.height;
+  grow(treeAccount, 0, 0, dW, dH);
+  grow(progressBar, 0, 0, dW, 0);
+  grow(frameMain, 0, 0, 0, dH);
+  grow(FrameViewType, 0, 0, dW, 0);
+  grow(lblMessage, dW, dH, 0, 0);
+  grow(Frm7, 0, dH, 0, 0);
+  for (ui::Control* control : std::initializer_list<ui::Control*>{
+           &cmdRefreshAccountTree, &cmdCopyPeriod, &cmdDeletePeriod, &optPeriodAll, &optPeriodic})
+    grow(*control, dW, 0, 0, 0);
+  baseline_ = size();
+}
+
+void FormMain::unload() {
+  const auto ignoringFailures = [](const auto& step) {
+    try {
+      step();
+    } catch (const std::exception&) {
+      // The work is over: the next step ends what this one couldn't.
+    }
+  };
+  ignoringFailures([this] { shell_.dropDtEn(); });
+  ignoringFailures([this] { sltParent.setClosingFlag(true); });
+  ignoringFailures([this] { screens_.unload(); });
+}
+
+}  // namespace ledgertree::mainform

@@ -1,0 +1,53 @@
+#include "mainform/form/secondary_screens.h"
+
+#include "batch/account_batch.h"
+#include "batch/hand_over.h"
+#include "coding/recoding/auto_codding.h"
+#include "data/numbers.h"
+#include "entities/rel_classes.h"
+
+namespace ledgertree::mainform {
+
+using data::Permission;
+
+SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, AccountTree& tree)
+    : screen_(screen), shell_(shell), tree_(tree), periods_(shell) {
+  screen_.cmdPeriodBranch.onClick = [this] {
+    showPeriods(Permission::PeriodsOfAccount,
+                [this] { return periods_.ShowPeriodBranch(data::toNumber(screen_.txtID.text()).asInt32()); });
+  };
+  screen_.cmdCopyPeriod.onClick = [this] {
+    showPeriods(Permission::CopyPeriod, [this] { return periods_.showCopyPeriod(); });
+  };
+  screen_.cmdDeletePeriod.onClick = [this] {
+    showPeriods(Permission::HidePeriod, [this] { return periods_.showDeletePeriod(); });
+  };
+  screen_.cmdRelClasses.onClick = [this] {
+    if (!screen_.settings.MultiEntityMode) return;
+    entities::showRelClasses(shell_, data::toNumber(screen_.txtID.text()).asInt32());
+  };
+  screen_.mnuSameCoding.onClick = [this] { recode(); };
+  screen_.mnuAccountBatch.onClick = [this] { deleteInBatch(); };
+  screen_.mnuExcelCode.onClick = [this] { batch::exportChart(shell_, screen_.settings.BasePath); };
+  screen_.mnuFonc5.onClick = [this] { batch::editCostCenters(shell_, screen_.settings.BasePath); };
+}
+
+/// Whatever was done there, and even if nothing was, the tree shows what is stored.
+void SecondaryScreens::recode() {
+  if (!shell_.permits(Permission::RecodeAccounts)) return;
+  coding::showAutoCodding(shell_);
+  screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  tree_.refreshTree();
+}
+
+void SecondaryScreens::deleteInBatch() {
+  if (!shell_.permits(Permission::DeleteInBatch)) return;
+  if (batch::showNDelete(shell_)) tree_.refreshTree();
+}
+
+void SecondaryScreens::showPeriods(Permission permission, const std::function<bool()>& show) {
+  if (!shell_.permits(permission)) return;
+  if (show() && screen_.optPeriodic.value()) tree_.refreshTree();
+}
+
+}  // namespace ledgertree::mainform

@@ -1,0 +1,56 @@
+#include "shell/lookup/account_picker.h"
+
+#include <utility>
+
+namespace ledgertree::shell {
+
+AccountPicker::AccountPicker(ui::Form& form, Shell& shell, std::string name, ui::Bounds bounds,
+                             ui::Frame* frame)
+    : ui::LookupField(form, std::move(name), bounds, frame),
+      shell_(shell),
+      search_(shell, [this](std::vector<ui::LookupRow> rows, bool append, bool more, bool searching) {
+        showRows(std::move(rows), append, more, searching);
+      }) {
+  search_.setView("vwAccountMajor");
+  search_.setCodeFirst(true);
+}
+
+void AccountPicker::setPickerConnection(std::string text) {
+  shell_.pickerConnection = std::move(text);
+  readAgain();
+}
+
+void AccountPicker::setClosingFlag(bool closing) {
+  closing_ = closing;
+  if (closing) search_.close();
+}
+
+LookupSearch& AccountPicker::search() {
+  search_.setConnectionText(closing_ ? std::string() : shell_.pickerConnection);
+  return search_;
+}
+
+void AccountPicker::setAccountID(std::int32_t id) { hold(search().read(id)); }
+
+void AccountPicker::readAgain() {
+  if (search_.unread() && !IsEmpty() && !typing()) ReloadAccounts();
+}
+
+void AccountPicker::wishSearch(const std::string& text) { search().search(text); }
+
+void AccountPicker::wishMore() { search().more(); }
+
+void AccountPicker::wishStop() {
+  search_.stop();
+  search_.forgive();
+  if (search_.unread()) search_.later([this] { readAgain(); });
+}
+
+void AccountPicker::wishDetail() {
+  search_.later([this] {
+    const std::string parent = search().nameIn("vwAccountMinor", AccountID());
+    setDetail(parent.empty() ? AccountCode() : AccountCode() + " - " + parent);
+  });
+}
+
+}  // namespace ledgertree::shell

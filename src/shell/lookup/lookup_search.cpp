@@ -1,0 +1,206 @@
+#include "shell/lookup/lookup_search.h"
+
+#include <atomic>
+#include <chrono>
+#include <utility>
+
+#include "data/view_name.h"
+
+namespace ledgertree::shell {
+
+namespace {
+
+/// How long a slice keeps the user-interface thread: below one frame of the screen.
+constexpr std::chrono::milliseconds kSlice{8};
+
+}  // namespace
+
+std::string acceptedView(Shell& shell, std::string_view name) {
+  if (name.empty()) return {};
+  const auto plain = data::plainViewName(name);
+  if (!plain)
+    shell.showErrorNotice(kTitleError, "نام نماي اين فهرست پذيرفتني نيست؛ تعريف موجوديت را اصلاح کنيد.");
+  return std::string(plain.value_or(std::string_view()));
+}
+
+/// One search from its first slice to its end; a newer one takes its place.
+struct LookupSearch::Run {
+  LookupSearch* search = nullptr;
+  std::string text;
+  std::string continuation;
+  std::size_t found = 0;            ///< rows of the present page
+  bool begun = false;               ///< the first answer is behind it
+  bool shown = false;               ///< the list has rows of this search
+  bool waiting = false;             ///< an answer is under way
+  std::vector<std::int32_t> first;  ///< the rows of the typed code, which came ahead of their turn
+  /// Given up for a newer search; a thread asks it.
+  std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
+};
+
+LookupSearch::LookupSearch(Shell& shell, Show show) : shell_(shell), show_(std::move(show)) {}
+
+void LookupSearch::setConnectionText(std::string_view text) {
+  if (connectionText_ == text) return;
+  close();
+  connectionText_ = text;
+}
+
+void LookupSearch::setView(std::string view) {
+  stop();
+  view_ = std::move(view);
+  reader_.forget();
+}
+
+void LookupSearch::close() {
+  stop();
+  thread_.reset();
+  connection_.reset();
+}
+
+data::Connection& LookupSearch::connection() {
+  if (!connection_) connection_ = shell_.providers.open(connectionText_);
+  return *connection_;
+}
+
+ui::LookupRow LookupSearch::read(std::int32_t id) {
+  unread_ = false;
+  if (id == -1 || id == 0) return {};
+  if (ready()) {
+    try {
+      ui::LookupRow row = reader_.read(connection(), view_, id);
+      told_.clear();
+      return row;
+    } catch (const std::exception& failure) {
+      failed(failure);
+    }
+  }
+  unread_ = true;
+  return {.id = id, .text = {}, .code = {}};
+}
+
+std::string LookupSearch::nameIn(std::string_view view, std::int32_t id) {
+  if (connectionText_.empty() || view.empty()) return {};
+  try {
+    return LookupReader::nameOf(connection(), view, id);
+  } catch (const std::exception&) {
+    // It only explains the row held; whatever the person does next with the field tells of the failure.
+    connection_.reset();
+    return {};
+  }
+}
+
+void LookupSearch::search(std::string text) {
+  stop();
+  run_ = std::make_shared<Run>();
+  run_->search = this;
+  run_->text = std::move(text);
+  schedule();
+}
+
+void LookupSearch::more() {
+  if (!run_ || run_->waiting || run_->continuation.empty()) return;
+  run_->found = 0;
+  schedule();
+}
+
+void LookupSearch::stop() {
+  if (run_) *run_->givenUp = true;
+  run_.reset();
+}
+
+void LookupSearch::later(std::function<void()> procedure) {
+  shell_.desktop().whenIdle([life = std::weak_ptr<bool>(life_), procedure = std::move(procedure)] {
+    if (!life.expired()) procedure();
+  });
+}
+
+void LookupSearch::schedule() {
+  run_->waiting = true;
+  shell_.desktop().whenIdle([waiting = std::weak_ptr<Run>(run_)] {
+    // The search may be destroyed in the middle of the slice, by what the person does with its rows.
+    const auto run = waiting.lock();
+    if (run) run->search->advance(run);
+  });
+}
+
+LookupQuestion LookupSearch::question(const Run& run) const {
+  return {.view = view_,
+          .codeFirst = codeFirst_ && !run.begun,
+          .text = run.text,
+          .continuation = run.continuation,
+          .first = run.first,
+          .limit = kPageRows - run.found,
+          .slice = kSlice,
+          .cancelled = {}};
+}
+
+void LookupSearch::advance(const std::shared_ptr<Run>& run) {
+  run->waiting = false;
+  LookupAnswer answer;
+  try {
+    if (ready() && connection().answersLate()) return ask(run);
+    if (ready()) answer = reader_.answer(connection(), question(*run));
+  } catch (const std::exception& failure) {
+    return fail(failure);
+  }
+  take(*run, std::move(answer));
+}
+
+void LookupSearch::ask(const std::shared_ptr<Run>& run) {
+  run->waiting = true;
+  if (!thread_) thread_.emplace(shell_.background, [this] { return shell_.providers.open(connectionText_); });
+  LookupQuestion asked = question(*run);
+  asked.slice = {};
+  asked.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
+  thread_->ask(std::move(asked), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run)](
+                                     LookupAnswer answer, const std::exception_ptr& failure) {
+    auto kept = std::make_shared<LookupAnswer>(std::move(answer));
+    desktop.whenIdle([asking, kept, failure] {
+      const auto asker = asking.lock();
+      if (asker) asker->search->answered(*asker, std::move(*kept), failure);
+    });
+  });
+}
+
+void LookupSearch::answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure) {
+  run.waiting = false;
+  try {
+    if (failure) std::rethrow_exception(failure);
+  } catch (const std::exception& told) {
+    return fail(told);
+  }
+  take(run, std::move(answer));
+}
+
+void LookupSearch::take(Run& run, LookupAnswer answer) {
+  told_.clear();
+  run.begun = true;
+  run.continuation = std::move(answer.continuation);
+  run.first = std::move(answer.first);
+  run.found += answer.found;
+  const bool more = !run.continuation.empty();
+  const bool searching = more && run.found < kPageRows;
+  const bool append = std::exchange(run.shown, true);
+  if (searching) schedule();
+  // What the person does with the rows may destroy this search: nothing of it is touched behind the call.
+  const Show show = show_;
+  show(std::move(answer.hits), append, more, searching);
+}
+
+void LookupSearch::fail(const std::exception& failure) {
+  // So may a form behind a notice.
+  const std::weak_ptr<bool> life = life_;
+  const Show show = show_;
+  stop();
+  show({}, false, false, false);
+  if (!life.expired()) failed(failure);
+}
+
+void LookupSearch::failed(const std::exception& failure) {
+  connection_.reset();
+  if (told_ == failure.what()) return;
+  told_ = failure.what();
+  shell_.reportFailure(failure);
+}
+
+}  // namespace ledgertree::shell

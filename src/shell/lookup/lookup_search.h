@@ -1,0 +1,105 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/connection.h"
+#include "shell/lookup/lookup_reader.h"
+#include "shell/lookup/lookup_thread.h"
+#include "shell/shell.h"
+#include "ui/lookup_field.h"
+
+namespace ledgertree::shell {
+
+/// The name of a view as a statement may hold it (see data::plainViewName); empty, with a notice, where it
+/// says more than a name. Names of views come from rows that anybody may have written.
+[[nodiscard]] std::string acceptedView(Shell& shell, std::string_view name);
+
+/// Finds the rows of a view for a selector or an account picker, over a connection of its own that opens at
+/// its first use.
+///
+/// A search runs in slices of a few milliseconds whenever the desktop is idle, and a newer one takes its
+/// place, so that typing never waits. An engine that answers late is searched from a thread, over a
+/// connection of the thread's own. Whoever asks only sees that rows arrive later, in both cases on the
+/// user-interface thread.
+///
+/// Nothing here throws for the database's sake. A failure becomes one notice, the connection is dropped, and
+/// the next use makes another; the same failure isn't told again before something worked or `forgive`.
+class LookupSearch {
+ public:
+  /// Rows of the list: all of them, or, with `append`, those behind the ones shown. `more`: there are rows
+  /// behind these. `searching`: more will come without being asked for. Whoever is called may destroy the
+  /// search.
+  using Show = std::function<void(std::vector<ui::LookupRow> rows, bool append, bool more, bool searching)>;
+
+  /// The rows that a list shows before it is scrolled, and those that each scroll adds.
+  static constexpr std::size_t kPageRows = 100;
+
+  LookupSearch(Shell& shell, Show show);
+  LookupSearch(const LookupSearch&) = delete;
+  LookupSearch& operator=(const LookupSearch&) = delete;
+  ~LookupSearch() { stop(); }
+
+  /// Another text closes the connection.
+  void setConnectionText(std::string_view text);
+  /// Rows come from this view, ordered by Code where it has one, else by Name.
+  void setView(std::string view);
+  /// The view has an index on its Code: the rows whose code begins with the typed digits, or is the typed
+  /// text, come first.
+  void setCodeFirst(bool codeFirst) { codeFirst_ = codeFirst; }
+  /// Closes the connection and ends the search.
+  void close();
+
+  /// The row of an ID, by its key, at once; id -1 where there is none. Where it can't be read now, the answer
+  /// holds the ID alone, so that a save of the form writes what was there, and `unread()` is true.
+  [[nodiscard]] ui::LookupRow read(std::int32_t id);
+  [[nodiscard]] bool unread() const { return unread_; }
+  /// The Name that another view has for an ID. Empty where there is none; its failures aren't told.
+  [[nodiscard]] std::string nameIn(std::string_view view, std::int32_t id);
+
+  /// Shows the rows that hold a text in their Name or Code; a blank one offers all.
+  void search(std::string text);
+  /// Shows the next rows of the search.
+  void more();
+  void stop();
+  /// The person left the field: a failure is told again.
+  void forgive() { told_.clear(); }
+  /// Runs a procedure when the desktop is idle, unless the search is gone by then.
+  void later(std::function<void()> procedure);
+
+ private:
+  struct Run;
+
+  [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
+  [[nodiscard]] data::Connection& connection();
+  void schedule();
+  [[nodiscard]] LookupQuestion question(const Run& run) const;
+  void advance(const std::shared_ptr<Run>& run);
+  void ask(const std::shared_ptr<Run>& run);
+  void answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
+  void take(Run& run, LookupAnswer answer);
+  void fail(const std::exception& failure);
+  void failed(const std::exception& failure);
+
+  Shell& shell_;
+  Show show_;
+  std::string connectionText_;
+  std::string view_;
+  bool codeFirst_ = false;
+  LookupReader reader_;
+  std::unique_ptr<data::Connection> connection_;
+  std::optional<LookupThread> thread_;
+  bool unread_ = false;
+  std::string told_;
+  std::shared_ptr<Run> run_;
+  std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
+};
+
+}  // namespace ledgertree::shell

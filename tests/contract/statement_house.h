@@ -1,0 +1,193 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "db/schema.h"
+#include "engines/sqlite/embedded_connection.h"
+#include "shell/control/control_house.h"
+#include "text/fold.h"
+
+namespace ledgertree::testing {
+
+struct ByHand {
+  /// "#" in it is the last number in the statement that was sent.
+  std::string statement;
+  /// The tables, by their names in the statement that was sent, of which every row is looked at: because the
+  /// rows are what is asked for, or because the table doesn't grow with the chart.
+  std::set<std::string> scans = {};
+};
+
+/// All that the screens write.
+inline constexpr const char* kTables[] = {
+    "select ID, ParentID, Code, Title, NoLevel, GroupID, BranchID, PositionID, Notes, AccountNatureID, "
+    "IsPermanent, "
+    "IsClosed, MaxDebit, MaxCredit from tblAccount",
+    "select * from tblAccountParent",
+    "select * from tblAccountPeriodAccount",
+    "select * from tblAccountRelatedObjects",
+    "select * from tblAccountRelatedClasses",
+    "select * from tblAccountRelatedClassesDetail",
+};
+
+/// The rows of a text, one a line; as a server tells them apart, whose code page has fewer letters.
+inline std::vector<std::string> lines(const std::string& text, bool sorted) {
+  std::vector<std::string> found;
+  for (std::size_t place = 0; place < text.size();) {
+    const std::size_t end = std::min(text.find('\n', place), text.size());
+    const std::string line = text.substr(place, end - place);
+    found.push_back(onServer() ? text::fold(line) : line);
+    place = end + 1;
+  }
+  if (sorted) std::sort(found.begin(), found.end());
+  return found;
+}
+
+/// The columns that SQLite has for a statement, of the rows of the engine; a server's table may have more.
+inline data::Rows columnsOf(const data::Rows& byHand, const data::Rows& rows) {
+  data::Rows picked;
+  for (const std::string& name : byHand.columns()) picked.addColumn(name);
+  for (std::size_t row = 0; row < rows.count(); ++row) {
+    for (const std::string& name : picked.columns())
+      picked.addValue(rows.value(row, rows.column(name).value()));
+  }
+  return picked;
+}
+
+/// A statement without its numbers, but for the -1 that stands for none or all.
+inline std::string kindOf(const std::string& statement) {
+  std::string kind;
+  for (const char sign : statement) {
+    if (sign < '0' || sign > '9' || kind.ends_with('-')) {
+      kind += sign;
+    } else if (!kind.ends_with('#')) {
+      kind += '#';
+    }
+  }
+  return kind;
+}
+
+inline std::string withNumberOf(const std::string& sent, std::string byHand) {
+  const std::size_t end = sent.find_last_of("0123456789") + 1;
+  const std::size_t begin = sent.find_last_not_of("0123456789", end - 1) + 1;
+  const std::size_t place = byHand.find('#');
+  return place == std::string::npos ? byHand : byHand.replace(place, 1, sent.substr(begin, end - begin));
+}
+
+/// A person at all the screens on the demo chart, whose engine's answers are written down; and the same chart
+/// in a model, which SQLite reads and changes by hand.
+class StatementHouse : public ControlHouse {
+ protected:
+  StatementHouse() {
+    db::openSchema(model);
+    db::createDemoChart(model);
+    database.fillWithDemoChart();
+    if (!onServer()) embedded.emplace(database.file().string());
+    shell.offersHiddenCommands = true;
+    faults.onAnswer = [this](const std::string& statement, const auto& rows) {
+      // What asks for a right, for a period or for the columns of a view alone stands elsewhere.
+      const bool elsewhere = statement.starts_with("spTarvo") || statement.starts_with("spAccountGet") ||
+                             statement.ends_with(" Where ID=-1");
+      if (!recording || elsewhere) return;
+      if ((rows ? asked : written).insert(kindOf(statement)).second) answers.push_back({statement, rows});
+    };
+  }
+
+  /// What a person does; by hand, in the order in which they are sent, the questions that nobody asked before
+  /// and the first writing statement of each kind, with all that it and those like it change.
+  void expect(const std::function<void()>& person, const std::vector<ByHand>& byHand) {
+    ASSERT_FALSE(recording);
+    answers.clear();
+    written.clear();
+    recording = true;
+    person();
+    recording = false;
+    std::string sent;
+    for (const Answer& answer : answers) sent += answer.statement + "\n";
+    ASSERT_EQ(answers.size(), byHand.size()) << sent;
+    for (std::size_t i = 0; i < byHand.size(); ++i) compare(answers[i], byHand[i]);
+    for (const char* table : kTables)
+      EXPECT_EQ(lines(database.rows(table), true), lines(allRows(model, table), true)) << table << " behind\n"
+                                                                                       << sent;
+  }
+  /// What is asked there, it tells of elsewhere.
+  void learn(const std::function<void()>& person) {
+    recording = true;
+    person();
+    recording = false;
+  }
+  /// Opens a screen, in which the person works.
+  template <typename Screen, typename Button>
+  void in(const char* name, Button& button, const std::function<void(Screen&)>& person) {
+    desktop.inModal(name, [&, person](ui::Form& screen) {
+      desktop.tick();
+      person(dynamic_cast<Screen&>(screen));
+    });
+    button.click();
+  }
+
+  void both(const std::string& statements) {
+    database.execute(statements);
+    model.exec(statements);
+  }
+  template <typename Lookup>
+  void pick(Lookup& field, std::int32_t id, const std::string& typed = "") {
+    if (id == -1) return static_cast<void>(field.press(ui::Key::Delete));
+    field.openList();
+    if (!typed.empty()) field.type(typed);
+    desktop.settle();
+    const auto& rows = field.rows();
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& one) { return one.id == id; });
+    ASSERT_NE(row, rows.end()) << "no row " << id << " in " << field.name();
+    field.pick(static_cast<int>(row - rows.begin()));
+  }
+  void edit(std::int32_t account) {
+    form().View(account);
+    form().cmdEdit.click();
+  }
+
+  SQLite::Database model{":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE};
+
+ private:
+  struct Answer {
+    std::string statement;
+    std::optional<data::Rows> rows;
+  };
+
+  void compare(const Answer& answer, const ByHand& byHand) {
+    SCOPED_TRACE(answer.statement);
+    expectPlan(answer.statement, byHand.scans);
+    const std::string statement = withNumberOf(answer.statement, byHand.statement);
+    if (!answer.rows) {
+      EXPECT_FALSE(statement.starts_with("select"));
+      return static_cast<void>(model.exec(statement));
+    }
+    const data::Rows expected = readRows(model, statement);
+    EXPECT_TRUE(onServer() || answer.rows->columns().size() == expected.columns().size());
+    // Names sort by the rules of the database's collation.
+    const bool ordered = statement.find(onServer() ? "order by Code" : "order by") != std::string::npos;
+    EXPECT_EQ(lines(allRows(columnsOf(expected, *answer.rows)), !ordered),
+              lines(allRows(expected), !ordered));
+  }
+  /// No table is scanned but those named.
+  void expectPlan(const std::string& statement, const std::set<std::string>& scans) {
+    if (!embedded || statement.starts_with("sp")) return;
+    for (const std::string& step : embedded->queryPlan(statement)) {
+      if (!step.starts_with("SCAN ")) continue;
+      const std::string table = step.substr(5, step.find(' ', 5) - 5);
+      EXPECT_TRUE(table == "CONSTANT" || scans.contains(table)) << step;
+    }
+  }
+
+  std::optional<engines::sqlite::EmbeddedConnection> embedded;
+  std::set<std::string> asked;
+  std::set<std::string> written;
+  std::vector<Answer> answers;
+  bool recording = false;
+};
+
+}  // namespace ledgertree::testing

@@ -1,1 +1,0 @@
-set(LINK ledgertree_control ledgertree_test_support)

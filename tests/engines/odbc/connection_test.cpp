@@ -1,0 +1,162 @@
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include "data/data_error.h"
+#include "engines/odbc/odbc_connection.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+using Reason = data::DataError::Reason;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+data::DataError failureOf(const std::function<void()>& act) {
+  try {
+    act();
+  } catch (const data::DataError& failure) {
+    return failure;
+  }
+  return {Reason::Misuse, -1, "nothing failed"};
+}
+
+/// The layer on a driver that needs no server: its database is a file. It has no Unicode calls, so that its
+/// texts are ASCII; what becomes of letters shows on a server.
+class OdbcConnectionTest : public testing::Test {
+ protected:
+  OdbcConnectionTest() { std::filesystem::remove(path_); }
+  ~OdbcConnectionTest() override { std::filesystem::remove(path_); }
+
+  std::string path_ = testing::TempDir() + "odbc_" + std::to_string(getpid()) + ".db";
+  data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_)};
+  OdbcConnection connection_{text_};
+};
+
+TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
+  EXPECT_EQ(
+      connection_.run("create table t(ID integer, Big bigint, Name varchar(50), Notes text, Share double, "
+                      "Amount decimal(19,4), Day datetime)"),
+      std::nullopt);
+  std::string notes;
+  for (int count = 0; count < 5000; ++count) notes += "abc ";
+  EXPECT_EQ(
+      connection_.run(
+          "insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), '00', 'abc '), "
+          "0.125, 1500.5, '2016-02-29 13:14:15')"),
+      std::nullopt);
+  connection_.run("insert into t(ID, Name) values(8, '')");
+
+  const auto rows = connection_.run("select * from t order by ID");
+  ASSERT_TRUE(rows && rows->count() == 2);
+  EXPECT_EQ(rows->columns().at(2), "Name");
+  EXPECT_EQ(rows->value(0, 0), data::Value(7));
+  EXPECT_EQ(rows->value(0, 1), data::Value(std::int64_t{9000000000000000000}));
+  EXPECT_EQ(rows->value(0, 2), data::Value("one"));
+  EXPECT_EQ(rows->text(0, 3), notes);
+  EXPECT_EQ(rows->value(0, 4), data::Value(0.125));
+  EXPECT_EQ(rows->value(0, 5).toMoney(), *data::Money::parse("1500.5"));
+  EXPECT_EQ(rows->value(0, 6), data::Value(data::DateTime{2016, 2, 29, 13, 14, 15}));
+  EXPECT_EQ(rows->value(1, 2), data::Value(""));
+  for (const std::size_t column : {1U, 3U, 4U, 5U, 6U}) EXPECT_TRUE(rows->isNull(1, column)) << column;
+  EXPECT_EQ(connection_.run("select * from t where ID = 0")->count(), 0U);
+}
+
+TEST_F(OdbcConnectionTest, WalksWhileOtherStatementsRun) {
+  connection_.run("create table t(ID integer)");
+  for (int id = 1; id <= 5; ++id) connection_.run("insert into t values(" + std::to_string(id) + ")");
+  std::string seen;
+  connection_.walk("select ID from t order by ID", [&](const data::Rows& row) {
+    seen += row.value(0, 0).toText();
+    connection_.run("update t set ID = ID + 10 where ID = " + row.value(0, 0).toText());
+    connection_.walk("select count(*) from t where ID > 10", [&](const data::Rows& inner) {
+      seen += "(" + inner.value(0, 0).toText() + ")";
+      return false;
+    });
+    return row.value(0, 0) != data::Value(4);
+  });
+  EXPECT_EQ(seen, "1(1)2(2)3(3)4(4)");
+  EXPECT_EQ(connection_.run("select max(ID) from t")->value(0, 0).toText(), "14");
+}
+
+TEST_F(OdbcConnectionTest, TellsFailuresAndGoesOn) {
+  connection_.run("create table t(ID integer primary key)");
+  const data::DataError unknown = failureOf([&] { connection_.run("select Nothing from t"); });
+  EXPECT_EQ(unknown.reason(), Reason::Statement);
+  EXPECT_NE(std::string(unknown.what()).find("Nothing"), std::string::npos);
+  EXPECT_EQ(unknown.statement(), "select Nothing from t");
+  EXPECT_EQ(failureOf([&] { connection_.run(std::string("select 1\0", 9)); }).reason(), Reason::Misuse);
+  EXPECT_EQ(failureOf([&] { connection_.run("select '\xD9'"); }).reason(), Reason::Misuse);
+
+  const auto begun = steady_clock::now();
+  OdbcConnection hasty(text_, milliseconds(1000));
+  const data::DataError late = failureOf([&] {
+    hasty.run("with recursive n(i) as (select 1 union all select i + 1 from n) select count(*) from n");
+  });
+  EXPECT_EQ(late.reason(), Reason::TimeOut);
+  EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(60));
+  EXPECT_EQ(hasty.run("select count(*) from t")->value(0, 0).toText(), "0");
+}
+
+/// A server that takes connections, and says nothing or hangs up.
+class Listener {
+ public:
+  explicit Listener(bool hangsUp) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
+    listen(socket_, 4);
+    getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
+    port_ = ntohs(address.sin_port);
+    if (hangsUp) {
+      thread_ = std::thread([this] {
+        for (int taken = accept(socket_, nullptr, nullptr); taken >= 0;
+             taken = accept(socket_, nullptr, nullptr))
+          close(taken);
+      });
+    }
+  }
+  ~Listener() {
+    shutdown(socket_, SHUT_RDWR);
+    if (thread_.joinable()) thread_.join();
+    close(socket_);
+  }
+  [[nodiscard]] std::string text() const {
+    return "Data Source=127.0.0.1," + std::to_string(port_) +
+           ";Initial Catalog=books;User ID=sa;Password=\"very;hid}den\";Connect Timeout=1;ODBC "
+           "Driver=FreeTDS";
+  }
+
+ private:
+  int socket_;
+  int port_ = 0;
+  std::thread thread_;
+};
+
+TEST(OdbcConnecting, FailsInTimeAndNeverShowsThePassword) {
+  const Listener deaf(false);
+  const Listener hostile(true);
+  for (const std::string& text :
+       {deaf.text(), hostile.text(), deaf.text() + ";Password=p",
+        std::string("ODBC Driver=/nowhere/libodbc-none.so;Database=x;UID=sa;PWD=\"very;hid}den\"")}) {
+    OdbcConnection connection{data::ConnectionText(text)};
+    for (int attempt = 0; attempt < 2; ++attempt) {
+      const auto begun = steady_clock::now();
+      const data::DataError failure = failureOf([&] { connection.run("select 1"); });
+      EXPECT_EQ(failure.reason(), Reason::Connection) << failure.what();
+      EXPECT_EQ(std::string(failure.what()).find("hid"), std::string::npos) << failure.what();
+      EXPECT_EQ(std::string(failure.what()).find('*'), std::string::npos) << failure.what();
+      EXPECT_LT(steady_clock::now() - begun, std::chrono::seconds(60)) << text;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ledgertree::engines::odbc

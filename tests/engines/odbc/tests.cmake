@@ -1,0 +1,1 @@
+set(LINK ledgertree_engines_odbc ledgertree_test_support)

@@ -1,0 +1,232 @@
+// A connection and its file: what a person meets when the file, the disk or another program isn't as it
+// should be.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "data/catalogue.h"
+#include "data/data_error.h"
+#include "db/schema.h"
+#include "engines/sqlite/embedded_connection.h"
+#include "support/small_disk.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+using Reason = data::DataError::Reason;
+using std::chrono::milliseconds;
+
+const std::string kCount = "Select count(*) as cnt from tblAccount";
+
+/// The failure of some work, which has to fail.
+data::DataError failureOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const data::DataError& error) {
+    return error;
+  }
+  ADD_FAILURE() << "nothing failed";
+  return {Reason::Misuse, 0, ""};
+}
+
+std::int64_t number(EmbeddedConnection& connection, const std::string& statement) {
+  return connection.run(statement)->value(0, 0).toInt64();
+}
+
+std::string renamed(int id, const std::string& title) {
+  return "Update tblAccount Set Title = '" + title + "' Where ID=" + std::to_string(id);
+}
+
+class FileFaults : public ::testing::Test {
+ protected:
+  data::DataError failureOfOpening(const std::filesystem::path& path) {
+    EmbeddedConnection connection(path.string(), {milliseconds(5000), milliseconds(5000)});
+    data::DataError failure = failureOf([&] { connection.run(kCount); });
+    EXPECT_NE(std::string(failure.what()).find(path.string()), std::string::npos) << failure.what();
+    return failure;
+  }
+
+  testing::TemporaryFolder folder;
+};
+
+TEST_F(FileFaults, AFileThatIsntThereIsMadeAndAnythingElseIsToldApart) {
+  const std::filesystem::path& root = folder.path();
+  EmbeddedConnection fresh((root / "حساب‌ها.db").string());
+  EXPECT_EQ(number(fresh, kCount), 0);
+  EXPECT_TRUE(std::filesystem::exists(root / "حساب‌ها.db"));
+
+  EXPECT_EQ(failureOfOpening(root / "none" / "books.db").reason(), Reason::Connection);
+  EXPECT_FALSE(std::filesystem::exists(root / "none"));
+  EXPECT_EQ(failureOfOpening(root).reason(), Reason::Connection);
+
+  std::ofstream(root / "letter.db") << std::string(5000, 'x');
+  EXPECT_EQ(failureOfOpening(root / "letter.db").reason(), Reason::Connection);
+  EXPECT_EQ(std::filesystem::file_size(root / "letter.db"), 5000U);
+
+  SQLite::Database other((root / "other.db").string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
+  other.exec("create table Letters (Text)");
+  EXPECT_EQ(failureOfOpening(root / "other.db").reason(), Reason::Connection);
+  EXPECT_EQ(other.execAndGet("pragma journal_mode").getString(), "delete");
+
+  testing::TemporaryDatabase later;
+  later.execute("pragma user_version = 99");
+  EXPECT_EQ(failureOfOpening(later.file()).reason(), Reason::Connection);
+}
+
+TEST_F(FileFaults, AReadOnlyFileIsToldAtOnce) {
+  testing::TemporaryDatabase database;
+  using std::filesystem::perms;
+  std::filesystem::permissions(database.file(), perms::owner_read | perms::group_read | perms::others_read);
+  // The administrator may write everything.
+  const bool administrator = geteuid() == 0;
+  ASSERT_EQ(administrator ? seteuid(65534) : 0, 0);
+  const data::DataError failure = failureOfOpening(database.file());
+  ASSERT_EQ(administrator ? seteuid(0) : 0, 0);
+  EXPECT_EQ(failure.reason(), Reason::Storage) << failure.what();
+}
+
+TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeAnew) {
+  const std::filesystem::path file = folder.path() / "books.db";
+  const auto vanish = [&file] {
+    for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file.string() + end);
+  };
+  EmbeddedConnection connection(file.string());
+  connection.run("Insert into tblAccount (Code, Title) values ('1', 'a')");
+  vanish();
+  EXPECT_EQ(failureOf([&] { connection.run(renamed(1, "b")); }).reason(), Reason::Connection);
+  EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
+  EXPECT_FALSE(std::filesystem::exists(file));
+
+  // Another database comes into its place, and is the one that is read from then on.
+  {
+    EmbeddedConnection second(file.string());
+    EXPECT_EQ(number(second, kCount), 0);
+  }
+  EXPECT_EQ(number(connection, kCount), 0);
+  const std::filesystem::path replacement = folder.path() / "replacement.db";
+  {
+    EmbeddedConnection third(replacement.string());
+    third.run("Insert into tblAccount (Code, Title) values ('1', 'c'), ('2', 'd')");
+  }
+  std::filesystem::rename(replacement, file);
+  std::this_thread::sleep_for(milliseconds(150));
+  EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
+  EXPECT_EQ(number(connection, kCount), 2);
+}
+
+TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
+  testing::SmallDisk disk(folder.path());
+  EmbeddedConnection connection((folder.path() / "books.db").string());
+  const std::string account =
+      "Insert into tblAccount (Code, Title, Notes) values ('1', 'a', '" + std::string(250, 'n') + "')";
+  std::int64_t written = 0;
+  const data::DataError failure = failureOf([&] {
+    for (; written < 20000; ++written) connection.run(account);
+  });
+  EXPECT_EQ(failure.reason(), Reason::Storage) << failure.what();
+  EXPECT_EQ(failure.statement(), account);
+  EXPECT_EQ(number(connection, kCount), written);
+  disk.grow();
+  connection.run(account);
+  EXPECT_EQ(number(connection, kCount), written + 1);
+}
+
+class Commands : public ::testing::Test {
+ protected:
+  Commands() { db::createDemoChart(database.other()); }
+
+  testing::TemporaryDatabase database;
+  EmbeddedConnection connection{database.file().string()};
+  /// For what has to fail for its time: work that succeeds may take what the machine needs.
+  EmbeddedConnection hasty{database.file().string(), {milliseconds(2000), milliseconds(600)}};
+};
+
+TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
+  const std::string many = " from tblAccount a, tblAccount b, tblAccount c, tblAccount d";
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(failureOf([&] { hasty.run("Select count(*) as cnt" + many); }).reason(), Reason::TimeOut);
+  const data::DataError failure =
+      failureOf([&] { hasty.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
+  EXPECT_EQ(failure.reason(), Reason::TimeOut);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
+  EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
+  // The time that somebody takes to look at the rows isn't the statement's.
+  int rows = 0;
+  hasty.walk("Select top 5 * From tblAccount", [&rows](const data::Rows&) {
+    std::this_thread::sleep_for(milliseconds(150));
+    return ++rows < 100;
+  });
+  EXPECT_EQ(rows, 5);
+}
+
+TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
+  EXPECT_EQ(number(connection, kCount), 355);
+  database.execute("begin immediate");
+  const data::DataError failure = failureOf([&] { hasty.run(renamed(7, "x")); });
+  EXPECT_EQ(failure.reason(), Reason::Busy) << failure.what();
+  EXPECT_EQ(failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
+            Reason::Busy);
+  EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
+  std::thread release([this] {
+    std::this_thread::sleep_for(milliseconds(60));
+    database.execute("rollback");
+  });
+  connection.run(renamed(7, "x"));
+  release.join();
+  EXPECT_EQ(database.text("select Title from tblAccount where ID = 7"), "x");
+}
+
+TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
+  const std::string file = (folder.path() / "books.db").string();
+  std::atomic<int> failures{0};
+  std::vector<std::thread> programs;
+  programs.reserve(4);
+  for (int program = 0; program < 4; ++program) {
+    programs.emplace_back([&file, &failures, program] {
+      try {
+        EmbeddedConnection connection(file);
+        for (int round = 0; round < 50; ++round) {
+          const std::string code = std::to_string(program) + "-" + std::to_string(round);
+          connection.run("Insert into tblAccount (Code, Title) values ('" + code + "', 'a')");
+          connection.run("Update tblAccount Set Title='b' Where Code='" + code + "'");
+          connection.run(kCount);
+        }
+      } catch (const std::exception& error) {
+        ADD_FAILURE() << error.what();
+        ++failures;
+      }
+    });
+  }
+  for (std::thread& program : programs) program.join();
+  EmbeddedConnection connection(file);
+  EXPECT_EQ(number(connection, kCount + " where Title='b'"), 200);
+}
+
+TEST_F(Commands, RowsHaveTheTypesOfTheirColumnsAndFollowTheSchema) {
+  database.execute(
+      "update tblAccount set MaxDebit = 15005000, CreateDate = '2024-03-20 08:30:00' where ID = 7");
+  const std::string one = "Select * From vwAccount where ID=7";
+  data::Rows rows = *connection.run(one);
+  EXPECT_EQ(rows.value(0, *rows.column("MAXDEBIT")), data::Value(data::Money::fromTenThousandths(15005000)));
+  EXPECT_EQ(rows.value(0, *rows.column("CreateDate")),
+            data::Value(data::DateTime{.year = 2024, .month = 3, .day = 20, .hour = 8, .minute = 30}));
+  EXPECT_TRUE(rows.isNull(0, *rows.column("MaxCredit")));
+  EXPECT_EQ(rows.value(0, *rows.column("ID")), data::Value(7));
+  database.execute("alter table tblAccountGroup add column Colour");
+  EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
+  database.execute("alter table tblAccountGroup drop column Colour");
+  EXPECT_FALSE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
+}
+
+}  // namespace
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,243 @@
+// What the dialect means and what it refuses, seen through a connection to a real chart.
+
+#include "engines/sqlite/dialect.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "data/data_error.h"
+#include "db/schema.h"
+#include "engines/sqlite/embedded_connection.h"
+#include "support/temporary_database.h"
+
+namespace ledgertree::engines::sqlite {
+namespace {
+
+class Dialect : public ::testing::Test {
+ protected:
+  Dialect() { db::createDemoChart(database.other()); }
+
+  std::vector<std::int64_t> ids(const std::string& statement) {
+    const std::optional<data::Rows> rows = connection.run(statement);
+    std::vector<std::int64_t> found;
+    for (std::size_t row = 0; row < rows->count(); ++row) found.push_back(rows->value(row, 0).toInt64());
+    return found;
+  }
+  data::Value first(const std::string& statement) { return connection.run(statement)->value(0, 0); }
+
+  /// The message with which a statement is refused; it has to be a refusal.
+  std::string refusal(const std::string& statement) {
+    try {
+      connection.run(statement);
+    } catch (const data::DataError& error) {
+      EXPECT_EQ(error.reason(), data::DataError::Reason::Statement) << error.what();
+      return error.what();
+    }
+    ADD_FAILURE() << "accepted: " << statement.substr(0, 200);
+    return {};
+  }
+
+  testing::TemporaryDatabase database;
+  EmbeddedConnection connection{database.file().string()};
+};
+
+TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
+  database.execute(
+      "update tblAccount set Code = 'aB-7  ', Title = 'D''Arc', NoLevel = NoLevel where ID = 13");
+  const std::string select = "SELECT id FROM TBLACCOUNT WHERE ";
+  const std::vector<std::int64_t> one = {13};
+  EXPECT_EQ(ids(select + "code = 'Ab-7'"), one);
+  EXPECT_EQ(ids(select + "'AB-7   ' = Code and Title=N'd''arc'"), one);
+  EXPECT_EQ(ids(select + "[Code] in ('x', 'AB-7') and not ID in (12)"), one);
+  EXPECT_EQ(ids(select + "Code between 'AB-7' and 'ab-7'"), one);
+  EXPECT_EQ(ids(select + "'ab-8' > Code and 'AB-6' < Code and Code <> 'a' and Code != 'b' and Code <= 'AB-7' "
+                         "and Code >= 'ab-7 '"),
+            one);
+  EXPECT_EQ(ids(select + "left(Code, 2) + right(Title, 3) = 'ABARC'"), one);
+  EXPECT_EQ(ids(select + "ID + 2 = 15 and ID * 2 - 1 = 25 and ID % 7 = 6 and - ID = -13"), one);
+  EXPECT_EQ(first("select Code + '|' + Title as x from tblAccount where ID=13").toText(), "aB-7  |D'Arc");
+  EXPECT_EQ(first("select isnull(null, Code) from tblAccount where ID=13").toText(), "aB-7  ");
+  EXPECT_TRUE(first("select Notes + 'x' from tblAccount where ID=13").isNull());
+  // Left and right count characters.
+  database.execute("update tblAccount set Title = 'صندوق' where ID = 13");
+  EXPECT_EQ(first("select left(Title,3)+right(Title,0) from tblAccount where ID=13").toText(), "صند");
+  EXPECT_EQ(first("select right(Title,30) from tblAccount where ID=13").toText(), "صندوق");
+}
+
+TEST_F(Dialect, OneShapeServesAllLiterals) {
+  const std::string kept = "O'Brien ]\"; drop table tblAccount -- \\";
+  for (int round = 0; round < 3; ++round) {
+    for (const int id : {7, 13, -1, 2147483647}) {
+      const std::string text = kept + std::to_string(id);
+      std::string literal = text;
+      literal.insert(1, "'");
+      connection.run("Update tblAccount Set Title = '" + literal +
+                     "', Notes='' Where ID=" + std::to_string(id));
+      const std::string expected = id == 7 || id == 13 ? text : "";
+      EXPECT_EQ(database.rows("select Title from tblAccount where ID = " + std::to_string(id)), expected);
+      // Which part of the condition there is depends on the literals.
+      const auto found = ids("select ID from tblAccount where (ID=" + std::to_string(id) +
+                             " or -1=" + std::to_string(id) + ") and 1.5 < 2");
+      EXPECT_EQ(found.size(), id == -1 ? 355U : id < 100 ? 1U : 0U);
+      EXPECT_EQ(ids("select top " + std::to_string(round) + " ID from tblAccount").size(),
+                static_cast<std::size_t>(round));
+      const std::string decimal = std::to_string(round) + ".5";
+      EXPECT_EQ(first("select isnull(null, " + decimal + ")").toText(), decimal);
+    }
+  }
+}
+
+/// A condition on an account in both dialects, made at random from the parts that the translation treats
+/// specially.
+class RandomCondition {
+ public:
+  explicit RandomCondition(unsigned seed) : random_(seed) {}
+
+  struct Both {
+    std::string dialect;
+    std::string sqlite;
+  };
+
+  Both condition(int depth) {
+    switch (pick(depth <= 0 ? 7 : 11)) {
+      case 0: {
+        const std::string a = number(), b = number();
+        return {a + "=" + b, "+" + a + "=" + b};
+      }
+      case 1: {
+        const std::string parent = std::to_string(pick(60) - 1);
+        return {"IsNull(ParentID,-1)=" + parent, "coalesce(ParentID, -1) = " + parent};
+      }
+      case 2: {
+        const std::string period = std::to_string(pick(5));
+        return {"ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period + ")",
+                "(ID, " + period + ") in (select AccountID, PeriodID from tblAccountPeriodAccount)"};
+      }
+      case 3: {
+        const std::string digit = std::to_string(pick(10));
+        return {"right(Code,1)='" + digit + " '", "Code like '%" + digit + "'"};
+      }
+      case 4: {
+        const std::string id = std::to_string(pick(355));
+        return {
+            "(exists(select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (select "
+            "tblAccount.ID union select p.ChildID from tblAccountParent p where p.ID=tblAccount.ID)) and "
+            "ID<" +
+                id + ")",
+            "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent "
+            "p "
+            "join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
+                id + ")"};
+      }
+      case 5: {
+        const std::string level = std::to_string(1 + pick(5));
+        return {"NoLevel<>" + level, "not NoLevel = " + level};
+      }
+      case 6:
+        return {"not ID in (Select ChildID From tblAccountParent Where ID = 1)",
+                "ID not in (select ChildID from tblAccountParent where ID = 1)"};
+      case 7: {
+        const Both inner = condition(depth - 1);
+        return {"not (" + inner.dialect + ")", "not (" + inner.sqlite + ")"};
+      }
+      default: {
+        const char* const sign = pick(2) == 0 ? " and " : " or ";
+        Both whole = condition(depth - 1);
+        for (int more = 1 + pick(2); more > 0; --more) {
+          const Both next = condition(depth - 1);
+          whole.dialect += sign + next.dialect;
+          whole.sqlite += sign + next.sqlite;
+        }
+        return {"(" + whole.dialect + ")", "(" + whole.sqlite + ")"};
+      }
+    }
+  }
+
+ private:
+  int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
+  std::string number() { return std::to_string(pick(4) - 2); }
+
+  std::mt19937 random_;
+};
+
+TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
+  RandomCondition random(20261122);
+  for (int round = 0; round < 400; ++round) {
+    const auto [dialect, sqlite] = random.condition(3);
+    std::string found;
+    for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID")) {
+      found += (found.empty() ? "" : "\n") + std::to_string(id);
+    }
+    ASSERT_EQ(found, database.rows("select ID from tblAccount where " + sqlite + " order by ID")) << dialect;
+  }
+}
+
+TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
+  const struct {
+    const char* statement;
+    const char* named;
+  } refused[] = {
+      {"", "ends too early"},
+      {"select", "ends too early"},
+      {"drop table tblAccount", "\"drop\""},
+      {"select * from tblAccount; delete tblAccount", "\"delete\""},
+      {"delete tblAccount delete tblAccountPeriod", "\"delete\""},
+      {"select * from tblAccount -- where ID=1", "a comment"},
+      {"select /* all */ * from tblAccount", "a comment"},
+      {"select * from tblAccount where Title like 'x'", "\"like\""},
+      {"select * from tblAccount where Title = 'x", "closing apostrophe"},
+      {"select * from [tblAccount", "closing sign"},
+      {"select getdate()", "\"getdate\""},
+      {"select left(Code) from tblAccount", "\"left\""},
+      {"select left(Code,-1) from tblAccount", "\"left\""},
+      {"select * from tblAccount where ID", "\"ID\""},
+      {"select ID=5 from tblAccount", "\"=\""},
+      {"select * from tblAccount where ID=5x", "letters behind"},
+      {"select * from tblAccount where ID=99999999999999999999", "out of range"},
+      {"select * from tblAccount where ID=@id", "character that it doesn't know"},
+      {"select * from tblAccount order by 1", "\"1\""},
+      {"select * from a.b.c", "\".\""},
+      {"select top 1 ID from tblAccount union select 5", "\"top\""},
+      {"select * from tblAccount where ID=1\x01", "character that it doesn't know"},
+      {"select * from tblAccount where Title='\xD8'", "UTF-8"},
+      {"update tblAccount set ID=1 where ID in (1,)", "\")\""},
+      {"select * from tblAccount left join tblAccountParent on 1=1", "\"left\""},
+      // What the database knows and the dialect doesn't.
+      {"select * from tblNothing", "tblNothing"},
+      {"select \"Nothing\" from tblAccount", "Nothing"},
+      {"select max(ID, 5) from tblAccount", "\"max\""},
+      {"pragma user_version", "\"pragma\""},
+  };
+  for (const auto& [statement, named] : refused) {
+    const std::string message = refusal(statement);
+    EXPECT_NE(message.find(named), std::string::npos) << statement << "\n  " << message;
+  }
+  refusal("select * from tblAccount where Title='a" + std::string(1, '\0') + "b'");
+  EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
+}
+
+TEST_F(Dialect, HostileSizesAreRefusedInGoodOrder) {
+  const auto many = [](std::size_t count, const std::string& text) {
+    std::string all;
+    for (; count > 0; --count) all += text;
+    return all;
+  };
+  refusal("select " + many(100000, "("));
+  refusal("select * from tblAccount where " + many(50000, "not ") + "ID=1");
+  refusal("select * from tblAccount where ID=" + many(50000, "- ") + "1");
+  refusal("select 1" + many(50000, "+1"));
+  refusal("select 1" + many(15000, " union select 1"));
+  refusal("select * from tblAccount where " + many(30, "exists(select ID from tblAccount where ") + "ID=1" +
+          many(60, ")"));
+  refusal("select * from tblAccount where Title='" + std::string(300000, 'x') + "'");
+  EXPECT_EQ(ids("select ID from tblAccount where ID=" + many(5000, "+") + "7").size(), 1U);
+  EXPECT_EQ(ids("select ID from tblAccount where Title='" + std::string(10000, 'x') + "'").size(), 0U);
+  EXPECT_EQ(ids("select ID from tblAccount where ID in (7" + many(9000, ",13") + ")").size(), 2U);
+}
+
+}  // namespace
+}  // namespace ledgertree::engines::sqlite

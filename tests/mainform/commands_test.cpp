@@ -1,0 +1,72 @@
+#include "mainform/form/commands.h"
+
+#include "mainform/screen_story.h"
+
+namespace ledgertree::testing {
+namespace {
+
+class CommandsStory : public ScreenStory {
+ protected:
+  CommandsStory() {
+    shell.offersHiddenCommands = true;
+    start();
+  }
+};
+
+TEST_F(CommandsStory, AMenuOpensAtTheCornerOfItsButton) {
+  form->Frame1.setBounds({30, 40, 13620, 600});
+  form->cmdi12.setVisible(true);
+  const std::pair<ui::PushButton*, ui::MenuEntry*> menus[] = {{&form->cmdTools, &form->i12},
+                                                              {&form->cmdOperations, &form->mnuOperations},
+                                                              {&form->cmdi12, &form->i12}};
+  for (const auto& [button, menu] : menus) {
+    button->click();
+    EXPECT_EQ(desktop.poppedUp, menu);
+    EXPECT_EQ(desktop.poppedUpLeft, button->bounds().left + 30);
+    EXPECT_EQ(desktop.poppedUpTop, button->bounds().top + 40);
+  }
+}
+
+TEST_F(CommandsStory, EachChangeOfTheViewReadsTheTreeAnew) {
+  const std::function<void()> changes[] = {
+      [&] { form->cmdRefreshAccountTree.click(); }, [&] { form->optPeriodAll.click(); },
+      [&] { form->mnuViewCode.click(); }, [&] { form->mnuViewCodeComplete.click(); },
+      [&] {
+        form->optPeriodic.click();
+        EXPECT_EQ(form->treeAccount.text(form->treeAccount.roots().front()), "سرفصل حسابها");
+        form->optPeriodAll.click();
+      }};
+  for (const auto& change : changes) {
+    form->treeAccount.expand(form->treeAccount.find("-1:1"));
+    EXPECT_NE(form->treeAccount.find("-1:2"), ui::kNoNode);
+    change();
+    EXPECT_NE(form->treeAccount.find("-1:1"), ui::kNoNode);
+    EXPECT_EQ(form->treeAccount.find("-1:2"), ui::kNoNode);
+  }
+}
+
+TEST_F(CommandsStory, WithoutItsDetailsALowScreenHasATreeOfNoHeight) {
+  form->resize({.width = 13620, .height = 1825});
+  ui::Bounds tree = form->treeAccount.bounds();
+  tree.height = 0;
+  for (const int height : {1825, 1000}) {
+    form->resize({.width = 13620, .height = height});
+    form->mnuView2.click();
+    EXPECT_EQ(form->treeAccount.bounds(), tree);
+  }
+}
+
+TEST_F(CommandsStory, WhatIsOutOfReachDoesNothingHarmfulWhereItIsPressed) {
+  form->View(2);
+  form->cmdRelClasses.setVisible(true);
+  form->cmdRelClasses.click();
+  EXPECT_EQ(desktop.showings, std::vector<std::string>{"FormMain"})
+      << "one entity an account has no such screen";
+  form->cmdCancel.setEnabled(true);
+  form->cmdCancel.click();
+  EXPECT_FALSE(form) << "where nothing is typed, giving up is leaving";
+  EXPECT_EQ(notices.taken(), "");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

@@ -1,1 +1,0 @@
-set(LINK ledgertree_odbc ledgertree_test_support)

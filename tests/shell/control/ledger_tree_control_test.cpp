@@ -1,0 +1,434 @@
+#include "ledgertree/ledger_tree_control.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <vector>
+
+#include "data/data_error.h"
+#include "ledgertree/hidden_commands.h"
+#include "shell/control/control_house.h"
+
+namespace ledgertree::testing {
+namespace {
+
+constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
+
+class ControlStory : public ControlHouse {
+ protected:
+  ControlStory() { database.fillWithDemoChart(); }
+
+  [[nodiscard]] const shell::HostContext& context() { return shell.context; }
+  void expectQuiet() {
+    EXPECT_EQ(notices.taken(), "");
+    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    for (const data::RecordHandle* handle : shell.dtEn()->handles())
+      EXPECT_EQ(handle->State(), 0) << handle->name();
+  }
+};
+
+TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
+  // The period that is current, and the bounds of one in the database.
+  const auto current = [&] {
+    return std::to_string(context().gPeriodID) + " " + context().gPeriodBegin.toIso() + " " +
+           context().gPeriodEnd.toIso();
+  };
+  const auto boundsOf = [&](int period) {
+    const std::string where = " from tblAccountPeriod where ID = " + std::to_string(period);
+    return " " + database.text("select BeginDate" + where) + " " + database.text("select EndDate" + where);
+  };
+  const std::string none = current().substr(1);
+  const auto asked = [&] {
+    std::vector<std::string> commands = faults.take();
+    if (commands.size() > 3) commands.resize(3);
+    return commands;
+  };
+  using Commands = std::vector<std::string>;
+  EXPECT_EQ(database.number("select PeriodID from tblUser where ID = 1"), 3);
+
+  // A period that the host names is taken even where the database has no such row; its bounds stay as they
+  // were. All that is ahead of the question for the right.
+  control.AccPeriodSpecID(999);
+  control.ClearShow();
+  EXPECT_EQ(current(), "999" + none);
+  EXPECT_EQ(asked().at(1), "spTarvoHasPermission");
+  control.AccPeriodSpecID(1);
+  control.ClearShow();
+  EXPECT_EQ(current(), "1" + boundsOf(1));
+  EXPECT_EQ(asked(), (Commands{"Select * From tblAccountPeriod Where ID =1", "spTarvoHasPermission"}));
+
+  // Where it names none, the period is that of the user, whether or not the chart may be seen.
+  for (const auto& [user, period] : {std::pair(1, 3), {3, 2}}) {
+    control.UserID(static_cast<std::int16_t>(user));
+    control.AccPeriodSpecID(static_cast<std::int16_t>(-user));
+    control.ClearShow();
+    EXPECT_EQ(current(), std::to_string(period) + boundsOf(period));
+    EXPECT_EQ(asked(), (Commands{"spAccountGetCurrentUserPeriod",
+                                 "Select * From tblAccountPeriod Where ID=" + std::to_string(period),
+                                 "spTarvoHasPermission"}));
+  }
+  EXPECT_EQ(notices.taken(), kRefused);
+
+  // A user whose period isn't known leaves everything as it was, and View resolves none.
+  database.execute("update tblUser set PeriodID = 12345 where ID = 1");
+  control.UserID(1);
+  control.AccPeriodSpecID(0);
+  control.ClearShow();
+  EXPECT_EQ(current(), "2" + boundsOf(2));
+  control.AccPeriodSpecID(1);
+  static_cast<void>(faults.take());
+  control.View(std::int16_t{0});
+  EXPECT_EQ(faults.take(), Commands()) << "a screen that is open needs nothing for a blank record";
+  EXPECT_EQ(current(), "2" + boundsOf(2));
+  expectQuiet();
+}
+
+TEST_F(ControlStory, WhoWorksIsHandedOverByEachCallAndByNothingElse) {
+  const auto worker = [&] {
+    return std::to_string(context().gUserID) + " " + std::to_string(context().gPositionID) + " " +
+           std::to_string(context().gEmployeeID) + " " + shell.dtEn()->cnMainData.ConnectionString();
+  };
+  const std::string text = database.connectionText();
+  const std::function<void()> calls[] = {[&] { control.ClearShow(); },
+                                         [&] { control.View(std::int16_t{1}); }};
+  std::int16_t number = 1;
+  for (const auto& call : calls) {
+    const std::string before = worker();
+    control.UserID(number);
+    control.PositionID(static_cast<std::int16_t>(number + 11));
+    control.EmployeeID(static_cast<std::int16_t>(-number - 6));
+    control.OLEConnectionString(text + std::string(static_cast<std::size_t>(number), ';'));
+    EXPECT_EQ(worker(), before);
+    call();
+    EXPECT_EQ(worker(), number == 1 ? "1 12 -7 " + text + ";" : "2 13 -8 " + text + ";;");
+    EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
+    ++number;
+  }
+  // Another control of the host says who works from its own call on.
+  LedgerTreeControl other(session);
+  other.OLEConnectionString(text);
+  other.View(std::int16_t{1});
+  EXPECT_EQ(worker(), "0 0 0 " + text);
+}
+
+TEST_F(ControlStory, WithoutTheRightToSeeTheChartOnlyViewOpensIt) {
+  control.UserID(3);
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(), kRefused);
+  EXPECT_EQ(session.form(), nullptr);
+  EXPECT_TRUE(desktop.showings.empty());
+
+  control.View(std::string("1"));
+  EXPECT_EQ(desktop.showings, std::vector<std::string>{"FormMain"});
+  expectQuiet();
+}
+
+TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
+  desktop.refusal = 406;
+  desktop.inModal("FormMain", [](ui::Form& form) { EXPECT_TRUE(form.isShown()); });
+  control.ClearShow();
+  EXPECT_EQ(desktop.showings, std::vector<std::string>{"FormMain!"});
+  EXPECT_EQ(session.form(), nullptr) << "the person closed it";
+
+  // Another refusal isn't told to the host, and the screen doesn't come up; View shows it modally after any.
+  desktop.refusal = 7;
+  control.ClearShow();
+  EXPECT_EQ(desktop.showings.size(), 1U);
+  desktop.inModal("FormMain", [](ui::Form&) {});
+  control.View(std::int16_t{-1});
+  EXPECT_EQ(desktop.showings.size(), 2U);
+  EXPECT_EQ(notices.taken(), "");
+
+  // Of a screen that can't be had at all, the person is told.
+  desktop.inModal("FormMain", [](ui::Form&) { throw std::runtime_error("no window"); });
+  control.View(std::int16_t{-1});
+  EXPECT_EQ(notices.taken(), "خطا|no window");
+  session.form()->close();
+  faults.failWhere("vwTarvoBasePath");
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
+  EXPECT_EQ(session.form(), nullptr);
+  EXPECT_THROW(control.View(std::int16_t{1}), data::DataError);
+  EXPECT_EQ(session.form(), nullptr);
+  EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
+}
+
+TEST_F(ControlStory, TheHostHearsWhenTheScreenWasLeftForGood) {
+  int left = 0;
+  session.onLeft = [&left] { ++left; };
+  control.ClearShow();
+  session.form()->closeByPerson();
+  EXPECT_EQ(left, 0) << "not in the middle of what the person does";
+  desktop.settle();
+  EXPECT_EQ(left, 1);
+  control.ClearShow();
+  session.form()->closeByPerson();
+  control.ClearShow();
+  desktop.settle();
+  EXPECT_EQ(left, 1) << "it is open again by then";
+}
+
+TEST(ControlSessionStory, AProcessHasOneDesktop) {
+  EXPECT_THROW(static_cast<void>(ControlSession::process()), std::logic_error);
+  EXPECT_THROW(LedgerTreeControl(), std::logic_error);
+  ControlSession& installed = ControlSession::install(std::make_unique<ScriptedDesktop>());
+  EXPECT_EQ(&ControlSession::process(), &installed);
+  EXPECT_THROW(ControlSession::install(std::make_unique<ScriptedDesktop>()), std::logic_error);
+  LedgerTreeControl().OLEConnectionString("Provider=X");
+  EXPECT_EQ(installed.shell().context.gConnectionString, "Provider=X");
+  for (const bool offer : {true, false}) {
+    offerHiddenCommands(offer);
+    EXPECT_EQ(installed.shell().offersHiddenCommands, offer);
+  }
+}
+
+TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
+  control.ClearShow();
+  mainform::FormMain* form = session.form();
+  ASSERT_NE(form, nullptr);
+  const auto gateway = shell.dtEn();
+  const ui::NodeId root = form->treeAccount.roots().front();
+  form->treeAccount.expand(form->treeAccount.children(root).front());
+  const std::size_t nodes = form->treeAccount.count();
+  form->formMode = mainform::FormMode::ModeNew;
+
+  control.ClearShow();
+  EXPECT_EQ(session.form(), form);
+  EXPECT_NE(shell.dtEn(), gateway);
+  EXPECT_EQ(form->treeAccount.count(), nodes) << "the tree isn't read again";
+  EXPECT_EQ(form->formMode, mainform::FormMode::ModeNew);
+  expectQuiet();
+
+  // After the person has left, the next call starts over.
+  form->closeByPerson();
+  EXPECT_EQ(session.form(), nullptr);
+  EXPECT_FALSE(shell.hasDtEn());
+  control.ClearShow();
+  EXPECT_NE(session.form(), nullptr);
+}
+
+TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
+  int calls = 0;
+  faults.onCommand = [&](const std::string& statement) {
+    if (statement.find("as cnt") != std::string::npos && ++calls == 3) control.ClearShow();
+  };
+  control.ClearShow();
+  mainform::FormMain* form = session.form();
+  ASSERT_NE(form, nullptr);
+  EXPECT_GT(form->treeAccount.count(), 4U);
+  expectQuiet();
+
+  notices.onShow = [&](const Notice&) { control.ClearShow(); };
+  faults.onCommand = [](const std::string& statement) {
+    if (statement.find("as cnt") != std::string::npos)
+      throw data::DataError(data::DataError::Reason::Busy, 5, "the database is locked");
+  };
+  form->cmdRefreshAccountTree.click();
+  faults.onCommand = nullptr;
+  EXPECT_EQ(notices.taken(), "خطا|the database is locked");
+  form->cmdRefreshAccountTree.click();
+  EXPECT_GT(form->treeAccount.count(), 4U);
+  expectQuiet();
+}
+
+TEST_F(ControlStory, AConnectionTextThatLeadsNowhereIsAFailureOfTheCall) {
+  const std::vector<std::string> texts = {"",
+                                          "   ",
+                                          ";",
+                                          "=",
+                                          "Provider",
+                                          "Provider=",
+                                          "Provider=;Data Source=x",
+                                          "=SQLite",
+                                          "Data Source=x.db",
+                                          "Provider=SQLite",
+                                          "Provider=SQLite;Data Source=",
+                                          "Provider=SQLite;Data Source=\"x",
+                                          "Provider=\"SQLite\"x;Data Source=y",
+                                          "Provider='SQLite;Data Source=y",
+                                          "Provider=Nobody;Data Source=x",
+                                          "Provider=SQLite Data Source=x",
+                                          "Provider=SQLite;Data Source=/no/such/folder/x.db",
+                                          "Provider=SQLite;Data Source=/",
+                                          "Provider=SQLite;;=;Data Source=x",
+                                          std::string("Provider=SQLite;Data Source=a\0b", 31),
+                                          "Password=geheim;Provider=\"",
+                                          "Provider=SQLite;Data Source=" + std::string(10000, 'a')};
+  for (const std::string& text : texts) {
+    control.OLEConnectionString(text);
+    try {
+      control.ClearShow();
+      ADD_FAILURE() << "opened with: " << text.substr(0, 80);
+    } catch (const std::runtime_error& failure) {
+      EXPECT_GT(std::string(failure.what()).size(), 10U) << text.substr(0, 80);
+      EXPECT_EQ(std::string(failure.what()).find("geheim"), std::string::npos);
+    }
+    EXPECT_EQ(session.form(), nullptr);
+    EXPECT_THROW(control.View(std::int32_t{1}), std::runtime_error);
+  }
+  EXPECT_EQ(context().gUserID, 1) << "what was copied stays";
+  control.OLEConnectionString(database.connectionText());
+  control.ClearShow();
+  EXPECT_NE(session.form(), nullptr);
+}
+
+TEST_F(ControlStory, ALostFileIsToldAndNeverReplacedByAnEmptyChart) {
+  if (onServer()) GTEST_SKIP() << "it is about a file";
+  control.ClearShow();
+  mainform::FormMain& form = *session.form();
+  const auto look = [&] {
+    form.sltAccount.type("صندوق");
+    desktop.settle();
+    const bool found = !form.sltAccount.rows().empty();
+    form.sltAccount.press(ui::Key::Escape);
+    return found;
+  };
+  const std::filesystem::path away = database.file().string() + ".away";
+  std::filesystem::rename(database.file(), away);
+  EXPECT_FALSE(look());
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_THROW(control.ClearShow(), data::DataError);
+  EXPECT_FALSE(std::filesystem::exists(database.file()));
+
+  std::filesystem::rename(away, database.file());
+  EXPECT_TRUE(look());
+  control.ClearShow();
+  form.cmdRefreshAccountTree.click();
+  EXPECT_GT(form.treeAccount.count(), 4U);
+  expectQuiet();
+}
+
+TEST_F(ControlStory, NoticesUseTheComponentInItsOrderAndAreLostWithoutIt) {
+  notices.answer(1);
+  EXPECT_EQ(shell.askConfirmNotice("پرسش", "؟"), shell::Answer::Yes);
+  EXPECT_EQ(notices.members, (std::vector<std::string>{
+                                 "set FormTitle", "set FormMessage", "set FormType", "set FormBackColor",
+                                 "set BtmBackColor", "set FrameBackColor", "call ClearShow", "get Resualt"}));
+  notices.answer(0);
+  EXPECT_EQ(shell.askConfirmNotice("پرسش", "؟"), shell::Answer::No);
+  notices.answer(-1);
+  EXPECT_EQ(shell.askConfirmNotice("پرسش", "؟"), shell::Answer::None);
+
+  shell.components.remove("noticekit.NOTICEDIALOG");
+  EXPECT_EQ(shell.askConfirmNotice("پرسش", "؟"), shell::Answer::None);
+  EXPECT_NO_THROW(shell.showErrorNotice("خطا", "گم"));
+  control.UserID(3);
+  EXPECT_NO_THROW(control.ClearShow());
+  EXPECT_EQ(session.form(), nullptr);
+}
+
+class MapStore : public PropertyStore {
+ public:
+  PropertyValue ReadProperty(std::string_view name, const PropertyValue& standard) override {
+    order.emplace_back(name);
+    const auto found = values.find(std::string(name));
+    return found == values.end() ? standard : found->second;
+  }
+  void WriteProperty(std::string_view name, const PropertyValue& value,
+                     const PropertyValue& standard) override {
+    order.emplace_back(name);
+    if (value != standard) values[std::string(name)] = value;
+  }
+  std::map<std::string, PropertyValue> values;
+  std::vector<std::string> order;
+};
+
+TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
+  const std::vector<std::string> keys = {"DataSource",          "UserName", "Caption",    "RefreshAlarm",
+                                         "OLEConnectionString", "UserID",   "PositionID", "EmployeeID",
+                                         "AccPeriodSpecID"};
+  std::vector<std::string> told;
+  control.OnPropertyChanged([&](std::string_view name) { told.emplace_back(name); });
+  control.DataSource(std::string("منبع"));
+  control.UserName(2.5);
+  control.Caption("عنوان");
+  control.RefreshAlarm(true);
+  control.OLEConnectionString("Provider=X");
+  EXPECT_EQ(context().gConnectionString, "Provider=X") << "at once";
+  control.UserID(-7);
+  control.PositionID(8);
+  control.EmployeeID(9);
+  control.AccPeriodSpecID(4);
+  EXPECT_EQ(told, keys);
+
+  const auto properties = [](const LedgerTreeControl& one) {
+    const auto text = [](const PropertyValue& value) {
+      return std::visit(
+          []<typename Kind>(const Kind& held) {
+            if constexpr (std::is_same_v<Kind, std::string>) return held;
+            if constexpr (!std::is_same_v<Kind, std::string>) return std::to_string(held);
+          },
+          value);
+    };
+    return text(one.DataSource()) + "|" + text(one.UserName()) + "|" + one.Caption() + "|" +
+           std::to_string(one.RefreshAlarm()) + "|" + one.OLEConnectionString() + "|" +
+           std::to_string(one.UserID()) + "|" + std::to_string(one.PositionID()) + "|" +
+           std::to_string(one.EmployeeID()) + "|" + std::to_string(one.AccPeriodSpecID());
+  };
+  const std::string all = "منبع|2.500000|عنوان|1|Provider=X|-7|8|9|4";
+  const std::string standard = "0|0||0||0|0|0|0";
+  EXPECT_EQ(properties(control), all);
+
+  MapStore store;
+  LedgerTreeControl other(session);
+  EXPECT_EQ(properties(other), standard);
+  EXPECT_TRUE(std::holds_alternative<std::int16_t>(other.DataSource()) &&
+              std::holds_alternative<std::int16_t>(other.UserName()));
+  other.WriteProperties(store);
+  EXPECT_EQ(store.values.size(), 0U) << "what is as at the beginning needs no place";
+  EXPECT_EQ(store.order, keys);
+  control.WriteProperties(store);
+  store.order.clear();
+  other.ReadProperties(store);
+  EXPECT_EQ(store.order, keys);
+  EXPECT_EQ(properties(other), all);
+  other.InitProperties();
+  EXPECT_EQ(properties(other), standard);
+  other.ReadProperties(store);
+  MapStore empty;
+  other.ReadProperties(empty);
+  EXPECT_EQ(properties(other), standard);
+
+  // A store may keep numbers in another kind, as long as they fit. One that holds something else changes
+  // nothing.
+  for (const PropertyValue& number : {PropertyValue(std::int32_t{-7}), PropertyValue(-7.25)}) {
+    store.values["UserID"] = number;
+    other.ReadProperties(store);
+    EXPECT_EQ(properties(other), all);
+  }
+  for (const auto& [key, value] : std::map<std::string, PropertyValue>{{"Caption", 5.0},
+                                                                       {"RefreshAlarm", std::int16_t{1}},
+                                                                       {"EmployeeID", std::string("9")},
+                                                                       {"UserID", 40000.0}}) {
+    MapStore wrong = store;
+    wrong.values["AccPeriodSpecID"] = std::int16_t{5};
+    wrong.values[key] = value;
+    EXPECT_ANY_THROW(other.ReadProperties(wrong)) << key;
+    EXPECT_EQ(properties(other), all);
+  }
+}
+
+TEST_F(ControlStory, AnAccountToViewMayComeInAnyKind) {
+  const std::pair<PropertyValue, const char*> accounts[] = {
+      {std::string("12/5"), "125"}, {2.0, "2"}, {3.5, "4"}, {std::int32_t{7}, "7"}, {std::int16_t{8}, "8"},
+      {std::string(" 9 x"), "9"},
+  };
+  for (const auto& [id, shown] : accounts) {
+    control.View(id);
+    EXPECT_EQ(session.form()->txtID.text(), shown);
+    EXPECT_EQ(session.form()->formMode, mainform::FormMode::ModeView);
+  }
+  for (const PropertyValue& nobody :
+       {PropertyValue(true), PropertyValue(std::string(" ")), PropertyValue(0.4)}) {
+    control.View(std::int16_t{8});
+    control.View(nobody);
+    EXPECT_EQ(session.form()->formMode, mainform::FormMode::ModeIdle);
+  }
+  EXPECT_THROW(control.View(1e12), std::range_error);
+  EXPECT_THROW(control.View(std::string("99999999999")), std::range_error);
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

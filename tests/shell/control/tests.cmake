@@ -1,0 +1,1 @@
+set(LINK ledgertree_shell_control ledgertree_test_support)

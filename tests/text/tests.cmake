@@ -1,0 +1,1 @@
+set(LINK ledgertree_text ledgertree_data)

@@ -1,1 +1,0 @@
-set(LINK ledgertree_record ledgertree_test_support)

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/scripted_desktop.h"
+#include "ui/buttons.h"
+#include "ui/grid.h"
+#include "ui/items.h"
+#include "ui/lookup_field.h"
+#include "ui/menu.h"
+#include "ui/text_field.h"
+#include "ui/timer.h"
+#include "ui/tree.h"
+
+namespace ledgertree::testing {
+
+/// A look-up that writes down its wishes; the story answers them.
+class WishingField : public ui::LookupField {
+ public:
+  using LookupField::hold;
+  using LookupField::LookupField;
+  using LookupField::setActive;
+  using LookupField::setDetail;
+  using LookupField::setTitle;
+  using LookupField::showRows;
+  [[nodiscard]] int id() const { return held().id; }
+  std::string wishes;
+
+ private:
+  void wishSearch(const std::string& text) override { wishes += "search<" + text + "> "; }
+  void wishMore() override { wishes += "more "; }
+  void wishStop() override { wishes += "stop "; }
+  void wishDetail() override { wishes += "detail "; }
+  void heldByPerson() override { wishes += "chosen<" + std::to_string(id()) + "> "; }
+};
+
+class SmallForm : public ui::Form {
+ public:
+  explicit SmallForm(ui::Surroundings surroundings)
+      : Form(std::move(surroundings), "SmallForm", "فرم", {6000, 3000}) {}
+
+  int unloads = 0;
+  int resizes = 0;
+  ui::Frame frame{*this, "frame", {0, 0, 3000, 3000}};
+  ui::PushButton cmdOk{*this, "cmdOk", {0, 0, 900, 375}, "ثبت", &frame};
+  ui::PushButton cmdCancel{*this, "cmdCancel", {900, 0, 900, 375}, "خروج", &frame};
+  ui::TextField text{*this, "text", {0, 400, 900, 315}, &frame};
+  ui::RadioButton one{*this, "one", {0, 800, 900, 315}, "1", &frame};
+  ui::RadioButton two{*this, "two", {0, 1200, 900, 315}, "2", &frame};
+  ui::RadioButton alone{*this, "alone", {3000, 1200, 900, 315}, "3"};
+  ui::CheckBox check{*this, "check", {0, 1600, 900, 315}, "4", &frame};
+  ui::Label label{*this, "label", {0, 2000, 900, 315}, "نام", &frame};
+  ui::ProgressBar progress{*this, "progress", {0, 2400, 900, 90}};
+  ui::ListBox list{*this, "list", {3000, 0, 900, 900}};
+  ui::Grid grid{*this, "grid", {3000, 0, 900, 900}};
+  ui::Tree tree{*this, "tree", {3000, 0, 900, 900}};
+  WishingField field{*this, "field", {3000, 900, 900, 300}, &frame};
+  ui::Timer timer{*this, "timer", std::chrono::milliseconds(30)};
+  ui::MenuEntry menu{*this, "menu", "ابزار"};
+  ui::MenuEntry entry{*this, "entry", "حذف"};
+
+ protected:
+  void unload() override { ++unloads; }
+  void resized() override { ++resizes; }
+};
+
+class FormStory : public ::testing::Test {
+ protected:
+  FormStory() { desktop.show(*form); }
+
+  ScriptedDesktop desktop;
+  std::vector<std::string> failures;
+  ui::Surroundings surroundings{
+      desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
+  std::optional<SmallForm> form{std::in_place, surroundings};
+};
+
+}  // namespace ledgertree::testing
