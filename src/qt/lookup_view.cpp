@@ -249,7 +249,8 @@ void LookupView::focusLeft(Qt::FocusReason reason) {
   popup_->hide();
   // A menu, or another window in front, doesn't end what the person is typing.
   if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
-  line_->deselect();
+  // At rest the line shows the beginning of its text.
+  line_->home(false);
   if (standing() && (control().listOpen() || control().typing())) control().leave();
 }
 

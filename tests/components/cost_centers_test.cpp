@@ -100,6 +100,82 @@ TEST_F(CostCentersStory, RefusesWhatCantBeStored) {
   EXPECT_FALSE(form.cmdDelete.enabled());
 }
 
+TEST_F(CostCentersStory, TheScreenIsAsItIsDescribed) {
+  const struct {
+    const char* name;
+    const char* caption;
+    ui::Bounds bounds;
+    const char* keys;
+  } controls[] = {{"flxCostCenters", "مراكز هزينه", {225, 225, 7350, 3600}, ""},
+                  {"lblCode", "كد:", {6450, 4005, 1125, 270}, ""},
+                  {"txtCode", "كد", {4650, 3975, 1725, 330}, ""},
+                  {"lblName", "نام:", {6450, 4470, 1125, 270}, ""},
+                  {"txtName", "نام", {225, 4440, 6150, 330}, ""},
+                  {"cmdAdd", "جديد", {6075, 5070, 1500, 405}, "Ctrl+N"},
+                  {"cmdRename", "اصلاح", {4425, 5070, 1500, 405}, "Ctrl+E"},
+                  {"cmdDelete", "حذف", {2775, 5070, 1500, 405}, "Ctrl+D"},
+                  {"cmdExit", "خروج", {225, 5070, 1500, 405}, ""}};
+  EXPECT_EQ(form.name() + " " + form.caption(), "frmCostCenters مراكز هزينه");
+  EXPECT_EQ(form.designSize(), (ui::Size{7800, 5700}));
+  ASSERT_EQ(form.controls().size(), std::size(controls));
+  for (std::size_t place = 0; place < std::size(controls); ++place) {
+    const ui::Control& control = *form.controls()[place];
+    const auto& [name, caption, bounds, keys] = controls[place];
+    const auto* button = dynamic_cast<const ui::PushButton*>(&control);
+    const auto* label = dynamic_cast<const ui::Label*>(&control);
+    EXPECT_EQ(control.name(), name);
+    EXPECT_EQ(button != nullptr  ? button->caption()
+              : label != nullptr ? label->caption()
+                                 : control.accessibleName(),
+              caption);
+    EXPECT_EQ(control.bounds(), bounds) << name;
+    EXPECT_EQ(button != nullptr ? button->shortcut().text() : "", keys) << name;
+    EXPECT_TRUE(control.withinReach()) << name;
+  }
+  std::string columns;
+  for (const auto& column : form.grid.columns())
+    columns += column.header + " " + std::to_string(column.width) + ";";
+  EXPECT_EQ(columns, "كد 1500;نام 5500;ش.ر. 0;");
+  EXPECT_EQ(form.firstFocus(), &form.grid);
+  EXPECT_EQ(form.txtCode.maximumLength(), 20U);
+  EXPECT_EQ(form.txtName.maximumLength(), 100U);
+  EXPECT_TRUE(form.txtCode.latinDigits() && form.txtCode.leftToRight() && !form.txtName.leftToRight());
+  desktop.layouts.clear();
+  form.txtCode.focus();
+  form.txtName.focus();
+  EXPECT_EQ(desktop.layouts, std::vector<std::string>{shell.context.gKeyboardLayout});
+  EXPECT_TRUE(form.press({.key = ui::Key::Escape}));
+  EXPECT_TRUE(desktop.shownForms.empty());
+}
+
+TEST_F(CostCentersStory, LettersAreCountedAndEachRefusalSaysWhy) {
+  const std::string letters = [] {
+    std::string text;
+    for (int letter = 0; letter < 100; ++letter) text += "ن";
+    return text;
+  }();
+  const std::string tooLong = "اشکال|كد بيش از 20 حرف يا نام بيش از 100 حرف دارد. آن را کوتاه نماييد.";
+  for (const auto& [code, name, told] :
+       {std::tuple<std::string, std::string, std::string>{"1", "  ", "اشکال|نام مركز هزينه را وارد نماييد."},
+        {"200", "ديگر", "اشکال|مركز هزينه ديگري با اين كد وجود دارد."},
+        {std::string(21, '1'), "x", tooLong},
+        {"1", letters + "x", tooLong},
+        {std::string(20, '1'), letters, ""},
+        {"", "بي كد", ""},
+        {"", "بي كد هم", ""}}) {
+    form.txtCode.setText(code);
+    form.txtName.setText(name);
+    form.cmdAdd.click();
+    EXPECT_EQ(notices.taken(), told) << code;
+  }
+  EXPECT_EQ(form.grid.rowCount(), 5);
+  EXPECT_EQ(form.txtName.text(), "بي كد هم") << "the new one is selected";
+  form.txtName.setText("  ");
+  form.cmdRename.click();
+  EXPECT_EQ(notices.taken(), "اشکال|نام مركز هزينه را وارد نماييد.");
+  EXPECT_EQ(database.text("select group_concat(length(Name)) from tblAccCostCenter"), "4,4,100,5,8");
+}
+
 TEST_F(CostCentersStory, ALostFileIsToldAndNeverMadeAnew) {
   if (onServer()) GTEST_SKIP() << "it is about a file";
   shell::Shell own(desktop);

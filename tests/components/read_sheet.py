@@ -19,3 +19,10 @@ for row in sheet.iter_rows(max_row=int(sys.argv[2])):
     high = f" high {height:.0f}" if height else ""
     print(place, f"fold {sheet.row_dimensions[place].outlineLevel} indent {indent} {marks}{high}",
           *("" if cell.value is None else f"{cell.data_type}:{cell.value}".replace("\n", "/") for cell in row), sep="|")
+if len(sys.argv) > 3:
+    print("margins", sheet.page_margins.left, sheet.page_margins.right, sheet.page_margins.top, sheet.page_margins.bottom,
+          "foot", sheet.oddFooter.center.text)
+for name in sys.argv[3:]:
+    cell, look = sheet[name], sheet[name].alignment
+    print(name, look.horizontal, look.vertical, ("", "ltr", "rtl")[int(look.readingOrder)], int(look.indent), cell.number_format,
+          "wrapped" if look.wrap_text else "", "bold" if cell.font.bold else "", cell.fill.start_color.rgb, cell.border.bottom.style)

@@ -2,11 +2,13 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <stdexcept>
 
 #include "data/data_error.h"
+#include "support/small_disk.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -37,9 +39,9 @@ class SheetFile : public TestHouse {
   std::unique_ptr<data::Connection> connection() { return shell.providers.open(database.connectionText()); }
 
   /// The first rows of the workbook, as another program reads it.
-  std::string readBack(int rows) const {
+  std::string readBack(int rows, const std::string& looks = {}) const {
     const std::string command = "/usr/bin/python3 '" LEDGERTREE_SHEET_READER "' '" + file.string() + "' " +
-                                std::to_string(rows) + " 2>&1";
+                                std::to_string(rows) + " " + looks + " 2>&1";
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(popen(command.c_str(), "r"), &pclose);
     std::string text;
     std::array<char, 4096> part{};
@@ -137,6 +139,67 @@ TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {
   database.execute(
       "delete from tblAccount where ID = 3; delete from tblAccount where ID = 2; delete from tblAccount");
   EXPECT_THROW(static_cast<void>(writeSheet(*connection(), kStatement, file, goOn)), std::runtime_error);
+}
+
+TEST_F(SheetFile, EachKindOfCellHasItsLook) {
+  database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (5, 1, '0102', '" +
+                   std::string(60, 'x') + "')");
+  ASSERT_TRUE(writeSheet(*connection(), kStatement, file, goOn));
+  const std::string all = readBack(0, "A1 A2 B2 B3 B5 C2 H2 I3");
+  EXPECT_EQ(all.substr(all.find("margins")),
+            "margins 0.4 0.4 0.6 0.6 foot &P / &N\n"
+            "A1 center center rtl 0 General  bold FFD8E4F0 medium\n"
+            "A2 left top ltr 1 @   00000000 None\n"
+            "B2 right top rtl 0 General  bold 00000000 None\n"
+            "B3 right top rtl 1 General   00000000 None\n"
+            "B5 right top rtl 1 General wrapped  00000000 None\n"
+            "C2 right top rtl 0 General   00000000 None\n"
+            "H2 center top ltr 0 General   00000000 None\n"
+            "I3 right top rtl 0 General wrapped  00000000 None\n");
+}
+
+TEST_F(SheetFile, AFullDiskAndATextTooLongAreToldAndLeaveTheOldFile) {
+  const auto failure = [&](const std::string& statement) -> std::string {
+    try {
+      static_cast<void>(writeSheet(*connection(), statement, file, goOn));
+    } catch (const std::runtime_error& told) {
+      EXPECT_EQ(left(), file.filename().string() + " ");
+      return told.what();
+    }
+    return "nothing failed";
+  };
+  std::ofstream(file) << "an older chart";
+  database.execute(
+      "create table Letters (A text); insert into Letters values (replace(hex(zeroblob(20000)), '0', 'a'))");
+  EXPECT_EQ(failure("Select A From Letters"),
+            "متني بلندتر از گنجايش يک خانه صفحه گسترده است. آن را کوتاه نماييد و دوباره تلاش کنيد.");
+  EXPECT_EQ(failure("Select A From Letters Where A=''"), "حسابي براي انتقال وجود ندارد. فايلي نوشته نشد.");
+
+  const std::string full =
+      "فايل صفحه گسترده نوشته نشد. جا و اجازه نوشتن در پوشه انتخاب شده را بررسي نماييد و دوباره تلاش کنيد.";
+  for (const bool destination : {false, true}) {
+    const TemporaryFolder other;
+    const SmallDisk disk(destination ? folder.path() : other.path());
+    if (!disk.mounted()) GTEST_SKIP() << "no disk of its own is allowed here";
+    if (destination) {
+      std::ofstream(file) << "an older chart";
+      std::ofstream(folder.path() / "filler") << std::string(1 << 20, 'x');
+      try {
+        static_cast<void>(writeSheet(*connection(), kStatement, file, goOn));
+        ADD_FAILURE() << "nothing failed";
+      } catch (const std::runtime_error& told) {
+        EXPECT_EQ(told.what(), full);
+      }
+      EXPECT_EQ(left().find(".part"), std::string::npos);
+    } else {
+      // The sheet in the making, and then its copy.
+      ::setenv("TMPDIR", other.path().c_str(), 1);
+      EXPECT_EQ(failure(kStatement), full);
+      std::ofstream(other.path() / "filler") << std::string(1 << 20, 'x');
+      EXPECT_EQ(failure(kStatement), full);
+      ::unsetenv("TMPDIR");
+    }
+  }
 }
 
 }  // namespace

@@ -2,13 +2,10 @@
 // should be.
 
 #include <gtest/gtest.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -20,6 +17,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "support/small_disk.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::engines::sqlite {
@@ -126,44 +124,8 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EXPECT_EQ(number(connection, kCount), 2);
 }
 
-/// A disk with little room: a small file system of its own where that is allowed, a limit on files elsewhere.
-class SmallDisk {
- public:
-  explicit SmallDisk(const std::filesystem::path& folder) : folder_(folder) {
-    mounted_ = ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
-    if (mounted_) return;
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    before_ = limit.rlim_cur;
-    limit.rlim_cur = 1 << 20;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-  ~SmallDisk() {
-    if (mounted_) ::umount2(folder_.c_str(), MNT_DETACH);
-    if (!mounted_) grow();
-  }
-  void grow() {
-    if (mounted_) {
-      ::mount("tmpfs", folder_.c_str(), "tmpfs", MS_REMOUNT, "size=16m");
-      return;
-    }
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = before_;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-
- private:
-  std::filesystem::path folder_;
-  bool mounted_ = false;
-  rlim_t before_ = RLIM_INFINITY;
-};
-
 TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
-  SmallDisk disk(folder.path());
+  testing::SmallDisk disk(folder.path());
   EmbeddedConnection connection((folder.path() / "books.db").string());
   const std::string account =
       "Insert into tblAccount (Code, Title, Notes) values ('1', 'a', '" + std::string(250, 'n') + "')";

@@ -1,0 +1,145 @@
+// The components as a person meets them: their dialogs, on the desktop of a QApplication.
+
+#include <QApplication>
+#include <QDate>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QTableView>
+#include <QTextEdit>
+#include <QTimer>
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+
+#include "pactkit/pact_editor.h"
+#include "sheetkit/sheet_writer.h"
+#include "shell/persian_calendar.h"
+#include "support/test_house.h"
+
+namespace ledgertree::testing {
+namespace {
+
+class Dialogs : public TestHouse {
+ protected:
+  static void SetUpTestSuite() {
+    static int count = 1;
+    static char name[] = "test";
+    static char* arguments[] = {name, nullptr};
+    static const QApplication application(count, arguments);
+  }
+  Dialogs() {
+    useDemoChart();
+    introduce(writer, database.connectionText());
+    introduce(editor, database.connectionText());
+  }
+  static void introduce(shell::OutsideComponent& component, const std::string& connection) {
+    component.set("UserID", 1);
+    component.set("OLEConnectionString", connection);
+  }
+  /// Does something, and gives each dialog that comes up meanwhile, in order, to the person.
+  static int answering(const std::function<void()>& act, const std::function<void(QWidget&)>& person) {
+    int met = 0;
+    QTimer watch;
+    watch.callOnTimeout([&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (dialog == nullptr || !dialog->isVisible()) return;
+      ++met;
+      person(*dialog);
+    });
+    watch.start(5);
+    act();
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    return met;
+  }
+  void expectTold(const std::function<void()>& act, const std::string& words) {
+    EXPECT_EQ(answering(act,
+                        [&](QWidget& notice) {
+                          EXPECT_EQ(notice.windowTitle().toStdString(), "خطا");
+                          const std::string text =
+                              notice.findChild<QTextEdit*>()->toPlainText().toStdString();
+                          EXPECT_NE(text.find(words), std::string::npos) << text;
+                          notice.close();
+                        }),
+              1);
+  }
+
+  TemporaryFolder folder;
+  sheetkit::SheetWriter writer;
+  pactkit::PactEditor editor;
+};
+
+TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
+  const std::filesystem::path file = folder.path() / "chart.xlsx";
+  const auto today = QDate::currentDate();
+  std::string day = shell::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()});
+  std::replace(day.begin(), day.end(), '/', '-');
+  for (const bool wanted : {false, true}) {
+    const auto choose = [&](QWidget& question) {
+      auto& dialog = dynamic_cast<QFileDialog&>(question);
+      EXPECT_EQ(dialog.windowTitle().toStdString(), "انتقال ساختار حسابها به اکسل");
+      EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
+      EXPECT_EQ(dialog.layoutDirection(), Qt::RightToLeft);
+      EXPECT_EQ(QFileInfo(dialog.selectedFiles().front()).fileName().toStdString(),
+                "سرفصل حسابها " + day + ".xlsx");
+      EXPECT_EQ(dialog.labelText(QFileDialog::FileName).toStdString(), "نام فايل:");
+      EXPECT_EQ(dialog.labelText(QFileDialog::Accept).toStdString(), "ثبت");
+      EXPECT_EQ(dialog.labelText(QFileDialog::Reject).toStdString(), "انصراف");
+      dialog.selectFile(QString::fromStdString((folder.path() / "chart").string()));
+      QMetaObject::invokeMethod(&dialog, wanted ? "accept" : "reject");
+    };
+    EXPECT_EQ(answering([&] { writer.call("ExportToExcel", {"Select Code, Title From vwAccount"}); }, choose),
+              1);
+    EXPECT_EQ(std::filesystem::exists(file), wanted);
+  }
+  EXPECT_GT(std::filesystem::file_size(file), 8000U);
+  // What fails is told, and leaves what was there.
+  int step = 0;
+  EXPECT_EQ(answering([&] { writer.call("ExportToExcel", {"Select Nothing From vwAccount"}); },
+                      [&](QWidget& dialog) {
+                        if (step++ != 0) {
+                          EXPECT_NE(dialog.findChild<QTextEdit*>()->toPlainText().indexOf("Nothing"), -1);
+                          dialog.close();
+                          return;
+                        }
+                        dynamic_cast<QFileDialog&>(dialog).selectFile(
+                            QString::fromStdString((folder.path() / "other").string()));
+                        QMetaObject::invokeMethod(&dialog, "accept");
+                      }),
+            2);
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "other.xlsx"));
+}
+
+TEST_F(Dialogs, TheComponentsKnowTheirMembersAndNoOthers) {
+  const std::function<void()> unknown[] = {[&] { writer.call("ExportToExcel", {}); },
+                                           [&] {
+                                             writer.call("ExportToExcel", {"a", "b"});
+                                           },
+                                           [&] { writer.call("ClearShow", {}); },
+                                           [&] { static_cast<void>(writer.get("UserID")); },
+                                           [&] { writer.set("Form", 1); },
+                                           [&] { editor.call("ClearShow", {1}); },
+                                           [&] { editor.call("Show", {}); },
+                                           [&] { editor.set("FormTypeID", 301); },
+                                           [&] { static_cast<void>(editor.get("UserID")); }};
+  for (const auto& act : unknown) EXPECT_THROW(act(), shell::ComponentError);
+  EXPECT_NO_THROW(writer.set("FormTypeID", 301));
+  EXPECT_THROW(writer.set("FormTypeID", "a"), std::invalid_argument);
+}
+
+TEST_F(Dialogs, TheCostCentresComeUpAndGo) {
+  EXPECT_EQ(answering([&] { editor.call("ClearShow", {}); },
+                      [&](QWidget& screen) {
+                        EXPECT_EQ(screen.objectName().toStdString(), "frmCostCenters");
+                        EXPECT_EQ(screen.windowTitle().toStdString(), "مراكز هزينه");
+                        EXPECT_EQ(screen.findChild<QTableView*>()->model()->rowCount(),
+                                  database.number("select count(*) from tblAccCostCenter"));
+                        screen.close();
+                      }),
+            1);
+  introduce(editor, "Provider=SQLite;Data Source=/nowhere/chart.db");
+  expectTold([&] { editor.call("ClearShow", {}); }, "پوشه فايل پايگاه داده وجود ندارد");
+}
+
+}  // namespace
+}  // namespace ledgertree::testing

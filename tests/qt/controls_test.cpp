@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QTextEdit>
+#include <QWheelEvent>
+
+#include "screen.h"
+
+namespace ledgertree::test {
+namespace {
+
+/// Three choices in a frame, and one outside of it.
+struct Choices : ui::Form {
+  explicit Choices(ui::Surroundings surroundings)
+      : Form(std::move(surroundings), "Choices", "", {.width = 9000, .height = 1200}) {}
+  ui::Frame frame{*this, "frame", {0, 0, 7000, 600}};
+  ui::RadioButton a{*this, "a", {4800, 60, 2000, 300}, "a", &frame};
+  ui::RadioButton b{*this, "b", {2500, 60, 2000, 300}, "b", &frame};
+  ui::RadioButton c{*this, "c", {200, 60, 2000, 300}, "c", &frame};
+  ui::RadioButton outside{*this, "outside", {7100, 60, 1800, 300}, "d"};
+};
+
+TEST(Controls, ArrowsGoRoundAGroupPastWhatIsOutOfReach) {
+  Screen screen;
+  Choices form(screen.surroundings());
+  screen.desktop.show(form);
+  Screen::settle();
+  const auto chosenAfter = [&](ui::RadioButton& from, Qt::Key key) {
+    from.focus();
+    from.setValue(true);
+    std::string clicked;
+    for (ui::RadioButton* one : {&form.a, &form.b, &form.c, &form.outside})
+      one->onClick = [&clicked, one] { clicked += one->name(); };
+    screen.press(from, key);
+    EXPECT_TRUE(clicked.empty() || form.focused()->name() == clicked) << "the focus goes along";
+    return clicked;
+  };
+  for (const auto& [key, back] :
+       {std::pair{Qt::Key_Down, false}, {Qt::Key_Left, false}, {Qt::Key_Up, true}, {Qt::Key_Right, true}}) {
+    EXPECT_EQ(chosenAfter(form.a, key), back ? "c" : "b");
+    EXPECT_EQ(chosenAfter(form.b, key), back ? "a" : "c");
+    EXPECT_EQ(chosenAfter(form.c, key), back ? "b" : "a");
+    EXPECT_EQ(chosenAfter(form.outside, key), "") << "it is alone in its group";
+  }
+  form.b.setEnabled(false);
+  EXPECT_EQ(chosenAfter(form.a, Qt::Key_Down), "c");
+  form.c.setVisible(false);
+  EXPECT_EQ(chosenAfter(form.a, Qt::Key_Down), "");
+}
+
+TEST(Controls, TheWheelPassesOverADropDownList) {
+  Screen screen;
+  screen.form->lstPeriod.select(1);
+  screen.show();
+  auto& combo = screen.widget<QComboBox>(screen.form->lstPeriod);
+  const QPoint place = combo.rect().center();
+  for (const int turn : {-120, 120}) {
+    QWheelEvent wheel(place, combo.mapToGlobal(place), {}, {0, turn}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&combo, &wheel);
+    EXPECT_FALSE(wheel.isAccepted());
+    EXPECT_EQ(screen.form->lstPeriod.selected(), 1);
+  }
+}
+
+TEST(Controls, ATextAtRestShowsItsBeginningAndIsGoneOnWithWhereItWasLeft) {
+  Screen screen;
+  auto& form = *screen.form;
+  form.setFirstFocus(form.cmdNew);
+  screen.show();
+  const std::string text = "آغاز" + std::string(300, 'x') + "پايان";
+  auto& line = screen.widget<QLineEdit>(form.txtTitle);
+  auto& notes = screen.widget<QTextEdit>(form.txtNotes);
+  form.txtTitle.setText(text);
+  form.txtNotes.setText(text);
+  EXPECT_EQ(form.txtTitle.caret(), 309U);
+  EXPECT_EQ(line.cursorPosition(), 0);
+  EXPECT_EQ(notes.textCursor().position(), 0);
+  form.txtTitle.focus();
+  EXPECT_EQ(line.cursorPosition(), 309);
+  form.txtTitle.setCaret(7);
+  EXPECT_EQ(line.cursorPosition(), 7);
+  form.txtNotes.focus();
+  EXPECT_EQ(notes.textCursor().position(), 309);
+  // By Tab the whole of a line is selected.
+  form.txtCode.setText("1234");
+  form.txtTitle.focus();
+  screen.press(form.txtTitle, Qt::Key_Tab);
+  EXPECT_EQ(form.focused(), &form.txtCode);
+  EXPECT_EQ(screen.widget<QLineEdit>(form.txtCode).selectedText(), "1234");
+  // The row that a look-up holds, once it is left.
+  form.sltParent.all.push_back({99, text, "9999"});
+  form.sltParent.focus();
+  screen.type(form.sltParent, "9999\r");
+  EXPECT_EQ(screen.widget<QLineEdit>(form.sltParent).selectedText().size(), 309);
+  form.cmdNew.focus();
+  EXPECT_EQ(screen.widget<QLineEdit>(form.sltParent).cursorPosition(), 0);
+  EXPECT_FALSE(screen.widget<QLineEdit>(form.sltParent).hasSelectedText());
+}
+
+TEST(Controls, TheFocusGoesOnFromWhatIsTakenOutOfReach) {
+  Screen screen;
+  auto& form = *screen.form;
+  screen.show();
+  struct Case {
+    ui::Control& had;
+    std::function<void()> act;
+    ui::Control& gets;
+  };
+  form.lstPeriod.select(0);
+  for (const auto& [had, act, gets] : {
+           Case{form.txtTitle, [&] { form.txtTitle.setEnabled(false); }, form.txtCode},
+           Case{form.txtCode, [&] { form.txtCode.setVisible(false); }, form.txtMother},
+           Case{form.cmdSave, [&] { form.cmdSave.setEnabled(false); }, form.cmdExit},
+           Case{form.optPeriodic, [&] { form.views.setEnabled(false); }, form.tree},
+           Case{form.grid, [&] { form.grid.setEnabled(false); }, form.cmdNew},
+           Case{form.txtNotes, [&] { form.cmdNew.setEnabled(false); }, form.txtNotes},
+       }) {
+    had.focus();
+    ASSERT_EQ(form.focused(), &had) << had.name();
+    act();
+    Screen::settle();
+    EXPECT_EQ(form.focused(), &gets) << had.name();
+    EXPECT_EQ(QApplication::focusWidget(), &screen.widget(gets)) << had.name();
+  }
+  // What was clicked and what is asked for out of reach: the focus stays.
+  screen.click(form.txtTitle);
+  form.txtTitle.focus();
+  EXPECT_EQ(form.focused(), &form.txtNotes);
+}
+
+TEST(Controls, NothingHappensToAFormInTheMiddleOfItsWork) {
+  Screen screen;
+  ui::Timer timer(*screen.form, "Timer1", std::chrono::milliseconds(1));
+  int ticks = 0;
+  timer.onTick = [&] { ++ticks; };
+  screen.show();
+  int worked = 0;
+  screen.form->cmdNew.onClick = [&] {
+    QTimer::singleShot(0, &screen.window(), [&] { screen.window().close(); });
+    screen.desktop.whenIdle([&] { ticks += 100; });
+    ticks = 0;
+    QTest::qSleep(5);
+    for (; worked < 5; ++worked) {
+      screen.form->progress.setProgress(worked, 5, "حساب");
+      screen.desktop.repaint(*screen.form);
+    }
+    EXPECT_EQ(ticks, 0);
+    EXPECT_TRUE(screen.form->isShown());
+    EXPECT_EQ(screen.widget<QProgressBar>(screen.form->progress).value(), 4);
+  };
+  screen.click(screen.form->cmdNew);
+  EXPECT_EQ(worked, 5);
+  QTest::qWait(20);
+  EXPECT_GT(ticks, 100);
+  screen.window().close();
+  EXPECT_FALSE(screen.form->isShown());
+}
+
+}  // namespace
+}  // namespace ledgertree::test
