@@ -14,8 +14,7 @@ using batch::frmAccountBatch;
 constexpr const char* kSure = "حذف دسته اي|آيا مطمئن هستيد؟";
 constexpr const char* kDocuments =
     "خطا در حذف|از آنجايي كه يك يا چند حساب از حسابهاي زير مجموعه داراي سند حسابداري متناظر ميباشند، امكان "
-    "حذف "
-    "دستهاي حسابهاي فوق وجود ندارد.";
+    "حذف دستهاي حسابهاي فوق وجود ندارد.";
 
 class AccountBatch : public BulkHouse {
  protected:
@@ -92,8 +91,8 @@ TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
   deleteInBatch([&](frmAccountBatch& screen) {
     deleteBelow(screen, "11");
     EXPECT_EQ(notices.taken(), std::string(kSure) +
-                                   "\nخطا|حساب ملي به كد 110102 به دليل وابستگي حذف نشد. "
-                                   "\nخطا|حساب بانک به كد 1101 به دليل وابستگي حذف نشد. ");
+                                   "\nخطا|حساب ملي به كد 110102 به دليل وابستگي حذف نشد. \nخطا|حساب بانک به "
+                                   "كد 1101 به دليل وابستگي حذف نشد. ");
     EXPECT_EQ(changes(), "tblAccount: -4 -5\ntblAccountParent: -1|4 -1|5 -3|5" + kOfFive);
   });
 }
@@ -113,18 +112,17 @@ TEST_F(AccountBatch, EveryFailureLeavesAWholeChartThatCanBeFinished) {
         EXPECT_EQ(notices.take().back().message, Faults::kMessage);
         EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
       }
-      EXPECT_EQ(
-          database.number("select count(*) from tblAccount a where a.ParentID is not null and not exists "
-                          "(select 1 from tblAccount p where p.ID = a.ParentID)"),
-          0);
+      EXPECT_EQ(database.number("select count(*) from tblAccount a where a.ParentID is not null and not "
+                                "exists (select 1 from tblAccount p where p.ID = a.ParentID)"),
+                0);
       faults.heal();
       answer(1);
       screen.cmdDelete.click();
       EXPECT_TRUE(changes().starts_with("tblAccount: -3 -4 -5 -6\n"));
     });
     given(
-        "insert into tblAccount (ID, ParentID, Code, Title) values (3, 1, '1101', 'بانک'),"
-        " (4, 1, '1102', 'صندوق'), (5, 3, '110101', 'ملت'), (6, 3, '110102', 'ملي')");
+        "insert into tblAccount (ID, ParentID, Code, Title) values (3, 1, '1101', 'بانک'), (4, 1, '1102', "
+        "'صندوق'), (5, 3, '110101', 'ملت'), (6, 3, '110102', 'ملي')");
     notices.take();
   }
 }

@@ -82,9 +82,9 @@ TEST_F(Procedures, ANewAccountIsWrittenAsTyped) {
   const int child =
       insert({.parent = top, .code = "101", .group = 3, .ceiling = Money::fromTenThousandths(15000)});
   EXPECT_EQ(row(child), std::to_string(top) + "|101|صندوق|2|3");
-  EXPECT_EQ(database.rows("select CreateDate, FarsiCreateDate, MaxDebit, MaxCredit, Notes from tblAccount"
-                          " where ID = " +
-                          std::to_string(child)),
+  EXPECT_EQ(database.rows(
+                "select CreateDate, FarsiCreateDate, MaxDebit, MaxCredit, Notes from tblAccount where ID = " +
+                std::to_string(child)),
             "2025-03-21 00:00:00|1404/01/01|15000|0|");
   EXPECT_EQ(database.rows("select * from tblAccountParent"),
             std::to_string(top) + "|" + std::to_string(child));

@@ -83,9 +83,8 @@ TEST(ConnectionText, AMalformedOneIsRefusedByPlaceAndShowsNoPassword) {
 }
 
 TEST(ConnectionText, AQuotedValueReadsBack) {
-  for (const std::string value : {"plain", "", " blanks ", "a;b", "'", "\"", "a'b\"c;d", "=x"}) {
+  for (const std::string value : {"plain", "", " blanks ", "a;b", "'", "\"", "a'b\"c;d", "=x"})
     EXPECT_EQ(ConnectionText("Key=" + quoteConnectionValue(value) + ";Next=1").find("Key"), value);
-  }
 }
 
 }  // namespace

@@ -53,9 +53,8 @@ TEST_F(DtEnTest, AHandleWalksItsRowsAndRefusesWhatItsStateDoesNotAllow) {
        {misuse([&] { handle.Close(); }), misuse([&] { handle.MoveFirst(); }),
         misuse([&] { handle.MoveNext(); }), misuse([&] { static_cast<void>(handle.RecordCount()); }),
         misuse([&] { static_cast<void>(handle.Eof()); }),
-        misuse([&] { static_cast<void>(handle.Fields("ID")); })}) {
+        misuse([&] { static_cast<void>(handle.Fields("ID")); })})
     EXPECT_NE(message.find("rssqlAccounts"), std::string::npos) << "closed: " << message;
-  }
 
   handle.Source(kChildren);
   handle.Open();
@@ -181,9 +180,8 @@ TEST_F(DtEnTest, ParametersReadAsNumbersWhateverTheirColumnHoldsAndMissingOnesHa
   EXPECT_EQ(defaults.BasePath, "");
   const std::vector<std::string> order = {"301", "311", "319", "210", "307", "302", "vwTarvoBasePath"};
   ASSERT_EQ(database_.asked.size(), order.size());
-  for (std::size_t place = 0; place < order.size(); ++place) {
+  for (std::size_t place = 0; place < order.size(); ++place)
     EXPECT_NE(database_.asked[place].find(order[place]), std::string::npos) << database_.asked[place];
-  }
 
   parameter(301, {" 1.4 digits"});
   parameter(210, {2.5});

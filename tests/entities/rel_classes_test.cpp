@@ -12,8 +12,7 @@ using ui::KeyChord;
 constexpr const char* kSaved = "اتمام عمليات|عمليات ثبت با موفقيت انجام شد.";
 constexpr const char* kGap =
     "عدم رعايت ترتيب|بين ترتيب انواع موجوديتهاي انتساب يافته فاصله وجود دارد. قبل از ثبت، لازم است كه اين "
-    "فاصله "
-    "برطرف شود.";
+    "فاصله برطرف شود.";
 
 class RelClasses : public EntityHouse {
  protected:
@@ -132,10 +131,9 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
     form.lstClasses.choose(0);
     form.cmdDelete.click();
     form.cmdOk.click();
-    EXPECT_EQ(
-        notices.taken(),
-        "عدم امکان تغيير انواع موجوديت منتسب|به دليل اينکه سرفصل حساب گردش داشته است، امکان تغيير انواع "
-        "موجوديت منتسب به آن وجود ندارد.");
+    EXPECT_EQ(notices.taken(),
+              "عدم امکان تغيير انواع موجوديت منتسب|به دليل اينکه سرفصل حساب گردش داشته است، امکان تغيير "
+              "انواع موجوديت منتسب به آن وجود ندارد.");
   }));
   EXPECT_FALSE(classesOf(10, [&](frmAccountRelClasses& form) {
     EXPECT_EQ(lines(form), "40000#10_اشخاص\n");

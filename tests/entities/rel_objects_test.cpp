@@ -24,8 +24,8 @@ class RelObjects : public EntityHouse {
   void store(const std::string& ids) {
     given(
         "update tblAccountRelatedClasses set IncludeAllObjects = 0 where ClassID = 2 and AccountID = 10; "
-        "delete from tblAccountRelatedClassesDetail where ClassID = 2 and AccountID = 10; "
-        "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) select 10, 2, ID from "
+        "delete from tblAccountRelatedClassesDetail where ClassID = 2 and AccountID = 10; insert into "
+        "tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) select 10, 2, ID from "
         "tblEntityProject where ID in (" +
         (ids.empty() ? "0" : ids) + ")");
   }
@@ -289,10 +289,9 @@ TEST_F(RelObjects, AWideClassIsReadByKeyAndInOnePass) {
   if (onServer()) return;  // it has plans of its own
   engines::sqlite::EmbeddedConnection engine(database.file().string());
   statements.resize(10);
-  for (const std::string& statement : statements) {
+  for (const std::string& statement : statements)
     for (const std::string& step : engine.queryPlan(statement))
       EXPECT_EQ(step.find("SCAN t"), std::string::npos) << statement << "\n" << step;
-  }
 }
 
 TEST_F(RelObjects, TheTreeGrowsWithTheWindow) {

@@ -79,11 +79,10 @@ TEST_F(DeletePeriodTest, AgreesWithTheRuleOnAnyChart) {
           "; insert into tblAccountDocumentDetail (DocumentID, AccountID) values " + lines);
     std::string expected;
     std::istringstream hidden(database.rows(
-        "select m.AccountID from tblAccountPeriodAccount m where m.PeriodID = 1"
-        " and not exists (select 1 from tblAccountDocument d join tblAccountDocumentDetail dd on d.ID = "
-        "dd.DocumentID"
-        " where d.FarsiDocumentDate like '1403%' and (dd.AccountID = m.AccountID or exists (select 1"
-        " from tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1"));
+        "select m.AccountID from tblAccountPeriodAccount m where m.PeriodID = 1 and not exists (select 1 "
+        "from tblAccountDocument d join tblAccountDocumentDetail dd on d.ID = dd.DocumentID where "
+        "d.FarsiDocumentDate like '1403%' and (dd.AccountID = m.AccountID or exists (select 1 from "
+        "tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1"));
     for (std::string account; std::getline(hidden, account);)
       expected += (expected.empty() ? "-" : " -") + account + "|1";
     show([&](FormDeletePeriod& screen) {

@@ -15,9 +15,8 @@ class PeriodBranchTest : public PeriodHouse {
   }
   static std::string grid(const FormPeriodBranch& screen) {
     std::string rows;
-    for (int row = 0; row < screen.flxPeriodBranch.rowCount(); ++row) {
+    for (int row = 0; row < screen.flxPeriodBranch.rowCount(); ++row)
       for (int column = 0; column < 3; ++column) rows += screen.flxPeriodBranch.text(row, column) + "|";
-    }
     return rows;
   }
 };
@@ -184,11 +183,10 @@ TEST_F(PeriodBranchTest, HidesTheRowsOfARangeThatNothingBlocks) {
       notices.answer(1);
       screen.cmdDeleteRows.click();
     }));
-    EXPECT_EQ(
-        notices.taken(),
-        std::string(kSure) +
-            "\nاشکال|تعداد «2» از اسناد حسابداري به « سال 1403» وابسته است. به عنوان مثال سند با ش.ر. «501»"
-            "\nاشکال|تعداد «1» از اسناد حسابداري به « سال 1404» وابسته است. به عنوان مثال سند با ش.ر. «503»");
+    EXPECT_EQ(notices.taken(), std::string(kSure) +
+                                   "\nاشکال|تعداد «2» از اسناد حسابداري به « سال 1403» وابسته است. به عنوان "
+                                   "مثال سند با ش.ر. «501»\nاشکال|تعداد «1» از اسناد حسابداري به « سال 1404» "
+                                   "وابسته است. به عنوان مثال سند با ش.ر. «503»");
     EXPECT_EQ(moves(), gone);
   }
 }

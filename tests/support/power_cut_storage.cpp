@@ -194,10 +194,9 @@ void PowerCutStorage::cutAt(int n, unsigned seed) { disk().cutAt(n, seed); }
 int PowerCutStorage::operations() { return disk().operations(); }
 
 void PowerCutStorage::recover(const std::filesystem::path& from, const std::filesystem::path& to) {
-  for (const auto& entry : std::filesystem::directory_iterator(from)) {
+  for (const auto& entry : std::filesystem::directory_iterator(from))
     if (entry.path().extension() == kOnDisk)
       std::filesystem::copy_file(entry.path(), to / entry.path().stem());
-  }
 }
 
 }  // namespace ledgertree::testing

@@ -26,10 +26,9 @@ class TestHouse : public ::testing::Test {
   }
 
   void TearDown() override {
-    if (shell.hasDtEn()) {
+    if (shell.hasDtEn())
       for (const data::RecordHandle* handle : shell.dtEn()->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
-    }
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
     EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
   }

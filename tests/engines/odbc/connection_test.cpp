@@ -39,16 +39,14 @@ class OdbcConnectionTest : public testing::Test {
 };
 
 TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
-  EXPECT_EQ(
-      connection_.run("create table t(ID integer, Big bigint, Name varchar(50), Notes text, Share double, "
-                      "Amount decimal(19,4), Day datetime)"),
-      std::nullopt);
+  EXPECT_EQ(connection_.run("create table t(ID integer, Big bigint, Name varchar(50), Notes text, Share "
+                            "double, Amount decimal(19,4), Day datetime)"),
+            std::nullopt);
   std::string notes;
   for (int count = 0; count < 5000; ++count) notes += "abc ";
   EXPECT_EQ(
-      connection_.run(
-          "insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), '00', 'abc '), "
-          "0.125, 1500.5, '2016-02-29 13:14:15')"),
+      connection_.run("insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), "
+                      "'00', 'abc '), 0.125, 1500.5, '2016-02-29 13:14:15')"),
       std::nullopt);
   connection_.run("insert into t(ID, Name) values(8, '')");
 

@@ -71,9 +71,9 @@ TEST_F(OdbcServer, KeepsLettersThatItsColumnsHold) {
 TEST_F(OdbcServer, CallsProceduresWhateverTheySayInBetween) {
   run("create table odbcTable(ID int identity, Title varchar(20), Amount money, Day datetime)");
   run("create trigger odbcTrigger on odbcTable after insert as select 'from a trigger' Noise");
-  run("create procedure odbcEcho @Title varchar(20), @Amount money, @Day datetime, @Number int as "
-      "begin print 'before' select @Number N insert odbcTable values(@Title, @Amount, @Day) "
-      "select * from odbcTable return isnull(@Number, -5) end");
+  run("create procedure odbcEcho @Title varchar(20), @Amount money, @Day datetime, @Number int as begin "
+      "print 'before' select @Number N insert odbcTable values(@Title, @Amount, @Day) select * from "
+      "odbcTable return isnull(@Number, -5) end");
   EXPECT_EQ(run("insert odbcTable values('x', 1, null)"), std::nullopt);
   const data::Value day = data::DateTime{2016, 2, 29, 23, 59, 58};
   const data::Value values[] = {"کی ۱", *data::Money::parse("-922337203685477.5808"), day, 41};
@@ -95,10 +95,7 @@ TEST_F(OdbcServer, SearchesPageByPage) {
   for (int id = 1; id <= 30; ++id) {
     const std::string code = id % 10 == 0 ? "null" : "'" + std::to_string(id / 2) + "'";
     run("insert odbcTable values(" + std::to_string(id) + ", " + code + ", 'حساب يك_" + std::to_string(id) +
-        (id % 2 == 0 ? " [ك%ا"
-                       "\u200C"
-                       "لا]')"
-                     : " Bank')"));
+        (id % 2 == 0 ? " [ك%ا\u200Cلا]')" : " Bank')"));
   }
   run("create view odbcView as select * from odbcTable");
   const auto find = [&](std::string text, std::size_t limit = 4) {

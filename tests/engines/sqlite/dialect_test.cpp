@@ -129,8 +129,7 @@ class RandomCondition {
             "ID<" +
                 id + ")",
             "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent "
-            "p "
-            "join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
+            "p join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
                 id + ")"};
       }
       case 5: {
@@ -169,9 +168,8 @@ TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
   for (int round = 0; round < 400; ++round) {
     const auto [dialect, sqlite] = random.condition(3);
     std::string found;
-    for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID")) {
+    for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID"))
       found += (found.empty() ? "" : "\n") + std::to_string(id);
-    }
     ASSERT_EQ(found, database.rows("select ID from tblAccount where " + sqlite + " order by ID")) << dialect;
   }
 }
