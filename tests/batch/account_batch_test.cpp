@@ -155,11 +155,5 @@ TEST_F(AccountBatch, LongWorkIsSeenAndTakesNoSecondCall) {
   });
 }
 
-TEST_F(AccountBatch, WithoutTheRightTheScreenDoesntOpen) {
-  shell.context.gUserID = 2;
-  form->mnuAccountBatch.click();
-  EXPECT_EQ(notices.taken(), kRefused);
-}
-
 }  // namespace
 }  // namespace ledgertree::testing

@@ -1,12 +1,12 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "component_registration_check.h"
 #include "shell/components/component_plugins.h"
 #include "shell/components/plugin_library.h"
 #include "support/given.h"
+#include "support/seeds.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -39,13 +39,7 @@ TEST(Registration, ReadsOnlyTheCommandThatItKnows) {
 }
 
 TEST(Registration, SurvivesWhatTheFuzzersStartFrom) {
-  int count = 0;
-  for (const auto& seed : fs::directory_iterator(LEDGERTREE_FUZZ_FOLDER "/seeds/component_registration")) {
-    std::ifstream file(seed.path(), std::ios::binary);
-    EXPECT_NO_THROW(fuzz::checkComponentRegistration(std::string{std::istreambuf_iterator<char>(file), {}}));
-    ++count;
-  }
-  EXPECT_GT(count, 2);
+  EXPECT_GT(fuzz::replay("component_registration", fuzz::checkComponentRegistration), 2);
 }
 
 class Plugins : public ::testing::Test {

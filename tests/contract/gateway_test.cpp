@@ -28,7 +28,10 @@ TEST_F(Gateway, AHandleReadsWhatTheStatementGivesAndIsThereForTheNext) {
   handle.Open("Delete tblAccountPeriodAccount Where AccountID=7");
   EXPECT_EQ(handle.State(), 0);
   handle.Open("Select * From tblAccountPeriodAccount Where AccountID=7");
+  EXPECT_EQ(handle.State(), 1);
   EXPECT_EQ(handle.RecordCount(), 0);
+  EXPECT_TRUE(handle.Eof());
+  handle.MoveFirst();
   EXPECT_TRUE(handle.Eof());
   handle.Close();
 

@@ -9,7 +9,6 @@
 #include "data/data_error.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
-#include "support/faulty_connection.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -21,8 +20,6 @@ namespace ledgertree::testing {
 class EntityHouse : public WatchedHouse {
  protected:
   EntityHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     given(R"(
       insert into tblAccount (ID, Code, Title) values (9, '0', 'همسايه'), (10, '1', 'دارايي'), (20, '2', 'بدهي');
       insert into tblAccountDocument (ID, FarsiDocumentDate) values (501, '1403/01/01');
@@ -118,8 +115,6 @@ class EntityHouse : public WatchedHouse {
   static ui::NodeId node(const entities::frmAccountRelObjects& form, int object) {
     return form.treeObjects.find("N" + std::to_string(object));
   }
-
-  Faults faults;
 };
 
 }  // namespace ledgertree::testing

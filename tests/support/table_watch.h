@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "support/faulty_connection.h"
 #include "support/temporary_database.h"
 #include "support/test_house.h"
 
@@ -34,6 +35,10 @@ class TableWatch {
 /// its end, it didn't expect.
 class WatchedHouse : public TestHouse {
  protected:
+  WatchedHouse() {
+    faults.putInto(shell.providers);
+    shell.resetDataConnection();
+  }
   /// Puts rows there past the product.
   void given(const std::string& statements) {
     EXPECT_EQ(changes(), "") << "ahead of " << statements;
@@ -45,6 +50,8 @@ class WatchedHouse : public TestHouse {
     EXPECT_EQ(changes(), "");
     TestHouse::TearDown();
   }
+
+  Faults faults;
 
  private:
   TableWatch tables_{database};

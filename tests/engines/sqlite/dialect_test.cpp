@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "support/failure.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::engines::sqlite {
@@ -31,14 +31,9 @@ class Dialect : public ::testing::Test {
 
   /// The message with which a statement is refused; it has to be a refusal.
   std::string refusal(const std::string& statement) {
-    try {
-      connection.run(statement);
-    } catch (const data::DataError& error) {
-      EXPECT_EQ(error.reason(), data::DataError::Reason::Statement) << error.what();
-      return error.what();
-    }
-    ADD_FAILURE() << "accepted: " << statement.substr(0, 200);
-    return {};
+    const data::DataError failure = testing::failureOf([&] { return connection.run(statement); });
+    EXPECT_EQ(failure.reason(), data::DataError::Reason::Statement) << statement.substr(0, 200);
+    return failure.what();
   }
 
   testing::TemporaryDatabase database;
