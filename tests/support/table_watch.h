@@ -16,8 +16,7 @@ class TableWatch {
   explicit TableWatch(TemporaryDatabase& database) : database_(database) { static_cast<void>(changes()); }
 
   /// The changes since the last call, a line for each table with any: "tblAccountPeriodAccount: -12|2 +10|2".
-  /// In a table whose rows have an ID, a row goes and comes by that, and another value of one that stays is
-  /// "3.Code=1108".
+  /// A row with an ID goes and comes by that, and another value of one that stays is "3.Code=1108".
   [[nodiscard]] std::string changes();
 
  private:
