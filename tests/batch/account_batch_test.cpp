@@ -37,16 +37,14 @@ TEST_F(AccountBatch, DeletesAllBelowTheDeepestFirst) {
   deleteInBatch([&](frmAccountBatch& screen) {
     EXPECT_EQ(screen.sltParent.PickerPosition(), 12);
     screen.cmdCancel.focus();
-    screen.cmdDelete.click();
-    EXPECT_EQ(notices.taken(), "اشکال|حساب مشخص نشده است!");
+    EXPECT_EQ(toldBy(screen.cmdDelete), "اشکال|حساب مشخص نشده است!");
     EXPECT_TRUE(screen.sltParent.hasFocus());
     EXPECT_EQ(desktop.layout(), "00000429");
 
     pick(screen.sltParent, "11");
     for (const int noOrNothing : {0, 7}) {
       answer(noOrNothing);
-      screen.cmdDelete.click();
-      EXPECT_EQ(notices.taken(), kSure);
+      EXPECT_EQ(toldBy(screen.cmdDelete), kSure);
       EXPECT_FALSE(screen.ChangedFlag);
     }
     screen.cmdCancel.click();

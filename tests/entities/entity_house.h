@@ -93,6 +93,11 @@ class EntityHouse : public WatchedHouse {
         found.replace(place, std::string(table).size(), name);
     return found;
   }
+  template <typename Command>
+  std::string storedBy(Command& command) {
+    command.click();
+    return stored();
+  }
 
   int openHandles() {
     int open = 0;

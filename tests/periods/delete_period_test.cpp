@@ -58,26 +58,23 @@ TEST_F(DeletePeriodTest, HidesAllOfAPeriodWithoutDocuments) {
   const bool changed = show([&](FormDeletePeriod& screen) {
     for (auto* command : {&screen.cmdDelete, &screen.cmdDeletePossible}) {
       screen.cmdCancel.focus();
-      command->click();
-      EXPECT_EQ(notices.taken(), "اشکال|دوره مالي را بايد مشخص کنيد!");
+      EXPECT_EQ(toldBy(*command), "اشکال|دوره مالي را بايد مشخص کنيد!");
       EXPECT_TRUE(screen.sltPeriodFrom.hasFocus());
     }
     // Its documents count, whomever they concern and whether or not anybody is in the period.
     pick(screen.sltPeriodFrom, "سال 1403");
     for (const int noOrNothing : {0, 7}) {
       notices.answer(noOrNothing);
-      screen.cmdDelete.click();
-      EXPECT_EQ(notices.taken(), kSureAll);
+      EXPECT_EQ(toldBy(screen.cmdDelete), kSureAll);
       notices.answer(noOrNothing);
-      screen.cmdDeletePossible.click();
-      EXPECT_EQ(notices.taken(), kSurePossible);
+      EXPECT_EQ(toldBy(screen.cmdDeletePossible), kSurePossible);
     }
     screen.cmdCancel.focus();
     notices.answer(1);
-    screen.cmdDelete.click();
-    EXPECT_EQ(notices.taken(), std::string(kSureAll) +
-                                   "\nاشکال|تعداد «2» از اسناد حسابداري به اين دوره مالي وابسته است. به "
-                                   "عنوان مثال سند با ش.ر. «501»");
+    EXPECT_EQ(toldBy(screen.cmdDelete),
+              std::string(kSureAll) +
+                  "\nاشکال|تعداد «2» از اسناد حسابداري به اين دوره مالي وابسته است. به "
+                  "عنوان مثال سند با ش.ر. «501»");
     EXPECT_TRUE(screen.sltPeriodFrom.hasFocus());
     EXPECT_TRUE(screen.isShown());
     EXPECT_FALSE(screen.ChangedFlag);

@@ -53,6 +53,12 @@ class PeriodHouse : public WatchedHouse {
     return found.starts_with(table) ? found.substr(table.size()) : found;
   }
 
+  template <typename Command>
+  std::string movesBy(Command& command) {
+    command.click();
+    return moves();
+  }
+
   /// The person looks for a period by its name, and takes the first hit.
   void pick(shell::Selector& selector, const std::string& name) {
     selector.focus();

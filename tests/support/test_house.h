@@ -25,15 +25,23 @@ class TestHouse : public ::testing::Test {
   }
 
   void TearDown() override {
-    if (shell.hasDtEn())
+    if (shell.hasDtEn()) {
       for (const data::RecordHandle* handle : shell.dtEn()->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
+    }
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
     EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
   }
 
   /// In the demo chart user 1 has all rights, 2 may not change, 3 may not see the chart.
   void useDemoChart() { database.fillWithDemoChart(); }
+
+  /// Presses something; gives what the person is told.
+  template <typename Command>
+  std::string toldBy(Command& command) {
+    command.click();
+    return notices.taken();
+  }
 
   TemporaryDatabase database;
   ScriptedDesktop desktop;
