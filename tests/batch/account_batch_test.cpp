@@ -89,8 +89,8 @@ TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
   deleteInBatch([&](frmAccountBatch& screen) {
     deleteBelow(screen, "11");
     EXPECT_EQ(notices.taken(), std::string(kSure) +
-                                   "\nخطا|حساب ملي به كد 110102 به دليل وابستگي حذف نشد. \nخطا|حساب بانک به "
-                                   "كد 1101 به دليل وابستگي حذف نشد. ");
+                                   "\nخطا|حساب ملي به كد 110102 به دليل وابستگي حذف نشد. "
+                                   "\nخطا|حساب بانک به كد 1101 به دليل وابستگي حذف نشد. ");
     EXPECT_EQ(changes(), "tblAccount: -4 -5\ntblAccountParent: -1|4 -1|5 -3|5" + kOfFive);
   });
 }

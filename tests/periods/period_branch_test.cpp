@@ -171,10 +171,11 @@ TEST_F(PeriodBranchTest, HidesTheRowsOfARangeThatNothingBlocks) {
       notices.answer(1);
       screen.cmdDeleteRows.click();
     }));
-    EXPECT_EQ(notices.taken(), std::string(kSure) +
-                                   "\nاشکال|تعداد «2» از اسناد حسابداري به « سال 1403» وابسته است. به عنوان "
-                                   "مثال سند با ش.ر. «501»\nاشکال|تعداد «1» از اسناد حسابداري به « سال 1404» "
-                                   "وابسته است. به عنوان مثال سند با ش.ر. «503»");
+    EXPECT_EQ(
+        notices.taken(),
+        std::string(kSure) +
+            "\nاشکال|تعداد «2» از اسناد حسابداري به « سال 1403» وابسته است. به عنوان مثال سند با ش.ر. «501»"
+            "\nاشکال|تعداد «1» از اسناد حسابداري به « سال 1404» وابسته است. به عنوان مثال سند با ش.ر. «503»");
     EXPECT_EQ(moves(), gone);
   }
 }

@@ -204,8 +204,9 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   database.execute("begin immediate");
   const data::DataError failure = failureOf([&] { hasty.run(renamed(7, "x")); });
   EXPECT_EQ(failure.reason(), Reason::Busy) << failure.what();
-  EXPECT_EQ(failureOf([&] { hasty.call(procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
-            Reason::Busy);
+  EXPECT_EQ(
+      failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
+      Reason::Busy);
   EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
   std::thread release([this] {
     std::this_thread::sleep_for(milliseconds(60));
