@@ -7,7 +7,6 @@
 #include "batch/account_batch.h"
 #include "coding/recoding/auto_codding.h"
 #include "mainform/form/form_main.h"
-#include "support/faulty_connection.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -19,8 +18,6 @@ class BulkHouse : public WatchedHouse {
  protected:
   BulkHouse() {
     shell.context.gPositionID = 12;
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     given(R"(
       insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');
       insert into tblUserPermission (UserID, FormPermissionID) values (1, 301), (1, 30105), (1, 30108);
@@ -78,7 +75,6 @@ class BulkHouse : public WatchedHouse {
     return node == ui::kNoNode ? "" : tree.text(node);
   }
 
-  Faults faults;
   std::unique_ptr<mainform::FormMain> form;
 };
 

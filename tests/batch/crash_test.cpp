@@ -23,8 +23,7 @@ class BulkWorker : public BulkHouse {
         "with recursive n(i) as (select 1 union all select i + 1 from n where i < " +
         std::to_string(kAccounts) +
         ") insert into tblAccount (ID, ParentID, Code, Title) select 1000 + i, case i % 3 when 1 then 1000 "
-        "else "
-        "999 + i end, '5' || printf('%04d', i), 'x' from n");
+        "else 999 + i end, '5' || printf('%04d', i), 'x' from n");
     tell(pipe, database.file().string() + "\n");
     begun_ = [this, pipe](const std::string& command) {
       const bool writes = command == "spAccountDeleteAccount" || command.starts_with("Update");
@@ -77,13 +76,10 @@ void expectWhole(SQLite::Database& database) {
             0);
   const char* const closure =
       "with recursive up(ID, ChildID) as (select ParentID, ID from tblAccount where ParentID is not null "
-      "union "
-      "all select a.ParentID, u.ChildID from up u join tblAccount a on a.ID = u.ID where a.ParentID is not "
-      "null) "
-      "select (select count(*) from (select ID, ChildID from up except select ID, ChildID from "
-      "tblAccountParent))"
-      " + (select count(*) from (select ID, ChildID from tblAccountParent except select ID, ChildID from "
-      "up))";
+      "union all select a.ParentID, u.ChildID from up u join tblAccount a on a.ID = u.ID where a.ParentID is "
+      "not null) select (select count(*) from (select ID, ChildID from up except select ID, ChildID from "
+      "tblAccountParent)) + (select count(*) from (select ID, ChildID from tblAccountParent except select "
+      "ID, ChildID from up))";
   EXPECT_EQ(database.execAndGet(closure).getInt(), 0);
 }
 
@@ -95,11 +91,10 @@ TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
     SCOPED_TRACE("cut " + std::to_string(cut));
     Child child([deletes](int pipe) {
       BulkWorker worker(pipe);
-      if (deletes) {
+      if (deletes)
         worker.deleteAll();
-      } else {
+      else
         worker.recodeAll();
-      }
       ::pause();  // a worker that was faster than its end leaves its file to be looked at
     });
     const LeftFolder folder{child.hearLine()};
@@ -113,20 +108,17 @@ TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
     EXPECT_GE(changed, done);
     EXPECT_LE(changed, done + 1) << "the account at hand, and no other";
     if (deletes) {
-      EXPECT_EQ(
-          number("select count(*) from tblAccountParent where ID > 1000 or ID = 1000"),
-          number("select count(*) from tblAccount a, tblAccount b where a.ID >= 1000 and b.ID > a.ID and "
-                 "(a.ID = 1000 or (a.ID - 1001) / 3 = (b.ID - 1001) / 3)"));
+      EXPECT_EQ(number("select count(*) from tblAccountParent where ID > 1000 or ID = 1000"),
+                number("select count(*) from tblAccount a, tblAccount b where a.ID >= 1000 and b.ID > a.ID "
+                       "and (a.ID = 1000 or (a.ID - 1001) / 3 = (b.ID - 1001) / 3)"));
     } else {
       // In the order of the old codes, one after the other.
-      EXPECT_EQ(
-          number("select count(*) from tblAccount where ParentID = 1000 and Code like '59%' and Code <> "
-                 "'5' || (90001 + (ID - 1001) / 3)"),
-          0);
-      EXPECT_EQ(
-          number("select count(*) from tblAccount where ParentID = 1000 and Code like '50%' and Code <> "
-                 "'5' || printf('%04d', ID - 1000)"),
-          0);
+      EXPECT_EQ(number("select count(*) from tblAccount where ParentID = 1000 and Code like '59%' and Code "
+                       "<> '5' || (90001 + (ID - 1001) / 3)"),
+                0);
+      EXPECT_EQ(number("select count(*) from tblAccount where ParentID = 1000 and Code like '50%' and Code "
+                       "<> '5' || printf('%04d', ID - 1000)"),
+                0);
     }
   }
 }

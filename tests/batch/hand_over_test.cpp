@@ -59,14 +59,14 @@ TEST_F(HandOver, TheComponentsAreToldWhoWorksAndWhatToDo) {
   know("pactkit.pacteditor");
   form->mnuExcelCode.click();
   const std::string connection = "OLEConnectionString=" + database.connectionText();
-  EXPECT_EQ(ledger.lines, (std::vector<std::string>{
-                              "UserID=1", "PositionID=12", "EmployeeID=-7", connection, "FormTypeID=301",
-                              "ExportToExcel(Select Code As 'كدحساب',Title As 'شرح حساب',AccGroup as 'گروه "
-                              "حساب',AccountStatus As "
-                              "'ماهيت حساب',AccountType As 'حساب',RemainedType As 'وضعيت حساب',AccContract "
-                              "As 'مركز هزينه',NoLevel "
-                              "As 'سطح',Notes As 'ملاحظات' From vwAccount Order By Code,NoLevel)",
-                              "released"}));
+  EXPECT_EQ(
+      ledger.lines,
+      (std::vector<std::string>{
+          "UserID=1", "PositionID=12", "EmployeeID=-7", connection, "FormTypeID=301",
+          "ExportToExcel(Select Code As 'كدحساب',Title As 'شرح حساب',AccGroup as 'گروه حساب',AccountStatus "
+          "As 'ماهيت حساب',AccountType As 'حساب',RemainedType As 'وضعيت حساب',AccContract As 'مركز "
+          "هزينه',NoLevel As 'سطح',Notes As 'ملاحظات' From vwAccount Order By Code,NoLevel)",
+          "released"}));
   EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
   ledger.lines.clear();
   form->mnuFonc5.click();

@@ -51,8 +51,7 @@ TEST_F(CostCentersStory, AddsRenamesAndRemoves) {
   EXPECT_EQ(onScreen(), "100 مالي\n200 فروش\n>300 بازرگاني\n");
   EXPECT_EQ(rows(), "1|100|مالي\n2|200|فروش\n3|300|بازرگاني");
 
-  form.cmdDelete.click();
-  EXPECT_EQ(notices.taken(), "حذف مركز هزينه|آيا از حذف مركز هزينه «بازرگاني» اطمينان داريد؟");
+  EXPECT_EQ(toldBy(form.cmdDelete), "حذف مركز هزينه|آيا از حذف مركز هزينه «بازرگاني» اطمينان داريد؟");
   EXPECT_EQ(form.grid.rowCount(), 3) << "an answer that isn't yes";
   notices.answer(1);
   form.cmdDelete.click();
@@ -81,13 +80,11 @@ TEST_F(CostCentersStory, RefusesWhatCantBeStored) {
   }
   EXPECT_EQ(rows(), "1|100|مالي\n2|200|فروش");
   type("100", "امور مالي");
-  form.cmdRename.click();
-  EXPECT_EQ(notices.taken(), "") << "its own code is no other's";
+  EXPECT_EQ(toldBy(form.cmdRename), "") << "its own code is no other's";
 
   faults.failWhere("Insert Into");
   type("400", "y");
-  form.cmdAdd.click();
-  EXPECT_EQ(notices.taken(), std::string("خطا|") + std::string(Faults::kMessage));
+  EXPECT_EQ(toldBy(form.cmdAdd), std::string("خطا|") + std::string(Faults::kMessage));
   EXPECT_EQ(form.txtName.text(), "y") << "what was typed stays";
   faults.heal();
   form.cmdAdd.click();

@@ -1,12 +1,12 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "component_registration_check.h"
 #include "shell/components/component_plugins.h"
 #include "shell/components/plugin_library.h"
 #include "support/given.h"
+#include "support/seeds.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -25,39 +25,21 @@ TEST(Registration, ReadsOnlyTheCommandThatItKnows) {
   EXPECT_EQ(windows->plugin, "SheetKit");
   EXPECT_EQ(readRegistration(command("/opt/host/System\\PactKit.OCX"))->system, fs::path("/opt/host/System"));
   EXPECT_EQ(readRegistration(command("System\\PactKit.ocx"))->system, fs::path("System"));
-  for (const std::string& refused : {std::string(),
-                                     std::string("Regsvr32"),
-                                     std::string("rm \"System\\a.ocx\" /s"),
-                                     std::string("Regsvr32\"System\\a.ocx\" /s"),
-                                     std::string("Regsvr32 System\\a.ocx /s"),
-                                     std::string("Regsvr32 \"System\\a.ocx\""),
-                                     std::string("Regsvr32 \"System\\a.ocx\" /u"),
-                                     std::string("Regsvr32 \"System\\a.ocx\" /s & rm"),
-                                     command("System\\a.so"),
-                                     command("System\\.ocx"),
-                                     command("a.ocx"),
-                                     command("Systems\\a.ocx"),
-                                     command("System\\sub\\a.ocx"),
-                                     command("System\\..\\a.ocx"),
-                                     command("/opt/../tmp/System\\a.ocx"),
-                                     command("./System\\a.ocx"),
-                                     command("System\\a b.ocx"),
-                                     command("System\\a'.ocx"),
-                                     command("Sys\ntem\\System\\a.ocx"),
-                                     command(std::string("C:\0\\System\\a.ocx", 16)),
-                                     command("\xff\\System\\a.ocx"),
-                                     command("System\\" + std::string(10000, 'a') + ".ocx")})
+  for (const char* refused : {"", "Regsvr32", "rm \"System\\a.ocx\" /s", "Regsvr32\"System\\a.ocx\" /s",
+                              "Regsvr32 System\\a.ocx /s", "Regsvr32 \"System\\a.ocx\"",
+                              "Regsvr32 \"System\\a.ocx\" /u", "Regsvr32 \"System\\a.ocx\" /s & rm"})
     EXPECT_FALSE(readRegistration(refused)) << refused;
+  for (const std::string file :
+       {"System\\a.so", "System\\.ocx", "a.ocx", "Systems\\a.ocx", "System\\sub\\a.ocx", "System\\..\\a.ocx",
+        "/opt/../tmp/System\\a.ocx", "./System\\a.ocx", "System\\a b.ocx", "System\\a'.ocx",
+        "Sys\ntem\\System\\a.ocx", "\xff\\System\\a.ocx"})
+    EXPECT_FALSE(readRegistration(command(file))) << file;
+  EXPECT_FALSE(readRegistration(command(std::string("C:\0\\System\\a.ocx", 16))));
+  EXPECT_FALSE(readRegistration(command("System\\" + std::string(10000, 'a') + ".ocx")));
 }
 
 TEST(Registration, SurvivesWhatTheFuzzersStartFrom) {
-  int count = 0;
-  for (const auto& seed : fs::directory_iterator(LEDGERTREE_FUZZ_FOLDER "/seeds/component_registration")) {
-    std::ifstream file(seed.path(), std::ios::binary);
-    EXPECT_NO_THROW(fuzz::checkComponentRegistration(std::string{std::istreambuf_iterator<char>(file), {}}));
-    ++count;
-  }
-  EXPECT_GT(count, 2);
+  EXPECT_GT(fuzz::replay("component_registration", fuzz::checkComponentRegistration), 2);
 }
 
 class Plugins : public ::testing::Test {

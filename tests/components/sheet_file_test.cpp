@@ -69,15 +69,12 @@ TEST_F(SheetFile, AnotherProgramReadsTheChartCellByCell) {
             "page landscape paper 9 wide None tall 0 summary below False\n"
             "widths 12 14 15 16 10 16 16 9 48\n"
             "1|fold 0 indent 0 ......... high 24|s:كدحساب|s:شرح حساب|s:گروه حساب|s:ماهيت حساب|s:حساب|s:وضعيت "
-            "حساب|s:مركز "
-            "هزينه|s:سطح|s:ملاحظات\n"
+            "حساب|s:مركز هزينه|s:سطح|s:ملاحظات\n"
             "2|fold 0 indent 0 .........|s:01|s:دارايي|s:مشتريان|s:هردو|s:موقت|s:باز|s:مونتاژ|n:1|\n"
             "3|fold 1 indent 1 ........w high 30|s:0101|s:=1+1||s:بدهكار|s:موقت|s:باز||n:2|s:خط اول/دوم\n"
             "4|fold 2 indent 2 .........|s:010101|s:<b>&\"'||s:بستانكار|s:موقت|s:باز||n:3|\n"
             "5|fold 0 indent 0 ........w high 30|s:02|||s:بدهكار|s:موقت|s:باز||n:1|s:مانده اين حساب در پايان "
-            "هر ماه با "
-            "صورت "
-            "حساب بانک مقابله مي شود\n");
+            "هر ماه با صورت حساب بانک مقابله مي شود\n");
 }
 
 TEST_F(SheetFile, HostileTextLeavesAReadableFile) {

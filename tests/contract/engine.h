@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
-#include "data/data_error.h"
 #include "engines/odbc/odbc_engine.h"
 #include "engines/sqlite/embedded_engine.h"
+#include "support/failure.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::testing {
@@ -32,17 +31,6 @@ class Engine : public ::testing::Test {
 
   [[nodiscard]] std::int64_t number(const std::string& statement) {
     return connection->run(statement)->value(0, 0).toInt64();
-  }
-
-  /// The failure of some work, which has to fail.
-  static data::DataError failureOf(const std::function<void()>& work) {
-    try {
-      work();
-    } catch (const data::DataError& error) {
-      return error;
-    }
-    ADD_FAILURE() << "nothing failed";
-    return {data::DataError::Reason::Misuse, 0, ""};
   }
 
   TemporaryDatabase database;

@@ -28,13 +28,16 @@ TEST_F(Gateway, AHandleReadsWhatTheStatementGivesAndIsThereForTheNext) {
   handle.Open("Delete tblAccountPeriodAccount Where AccountID=7");
   EXPECT_EQ(handle.State(), 0);
   handle.Open("Select * From tblAccountPeriodAccount Where AccountID=7");
+  EXPECT_EQ(handle.State(), 1);
   EXPECT_EQ(handle.RecordCount(), 0);
+  EXPECT_TRUE(handle.Eof());
+  handle.MoveFirst();
   EXPECT_TRUE(handle.Eof());
   handle.Close();
 
   database.execute(
-      "update tblAccount set CreateDate = '2024-03-20 08:30:00', Title = 'O''Neil گچ پژ كي', Notes = '',"
-      " MaxDebit = " +
+      "update tblAccount set CreateDate = '2024-03-20 08:30:00', Title = 'O''Neil گچ پژ كي', Notes = '', "
+      "MaxDebit = " +
       database.amount(15005000) + ", MaxCredit = null where ID = 7");
   handle.Source("Select * From vwAccount Where ID in (7,8) Order by Code");
   handle.Open();
@@ -180,17 +183,16 @@ TEST_F(Rules, AnAccountTakesAlongWhatBelongsToItAndStaysWhereSomethingDependsOnI
       "insert into tblAccount (ID, ParentID, Code) values (1, null, '1'), (2, 1, '101'), (3, 1, '102'), (4, "
       "null, '2');"
       "insert into tblAccountPeriodAccount (AccountID, PeriodID) values (2, 1), (4, 1);"
-      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
-      " values (2, -1, 0, -1), (4, 7, 1, 2);"
+      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID) "
+      "values (2, -1, 0, -1), (4, 7, 1, 2);"
       "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (2, 1, 1), (4, 1, 1);"
       "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) values (2, 1, 10), (4, 1, "
       "10);"
       "insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01');"
       "insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, 3)");
-  EXPECT_EQ(
-      database.rows("select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects"
-                    " where AccountID = 2"),
-      "null|null|null");
+  EXPECT_EQ(database.rows("select AccountGroupID, RelatedClassID, RelatedObjectID from "
+                          "tblAccountRelatedObjects where AccountID = 2"),
+            "null|null|null");
   for (const std::string accounts : {"(1)", "(3)", "(4,3)", "(1,2)"}) {
     EXPECT_EQ(failureOf([&] { connection->run("Delete tblAccount Where ID in " + accounts); }).reason(),
               DataError::Reason::Constraint);
@@ -198,9 +200,8 @@ TEST_F(Rules, AnAccountTakesAlongWhatBelongsToItAndStaysWhereSomethingDependsOnI
   EXPECT_EQ(number("Select count(*) as cnt from tblAccount"), 4);
   connection->run("Delete tblAccount Where ID in (2,4)");
   for (const std::string table : {"tblAccountPeriodAccount", "tblAccountRelatedObjects",
-                                  "tblAccountRelatedClasses", "tblAccountRelatedClassesDetail"}) {
+                                  "tblAccountRelatedClasses", "tblAccountRelatedClassesDetail"})
     EXPECT_EQ(number("Select count(*) as cnt from " + table), 0) << table;
-  }
   EXPECT_EQ(database.rows("select ID, ChildID from tblAccountParent"), "1|3");
 }
 

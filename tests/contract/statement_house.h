@@ -25,8 +25,7 @@ struct ByHand {
 /// All that the screens write.
 inline constexpr const char* kTables[] = {
     "select ID, ParentID, Code, Title, NoLevel, GroupID, BranchID, PositionID, Notes, AccountNatureID, "
-    "IsPermanent, "
-    "IsClosed, MaxDebit, MaxCredit from tblAccount",
+    "IsPermanent, IsClosed, MaxDebit, MaxCredit from tblAccount",
     "select * from tblAccountParent",
     "select * from tblAccountPeriodAccount",
     "select * from tblAccountRelatedObjects",
@@ -51,23 +50,20 @@ inline std::vector<std::string> lines(const std::string& text, bool sorted) {
 inline data::Rows columnsOf(const data::Rows& byHand, const data::Rows& rows) {
   data::Rows picked;
   for (const std::string& name : byHand.columns()) picked.addColumn(name);
-  for (std::size_t row = 0; row < rows.count(); ++row) {
+  for (std::size_t row = 0; row < rows.count(); ++row)
     for (const std::string& name : picked.columns())
       picked.addValue(rows.value(row, rows.column(name).value()));
-  }
   return picked;
 }
 
 /// A statement without its numbers, but for the -1 that stands for none or all.
 inline std::string kindOf(const std::string& statement) {
   std::string kind;
-  for (const char sign : statement) {
-    if (sign < '0' || sign > '9' || kind.ends_with('-')) {
+  for (const char sign : statement)
+    if (sign < '0' || sign > '9' || kind.ends_with('-'))
       kind += sign;
-    } else if (!kind.ends_with('#')) {
+    else if (!kind.ends_with('#'))
       kind += '#';
-    }
-  }
   return kind;
 }
 

@@ -35,12 +35,11 @@ const std::string kTreeColumns =
 const std::string kInPeriod4 =
     " and exists (select 1 from tblAccountPeriodAccount where PeriodID = 4 and AccountID = tblAccount.ID)";
 const std::string kRelated =
-    "select r.AccountID, AccountGroupID, RelatedClassID, RelatedObjectID, PositionID, Code, Title "
-    "from tblAccountRelatedObjects r join tblAccount a on a.ID = r.AccountID where AccountGroupID = ";
+    "select r.AccountID, AccountGroupID, RelatedClassID, RelatedObjectID, PositionID, Code, Title from "
+    "tblAccountRelatedObjects r join tblAccount a on a.ID = r.AccountID where AccountGroupID = ";
 const std::string kObjects =
     "select ID, ParentID, Name, (select count(*) from tblEntityBank c where c.ParentID = b.ID) as "
-    "NumberOfChilds "
-    "from tblEntityBank b where ParentID ";
+    "NumberOfChilds from tblEntityBank b where ParentID ";
 
 TEST_F(Statements, OfTheTreeAndOfAProposal) {
   const auto open = [&](const char* key) { form().treeAccount.expand(form().treeAccount.find(key)); };
@@ -67,8 +66,7 @@ TEST_F(Statements, OfTheTreeAndOfAProposal) {
   const auto withoutParent = [&] { pick(form().sltParent, -1); };
   const std::string inherited =
       "select ifnull(IsPermanent, 0) as IsPermanent, ifnull(AccountNatureID, 0) as AccountNatureID from "
-      "tblAccount "
-      "where ID = ";
+      "tblAccount where ID = ";
   both("update tblAccount set IsPermanent = null, AccountNatureID = 2 where ID = 2");
   form().cmdNew.click();
   expect([&] { pick(form().sltParent, 2, "101"); },
@@ -90,8 +88,8 @@ TEST_F(Statements, OfTheTreeAndOfAProposal) {
   expect([&] { pick(form().sltParent, 1, "1"); },
          {{"select Code, NoLevel from tblAccount where ParentID = 1 order by Code desc"},
           {"select ID, substr(Code, -6) as rCode, Code, Title, NoLevel from tblAccount where ID = 2"},
-          {"select ID, substr(Code, -6) as rCode, Title, NoLevel from tblAccount where NoLevel = 2 "
-           "order by substr(Code, -6) collate nocase desc"}});
+          {"select ID, substr(Code, -6) as rCode, Title, NoLevel from tblAccount where NoLevel = 2 order by "
+           "substr(Code, -6) collate nocase desc"}});
   expect([&] { pick(form().sltParent, 46, "103010105"); }, {{"select * from tblAccount where ID = 46"}});
   expect(withoutParent, {{"select Code, NoLevel from tblAccount where ParentID is null order by Code desc"}});
 }
@@ -211,9 +209,9 @@ TEST_F(Statements, OfThePeriods) {
   });
   form().View(7);
   desktop.inModal("FormPeriodBranch", [](ui::Form&) {});
-  expect([&] { form().cmdPeriodBranch.click(); }, {{"select AccountID, PeriodID, Name as PeriodName from "
-                                                    "tblAccountPeriodAccount join tblAccountPeriod p on "
-                                                    "p.ID = PeriodID where AccountID = 7"}});
+  expect([&] { form().cmdPeriodBranch.click(); },
+         {{"select AccountID, PeriodID, Name as PeriodName from tblAccountPeriodAccount join "
+           "tblAccountPeriod p on p.ID = PeriodID where AccountID = 7"}});
   in<periods::FormPeriodBranch>("FormPeriodBranch", form().cmdPeriodBranch, [&](auto& screen) {
     const auto add = [&] { screen.cmdAdd.click(); };
     const auto hide = [&] { screen.cmdDel.click(); };
@@ -237,9 +235,9 @@ TEST_F(Statements, OfThePeriods) {
       pick(screen.sltPeriodTo, 4);
       if (source == -1) notices.answer(1);
       const std::vector<ByHand> merge = {
-          {"insert or ignore into tblAccountPeriodAccount select AccountID, 4 from tblAccountPeriodAccount "
-           "where "
-           "PeriodID = 1"}};
+          {"insert or ignore into tblAccountPeriodAccount select AccountID, 4 from "
+           "tblAccountPeriodAccount "
+           "where PeriodID = 1"}};
       const std::vector<ByHand> chart = {
           {"delete from tblAccountPeriodAccount where PeriodID = 4"},
           {"insert into tblAccountPeriodAccount select ID, 4 from tblAccount", {"tblAccount"}}};
@@ -256,12 +254,9 @@ TEST_F(Statements, OfThePeriods) {
   };
   empty(3, &periods::FormDeletePeriod::cmdDeletePossible,
         {{"delete from tblAccountPeriodAccount where PeriodID = 3 and AccountID not in (with used as (select "
-          "AccountID "
-          "from tblAccountDocumentDetail join tblAccountDocument d on d.ID = DocumentID where "
-          "FarsiDocumentDate like "
-          "'1404/%') select AccountID from used union select p.ID from tblAccountParent p where ChildID in "
-          "(select "
-          "AccountID from used))"}});
+          "AccountID from tblAccountDocumentDetail join tblAccountDocument d on d.ID = DocumentID where "
+          "FarsiDocumentDate like '1404/%') select AccountID from used union select p.ID from "
+          "tblAccountParent p where ChildID in (select AccountID from used))"}});
   empty(2, &periods::FormDeletePeriod::cmdDelete, {{documents + " where FarsiDocumentDate like '1403/%'"}});
   empty(4, &periods::FormDeletePeriod::cmdDelete,
         {{"delete from tblAccountPeriodAccount where PeriodID = 4"}});
@@ -357,12 +352,11 @@ TEST_F(Statements, OfWorkOnWholeBranches) {
                {"delete from tblAccount where ID > 102 and ID < 115 and NoLevel = 4;"
                 "delete from tblAccount where ID > 102 and ID < 115"}});
   shell.components.add("SheetKit.SheetWriter", [this] { return std::make_unique<Exporting>(shell); });
-  expect([&] { form().mnuExcelCode.click(); }, {{"select Code as \"كدحساب\", Title as \"شرح حساب\", AccGroup "
-                                                 "as \"گروه حساب\", AccountStatus as \"ماهيت حساب\", "
-                                                 "AccountType as \"حساب\", RemainedType as \"وضعيت حساب\", "
-                                                 "AccContract as \"مركز هزينه\", NoLevel as \"سطح\", "
-                                                 "Notes as \"ملاحظات\" from vwAccount order by Code, NoLevel",
-                                                 {"a"}}});
+  expect([&] { form().mnuExcelCode.click(); },
+         {{"select Code as \"كدحساب\", Title as \"شرح حساب\", AccGroup as \"گروه حساب\", AccountStatus as "
+           "\"ماهيت حساب\", AccountType as \"حساب\", RemainedType as \"وضعيت حساب\", AccContract as \"مركز "
+           "هزينه\", NoLevel as \"سطح\", Notes as \"ملاحظات\" from vwAccount order by Code, NoLevel",
+           {"a"}}});
 
   in<coding::frmAutoCodding>("frmAutoCodding", form().mnuSameCoding, [&](auto& screen) {
     const auto press = [&](ui::PushButton& command, const std::vector<ByHand>& byHand) {
@@ -391,8 +385,8 @@ TEST_F(Statements, OfWorkOnWholeBranches) {
            {"create temp table places as select ID, row_number() over (order by Code) as place from "
             "tblAccount where NoLevel = 2;"
             "update tblAccount set Code = (select p.Code from tblAccount p where p.ID = tblAccount.ParentID) "
-            "|| printf('%06d', "
-            "(select place from places where places.ID = tblAccount.ID)) where NoLevel = 2"}});
+            "|| printf('%06d', (select place from places where places.ID = tblAccount.ID)) where NoLevel = "
+            "2"}});
   });
 }
 

@@ -42,34 +42,18 @@ TEST(ConnectionText, TakesApartWhatHostsWrite) {
 }
 
 TEST(ConnectionText, AMalformedOneIsRefusedByPlaceAndShowsNoPassword) {
-  const std::string_view malformed[] = {
-      "",
-      "   ",
-      ";;;",
-      "secret",
-      "Provider",
-      "Provider=",
-      "Provider=;Password=secret",
-      "Provider=\"\";Password=secret",
-      "Provider=Oracle;Password=secret",
-      "Provider=secret secret;",
-      "Provider=\"Fake;Password=secret",
-      "Provider='Fake;Password=secret\"",
-      "Provider=\"Fake;Password=secret\"",
-      "Provider='Fake''",
-      "Provider=\"Fake\"secret",
-      "Provider=Fake;secret",
-      "Provider=Fake;Password==secret",
-      "Provider=Fake;=secret",
-      "Provider=Fake;  =secret",
-      "=Fake;Password=secret",
-      "Data Source=/srv/books.db;Password=secret",
-      "Pro vider=Fake;Password=secret",
-      "Provider=Fake;Password='secret' secret",
-      "Provider=Fake;Password='secret",
-      std::string_view("Provider=Fake;Password=sec\0ret", 30),
-      "Provider=Fake;Password=secret\xD8",
-  };
+  // clang-format off
+  constexpr std::string_view malformed[] = {
+      "", "   ", ";;;", "secret", "Provider", "Provider=", "Provider=;Password=secret",
+      "Provider=\"\";Password=secret", "Provider=Oracle;Password=secret", "Provider=secret secret;",
+      "Provider=\"Fake;Password=secret", "Provider='Fake;Password=secret\"",
+      "Provider=\"Fake;Password=secret\"", "Provider='Fake''", "Provider=\"Fake\"secret",
+      "Provider=Fake;secret", "Provider=Fake;Password==secret", "Provider=Fake;=secret",
+      "Provider=Fake;  =secret", "=Fake;Password=secret", "Data Source=/srv/books.db;Password=secret",
+      "Pro vider=Fake;Password=secret", "Provider=Fake;Password='secret' secret",
+      "Provider=Fake;Password='secret", "Provider=Fake;Password=secret\xD8",
+      std::string_view("Provider=Fake;Password=sec\0ret", 30)};
+  // clang-format on
   for (const std::string_view text : malformed) {
     const std::string message = failureOf(text);
     EXPECT_FALSE(message.empty()) << text;
@@ -83,9 +67,8 @@ TEST(ConnectionText, AMalformedOneIsRefusedByPlaceAndShowsNoPassword) {
 }
 
 TEST(ConnectionText, AQuotedValueReadsBack) {
-  for (const std::string value : {"plain", "", " blanks ", "a;b", "'", "\"", "a'b\"c;d", "=x"}) {
+  for (const std::string value : {"plain", "", " blanks ", "a;b", "'", "\"", "a'b\"c;d", "=x"})
     EXPECT_EQ(ConnectionText("Key=" + quoteConnectionValue(value) + ";Next=1").find("Key"), value);
-  }
 }
 
 }  // namespace

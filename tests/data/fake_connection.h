@@ -43,9 +43,8 @@ class FakeConnection : public Connection {
     database_.asked.emplace_back(statement);
     if (statement.starts_with("Delete")) return std::nullopt;
     const auto found = database_.answers.find(statement);
-    if (found == database_.answers.end()) {
+    if (found == database_.answers.end())
       throw DataError(DataError::Reason::Statement, 208, "no such table", std::string(statement));
-    }
     return found->second;
   }
   void walk(std::string_view /*statement*/, const std::function<bool(const Rows&)>& /*visit*/) override {}

@@ -29,9 +29,8 @@ TEST(Value, MoneyIsExactToItsEdgesAndReadsBackWhatItWrites) {
   EXPECT_EQ(Money::parse("007.25000000"), Money::fromTenThousandths(72'500));
   for (const char* text :
        {"", "-", ".", ".5", "5.", "1.00001", "+1", " 1", "1 ", "1e3", "1/000", "--1", "1.2.3",
-        "922337203685477.5808", "-922337203685477.5809", "99999999999999999999999", "۱۲"}) {
+        "922337203685477.5808", "-922337203685477.5809", "99999999999999999999999", "۱۲"})
     EXPECT_EQ(Money::parse(text), std::nullopt) << text;
-  }
 }
 
 TEST(Value, DatesAreDaysOfTheCalendar) {
@@ -41,9 +40,8 @@ TEST(Value, DatesAreDaysOfTheCalendar) {
   for (const char* text :
        {"", "2023-02-29", "1900-02-29", "2024-13-01", "2024-00-10", "2024-04-31", "0000-01-01", "2024-1-1",
         "2024-01-01 24:00", "2024-01-01 10:60", "2024-01-01 10", "2024-01-01 10:00:", "2024-01-01 10:00:00.",
-        "2024-01-01x", "2024-01-01 10:00:00 ", "1403/01/01"}) {
+        "2024-01-01x", "2024-01-01 10:00:00 ", "1403/01/01"})
     EXPECT_EQ(DateTime::parse(text), std::nullopt) << text;
-  }
   EXPECT_LT(*DateTime::parse("2023-12-31 23:59:59"), *DateTime::parse("2024-01-01"));
 }
 

@@ -9,7 +9,6 @@
 #include "data/data_error.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
-#include "support/faulty_connection.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -21,8 +20,6 @@ namespace ledgertree::testing {
 class EntityHouse : public WatchedHouse {
  protected:
   EntityHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     given(R"(
       insert into tblAccount (ID, Code, Title) values (9, '0', 'همسايه'), (10, '1', 'دارايي'), (20, '2', 'بدهي');
       insert into tblAccountDocument (ID, FarsiDocumentDate) values (501, '1403/01/01');
@@ -96,6 +93,11 @@ class EntityHouse : public WatchedHouse {
         found.replace(place, std::string(table).size(), name);
     return found;
   }
+  template <typename Command>
+  std::string storedBy(Command& command) {
+    command.click();
+    return stored();
+  }
 
   int openHandles() {
     int open = 0;
@@ -118,8 +120,6 @@ class EntityHouse : public WatchedHouse {
   static ui::NodeId node(const entities::frmAccountRelObjects& form, int object) {
     return form.treeObjects.find("N" + std::to_string(object));
   }
-
-  Faults faults;
 };
 
 }  // namespace ledgertree::testing

@@ -12,8 +12,7 @@ using ui::KeyChord;
 constexpr const char* kSaved = "اتمام عمليات|عمليات ثبت با موفقيت انجام شد.";
 constexpr const char* kGap =
     "عدم رعايت ترتيب|بين ترتيب انواع موجوديتهاي انتساب يافته فاصله وجود دارد. قبل از ثبت، لازم است كه اين "
-    "فاصله "
-    "برطرف شود.";
+    "فاصله برطرف شود.";
 
 class RelClasses : public EntityHouse {
  protected:
@@ -49,8 +48,7 @@ TEST_F(RelClasses, AClassIsAddedOnceALevelAndStoredOnEach) {
     EXPECT_EQ(notices.taken(), kSaved);
     EXPECT_EQ(stored(), "classes: +10|2|1|null +10|2|2|null +10|3|1|null");
     EXPECT_EQ(desktop.hourglasses, 1);
-    form.cmdOk.click();
-    EXPECT_EQ(notices.taken(), kSaved);
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
     EXPECT_EQ(stored(), "") << "a class on two levels keeps both through another save";
   });
   EXPECT_TRUE(saved);
@@ -109,12 +107,11 @@ TEST_F(RelClasses, LevelsMoveWithinTheirLimitsAndTheRestOfARowStays) {
     EXPECT_EQ(form.lstClasses.items().size(), 2U) << "nothing is selected any more";
     form.lstClasses.choose(1);
     EXPECT_TRUE(form.press(KeyChord::ctrlAnd('U')));
-    form.cmdOk.click();
-    EXPECT_EQ(notices.taken(), kSaved);
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
     EXPECT_EQ(stored(), "classes: -10|2|12|null") << "and the objects of a class that left stay";
     EXPECT_TRUE(form.press(KeyChord::ctrlAnd('U')));
-    form.cmdOk.click();
-    EXPECT_EQ(stored(), "classes: -10|3|2|1 +10|3|1|1") << "an update keeps how the objects count";
+    EXPECT_EQ(storedBy(form.cmdOk), "classes: -10|3|2|1 +10|3|1|1")
+        << "an update keeps how the objects count";
     form.cmdDelete.click();
     desktop.tick();
     EXPECT_FALSE(form.cmdMoveUp.enabled() || form.cmdMoveDown.enabled());
@@ -131,11 +128,9 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
     add(form, "بانک", 1);
     form.lstClasses.choose(0);
     form.cmdDelete.click();
-    form.cmdOk.click();
-    EXPECT_EQ(
-        notices.taken(),
-        "عدم امکان تغيير انواع موجوديت منتسب|به دليل اينکه سرفصل حساب گردش داشته است، امکان تغيير انواع "
-        "موجوديت منتسب به آن وجود ندارد.");
+    EXPECT_EQ(toldBy(form.cmdOk),
+              "عدم امکان تغيير انواع موجوديت منتسب|به دليل اينکه سرفصل حساب گردش داشته است، امکان تغيير "
+              "انواع موجوديت منتسب به آن وجود ندارد.");
   }));
   EXPECT_FALSE(classesOf(10, [&](frmAccountRelClasses& form) {
     EXPECT_EQ(lines(form), "40000#10_اشخاص\n");
@@ -145,8 +140,7 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
   EXPECT_FALSE(classesOf(-1, [&](frmAccountRelClasses& form) {
     EXPECT_EQ(lines(form), "");
     add(form, "بانک", 1);
-    form.cmdOk.click();
-    EXPECT_EQ(notices.taken(), "اشکال|حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");
+    EXPECT_EQ(toldBy(form.cmdOk), "اشکال|حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");
   }));
 }
 
@@ -188,8 +182,7 @@ TEST_F(RelClasses, EachStatementMayFailOnce) {
     EXPECT_EQ(openHandles(), 0) << failing;
     if (form.lstClasses.items().size() < 2) add(form, "پروژه", 2);
     notices.take();
-    form.cmdOk.click();
-    EXPECT_EQ(notices.taken(), kSaved) << failing;
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved) << failing;
     EXPECT_EQ(stored(), "classes: +10|2|2|null") << failing;
   }
 }

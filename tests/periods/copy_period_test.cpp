@@ -28,8 +28,7 @@ TEST_F(CopyPeriodTest, PutsTheWholeChartIntoAPeriod) {
     pick(screen.sltPeriodTo, "سال 1404");
     for (const int noOrNothing : {0, 7}) {
       notices.answer(noOrNothing);
-      screen.cmdAutoCodding.click();
-      EXPECT_EQ(notices.taken(), kNoSource);
+      EXPECT_EQ(toldBy(screen.cmdAutoCodding), kNoSource);
       EXPECT_TRUE(screen.isShown());
     }
     EXPECT_EQ(moves(), "");

@@ -15,9 +15,8 @@ class PeriodBranchTest : public PeriodHouse {
   }
   static std::string grid(const FormPeriodBranch& screen) {
     std::string rows;
-    for (int row = 0; row < screen.flxPeriodBranch.rowCount(); ++row) {
+    for (int row = 0; row < screen.flxPeriodBranch.rowCount(); ++row)
       for (int column = 0; column < 3; ++column) rows += screen.flxPeriodBranch.text(row, column) + "|";
-    }
     return rows;
   }
 };
@@ -32,8 +31,7 @@ TEST_F(PeriodBranchTest, AddsAnAccountToOnePeriodAndFillsTheGaps) {
     EXPECT_EQ(screen.firstFocus(), &screen.sltPeriod);
     EXPECT_EQ(grid(screen), "");
     pick(screen.sltPeriod, "سال 1404");
-    screen.cmdAdd.click();
-    EXPECT_EQ(moves(), "+20|2");
+    EXPECT_EQ(movesBy(screen.cmdAdd), "+20|2");
     EXPECT_TRUE(screen.press(ui::KeyChord::of(ui::Key::Enter)));
     EXPECT_EQ(moves(), "");
     EXPECT_EQ(grid(screen), "1|سال 1404|2|");
@@ -51,16 +49,14 @@ TEST_F(PeriodBranchTest, AddsAnAccountToOnePeriodAndFillsTheGaps) {
       for (auto* command : {&screen.cmdAdd, &screen.cmdDel}) {
         screen.cmdExit.focus();
         notices.answer(noOrNothing);
-        command->click();
-        EXPECT_EQ(notices.taken(), std::string(kAll) + "\nاشکال|سال مالي را تعيين نماييد.");
+        EXPECT_EQ(toldBy(*command), std::string(kAll) + "\nاشکال|سال مالي را تعيين نماييد.");
         EXPECT_TRUE(screen.sltPeriod.hasFocus());
       }
     }
     EXPECT_FALSE(screen.ChangedFlag);
     EXPECT_EQ(moves(), "");
     notices.answer(1);
-    screen.cmdAdd.click();
-    EXPECT_EQ(notices.taken(), kAll);
+    EXPECT_EQ(toldBy(screen.cmdAdd), kAll);
     EXPECT_EQ(screen.flxPeriodBranch.rowCount(), 4);
     screen.closeByPerson();
     EXPECT_FALSE(screen.isShown());
@@ -80,8 +76,7 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
     // The one line, two levels below, is of 1403. It blocks 1404 too, which has documents of others.
     pick(screen.sltPeriod, "سال 1404");
     screen.cmdExit.focus();
-    screen.cmdDel.click();
-    EXPECT_EQ(notices.taken(),
+    EXPECT_EQ(toldBy(screen.cmdDel),
               "اشکال|تعداد «1» از اسناد حسابداري به دوره مالي سال 1404 وابسته است. به عنوان مثال سند با ش.ر. "
               "«503»");
     EXPECT_TRUE(screen.sltPeriod.hasFocus());
@@ -89,22 +84,19 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
     EXPECT_EQ(moves(), "");
 
     pick(screen.sltPeriod, "سال 1405");
-    screen.cmdDel.click();
-    EXPECT_EQ(notices.taken(), "") << "nothing is asked where a period is chosen";
+    EXPECT_EQ(toldBy(screen.cmdDel), "") << "nothing is asked where a period is chosen";
     EXPECT_EQ(moves(), "-10|3") << "what is below keeps its rows";
     EXPECT_TRUE(std::exchange(screen.ChangedFlag, false));
     EXPECT_EQ(grid(screen), "1|سال 1403|1|2|سال 1404|2|3|سال 1406|4|");
 
     screen.sltPeriod.press(ui::Key::Delete);
     notices.answer(1);
-    screen.cmdDel.click();
     EXPECT_EQ(
-        notices.taken(),
+        toldBy(screen.cmdDel),
         std::string(kAll) +
             "\nاشکال|تعداد «3» از اسناد حسابداري به دوره مالي  وابسته است. به عنوان مثال سند با ش.ر. «501»");
     screen.cmdExit.focus();
-    screen.cmdDeleteAllRows.click();
-    EXPECT_EQ(notices.taken(),
+    EXPECT_EQ(toldBy(screen.cmdDeleteAllRows),
               "اشکال|تعداد «3» از اسناد حسابداري به دوره مالي مورد نظر وابسته است. به عنوان مثال سند با ش.ر. "
               "«501»");
     EXPECT_TRUE(screen.sltPeriod.hasFocus());
@@ -115,8 +107,7 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
   // An account without a line in its subtree goes, whatever documents the periods hold.
   show(21, [&](FormPeriodBranch& screen) {
     pick(screen.sltPeriod, "سال 1403");
-    screen.cmdDel.click();
-    EXPECT_EQ(moves(), "-21|1");
+    EXPECT_EQ(movesBy(screen.cmdDel), "-21|1");
     EXPECT_TRUE(std::exchange(screen.ChangedFlag, false));
     screen.cmdDeleteAllRows.click();
     EXPECT_TRUE(screen.ChangedFlag);
@@ -137,13 +128,11 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
     screen.cmdDel.click();
     EXPECT_EQ(notices.take().size(), 2U);
     EXPECT_EQ(moves(), "");
-    screen.cmdDeleteAllRows.click();
-    EXPECT_EQ(moves(), "-12|3 -12|4");
+    EXPECT_EQ(movesBy(screen.cmdDeleteAllRows), "-12|3 -12|4");
   });
   show(30, [&](FormPeriodBranch& screen) {
     notices.answer(1);
-    screen.cmdDel.click();
-    EXPECT_EQ(moves(), "-30|1 -30|2 -30|3 -30|4");
+    EXPECT_EQ(movesBy(screen.cmdDel), "-30|1 -30|2 -30|3 -30|4");
   });
 }
 
@@ -156,8 +145,7 @@ TEST_F(PeriodBranchTest, HidesTheRowsOfARangeThatNothingBlocks) {
     screen.flxPeriodBranch.press(ui::Key::Up, true);
     for (const int noOrNothing : {0, 7}) {
       notices.answer(noOrNothing);
-      screen.cmdDeleteRows.click();
-      EXPECT_EQ(notices.taken(), kSure);
+      EXPECT_EQ(toldBy(screen.cmdDeleteRows), kSure);
     }
     EXPECT_FALSE(screen.ChangedFlag);
     EXPECT_EQ(moves(), "");
@@ -171,8 +159,7 @@ TEST_F(PeriodBranchTest, HidesTheRowsOfARangeThatNothingBlocks) {
     notices.take();
     EXPECT_EQ(moves(), "-20|1");
     EXPECT_EQ(screen.flxPeriodBranch.rowCount(), 0);
-    screen.cmdDeleteRows.click();
-    EXPECT_EQ(notices.taken(), "") << "the headers alone are nothing to ask about";
+    EXPECT_EQ(toldBy(screen.cmdDeleteRows), "") << "the headers alone are nothing to ask about";
   });
 
   // What is blocked stays, and what stands behind it goes; the screen counts as changed also where every row

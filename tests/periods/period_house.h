@@ -8,7 +8,6 @@
 #include "data/data_error.h"
 #include "periods/period_screens.h"
 #include "shell/lookup/selector.h"
-#include "support/faulty_connection.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -18,8 +17,6 @@ namespace ledgertree::testing {
 class PeriodHouse : public WatchedHouse {
  protected:
   PeriodHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     given(R"(
       insert into tblAccountPeriod (ID, Name, BeginDate, EndDate, FarsiBeginDate, FarsiEndDate) values
         (1, 'سال 1403', '2024-03-20', '2025-03-20', '1403/01/01', '1403/12/30'),
@@ -56,6 +53,12 @@ class PeriodHouse : public WatchedHouse {
     return found.starts_with(table) ? found.substr(table.size()) : found;
   }
 
+  template <typename Command>
+  std::string movesBy(Command& command) {
+    command.click();
+    return moves();
+  }
+
   /// The person looks for a period by its name, and takes the first hit.
   void pick(shell::Selector& selector, const std::string& name) {
     selector.focus();
@@ -66,7 +69,6 @@ class PeriodHouse : public WatchedHouse {
     ASSERT_EQ(selector.SelectedText(), name);
   }
 
-  Faults faults;
   periods::PeriodScreens screens{shell};
 };
 

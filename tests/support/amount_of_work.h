@@ -5,8 +5,7 @@
 
 namespace ledgertree::testing {
 
-/// How much of a random work a run does: what the environment says under `name`; otherwise what README.md
-/// tells of where LEDGERTREE_LONG is 1, and elsewhere what takes seconds.
+/// How much of a random work a run does: what the environment says under `name`, or one of these two.
 inline int amountOfWork(const char* name, int everyDay, int inALongRun) {
   if (const char* const text = std::getenv(name)) return std::atoi(text);
   const char* const isLong = std::getenv("LEDGERTREE_LONG");

@@ -14,8 +14,8 @@
 
 namespace ledgertree::testing {
 
-/// A process that works and tells its parent through a pipe how far it is. It is made ahead of every database
-/// of the parent: SQLite's connections don't outlive a fork.
+/// A process that works and tells its parent through a pipe how far it is; made ahead of every database of
+/// the parent, as SQLite's connections don't outlive a fork.
 class Child {
  public:
   explicit Child(const std::function<void(int pipe)>& work) {

@@ -13,10 +13,8 @@
 
 namespace ledgertree::testing {
 
-/// What can go wrong below the gateway. Once put into the providers of a test, it stands between the product
-/// and the engine: it writes down every command (a statement, a procedure, a search) of every connection,
-/// selectors' included, and fails the ones that it is told to, as an engine does that gives up before it
-/// changed anything.
+/// Stands between the product and the engine: it writes down every command (a statement, a procedure, a
+/// search) and fails those that it is told to, as an engine does that gives up before it changed anything.
 class Faults {
  public:
   static constexpr std::string_view kMessage = "the disk gave up";
@@ -33,12 +31,10 @@ class Faults {
 
   /// The commands that failed since the last heal(), or since the beginning.
   [[nodiscard]] int failures() const;
-  /// The commands since the last call: statements as they were sent, procedures by name, searches as
-  /// "search " and the view.
+  /// The commands since the last call: statements, names of procedures, "search " and a view.
   [[nodiscard]] std::vector<std::string> take();
 
-  /// Hears each command ahead of its run: what it throws is the command's failure, and it may do what a host
-  /// does that calls in the middle of work. For stories on one thread.
+  /// Hears each command ahead of its run; what it throws is the command's failure. For stories on one thread.
   std::function<void(const std::string& command)> onCommand;
   /// Hears what each statement that ran gave; a procedure gives nothing.
   std::function<void(const std::string& command, const std::optional<data::Rows>& rows)> onAnswer;

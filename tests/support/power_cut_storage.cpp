@@ -123,8 +123,10 @@ int close(sqlite3_file* file) {
   delete of(file)->path;
   return result;
 }
-int read(sqlite3_file* file, void* bytes, int count, sqlite3_int64 offset) {
-  return methods(file).xRead(real(file), bytes, count, offset);
+/// A call that the layer below answers.
+template <auto kMethod, typename... Arguments>
+auto passOn(sqlite3_file* file, Arguments... arguments) {
+  return (methods(file).*kMethod)(real(file), arguments...);
 }
 int write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
   disk().change(*of(file)->path,
@@ -140,28 +142,26 @@ int sync(sqlite3_file* file, int) {
   disk().sync(*of(file)->path);
   return SQLITE_OK;
 }
-int size(sqlite3_file* file, sqlite3_int64* count) { return methods(file).xFileSize(real(file), count); }
-int lock(sqlite3_file* file, int level) { return methods(file).xLock(real(file), level); }
-int unlock(sqlite3_file* file, int level) { return methods(file).xUnlock(real(file), level); }
-int reserved(sqlite3_file* file, int* held) { return methods(file).xCheckReservedLock(real(file), held); }
-int control(sqlite3_file* file, int what, void* value) {
-  return methods(file).xFileControl(real(file), what, value);
-}
-int sectorSize(sqlite3_file* file) { return methods(file).xSectorSize(real(file)); }
-int characteristics(sqlite3_file* file) { return methods(file).xDeviceCharacteristics(real(file)); }
-int shmMap(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
-  return methods(file).xShmMap(real(file), page, size, extend, memory);
-}
-int shmLock(sqlite3_file* file, int offset, int count, int flags) {
-  return methods(file).xShmLock(real(file), offset, count, flags);
-}
-void shmBarrier(sqlite3_file* file) { methods(file).xShmBarrier(real(file)); }
-int shmUnmap(sqlite3_file* file, int remove) { return methods(file).xShmUnmap(real(file), remove); }
-
-constexpr sqlite3_io_methods kMethods{
-    2,        close,    read,    write,      truncate,        sync,   size,    lock,
-    unlock,   reserved, control, sectorSize, characteristics, shmMap, shmLock, shmBarrier,
-    shmUnmap, nullptr,  nullptr};
+using Calls = sqlite3_io_methods;
+constexpr sqlite3_io_methods kMethods{2,
+                                      close,
+                                      passOn<&Calls::xRead>,
+                                      write,
+                                      truncate,
+                                      sync,
+                                      passOn<&Calls::xFileSize>,
+                                      passOn<&Calls::xLock>,
+                                      passOn<&Calls::xUnlock>,
+                                      passOn<&Calls::xCheckReservedLock>,
+                                      passOn<&Calls::xFileControl>,
+                                      passOn<&Calls::xSectorSize>,
+                                      passOn<&Calls::xDeviceCharacteristics>,
+                                      passOn<&Calls::xShmMap>,
+                                      passOn<&Calls::xShmLock>,
+                                      passOn<&Calls::xShmBarrier>,
+                                      passOn<&Calls::xShmUnmap>,
+                                      nullptr,
+                                      nullptr};
 
 int open(sqlite3_vfs*, sqlite3_filename name, sqlite3_file* file, int flags, int* given) {
   const int result = below->xOpen(below, name, real(file), flags, given);
@@ -194,10 +194,9 @@ void PowerCutStorage::cutAt(int n, unsigned seed) { disk().cutAt(n, seed); }
 int PowerCutStorage::operations() { return disk().operations(); }
 
 void PowerCutStorage::recover(const std::filesystem::path& from, const std::filesystem::path& to) {
-  for (const auto& entry : std::filesystem::directory_iterator(from)) {
+  for (const auto& entry : std::filesystem::directory_iterator(from))
     if (entry.path().extension() == kOnDisk)
       std::filesystem::copy_file(entry.path(), to / entry.path().stem());
-  }
 }
 
 }  // namespace ledgertree::testing

@@ -4,12 +4,9 @@
 
 namespace ledgertree::testing {
 
-/// A storage layer for SQLite that knows what a power cut loses. Files work as ever for the process that
-/// writes them; beside each of them it keeps what a disk would have for certain: what was synced. At the cut,
-/// every later write of a file is lost, kept, or kept in part, in any order and at random, and the process
-/// ends on the spot.
-///
-/// For a process of its own: once put in, it serves every database that is opened from then on.
+/// A storage layer for SQLite, for a process of its own, that knows what a power cut loses: beside each file
+/// it keeps what was synced. At the cut, every later write is lost, kept, or kept in part, in any order and
+/// at random, and the process ends on the spot.
 class PowerCutStorage {
  public:
   /// The storage of this process from now on.

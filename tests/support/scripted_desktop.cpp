@@ -19,9 +19,8 @@ std::vector<std::string> ScriptedDesktop::surprises() const {
 
 void ScriptedDesktop::tick() {
   settle();
-  for (ui::Form* form : std::vector(shownForms)) {
+  for (ui::Form* form : std::vector(shownForms))
     for (ui::Timer* timer : std::vector(form->timers())) timer->tick();
-  }
   settle();
 }
 

@@ -11,17 +11,14 @@
 
 namespace ledgertree::testing {
 
-/// A desktop without a screen. It is told beforehand what the person does in each modal form, and remembers
-/// what the product asked of it.
+/// A desktop without a screen, told beforehand what the person does; it remembers what was asked of it.
 class ScriptedDesktop : public ui::Desktop {
  public:
   using Person = std::function<void(ui::Form&)>;
 
-  /// What the person does in the next modal form of that name. A form that is still up afterwards is closed
-  /// by its frame.
+  /// What the person does in the next modal form of that name, which the frame closes if it is still up then.
   void inModal(std::string formName, Person person);
-  /// The modal forms that came up without a script, and the scripts that no form came up for: both are empty
-  /// after a story that went as told.
+  /// The modal forms that came up without a script, and the scripts that no form came up for.
   [[nodiscard]] std::vector<std::string> surprises() const;
 
   /// Time passes: every timer of the shown forms ticks once, and what waits for idleness runs.

@@ -22,13 +22,11 @@ class ScriptedNotices {
  public:
   explicit ScriptedNotices(shell::OutsideComponents& components);
 
-  /// The answers of the next questions: 1 yes, 0 no, anything else none. A question without one is answered
-  /// no.
+  /// The answers of the next questions: 1 yes, 0 no, anything else none. Without one it is no.
   void answer(int answer) { answers_.push_back(answer); }
   /// The notices since the last call.
   std::vector<Notice> take();
-  /// The title and message of the one notice since the last call, "title|message"; "" for none, and a list of
-  /// all where there were several.
+  /// The notices since the last call as "title|message", a line each.
   std::string taken();
 
   /// Every member that was used, in order: "set FormTitle", "call ClearShow", "get Resualt".

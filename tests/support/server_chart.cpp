@@ -72,11 +72,10 @@ std::vector<std::string> statementsOf(const std::string& text) {
   bool quoted = false;
   for (const char sign : text) {
     if (sign == '\'') quoted = !quoted;
-    if (sign == ';' && !quoted) {
+    if (sign == ';' && !quoted)
       statements.emplace_back();
-    } else {
+    else
       statements.back() += sign;
-    }
   }
   return statements;
 }

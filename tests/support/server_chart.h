@@ -6,8 +6,7 @@
 
 namespace ledgertree::testing {
 
-/// The connection text of the SQL Server that the stories are to run on, from LEDGERTREE_TEST_CONNECTION;
-/// empty where they run on the embedded engine.
+/// The SQL Server that LEDGERTREE_TEST_CONNECTION names for the stories; empty for the embedded engine.
 [[nodiscard]] const std::string& testServer();
 
 [[nodiscard]] inline bool onServer() { return !testServer().empty(); }
@@ -16,11 +15,8 @@ namespace ledgertree::testing {
 [[nodiscard]] std::string testProvider();
 
 /// The chart on that server, emptied for a story, and a second program that has it open. One story at a time
-/// works there, whatever process it runs in.
-///
-/// A database is taken for the stories where its name holds "test", or where none of its tables of the chart
-/// has a row; the table tblLedgerTreeStories remembers it. The schema is installed anew where the scripts are
-/// others than the time before.
+/// works there. A database is taken whose name holds "test", or whose tables of the chart have no row; the
+/// table tblLedgerTreeStories remembers it, and the scripts that its schema is of.
 class ServerChart {
  public:
   /// Throws std::runtime_error for any other database: the tables lose their rows.
@@ -29,8 +25,7 @@ class ServerChart {
   ServerChart& operator=(const ServerChart&) = delete;
   ~ServerChart();
 
-  /// Statements in the dialect of SQLite as far as stories need it, parted by semicolons. The tables and
-  /// views that they make go with this object.
+  /// Statements in SQLite's dialect, as far as stories need it; what they create goes with this object.
   void execute(const std::string& statements);
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);

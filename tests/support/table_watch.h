@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "support/faulty_connection.h"
 #include "support/temporary_database.h"
 #include "support/test_house.h"
 
@@ -15,8 +16,7 @@ class TableWatch {
   explicit TableWatch(TemporaryDatabase& database) : database_(database) { static_cast<void>(changes()); }
 
   /// The changes since the last call, a line for each table with any: "tblAccountPeriodAccount: -12|2 +10|2".
-  /// In a table whose rows have an ID, a row goes and comes by that, and another value of one that stays is
-  /// "3.Code=1108".
+  /// A row with an ID goes and comes by that, and another value of one that stays is "3.Code=1108".
   [[nodiscard]] std::string changes();
 
  private:
@@ -34,6 +34,10 @@ class TableWatch {
 /// its end, it didn't expect.
 class WatchedHouse : public TestHouse {
  protected:
+  WatchedHouse() {
+    faults.putInto(shell.providers);
+    shell.resetDataConnection();
+  }
   /// Puts rows there past the product.
   void given(const std::string& statements) {
     EXPECT_EQ(changes(), "") << "ahead of " << statements;
@@ -45,6 +49,8 @@ class WatchedHouse : public TestHouse {
     EXPECT_EQ(changes(), "");
     TestHouse::TearDown();
   }
+
+  Faults faults;
 
  private:
   TableWatch tables_{database};

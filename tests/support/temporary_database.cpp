@@ -88,13 +88,11 @@ data::Rows readRows(SQLite::Database& database, const std::string& query) {
   for (int column = 0; column < statement.getColumnCount(); ++column)
     rows.addColumn(statement.getColumnName(column));
   while (statement.executeStep()) {
-    for (int column = 0; column < statement.getColumnCount(); ++column) {
-      if (statement.isColumnNull(column)) {
+    for (int column = 0; column < statement.getColumnCount(); ++column)
+      if (statement.isColumnNull(column))
         rows.addNull();
-      } else {
+      else
         rows.addText(statement.getColumn(column).getString());
-      }
-    }
   }
   return rows;
 }

@@ -34,9 +34,8 @@ class TemporaryFolder {
 /// One value of them: NULL as "null", money as the number of ten-thousandths that a file holds.
 [[nodiscard]] std::string cellText(const data::Value& value);
 
-/// A database with the schema and no account, and a second program that has it open: what a story puts in and
-/// looks up goes past the product. It is a file, and the second program waits for nothing on the disk; or the
-/// server that the environment names (see server_chart.h), emptied.
+/// A database with the schema and no account, a file or the server of the environment, and a second program
+/// that has it open: what a story puts in and looks up goes past the product.
 class TemporaryDatabase {
  public:
   TemporaryDatabase();

@@ -11,9 +11,8 @@
 
 namespace ledgertree::testing {
 
-/// The house without a window: a database of its own, the embedded engine, a desktop and notices that play
-/// the person. Every story ends with all handles closed, the pointer at its default, and nothing shown that
-/// it didn't tell of.
+/// The house without a window; the desktop and the notices play the person. Every story ends with all handles
+/// closed, the pointer at its default, and nothing shown that it didn't tell of.
 class TestHouse : public ::testing::Test {
  protected:
   TestHouse() {
@@ -34,9 +33,15 @@ class TestHouse : public ::testing::Test {
     EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
   }
 
-  /// Fills the database with the demo chart: user 1 has all rights, 2 may not change, 3 may not see the
-  /// chart.
+  /// In the demo chart user 1 has all rights, 2 may not change, 3 may not see the chart.
   void useDemoChart() { database.fillWithDemoChart(); }
+
+  /// Presses something; gives what the person is told.
+  template <typename Command>
+  std::string toldBy(Command& command) {
+    command.click();
+    return notices.taken();
+  }
 
   TemporaryDatabase database;
   ScriptedDesktop desktop;

@@ -213,8 +213,7 @@ def afternoon(desk):
 
 def main(host, folder):
     chart = chart_in(host, folder)
-    desk = Desk(os.environ["DISPLAY"] + ".0", folder)
-    try:
+    with Desk(os.environ["DISPLAY"] + ".0", folder) as desk:
         desk.open(host, chart)
         find_accounts(desk)
         keep_accounts(desk)
@@ -229,11 +228,6 @@ def main(host, folder):
         desk.open(host, chart)
         afternoon(desk)
         desk.leave()
-    except BaseException:
-        desk.picture("failed", look=False)
-        raise
-    finally:
-        desk.end()
 
 
 if __name__ == "__main__":

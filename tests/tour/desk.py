@@ -103,11 +103,18 @@ class Desk:
         status = self.program.wait(PATIENCE)
         assert status == 0, f"the program ended with {status}"
 
-    def end(self):
-        for process in (self.program, self.manager):
-            if process and process.poll() is None:
-                process.terminate()
-                process.wait()
+    def __enter__(self):
+        return self
+
+    def __exit__(self, failure, *_):
+        try:
+            if failure:
+                self.picture("failed", look=False)
+        finally:
+            for process in (self.program, self.manager):
+                if process and process.poll() is None:
+                    process.terminate()
+                    process.wait()
 
     # What is on the screen.
 

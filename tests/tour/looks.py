@@ -25,8 +25,7 @@ def theme(folder, letters, colours):
 def look(host, folder, name):
     screen, letters, colours, factor = LOOKS[name]
     theme(folder, letters, colours)
-    desk = Desk(f"{os.environ['DISPLAY']}.{screen}", folder)
-    try:
+    with Desk(f"{os.environ['DISPLAY']}.{screen}", folder) as desk:
         desk.open(host, f"{folder}/chart.db", QT_QPA_PLATFORMTHEME="kde", XDG_CURRENT_DESKTOP="KDE",
                   KDE_SESSION_VERSION="5", QT_SCALE_FACTOR=str(factor))
         desk.go("درخت حسابها")
@@ -49,11 +48,6 @@ def look(host, folder, name):
         desk.choose("ابزار", "همسانسازي كدينگ و ماهيت و نوع حسابها...", "F10")
         desk.window("اعمال كدينگ خودكار، همسان سازي كدينگ و ماهيت و نوع حساب")
         desk.picture(f"{name}-recode")
-    except BaseException:
-        desk.picture("failed", look=False)
-        raise
-    finally:
-        desk.end()
 
 
 if __name__ == "__main__":

@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <thread>
 
-#include "data/data_error.h"
 #include "engines/odbc/odbc_connection.h"
+#include "support/failure.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -17,38 +17,29 @@ using Reason = data::DataError::Reason;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-data::DataError failureOf(const std::function<void()>& act) {
-  try {
-    act();
-  } catch (const data::DataError& failure) {
-    return failure;
-  }
-  return {Reason::Misuse, -1, "nothing failed"};
-}
+using testing::failureOf;
 
 /// The layer on a driver that needs no server: its database is a file. It has no Unicode calls, so that its
 /// texts are ASCII; what becomes of letters shows on a server.
-class OdbcConnectionTest : public testing::Test {
+class OdbcConnectionTest : public ::testing::Test {
  protected:
   OdbcConnectionTest() { std::filesystem::remove(path_); }
   ~OdbcConnectionTest() override { std::filesystem::remove(path_); }
 
-  std::string path_ = testing::TempDir() + "odbc_" + std::to_string(getpid()) + ".db";
+  std::string path_ = ::testing::TempDir() + "odbc_" + std::to_string(getpid()) + ".db";
   data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_)};
   OdbcConnection connection_{text_};
 };
 
 TEST_F(OdbcConnectionTest, GivesBackWhatWasWritten) {
-  EXPECT_EQ(
-      connection_.run("create table t(ID integer, Big bigint, Name varchar(50), Notes text, Share double, "
-                      "Amount decimal(19,4), Day datetime)"),
-      std::nullopt);
+  EXPECT_EQ(connection_.run("create table t(ID integer, Big bigint, Name varchar(50), Notes text, Share "
+                            "double, Amount decimal(19,4), Day datetime)"),
+            std::nullopt);
   std::string notes;
   for (int count = 0; count < 5000; ++count) notes += "abc ";
   EXPECT_EQ(
-      connection_.run(
-          "insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), '00', 'abc '), "
-          "0.125, 1500.5, '2016-02-29 13:14:15')"),
+      connection_.run("insert into t values(7, 9000000000000000000, 'one', replace(hex(zeroblob(5000)), "
+                      "'00', 'abc '), 0.125, 1500.5, '2016-02-29 13:14:15')"),
       std::nullopt);
   connection_.run("insert into t(ID, Name) values(8, '')");
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "data/data_error.h"
+#include "support/failure.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -67,15 +67,11 @@ TEST(DriverText, RefusesWhatItCannotCarryAndNamesTheKeyAlone) {
       {"Data Source=srv;Encrypt=yes;Password=hidden", "Trust Server Certificate"},
   };
   for (const Case& one : cases) {
-    try {
-      written(one.text, kFreeTdsOnly);
-      FAIL() << one.text;
-    } catch (const data::DataError& failure) {
-      const std::string message = failure.what();
-      EXPECT_EQ(failure.reason(), data::DataError::Reason::Connection);
-      EXPECT_NE(message.find(one.expected), std::string::npos) << message;
-      EXPECT_EQ(message.find("hid"), std::string::npos) << message;
-    }
+    const data::DataError failure = testing::failureOf([&] { return written(one.text, kFreeTdsOnly); });
+    const std::string message = failure.what();
+    EXPECT_EQ(failure.reason(), data::DataError::Reason::Connection) << one.text;
+    EXPECT_NE(message.find(one.expected), std::string::npos) << message;
+    EXPECT_EQ(message.find("hid"), std::string::npos) << message;
   }
   EXPECT_THROW(written("Data Source=srv", {"SQLite3"}), data::DataError);
 }

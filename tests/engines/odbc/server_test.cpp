@@ -6,9 +6,8 @@
 #include <thread>
 
 #include "data/catalogue.h"
-#include "data/data_error.h"
 #include "engines/odbc/odbc_connection.h"
-#include "text/characters.h"
+#include "support/failure.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -23,7 +22,7 @@ constexpr data::Procedure kEcho{"odbcEcho", kEchoParameters};
 
 /// What only a server shows. It runs where LEDGERTREE_TEST_CONNECTION names a database in an Arabic or
 /// Persian collation, and leaves nothing behind in it.
-class OdbcServer : public testing::Test {
+class OdbcServer : public ::testing::Test {
  protected:
   void SetUp() override {
     const char* const text = std::getenv("LEDGERTREE_TEST_CONNECTION");
@@ -40,14 +39,10 @@ class OdbcServer : public testing::Test {
       connection_->run("drop " + std::string(name).insert(std::string(name).find(' '), " if exists"));
   }
   std::optional<data::Rows> run(std::string_view statement) { return connection_->run(statement); }
-  Reason failureOf(const std::function<void()>& act) {
-    try {
-      act();
-    } catch (const data::DataError& failure) {
-      told_ = failure.what();
-      return failure.reason();
-    }
-    return Reason::Cancelled;
+  Reason reasonOf(const std::function<void()>& act) {
+    const data::DataError failure = testing::failureOf(act);
+    told_ = failure.what();
+    return failure.reason();
   }
 
   std::string text_;
@@ -62,18 +57,18 @@ TEST_F(OdbcServer, KeepsLettersThatItsColumnsHold) {
   ASSERT_EQ(rows->count(), 1U);
   EXPECT_EQ(rows->text(0, 0), "يکتا 123 کك");
   EXPECT_EQ(rows->text(0, 1), "یکتا ۱۲۳");
-  EXPECT_EQ(failureOf([&] { run("insert odbcTable values(2, 'a😀', null)"); }), Reason::Misuse);
+  EXPECT_EQ(reasonOf([&] { run("insert odbcTable values(2, 'a😀', null)"); }), Reason::Misuse);
   EXPECT_EQ(run("select * from odbcTable where Title like '%😀%'")->count(), 0U);
-  EXPECT_EQ(failureOf([&] { run("insert odbcTable values(1, 'x', null)"); }), Reason::Constraint);
+  EXPECT_EQ(reasonOf([&] { run("insert odbcTable values(1, 'x', null)"); }), Reason::Constraint);
   EXPECT_NE(told_.find("2627"), std::string::npos) << told_;
 }
 
 TEST_F(OdbcServer, CallsProceduresWhateverTheySayInBetween) {
   run("create table odbcTable(ID int identity, Title varchar(20), Amount money, Day datetime)");
   run("create trigger odbcTrigger on odbcTable after insert as select 'from a trigger' Noise");
-  run("create procedure odbcEcho @Title varchar(20), @Amount money, @Day datetime, @Number int as "
-      "begin print 'before' select @Number N insert odbcTable values(@Title, @Amount, @Day) "
-      "select * from odbcTable return isnull(@Number, -5) end");
+  run("create procedure odbcEcho @Title varchar(20), @Amount money, @Day datetime, @Number int as begin "
+      "print 'before' select @Number N insert odbcTable values(@Title, @Amount, @Day) select * from "
+      "odbcTable return isnull(@Number, -5) end");
   EXPECT_EQ(run("insert odbcTable values('x', 1, null)"), std::nullopt);
   const data::Value day = data::DateTime{2016, 2, 29, 23, 59, 58};
   const data::Value values[] = {"کی ۱", *data::Money::parse("-922337203685477.5808"), day, 41};
@@ -81,7 +76,7 @@ TEST_F(OdbcServer, CallsProceduresWhateverTheySayInBetween) {
   const data::Value nothing[] = {data::Null{}, data::Null{}, data::Null{}, data::Null{}};
   EXPECT_EQ(connection_->call(kEcho, nothing), -5);
   const data::Value tooLong[] = {std::string(21, 'x'), data::Money(), day, 1};
-  EXPECT_EQ(failureOf([&] { static_cast<void>(connection_->call(kEcho, tooLong)); }), Reason::TooLong);
+  EXPECT_EQ(reasonOf([&] { static_cast<void>(connection_->call(kEcho, tooLong)); }), Reason::TooLong);
   const auto rows = run("select * from odbcTable order by ID");
   ASSERT_EQ(rows->count(), 3U);
   EXPECT_EQ(rows->text(1, 1), "کي 1");
@@ -95,10 +90,7 @@ TEST_F(OdbcServer, SearchesPageByPage) {
   for (int id = 1; id <= 30; ++id) {
     const std::string code = id % 10 == 0 ? "null" : "'" + std::to_string(id / 2) + "'";
     run("insert odbcTable values(" + std::to_string(id) + ", " + code + ", 'حساب يك_" + std::to_string(id) +
-        (id % 2 == 0 ? " [ك%ا"
-                       "\u200C"
-                       "لا]')"
-                     : " Bank')"));
+        (id % 2 == 0 ? " [ك%ا\u200Cلا]')" : " Bank')"));
   }
   run("create view odbcView as select * from odbcTable");
   const auto find = [&](std::string text, std::size_t limit = 4) {
@@ -140,13 +132,13 @@ TEST_F(OdbcServer, GivesUpWhatTakesTooLongAndGoesOn) {
   request.cancelled = [&] {
     return std::chrono::steady_clock::now() - begun > std::chrono::milliseconds(200);
   };
-  EXPECT_EQ(failureOf([&] { static_cast<void>(connection_->search(request)); }), Reason::Cancelled);
+  EXPECT_EQ(reasonOf([&] { static_cast<void>(connection_->search(request)); }), Reason::Cancelled);
   EXPECT_EQ(told_, "The search was given up for a newer one.");
   EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(10));
   EXPECT_EQ(run("select count(*) from odbcTable")->value(0, 0).toText(), "150");
 
   OdbcConnection hasty(data::ConnectionText(text_), std::chrono::milliseconds(1000));
-  EXPECT_EQ(failureOf([&] {
+  EXPECT_EQ(reasonOf([&] {
               hasty.run("select count(*) from odbcView a, odbcTable b where a.Name = b.Name and b.ID <= 20");
             }),
             Reason::TimeOut);

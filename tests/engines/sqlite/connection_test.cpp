@@ -8,7 +8,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,6 +16,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "support/failure.h"
 #include "support/small_disk.h"
 #include "support/temporary_database.h"
 
@@ -28,16 +28,7 @@ using std::chrono::milliseconds;
 
 const std::string kCount = "Select count(*) as cnt from tblAccount";
 
-/// The failure of some work, which has to fail.
-data::DataError failureOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const data::DataError& error) {
-    return error;
-  }
-  ADD_FAILURE() << "nothing failed";
-  return {Reason::Misuse, 0, ""};
-}
+using testing::failureOf;
 
 std::int64_t number(EmbeddedConnection& connection, const std::string& statement) {
   return connection.run(statement)->value(0, 0).toInt64();
@@ -174,8 +165,9 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   database.execute("begin immediate");
   const data::DataError failure = failureOf([&] { hasty.run(renamed(7, "x")); });
   EXPECT_EQ(failure.reason(), Reason::Busy) << failure.what();
-  EXPECT_EQ(failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
-            Reason::Busy);
+  EXPECT_EQ(
+      failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
+      Reason::Busy);
   EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
   std::thread release([this] {
     std::this_thread::sleep_for(milliseconds(60));
@@ -212,16 +204,7 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
   EXPECT_EQ(number(connection, kCount + " where Title='b'"), 200);
 }
 
-TEST_F(Commands, RowsHaveTheTypesOfTheirColumnsAndFollowTheSchema) {
-  database.execute(
-      "update tblAccount set MaxDebit = 15005000, CreateDate = '2024-03-20 08:30:00' where ID = 7");
-  const std::string one = "Select * From vwAccount where ID=7";
-  data::Rows rows = *connection.run(one);
-  EXPECT_EQ(rows.value(0, *rows.column("MAXDEBIT")), data::Value(data::Money::fromTenThousandths(15005000)));
-  EXPECT_EQ(rows.value(0, *rows.column("CreateDate")),
-            data::Value(data::DateTime{.year = 2024, .month = 3, .day = 20, .hour = 8, .minute = 30}));
-  EXPECT_TRUE(rows.isNull(0, *rows.column("MaxCredit")));
-  EXPECT_EQ(rows.value(0, *rows.column("ID")), data::Value(7));
+TEST_F(Commands, RowsFollowTheSchema) {
   database.execute("alter table tblAccountGroup add column Colour");
   EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
   database.execute("alter table tblAccountGroup drop column Colour");

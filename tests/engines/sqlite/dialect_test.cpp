@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "support/failure.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::engines::sqlite {
@@ -31,14 +31,9 @@ class Dialect : public ::testing::Test {
 
   /// The message with which a statement is refused; it has to be a refusal.
   std::string refusal(const std::string& statement) {
-    try {
-      connection.run(statement);
-    } catch (const data::DataError& error) {
-      EXPECT_EQ(error.reason(), data::DataError::Reason::Statement) << error.what();
-      return error.what();
-    }
-    ADD_FAILURE() << "accepted: " << statement.substr(0, 200);
-    return {};
+    const data::DataError failure = testing::failureOf([&] { return connection.run(statement); });
+    EXPECT_EQ(failure.reason(), data::DataError::Reason::Statement) << statement.substr(0, 200);
+    return failure.what();
   }
 
   testing::TemporaryDatabase database;
@@ -129,8 +124,7 @@ class RandomCondition {
             "ID<" +
                 id + ")",
             "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent "
-            "p "
-            "join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
+            "p join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
                 id + ")"};
       }
       case 5: {
@@ -169,49 +163,37 @@ TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
   for (int round = 0; round < 400; ++round) {
     const auto [dialect, sqlite] = random.condition(3);
     std::string found;
-    for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID")) {
+    for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID"))
       found += (found.empty() ? "" : "\n") + std::to_string(id);
-    }
     ASSERT_EQ(found, database.rows("select ID from tblAccount where " + sqlite + " order by ID")) << dialect;
   }
 }
 
 TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
-  const struct {
-    const char* statement;
-    const char* named;
-  } refused[] = {
-      {"", "ends too early"},
-      {"select", "ends too early"},
-      {"drop table tblAccount", "\"drop\""},
+  // clang-format off
+  const std::pair<const char*, const char*> refused[] = {
+      {"", "ends too early"}, {"select", "ends too early"}, {"drop table tblAccount", "\"drop\""},
       {"select * from tblAccount; delete tblAccount", "\"delete\""},
       {"delete tblAccount delete tblAccountPeriod", "\"delete\""},
       {"select * from tblAccount -- where ID=1", "a comment"},
       {"select /* all */ * from tblAccount", "a comment"},
       {"select * from tblAccount where Title like 'x'", "\"like\""},
       {"select * from tblAccount where Title = 'x", "closing apostrophe"},
-      {"select * from [tblAccount", "closing sign"},
-      {"select getdate()", "\"getdate\""},
+      {"select * from [tblAccount", "closing sign"}, {"select getdate()", "\"getdate\""},
       {"select left(Code) from tblAccount", "\"left\""},
-      {"select left(Code,-1) from tblAccount", "\"left\""},
-      {"select * from tblAccount where ID", "\"ID\""},
-      {"select ID=5 from tblAccount", "\"=\""},
-      {"select * from tblAccount where ID=5x", "letters behind"},
+      {"select left(Code,-1) from tblAccount", "\"left\""}, {"select * from tblAccount where ID", "\"ID\""},
+      {"select ID=5 from tblAccount", "\"=\""}, {"select * from tblAccount where ID=5x", "letters behind"},
       {"select * from tblAccount where ID=99999999999999999999", "out of range"},
       {"select * from tblAccount where ID=@id", "character that it doesn't know"},
-      {"select * from tblAccount order by 1", "\"1\""},
-      {"select * from a.b.c", "\".\""},
+      {"select * from tblAccount order by 1", "\"1\""}, {"select * from a.b.c", "\".\""},
       {"select top 1 ID from tblAccount union select 5", "\"top\""},
       {"select * from tblAccount where ID=1\x01", "character that it doesn't know"},
       {"select * from tblAccount where Title='\xD8'", "UTF-8"},
       {"update tblAccount set ID=1 where ID in (1,)", "\")\""},
       {"select * from tblAccount left join tblAccountParent on 1=1", "\"left\""},
-      // What the database knows and the dialect doesn't.
-      {"select * from tblNothing", "tblNothing"},
-      {"select \"Nothing\" from tblAccount", "Nothing"},
-      {"select max(ID, 5) from tblAccount", "\"max\""},
-      {"pragma user_version", "\"pragma\""},
-  };
+      {"select * from tblNothing", "tblNothing"}, {"select \"Nothing\" from tblAccount", "Nothing"},
+      {"select max(ID, 5) from tblAccount", "\"max\""}, {"pragma user_version", "\"pragma\""}};
+  // clang-format on
   for (const auto& [statement, named] : refused) {
     const std::string message = refusal(statement);
     EXPECT_NE(message.find(named), std::string::npos) << statement << "\n  " << message;
