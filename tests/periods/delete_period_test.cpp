@@ -1,5 +1,8 @@
 #include "periods/delete_period.h"
 
+#include <random>
+#include <sstream>
+
 #include "periods/period_house.h"
 
 namespace ledgertree::testing {
@@ -50,6 +53,45 @@ TEST_F(DeletePeriodTest, HidesWhatNoDocumentOfThePeriodNeeds) {
   given("update tblAccountDocumentDetail set DocumentID = 502, AccountID = 21");
   members("(12,1),(21,1)");
   EXPECT_EQ(hide("سال 1403"), "-12|1 -30|1");
+}
+
+TEST_F(DeletePeriodTest, AgreesWithTheRuleOnAnyChart) {
+  std::mt19937 random(20261122);
+  for (int chart = 0; chart < (onServer() ? 2 : 10); ++chart) {
+    std::string tree;
+    std::string members;
+    std::string lines;
+    const auto add = [](std::string& list, const std::string& row) {
+      list += (list.empty() ? "(" : ",(") + row + ")";
+    };
+    for (int account = 100; account < 140; ++account) {
+      const int parent = 100 + static_cast<int>(random() % static_cast<unsigned>(account - 99));
+      const std::string id = std::to_string(account);
+      tree += "; insert or ignore into tblAccount (ID, Code) values (" + id + ", '" + id +
+              "'); update tblAccount set ParentID = nullif(" + std::to_string(parent) + ", " + id +
+              ") where ID = " + id;
+      for (const char* period : {"1", "2"})
+        if (random() % 4 != 0) add(members, id + ", " + period);
+      if (random() % 6 == 0) add(lines, std::to_string(501 + random() % 3) + ", " + id);
+    }
+    given("delete from tblAccountDocumentDetail; delete from tblAccountPeriodAccount" + tree +
+          "; insert into tblAccountPeriodAccount values " + members +
+          "; insert into tblAccountDocumentDetail (DocumentID, AccountID) values " + lines);
+    std::string expected;
+    std::istringstream hidden(database.rows(
+        "select m.AccountID from tblAccountPeriodAccount m where m.PeriodID = 1 and not exists (select 1 "
+        "from tblAccountDocument d join tblAccountDocumentDetail dd on d.ID = dd.DocumentID where "
+        "d.FarsiDocumentDate like '1403%' and (dd.AccountID = m.AccountID or exists (select 1 from "
+        "tblAccountParent p where p.ID = m.AccountID and p.ChildID = dd.AccountID))) order by 1"));
+    for (std::string account; std::getline(hidden, account);)
+      expected += (expected.empty() ? "-" : " -") + account + "|1";
+    show([&](FormDeletePeriod& screen) {
+      pick(screen.sltPeriodFrom, "سال 1403");
+      notices.answer(1);
+      screen.cmdDeletePossible.click();
+    });
+    EXPECT_EQ(moves(), expected);
+  }
 }
 
 TEST_F(DeletePeriodTest, HidesAllOfAPeriodWithoutDocuments) {
