@@ -11,9 +11,9 @@
 #include <filesystem>
 #include <functional>
 
+#include "data/persian_calendar.h"
 #include "pactkit/pact_editor.h"
 #include "sheetkit/sheet_writer.h"
-#include "shell/persian_calendar.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -72,7 +72,7 @@ class Dialogs : public TestHouse {
 TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
   const std::filesystem::path file = folder.path() / "chart.xlsx";
   const auto today = QDate::currentDate();
-  std::string day = shell::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()});
+  std::string day = data::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()});
   std::replace(day.begin(), day.end(), '/', '-');
   for (const bool wanted : {false, true}) {
     const auto choose = [&](QWidget& question) {

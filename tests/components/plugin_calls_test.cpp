@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "shell/plugin_component.h"
+#include "shell/components/plugin_component.h"
 #include "support/given.h"
 #include "support/plugin_entry.h"
 

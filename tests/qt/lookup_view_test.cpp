@@ -9,9 +9,9 @@
 
 #include "data/connection_text.h"
 #include "data/data_error.h"
-#include "data/embedded/embedded_connection.h"
+#include "engines/sqlite/embedded_connection.h"
 #include "screen.h"
-#include "shell/selector.h"
+#include "shell/lookup/selector.h"
 #include "support/scripted_notices.h"
 #include "support/temporary_database.h"
 
@@ -130,7 +130,7 @@ class FarFile : public data::Connection {
   std::int32_t call(const data::Procedure&, std::span<const data::Value>) override { return 0; }
 
  private:
-  data::embedded::EmbeddedConnection file_;
+  engines::sqlite::EmbeddedConnection file_;
   std::atomic<int>& failures_;
 };
 
