@@ -25,8 +25,10 @@ class Dialogs : public TestHouse {
     static int count = 1;
     static char name[] = "test";
     static char* arguments[] = {name, nullptr};
-    static const QApplication application(count, arguments);
+    application = new QApplication(count, arguments);
   }
+  /// Ahead of the end of the process, which takes what the toolkit still needs.
+  static void TearDownTestSuite() { delete application; }
   Dialogs() {
     useDemoChart();
     introduce(writer, database.connectionText());
@@ -64,6 +66,7 @@ class Dialogs : public TestHouse {
               1);
   }
 
+  static inline QApplication* application = nullptr;
   TemporaryFolder folder;
   sheetkit::SheetWriter writer;
   pactkit::PactEditor editor;
