@@ -141,11 +141,8 @@ drop trigger if exists trRelatedObjectsInsert;
 create trigger trRelatedObjectsInsert after insert on tblAccountRelatedObjects
 when new.AccountGroupID < 1 or new.RelatedClassID < 1 or new.RelatedObjectID = -1
 begin
-  update tblAccountRelatedObjects
-    set AccountGroupID = case when AccountGroupID > 0 then AccountGroupID end,
-        RelatedClassID = case when RelatedClassID > 0 then RelatedClassID end,
-        RelatedObjectID = nullif(RelatedObjectID, -1)
-    where rowid = new.rowid;
+  -- For the trigger below.
+  update tblAccountRelatedObjects set AccountGroupID = AccountGroupID where rowid = new.rowid;
 end;
 
 drop trigger if exists trRelatedObjectsUpdate;
