@@ -3,7 +3,6 @@
 #include <stdexcept>
 
 #include "small_form.h"
-#include "text/utf8.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -211,37 +210,6 @@ TEST_F(FormStory, ButtonsBoxesAndBarsKeepWithinTheirBounds) {
   EXPECT_TRUE(form->alone.shown());
   form->alone.setVisible(false);
   EXPECT_FALSE(form->alone.shown());
-}
-
-TEST(Utf8, CharactersAndBack) {
-  const std::pair<const char*, std::u32string> texts[] = {
-      {"", U""},
-      {"\x01\x7F", {1, 0x7F}},
-      {"\xC2\x80\xDF\xBF", {0x80, 0x7FF}},
-      {"\xE0\xA0\x80\xEF\xBF\xBF", {0x800, 0xFFFF}},
-      {"\xED\x9F\xBF\xEE\x80\x80", {0xD7FF, 0xE000}},
-      {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", {0x10000, 0x10FFFF}},
-      {"\xEF\xBF\xBD", {0xFFFD}},
-  };
-  for (const auto& [bytes, characters] : texts) {
-    EXPECT_EQ(text::charactersOf(bytes), characters);
-    EXPECT_EQ(text::textOf(characters), bytes);
-  }
-  // Each byte that belongs to no character is one sign of its own, and what is behind it is read.
-  const std::pair<const char*, std::size_t> broken[] = {{"\x80z", 1},
-                                                        {"\xC1\xBFz", 2},
-                                                        {"\xC2z", 1},
-                                                        {"\xE0\x9F\xBFz", 3},
-                                                        {"\xED\xA0\x80z", 3},
-                                                        {"\xED\xBF\xBFz", 3},
-                                                        {"\xF0\x8F\xBF\xBFz", 4},
-                                                        {"\xF4\x90\x80\x80z", 4},
-                                                        {"\xF5\x80z", 2},
-                                                        {"\xE2\x82z", 2},
-                                                        {"\xC2\xC0z", 2}};
-  for (const auto& [bytes, signs] : broken)
-    EXPECT_EQ(text::charactersOf(bytes), std::u32string(signs, 0xFFFD) + U"z") << bytes;
-  EXPECT_EQ(text::charactersOf("\xE2\x82"), (std::u32string{0xFFFD, 0xFFFD})) << "cut in the middle";
 }
 
 TEST(Keys, AreNamedAsATooltipShowsThemAndDigitsAreTold) {
