@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "engines/odbc/execution.h"
-#include "text/wide_text.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
