@@ -26,8 +26,8 @@ class FieldRules {
   void parentRule();
   /// The class picked in sltEntityType names the views of sltEntity; a picked entity survives only a class
   /// with the same major view, and none a class without a row in tblAccountClass, which ClassIsGone of the
-  /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be picked
-  /// until a class is chosen again.
+  /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be
+  /// picked until a class is chosen again.
   void classRule();
   /// Puts a proposal for the account of sltParent into txtCode.
   void proposeCode();

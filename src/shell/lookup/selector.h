@@ -36,8 +36,8 @@ class Selector : public ui::LookupField {
 
   /// The ID of the row picked, -1 for none. Writing an ID selects that row; 0 and below, where they have no
   /// row, empty the selector. An ID of 1 or more without a row is held all the same, unlisted(): hosts take
-  /// rows off their views, and what is stored stays stored until a person empties it. An ID that can't be read
-  /// now is held without its text, and read at the next use. Writing raises no event.
+  /// rows off their views, and what is stored stays stored until a person empties it. An ID that can't be
+  /// read now is held without its text, and read at the next use. Writing raises no event.
   [[nodiscard]] std::int32_t SelectedID() const { return held().id; }
   void setSelectedID(std::int32_t id) { hold(search_.read(id)); }
   /// The text shown for the row picked: its Name; empty for none.
