@@ -132,8 +132,7 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
     return {Reason::Constraint, record.number,
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
   }
-  return {Reason::Statement, record.number, "The database refused the statement:" + behind(record) + ".",
-          where};
+  return {Reason::Statement, record.number, data::kStatementRefused + behind(record), where};
 }
 
 data::DataError openError(const std::vector<Record>& told, std::string_view secret) {
