@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "accounts/relation_cases.h"
 #include "data/data_error.h"
@@ -20,6 +21,12 @@ constexpr std::string_view kNothingWritten = "چيزي ثبت نشد. پس از 
 constexpr std::string_view kUnclear =
     "اگر ارتباط در ميان ثبت قطع شده باشد، معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت "
     "حسابها را ببينيد.";
+constexpr std::string_view kUnanswered =
+    "معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
+constexpr std::string_view kFound =
+    "حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه آن با گروه، "
+    "نوع "
+    "موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
 constexpr std::string_view kWithoutRelation =
     "خود حساب ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت کامل ثبت نشد و وضعيت زيرشاخه هاي "
     "آن تغيير نکرد. پس از رفع اشکال دوباره ثبت کنيد.";
@@ -49,12 +56,7 @@ void AccountSaving::save() {
 /// Puts the form where the next save can do the rest.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
-  if (rowIsWritten && progress.way == SaveWay::NewAccount) {
-    // Another insert would be refused for the code that exists now.
-    screen_.txtID.setText(std::to_string(progress.account));
-    screen_.formMode = FormMode::ModeEdit;
-    record_.applyFormMode();
-  }
+  if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
   if (progress.written == Written::Everything) {
     try {
       record_.showAccount(progress.account);
@@ -64,6 +66,38 @@ void AccountSaving::recover(const Progress& progress, const std::exception& fail
   }
   shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
                                                      std::string(outcome(progress.written, failure)));
+  const bool isNew = progress.way == SaveWay::NewAccount;
+  if (isNew && progress.written == Written::Unclear && UnansweredSave::mayBeDone(failure))
+    lookForAccount(progress.sent);
+}
+
+void AccountSaving::goOnAsEdit(std::int32_t account) {
+  screen_.txtID.setText(std::to_string(account));
+  screen_.formMode = FormMode::ModeEdit;
+  record_.applyFormMode();
+}
+
+bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
+  const auto account = unanswered_.find(gateway);
+  unanswered_.forget();
+  if (!account) return false;
+  goOnAsEdit(*account);
+  shell_.showErrorNotice(shell::kTitleSaveError, kFound);
+  return true;
+}
+
+void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
+  unanswered_.remember(sent);
+  // The host may have shown another account while the notice was up.
+  const bool stillThere = screen_.formMode == FormMode::ModeNew &&
+                          readTypedAccount(screen_, AccountCall::Insert).account.code == sent.code;
+  if (!stillThere) return;
+  try {
+    const shell::Hourglass hourglass(screen_.desktop());
+    if (!foundAfterAll(*shell_.dtEn())) unanswered_.remember(sent);
+  } catch (const std::exception&) {
+    // The connection isn't there yet, and the person knows of the doubt. The next save looks again.
+  }
 }
 
 std::string_view AccountSaving::outcome(Written written, const std::exception& failure) {
@@ -71,9 +105,9 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
     case Written::Nothing:
       break;
     case Written::Unclear: {
+      if (!UnansweredSave::mayBeDone(failure)) return kNothingWritten;
       const auto* error = dynamic_cast<const data::DataError*>(&failure);
-      const bool connectionBroke = error != nullptr && error->reason() == data::DataError::Reason::Connection;
-      return connectionBroke ? kUnclear : kNothingWritten;
+      return error->reason() == data::DataError::Reason::Connection ? kUnclear : kUnanswered;
     }
     case Written::Account:
       return kWithoutRelation;
@@ -97,6 +131,10 @@ void AccountSaving::run(Progress& progress) {
   if (progress.way == SaveWay::Refused) return;
   if (progress.way == SaveWay::RefusedParent) return screen_.cmdNew.focus();
 
+  if (!mayDropLostClass(account, progress.way)) return;
+
+  progress.sent = {.code = account.code, .title = account.title, .parentID = account.parentID};
+  if (isNew && unanswered_.isAbout(account.code, account.title) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
   const auto written = writeAccount(*gateway, progress.way, account);
   if (!written) return screen_.cmdNew.focus();
@@ -135,6 +173,22 @@ void AccountSaving::keepPicked(const data::Account& account) {
   screen_.PositionValue = data::toInt16(account.positionID);
   screen_.GroupValue = data::toInt16(account.groupID);
   screen_.EntityTypeValue = data::toInt16(account.relation->classID);
+}
+
+bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) {
+  if (!screen_.ClassIsGone) return true;
+  const std::string_view lost = lostWithClass(account, way, screen_.settings);
+  if (lost.empty()) return true;
+  const auto shown = [this] { return std::pair(screen_.formMode, screen_.accountID()); };
+  const auto before = shown();
+  const auto answer =
+      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
+                                              " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
+                                              " اين حساب از ميان ميرود. آيا ثبت شود؟");
+  // The host may have put another account on the screen meanwhile.
+  if (answer == shell::Answer::Yes && shown() == before) return true;
+  screen_.sltEntityType.focus();
+  return false;
 }
 
 std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,

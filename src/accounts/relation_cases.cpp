@@ -182,6 +182,16 @@ class Relation {
 
 }  // namespace
 
+std::string_view lostWithClass(const data::Account& account, SaveWay way,
+                               const data::SystemParameters& settings) {
+  if (account.relation->classID <= 0) return {};
+  const Cell cell = choose(way, account, settings).cell;
+  if (cell.kind == Cell::JustWrite && cell.write == Delete) return "نوع موجوديت و موجوديت";
+  if (cell.kind != Cell::JustReset) return {};
+  if (way == SaveWay::NewAccount) return "گروه و نوع موجوديت";
+  return account.groupID > 0 ? "گروه" : "";
+}
+
 RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account, SaveWay way,
                               const data::SystemParameters& settings) {
   Relation relation(gateway, account);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "accounts/save_validation.h"
 #include "data/account.h"
@@ -31,5 +32,10 @@ struct RelationOutcome {
 /// Throws data::DataError; what was written by then stays, and another save of the account mends it.
 [[nodiscard]] RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account, SaveWay way,
                                             const data::SystemParameters& settings);
+
+/// What such a write takes off an account whose class has no row in tblAccountClass any more, in words for
+/// the person who is to be asked; empty for nothing.
+[[nodiscard]] std::string_view lostWithClass(const data::Account& account, SaveWay way,
+                                             const data::SystemParameters& settings);
 
 }  // namespace ledgertree::accounts
