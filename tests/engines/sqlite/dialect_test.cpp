@@ -86,74 +86,56 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
   }
 }
 
-/// A condition on an account in both dialects, made at random from the parts that the translation treats
-/// specially.
+/// A condition on an account in both dialects: what the translation treats specially. "#" is a number of the
+/// range.
+struct Condition {
+  std::string dialect;
+  std::string sqlite;
+  int first = 0, last = 0;
+};
+
+const Condition kConditions[] = {
+    {"#=-1", "+# = -1", -2, 1},
+    {"IsNull(ParentID,-1)=#", "coalesce(ParentID, -1) = #", -1, 58},
+    {"ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = #)",
+     "(ID, #) in (select AccountID, PeriodID from tblAccountPeriodAccount)", 0, 4},
+    {"right(Code,1)='# '", "Code like '%#'", 0, 9},
+    {"(exists(select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (select tblAccount.ID union "
+     "select p.ChildID from tblAccountParent p where p.ID=tblAccount.ID)) and ID<#)",
+     "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent p join "
+     "tblAccountDocumentDetail on ChildID = AccountID) and ID < #)",
+     0, 354},
+    {"NoLevel<>#", "not NoLevel = #", 1, 5},
+    {"not ID in (Select ChildID From tblAccountParent Where ID = #)",
+     "ID not in (select ChildID from tblAccountParent where ID = #)", 1, 40}};
+
+/// Conditions made of those at random.
 class RandomCondition {
  public:
   explicit RandomCondition(unsigned seed) : random_(seed) {}
 
-  struct Both {
-    std::string dialect;
-    std::string sqlite;
-  };
-
-  Both condition(int depth) {
-    switch (pick(depth <= 0 ? 7 : 11)) {
-      case 0: {
-        const std::string a = number(), b = number();
-        return {a + "=" + b, "+" + a + "=" + b};
-      }
-      case 1: {
-        const std::string parent = std::to_string(pick(60) - 1);
-        return {"IsNull(ParentID,-1)=" + parent, "coalesce(ParentID, -1) = " + parent};
-      }
-      case 2: {
-        const std::string period = std::to_string(pick(5));
-        return {"ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period + ")",
-                "(ID, " + period + ") in (select AccountID, PeriodID from tblAccountPeriodAccount)"};
-      }
-      case 3: {
-        const std::string digit = std::to_string(pick(10));
-        return {"right(Code,1)='" + digit + " '", "Code like '%" + digit + "'"};
-      }
-      case 4: {
-        const std::string id = std::to_string(pick(355));
-        return {
-            "(exists(select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (select "
-            "tblAccount.ID union select p.ChildID from tblAccountParent p where p.ID=tblAccount.ID)) and "
-            "ID<" +
-                id + ")",
-            "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent "
-            "p join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
-                id + ")"};
-      }
-      case 5: {
-        const std::string level = std::to_string(1 + pick(5));
-        return {"NoLevel<>" + level, "not NoLevel = " + level};
-      }
-      case 6:
-        return {"not ID in (Select ChildID From tblAccountParent Where ID = 1)",
-                "ID not in (select ChildID from tblAccountParent where ID = 1)"};
-      case 7: {
-        const Both inner = condition(depth - 1);
-        return {"not (" + inner.dialect + ")", "not (" + inner.sqlite + ")"};
-      }
-      default: {
-        const char* const sign = pick(2) == 0 ? " and " : " or ";
-        Both whole = condition(depth - 1);
-        for (int more = 1 + pick(2); more > 0; --more) {
-          const Both next = condition(depth - 1);
-          whole.dialect += sign + next.dialect;
-          whole.sqlite += sign + next.sqlite;
-        }
-        return {"(" + whole.dialect + ")", "(" + whole.sqlite + ")"};
-      }
+  Condition condition(int depth) {
+    constexpr int kKinds = std::size(kConditions);
+    const int kind = pick(0, depth <= 0 ? kKinds - 1 : kKinds + 3);
+    if (kind < kKinds) return withNumber(kConditions[kind]);
+    Condition whole = condition(depth - 1);
+    if (kind == kKinds) return {"not (" + whole.dialect + ")", "not (" + whole.sqlite + ")"};
+    const std::string sign = pick(0, 1) == 0 ? " and " : " or ";
+    for (int more = pick(1, 2); more > 0; --more) {
+      const Condition next = condition(depth - 1);
+      whole.dialect += sign + next.dialect;
+      whole.sqlite += sign + next.sqlite;
     }
+    return {"(" + whole.dialect + ")", "(" + whole.sqlite + ")"};
   }
 
  private:
-  int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
-  std::string number() { return std::to_string(pick(4) - 2); }
+  Condition withNumber(Condition one) {
+    const std::string number = std::to_string(pick(one.first, one.last));
+    for (std::string* text : {&one.dialect, &one.sqlite}) text->replace(text->find('#'), 1, number);
+    return one;
+  }
+  int pick(int first, int last) { return std::uniform_int_distribution<int>(first, last)(random_); }
 
   std::mt19937 random_;
 };
@@ -161,7 +143,7 @@ class RandomCondition {
 TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
   RandomCondition random(20261122);
   for (int round = 0; round < 400; ++round) {
-    const auto [dialect, sqlite] = random.condition(3);
+    const auto [dialect, sqlite, first, last] = random.condition(3);
     std::string found;
     for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID"))
       found += (found.empty() ? "" : "\n") + std::to_string(id);
