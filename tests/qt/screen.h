@@ -121,6 +121,10 @@ class Screen {
   [[nodiscard]] Widget& widget(const ui::Control& control) const {
     return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
   }
+  /// An entry of the menu, by the name of its control.
+  [[nodiscard]] QAction* entry(const char* name, const ui::Form& shown) {
+    return desktop.windowOf(shown)->findChild<QAction*>(QString::fromLatin1(name));
+  }
   void type(const ui::Control& control, const char* keys) const { QTest::keyClicks(&widget(control), keys); }
   void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
     QTest::keyClick(&widget(control), key, modifiers);
