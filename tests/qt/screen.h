@@ -131,6 +131,14 @@ class Screen {
   }
   void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
 
+  /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
+  /// that shows then | what the form said. A key that is no letter stands in angles, and so does a click.
+  void go(const std::string& section);
+  /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
+  /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
+  /// selected.
+  [[nodiscard]] std::string seen(const ui::Control& control) const;
+
   std::unique_ptr<Form> form;
 };
 
