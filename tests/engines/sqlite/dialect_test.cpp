@@ -13,6 +13,7 @@
 #include "engines/sqlite/embedded_connection.h"
 #include "support/failure.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
@@ -152,33 +153,13 @@ TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
 }
 
 TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
-  // clang-format off
-  const std::pair<const char*, const char*> refused[] = {
-      {"", "ends too early"}, {"select", "ends too early"}, {"drop table tblAccount", "\"drop\""},
-      {"select * from tblAccount; delete tblAccount", "\"delete\""},
-      {"delete tblAccount delete tblAccountPeriod", "\"delete\""},
-      {"select * from tblAccount -- where ID=1", "a comment"},
-      {"select /* all */ * from tblAccount", "a comment"},
-      {"select * from tblAccount where Title like 'x'", "\"like\""},
-      {"select * from tblAccount where Title = 'x", "closing apostrophe"},
-      {"select * from [tblAccount", "closing sign"}, {"select getdate()", "\"getdate\""},
-      {"select left(Code) from tblAccount", "\"left\""},
-      {"select left(Code,-1) from tblAccount", "\"left\""}, {"select * from tblAccount where ID", "\"ID\""},
-      {"select ID=5 from tblAccount", "\"=\""}, {"select * from tblAccount where ID=5x", "letters behind"},
-      {"select * from tblAccount where ID=99999999999999999999", "out of range"},
-      {"select * from tblAccount where ID=@id", "character that it doesn't know"},
-      {"select * from tblAccount order by 1", "\"1\""}, {"select * from a.b.c", "\".\""},
-      {"select top 1 ID from tblAccount union select 5", "\"top\""},
-      {"select * from tblAccount where ID=1\x01", "character that it doesn't know"},
-      {"select * from tblAccount where Title='\xD8'", "UTF-8"},
-      {"update tblAccount set ID=1 where ID in (1,)", "\")\""},
-      {"select * from tblAccount left join tblAccountParent on 1=1", "\"left\""},
-      {"select * from tblNothing", "tblNothing"}, {"select \"Nothing\" from tblAccount", "Nothing"},
-      {"select max(ID, 5) from tblAccount", "\"max\""}, {"pragma user_version", "\"pragma\""}};
-  // clang-format on
-  for (const auto& [statement, named] : refused) {
-    const std::string message = refusal(statement);
-    EXPECT_NE(message.find(named), std::string::npos) << statement << "\n  " << message;
+  auto refused = testing::tableOf("engines/sqlite/refused.txt", "statements");
+  refused.push_back({"", "ends too early"});
+  refused.push_back({"select * from tblAccount where ID=1\x01", "character that it doesn't know"});
+  refused.push_back({"select * from tblAccount where Title='\xD8'", "UTF-8"});
+  for (const auto& row : refused) {
+    const std::string message = refusal(row[0]);
+    EXPECT_NE(message.find(row[1]), std::string::npos) << row[0] << "\n  " << message;
   }
   refusal("select * from tblAccount where Title='a" + std::string(1, '\0') + "b'");
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
