@@ -159,6 +159,7 @@ TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
   refused.push_back({"select * from tblAccount where Title='\xD8'", "UTF-8"});
   for (const auto& row : refused) {
     const std::string message = refusal(row[0]);
+    EXPECT_TRUE(message.starts_with(data::kStatementRefused)) << message;
     EXPECT_NE(message.find(row[1]), std::string::npos) << row[0] << "\n  " << message;
   }
   refusal("select * from tblAccount where Title='a" + std::string(1, '\0') + "b'");
