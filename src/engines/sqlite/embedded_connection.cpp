@@ -55,9 +55,11 @@ class EmbeddedConnection::Running {
 template <typename Work>
 auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
   Session& open = session();
+  if (open.watch().asking()) throw engineError(SQLITE_BUSY, {}, {});
   const Running running(*this);
   const Clock::time_point now = Clock::now();
   Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
+  open.watch().whileWaiting(givesUpWaiting_);
   open.requireFile(now, false);
   return work(open, watched);
 }
