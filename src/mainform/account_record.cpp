@@ -95,7 +95,9 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, std::funct
     : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
-    if (looking) loadAccount(screen_.sltAccount.AccountID());
+    if (!looking) return;
+    loadAccount(screen_.sltAccount.AccountID());
+    tellShown();
   };
 }
 
@@ -103,14 +105,27 @@ void AccountRecord::showAccount(std::int32_t id) {
   if (id < 1) return goIdle();
   clearAccountFields();
   screen_.formMode = FormMode::ModeView;
-  loadInto(id);
+  try {
+    loadInto(id);
+  } catch (...) {
+    tellShown();
+    throw;
+  }
   applyFormMode();
+  tellShown();
 }
 
 void AccountRecord::goIdle() {
   screen_.formMode = FormMode::ModeIdle;
   applyFormMode();
   clearAccountFields();
+  tellShown();
+}
+
+void AccountRecord::tellShown() {
+  // At once: until the next tick the commands would work on an account that has left the screen.
+  followRecord(screen_);
+  if (onShown) onShown(screen_.AccountOnRecord);
 }
 
 void AccountRecord::startNewAccount() {
@@ -139,6 +154,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 }
 
 void AccountRecord::clearAccountFields() {
+  screen_.AccountOnRecord = -1;
   for (ui::TextField* field : {&screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes}) field->setText("");
   for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
                                     &screen_.sltEntityType, &screen_.sltEntity})
@@ -155,6 +171,7 @@ void AccountRecord::loadAccount(std::int32_t id) {
 }
 
 void AccountRecord::fill(const Stored& account) {
+  screen_.AccountOnRecord = account.id;
   screen_.txtID.setText(std::to_string(account.id));
   screen_.txtTitle.setText(account.title);
   screen_.sltAccount.setAccountID(account.id);

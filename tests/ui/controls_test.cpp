@@ -111,7 +111,7 @@ TEST_F(FormStory, KeysLeadThroughATree) {
   };
   // The tree grows to the left: Left goes into it, Right out of it.
   for (const Step& step : std::initializer_list<Step>{
-           {Key::Down, "a", ""},          {Key::Down, "b", ""},        {Key::Down, "b", ""},
+           {Key::Enter, "", ""},          {Key::Down, "b", ""},        {Key::Down, "b", ""},
            {Key::Left, "b", ""},          {Key::Right, "b", ""},       {Key::Home, "a", ""},
            {Key::Tab, "a", ""},           {Key::Left, "a", "open a "}, {Key::Left, "a1", ""},
            {Key::Left, "a1", ""},         {Key::Down, "a2", ""},       {Key::Left, "a2", "open a2 "},

@@ -20,6 +20,7 @@ class SecondaryScreens {
   void unload() { periods_.unload(); }
 
  private:
+  [[nodiscard]] std::int32_t accountToWorkOn() const;
   void recode();
   void deleteInBatch();
   /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
