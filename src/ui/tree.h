@@ -105,8 +105,8 @@ class Tree : public Control {
   /// Moves the selection to a node without a click, and raises onNodeSelect.
   void choose(NodeId node);
   /// Up, Down, Home, End choose; Right and Left close and open, as the tree grows to the left, or choose;
-  /// Enter clicks; Space ticks where there are check boxes, else clicks. Without a selection the keys begin at
-  /// the top, and Enter and Space do nothing.
+  /// Enter clicks; Space ticks where there are check boxes, else clicks. Without a selection the keys begin
+  /// at the top, and Enter and Space do nothing.
   void press(Key key);
   /// The Tab key leads here. Where no node is selected the top one is, unless a selection has a meaning of
   /// its own.

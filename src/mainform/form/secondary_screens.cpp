@@ -13,7 +13,8 @@ using data::Permission;
 SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, AccountTree& tree)
     : screen_(screen), shell_(shell), tree_(tree), periods_(shell) {
   screen_.cmdPeriodBranch.onClick = [this] {
-    showPeriods(Permission::PeriodsOfAccount, [this] { return periods_.ShowPeriodBranch(accountToWorkOn()); });
+    showPeriods(Permission::PeriodsOfAccount,
+                [this] { return periods_.ShowPeriodBranch(accountToWorkOn()); });
   };
   screen_.cmdCopyPeriod.onClick = [this] {
     showPeriods(Permission::CopyPeriod, [this] { return periods_.showCopyPeriod(); });
