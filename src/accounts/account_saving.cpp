@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "accounts/relation_cases.h"
 #include "data/catalogue.h"
@@ -93,7 +94,7 @@ void AccountSaving::run(Progress& progress) {
   const auto typed = readTypedAccount(
       screen_, shell_,
       isNew ? data::procedures::spAccountInsertAccount : data::procedures::spAccountUpdateAccounts);
-  if (!typed) return;
+  if (!typed || !mayDropLostClass(progress.way)) return;
   // Read ahead of the notices of the relation: the host may show another account while one is up.
   const bool closed = screen_.OptClose.value();
 
@@ -108,6 +109,21 @@ void AccountSaving::run(Progress& progress) {
   progress.written = Written::Everything;
   refresh(progress);
   screen_.cmdNew.focus();
+}
+
+bool AccountSaving::mayDropLostClass(SaveWay way) {
+  const std::string_view lost = lostWithClass(screen_, way);
+  if (lost.empty()) return true;
+  const auto shown = [this] { return std::pair(screen_.formMode, accountOnScreen(screen_)); };
+  const auto before = shown();
+  const auto answer =
+      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(screen_.EntityTypeValue) +
+                                              " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
+                                              " اين حساب از ميان ميرود. آيا ثبت شود؟");
+  // The host may have put another account on the screen meanwhile.
+  if (answer == shell::Answer::Yes && shown() == before) return true;
+  screen_.sltEntityType.focus();
+  return false;
 }
 
 std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,

@@ -45,6 +45,8 @@ class AccountSaving {
   };
 
   void run(Progress& progress);
+  /// Asks the person where the class of the account is gone and the save would take something with it.
+  [[nodiscard]] bool mayDropLostClass(SaveWay way);
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
                                                          const TypedAccount& typed);

@@ -5,6 +5,10 @@
 
 namespace ledgertree::data {
 
+/// What a person hears of a statement that the engine takes amiss; the engine's own words follow behind.
+inline constexpr const char* kStatementRefused =
+    "پايگاه داده اين دستور را نپذيرفت و آن را انجام نداد. مدير پايگاه داده را آگاه نماييد.";
+
 /// A failure of the database or of the road to it. It carries no secret: neither the connection text nor a
 /// password is ever put into one.
 class DataError : public std::runtime_error {

@@ -178,7 +178,7 @@ void frmAccountRelClasses::changeLevel(int step) {
 
 void frmAccountRelClasses::save() {
   const std::int32_t accountID = sltAccount.SelectedID();
-  if (sltAccount.IsEmpty()) {
+  if (sltAccount.IsEmpty() || sltAccount.unlisted()) {
     shell_.showErrorNotice(shell::kTitleProblem, "حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");
     return;
   }

@@ -92,7 +92,7 @@ bool FormPeriodBranch::ShowPeriodBranch(std::int32_t inAccountID) {
   refreshPeriodGrid(inAccountID);
   sltAccount.setIsActive(false);
   ChangedFlag = false;
-  setCommandsInReach(!sltAccount.IsEmpty());
+  setCommandsInReach(!sltAccount.IsEmpty() && !sltAccount.unlisted());
   desktop().showModal(*this);
   return ChangedFlag;
 }

@@ -64,6 +64,54 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
   EXPECT_EQ(relations(3), "null|null|null");
 }
 
+TEST_F(SavingStory, WhatLeftItsListStaysStoredAndAClassThatIsGoneIsAskedAbout) {
+  accounts({{1, 0, "1", "دارايي"}, {2, 1, "101", "بانک"}});
+  const auto has = [this](const std::string& place) {
+    database.execute("update tblAccount set GroupID = " + place.substr(0, place.find(',')) +
+                     ", BranchID = 778, PositionID = 777, Notes = '', MaxDebit = 0, MaxCredit = 0 where ID = "
+                     "2; delete from tblAccountRelatedObjects;"
+                     "insert into tblAccountRelatedObjects values (2, " +
+                     place + ")");
+  };
+  const auto saved = [this](bool plain) {
+    edit(2);
+    form->LastNewParentID = plain ? 1 : 0;
+    TableWatch tables(database);
+    form->cmdSave.click();
+    return tables.changes();
+  };
+  start();
+  for (const char* const place : {"779, 11, 99", "779, null, null", "779, null, 7", "779, 12, 6"}) {
+    for (const bool plain : {false, true}) {
+      has(place);
+      EXPECT_EQ(saved(plain), "") << place;
+      EXPECT_NE(form->sltEntity.text(), "بام") << "an object without a class is nobody";
+    }
+  }
+  edit(2);
+  EXPECT_EQ(form->sltBranch.text(), "778 (در فهرست نيست)");
+  form->sltBranch.press(ui::Key::Delete);
+  EXPECT_EQ(stored(save(), "BranchID"), "0") << "a person may empty it";
+
+  const struct {
+    const char *place, *lost, *changes;
+  } gone[] = {{"779, 99, 1", "گروه", "tblAccount: 2.GroupID=null"},
+              {"null, 99, 1", "نوع موجوديت و موجوديت", "tblAccountRelatedObjects: -2|null|99|1"}};
+  for (const auto& [place, lost, changes] : gone) {
+    has(place);
+    for (const bool yes : {false, true}) {
+      notices.answer(yes ? 1 : 0);
+      EXPECT_EQ(saved(false), yes ? changes : "");
+      EXPECT_EQ(notices.taken(), "ثبت حساب|نوع موجوديت 99 ديگر تعريف نشده است. اگر ثبت کنيد، " +
+                                     std::string(lost) + " اين حساب از ميان ميرود. آيا ثبت شود؟");
+      if (yes) continue;
+      EXPECT_EQ(form->sltEntityType.SelectedID(), 99);
+      EXPECT_TRUE(form->sltEntity.IsEmpty() && !form->sltEntity.IsActive() && form->sltEntityType.hasFocus());
+      giveUp();
+    }
+  }
+}
+
 TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
   accounts(
       {{1, 0, "11", "دارايي"}, {2, 1, "1101", "مشتريان"}, {3, 0, "3", "همسايه"}, {4, 2, "110101", "زير"}});

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "text/wide_text.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -124,8 +124,7 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
     return {Reason::Constraint, record.number,
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
   }
-  return {Reason::Statement, record.number, "The database refused the statement:" + behind(record) + ".",
-          where};
+  return {Reason::Statement, record.number, data::kStatementRefused + behind(record), where};
 }
 
 data::DataError openError(const std::vector<Record>& told, std::string_view secret) {

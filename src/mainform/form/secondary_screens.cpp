@@ -40,15 +40,26 @@ std::int32_t SecondaryScreens::accountToWorkOn() const {
 
 /// Whatever was done there, and even if nothing was, the tree shows what is stored.
 void SecondaryScreens::recode() {
-  if (!shell_.permits(Permission::RecodeAccounts)) return;
+  if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
   screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  // The ID outlives its account behind a deletion: nothing is on the screen then.
+  if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();
 }
 
 void SecondaryScreens::deleteInBatch() {
-  if (!shell_.permits(Permission::DeleteInBatch)) return;
+  if (!shell_.permits(Permission::DeleteInBatch) || refusedWhileTyping()) return;
   if (batch::showNDelete(shell_)) tree_.refreshTree();
+}
+
+/// The record holds codes and a parent as they were when the typing began: its save would undo a recoding,
+/// and write below an account that is gone.
+bool SecondaryScreens::refusedWhileTyping() {
+  if (screen_.formMode != FormMode::ModeNew && screen_.formMode != FormMode::ModeEdit) return false;
+  shell_.showErrorNotice(shell::kTitleProblem,
+                         "حسابي در حال ثبت يا اصلاح است. نخست آن را ثبت کنيد يا از آن انصراف دهيد.");
+  return true;
 }
 
 void SecondaryScreens::showPeriods(Permission permission, const std::function<bool()>& show) {
