@@ -57,8 +57,7 @@ class AccountRecord {
   void applyFormMode();
 
  private:
-  struct Stored;
-  void fill(const Stored& account);
+  void fill(const data::Account& account);
   void blankForNewAccount();
   void tellShown();
   /// Loads the account of a mode that was just entered.
