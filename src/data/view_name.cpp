@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "text/characters.h"
+#include "text/utf8.h"
 
 namespace ledgertree::data {
 
@@ -10,30 +11,23 @@ namespace {
 
 constexpr std::size_t kGreatestLength = 128;
 
-constexpr bool isAsciiLetter(char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || byte == '_';
+/// Latin letters and those of the Arabic block, the Persian ones among them: no sign of punctuation, no mark.
+constexpr bool isLetter(char32_t character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= 0x0620 && character <= 0x064A) || (character >= 0x0671 && character <= 0x06D3);
 }
 
-constexpr bool isAsciiDigit(char byte) { return byte >= '0' && byte <= '9'; }
-
-/// Letters of the Arabic block, the Persian ones among them: no sign of punctuation, no digit, no mark.
-constexpr bool isArabicLetter(std::string_view character) {
-  if (character.size() != 2) return false;
-  const unsigned lead = static_cast<unsigned char>(character[0]);
-  const unsigned code = (lead & 0x1FU) << 6U | (static_cast<unsigned char>(character[1]) & 0x3FU);
-  return (code >= 0x0620 && code <= 0x064A) || (code >= 0x0671 && code <= 0x06D3);
-}
+constexpr bool isDigit(char32_t character) { return character >= '0' && character <= '9'; }
 
 /// The bytes of the plain name that the text begins with; 0 where it begins with none.
 std::size_t bareName(std::string_view text) {
-  std::size_t end = 0;
-  while (end < text.size()) {
-    const std::string_view character = text.substr(end, text::characterLength(text.substr(end)));
-    const bool letter = isAsciiLetter(character[0]) || isArabicLetter(character);
-    if (!letter && (end == 0 || (!isAsciiDigit(character[0]) && character[0] != '$'))) break;
-    end += character.size();
+  for (std::size_t place = 0; place < text.size();) {
+    const std::size_t begin = place;
+    const char32_t character = text::nextCharacter(text, place);
+    const bool follows = begin != 0 && (isDigit(character) || character == '$');
+    if (!isLetter(character) && character != '_' && !follows) return begin;
   }
-  return end;
+  return text.size();
 }
 
 /// The bytes of the name in brackets that the text begins with, the brackets among them; 0 where it begins
@@ -64,9 +58,9 @@ std::optional<std::string_view> plainViewName(std::string_view text) {
   const std::string_view name = text::trimmed(text);
   if (!text::isCleanText(name)) return std::nullopt;
   std::size_t end = nameAhead(name);
-  if (end != 0 && end < name.size() && name[end] == '.') {
-    const std::size_t second = nameAhead(name.substr(end + 1));
-    end = second == 0 ? 0 : end + 1 + second;
+  for (int dots = 0; dots < 2 && end != 0 && end < name.size() && name[end] == '.'; ++dots) {
+    const std::size_t next = nameAhead(name.substr(end + 1));
+    end = next == 0 ? 0 : end + 1 + next;
   }
   if (end == 0 || end != name.size()) return std::nullopt;
   return name;

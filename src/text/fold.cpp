@@ -3,12 +3,12 @@
 #include <array>
 #include <cstdint>
 
-#include "text/characters.h"
+#include "text/utf8.h"
 
 namespace ledgertree::text {
 namespace {
 
-constexpr char32_t kDropped = 0xFFFFFFFF;
+constexpr char32_t kDropped = kNoCharacter;
 constexpr char32_t kYeh = 0x06CC;
 constexpr char32_t kKaf = 0x06A9;
 constexpr char32_t kHeh = 0x0647;
@@ -103,7 +103,7 @@ constexpr char32_t foldTwoBytes(char32_t letter) {
   return letter;
 }
 
-constexpr char32_t foldThreeBytes(char32_t letter) {
+constexpr char32_t foldRest(char32_t letter) {
   const bool unseen = within(letter, 0x200B, 0x200F) || within(letter, 0x202A, 0x202E) || letter == 0x2060 ||
                       within(letter, 0x2066, 0x2069) || letter == 0xFEFF;
   if (unseen) return kDropped;
@@ -112,80 +112,47 @@ constexpr char32_t foldThreeBytes(char32_t letter) {
   return letter;
 }
 
+constexpr char32_t foldAscii(char32_t letter) { return within(letter, 'A', 'Z') ? letter + 0x20 : letter; }
+
 /// What stands for a character in the folded text: nothing, one byte or two.
 struct Folded {
   std::array<char, 2> bytes{};
   std::uint8_t length = 0;
 };
 
-constexpr auto kAscii = [] {
-  std::array<char, 0x80> table{};
-  for (unsigned byte = 0; byte < table.size(); ++byte) {
-    table[byte] = static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte + 0x20 : byte);
-  }
-  return table;
-}();
-
-/// Every character of two bytes, U+0080 to U+07FF, which is where nearly all letters of a chart lie.
-constexpr auto kTwoBytes = [] {
+/// Every character of one byte or two, which is where nearly all letters of a chart lie.
+constexpr auto kShort = [] {
   std::array<Folded, 0x800> table{};
-  for (char32_t letter = 0x80; letter < table.size(); ++letter) {
-    const char32_t folded = foldTwoBytes(letter);
-    if (folded == kDropped) continue;
-    if (folded < 0x80) {
-      table[letter] = {{static_cast<char>(folded), '\0'}, 1};
-    } else {
-      table[letter] = {{static_cast<char>(0xC0 | (folded >> 6)), static_cast<char>(0x80 | (folded & 0x3F))},
-                       2};
-    }
+  for (char32_t letter = 0; letter < table.size(); ++letter) {
+    const char32_t folded = letter < 0x80 ? foldAscii(letter) : foldTwoBytes(letter);
+    Folded& entry = table[letter];
+    if (folded != kDropped) U8_APPEND_UNSAFE(entry.bytes, entry.length, folded);
   }
   return table;
 }();
-
-constexpr unsigned byteOf(char letter) { return static_cast<unsigned char>(letter); }
-
-/// Folds one well-formed character of three bytes onto `out`.
-char* foldThree(const char* in, char* out) {
-  const char32_t letter =
-      ((byteOf(in[0]) & 0x0FU) << 12) | ((byteOf(in[1]) & 0x3FU) << 6) | (byteOf(in[2]) & 0x3FU);
-  const char32_t folded = foldThreeBytes(letter);
-  if (folded == kDropped) return out;
-  *out++ = static_cast<char>(0xE0 | (folded >> 12));
-  *out++ = static_cast<char>(0x80 | ((folded >> 6) & 0x3F));
-  *out++ = static_cast<char>(0x80 | (folded & 0x3F));
-  return out;
-}
 
 }  // namespace
 
 void fold(std::string_view text, std::string& folded) {
-  folded.resize(text.size());
-  const char* in = text.data();
-  const char* const end = in + text.size();
-  char* out = folded.data();
-  while (in != end) {
-    const unsigned lead = byteOf(*in);
-    if (lead < 0x80) {
-      *out++ = kAscii[lead];
-      ++in;
-    } else if (lead >= 0xC2 && lead < 0xE0 && end - in >= 2 && (byteOf(in[1]) & 0xC0U) == 0x80) {
-      const Folded& character = kTwoBytes[((lead & 0x1FU) << 6) | (byteOf(in[1]) & 0x3FU)];
-      // Two bytes always have room: the output is never ahead of the input.
-      out[0] = character.bytes[0];
-      out[1] = character.bytes[1];
-      out += character.length;
-      in += 2;
-    } else {
-      const std::size_t length = characterLength({in, static_cast<std::size_t>(end - in)});
-      if (length == 3) {
-        out = foldThree(in, out);
-        in += 3;
-      } else {
-        for (std::size_t left = length; left != 0; --left) *out++ = *in++;
-      }
+  // No letter becomes a longer one; one byte of room more, since two are copied at once.
+  folded.resize(text.size() + 1);
+  char* const out = folded.data();
+  std::size_t length = 0;
+  for (std::size_t place = 0; place < text.size();) {
+    const std::size_t begin = place;
+    const char32_t letter = nextCharacter(text, place);
+    if (letter < kShort.size()) {
+      const Folded& character = kShort[letter];
+      out[length] = character.bytes[0];
+      out[length + 1] = character.bytes[1];
+      length += character.length;
+    } else if (letter == kNoCharacter) {
+      out[length++] = text[begin];
+    } else if (const char32_t rest = foldRest(letter); rest != kDropped) {
+      U8_APPEND_UNSAFE(out, length, rest);
     }
   }
-  folded.resize(static_cast<std::size_t>(out - folded.data()));
+  folded.resize(length);
 }
 
 std::string fold(std::string_view text) {

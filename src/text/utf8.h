@@ -1,12 +1,49 @@
 #pragma once
 
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
+/// Text is UTF-8 outside, characters where a place in it counts, and UTF-16 for a driver. A byte that is no
+/// UTF-8, half of a pair of surrogates and a number that is no character all read as U+FFFD.
 namespace ledgertree::text {
 
-/// Text is UTF-8 outside, and characters where a place in it counts. A byte that is no UTF-8 becomes U+FFFD.
+inline constexpr char32_t kReplacement = U'\uFFFD';
+/// What a byte that is no UTF-8 reads as where it must not be taken for U+FFFD itself.
+inline constexpr char32_t kNoCharacter = 0xFFFFFFFF;
+
+/// The character at a place within a text; the place goes on to the next, by one byte behind kNoCharacter.
+[[nodiscard]] inline char32_t nextCharacter(std::string_view text, std::size_t& place) {
+  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  const std::size_t begin = place;
+  UChar32 character = 0;
+  U8_NEXT(bytes, place, text.size(), character);
+  if (character < 0) place = begin + 1;
+  return static_cast<char32_t>(character);
+}
+
+void appendCharacter(char32_t character, std::string& text);
+
 [[nodiscard]] std::u32string charactersOf(std::string_view text);
 [[nodiscard]] std::string textOf(std::u32string_view characters);
+
+/// Appends a text as UTF-16. `Wide` is std::u16string, or whatever else takes its units by "+=".
+template <typename Wide>
+void appendWide(std::string_view text, Wide& wide) {
+  for (std::size_t place = 0; place < text.size();) {
+    const char32_t next = nextCharacter(text, place);
+    const char32_t character = next == kNoCharacter ? kReplacement : next;
+    if (character > 0xFFFF) wide += static_cast<char16_t>(U16_LEAD(character));
+    wide += static_cast<char16_t>(character > 0xFFFF ? U16_TRAIL(character) : character);
+  }
+}
+
+[[nodiscard]] std::u16string wideText(std::string_view text);
+void appendUtf8(std::u16string_view wide, std::string& text);
+[[nodiscard]] std::string utf8Text(std::u16string_view wide);
 
 }  // namespace ledgertree::text

@@ -107,7 +107,7 @@ void LookupField::type(std::string_view text) {
   const Form::Act act(form());
   for (const char32_t character : text::charactersOf(text)) {
     std::string line = typing_ ? text_ : std::string();
-    line += text::textOf(std::u32string(1, character));
+    text::appendCharacter(character, line);
     edited(std::move(line));
     if (!act.formStands()) return;
     changed(Change::Text);

@@ -8,6 +8,7 @@
 #include "data/quote_text.h"
 #include "text/characters.h"
 #include "text/fold.h"
+#include "text/utf8.h"
 
 namespace ledgertree::text {
 namespace {
@@ -25,6 +26,42 @@ TEST(Characters, CountWhatAPersonTypedAndNeverSplitALetter) {
   EXPECT_EQ(withoutFirstCharacters(title, 99), "");
   EXPECT_EQ(rightCharacters(title, 0), "");
   EXPECT_EQ(characterCount("a\xD8\xC3\xE2\x82"), 5U) << "a broken byte is a character of its own";
+}
+
+TEST(Utf8, CharactersAndBack) {
+  const std::pair<const char*, std::u32string> texts[] = {
+      {"", U""},
+      {"\x01\x7F", {1, 0x7F}},
+      {"\xC2\x80\xDF\xBF", {0x80, 0x7FF}},
+      {"\xE0\xA0\x80\xEF\xBF\xBF", {0x800, 0xFFFF}},
+      {"\xED\x9F\xBF\xEE\x80\x80", {0xD7FF, 0xE000}},
+      {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", {0x10000, 0x10FFFF}},
+      {"\xEF\xBF\xBD", {0xFFFD}},
+  };
+  for (const auto& [bytes, characters] : texts) {
+    EXPECT_EQ(charactersOf(bytes), characters);
+    EXPECT_EQ(textOf(characters), bytes);
+    EXPECT_EQ(utf8Text(wideText(bytes)), bytes);
+  }
+  // Each byte that belongs to no character is one sign of its own, and what is behind it is read.
+  const std::pair<const char*, std::size_t> broken[] = {{"\x80z", 1},
+                                                        {"\xC1\xBFz", 2},
+                                                        {"\xC2z", 1},
+                                                        {"\xE0\x9F\xBFz", 3},
+                                                        {"\xED\xA0\x80z", 3},
+                                                        {"\xED\xBF\xBFz", 3},
+                                                        {"\xF0\x8F\xBF\xBFz", 4},
+                                                        {"\xF4\x90\x80\x80z", 4},
+                                                        {"\xF5\x80z", 2},
+                                                        {"\xE2\x82z", 2},
+                                                        {"\xC2\xC0z", 2}};
+  for (const auto& [bytes, signs] : broken)
+    EXPECT_EQ(charactersOf(bytes), std::u32string(signs, 0xFFFD) + U"z") << bytes;
+  EXPECT_EQ(charactersOf("\xE2\x82"), (std::u32string{0xFFFD, 0xFFFD})) << "cut in the middle";
+  EXPECT_EQ(wideText("\xF0\x9F\x98\x80\xF0z"), (std::u16string{0xD83D, 0xDE00, 0xFFFD, u'z'}));
+  // Neither half of a pair nor what lies above all characters gets into a text.
+  EXPECT_EQ(utf8Text(std::u16string{0xD83D, u'a', 0xDE00}), "\uFFFDa\uFFFD");
+  EXPECT_EQ(textOf(std::u32string{0xDFFF, U'b', 0x110000}), "\uFFFDb\uFFFD");
 }
 
 TEST(Characters, OnlyCleanTextGetsIntoAStatement) {
@@ -66,10 +103,7 @@ TEST(Fold, LeavesBrokenBytesAloneAndIsStable) {
   }
   std::string every;
   for (unsigned letter = 1; letter < 0x10000; letter += letter == 0xD7FF ? 0x801 : 1) {
-    if (letter >= 0x800) every += static_cast<char>(0xE0 | (letter >> 12));
-    if (letter >= 0x800) every += static_cast<char>(0x80 | ((letter >> 6) & 0x3F));
-    if (letter >= 0x80 && letter < 0x800) every += static_cast<char>(0xC0 | (letter >> 6));
-    every += static_cast<char>(letter < 0x80 ? letter : 0x80 | (letter & 0x3F));
+    appendCharacter(letter, every);
   }
   const std::string folded = fold(every);
   EXPECT_TRUE(isCleanText(folded));

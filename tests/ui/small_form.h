@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "support/scripted_desktop.h"
+#include "support/steps.h"
 #include "ui/buttons.h"
 #include "ui/grid.h"
 #include "ui/items.h"
@@ -73,7 +75,16 @@ class FormStory : public ::testing::Test {
  protected:
   FormStory() { desktop.show(*form); }
 
+  /// Goes through a section of steps.txt with the keys of a control.
+  void go(const std::string& section, const std::function<void(const ui::KeyChord&)>& press,
+          const std::function<std::string()>& seen) {
+    walk(
+        "ui/steps.txt", section, [&](const std::string& key) { press(chordOf(key)); }, seen,
+        [this] { return std::exchange(told, {}); });
+  }
+
   ScriptedDesktop desktop;
+  std::string told;
   std::vector<std::string> failures;
   ui::Surroundings surroundings{
       desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};

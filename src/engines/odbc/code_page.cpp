@@ -7,6 +7,7 @@
 
 #include "data/data_error.h"
 #include "text/characters.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -61,37 +62,6 @@ bool isArabicLetter(char32_t letter) {
                                                                   static_cast<char16_t>(letter)));
 }
 
-char32_t decoded(std::string_view character) {
-  const auto byte = [character](std::size_t place) {
-    return static_cast<char32_t>(static_cast<unsigned char>(character[place]));
-  };
-  switch (character.size()) {
-    case 2:
-      return ((byte(0) & 0x1F) << 6) | (byte(1) & 0x3F);
-    case 3:
-      return ((byte(0) & 0x0F) << 12) | ((byte(1) & 0x3F) << 6) | (byte(2) & 0x3F);
-    case 4:
-      return ((byte(0) & 0x07) << 18) | ((byte(1) & 0x3F) << 12) | ((byte(2) & 0x3F) << 6) | (byte(3) & 0x3F);
-    default:
-      return byte(0);
-  }
-}
-
-/// Appends a letter of Windows-1256, none of which needs more than three bytes.
-void append(char32_t letter, std::string& text) {
-  if (letter == kNothing) return;
-  if (letter < 0x80) {
-    text += static_cast<char>(letter);
-  } else if (letter < 0x800) {
-    text += static_cast<char>(0xC0 | (letter >> 6));
-    text += static_cast<char>(0x80 | (letter & 0x3F));
-  } else {
-    text += static_cast<char>(0xE0 | (letter >> 12));
-    text += static_cast<char>(0x80 | ((letter >> 6) & 0x3F));
-    text += static_cast<char>(0x80 | (letter & 0x3F));
-  }
-}
-
 /// A text in the letters of the code page, and the first character that has none there.
 struct Carried {
   std::string text;
@@ -101,13 +71,13 @@ struct Carried {
 Carried carry(std::string_view text, CodePage page) {
   Carried carried;
   carried.text.reserve(text.size());
-  while (!text.empty()) {
-    const std::string_view character = text.substr(0, text::characterLength(text));
-    text.remove_prefix(character.size());
-    const char32_t letter = decoded(character);
+  for (std::size_t place = 0; place < text.size();) {
+    const std::size_t begin = place;
+    const char32_t letter = text::nextCharacter(text, place);
+    const std::string_view character = text.substr(begin, place - begin);
     const char32_t folded = letter < 0x80 ? letter : foldedLetter(letter);
     if (folded != letter) {
-      append(folded, carried.text);
+      if (folded != kNothing) text::appendCharacter(folded, carried.text);
       continue;
     }
     carried.text += character;

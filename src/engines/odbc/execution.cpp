@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "text/characters.h"
-#include "text/wide_text.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "db/version.h"
-#include "text/wide_text.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {

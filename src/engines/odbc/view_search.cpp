@@ -12,7 +12,7 @@
 #include "engines/odbc/result_sets.h"
 #include "text/characters.h"
 #include "text/fold.h"
-#include "text/wide_text.h"
+#include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -28,7 +28,7 @@ Forms formsOfLetters() {
   Forms forms;
   const auto add = [&forms](char16_t first, char16_t last) {
     for (char32_t letter = first; letter <= last; ++letter) {
-      const std::string form = text::utf8Text(std::u16string(1, static_cast<char16_t>(letter)));
+      const std::string form = text::textOf(std::u32string_view(&letter, 1));
       const std::string folded = text::fold(form);
       if (!folded.empty()) forms[folded] += form;
     }

@@ -17,12 +17,38 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// A prepared run of the statement. What writes asks for the file first: a row written into a file that has
-/// been deleted would be lost without a word.
-Plan::Run start(Session& open, std::string_view statement) {
-  std::shared_ptr<Plan> plan = open.plans().find(statement);
-  if (plan->writes()) open.requireFile(Clock::now(), true);
-  return {std::move(plan), open.plans().literals()};
+/// A prepared run of a statement. What writes looks for the file ahead of it and behind it: a row written
+/// into a file that has been moved away would be lost without a word.
+class Started {
+ public:
+  Started(Session& open, std::string_view statement)
+      : open_(open),
+        statement_(statement),
+        plan_(open.plans().find(statement)),
+        run_(plan_, open.plans().literals()) {
+    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+  }
+
+  [[nodiscard]] Plan::Run& run() { return run_; }
+  /// Behind the last step, which gave `result`.
+  void end(int result) {
+    if (result != SQLITE_DONE) fail(open_, statement_);
+    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+  }
+
+ private:
+  Session& open_;
+  std::string_view statement_;
+  std::shared_ptr<Plan> plan_;  // found ahead of the literals, which are those of the statement found last
+  Plan::Run run_;
+};
+
+/// Gives all rows, and what the last step gave.
+std::pair<data::Rows, int> readAll(Plan::Run& run) {
+  int result = run.step();
+  data::Rows rows = run.emptyRows();
+  for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+  return {std::move(rows), result};
 }
 
 }  // namespace
@@ -35,13 +61,7 @@ class EmbeddedConnection::Running {
   Running& operator=(const Running&) = delete;
   ~Running() {
     if (--connection_.commands_ != 0 || !connection_.session_) return;
-    Session& open = *connection_.session_;
-    if (open.lost()) {
-      connection_.session_.reset();
-    } else if (sqlite3_get_autocommit(open.handle()) == 0) {
-      // Only a failure in the middle of a procedure leaves a transaction behind.
-      sqlite3_exec(open.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-    }
+    if (connection_.session_->lost()) connection_.session_.reset();
   }
 
  private:
@@ -51,20 +71,20 @@ class EmbeddedConnection::Running {
 template <typename Work>
 auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
   Session& open = session();
+  if (open.watch().asking()) throw engineError(SQLITE_BUSY, {}, {});
   const Running running(*this);
   const Clock::time_point now = Clock::now();
   Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
+  open.watch().whileWaiting(givesUpWaiting_);
   open.requireFile(now, false);
   return work(open, watched);
 }
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    Plan::Run run = start(open, statement);
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-    if (result != SQLITE_DONE) fail(open, statement);
+    Started started(open, statement);
+    auto [rows, result] = readAll(started.run());
+    started.end(result);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -73,7 +93,8 @@ std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
-    Plan::Run run = start(open, statement);
+    Started started(open, statement);
+    Plan::Run& run = started.run();
     int result = run.step();
     data::Rows row = run.emptyRows();
     for (; result == SQLITE_ROW; result = run.step()) {
@@ -84,7 +105,7 @@ void EmbeddedConnection::walk(std::string_view statement,
       // The time-out is for the engine, not for what is done with its rows.
       watched.extend(Clock::now() - shown);
     }
-    if (result != SQLITE_DONE) fail(open, statement);
+    started.end(result);
   });
 }
 
@@ -93,7 +114,9 @@ std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::spa
   return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
     open.requireFile(Clock::now(), true);
     try {
-      return open.procedures().call(procedure, values);
+      const std::int32_t result = open.procedures().call(procedure, values);
+      open.requireFile(Clock::now(), true);
+      return result;
     } catch (const SQLite::Exception& failure) {
       open.watch().rethrowStop(procedure.name);
       throw engineError(failure, procedure.name);
@@ -118,9 +141,7 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
     StatementShape shape;
     shape.read(statement);
     Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+    const auto [rows, result] = readAll(run);
     if (result != SQLITE_DONE) fail(open, statement);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {

@@ -26,8 +26,7 @@ void grow(ui::Control& control, int left, int top, int width, int height) {
 FormMain::FormMain(shell::Shell& shell)
     : MainScreen(shell),
       shell_(shell),
-      proposal_(*this, shell),
-      rules_(*this, shell, proposal_),
+      rules_(*this, shell),
       record_(*this, shell, [this] { rules_.classRule(); }),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),
@@ -36,6 +35,8 @@ FormMain::FormMain(shell::Shell& shell)
       screens_(*this, shell, tree_) {
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
+  record_.onShown = [this](std::int32_t accountID) { tree_.keepHighlightFor(accountID); };
+  onCommand = [this] { tree_.settle(); };
   Timer1.onTick = [this] { followRecord(*this); };
 }
 

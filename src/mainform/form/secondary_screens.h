@@ -20,8 +20,11 @@ class SecondaryScreens {
   void unload() { periods_.unload(); }
 
  private:
+  [[nodiscard]] std::int32_t accountToWorkOn() const;
   void recode();
   void deleteInBatch();
+  /// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.
+  [[nodiscard]] bool refusedWhileTyping();
   /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <tuple>
 #include <vector>
 
 #include "data/data_error.h"
@@ -70,6 +71,19 @@ TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
                                  "spTarvoHasPermission"}));
   }
   EXPECT_EQ(notices.taken(), kRefused);
+
+  // A date that can't be read is told of by its place, and the chart opens without it.
+  database.execute("update tblAccountPeriod set BeginDate = '1403/01/01' where ID = 1");
+  control.UserID(1);
+  control.AccPeriodSpecID(1);
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(),
+            "اشکال|تاريخ «1403/01/01» در ستون BeginDate جدول tblAccountPeriod (دوره 1) خوانا نيست. آن را "
+            "اصلاح نماييد. سرفصل حسابها بدون آن باز ميشود.");
+  EXPECT_EQ(context().gPeriodBegin, data::DateTime());
+  EXPECT_EQ(asked().back(), "spTarvoHasPermission");
+  control.AccPeriodSpecID(2);
+  control.ClearShow();
 
   // A user whose period isn't known leaves everything as it was, and View resolves none.
   database.execute("update tblUser set PeriodID = 12345 where ID = 1");
@@ -222,25 +236,10 @@ TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
 }
 
 TEST_F(ControlStory, AConnectionTextThatLeadsNowhereIsAFailureOfTheCall) {
-  std::vector<std::string> texts = {"",
-                                    "   ",
-                                    ";",
-                                    "=",
-                                    "Provider",
-                                    "Provider=",
-                                    "Provider=;Data Source=x",
-                                    "=SQLite",
-                                    "Data Source=x.db",
-                                    "Provider=SQLite",
-                                    "Provider=\"SQLite\"x;Data Source=y",
-                                    "Provider='SQLite;Data Source=y",
-                                    "Provider=Nobody;Data Source=x",
-                                    "Provider=SQLite Data Source=x",
-                                    "Provider=SQLite;;=;Data Source=x",
-                                    "Password=geheim;Provider=\""};
+  std::vector<std::string> texts = {"", "Provider=Nobody;Data Source=x", "Password=geheim;Provider=\""};
   for (const std::string& place : {std::string(), std::string("\"x"), std::string("/no/such/folder/x.db"),
                                    std::string("/"), std::string("a\0b", 3), std::string(10000, 'a')})
-    texts.push_back("Provider=SQLite;Data Source=" + place);
+    texts.push_back("Password=geheim;Provider=SQLite;Data Source=" + place);
   for (const std::string& text : texts) {
     control.OLEConnectionString(text);
     try {
@@ -328,28 +327,18 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
   EXPECT_EQ(told, keys);
 
   const auto properties = [](const LedgerTreeControl& one) {
-    const auto text = [](const PropertyValue& value) {
-      return std::visit(
-          []<typename Kind>(const Kind& held) {
-            if constexpr (std::is_same_v<Kind, std::string>) return held;
-            if constexpr (!std::is_same_v<Kind, std::string>) return std::to_string(held);
-          },
-          value);
-    };
-    return text(one.DataSource()) + "|" + text(one.UserName()) + "|" + one.Caption() + "|" +
-           std::to_string(one.RefreshAlarm()) + "|" + one.OLEConnectionString() + "|" +
-           std::to_string(one.UserID()) + "|" + std::to_string(one.PositionID()) + "|" +
-           std::to_string(one.EmployeeID()) + "|" + std::to_string(one.AccPeriodSpecID());
+    return std::tuple(one.DataSource(), one.UserName(), one.Caption(), one.RefreshAlarm(),
+                      one.OLEConnectionString(), one.UserID(), one.PositionID(), one.EmployeeID(),
+                      one.AccPeriodSpecID());
   };
-  const std::string all = "منبع|2.500000|عنوان|1|Provider=X|-7|8|9|4";
-  const std::string standard = "0|0||0||0|0|0|0";
+  using Properties = decltype(properties(control));
+  const Properties all{std::string("منبع"), 2.5, "عنوان", true, "Provider=X", -7, 8, 9, 4};
+  const Properties standard{std::int16_t{0}, std::int16_t{0}, "", false, "", 0, 0, 0, 0};
   EXPECT_EQ(properties(control), all);
 
   MapStore store;
   LedgerTreeControl other(session);
   EXPECT_EQ(properties(other), standard);
-  EXPECT_TRUE(std::holds_alternative<std::int16_t>(other.DataSource()) &&
-              std::holds_alternative<std::int16_t>(other.UserName()));
   other.WriteProperties(store);
   EXPECT_EQ(store.values.size(), 0U) << "what is as at the beginning needs no place";
   EXPECT_EQ(store.order, keys);
@@ -367,14 +356,20 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
 
   // A store may keep numbers in another kind, as long as they fit. One that holds something else changes
   // nothing.
-  for (const PropertyValue& number : {PropertyValue(std::int32_t{-7}), PropertyValue(-7.25)}) {
+  for (const auto& [number, flag] :
+       {std::pair<PropertyValue, PropertyValue>{std::int32_t{-7}, std::int16_t{1}},
+        {-7.25, "True"},
+        {"-7", "-1"}}) {
     store.values["UserID"] = number;
+    store.values["RefreshAlarm"] = flag;
+    other.InitProperties();
     other.ReadProperties(store);
     EXPECT_EQ(properties(other), all);
   }
   for (const auto& [key, value] : std::map<std::string, PropertyValue>{{"Caption", 5.0},
-                                                                       {"RefreshAlarm", std::int16_t{1}},
-                                                                       {"EmployeeID", std::string("9")},
+                                                                       {"RefreshAlarm", "yes"},
+                                                                       {"EmployeeID", "9 x"},
+                                                                       {"PositionID", ""},
                                                                        {"UserID", 40000.0}}) {
     MapStore wrong = store;
     wrong.values["AccPeriodSpecID"] = std::int16_t{5};
