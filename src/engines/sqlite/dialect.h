@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engines/sqlite/tables.h"
 #include "tsql/parser.h"
 #include "tsql/tokens.h"
 
@@ -24,26 +25,16 @@ struct Translation {
   std::vector<tsql::Decision> decisions;  ///< see appendOutcome
 };
 
-/// Translates one statement of SQL Server's dialect. Throws data::DataError(Statement) for what it doesn't
-/// know.
+enum class Form {
+  Fast,   ///< by the rules of rewrites.h
+  Plain,  ///< as it is written: the same rows, for tests that watch over the rules
+};
+
+/// Translates one statement of SQL Server's dialect for a database with these tables, on a connection with
+/// the function of sum.h. Throws data::DataError(Statement) for what it doesn't know.
 ///
 /// Literals that are compared or inserted become parameters, so that the same statement with other values has
 /// the same translation. Text compares without regard to letter case and to blanks at the end.
-[[nodiscard]] Translation translate(std::string_view statement);
-
-/// The form of a statement without its literals, found in one pass over the text: statements of one shape
-/// have one translation for each outcome of their decisions.
-class StatementShape {
- public:
-  /// Throws data::DataError(Statement) as Tokens does. The statement has to outlive the literals.
-  void read(std::string_view statement);
-
-  [[nodiscard]] std::string_view key() const { return key_; }
-  [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return literals_; }
-
- private:
-  std::string key_;
-  std::vector<tsql::Literal> literals_;
-};
+[[nodiscard]] Translation translate(std::string_view statement, Tables& tables, Form form = Form::Fast);
 
 }  // namespace ledgertree::engines::sqlite

@@ -17,12 +17,22 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// A prepared run of the statement. What writes asks for the file first: a row written into a file that has
-/// been deleted would be lost without a word.
-Plan::Run start(Session& open, std::string_view statement) {
-  std::shared_ptr<Plan> plan = open.plans().find(statement);
-  if (plan->writes()) open.requireFile(Clock::now(), true);
-  return {std::move(plan), open.plans().literals()};
+/// Begins a run of the statement, and gives the code of its first step.
+int start(Session& open, std::string_view statement, std::optional<Plan::Run>& run) {
+  Plans& plans = open.plans();
+  std::shared_ptr<Plan> plan = plans.find(statement);
+  const bool writes = plan->writes();
+  if (writes) {
+    // A row written into a file that has been deleted would be lost without a word, and what was written by
+    // the types of an old schema couldn't be taken back.
+    open.requireFile(Clock::now(), true);
+    if (plans.renew()) plan = plans.find(statement);
+  }
+  run.emplace(std::move(plan), plans.literals());
+  const int result = run->step();
+  if (writes || !run->isPreparedAnew() || !plans.renew()) return result;
+  run.emplace(plans.find(statement), plans.literals());
+  return run->step();
 }
 
 }  // namespace
@@ -60,10 +70,10 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    Plan::Run run = start(open, statement);
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+    std::optional<Plan::Run> run;
+    int result = start(open, statement, run);
+    data::Rows rows = run->emptyRows();
+    for (; result == SQLITE_ROW; result = run->step()) run->addCells(rows);
     if (result != SQLITE_DONE) fail(open, statement);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
@@ -73,12 +83,12 @@ std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
-    Plan::Run run = start(open, statement);
-    int result = run.step();
-    data::Rows row = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) {
+    std::optional<Plan::Run> run;
+    int result = start(open, statement, run);
+    data::Rows row = run->emptyRows();
+    for (; result == SQLITE_ROW; result = run->step()) {
       row.clearRows();
-      run.addCells(row);
+      run->addCells(row);
       const Clock::time_point shown = Clock::now();
       if (!visit(row)) return;
       // The time-out is for the engine, not for what is done with its rows.
@@ -113,7 +123,8 @@ std::vector<std::string> EmbeddedConnection::takeNews() {
 
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) {
-    Translation translation = translate(statement);
+    open.plans().renew();
+    Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
     StatementShape shape;
     shape.read(statement);

@@ -116,7 +116,7 @@ Plan::Run::~Run() {
 data::Rows Plan::Run::emptyRows() {
   // SQLite prepares a statement again where another program has changed the schema; "*" may mean other
   // columns then.
-  const int preparations = sqlite3_stmt_status(plan_->statement_.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
+  const int preparations = plan_->preparations();
   if (plan_->preparations_ != preparations) {
     plan_->readColumns();
     plan_->preparations_ = preparations;
@@ -131,23 +131,36 @@ void Plan::Run::addCells(data::Rows& rows) const {
 
 std::shared_ptr<Plan> Plans::find(std::string_view statement) {
   shape_.read(statement);
-  const auto found = byKey_.find(shape_.key());
-  if (found == byKey_.end()) return prepare(statement, nullptr);
-  shapes_.splice(shapes_.begin(), shapes_, found->second);
-  Shape& shape = shapes_.front();
-  outcome_.clear();
-  tsql::appendOutcome(shape.decisions, shape_.literals(), outcome_);
-  for (const Variant& variant : shape.variants) {
-    if (variant.outcome != outcome_) continue;
-    if (!variant.plan->inUse()) return variant.plan;
-    // Somebody is on one of its rows; this run takes one of its own.
-    return std::make_shared<Plan>(database_, translate(statement), statement);
+  Shape* const shape = known();
+  if (shape != nullptr) {
+    outcome_.clear();
+    tsql::appendOutcome(shape->decisions, shape_.literals(), outcome_);
+    for (const Variant& variant : shape->variants) {
+      if (variant.outcome != outcome_) continue;
+      if (!variant.plan->inUse()) return variant.plan;
+      // Somebody is on one of its rows; this run takes one of its own.
+      return std::make_shared<Plan>(database_, translate(statement, tables_), statement);
+    }
   }
-  return prepare(statement, &shape);
+  return prepare(statement, renew() ? nullptr : shape);
+}
+
+bool Plans::renew() {
+  if (!tables_.renew()) return false;
+  byKey_.clear();
+  shapes_.clear();
+  return true;
+}
+
+Plans::Shape* Plans::known() {
+  const auto found = byKey_.find(shape_.key());
+  if (found == byKey_.end()) return nullptr;
+  shapes_.splice(shapes_.begin(), shapes_, found->second);
+  return &shapes_.front();
 }
 
 std::shared_ptr<Plan> Plans::prepare(std::string_view statement, Shape* shape) {
-  const Translation translation = translate(statement);
+  const Translation translation = translate(statement, tables_);
   auto plan = std::make_shared<Plan>(database_, translation, statement);
   Shape& place = shape != nullptr ? *shape : remember(translation);
   if (place.variants.size() == kMostVariants) place.variants.erase(place.variants.begin());

@@ -9,6 +9,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/sum.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
@@ -102,6 +103,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
   // A name that no column has is an error, never a text.
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  addSumFunction(handle());
   while (true) {
     try {
       if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
