@@ -107,7 +107,7 @@ class DialectCheck {
       }
     } catch (const data::DataError& error) {
       const std::string_view message = error.what();
-      const std::string_view cause = message.substr(std::min(message.find(": ") + 2, message.size()));
+      const std::string_view cause = message.substr(std::min(message.find(" (") + 2, message.size()));
       for (const char* const fault : {"near ", "unrecognized token", "incomplete input"}) {
         require(!cause.starts_with(fault), "a translation that is no statement");
       }

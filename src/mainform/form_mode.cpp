@@ -14,7 +14,7 @@ enum class Cell {
   No,
   Yes,
   Keep,     ///< leaves them as they are
-  OfClass,  ///< yes where an entity class is chosen
+  OfClass,  ///< yes where an entity class is chosen that has entities to offer
 };
 using enum Cell;
 
@@ -35,9 +35,8 @@ void titleInPicker(MainScreen& s, bool on) { s.sltAccount.setVisible(on); }
 void titleInField(MainScreen& s, bool on) { s.txtTitle.setVisible(on); }
 
 void typing(MainScreen& s, bool on) {
-  for (ui::TextField* field :
-       {&s.txtTitle, &s.txtCode, &s.txtMotherCode, &s.txtNotes, &s.txtMaxDebit, &s.txtMaxCredit})
-    field->setLocked(!on);
+  for (const TypedField& field : typedFields()) (s.*field.control).setLocked(!on);
+  s.txtMotherCode.setLocked(!on);
 }
 
 void picking(MainScreen& s, bool on) {
@@ -107,7 +106,8 @@ void applyMode(MainScreen& screen) {
   for (const Row& row : kTable) {
     const Cell cell = row.byMode[static_cast<std::size_t>(screen.formMode)];
     if (cell == Keep) continue;
-    row.apply(screen, cell == Yes || (cell == OfClass && !screen.sltEntityType.IsEmpty()));
+    const bool ofClass = !screen.sltEntityType.IsEmpty() && !screen.ClassIsGone;
+    row.apply(screen, cell == Yes || (cell == OfClass && ofClass));
   }
   screen.lblMessage.setCaption(messageOf(screen.formMode));
 }

@@ -337,8 +337,8 @@ ExpressionPtr QueryParser::columnOrCall() {
   }
   std::string qualifier;
   std::string last = reader_.name();
-  // What stands ahead of a table is a schema: the system uses one alone.
-  for (int dots = 0; dots < 2 && reader_.takeSymbol("."); ++dots) {
+  // What stands ahead of a table is a schema or a database with one: the system uses one alone.
+  for (int dots = 0; dots < 3 && reader_.takeSymbol("."); ++dots) {
     qualifier = std::move(last);
     if (reader_.takeSymbol("*")) {
       ExpressionPtr all = makeExpression(Kind::All);

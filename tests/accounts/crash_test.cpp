@@ -95,6 +95,7 @@ TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
       Worker worker(pipe, false);
       worker.work(seed, kSteps);
       // Where the work is done before the kill, the file still has to be there.
+      ::close(pipe);
       for (;;) ::pause();
     });
     const LeftFolder folder{child.hearLine()};

@@ -16,12 +16,9 @@ TEST_F(FormStory, KeysLeadThroughAList) {
   list.press(Key::Down);
   for (const char* line : {"1", "2", "3"}) list.addItem(line, 10 * (line[0] - '0'));
   EXPECT_EQ(list.items()[1].data, 20);
-  const std::pair<Key, int> steps[] = {{Key::Tab, -1}, {Key::Down, 0}, {Key::Down, 1}, {Key::Up, 0},
-                                       {Key::Up, 0},   {Key::End, 2},  {Key::Down, 2}, {Key::Home, 0}};
-  for (const auto& [key, selected] : steps) {
-    list.press(key);
-    EXPECT_EQ(list.selected(), selected);
-  }
+  go(
+      "keys in a list", [&](auto& key) { list.press(chord(key).key); },
+      [&] { return std::to_string(list.selected()); });
   EXPECT_EQ(selections, 7) << "also where it is selected already";
   for (const int none : {3, -1}) list.choose(none);
   EXPECT_EQ(list.selectedText(), "1");
@@ -63,22 +60,9 @@ TEST_F(FormStory, KeysLeadThroughAGrid) {
   EXPECT_EQ(grid.text(29, 1) + grid.text(30, 0) + grid.text(30, 1), "140330");
   EXPECT_THROW(static_cast<void>(grid.text(31, 0)), std::out_of_range);
   EXPECT_THROW(static_cast<void>(grid.text(0, 2)), std::out_of_range);
-  struct Step {
-    Key key;
-    bool extend;
-    int current, end;
-  };
-  const Step steps[] = {
-      {Key::Up, false, 0, 0},       {Key::Down, false, 1, 1},     {Key::PageDown, false, 11, 11},
-      {Key::Down, true, 12, 11},    {Key::PageUp, true, 2, 11},   {Key::Up, false, 1, 1},
-      {Key::End, true, 30, 1},      {Key::PageDown, true, 30, 1}, {Key::Tab, false, 30, 1},
-      {Key::PageUp, false, 20, 20}, {Key::Home, true, 0, 20},     {Key::End, false, 30, 30},
-      {Key::Home, false, 0, 0}};
-  for (const Step& step : steps) {
-    grid.press(step.key, step.extend);
-    EXPECT_EQ(grid.currentRow(), step.current);
-    EXPECT_EQ(grid.selectionEnd(), step.end);
-  }
+  go(
+      "keys in a grid", [&](auto& key) { grid.press(chord(key).key, chord(key).shift); },
+      [&] { return std::to_string(grid.currentRow()) + ".." + std::to_string(grid.selectionEnd()); });
   EXPECT_EQ(selections, 12);
   for (const int none : {-1, 31}) {
     grid.selectRow(none);
@@ -94,49 +78,28 @@ TEST_F(FormStory, KeysLeadThroughAGrid) {
 
 TEST_F(FormStory, KeysLeadThroughATree) {
   ui::Tree& tree = form->tree;
-  std::string heard;
-  tree.onExpand = [&](ui::NodeId node) { heard += "open " + tree.key(node) + " "; };
-  tree.onNodeClick = [&](ui::NodeId node) { heard += "click " + tree.key(node) + " "; };
-  tree.onNodeCheck = [&](ui::NodeId node) { heard += "tick " + tree.key(node) + " "; };
+  tree.onExpand = [&](ui::NodeId node) { told += "open " + tree.key(node) + " "; };
+  tree.onNodeClick = [&](ui::NodeId node) { told += "click " + tree.key(node) + " "; };
+  tree.onNodeCheck = [&](ui::NodeId node) { told += "tick " + tree.key(node) + " "; };
   tree.press(Key::Down);
   for (const char* key : {"a", "b"}) tree.add(ui::kNoNode, key, key);
   for (const char* key : {"a1", "a2"}) tree.add(tree.find("a"), key, key);
   tree.add(tree.find("a2"), "a21", "a21");
   const auto at = [&] { return tree.selected() == ui::kNoNode ? "" : tree.key(tree.selected()); };
-  struct Step {
-    Key key;
-    const char* at;
-    const char* heard;
-  };
-  // The tree grows to the left: Left goes into it, Right out of it.
-  for (const Step& step : std::initializer_list<Step>{
-           {Key::Down, "a", ""},          {Key::Down, "b", ""},        {Key::Down, "b", ""},
-           {Key::Left, "b", ""},          {Key::Right, "b", ""},       {Key::Home, "a", ""},
-           {Key::Tab, "a", ""},           {Key::Left, "a", "open a "}, {Key::Left, "a1", ""},
-           {Key::Left, "a1", ""},         {Key::Down, "a2", ""},       {Key::Left, "a2", "open a2 "},
-           {Key::Down, "a21", ""},        {Key::Down, "b", ""},        {Key::Up, "a21", ""},
-           {Key::Right, "a2", ""},        {Key::Right, "a2", ""},      {Key::Down, "b", ""},
-           {Key::Up, "a2", ""},           {Key::Right, "a", ""},       {Key::Enter, "a", "click a "},
-           {Key::Space, "a", "click a "}, {Key::End, "b", ""},         {Key::Up, "a2", ""},
-           {Key::Home, "a", ""},          {Key::Up, "a", ""},          {Key::Right, "a", ""},
-           {Key::Down, "b", ""}}) {
-    heard.clear();
-    tree.press(step.key);
-    EXPECT_EQ(at(), std::string(step.at));
-    EXPECT_EQ(heard, step.heard);
-  }
-  heard.clear();
+  go(
+      "keys in a tree", [&](auto& key) { tree.press(chord(key).key); }, at);
+  told.clear();
   tree.tick(tree.find("b"));
   EXPECT_FALSE(tree.checked(tree.find("b"))) << "without check boxes";
   tree.setCheckBoxes(true);
   tree.press(Key::Space);
   EXPECT_TRUE(tree.checked(tree.find("b")));
   tree.tick(tree.find("b"));
-  EXPECT_EQ(heard, "tick b tick b ");
+  EXPECT_EQ(told, "tick b tick b ");
   EXPECT_FALSE(tree.checked(tree.find("b")));
 
   // What isn't there, what has nothing below it, what is open, and what is out of reach.
-  heard.clear();
+  told.clear();
   tree.setExpanded(tree.find("a2"), true);
   for (const char* key : {"none", "a1", "a2"}) tree.expand(tree.find(key));
   tree.click(ui::kNoNode);
@@ -150,7 +113,7 @@ TEST_F(FormStory, KeysLeadThroughATree) {
     tree.tick(tree.find(key));
   }
   tree.collapse(tree.find("a2"));
-  EXPECT_EQ(heard + at(), "b");
+  EXPECT_EQ(told + at(), "b");
   EXPECT_TRUE(tree.expanded(tree.find("a2")));
 
   // A selection below what was closed counts from the top.
@@ -180,14 +143,8 @@ TEST_F(FormStory, TheCaretStaysInTheText) {
   text.setText("سلام");
   const auto at = [&] { return text.text() + std::to_string(text.caret()); };
   EXPECT_EQ(at(), "سلام4");
-  const std::pair<Key, const char*> steps[] = {
-      {Key::Right, "سلام4"}, {Key::Delete, "سلام4"}, {Key::Left, "سلام3"},     {Key::Delete, "سلا3"},
-      {Key::Home, "سلا0"},   {Key::Left, "سلا0"},    {Key::Backspace, "سلا0"}, {Key::Right, "سلا1"},
-      {Key::End, "سلا3"},    {Key::Tab, "سلا3"},     {Key::Backspace, "سل2"}};
-  for (const auto& [key, after] : steps) {
-    text.press(key);
-    EXPECT_EQ(at(), after);
-  }
+  go(
+      "keys in a text", [&](auto& key) { text.press(chord(key).key); }, at);
   EXPECT_EQ(ups, 11) << "every key comes up again";
   EXPECT_EQ(changes, 2);
   text.setCaret(9);

@@ -1,6 +1,7 @@
 #include "ui/lookup_field.h"
 
-#include <functional>
+#include <map>
+#include <sstream>
 
 #include "small_form.h"
 
@@ -11,163 +12,88 @@ using ui::Key;
 
 class LookupFieldStory : public FormStory {
  protected:
-  /// What the person sees: "held: line", behind it the open list with the row that Enter picks in brackets.
+  using Act = std::function<void(const std::string& rest)>;
+
   [[nodiscard]] std::string seen() const {
-    const WishingField& field = form->field;
-    std::string text = std::to_string(field.id()) + ": " + field.text() + (field.typing() ? "_" : "");
+    std::string text = std::to_string(field.id()) + ":";
+    if (field.typing() || !field.text().empty()) text += " " + field.text() + (field.typing() ? "_" : "");
     if (!field.listOpen()) return text;
-    text += field.text().empty() && !field.typing() ? "/" : " /";
+    text += " /";
     for (int row = 0; row < static_cast<int>(field.rows().size()); ++row) {
       const std::string name = field.rows()[static_cast<std::size_t>(row)].text;
       text += row == field.highlighted() ? " [" + name + "]" : " " + name;
     }
     return text + (field.searching() ? " ..." : "") + (field.hasMore() ? " more" : "");
   }
-  struct Step {
-    std::function<void()> act;
-    const char* wishes;
-    const char* seen;
-  };
-  void go(const std::vector<Step>& steps) {
-    for (const Step& step : steps) {
-      form->field.wishes.clear();
-      step.act();
-      EXPECT_EQ(form->field.wishes, step.wishes) << "step " << &step - steps.data();
-      EXPECT_EQ(seen(), step.seen) << "step " << &step - steps.data();
+  void go(const std::string& section) {
+    FormStory::go(
+        section, [this](const std::string& step) { act(step); }, [this] { return seen(); });
+  }
+
+  WishingField& field = form->field;
+
+ private:
+  /// A key, or a word with what it is about behind it.
+  void act(const std::string& step) {
+    const std::size_t end = std::min(step.find(' '), step.size());
+    const std::string word = step.substr(0, end);
+    const std::string rest = step.substr(std::min(end + 1, step.size()));
+    if (const auto known = acts.find(word); known != acts.end()) {
+      known->second(rest);
+    } else if (!field.press(chord(word).key)) {
+      told += "unused ";
     }
+    told += std::exchange(field.wishes, {});
   }
-  /// A key, and whether the field has a use for it.
-  std::function<void()> key(Key key, bool used = true, int times = 1) {
-    return [=, this] {
-      for (int time = 0; time < times; ++time) EXPECT_EQ(form->field.press(key), used);
-    };
+  /// The row of a name; its ID is the place of its first letter, "a" being 7.
+  static ui::LookupRow rowOf(const std::string& name) {
+    return name.empty() ? ui::LookupRow() : ui::LookupRow{name[0] - 'a' + 7, name, ""};
   }
-  std::function<void()> hold(const ui::LookupRow& row) {
-    return [=, this] { form->field.hold(row); };
+  void showRows(const std::string& words) {
+    std::vector<ui::LookupRow> rows;
+    std::istringstream stream(words);
+    for (std::string word; stream >> word;)
+      if (word.size() == 1) rows.push_back(rowOf(word));
+    const auto said = [&words](const char* word) { return words.find(word) != std::string::npos; };
+    field.showRows(rows, said("behind"), said("more"), said("..."));
   }
-  std::function<void()> rows(std::vector<ui::LookupRow> rows, bool more = false, bool searching = false,
-                             bool append = false) {
-    return [=, this] { form->field.showRows(rows, append, more, searching); };
-  }
-  std::function<void()> type(const char* text) {
-    return [=, this] { form->field.type(text); };
-  }
-
-  const std::vector<ui::LookupRow> three{{7, "a", "1"}, {8, "b", "2"}, {9, "c", "3"}};
-};
-
-TEST_F(LookupFieldStory, KeysLeadThroughTheList) {
-  WishingField& field = form->field;
-  const std::vector<ui::LookupRow> many(20, ui::LookupRow{5, "x", ""});
-  for (const Key unused :
-       {Key::Up, Key::PageDown, Key::PageUp, Key::Enter, Key::Escape, Key::Tab, Key::Backspace})
-    go({{key(unused, false), "", "-1: "}});
-  go({{key(Key::Down), "search<> ", "-1: / ..."},
-      {rows(three), "", "-1: / a b c"},
-      {key(Key::Down), "", "-1: / [a] b c"},
-      {key(Key::Down), "", "-1: / a [b] c"},
-      {key(Key::PageDown), "", "-1: / a b [c]"},
-      {key(Key::Down), "", "-1: / a b [c]"},
-      {key(Key::Up), "", "-1: / a [b] c"},
-      {key(Key::PageUp), "", "-1: / [a] b c"},
-      {key(Key::Up), "", "-1: / [a] b c"},
-      {key(Key::F4), "stop ", "-1: "},
-      {key(Key::F4), "search<> ", "-1: / ..."},
-      {[&] { field.openList(); }, "", "-1: / ..."},
-      {rows(three), "", "-1: / a b c"},
-      {[&] { field.pick(3); }, "", "-1: / a b c"},
-      {[&] { field.pick(-1); }, "", "-1: / a b c"},
-      {[&] { field.pick(2); }, "stop chosen<9> ", "9: c"},
-      {[&] { field.pick(0); }, "", "9: c"},
-      // The list opens on the row held, Enter takes it again, and Enter on nothing closes the list.
-      {key(Key::Down), "search<> ", "9: c / ..."},
-      {rows(three), "", "9: c / a b [c]"},
-      {key(Key::Enter), "stop chosen<9> ", "9: c"},
-      {key(Key::F4), "search<> ", "9: c / ..."},
-      {rows({{7, "a", ""}}), "", "9: c / a"},
-      {key(Key::Enter), "stop ", "9: c"},
-      // Eight rows ahead of the end the next ones come, once.
-      {key(Key::F4), "search<> ", "9: c / ..."},
-      {rows({}, true), "", "9: c / more"},
-      {rows(many, true), "", "9: c / x x x x x x x x x x x x x x x x x x x x more"},
-      {key(Key::PageDown), "", "9: c / x x x x x x x [x] x x x x x x x x x x x x more"},
-      {key(Key::Down, true, 4), "", "9: c / x x x x x x x x x x x [x] x x x x x x x x more"},
-      {key(Key::Down), "more ", "9: c / x x x x x x x x x x x x [x] x x x x x x x ... more"},
-      {key(Key::Down), "", "9: c / x x x x x x x x x x x x x [x] x x x x x x ... more"},
-      {rows({{9, "c", ""}}, false, false, true), "", "9: c / x x x x x x x x x x x x x [x] x x x x x x c"},
-      {[&] { field.reachedEnd(); }, "", "9: c / x x x x x x x x x x x x x [x] x x x x x x c"},
-      {key(Key::Escape), "stop ", "9: c"}});
-}
-
-TEST_F(LookupFieldStory, WhatIsTypedIsASearchUntilARowIsPicked) {
-  WishingField& field = form->field;
-  field.hold({9, "c", "3"});
-  go({{type("aب"), "search<a> search<aب> ", "9: aب_ / ..."},
-      {[&] { field.edited("aب"); }, "", "9: aب_ / ..."},
-      {key(Key::Enter), "", "9: aب_ / ..."},
-      {rows({}, true, true), "", "9: aب_ / ... more"},
-      {rows(three, false, true), "stop chosen<7> ", "7: a"},
-      // Enter ahead of the hits waits for them, unless there are none.
-      {type("z"), "search<z> ", "7: z_ / ..."},
-      {key(Key::Enter), "", "7: z_ / ..."},
-      {rows({}), "", "7: z_ /"},
-      {rows(three), "", "7: z_ / [a] b c"},
-      {key(Key::Backspace), "search<> ", "7: _ / [a] b c ..."},
-      {rows(three), "", "7: _ / a b c"},
-      {key(Key::Delete, false), "", "7: _ / a b c"},
-      {key(Key::Escape), "stop ", "7: a"},
-      {[&] { field.edited("  "); }, "search<  > ", "7:   _ / ..."},
-      {key(Key::Enter), "stop chosen<-1> ", "-1: "},
-      {[&] { field.edited(" "); }, "search< > ", "-1:  _ / ..."},
-      {key(Key::Enter), "stop ", "-1: "},
-      // A row held goes as a whole, and comes back with Escape or when the field is left.
-      {hold({8, "bb", ""}), "", "8: bb"},
-      {key(Key::Backspace), "search<> ", "8: _ / ..."},
-      {key(Key::Escape), "stop ", "8: bb"},
-      {type("q"), "search<q> ", "8: q_ / ..."},
-      {[&] { field.leave(); }, "stop ", "8: bb"},
-      {key(Key::Backspace), "search<> ", "8: _ / ..."},
-      {[&] { field.leave(); }, "stop chosen<-1> ", "-1: "},
-      {key(Key::Delete), "", "-1: "},
-      {hold({8, "bb", ""}), "", "8: bb"},
-      {key(Key::Delete), "chosen<-1> ", "-1: "},
-      // Rows that come for a closed list are nobody's.
-      {rows(three), "", "-1: "}});
-}
-
-TEST_F(LookupFieldStory, OutOfReachItTakesNothingAndLookingCloserNeedsARowInSight) {
-  WishingField& field = form->field;
-  field.hold({8, "b", ""});
-  std::vector<int> keys;
-  field.onKeyDown = [&](int code) { keys.push_back(code); };
-  const auto tryAll = [&] {
+  void tryEverything() {
     field.type("q");
     field.edited("q");
     field.openList();
     field.reachedEnd();
-    for (const Key one : {Key::Down, Key::F4, Key::Delete, Key::Backspace, Key::Enter}) field.press(one);
-  };
-  go({{[&] { field.setActive(false); }, "", "8: b"},
-      {tryAll, "", "8: b"},
-      {[&] { field.setActive(true); }, "", "8: b"},
-      {[&] { form->frame.setEnabled(false); }, "", "8: b"},
-      {tryAll, "", "8: b"},
-      {[&] { field.lookCloser(); }, "detail ", "8: b"},
-      {[&] { form->frame.setEnabled(true); }, "", "8: b"},
-      {type("q"), "search<q> ", "8: q_ / ..."},
-      {[&] { field.setActive(false); }, "stop ", "8: b"},
-      {[&] { field.setActive(true); }, "", "8: b"},
-      {type("q"), "search<q> ", "8: q_ / ..."},
-      {[&] { form->frame.setEnabled(false); }, "", "8: q_ / ..."},
-      {rows(three), "stop ", "8: b"},
-      {[&] { form->frame.setVisible(false), field.lookCloser(); }, "", "8: b"},
-      {[&] { form->frame.setVisible(true), field.setDetail("x"), field.lookCloser(); }, "", "8: b"},
-      {[&] { field.hold({}), field.lookCloser(); }, "", "-1: "}});
+    for (const Key key : {Key::Down, Key::F4, Key::Delete, Key::Backspace, Key::Enter}) field.press(key);
+  }
+
+  const std::map<std::string, Act> acts{
+      {"rows", [this](auto& rest) { showRows(rest); }},
+      {"hold", [this](auto& rest) { field.hold(rowOf(rest)); }},
+      {"type", [this](auto& rest) { field.type(rest); }},
+      {"edit",
+       [this](auto& rest) { field.edited(rest[0] == '\'' ? rest.substr(1, rest.size() - 2) : rest); }},
+      {"pick", [this](auto& rest) { field.pick(std::stoi(rest)); }},
+      {"open", [this](auto&) { field.openList(); }},
+      {"end", [this](auto&) { field.reachedEnd(); }},
+      {"leave", [this](auto&) { field.leave(); }},
+      {"closer", [this](auto&) { field.lookCloser(); }},
+      {"detail", [this](auto& rest) { field.setDetail(rest); }},
+      {"active", [this](auto& rest) { field.setActive(rest == "on"); }},
+      {"enable", [this](auto& rest) { form->frame.setEnabled(rest == "on"); }},
+      {"show", [this](auto& rest) { form->frame.setVisible(rest == "on"); }},
+      {"everything", [this](auto&) { tryEverything(); }}};
+};
+
+TEST_F(LookupFieldStory, KeysLeadThroughTheList) { go("keys in a look-up"); }
+
+TEST_F(LookupFieldStory, WhatIsTypedIsASearchUntilARowIsPicked) { go("typing in a look-up"); }
+
+TEST_F(LookupFieldStory, OutOfReachItTakesNothingAndLookingCloserNeedsARowInSight) {
+  field.onKeyDown = [this](int code) { told += std::to_string(code) + " "; };
+  go("a look-up out of reach");
   EXPECT_EQ(field.detail(), "") << "another row, another detail";
-  EXPECT_TRUE(keys.empty());
-  form->frame.setEnabled(true);
+  told.clear();
   for (const Key one : {Key::Down, Key::Enter, Key::Escape, Key::Delete, Key::Backspace}) field.press(one);
-  EXPECT_EQ(keys, (std::vector<int>{13, 46}));
+  EXPECT_EQ(told, "13 46 ");
 }
 
 }  // namespace

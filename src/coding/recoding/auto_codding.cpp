@@ -1,8 +1,9 @@
 #include "coding/recoding/auto_codding.h"
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
 
-#include "coding/recoding/code_counter.h"
 #include "data/numbers.h"
 #include "data/quote_text.h"
 #include "shell/work_progress.h"
@@ -25,6 +26,10 @@ constexpr std::string_view kNoWayBackFromCodes =
     "پس از اعمال كدينگ اتوماتيك، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
 constexpr std::string_view kBadSample =
     "نمونه اولين كد فرزند بايد فقط از ارقام تشكيل شده و حداكثر 14 رقم باشد. هيچ كدي تغيير نكرد.";
+
+constexpr std::string_view kGoOn =
+    "» است. پس از رفع اشكال، بي آنكه اين صفحه را ببنديد، همين فرمان را با همين حساب مادر و همين نمونه دوباره "
+    "اجرا كنيد تا كار از نخستين حساب باقيمانده ادامه يابد.";
 
 void refuseLongCode(shell::Shell& shell, const std::string& code) {
   shell.showErrorNotice(shell::kTitleError,
@@ -108,46 +113,35 @@ void frmAutoCodding::runConfirmed(std::string_view question, const std::function
 }
 
 void frmAutoCodding::numberChildren() {
-  auto counter = CodeCounter::startingAt(txtSimpleCode.text());
+  const auto counter = CodeCounter::startingAt(txtSimpleCode.text());
   if (!counter) {
     shell_.showErrorNotice(shell::kTitleError, kBadSample);
     return;
   }
-  const std::string mother = txtMotherCode.text();
   const auto gateway = shell_.dtEn();
-  const data::OpenRows rows(gateway->rssqlAccounts,
-                            klmMotherAcc.IsEmpty()
-                                ? std::string("Select * From tblAccount Where ParentID Is Null Order By Code")
-                                : "Select * From tblAccount Where ParentID = " +
-                                      std::to_string(klmMotherAcc.AccountID()) + " Order By Code");
-  const std::int32_t all = rows->RecordCount();
-  if (all > 0 && text::characterCount(mother) + counter->widthAfter(all - 1) > kLongestCode) {
-    refuseLongCode(shell_, mother + counter->number());
-    return;
-  }
-  shell::WorkProgress progress(*this, progressBar, all);
-  for (std::int32_t done = 0; !rows->Eof(); rows->MoveNext(), progress.advance(++done)) {
-    write(*gateway, {.account = rows->Fields("ID").toInt32(), .code = mother + counter->number()});
-    counter->raise();
-  }
+  const std::string statement =
+      klmMotherAcc.IsEmpty()
+          ? std::string("Select * From tblAccount Where ParentID Is Null Order By Code")
+          : "Select * From tblAccount Where ParentID = " + std::to_string(klmMotherAcc.AccountID()) +
+                " Order By Code";
+  recode(*gateway, statement + "\n" + txtMotherCode.text() + "\n" + txtSimpleCode.text(),
+         [&] { return children(*gateway, statement, *counter); });
+}
+
+std::vector<frmAutoCodding::NewCode> frmAutoCodding::children(data::DtEn& gateway,
+                                                              const std::string& statement,
+                                                              CodeCounter counter) {
+  const std::string mother = txtMotherCode.text();
+  std::vector<NewCode> accounts;
+  const data::OpenRows rows(gateway.rssqlAccounts, statement);
+  for (; !rows->Eof(); rows->MoveNext(), counter.raise())
+    accounts.push_back({.account = rows->Fields("ID").toInt32(), .code = mother + counter.number()});
+  return accounts;
 }
 
 void frmAutoCodding::numberSecondLevel() {
   const auto gateway = shell_.dtEn();
-  const std::vector<NewCode> accounts = secondLevel(*gateway);
-  for (const NewCode& account : accounts) {
-    if (text::characterCount(account.code) <= kLongestCode) continue;
-    refuseLongCode(shell_, account.code);
-    return;
-  }
-  {
-    shell::WorkProgress progress(*this, progressBar, static_cast<std::int32_t>(accounts.size()));
-    std::int32_t done = 0;
-    for (const NewCode& account : accounts) {
-      write(*gateway, account);
-      progress.advance(++done);
-    }
-  }
+  recode(*gateway, "second level", [&] { return secondLevel(*gateway); });
   readMotherAgain();
 }
 
@@ -170,9 +164,42 @@ std::vector<frmAutoCodding::NewCode> frmAutoCodding::secondLevel(data::DtEn& gat
   return accounts;
 }
 
-void frmAutoCodding::write(data::DtEn& gateway, const NewCode& account) {
-  gateway.cnMainData.Execute("Update tblAccount  Set Code = " + data::quoteText(account.code) +
-                             " Where ID = " + std::to_string(account.account));
+void frmAutoCodding::recode(data::DtEn& gateway, std::string command,
+                            const std::function<std::vector<NewCode>()>& codes) {
+  if (!unfinished_ || unfinished_->command != command) {
+    unfinished_.reset();
+    Recoding fresh{.command = std::move(command), .codes = codes()};
+    const auto tooLong = std::find_if(fresh.codes.begin(), fresh.codes.end(), [](const NewCode& account) {
+      return text::characterCount(account.code) > kLongestCode;
+    });
+    if (tooLong != fresh.codes.end()) return refuseLongCode(shell_, tooLong->code);
+    unfinished_ = std::move(fresh);
+  }
+  try {
+    writeCodes(gateway);
+    unfinished_.reset();
+  } catch (const std::exception& failure) {
+    if (unfinished_->done == 0) throw;
+    tellHowFar(failure);
+  }
+}
+
+void frmAutoCodding::writeCodes(data::DtEn& gateway) {
+  auto& [command, codes, done] = *unfinished_;
+  shell::WorkProgress progress(*this, progressBar, static_cast<std::int32_t>(codes.size()));
+  while (done < codes.size()) {
+    gateway.cnMainData.Execute("Update tblAccount  Set Code = " + data::quoteText(codes[done].code) +
+                               " Where ID = " + std::to_string(codes[done].account));
+    progress.advance(static_cast<std::int32_t>(++done));
+  }
+}
+
+void frmAutoCodding::tellHowFar(const std::exception& failure) {
+  const auto& [command, codes, done] = *unfinished_;
+  shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\nكد " + std::to_string(done) +
+                                                 " حساب از " + std::to_string(codes.size()) +
+                                                 " حساب تغيير كرد و آخرين كد تازه «" + codes[done - 1].code +
+                                                 std::string(kGoOn));
 }
 
 /// The mother account may be one of those that got a new code. Its old one must not go into the codes of its

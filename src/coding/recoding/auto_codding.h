@@ -1,11 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "coding/recoding/code_counter.h"
 #include "data/dten.h"
 #include "shell/lookup/account_picker.h"
 #include "shell/shell.h"
@@ -21,6 +25,10 @@ namespace ledgertree::coding {
 /// asks first. It writes the columns Code, IsPermanent and AccountNatureID of tblAccount, each statement
 /// final when it ends, so that what ran ahead of a failure stays. Whether another account has a new code
 /// isn't asked: a recoding passes through codes that exist.
+///
+/// A recoding that stops half-way tells how far it came, and the form keeps the rows that are left: the same
+/// command with the same mother and sample goes on with the first of them. Begun anew it would take the order
+/// of the codes that are half new.
 ///
 /// A recoding that would give one account a code of more than 20 characters is refused ahead of the first
 /// row.
@@ -48,6 +56,12 @@ class frmAutoCodding : public ui::Form {
     std::int32_t account;
     std::string code;
   };
+  /// A recoding on its way.
+  struct Recoding {
+    std::string command;  ///< what was asked for: the rows' statement, the mother's code and the sample
+    std::vector<NewCode> codes;
+    std::size_t done = 0;
+  };
 
   void loadControls();
   void listen();
@@ -59,14 +73,23 @@ class frmAutoCodding : public ui::Form {
   void numberChildren();
   /// Numbers the second level of the chart with one series of six digits.
   void numberSecondLevel();
+  /// The codes that the children of the mother will have, in the order of the rows of the statement.
+  [[nodiscard]] std::vector<NewCode> children(data::DtEn& gateway, const std::string& statement,
+                                              CodeCounter counter);
   [[nodiscard]] std::vector<NewCode> secondLevel(data::DtEn& gateway);
+  /// Writes the codes of one recoding, or none where one of them is too long. What `codes` would give isn't
+  /// asked for where the same command stopped half-way before.
+  void recode(data::DtEn& gateway, std::string command, const std::function<std::vector<NewCode>()>& codes);
+  void writeCodes(data::DtEn& gateway);
+  void tellHowFar(const std::exception& failure);
   /// Copies a column of the mother account to all accounts below it.
   void copyToDescendants(std::string_view column);
-  void write(data::DtEn& gateway, const NewCode& account);
   void readMotherAgain();
 
   shell::Shell& shell_;
   bool working_ = false;
+  /// The one that stopped half-way.
+  std::optional<Recoding> unfinished_;
 };
 
 /// Shows the screen until the person leaves.

@@ -13,8 +13,4 @@ std::optional<CodeCounter> CodeCounter::startingAt(std::string_view sample) {
 
 std::string CodeCounter::number() const { return std::to_string(count_).substr(1); }
 
-std::size_t CodeCounter::widthAfter(std::int32_t steps) const {
-  return std::to_string(count_ + steps).size() - 1;
-}
-
 }  // namespace ledgertree::coding

@@ -24,8 +24,6 @@ class CodeCounter {
   /// The number as it goes into a code.
   [[nodiscard]] std::string number() const;
   void raise() { ++count_; }
-  /// The width of the number `steps` further on; no number on the way there is wider.
-  [[nodiscard]] std::size_t widthAfter(std::int32_t steps) const;
 
  private:
   explicit CodeCounter(std::int64_t count) : count_(count) {}

@@ -17,22 +17,41 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// Begins a run of the statement, and gives the code of its first step.
-int start(Session& open, std::string_view statement, std::optional<Plan::Run>& run) {
+/// Begins a run of the statement by a plan for it, and gives the code of the first step. A plan that SQLite
+/// had to prepare anew was made by another schema: the statement begins again, a write since it was taken
+/// back.
+int start(Session& open, std::string_view statement, std::shared_ptr<Plan> plan,
+          std::optional<Plan::Run>& run) {
   Plans& plans = open.plans();
-  std::shared_ptr<Plan> plan = plans.find(statement);
-  const bool writes = plan->writes();
-  if (writes) {
-    // A row written into a file that has been deleted would be lost without a word, and what was written by
-    // the types of an old schema couldn't be taken back.
-    open.requireFile(Clock::now(), true);
-    if (plans.renew()) plan = plans.find(statement);
+  while (true) {
+    const bool writes = plan->writes();
+    run.emplace(std::move(plan), plans.literals());
+    const int result = plans.firstStep(*run);
+    if (!run->isPreparedAnew()) return result;
+    const bool renewed = plans.renew();
+    if (!renewed && !writes) return result;
+    run->takePreparedAnew();
+    plan = plans.find(statement);
   }
-  run.emplace(std::move(plan), plans.literals());
-  const int result = run->step();
-  if (writes || !run->isPreparedAnew() || !plans.renew()) return result;
-  run.emplace(plans.find(statement), plans.literals());
-  return run->step();
+}
+
+/// Does what writes, with a look for the file ahead of it and behind it: a row written into a file that has
+/// been moved away would be lost without a word.
+template <typename Write>
+auto writeToFile(Session& open, Write write) {
+  open.requireFile(Clock::now(), true);
+  auto result = write();
+  open.requireFile(Clock::now(), true);
+  return result;
+}
+
+data::Rows readAll(Session& open, std::string_view statement, std::shared_ptr<Plan> plan) {
+  std::optional<Plan::Run> run;
+  int result = start(open, statement, std::move(plan), run);
+  data::Rows rows = run->emptyRows();
+  for (; result == SQLITE_ROW; result = run->step()) run->addCells(rows);
+  if (result != SQLITE_DONE) fail(open, statement);
+  return rows;
 }
 
 }  // namespace
@@ -45,13 +64,7 @@ class EmbeddedConnection::Running {
   Running& operator=(const Running&) = delete;
   ~Running() {
     if (--connection_.commands_ != 0 || !connection_.session_) return;
-    Session& open = *connection_.session_;
-    if (open.lost()) {
-      connection_.session_.reset();
-    } else if (sqlite3_get_autocommit(open.handle()) == 0) {
-      // Only a failure in the middle of a procedure leaves a transaction behind.
-      sqlite3_exec(open.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-    }
+    if (connection_.session_->lost()) connection_.session_.reset();
   }
 
  private:
@@ -70,11 +83,10 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    std::optional<Plan::Run> run;
-    int result = start(open, statement, run);
-    data::Rows rows = run->emptyRows();
-    for (; result == SQLITE_ROW; result = run->step()) run->addCells(rows);
-    if (result != SQLITE_DONE) fail(open, statement);
+    std::shared_ptr<Plan> plan = open.plans().find(statement);
+    const bool writes = plan->writes();
+    const auto read = [&] { return readAll(open, statement, std::move(plan)); };
+    data::Rows rows = writes ? writeToFile(open, read) : read();
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -84,7 +96,7 @@ void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
     std::optional<Plan::Run> run;
-    int result = start(open, statement, run);
+    int result = start(open, statement, open.plans().find(statement), run);
     data::Rows row = run->emptyRows();
     for (; result == SQLITE_ROW; result = run->step()) {
       row.clearRows();
@@ -101,13 +113,14 @@ void EmbeddedConnection::walk(std::string_view statement,
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   data::checkArguments(procedure, values);
   return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
-    open.requireFile(Clock::now(), true);
-    try {
-      return open.procedures().call(procedure, values);
-    } catch (const SQLite::Exception& failure) {
-      open.watch().rethrowStop(procedure.name);
-      throw engineError(failure, procedure.name);
-    }
+    return writeToFile(open, [&] {
+      try {
+        return open.procedures().call(procedure, values);
+      } catch (const SQLite::Exception& failure) {
+        open.watch().rethrowStop(procedure.name);
+        throw engineError(failure, procedure.name);
+      }
+    });
   });
 }
 
@@ -123,16 +136,12 @@ std::vector<std::string> EmbeddedConnection::takeNews() {
 
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) {
-    open.plans().renew();
+    // Its literals are those of the statement.
+    static_cast<void>(open.plans().find(statement));
     Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
-    StatementShape shape;
-    shape.read(statement);
-    Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-    if (result != SQLITE_DONE) fail(open, statement);
+    const data::Rows rows =
+        readAll(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

@@ -129,6 +129,21 @@ void Plan::Run::addCells(data::Rows& rows) const {
   for (int column = 0; column < count; ++column) plan_->addCell(rows, column);
 }
 
+Plans::Plans(sqlite3* database) : database_(database), tables_(database) {
+  const auto refuse = [](void* plans) {
+    const Plan::Run* const run = static_cast<const Plans*>(plans)->first_;
+    return run != nullptr && run->isPreparedAnew() ? 1 : 0;
+  };
+  sqlite3_commit_hook(database, refuse, this);
+}
+
+int Plans::firstStep(Plan::Run& run) {
+  first_ = &run;
+  const int result = run.step();
+  first_ = nullptr;
+  return result;
+}
+
 std::shared_ptr<Plan> Plans::find(std::string_view statement) {
   shape_.read(statement);
   Shape* const shape = known();

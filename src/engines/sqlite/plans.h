@@ -38,10 +38,11 @@ class Plan {
     ~Run();
 
     /// Whether SQLite has prepared the statement anew since the run before, as it does at the first step
-    /// where the schema has changed. Known until emptyRows.
+    /// where the schema has changed. Known until emptyRows or takePreparedAnew takes note of it.
     [[nodiscard]] bool isPreparedAnew() const {
       return plan_->preparations() != std::max(plan_->preparations_, 0);
     }
+    void takePreparedAnew() { static_cast<void>(emptyRows()); }
     /// Goes to the next row; SQLITE_ROW, SQLITE_DONE or the code of a failure.
     [[nodiscard]] int step() { return sqlite3_step(plan_->statement_.get()); }
     /// Rows without a cell, with the columns of the statement. Known from the first step on.
@@ -84,12 +85,17 @@ class Plans {
   static constexpr std::size_t kMostShapes = 128;
   static constexpr std::size_t kMostVariants = 8;
 
-  explicit Plans(sqlite3* database) : database_(database), tables_(database) {}
+  explicit Plans(sqlite3* database);
+  Plans(const Plans&) = delete;
+  Plans& operator=(const Plans&) = delete;
 
   /// A plan for the statement that nobody uses; literals() belong to it until the next call. Throws
   /// data::DataError.
   [[nodiscard]] std::shared_ptr<Plan> find(std::string_view statement);
   [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return shape_.literals(); }
+  /// Makes the first step of a run. What a plan writes that SQLite has just prepared anew is taken back, and
+  /// the step fails: its types may be those of another schema.
+  [[nodiscard]] int firstStep(Plan::Run& run);
   /// Drops all plans where the schema has changed since they were made: columns may have other types, and
   /// tables other keys. True then.
   bool renew();
@@ -117,7 +123,8 @@ class Plans {
   Tables tables_;
   tsql::StatementShape shape_;
   std::string outcome_;
-  std::list<Shape> shapes_;  ///< the latest used first
+  const Plan::Run* first_ = nullptr;  ///< the run that is on its first step
+  std::list<Shape> shapes_;           ///< the latest used first
   std::unordered_map<std::string_view, std::list<Shape>::iterator> byKey_;
 };
 

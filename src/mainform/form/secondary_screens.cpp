@@ -3,7 +3,6 @@
 #include "batch/account_batch.h"
 #include "batch/hand_over.h"
 #include "coding/recoding/auto_codding.h"
-#include "data/numbers.h"
 #include "entities/rel_classes.h"
 
 namespace ledgertree::mainform {
@@ -14,7 +13,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
     : screen_(screen), shell_(shell), tree_(tree), periods_(shell) {
   screen_.cmdPeriodBranch.onClick = [this] {
     showPeriods(Permission::PeriodsOfAccount,
-                [this] { return periods_.ShowPeriodBranch(data::toNumber(screen_.txtID.text()).asInt32()); });
+                [this] { return periods_.ShowPeriodBranch(screen_.accountID()); });
   };
   screen_.cmdCopyPeriod.onClick = [this] {
     showPeriods(Permission::CopyPeriod, [this] { return periods_.showCopyPeriod(); });
@@ -24,7 +23,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
   };
   screen_.cmdRelClasses.onClick = [this] {
     if (!screen_.settings.MultiEntityMode) return;
-    entities::showRelClasses(shell_, data::toNumber(screen_.txtID.text()).asInt32());
+    entities::showRelClasses(shell_, screen_.accountID());
   };
   screen_.mnuSameCoding.onClick = [this] { recode(); };
   screen_.mnuAccountBatch.onClick = [this] { deleteInBatch(); };
@@ -34,15 +33,26 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
 
 /// Whatever was done there, and even if nothing was, the tree shows what is stored.
 void SecondaryScreens::recode() {
-  if (!shell_.permits(Permission::RecodeAccounts)) return;
+  if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
-  screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  screen_.sltAccount.setAccountID(screen_.accountID());
+  // The ID outlives its account behind a deletion: nothing is on the screen then.
+  if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();
 }
 
 void SecondaryScreens::deleteInBatch() {
-  if (!shell_.permits(Permission::DeleteInBatch)) return;
+  if (!shell_.permits(Permission::DeleteInBatch) || refusedWhileTyping()) return;
   if (batch::showNDelete(shell_)) tree_.refreshTree();
+}
+
+/// The record holds codes and a parent as they were when the typing began: its save would undo a recoding,
+/// and write below an account that is gone.
+bool SecondaryScreens::refusedWhileTyping() {
+  if (screen_.formMode != FormMode::ModeNew && screen_.formMode != FormMode::ModeEdit) return false;
+  shell_.showErrorNotice(shell::kTitleProblem,
+                         "حسابي در حال ثبت يا اصلاح است. نخست آن را ثبت کنيد يا از آن انصراف دهيد.");
+  return true;
 }
 
 void SecondaryScreens::showPeriods(Permission permission, const std::function<bool()>& show) {

@@ -22,6 +22,8 @@ class SecondaryScreens {
  private:
   void recode();
   void deleteInBatch();
+  /// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.
+  [[nodiscard]] bool refusedWhileTyping();
   /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 

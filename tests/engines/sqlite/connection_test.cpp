@@ -115,6 +115,21 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EXPECT_EQ(number(connection, kCount), 2);
 }
 
+TEST_F(FileFaults, AWriteIntoAFileThatMovesMeanwhileIsNoSuccess) {
+  const std::filesystem::path file = folder.path() / "books.db";
+  EmbeddedConnection connection(file.string());
+  connection.run("Insert into tblAccount (Code, Title) values ('1', 'a')");
+  SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+  other.exec("begin immediate");
+  std::thread mover([&] {
+    std::this_thread::sleep_for(milliseconds(300));
+    std::filesystem::rename(file, folder.path() / "moved.db");
+    other.exec("rollback");
+  });
+  EXPECT_EQ(failureOf([&] { connection.run(renamed(1, "b")); }).reason(), Reason::Connection);
+  mover.join();
+}
+
 TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
   testing::SmallDisk disk(folder.path());
   EmbeddedConnection connection((folder.path() / "books.db").string());
@@ -149,6 +164,7 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
   const data::DataError failure =
       failureOf([&] { hasty.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
   EXPECT_EQ(failure.reason(), Reason::TimeOut);
+  EXPECT_FALSE(failure.leavesOpen());
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
   EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
   // The time that somebody takes to look at the rows isn't the statement's.
@@ -158,6 +174,25 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
     return ++rows < 100;
   });
   EXPECT_EQ(rows, 5);
+}
+
+TEST_F(Commands, AProcedureThatFailsInItsMiddleLeavesNoHalfAndNoTransaction) {
+  database.execute(
+      "create trigger trRefuse before insert on tblAccountRelatedObjects when new.AccountGroupID = 666 "
+      "begin select raise(abort, 'no'); end");
+  const auto relate = [this](int group) {
+    const std::vector<data::Value> values{data::Value(79), data::Value(group), data::Value(-1),
+                                          data::Value(-1)};
+    static_cast<void>(connection.call(data::procedures::spAccountInsertRelatedObject, values));
+  };
+  relate(5);
+  connection.walk("Select top 1 * From tblAccount", [&](const data::Rows&) {
+    EXPECT_EQ(failureOf([&] { relate(666); }).reason(), Reason::Constraint);
+    connection.run(renamed(7, "y"));
+    EXPECT_EQ(database.text("select Title from tblAccount where ID = 7"), "y") << "for everybody, at once";
+    return true;
+  });
+  EXPECT_EQ(database.text("select AccountGroupID from tblAccountRelatedObjects where AccountID = 79"), "5");
 }
 
 TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
@@ -207,16 +242,19 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
 TEST_F(Commands, RowsFollowTheSchema) {
   // What a column holds says whether a sign joins or adds, in a statement that is known as in a new one.
   bool writesFirst = false;
-  const auto write = [&] { connection.run("Update tblAccountGroup Set Code = colour + Colour"); };
+  const auto write = [&](const char* sum) {
+    connection.run("Update tblAccountGroup Set Colour = colour + Colour Where ID = 1");
+    EXPECT_EQ(database.text("select Colour from tblAccountGroup where ID = 1"), sum);
+    database.execute("update tblAccountGroup set Colour = 2");
+  };
   for (const auto& [type, sum] : {std::pair("int", "4"), {"nvarchar(9)", "22"}, {"", "4"}, {"Text", "22"}}) {
     database.execute("alter table tblAccountGroup add column Colour " + std::string(type) + ";" +
                      "update tblAccountGroup set Colour = 2");
     writesFirst = !writesFirst;
-    if (writesFirst) write();
+    if (writesFirst) write(sum);
     EXPECT_EQ(connection.run("Select g.Colour + Colour as x From TblAccountGroup g")->value(0, 0).toText(),
               sum);
-    if (!writesFirst) write();
-    EXPECT_EQ(database.text("select Code from tblAccountGroup where ID = 1"), sum) << type;
+    if (!writesFirst) write(sum);
     EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
     database.execute("alter table tblAccountGroup drop column Colour");
   }
