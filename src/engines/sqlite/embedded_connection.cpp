@@ -17,41 +17,55 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// Begins a run of the statement by a plan for it, and gives the code of the first step. A plan that SQLite
-/// had to prepare anew was made by another schema: the statement begins again, a write since it was taken
-/// back.
-int start(Session& open, std::string_view statement, std::shared_ptr<Plan> plan,
-          std::optional<Plan::Run>& run) {
-  Plans& plans = open.plans();
-  while (true) {
-    const bool writes = plan->writes();
-    run.emplace(std::move(plan), plans.literals());
-    const int result = plans.firstStep(*run);
-    if (!run->isPreparedAnew()) return result;
-    const bool renewed = plans.renew();
-    if (!renewed && !writes) return result;
-    run->takePreparedAnew();
-    plan = plans.find(statement);
+/// A run of a statement behind its first step. What writes looks for the file ahead of it and behind it: a
+/// row written into a file that has been moved away would be lost without a word.
+class Started {
+ public:
+  Started(Session& open, std::string_view statement)
+      : Started(open, statement, open.plans().find(statement)) {}
+  /// By a plan for it, whose literals are those of the statement found last.
+  Started(Session& open, std::string_view statement, std::shared_ptr<Plan> plan)
+      : open_(open), statement_(statement), writes_(plan->writes()) {
+    if (writes_) open_.requireFile(Clock::now(), true);
+    while (!step(plan)) plan = open_.plans().find(statement_);
   }
-}
 
-/// Does what writes, with a look for the file ahead of it and behind it: a row written into a file that has
-/// been moved away would be lost without a word.
-template <typename Write>
-auto writeToFile(Session& open, Write write) {
-  open.requireFile(Clock::now(), true);
-  auto result = write();
-  open.requireFile(Clock::now(), true);
-  return result;
-}
+  [[nodiscard]] Plan::Run& run() { return *run_; }
+  /// What the first step gave.
+  [[nodiscard]] int result() const { return result_; }
+  /// Behind the last step, which gave `result`.
+  void end(int result) {
+    if (result != SQLITE_DONE) fail(open_, statement_);
+    if (writes_) open_.requireFile(Clock::now(), true);
+  }
 
-data::Rows readAll(Session& open, std::string_view statement, std::shared_ptr<Plan> plan) {
-  std::optional<Plan::Run> run;
-  int result = start(open, statement, std::move(plan), run);
-  data::Rows rows = run->emptyRows();
-  for (; result == SQLITE_ROW; result = run->step()) run->addCells(rows);
-  if (result != SQLITE_DONE) fail(open, statement);
-  return rows;
+ private:
+  /// Makes the first step. False where SQLite had to prepare the plan anew, since it was made by another
+  /// schema: the statement begins again, a write since it was taken back.
+  bool step(const std::shared_ptr<Plan>& plan) {
+    Plans& plans = open_.plans();
+    run_.emplace(plan, plans.literals());
+    result_ = plans.firstStep(*run_);
+    if (!run_->isPreparedAnew()) return true;
+    const bool renewed = plans.renew();
+    run_->takePreparedAnew();
+    return !renewed && !writes_;
+  }
+
+  Session& open_;
+  std::string_view statement_;
+  bool writes_;
+  std::optional<Plan::Run> run_;
+  int result_ = SQLITE_DONE;
+};
+
+/// Gives all rows, and what the last step gave.
+std::pair<data::Rows, int> readAll(Started& started) {
+  Plan::Run& run = started.run();
+  int result = started.result();
+  data::Rows rows = run.emptyRows();
+  for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+  return {std::move(rows), result};
 }
 
 }  // namespace
@@ -74,19 +88,20 @@ class EmbeddedConnection::Running {
 template <typename Work>
 auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
   Session& open = session();
+  if (open.watch().asking()) throw engineError(SQLITE_BUSY, {}, {});
   const Running running(*this);
   const Clock::time_point now = Clock::now();
   Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
+  open.watch().whileWaiting(givesUpWaiting_);
   open.requireFile(now, false);
   return work(open, watched);
 }
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    std::shared_ptr<Plan> plan = open.plans().find(statement);
-    const bool writes = plan->writes();
-    const auto read = [&] { return readAll(open, statement, std::move(plan)); };
-    data::Rows rows = writes ? writeToFile(open, read) : read();
+    Started started(open, statement);
+    auto [rows, result] = readAll(started);
+    started.end(result);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -95,32 +110,34 @@ std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
-    std::optional<Plan::Run> run;
-    int result = start(open, statement, open.plans().find(statement), run);
-    data::Rows row = run->emptyRows();
-    for (; result == SQLITE_ROW; result = run->step()) {
+    Started started(open, statement);
+    Plan::Run& run = started.run();
+    int result = started.result();
+    data::Rows row = run.emptyRows();
+    for (; result == SQLITE_ROW; result = run.step()) {
       row.clearRows();
-      run->addCells(row);
+      run.addCells(row);
       const Clock::time_point shown = Clock::now();
       if (!visit(row)) return;
       // The time-out is for the engine, not for what is done with its rows.
       watched.extend(Clock::now() - shown);
     }
-    if (result != SQLITE_DONE) fail(open, statement);
+    started.end(result);
   });
 }
 
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   data::checkArguments(procedure, values);
   return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
-    return writeToFile(open, [&] {
-      try {
-        return open.procedures().call(procedure, values);
-      } catch (const SQLite::Exception& failure) {
-        open.watch().rethrowStop(procedure.name);
-        throw engineError(failure, procedure.name);
-      }
-    });
+    open.requireFile(Clock::now(), true);
+    try {
+      const std::int32_t result = open.procedures().call(procedure, values);
+      open.requireFile(Clock::now(), true);
+      return result;
+    } catch (const SQLite::Exception& failure) {
+      open.watch().rethrowStop(procedure.name);
+      throw engineError(failure, procedure.name);
+    }
   });
 }
 
@@ -140,8 +157,9 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
     static_cast<void>(open.plans().find(statement));
     Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
-    const data::Rows rows =
-        readAll(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));
+    Started started(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));
+    const auto [rows, result] = readAll(started);
+    started.end(result);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

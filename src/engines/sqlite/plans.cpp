@@ -168,9 +168,11 @@ bool Plans::renew() {
 }
 
 Plans::Shape* Plans::known() {
-  const auto found = byKey_.find(shape_.key());
-  if (found == byKey_.end()) return nullptr;
-  shapes_.splice(shapes_.begin(), shapes_, found->second);
+  if (shapes_.empty() || shapes_.front().key != shape_.key()) {
+    const auto found = byKey_.find(shape_.key());
+    if (found == byKey_.end()) return nullptr;
+    shapes_.splice(shapes_.begin(), shapes_, found->second);
+  }
   return &shapes_.front();
 }
 

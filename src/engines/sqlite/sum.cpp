@@ -43,9 +43,9 @@ void sumOrJoin(sqlite3_context* context, int /*count*/, sqlite3_value** values) 
 }  // namespace
 
 void addSumFunction(sqlite3* database) {
-  const int result =
-      sqlite3_create_function(database, kSumFunction.data(), 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr,
-                              sumOrJoin, nullptr, nullptr);
+  const int result = sqlite3_create_function(database, kSumFunction.data(), 2,
+                                             SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY, nullptr,
+                                             sumOrJoin, nullptr, nullptr);
   if (result != SQLITE_OK) throw lastError(database, kSumFunction);
 }
 
