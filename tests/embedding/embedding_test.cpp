@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -16,6 +17,8 @@
 
 namespace ledgertree {
 namespace {
+
+constexpr const char* kModalHost = "LEDGERTREE_TEST_MODAL_HOST";
 
 /// A host: a window with a field above the page of the chart and one below, and a shortcut that the chart has
 /// too.
@@ -88,6 +91,8 @@ TEST_F(HostStory, TheScreenLivesInAPageOfTheHostsWindow) {
   EXPECT_EQ(screen()->size(), page->size());
   EXPECT_EQ(QApplication::topLevelWidgets().count(&window), 1);
   EXPECT_FALSE(screen()->isWindow());
+  EXPECT_THROW(createDemoChart(folder.filePath("chart.db").toStdString()), std::runtime_error)
+      << "a chart is there";
 
   const int width = part("treeAccount").width();
   window.resize(1500, 900);
@@ -168,6 +173,26 @@ TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
   EXPECT_EQ(screen()->parentWidget(), page);
 }
 
+TEST_F(HostStory, AHostWithoutModelessFormsGetsItsCallBackWhenTheScreenIsLeft) {
+  if (!qEnvironmentVariableIsSet(kModalHost)) {
+    // A process has one desktop: this host is another one.
+    qputenv(kModalHost, "1");
+    EXPECT_EQ(
+        QProcess::execute(QApplication::applicationFilePath(), {"--gtest_filter=*WithoutModelessForms*"}), 0);
+    qunsetenv(kModalHost);
+    return;
+  }
+  placeScreen(nullptr);
+  QTimer::singleShot(0, [this] {
+    EXPECT_TRUE(screenIsOpen());
+    ++notes;
+    EXPECT_TRUE(leaveScreen());
+  });
+  control.ClearShow();
+  EXPECT_EQ(notes, 1);
+  EXPECT_FALSE(screenIsOpen());
+}
+
 }  // namespace
 }  // namespace ledgertree
 
@@ -176,6 +201,6 @@ int main(int argumentCount, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
-  ledgertree::installQtDesktop();
+  ledgertree::installQtDesktop({.modelessForms = !qEnvironmentVariableIsSet(ledgertree::kModalHost)});
   return RUN_ALL_TESTS();
 }
