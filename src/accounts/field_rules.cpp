@@ -101,8 +101,12 @@ void FieldRules::classRule() {
     entity.setIsActive(false);
   };
   std::optional<EntityClass> chosen;
+  screen_.ClassIsGone = false;
   try {
-    if (!screen_.sltEntityType.IsEmpty()) chosen = readClass(screen_.sltEntityType.SelectedID());
+    if (!screen_.sltEntityType.IsEmpty()) {
+      chosen = readClass(screen_.sltEntityType.SelectedID());
+      screen_.ClassIsGone = !chosen;
+    }
   } catch (...) {
     none();
     throw;

@@ -25,8 +25,9 @@ class FieldRules {
   /// Reads tblAccount through rssqlBufferQuery. Throws data::DataError.
   void parentRule();
   /// The class picked in sltEntityType names the views of sltEntity; a picked entity survives only a class
-  /// with the same major view. Reads tblAccountClass through rssqlAccountManager. Throws data::DataError, and
-  /// then no entity can be picked until a class is chosen again.
+  /// with the same major view, and none a class without a row in tblAccountClass, which ClassIsGone of the
+  /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be
+  /// picked until a class is chosen again.
   void classRule();
   /// Puts a proposal for the account of sltParent into txtCode.
   void proposeCode();

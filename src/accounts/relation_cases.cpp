@@ -193,6 +193,15 @@ class Relation {
 
 }  // namespace
 
+std::string_view lostWithClass(const mainform::MainScreen& screen, SaveWay way) {
+  if (!screen.ClassIsGone || screen.EntityTypeValue <= 0) return {};
+  const Cell cell = choose(way, screen).cell;
+  if (cell.kind == Cell::JustWrite && cell.write == Delete) return "نوع موجوديت و موجوديت";
+  if (cell.kind != Cell::JustReset) return {};
+  if (way == SaveWay::NewAccount) return "گروه و نوع موجوديت";
+  return screen.GroupValue > 0 ? "گروه" : "";
+}
+
 void writeRelation(mainform::MainScreen& screen, shell::Shell& shell, data::DtEn& gateway,
                    std::int32_t accountID, SaveWay way) {
   Relation relation(screen, gateway, accountID);

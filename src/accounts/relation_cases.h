@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "accounts/save_validation.h"
 #include "data/dten.h"
@@ -23,5 +24,9 @@ namespace ledgertree::accounts {
 /// Throws data::DataError; what was written by then stays, and another save of the account mends it.
 void writeRelation(mainform::MainScreen& screen, shell::Shell& shell, data::DtEn& gateway,
                    std::int32_t accountID, SaveWay way);
+
+/// What such a write takes off the account because the class on the screen has no row in tblAccountClass any
+/// more, in words for the person who is to be asked; empty for nothing.
+[[nodiscard]] std::string_view lostWithClass(const mainform::MainScreen& screen, SaveWay way);
 
 }  // namespace ledgertree::accounts

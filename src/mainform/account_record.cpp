@@ -182,7 +182,9 @@ void AccountRecord::fill(const Stored& account) {
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
   classRule_();
-  screen_.sltEntity.setSelectedID(account.relation->objectID);
+  // An object without a class is in no list, least of all in that of the account before.
+  if (screen_.sltEntityType.IsEmpty()) screen_.sltEntity.setMajorView({});
+  if (!screen_.ClassIsGone) screen_.sltEntity.setSelectedID(account.relation->objectID);
 }
 
 void AccountRecord::applyFormMode() {

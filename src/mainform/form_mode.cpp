@@ -14,7 +14,7 @@ enum class Cell {
   No,
   Yes,
   Keep,     ///< leaves them as they are
-  OfClass,  ///< yes where an entity class is chosen
+  OfClass,  ///< yes where an entity class is chosen that has entities to offer
 };
 using enum Cell;
 
@@ -107,7 +107,8 @@ void applyMode(MainScreen& screen) {
   for (const Row& row : kTable) {
     const Cell cell = row.byMode[static_cast<std::size_t>(screen.formMode)];
     if (cell == Keep) continue;
-    row.apply(screen, cell == Yes || (cell == OfClass && !screen.sltEntityType.IsEmpty()));
+    const bool ofClass = !screen.sltEntityType.IsEmpty() && !screen.ClassIsGone;
+    row.apply(screen, cell == Yes || (cell == OfClass && ofClass));
   }
   screen.lblMessage.setCaption(messageOf(screen.formMode));
 }

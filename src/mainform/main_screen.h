@@ -44,6 +44,8 @@ class MainScreen : public ui::Form {
   std::int16_t PositionValue = 0;
   std::int16_t GroupValue = -1;
   std::int16_t EntityTypeValue = -1;
+  /// tblAccountClass has no row for the class in sltEntityType: there is nothing to pick an entity from.
+  bool ClassIsGone = false;
   // Each radio group stands for one of these numbers: they keep the number and press its button. A value that
   // no button stands for changes nothing.
   void chooseNature(std::int64_t value);

@@ -15,6 +15,7 @@ struct LookupRow {
   std::int32_t id = -1;  ///< -1: no row
   std::string text;      ///< what the field shows when the row is picked
   std::string code;      ///< shown beside the text; may be empty
+  bool listed = true;    ///< false: nothing but the ID is known, the view has no row for it
 
   bool operator==(const LookupRow&) const = default;
 };
@@ -36,6 +37,8 @@ class LookupField : public Control {
   /// The line shows what the person types, not the row held.
   [[nodiscard]] bool typing() const { return typing_; }
   [[nodiscard]] bool isActive() const { return active_; }
+  /// The row held was given by its ID and isn't in the view: the text shows its number, and that.
+  [[nodiscard]] bool unlisted() const { return !held_.listed; }
   /// The title of the list; may be empty.
   [[nodiscard]] const std::string& title() const { return title_; }
   /// More about the row held, one line, once a person looked closer; may be empty.

@@ -64,6 +64,54 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
   EXPECT_EQ(relations(3), "null|null|null");
 }
 
+TEST_F(SavingStory, WhatLeftItsListStaysStoredAndAClassThatIsGoneIsAskedAbout) {
+  accounts({{1, 0, "1", "دارايي"}, {2, 1, "101", "بانک"}});
+  const auto has = [this](const std::string& place) {
+    database.execute("update tblAccount set GroupID = " + place.substr(0, place.find(',')) +
+                     ", BranchID = 778, PositionID = 777, Notes = '', MaxDebit = 0, MaxCredit = 0 where ID = "
+                     "2; delete from tblAccountRelatedObjects;"
+                     "insert into tblAccountRelatedObjects values (2, " +
+                     place + ")");
+  };
+  const auto saved = [this](bool plain) {
+    edit(2);
+    form->LastNewParentID = plain ? 1 : 0;
+    TableWatch tables(database);
+    form->cmdSave.click();
+    return tables.changes();
+  };
+  start();
+  for (const char* const place : {"779, 11, 99", "779, null, null", "779, null, 7", "779, 12, 6"}) {
+    for (const bool plain : {false, true}) {
+      has(place);
+      EXPECT_EQ(saved(plain), "") << place;
+      EXPECT_NE(form->sltEntity.text(), "بام") << "an object without a class is nobody";
+    }
+  }
+  edit(2);
+  EXPECT_EQ(form->sltBranch.text(), "778 (در فهرست نيست)");
+  form->sltBranch.press(ui::Key::Delete);
+  EXPECT_EQ(stored(save(), "BranchID"), "0") << "a person may empty it";
+
+  const struct {
+    const char *place, *lost, *changes;
+  } gone[] = {{"779, 99, 1", "گروه", "tblAccount: 2.GroupID=null"},
+              {"null, 99, 1", "نوع موجوديت و موجوديت", "tblAccountRelatedObjects: -2|null|99|1"}};
+  for (const auto& [place, lost, changes] : gone) {
+    has(place);
+    for (const bool yes : {false, true}) {
+      notices.answer(yes ? 1 : 0);
+      EXPECT_EQ(saved(false), yes ? changes : "");
+      EXPECT_EQ(notices.taken(), "ثبت حساب|نوع موجوديت 99 ديگر تعريف نشده است. اگر ثبت کنيد، " +
+                                     std::string(lost) + " اين حساب از ميان ميرود. آيا ثبت شود؟");
+      if (yes) continue;
+      EXPECT_EQ(form->sltEntityType.SelectedID(), 99);
+      EXPECT_TRUE(form->sltEntity.IsEmpty() && !form->sltEntity.IsActive() && form->sltEntityType.hasFocus());
+      giveUp();
+    }
+  }
+}
+
 TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
   accounts(
       {{1, 0, "11", "دارايي"}, {2, 1, "1101", "مشتريان"}, {3, 0, "3", "همسايه"}, {4, 2, "110101", "زير"}});
@@ -313,6 +361,52 @@ TEST_F(SavingStory, ABrokenConnectionLeavesOpenWhetherTheAccountIsThere) {
     EXPECT_EQ(mode(), isNew && outcome != Told::Account ? FormMode::ModeNew : FormMode::ModeEdit);
   }
   EXPECT_EQ(save(), 2);
+}
+
+TEST_F(SavingStory, ASaveWithoutAnAnswerIsUnknownUntilTheScreenHasLooked) {
+  using Reason = data::DataError::Reason;
+  const std::string found =
+      "خطا در ثبت|حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه "
+      "آن "
+      "با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
+  const std::string unknown =
+      "خطا در ثبت|late\nمعلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
+  account(1, 0, "1", "دارايي");
+  start();
+  const auto late = [] { throw data::DataError(Reason::TimeOut, 0, "late"); };
+  faults.onAnswer = [&](const std::string& command, const auto&) {
+    if (command == "spAccountInsertAccount") late();
+  };
+  const std::string codes = "select Code from tblAccount where ID > 1 order by ID";
+  for (const bool backAtOnce : {true, false}) {
+    SCOPED_TRACE(backAtOnce);
+    typeNew(1, "صندوق", backAtOnce ? "7" : "8");
+    faults.onCommand = [&](const std::string& command) {
+      if (!backAtOnce && command.starts_with("Select ID From"))
+        throw data::DataError(Reason::Connection, 0, "away");
+    };
+    EXPECT_EQ(toldBy(form->cmdSave), unknown + (backAtOnce ? "\n" + found : ""));
+    faults.onCommand = nullptr;
+    if (!backAtOnce) {
+      // Under another code it would be there twice.
+      EXPECT_EQ(mode(), FormMode::ModeNew);
+      form->txtCode.paste("9");
+      EXPECT_EQ(toldBy(form->cmdSave), found);
+    }
+    EXPECT_EQ(mode(), FormMode::ModeEdit);
+    EXPECT_EQ(save(), backAtOnce ? 2 : 3);
+    EXPECT_EQ(database.rows(codes), backAtOnce ? "17" : "17\n19");
+  }
+  // One that isn't there is new still, and so is the next of the same title.
+  faults.onAnswer = nullptr;
+  typeNew(1, "صندوق", "6");
+  faults.onCommand = [&](const std::string& command) {
+    if (command == "spAccountInsertAccount") late();
+  };
+  EXPECT_EQ(toldBy(form->cmdSave), unknown);
+  faults.onCommand = nullptr;
+  EXPECT_EQ(save(), 4);
+  EXPECT_EQ(saveNew(1, "صندوق", "5"), 5);
 }
 
 TEST_F(SavingStory, WhatCantBeReadBackLeavesABlankRecordAndOneNotice) {

@@ -18,6 +18,22 @@ TEST_P(RandomWorkInBlocks, EndsAsTheRulesSay) {
   if (only % kBlocks == GetParam()) work(static_cast<unsigned>(only), 40);
 }
 
+TEST_F(RandomWork, WhatTheViewsHideIsStoredAsWhereTheyHideNothing) {
+  if (onServer()) GTEST_SKIP() << "its views belong to all the stories";
+  halves_ = true;
+  const auto chart = [this](unsigned seed, bool hide) {
+    hide_ = hide;
+    work(seed, 40);
+    std::string all;
+    for (const char* table : {"tblAccount", "tblAccountRelatedObjects", "tblAccountParent"})
+      all += database.rows("select * from " + std::string(table) + " order by 1, 2") + "\n";
+    return all;
+  };
+  const int sequences = amountOfWork("LEDGERTREE_HIDDEN_SEQUENCES", 4, 90);  // of about 12 edits
+  for (unsigned seed = 0; seed < static_cast<unsigned>(sequences) && !HasFailure(); ++seed)
+    EXPECT_EQ(chart(seed, true), chart(seed, false)) << "seed " << seed;
+}
+
 INSTANTIATE_TEST_SUITE_P(Blocks, RandomWorkInBlocks, ::testing::Range(0, kBlocks));
 
 }  // namespace

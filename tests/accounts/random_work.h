@@ -38,6 +38,10 @@ class RandomWork : public AccountStory {
   }
 
  protected:
+  /// The person picks from one half of what an account can name, another half at each step; with `hide_` the
+  /// host's views show no other, else they show all.
+  bool halves_ = false, hide_ = false;
+
   [[nodiscard]] std::string rows() {
     return rowsOf([this](const std::string& query) { return database.rows(query); });
   }
@@ -53,6 +57,7 @@ class RandomWork : public AccountStory {
     start();
     for (int step = 0; step < steps && !HasFailure(); ++step) {
       SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step));
+      if (halves_) showHalf();
       const int what = roll(20);
       if (what < 9 || model.accounts.empty()) {
         addOne();
@@ -93,6 +98,30 @@ class RandomWork : public AccountStory {
         "delete from tblAccountDocumentDetail; delete from tblAccountRelatedObjects;"
         "update tblAccount set ParentID = null; delete from tblAccount; delete from "
         "tblTarvoSystemParameters");
+    if (!halves_) return;
+    database.execute(
+        "drop table if exists tblHidden; create table tblHidden (Kind, ID); update sqlite_sequence set seq = "
+        "0");
+    for (const auto& [table, view, first] : kKinds) {
+      database.execute("drop view " + std::string(view) + "; create view " + view +
+                       " as select ID, Code, Name from " + table +
+                       " where ID not in (select ID from tblHidden where Kind = '" + table + "')");
+    }
+  }
+  void showHalf() {
+    shown_ = roll(1 << std::size(kKinds));
+    if (!hide_) return;
+    database.execute("delete from tblHidden");
+    for (const auto& [table, view, first] : kKinds)
+      database.execute("insert into tblHidden values ('" + std::string(table) + "', " +
+                       std::to_string(2 * first + 1 - one(first)) + ")");
+  }
+  /// Either of the two of a kind, or the one that is shown.
+  int one(int first) {
+    if (!halves_) return first + roll(2);
+    const auto kind = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                   [&](const Kind& each) { return each.first == first; });
+    return first + (shown_ >> (kind - std::begin(kKinds)) & 1);
   }
   int roll(int sides) { return static_cast<int>(dice_() % static_cast<unsigned>(sides)); }
   int anyAccount() {
@@ -133,13 +162,14 @@ class RandomWork : public AccountStory {
       form->txtCode.paste(own);
       typed.code = form->txtMotherCode.text() + own;
     }
-    if (roll(2) == 0) pick(form->sltGroup, typed.group = 4 + roll(2));
+    if (roll(2) == 0) pick(form->sltGroup, typed.group = one(4));
     if (roll(5) == 0) pick(form->sltGroup, typed.group = -1);
-    if (roll(3) == 0) chooseClass(typed, 11 + roll(2));
+    if (roll(3) == 0) chooseClass(typed, one(11));
     if (roll(8) == 0) chooseClass(typed, -1);
     if (typed.entityClass != -1 && roll(4) != 0)
-      pick(form->sltEntity, typed.object = 6 + roll(2) + (typed.entityClass == 11 ? 1 : 0));
-    if (roll(3) == 0) pick(form->sltPosition, typed.position = 9 + roll(2));
+      pick(form->sltEntity, typed.object = one(typed.entityClass == 11 ? 7 : 6));
+    if (roll(3) == 0) pick(form->sltPosition, typed.position = one(9));
+    if (halves_ && roll(3) == 0) pick(form->sltBranch, one(2));
     if (roll(4) == 0) {
       (roll(2) == 0 ? form->OptOpen : form->OptClose).click();
       typed.closed = form->OptClose.value() ? 1 : 0;
@@ -229,6 +259,17 @@ class RandomWork : public AccountStory {
   }
 
   static constexpr const char* kTitles[] = {"بانک", "صندوق", "تنخواه", "وام"};
+  struct Kind {
+    const char *table, *view;
+    int first;
+  };
+  static constexpr Kind kKinds[] = {{"tblAccountGroup", "vwAccountGroup", 4},
+                                    {"tblAccountBranch", "vwAccountBranchMajor", 2},
+                                    {"tblAccCostCenter", "vwPosition_Employee_Special3", 9},
+                                    {"tblAccountClass", "vwAccountClass", 11},
+                                    {"tblEntityPerson", "vwEntityPerson", 7},
+                                    {"tblEntityProject", "vwEntityProject", 6}};
+  int shown_ = 0;
   std::mt19937 dice_;
   ChartModel model;
   std::string step_;

@@ -191,7 +191,7 @@ TEST_F(PeriodBranchTest, WithoutAnAccountOnlyTheHarmlessCommandsAreInReach) {
   };
   for (const int nobody : {-1, 999}) {
     EXPECT_FALSE(show(nobody, [&](FormPeriodBranch& screen) {
-      EXPECT_TRUE(screen.sltAccount.IsEmpty());
+      EXPECT_EQ(screen.sltAccount.SelectedID(), nobody);
       EXPECT_EQ(grid(screen), "");
       EXPECT_EQ(commands(screen), "cmdDeleteAllRows ");
       EXPECT_EQ(screen.firstFocus(), &screen.cmdExit);

@@ -163,7 +163,7 @@ TEST_F(Lookup, ProgramWritesAnIDInAnyOrderAndRaisesNothing) {
   entity.setConnectionText(kText);
   EXPECT_EQ(entity.SelectedText(), "بدهي");
   EXPECT_EQ(database.statements.size(), 1U) << "one statement for the row of an ID";
-  for (const int none : {0, -1, 99}) {
+  for (const int none : {0, -1, -99}) {
     entity.setSelectedID(1);
     EXPECT_FALSE(entity.IsEmpty());
     entity.setSelectedID(none);
@@ -171,6 +171,9 @@ TEST_F(Lookup, ProgramWritesAnIDInAnyOrderAndRaisesNothing) {
     EXPECT_EQ(entity.SelectedID(), -1);
     EXPECT_EQ(entity.SelectedText(), "");
   }
+  entity.setSelectedID(99);
+  EXPECT_FALSE(entity.IsEmpty()) << "the view lost it, nobody else did";
+  EXPECT_EQ(std::to_string(entity.SelectedID()) + " " + entity.text(), "99 99 (در فهرست نيست)");
 
   // Another view at run time empties the selector, the same one doesn't.
   entity.setSelectedID(1);

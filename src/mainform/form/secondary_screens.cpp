@@ -37,6 +37,8 @@ void SecondaryScreens::recode() {
   if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
   screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  // The ID outlives its account behind a deletion: nothing is on the screen then.
+  if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();
 }
 

@@ -29,9 +29,10 @@ class AccountPicker : public ui::LookupField {
   [[nodiscard]] bool ClosingFlag() const { return closing_; }
   void setClosingFlag(bool closing);
 
-  /// The ID of the account held, -1 for none. Writing an ID shows that account; one that has no row, or -1,
-  /// empties the picker. An ID that can't be read now is held without its texts, and read at the next use.
-  /// Writing raises no event.
+  /// The ID of the account held, -1 for none. Writing an ID shows that account; one of 1 or more that has no
+  /// row is held all the same, unlisted() and without a code, and any other without a row empties the picker.
+  /// An ID that can't be read now is held without its texts, and read at the next use. Writing raises no
+  /// event.
   [[nodiscard]] std::int32_t AccountID() const { return held().id; }
   void setAccountID(std::int32_t id);
   /// The whole code of the account held; empty for none.

@@ -13,6 +13,10 @@ namespace {
 /// How long a slice keeps the user-interface thread: below one frame of the screen.
 constexpr std::chrono::milliseconds kSlice{8};
 
+ui::LookupRow unlisted(std::int32_t id) {
+  return {.id = id, .text = std::to_string(id) + " (در فهرست نيست)", .code = {}, .listed = false};
+}
+
 }  // namespace
 
 std::string acceptedView(Shell& shell, std::string_view name) {
@@ -69,13 +73,13 @@ ui::LookupRow LookupSearch::read(std::int32_t id) {
     try {
       ui::LookupRow row = reader_.read(connection(), view_, id);
       told_.clear();
-      return row;
+      return row.id == -1 && id > 0 ? unlisted(id) : row;
     } catch (const std::exception& failure) {
       failed(failure);
     }
   }
   unread_ = true;
-  return {.id = id, .text = {}, .code = {}};
+  return view_.empty() && id > 0 ? unlisted(id) : ui::LookupRow{.id = id, .text = {}, .code = {}};
 }
 
 std::string LookupSearch::nameIn(std::string_view view, std::int32_t id) {

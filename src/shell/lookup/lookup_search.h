@@ -57,8 +57,9 @@ class LookupSearch {
   /// Closes the connection and ends the search.
   void close();
 
-  /// The row of an ID, by its key, at once; id -1 where there is none. Where it can't be read now, the answer
-  /// holds the ID alone, so that a save of the form writes what was there, and `unread()` is true.
+  /// The row of an ID, by its key, at once; id -1 for 0 and below without a row. An ID of 1 or more without
+  /// one, or without a view to look in, is unlisted: it stays what it is, and shows that. Where it can't be
+  /// read now, the answer holds the ID alone and `unread()` is true. Either way a save writes what was there.
   [[nodiscard]] ui::LookupRow read(std::int32_t id);
   [[nodiscard]] bool unread() const { return unread_; }
   /// The Name that another view has for an ID. Empty where there is none; its failures aren't told.

@@ -34,12 +34,13 @@ class Selector : public ui::LookupField {
   /// The OLE DB connection text of the views. Another text closes the connection and keeps the selection.
   void setConnectionText(std::string_view text);
 
-  /// The ID of the row picked, -1 for none. Writing an ID selects that row; an ID that has no row empties the
-  /// selector. An ID that can't be read now is held without its text, and read at the next use. Writing
-  /// raises no event.
+  /// The ID of the row picked, -1 for none. Writing an ID selects that row; 0 and below, where they have no
+  /// row, empty the selector. An ID of 1 or more without a row is held all the same, unlisted(): hosts take
+  /// rows off their views, and what is stored stays stored until a person empties it. An ID that can't be
+  /// read now is held without its text, and read at the next use. Writing raises no event.
   [[nodiscard]] std::int32_t SelectedID() const { return held().id; }
   void setSelectedID(std::int32_t id) { hold(search_.read(id)); }
-  /// The Name of the row picked; empty for none.
+  /// The text shown for the row picked: its Name; empty for none.
   [[nodiscard]] const std::string& SelectedText() const { return held().text; }
   [[nodiscard]] bool IsEmpty() const { return held().id == -1; }
   /// Whether a person can pick.
