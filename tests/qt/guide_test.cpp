@@ -262,6 +262,7 @@ TEST(GuideText, KnowsEveryScreenAndEveryMessageOfTheSources) {
   static const QRegularExpression screen("surroundings\\(\\), \"(\\w+)\"");
   int screens = 0;
   int messages = 0;
+  QStringList pieces;
   for (const char* folder : {"src", "components"}) {
     QDirIterator files(QString(LEDGERTREE_SOURCES "/") + folder, {"*.cpp", "*.h", "*.sql"}, QDir::Files,
                        QDirIterator::Subdirectories);
@@ -274,6 +275,7 @@ TEST(GuideText, KnowsEveryScreenAndEveryMessageOfTheSources) {
         EXPECT_NE(guide.find(match.captured(1)), nullptr) << "no section " << match.captured(1).toStdString();
       }
       for (const QString& literal : literalsOf(source)) {
+        if (literal.size() > 1) pieces += literal;
         if (!isMessage(literal)) continue;
         ++messages;
         EXPECT_TRUE(text.contains(literal))
@@ -283,6 +285,17 @@ TEST(GuideText, KnowsEveryScreenAndEveryMessageOfTheSources) {
   }
   EXPECT_GE(screens, 9);
   EXPECT_GE(messages, 100);
+  // Each message that it tells of is one that the sources give, to its last word.
+  static const QRegularExpression row("^\\| ([^|]*[\\x{0600}-\\x{06FF}][.؟]) \\|");
+  QString section =
+      textOf(LEDGERTREE_SOURCES "/docs/guide-fa.md").section(QString::fromUtf8("\n## پیام‌ها"), 1);
+  for (const QString& line : section.section("\n## ", 0, 0).split('\n')) {
+    const QString told = row.match(line).captured(1);
+    const auto any = [&](auto fits) { return std::any_of(pieces.begin(), pieces.end(), fits); };
+    EXPECT_TRUE(told.isEmpty() || (any([&](const QString& piece) { return told.startsWith(piece); }) &&
+                                   any([&](const QString& piece) { return told.endsWith(piece); })))
+        << told.toStdString();
+  }
   // Every link of the guide leads to a section.
   static const QRegularExpression link("\\]\\(#([\\w.]+)\\)");
   for (const auto& match : link.globalMatch(text))
