@@ -13,6 +13,7 @@
 #include <set>
 
 #include "data/catalogue.h"
+#include "db/version.h"
 #include "engines/odbc/odbc_connection.h"
 #include "support/failure.h"
 #include "text/utf8.h"
@@ -31,6 +32,9 @@ struct Driver {
   std::set<SQLHSTMT> open;            ///< statements with rows that nobody has read
   std::vector<std::string> bound;     ///< values as the driver was told of them
   std::optional<SQLINTEGER*> result;  ///< where a procedure's answer is wanted
+  std::u16string server;              ///< the file that stands for a server; empty for none
+  std::vector<int> answers;           ///< of the server to what it is asked first
+  std::string last;                   ///< the command that came last
 } driver;
 
 template <typename Call>
@@ -131,6 +135,17 @@ TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShown) {
   }
 }
 
+TEST_F(DriverCalls, ADriverThatIsntThereIsToldAsThat) {
+  for (const char* const state : {"IM002", "IM003", "01000"}) {
+    failWith(state, 0,
+             "[unixODBC][Driver Manager]" + std::string(*state == '0' ? "Can't open lib 'x'" : "no"));
+    OdbcConnection connection{data::ConnectionText("ODBC Driver=SQLite3;Database=x")};
+    EXPECT_TRUE(std::string_view(testing::failureOf([&] { connection.run("select 1"); }).what())
+                    .starts_with("راه انداز ODBC باز نميشود."))
+        << state;
+  }
+}
+
 TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
   static constexpr data::Parameter kParameters[] = {{"@Title", data::ParameterType::Text, 20},
                                                     {"@Amount", data::ParameterType::Money},
@@ -143,6 +158,29 @@ TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
   EXPECT_EQ(driver.bound, (std::vector<std::string>{"WVARCHAR(20) حساب", "DECIMAL(19,4) 12.3456",
                                                     "TIMESTAMP(23,3) 2024-2-29 13:14:15", "INTEGER(10) -7",
                                                     "INTEGER(10) null"}));
+}
+
+TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
+  const struct {
+    int page;
+    const char* sent;
+  } cases[] = {{1256, "select 'ي' as a"}, {1252, "select 'ي' as a"}, {65001, "select 'ی' as a"}};
+  driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+  const data::ConnectionText text("Data Source=srv;Initial Catalog=books;ODBC Driver=FreeTDS");
+  for (const auto& one : cases) {
+    driver.answers = {db::schemaVersion(), one.page};
+    OdbcConnection connection(text);
+    connection.run("select 'ی' as a");
+    EXPECT_EQ(driver.last, one.sent) << one.page;
+  }
+  for (const int other : {-1, 1}) {
+    driver.answers = {db::schemaVersion() + other, 1256};
+    OdbcConnection connection(text);
+    EXPECT_EQ(testing::failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
+    driver.answers = {db::schemaVersion() + other, 1256};
+    OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
+    EXPECT_TRUE(installer.run("select 1"));
+  }
 }
 
 TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
@@ -177,8 +215,19 @@ extern "C" {
 SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQLSMALLINT length,
                             SQLWCHAR* out, SQLSMALLINT room, SQLSMALLINT* needed, SQLUSMALLINT completion) {
   if (driver.state != nullptr) return SQL_ERROR;
+  if (!driver.server.empty()) {
+    in = reinterpret_cast<SQLWCHAR*>(driver.server.data());
+    length = static_cast<SQLSMALLINT>(driver.server.size());
+  }
   return real<decltype(SQLDriverConnectW)>("SQLDriverConnectW")(connection, window, in, length, out, room,
                                                                 needed, completion);
+}
+
+static SQLRETURN answer(SQLHSTMT statement) {
+  std::u16string words = ledgertree::text::wideText("select " + std::to_string(driver.answers.back()));
+  driver.answers.pop_back();
+  return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(
+      statement, reinterpret_cast<SQLWCHAR*>(words.data()), static_cast<SQLINTEGER>(words.size()));
 }
 
 SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
@@ -193,6 +242,8 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
     **driver.result = 77;
     return SQL_SUCCESS;
   }
+  driver.last = narrow;
+  if (narrow.starts_with("declare @First")) return answer(statement);
   std::u16string words = ledgertree::engines::odbc::inWordsOfSqlite(narrow);
   const SQLRETURN result = real<decltype(SQLExecDirectW)>("SQLExecDirectW")(
       statement, reinterpret_cast<SQLWCHAR*>(words.data()), static_cast<SQLINTEGER>(words.size()));
@@ -204,6 +255,10 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
 
 SQLRETURN SQLMoreResults(SQLHSTMT statement) {
   driver.open.erase(statement);
+  if (!driver.answers.empty()) {
+    SQLFreeStmt(statement, SQL_CLOSE);
+    return answer(statement);
+  }
   return driver.result ? SQL_NO_DATA : real<decltype(SQLMoreResults)>("SQLMoreResults")(statement);
 }
 
