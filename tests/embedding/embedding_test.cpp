@@ -3,6 +3,7 @@
 #include <ledgertree/component_folder.h>
 #include <ledgertree/demo_chart.h>
 #include <ledgertree/ledger_tree_control.h>
+#include <ledgertree/pictures.h>
 #include <ledgertree/qt_desktop.h>
 #include <ledgertree/screen_in_host.h>
 
@@ -161,6 +162,13 @@ TEST_F(HostStory, WhatDoesNotOpenLeavesThePageEmpty) {
   EXPECT_EQ(screen(), nullptr);
   settle();
   EXPECT_EQ(left, 0);
+}
+
+TEST_F(HostStory, TheScreenIsDrawnIntoFiles) {
+  control.ClearShow();
+  const std::vector<std::string> drawn = drawScreens(folder.filePath("pictures").toStdString());
+  ASSERT_EQ(drawn.size(), 4U);
+  for (const std::string& picture : drawn) EXPECT_FALSE(QImage(picture.c_str()).isNull()) << picture;
 }
 
 TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
