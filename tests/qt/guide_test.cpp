@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QListWidget>
 #include <QPainter>
@@ -230,76 +229,6 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
         << match.captured(1).toStdString();
   }
   EXPECT_EQ(named, drawn);
-}
-
-/// The texts of a source: literals in a row are one.
-QStringList literalsOf(QString source) {
-  static const QRegularExpression comment("^\\s*//[^\\n]*$", QRegularExpression::MultilineOption);
-  static const QRegularExpression literals("(?:\"(?:[^\"\\\\\\n]|\\\\.)*\"\\s*)+|(?:abort,|select) '[^']*'");
-  static const QRegularExpression seam("\"\\s*\"");
-  QStringList found;
-  source.remove(comment);
-  for (const auto& match : literals.globalMatch(source)) {
-    QString text = match.captured().trimmed();
-    text = text.startsWith('"') ? text.mid(1, text.size() - 2).remove(seam) : text.section('\'', 1, 1);
-    found += text.simplified();
-  }
-  return found;
-}
-
-/// A sentence in Persian, or a long piece of one: what a person reads as a message, and no caption.
-bool isMessage(const QString& text) {
-  static const QRegularExpression persian("[\\x{0600}-\\x{06FF}] .*[\\x{0600}-\\x{06FF}]");
-  constexpr int kLongerThanCaptions = 36;
-  if (!persian.match(text).hasMatch() || text.contains("Select ") || text.endsWith("...")) return false;
-  return text.size() > kLongerThanCaptions || QString::fromUtf8(".!؟").contains(text.back());
-}
-
-TEST(GuideText, KnowsEveryScreenAndEveryMessageOfTheSources) {
-  QWidget window;
-  const qt::GuideBrowser guide(window);
-  const QString text = textOf(LEDGERTREE_SOURCES "/docs/guide-fa.md").simplified();
-  static const QRegularExpression screen("surroundings\\(\\), \"(\\w+)\"");
-  int screens = 0;
-  int messages = 0;
-  QStringList pieces;
-  for (const char* folder : {"src", "components"}) {
-    QDirIterator files(QString(LEDGERTREE_SOURCES "/") + folder, {"*.cpp", "*.h", "*.sql"}, QDir::Files,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-      const QString path = files.next();
-      if (path.contains("/db/demo/") || path.endsWith("/appearance.cpp")) continue;
-      const QString source = textOf(path);
-      for (const auto& match : screen.globalMatch(source)) {
-        ++screens;
-        EXPECT_NE(guide.find(match.captured(1)), nullptr) << "no section " << match.captured(1).toStdString();
-      }
-      for (const QString& literal : literalsOf(source)) {
-        if (literal.size() > 1) pieces += literal;
-        if (!isMessage(literal)) continue;
-        ++messages;
-        EXPECT_TRUE(text.contains(literal))
-            << "docs/guide-fa.md doesn't tell what to do about: " << literal.toStdString();
-      }
-    }
-  }
-  EXPECT_GE(screens, 9);
-  EXPECT_GE(messages, 100);
-  // Each message that it tells of is one that the sources give, to its last word.
-  static const QRegularExpression row("^\\| ([^|]*[\\x{0600}-\\x{06FF}][.؟]) \\|");
-  QString section =
-      textOf(LEDGERTREE_SOURCES "/docs/guide-fa.md").section(QString::fromUtf8("\n## پیام‌ها"), 1);
-  for (const QString& line : section.section("\n## ", 0, 0).split('\n')) {
-    const QString told = row.match(line).captured(1);
-    const auto any = [&](auto fits) { return std::any_of(pieces.begin(), pieces.end(), fits); };
-    EXPECT_TRUE(told.isEmpty() || (any([&](const QString& piece) { return told.startsWith(piece); }) &&
-                                   any([&](const QString& piece) { return told.endsWith(piece); })))
-        << told.toStdString();
-  }
-  // Every link of the guide leads to a section.
-  static const QRegularExpression link("\\]\\(#([\\w.]+)\\)");
-  for (const auto& match : link.globalMatch(text))
-    EXPECT_NE(guide.find(match.captured(1)), nullptr) << match.captured(1).toStdString();
 }
 
 }  // namespace

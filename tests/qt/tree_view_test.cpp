@@ -122,6 +122,8 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   tree.ensureVisible(tree.find("r.1.2.3"));
   tree.select(tree.find("r.1.2.3"));
   EXPECT_TRUE(screen.view->selectionModel()->isSelected(screen.at("r.1.2.3")));
+  tree.remove(tree.find("r.1.2.3"));
+  EXPECT_FALSE(screen.view->selectionModel()->hasSelection()) << "nobody chose its neighbour";
   tree.setImage(tree.find("r.2"), 6);
 
   // A refresh: everything goes, and the tree stands there anew with numbers of nodes that are used again.
