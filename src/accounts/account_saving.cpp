@@ -18,6 +18,12 @@ constexpr std::string_view kNothingWritten = "چيزي ثبت نشد. پس از 
 constexpr std::string_view kUnclear =
     "اگر ارتباط در ميان ثبت قطع شده باشد، معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت "
     "حسابها را ببينيد.";
+constexpr std::string_view kUnanswered =
+    "معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
+constexpr std::string_view kFound =
+    "حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه آن با گروه، "
+    "نوع "
+    "موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
 constexpr std::string_view kWithoutRelation =
     "خود حساب ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت کامل ثبت نشد و وضعيت زيرشاخه هاي "
     "آن تغيير نکرد. پس از رفع اشکال دوباره ثبت کنيد.";
@@ -47,12 +53,7 @@ void AccountSaving::save() {
 /// Puts the form where the next save can do the rest.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
-  if (rowIsWritten && progress.way == SaveWay::NewAccount) {
-    // Another insert would be refused for the code that exists now.
-    screen_.txtID.setText(std::to_string(progress.account));
-    screen_.formMode = mainform::FormMode::ModeEdit;
-    record_.applyFormMode();
-  }
+  if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
   if (progress.written == Written::Everything) {
     try {
       record_.showAccount(progress.account);
@@ -62,6 +63,37 @@ void AccountSaving::recover(const Progress& progress, const std::exception& fail
   }
   shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
                                                      std::string(outcome(progress.written, failure)));
+  const bool isNew = progress.way == SaveWay::NewAccount;
+  if (isNew && progress.written == Written::Unclear && UnansweredSave::mayBeDone(failure))
+    lookForAccount(progress.sent);
+}
+
+void AccountSaving::goOnAsEdit(std::int32_t account) {
+  screen_.txtID.setText(std::to_string(account));
+  screen_.formMode = mainform::FormMode::ModeEdit;
+  record_.applyFormMode();
+}
+
+bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
+  const auto account = unanswered_.find(gateway);
+  unanswered_.forget();
+  if (!account) return false;
+  goOnAsEdit(*account);
+  shell_.showErrorNotice(shell::kTitleSaveError, kFound);
+  return true;
+}
+
+void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
+  unanswered_.remember(sent);
+  // The host may have shown another account while the notice was up.
+  const bool stillThere = screen_.formMode == mainform::FormMode::ModeNew && wholeCode(screen_) == sent.code;
+  if (!stillThere) return;
+  try {
+    const shell::Hourglass hourglass(screen_.desktop());
+    if (!foundAfterAll(*shell_.dtEn())) unanswered_.remember(sent);
+  } catch (const std::exception&) {
+    // The connection isn't there yet, and the person knows of the doubt. The next save looks again.
+  }
 }
 
 std::string_view AccountSaving::outcome(Written written, const std::exception& failure) {
@@ -69,9 +101,9 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
     case Written::Nothing:
       break;
     case Written::Unclear: {
+      if (!UnansweredSave::mayBeDone(failure)) return kNothingWritten;
       const auto* error = dynamic_cast<const data::DataError*>(&failure);
-      const bool connectionBroke = error != nullptr && error->reason() == data::DataError::Reason::Connection;
-      return connectionBroke ? kUnclear : kNothingWritten;
+      return error->reason() == data::DataError::Reason::Connection ? kUnclear : kUnanswered;
     }
     case Written::Account:
       return kWithoutRelation;
@@ -98,6 +130,8 @@ void AccountSaving::run(Progress& progress) {
   // Read ahead of the notices of the relation: the host may show another account while one is up.
   const bool closed = screen_.OptClose.value();
 
+  progress.sent = {.code = typed->code, .title = typed->title, .parentID = screen_.LastNewParentID};
+  if (isNew && unanswered_.isAbout(typed->code, typed->title) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
   const auto account = writeAccount(*gateway, progress.way, *typed);
   if (!account) return screen_.cmdNew.focus();

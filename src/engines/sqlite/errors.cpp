@@ -85,9 +85,10 @@ data::DataError lastError(sqlite3* handle, std::string_view statement) {
 }
 
 data::DataError timeOutError(std::string_view statement) {
-  return {Reason::TimeOut, SQLITE_INTERRUPT,
-          "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
-          std::string(statement)};
+  return data::DataError(Reason::TimeOut, SQLITE_INTERRUPT,
+                         "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
+                         std::string(statement))
+      .undone();
 }
 
 data::DataError cancelledError() {

@@ -158,17 +158,41 @@ std::int32_t ProcedureRunner::updateAccount(Values values) {
   return 0;
 }
 
+/// Several changes as one: what doesn't come to its end is undone, and leaves no transaction open.
+class ProcedureRunner::Together {
+ public:
+  explicit Together(ProcedureRunner& runner)
+      : runner_(runner), end_(runner.prepared(kEnd)), undo_(runner.prepared(kUndo)) {
+    runner_.change(kBegin, {});
+  }
+  Together(const Together&) = delete;
+  Together& operator=(const Together&) = delete;
+  ~Together() {
+    if (ended_) return;
+    for (SQLite::Statement* statement : {&undo_, &end_}) {
+      statement->tryExecuteStep();
+      statement->tryReset();
+    }
+  }
+  void end() {
+    runner_.change(kEnd, {});
+    ended_ = true;
+  }
+
+ private:
+  ProcedureRunner& runner_;
+  SQLite::Statement& end_;
+  SQLite::Statement& undo_;
+  bool ended_ = false;
+};
+
 std::int32_t ProcedureRunner::insertRelatedObject(Values values) {
-  change(kBegin, {});
   try {
+    Together changes(*this);
     change(kDeleteRelations, values.first(1));
     change(kInsertRelation, values);
-    change(kEnd, {});
+    changes.end();
   } catch (const SQLite::Exception& failure) {
-    for (const char* statement : {kUndo, kEnd}) {
-      prepared(statement).tryExecuteStep();
-      prepared(statement).tryReset();
-    }
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
     refuseMissing(kAccountIsGone, "spAccountInsertRelatedObject");
   }

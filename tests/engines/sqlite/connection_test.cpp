@@ -115,6 +115,21 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EXPECT_EQ(number(connection, kCount), 2);
 }
 
+TEST_F(FileFaults, AWriteIntoAFileThatMovesMeanwhileIsNoSuccess) {
+  const std::filesystem::path file = folder.path() / "books.db";
+  EmbeddedConnection connection(file.string());
+  connection.run("Insert into tblAccount (Code, Title) values ('1', 'a')");
+  SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+  other.exec("begin immediate");
+  std::thread mover([&] {
+    std::this_thread::sleep_for(milliseconds(300));
+    std::filesystem::rename(file, folder.path() / "moved.db");
+    other.exec("rollback");
+  });
+  EXPECT_EQ(failureOf([&] { connection.run(renamed(1, "b")); }).reason(), Reason::Connection);
+  mover.join();
+}
+
 TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
   testing::SmallDisk disk(folder.path());
   EmbeddedConnection connection((folder.path() / "books.db").string());
@@ -149,6 +164,7 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
   const data::DataError failure =
       failureOf([&] { hasty.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
   EXPECT_EQ(failure.reason(), Reason::TimeOut);
+  EXPECT_FALSE(failure.leavesOpen());
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
   EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
   // The time that somebody takes to look at the rows isn't the statement's.
@@ -158,6 +174,25 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
     return ++rows < 100;
   });
   EXPECT_EQ(rows, 5);
+}
+
+TEST_F(Commands, AProcedureThatFailsInItsMiddleLeavesNoHalfAndNoTransaction) {
+  database.execute(
+      "create trigger trRefuse before insert on tblAccountRelatedObjects when new.AccountGroupID = 666 "
+      "begin select raise(abort, 'no'); end");
+  const auto relate = [this](int group) {
+    const std::vector<data::Value> values{data::Value(79), data::Value(group), data::Value(-1),
+                                          data::Value(-1)};
+    static_cast<void>(connection.call(data::procedures::spAccountInsertRelatedObject, values));
+  };
+  relate(5);
+  connection.walk("Select top 1 * From tblAccount", [&](const data::Rows&) {
+    EXPECT_EQ(failureOf([&] { relate(666); }).reason(), Reason::Constraint);
+    connection.run(renamed(7, "y"));
+    EXPECT_EQ(database.text("select Title from tblAccount where ID = 7"), "y") << "for everybody, at once";
+    return true;
+  });
+  EXPECT_EQ(database.text("select AccountGroupID from tblAccountRelatedObjects where AccountID = 79"), "5");
 }
 
 TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
