@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -29,6 +30,8 @@ class FieldRules {
   /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be
   /// picked until a class is chosen again.
   void classRule();
+  /// The same in two steps, for a class that isn't on the screen yet: reads it, and gives what follows it.
+  [[nodiscard]] std::function<void()> ruleOfClass(std::int32_t classID);
   /// Puts a proposal for the account of sltParent into txtCode.
   void proposeCode();
 
@@ -39,6 +42,8 @@ class FieldRules {
     std::string name;
   };
   [[nodiscard]] std::optional<EntityClass> readClass(std::int32_t classID);
+  void offerEntitiesOf(const std::optional<EntityClass>& chosen, bool gone);
+  void offerNoEntity();
   void wireRadios();
   void wireSelectors();
   void wireKeys();

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "data/connection_text.h"
 #include "data/numbers.h"
 #include "mainform/form_mode.h"
 
@@ -13,6 +14,11 @@ namespace {
 
 /// A reference as the fields hold it: -1 for none.
 std::int32_t idOf(const data::Value& value) { return data::toNumber(value.toText()).asInt32(); }
+
+constexpr std::string_view kElsewhere =
+    "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
+    "را "
+    "بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
 /// The number of a radio button; -1, which no button stands for, for NULL.
 std::int64_t choiceOf(const data::Value& value) { return value.isNull() ? -1 : value.toInt64(); }
@@ -42,6 +48,7 @@ struct AccountRecord::Stored {
   std::string maxDebit;
   std::string maxCredit;
   std::optional<Relation> relation;
+  std::function<void()> showClass;
 
   static std::optional<Stored> read(data::DtEn& gateway, std::int32_t id);
 };
@@ -64,7 +71,8 @@ std::optional<AccountRecord::Stored> AccountRecord::Stored::read(data::DtEn& gat
                  .closed = choiceOf(row->Fields("IsClosed")),
                  .maxDebit = row->Fields("MaxDebit").toText(),
                  .maxCredit = row->Fields("MaxCredit").toText(),
-                 .relation = std::nullopt};
+                 .relation = std::nullopt,
+                 .showClass = nullptr};
   row.close();
 
   const data::OpenRows related(
@@ -91,26 +99,33 @@ SplitCode splitCode(std::string_view code, std::string_view parentCode) {
   return behind({});
 }
 
-AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule)
+AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule)
     : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
     if (!looking) return;
-    loadAccount(screen_.sltAccount.AccountID());
+    try {
+      loadAccount(screen_.sltAccount.AccountID());
+    } catch (...) {
+      // The account that was there stays, with its title.
+      screen_.sltAccount.setAccountID(screen_.AccountOnRecord);
+      throw;
+    }
     tellShown();
   };
+}
+
+bool AccountRecord::refusedElsewhere() {
+  if (data::sameDatabase(screen_.RecordSource, shell_.dtEn()->cnMainData.ConnectionString())) return false;
+  shell_.showErrorNotice(shell::kTitleError, kElsewhere);
+  return true;
 }
 
 void AccountRecord::showAccount(std::int32_t id) {
   if (id < 1) return goIdle();
   clearAccountFields();
   screen_.formMode = FormMode::ModeView;
-  try {
-    loadInto(id);
-  } catch (...) {
-    tellShown();
-    throw;
-  }
+  loadInto(id);
   applyFormMode();
   tellShown();
 }
@@ -149,12 +164,19 @@ void AccountRecord::loadInto(std::int32_t id) {
     clearAccountFields();
     screen_.formMode = FormMode::ModeView;
     applyFormMode();
+    tellShown();
     throw;
   }
 }
 
+void AccountRecord::beginRecord(std::int32_t accountID) {
+  screen_.AccountOnRecord = accountID;
+  ++screen_.RecordTurn;
+  screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
+}
+
 void AccountRecord::clearAccountFields() {
-  screen_.AccountOnRecord = -1;
+  beginRecord(-1);
   for (ui::TextField* field : {&screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes}) field->setText("");
   for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
                                     &screen_.sltEntityType, &screen_.sltEntity})
@@ -167,11 +189,14 @@ void AccountRecord::clearAccountFields() {
 
 void AccountRecord::loadAccount(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  if (const auto account = Stored::read(*gateway, id)) fill(*account);
+  auto account = Stored::read(*gateway, id);
+  if (!account) return;
+  if (account->relation) account->showClass = classRule_(account->relation->classID);
+  fill(*account);
 }
 
 void AccountRecord::fill(const Stored& account) {
-  screen_.AccountOnRecord = account.id;
+  beginRecord(account.id);
   screen_.txtID.setText(std::to_string(account.id));
   screen_.txtTitle.setText(account.title);
   screen_.sltAccount.setAccountID(account.id);
@@ -198,7 +223,7 @@ void AccountRecord::fill(const Stored& account) {
 
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
-  classRule_();
+  account.showClass();
   // An object without a class is in no list, least of all in that of the account before.
   if (screen_.sltEntityType.IsEmpty()) screen_.sltEntity.setMajorView({});
   if (!screen_.ClassIsGone) screen_.sltEntity.setSelectedID(account.relation->objectID);
