@@ -3,8 +3,6 @@
 #include <exception>
 #include <string>
 
-#include "accounts/typed_account.h"
-
 namespace ledgertree::accounts {
 
 namespace {
@@ -25,7 +23,7 @@ AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& she
 void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
   // The account that the question is about, whatever the host puts on the screen while it is up.
-  const std::int32_t account = accountOnScreen(screen_);
+  const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
   try {

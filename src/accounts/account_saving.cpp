@@ -5,10 +5,13 @@
 #include <utility>
 
 #include "accounts/relation_cases.h"
-#include "data/catalogue.h"
 #include "data/data_error.h"
+#include "data/numbers.h"
 
 namespace ledgertree::accounts {
+
+using data::AccountCall;
+using mainform::FormMode;
 
 namespace {
 
@@ -71,7 +74,7 @@ void AccountSaving::recover(const Progress& progress, const std::exception& fail
 
 void AccountSaving::goOnAsEdit(std::int32_t account) {
   screen_.txtID.setText(std::to_string(account));
-  screen_.formMode = mainform::FormMode::ModeEdit;
+  screen_.formMode = FormMode::ModeEdit;
   record_.applyFormMode();
 }
 
@@ -87,7 +90,8 @@ bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
 void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
   unanswered_.remember(sent);
   // The host may have shown another account while the notice was up.
-  const bool stillThere = screen_.formMode == mainform::FormMode::ModeNew && wholeCode(screen_) == sent.code;
+  const bool stillThere = screen_.formMode == FormMode::ModeNew &&
+                          readTypedAccount(screen_, AccountCall::Insert).account.code == sent.code;
   if (!stillThere) return;
   try {
     const shell::Hourglass hourglass(screen_.desktop());
@@ -118,41 +122,68 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
 
 void AccountSaving::run(Progress& progress) {
   const auto gateway = shell_.dtEn();
-  SaveValidation validation(screen_, shell_, *gateway);
-  progress.way = validation.check();
+  const bool isNew = screen_.formMode == FormMode::ModeNew;
+  // Read once: the host may show another account while a notice is up.
+  const TypedAccount typed = readTypedAccount(screen_, isNew ? AccountCall::Insert : AccountCall::Update);
+  data::Account account = typed.account;
+
+  SaveValidation validation(shell_, *gateway);
+  progress.way = check(validation, typed);
   if (progress.way == SaveWay::Refused) return;
   if (progress.way == SaveWay::RefusedParent) return screen_.cmdNew.focus();
 
-  const bool isNew = progress.way == SaveWay::NewAccount;
-  const auto typed = readTypedAccount(
-      screen_, shell_,
-      isNew ? data::procedures::spAccountInsertAccount : data::procedures::spAccountUpdateAccounts);
-  if (!typed || !mayDropLostClass(progress.way)) return;
-  // Read ahead of the notices of the relation: the host may show another account while one is up.
-  const bool closed = screen_.OptClose.value();
+  if (!mayDropLostClass(account, progress.way)) return;
 
-  progress.sent = {.code = typed->code, .title = typed->title, .parentID = screen_.LastNewParentID};
-  if (isNew && unanswered_.isAbout(typed->code, typed->title) && foundAfterAll(*gateway)) return;
+  progress.sent = {.code = account.code, .title = account.title, .parentID = account.parentID};
+  if (isNew && unanswered_.isAbout(account.code, account.title) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
-  const auto account = writeAccount(*gateway, progress.way, *typed);
-  if (!account) return screen_.cmdNew.focus();
-  progress.account = *account;
+  const auto written = writeAccount(*gateway, progress.way, account);
+  if (!written) return screen_.cmdNew.focus();
+  progress.account = account.id = *written;
   progress.written = Written::Account;
-  writeRelation(screen_, shell_, *gateway, *account, progress.way);
+  giveRelation(*gateway, account, progress.way);
   progress.written = Written::Relation;
-  if (!isNew) writeDescendants(*gateway, *account, closed);
+  if (!isNew) writeDescendants(*gateway, account);
   progress.written = Written::Everything;
   refresh(progress);
   screen_.cmdNew.focus();
 }
 
-bool AccountSaving::mayDropLostClass(SaveWay way) {
-  const std::string_view lost = lostWithClass(screen_, way);
+SaveWay AccountSaving::check(SaveValidation& validation, const TypedAccount& typed) {
+  const data::Account& account = typed.account;
+  if (const auto missing = missingField(typed)) return refuse(shell::kTitleProblem, *missing);
+  const bool edit = screen_.formMode == FormMode::ModeEdit;
+  if (edit && !screen_.settings.EditCodeAllowed && !validation.mayHaveThisCode(account))
+    return SaveWay::Refused;
+  keepPicked(account);
+  if (!edit && screen_.formMode != FormMode::ModeNew) return SaveWay::Refused;
+  if (!edit) screen_.LastNewParentID = account.parentID;
+  const SaveWay way = edit ? validation.checkParent(account, screen_.LastNewParentID) : SaveWay::NewAccount;
+  if (way == SaveWay::RefusedParent || !typed.fault) return way;
+  return refuse(shell::kTitleSaveError, *typed.fault);
+}
+
+SaveWay AccountSaving::refuse(std::string_view title, const FieldFault& fault) {
+  shell_.showErrorNotice(title, fault.message);
+  focusField(screen_, fault.member);
+  return SaveWay::Refused;
+}
+
+void AccountSaving::keepPicked(const data::Account& account) {
+  screen_.BranchValue = data::toInt16(account.branchID);
+  screen_.PositionValue = data::toInt16(account.positionID);
+  screen_.GroupValue = data::toInt16(account.groupID);
+  screen_.EntityTypeValue = data::toInt16(account.relation->classID);
+}
+
+bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) {
+  if (!screen_.ClassIsGone) return true;
+  const std::string_view lost = lostWithClass(account, way, screen_.settings);
   if (lost.empty()) return true;
-  const auto shown = [this] { return std::pair(screen_.formMode, accountOnScreen(screen_)); };
+  const auto shown = [this] { return std::pair(screen_.formMode, screen_.accountID()); };
   const auto before = shown();
   const auto answer =
-      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(screen_.EntityTypeValue) +
+      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
                                               " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
                                               " اين حساب از ميان ميرود. آيا ثبت شود؟");
   // The host may have put another account on the screen meanwhile.
@@ -162,53 +193,39 @@ bool AccountSaving::mayDropLostClass(SaveWay way) {
 }
 
 std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,
-                                                        const TypedAccount& typed) {
+                                                        const data::Account& account) {
   const bool isNew = way == SaveWay::NewAccount;
-  const std::int32_t onScreen = isNew ? -1 : accountOnScreen(screen_);
   const std::int32_t result =
-      isNew ? gateway.spAccountInsertAccount({.createDate = screen_.datCreate.englishdate(),
-                                              .farsiCreateDate = screen_.datCreate.farsidate(),
-                                              .accountGroupID = screen_.GroupValue,
-                                              .isPermanent = screen_.PermanentValue,
-                                              .accountNatureID = screen_.NatureValue,
-                                              .parentID = screen_.LastNewParentID,
-                                              .title = typed.title,
-                                              .code = typed.code,
-                                              .isClosed = screen_.ClosedValue,
-                                              .contractID = screen_.BranchValue,
-                                              .positionID = screen_.PositionValue,
-                                              .notes = typed.notes,
-                                              .maxDebit = typed.maxDebit,
-                                              .maxCredit = typed.maxCredit})
-            : gateway.spAccountUpdateAccounts({.id = onScreen,
-                                               .parentID = screen_.sltParent.AccountID(),
-                                               .accountGroupID = screen_.GroupValue,
-                                               .isPermanent = screen_.PermanentValue,
-                                               .accountNatureID = screen_.NatureValue,
-                                               .title = typed.title,
-                                               .code = typed.code,
-                                               .isClosed = screen_.ClosedValue,
-                                               .contractID = screen_.BranchValue,
-                                               .positionID = screen_.PositionValue,
-                                               .notes = typed.notes,
-                                               .maxDebit = typed.maxDebit,
-                                               .maxCredit = typed.maxCredit});
+      isNew ? gateway.spAccountInsertAccount(account) : gateway.spAccountUpdateAccounts(account);
   const bool refused = isNew ? result < 1 : result == 0;
-  if (refused) {
-    shell_.showErrorNotice(shell::kTitleSaveError, kCodeExists);
-    return std::nullopt;
+  if (!refused) return isNew ? result : account.id;
+  shell_.showErrorNotice(shell::kTitleSaveError, kCodeExists);
+  return std::nullopt;
+}
+
+void AccountSaving::giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way) {
+  const RelationOutcome outcome = writeRelation(gateway, account, way, screen_.settings);
+  if (outcome.reset != Reset::None) {
+    screen_.sltGroup.Clear();
+    screen_.GroupValue = -1;
   }
-  return isNew ? result : onScreen;
+  if (outcome.reset == Reset::GroupAndEntity) {
+    screen_.sltEntityType.Clear();
+    screen_.EntityTypeValue = -1;
+    screen_.sltEntity.Clear();
+    screen_.sltEntity.setIsActive(false);
+  }
+  if (!outcome.message.empty()) shell_.showErrorNotice(shell::kTitleSaveError, outcome.message);
 }
 
 /// What is below an account is open or closed as it is, at any depth.
-void AccountSaving::writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed) {
-  const std::string_view statement = closed
+void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& account) {
+  const std::string_view statement = account.isClosed == 1
                                          ? "Update tblAccount Set IsClosed = 1  Where ID in (Select ChildID "
                                            "From tblAccountParent Where ID = "
                                          : "Update tblAccount Set IsClosed = 0  Where ID in (Select ChildID "
                                            "From tblAccountParent Where ID = ";
-  gateway.cnMainData.Execute(std::string(statement) + std::to_string(account) + ")");
+  gateway.cnMainData.Execute(std::string(statement) + std::to_string(account.id) + ")");
 }
 
 void AccountSaving::refresh(const Progress& progress) {

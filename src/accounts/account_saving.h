@@ -48,12 +48,22 @@ class AccountSaving {
   };
 
   void run(Progress& progress);
+  /// The checks ahead of the first write, in their order. A refusal is told, and leaves the form in its mode
+  /// with everything that was typed. On the way it keeps what was picked in BranchValue, PositionValue,
+  /// GroupValue and EntityTypeValue of the screen, and the parent of a new account in LastNewParentID. Throws
+  /// data::DataError, and std::range_error for a picked ID past 16 bits.
+  [[nodiscard]] SaveWay check(SaveValidation& validation, const TypedAccount& typed);
+  /// Tells what is wrong with a field, and leads the person there.
+  [[nodiscard]] SaveWay refuse(std::string_view title, const FieldFault& fault);
+  void keepPicked(const data::Account& account);
   /// Asks the person where the class of the account is gone and the save would take something with it.
-  [[nodiscard]] bool mayDropLostClass(SaveWay way);
+  [[nodiscard]] bool mayDropLostClass(const data::Account& account, SaveWay way);
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
-                                                         const TypedAccount& typed);
-  void writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed);
+                                                         const data::Account& account);
+  /// Writes the relation; what that takes from the account leaves the screen.
+  void giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way);
+  void writeDescendants(data::DtEn& gateway, const data::Account& account);
   void refresh(const Progress& progress);
   void recover(const Progress& progress, const std::exception& failure);
   /// Puts a new account that is written already under edit: another insert would be refused for its code.

@@ -61,8 +61,7 @@ class AccountRecord {
   void applyFormMode();
 
  private:
-  struct Stored;
-  void fill(const Stored& account);
+  void fill(const data::Account& account, const std::function<void()>& showClass);
   void blankForNewAccount();
   void beginRecord(std::int32_t accountID);
   void tellShown();

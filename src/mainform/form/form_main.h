@@ -6,7 +6,6 @@
 #include "accounts/account_deletion.h"
 #include "accounts/account_saving.h"
 #include "accounts/field_rules.h"
-#include "coding/proposal/code_proposal.h"
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
 #include "mainform/form/commands.h"
@@ -36,9 +35,7 @@ class FormMain : public MainScreen {
   [[nodiscard]] const std::string& loadedFrom() const { return loadedFrom_; }
   /// The own part that is proposed for the code of a new account below a parent, -1 for the top; see
   /// coding::CodeProposal.
-  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) {
-    return proposal_.getNewAccountCode(parentID);
-  }
+  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) { return rules_.proposedCode(parentID); }
 
  protected:
   /// Nothing of it fails: what can't be ended is left alone.
@@ -51,7 +48,6 @@ class FormMain : public MainScreen {
   void showEntityFields();
 
   shell::Shell& shell_;
-  coding::CodeProposal proposal_;
   accounts::FieldRules rules_;
   AccountRecord record_;
   AccountTree tree_;

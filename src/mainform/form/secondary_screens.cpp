@@ -3,7 +3,6 @@
 #include "batch/account_batch.h"
 #include "batch/hand_over.h"
 #include "coding/recoding/auto_codding.h"
-#include "data/numbers.h"
 #include "entities/rel_classes.h"
 
 namespace ledgertree::mainform {
@@ -35,14 +34,14 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
 /// The ID outlives its account: on a blank record nobody sees an account chosen.
 std::int32_t SecondaryScreens::accountToWorkOn() const {
   const bool blank = screen_.formMode == FormMode::ModeView && screen_.AccountOnRecord < 1;
-  return blank ? -1 : data::toNumber(screen_.txtID.text()).asInt32();
+  return blank ? -1 : screen_.accountID();
 }
 
 /// Whatever was done there, and even if nothing was, the tree shows what is stored.
 void SecondaryScreens::recode() {
   if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
-  screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  screen_.sltAccount.setAccountID(screen_.accountID());
   // The ID outlives its account behind a deletion: nothing is on the screen then.
   if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();

@@ -2,9 +2,10 @@
 // should be.
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
-#include <atomic>
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -49,6 +50,43 @@ class FileFaults : public ::testing::Test {
 
   testing::TemporaryFolder folder;
 };
+
+/// A function that a program gives each of its connections, and how often it was called.
+int planted = 0;
+void plant(sqlite3_context* context, int, sqlite3_value**) { sqlite3_result_int(context, ++planted); }
+int addPlant(sqlite3* database, char**, const sqlite3_api_routines*) {
+  return sqlite3_create_function(database, "plant", 0, SQLITE_UTF8, nullptr, &plant, nullptr, nullptr);
+}
+
+TEST(FileFromElsewhere, CallsNothingThatItShouldnt) {
+  const auto entry = reinterpret_cast<void (*)()>(&addPlant);
+  ASSERT_EQ(sqlite3_auto_extension(entry), SQLITE_OK);
+  testing::TemporaryDatabase database;
+  database.fillWithDemoChart();
+  database.execute("create virtual table tblWords using fts5(Word); insert into tblWords values ('a')");
+  const std::string before = database.rows("select * from tblAccount order by ID");
+  const auto told = [&](const std::string& made, const std::string& statement) {
+    database.execute("create " + made);
+    const data::DataError failure =
+        failureOf([&] { EmbeddedConnection(database.file().string()).run(statement); });
+    database.execute("drop " + made.substr(0, made.find(' ', made.find(' ') + 1)));
+    const std::string message = failure.what();
+    return message.substr(std::min(message.find('('), message.size()));
+  };
+  const std::string read = "Select ID From vwPlanted";
+  EXPECT_EQ(told("view vwPlanted as select plant() as ID", read), "(unsafe use of plant())");
+  EXPECT_EQ(told("view vwPlanted as select seq as ID from pragma_database_list", read),
+            "(unsafe use of virtual table \"pragma_database_list\")");
+  EXPECT_EQ(told("view vwPlanted as select length(zeroblob(900000000)) as ID", read),
+            "(string or blob too big)");
+  const std::string trigger = "trigger trPlanted after update of Title on tblAccount begin ";
+  EXPECT_EQ(told(trigger + "select plant(); end", renamed(13, "x")), "(unsafe use of plant())");
+  EXPECT_EQ(told(trigger + "update tblWords_data set block = x'00'; end", renamed(13, "x")),
+            "(table tblWords_data may not be modified)");
+  EXPECT_EQ(planted, 0);
+  EXPECT_EQ(database.rows("select * from tblAccount order by ID"), before);
+  sqlite3_cancel_auto_extension(entry);
+}
 
 TEST_F(FileFaults, AFileThatIsntThereIsMadeAndAnythingElseIsToldApart) {
   const std::filesystem::path& root = folder.path();
@@ -214,29 +252,26 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
 }
 
 TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
-  const std::string file = (folder.path() / "books.db").string();
-  std::atomic<int> failures{0};
-  std::vector<std::thread> programs;
-  programs.reserve(4);
-  for (int program = 0; program < 4; ++program) {
-    programs.emplace_back([&file, &failures, program] {
-      try {
-        EmbeddedConnection connection(file);
-        for (int round = 0; round < 50; ++round) {
-          const std::string code = std::to_string(program) + "-" + std::to_string(round);
-          connection.run("Insert into tblAccount (Code, Title) values ('" + code + "', 'a')");
-          connection.run("Update tblAccount Set Title='b' Where Code='" + code + "'");
-          connection.run(kCount);
-        }
-      } catch (const std::exception& error) {
-        ADD_FAILURE() << error.what();
-        ++failures;
-      }
-    });
+  for (int round = 0; round < 10; ++round) {
+    const std::string file = (folder.path() / ("books" + std::to_string(round) + ".db")).string();
+    std::vector<std::thread> programs;
+    for (int program = 0; program < 4; ++program) {
+      programs.emplace_back([&file, program] {
+        EXPECT_NO_THROW({
+          EmbeddedConnection connection(file);
+          for (int account = 0; account < 5; ++account) {
+            const std::string code = std::to_string(program) + "-" + std::to_string(account);
+            connection.run("Insert into tblAccount (Code, Title) values ('" + code + "', 'a')");
+            connection.run("Update tblAccount Set Title='b' Where Code='" + code + "'");
+            connection.run(kCount);
+          }
+        });
+      });
+    }
+    for (std::thread& program : programs) program.join();
+    EmbeddedConnection connection(file);
+    EXPECT_EQ(number(connection, kCount + " where Title='b'"), 20);
   }
-  for (std::thread& program : programs) program.join();
-  EmbeddedConnection connection(file);
-  EXPECT_EQ(number(connection, kCount + " where Title='b'"), 200);
 }
 
 TEST_F(Commands, RowsFollowTheSchema) {
