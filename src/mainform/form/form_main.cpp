@@ -4,7 +4,6 @@
 #include <initializer_list>
 
 #include "mainform/form_mode.h"
-#include "ui/desktop.h"
 
 namespace ledgertree::mainform {
 
