@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "ui/control_visitor.h"
 
@@ -19,8 +20,6 @@ void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size
 NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   if (parent != kNoNode && !has(parent))
     throw std::out_of_range("the tree " + name() + " has no such parent");
-  if (!key.empty() && keys_.contains(key))
-    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
   NodeId node = 0;
   if (free_.empty()) {
     node = static_cast<NodeId>(nodes_.size());
@@ -31,6 +30,11 @@ NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   }
   Node& made = nodes_[node];
   made.key = std::move(key);
+  if (!made.key.empty() && !keys_.try_emplace(made.key, node).second) {
+    free_.push_back(node);
+    throw std::invalid_argument("the tree " + name() + " has a node " + std::exchange(made.key, {}) +
+                                " already");
+  }
   made.text = std::move(text);
   made.parent = parent;
   made.image = image;
@@ -38,7 +42,6 @@ NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   auto& places = siblings(parent);
   made.place = places.size();
   places.push_back(node);
-  if (!made.key.empty()) keys_.emplace(made.key, node);
   ++count_;
   tellAdded(parent, made.place);
   return node;
