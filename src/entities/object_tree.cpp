@@ -80,8 +80,9 @@ void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, st
       failure = std::current_exception();
     }
     addPlaceholders();
+    tickStored();
   }
-  tickStored();
+  stored_.clear();
   tree_.setExpanded(root(), true);
   openAboveStored();
   filled_ = true;
@@ -91,12 +92,17 @@ void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, st
 void ObjectTree::fillObjectChildren(ui::NodeId node, shell::WorkProgress& progress) {
   const ui::NodeId placeholder = placeholderOf(node);
   if (placeholder == ui::kNoNode) return;
-  const bool complete = readChildren(node, progress);
+  bool complete = false;
+  {
+    const ui::Tree::Batch batch(tree_);
+    complete = readChildren(node, progress);
+    tickStored();
+  }
   tree_.remove(placeholder);
   if (complete) unread_.erase(std::find(unread_.begin(), unread_.end(), node));
   addPlaceholders();
   for (const ui::NodeId shown : stored_) tree_.ensureVisible(shown);
-  tickStored();
+  stored_.clear();
 }
 
 bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) {
@@ -169,10 +175,9 @@ ui::NodeId ObjectTree::placeholderOf(ui::NodeId node) const {
   return children.empty() || !tree_.key(children.back()).empty() ? ui::kNoNode : children.back();
 }
 
-/// Once the screen knows the nodes, it is told which of them are ticked.
+/// Ahead of the end of a batch: nodes that the screen isn't told of yet come ticked, without a change each.
 void ObjectTree::tickStored() {
   for (const ui::NodeId node : stored_) tree_.setChecked(node, true);
-  stored_.clear();
 }
 
 /// Stored nodes open what is above them. A node is closed again once its own children are read, and what is

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QListWidget>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -198,6 +199,8 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
   const QPointer<GuideWindow> guide = GuideWindow::standing();
   ASSERT_FALSE(guide.isNull());
+  EXPECT_EQ(guide->findChild<QListWidget*>()->currentItem()->text().trimmed().toStdString(),
+            "درخت حساب‌ها");
   inFront([&] { form->cmdCopyPeriod.click(); },
           [&](QWidget&) {
             ASSERT_FALSE(guide.isNull());

@@ -56,10 +56,39 @@ class TreeScreen : public Screen {
   QTreeView* view = nullptr;
 };
 
+/// Where something is painted in a part of a picture.
+QRect ink(const QImage& picture, const QRect& part) {
+  QRegion found;
+  for (int y = part.top(); y <= part.bottom(); ++y)
+    for (int x = part.left(); x <= part.right(); ++x)
+      if (picture.pixel(x, y) != picture.pixel(0, 0)) found += QRect(x, y, 1, 1);
+  return found.boundingRect();
+}
+
+TEST(TreeView, MarksPointToTheLeftOrDownAndStandWhereSomethingIsBelow) {
+  TreeScreen screen;
+  auto& tree = screen.form->tree;
+  tree.remove(tree.children(tree.find("r.3")).front());
+  const auto mark = [&](const char* key) {
+    return screen.view->viewport()->grab(QRect(screen.mark(key) - QPoint(7, 7), QSize(15, 15))).toImage();
+  };
+  EXPECT_TRUE(ink(mark("r.3"), {0, 0, 15, 15}).isEmpty());
+  const QImage closed = mark("r.1");
+  const QRect whole = ink(closed, {0, 0, 15, 15});
+  ASSERT_GT(whole.width(), 2);
+  const QRect tip(whole.left(), 0, 1, 15);
+  const QRect end(whole.right(), 0, 1, 15);
+  EXPECT_LT(ink(closed, tip).height(), ink(closed, end).height()) << "it points to the left";
+  screen.mouse(screen.mark("r.1"));
+  const QRect open = ink(mark("r.1"), {0, 0, 15, 15});
+  EXPECT_GT(open.width(), open.height());
+}
+
 TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   TreeScreen screen;
   auto& tree = screen.form->tree;
   EXPECT_EQ(screen.seen(tree), "r r.1 r.2 r.3");
+  EXPECT_EQ(screen.view->iconSize(), QSize(16, 16));
   EXPECT_GT(screen.mark("r.1").x(), screen.view->width() * 3 / 4) << "the tree grows from the right";
   screen.mouse(screen.mark("r.2"));
   EXPECT_EQ(screen.seen(tree), "r r.1 r.2 r.2.1 r.2.2 r.2.3 r.3");
