@@ -4,6 +4,7 @@
 #include <string>
 
 #include "accounts/typed_account.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::accounts {
 
@@ -27,6 +28,7 @@ void AccountDeletion::deleteShownAccount() {
   // The account that the question is about, whatever the host puts on the screen while it is up.
   const std::int32_t account = accountOnScreen(screen_);
   if (!shell_.permits(data::Permission::DeleteAccount)) return;
+  if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
   try {
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));

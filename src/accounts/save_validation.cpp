@@ -2,6 +2,7 @@
 
 #include "accounts/typed_account.h"
 #include "data/numbers.h"
+#include "shell/lookup/all_chosen.h"
 #include "text/characters.h"
 
 namespace ledgertree::accounts {
@@ -31,6 +32,9 @@ std::int16_t selected(const shell::Selector& selector, std::int16_t none) {
 
 SaveWay SaveValidation::check() {
   if (!hasRequiredFields()) return SaveWay::Refused;
+  if (!shell::allChosen(shell_, {&screen_.sltParent, &screen_.sltGroup, &screen_.sltBranch,
+                                 &screen_.sltPosition, &screen_.sltEntityType, &screen_.sltEntity}))
+    return SaveWay::Refused;
   const bool edit = screen_.formMode == FormMode::ModeEdit;
   if (edit && !screen_.settings.EditCodeAllowed && !mayHaveThisCode()) return SaveWay::Refused;
   copySelectors();

@@ -68,10 +68,24 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   EXPECT_EQ(field.text(), "1");
   EXPECT_EQ(field.heldId(), 52);
 
-  // Leaving gives up what was typed; Delete on a row held empties the field.
+  // What could mean several stays and stands out, for whoever hears the screen too; Escape gives it up.
+  const QColor plain = screen.line->palette().color(QPalette::Base);
   screen.form->txtCode.focus();
   EXPECT_FALSE(screen.list->isVisible());
-  EXPECT_EQ(screen.line->text(), QString::fromUtf8("حساب 52"));
+  EXPECT_EQ(screen.line->text(), QStringLiteral("1"));
+  EXPECT_NE(screen.line->palette().color(QPalette::Base), plain);
+  EXPECT_EQ(screen.line->accessibleDescription(), QString::fromUtf8("انتخاب نشده است"));
+  field.focus();
+  screen.press(field, Qt::Key_Escape);
+  EXPECT_EQ(screen.line->text() + screen.line->accessibleDescription(), QString::fromUtf8("حساب 52"));
+  EXPECT_EQ(screen.line->palette().color(QPalette::Base), plain);
+
+  // Tab picks the only hit while the focus is still here; Delete on a row held empties the field.
+  field.onPicked = [&] { EXPECT_TRUE(screen.line->hasFocus()); };
+  screen.type(field, "1053");
+  screen.press(field, Qt::Key_Tab);
+  EXPECT_FALSE(screen.line->hasFocus());
+  EXPECT_EQ(field.heldId(), 53);
   field.focus();
   screen.press(field, Qt::Key_Delete);
   EXPECT_EQ(field.heldId(), -1);

@@ -16,7 +16,8 @@ class LookupFieldStory : public FormStory {
 
   [[nodiscard]] std::string seen() const {
     std::string text = std::to_string(field.id()) + ":";
-    if (field.typing() || !field.text().empty()) text += " " + field.text() + (field.typing() ? "_" : "");
+    if (field.typing() || !field.text().empty()) text += " " + field.text();
+    text += field.unchosen() ? "!" : field.typing() ? "_" : "";
     if (!field.listOpen()) return text;
     text += " /";
     for (int row = 0; row < static_cast<int>(field.rows().size()); ++row) {
@@ -74,6 +75,7 @@ class LookupFieldStory : public FormStory {
       {"pick", [this](auto& rest) { field.pick(std::stoi(rest)); }},
       {"open", [this](auto&) { field.openList(); }},
       {"end", [this](auto&) { field.reachedEnd(); }},
+      {"means", [this](auto& rest) { field.one = rowOf(rest); }},
       {"leave", [this](auto&) { field.leave(); }},
       {"closer", [this](auto&) { field.lookCloser(); }},
       {"detail", [this](auto& rest) { field.setDetail(rest); }},
