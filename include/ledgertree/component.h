@@ -7,8 +7,9 @@
  * A plug-in is looked for when a component isn't known, under the name in front of the component's point
  * ("SheetKit" for "SheetKit.SheetWriter"): libSheetKit.so or SheetKit.so (SheetKit.dll on Windows) in the
  * folder "System" below the base path that the database names, then in "ledgertree/components" beside the
- * library or the folder that the host named by ledgertree::useComponentFolder. It is loaded once and stays
- * until the process ends.
+ * library or the folder that the host named by ledgertree::useComponentFolder. One that refuses, or where
+ * others than the administrator and the person may write (see component_folder.h), is passed over. It is
+ * loaded once and stays until the process ends.
  *
  * Everything is called on the user-interface thread. No exception may leave a function of the plug-in, and
  * none comes out of the registry. Texts are UTF-8. The header is C, so that a plug-in may be built by any
@@ -83,7 +84,8 @@ struct LedgerTreeRegistry {
 #define LEDGERTREE_EXPORT __attribute__((visibility("default")))
 #endif
 
-/* The function that a plug-in exports. Returns 0 where it registers nothing. */
+/* The function that a plug-in exports. Returns 0 where it refuses: what it has made known doesn't count then.
+ */
 LEDGERTREE_EXPORT int32_t ledgertree_register_components(const struct LedgerTreeRegistry* registry);
 
 #ifdef __cplusplus

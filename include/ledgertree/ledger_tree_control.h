@@ -17,6 +17,12 @@ class ControlSession;
 using PropertyValue = std::variant<std::int16_t, std::int32_t, double, bool, std::string>;
 
 /// The name-value store in which a host's container keeps the properties of a control between two runs.
+///
+/// It may keep a value in another kind than it was given, as a file of settings keeps all of them as text:
+/// LedgerTreeControl::ReadProperties takes for a 16-bit number any number that fits, rounded, a flag (true is
+/// -1) and a text that is nothing but a whole number ("7"); for a flag any number (0 is false) and the texts
+/// "True", "true", "False", "false" or of a whole number; for a text only a text. DataSource and UserName
+/// stay of the kind that the store gives.
 class LEDGERTREE_API PropertyStore {
  public:
   virtual ~PropertyStore() = default;
@@ -86,7 +92,8 @@ class LEDGERTREE_API LedgerTreeControl {
   // The container.
   /// Sets the defaults on a new control.
   void InitProperties();
-  /// Reads and writes all nine properties under their own names.
+  /// Reads and writes all nine properties under their own names. Reading throws std::runtime_error with the
+  /// name of a property whose value can't be taken (see PropertyStore); all of them are as they were then.
   void ReadProperties(PropertyStore& store);
   void WriteProperties(PropertyStore& store) const;
   /// Told the name of a property after each setter has stored its value.

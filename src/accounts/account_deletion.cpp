@@ -3,7 +3,6 @@
 #include <exception>
 #include <string>
 
-#include "accounts/typed_account.h"
 #include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::accounts {
@@ -26,7 +25,7 @@ AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& she
 void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
   // The account that the question is about, whatever the host puts on the screen while it is up.
-  const std::int32_t account = accountOnScreen(screen_);
+  const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount)) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;

@@ -5,10 +5,14 @@
 #include <utility>
 
 #include "accounts/relation_cases.h"
-#include "data/catalogue.h"
 #include "data/data_error.h"
+#include "data/numbers.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::accounts {
+
+using data::AccountCall;
+using mainform::FormMode;
 
 namespace {
 
@@ -18,6 +22,12 @@ constexpr std::string_view kNothingWritten = "چيزي ثبت نشد. پس از 
 constexpr std::string_view kUnclear =
     "اگر ارتباط در ميان ثبت قطع شده باشد، معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت "
     "حسابها را ببينيد.";
+constexpr std::string_view kUnanswered =
+    "معلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
+constexpr std::string_view kFound =
+    "حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه آن با گروه، "
+    "نوع "
+    "موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
 constexpr std::string_view kWithoutRelation =
     "خود حساب ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت کامل ثبت نشد و وضعيت زيرشاخه هاي "
     "آن تغيير نکرد. پس از رفع اشکال دوباره ثبت کنيد.";
@@ -47,12 +57,7 @@ void AccountSaving::save() {
 /// Puts the form where the next save can do the rest.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
-  if (rowIsWritten && progress.way == SaveWay::NewAccount) {
-    // Another insert would be refused for the code that exists now.
-    screen_.txtID.setText(std::to_string(progress.account));
-    screen_.formMode = mainform::FormMode::ModeEdit;
-    record_.applyFormMode();
-  }
+  if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
   if (progress.written == Written::Everything) {
     try {
       record_.showAccount(progress.account);
@@ -62,6 +67,38 @@ void AccountSaving::recover(const Progress& progress, const std::exception& fail
   }
   shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
                                                      std::string(outcome(progress.written, failure)));
+  const bool isNew = progress.way == SaveWay::NewAccount;
+  if (isNew && progress.written == Written::Unclear && UnansweredSave::mayBeDone(failure))
+    lookForAccount(progress.sent);
+}
+
+void AccountSaving::goOnAsEdit(std::int32_t account) {
+  screen_.txtID.setText(std::to_string(account));
+  screen_.formMode = FormMode::ModeEdit;
+  record_.applyFormMode();
+}
+
+bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
+  const auto account = unanswered_.find(gateway);
+  unanswered_.forget();
+  if (!account) return false;
+  goOnAsEdit(*account);
+  shell_.showErrorNotice(shell::kTitleSaveError, kFound);
+  return true;
+}
+
+void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
+  unanswered_.remember(sent);
+  // The host may have shown another account while the notice was up.
+  const bool stillThere = screen_.formMode == FormMode::ModeNew &&
+                          readTypedAccount(screen_, AccountCall::Insert).account.code == sent.code;
+  if (!stillThere) return;
+  try {
+    const shell::Hourglass hourglass(screen_.desktop());
+    if (!foundAfterAll(*shell_.dtEn())) unanswered_.remember(sent);
+  } catch (const std::exception&) {
+    // The connection isn't there yet, and the person knows of the doubt. The next save looks again.
+  }
 }
 
 std::string_view AccountSaving::outcome(Written written, const std::exception& failure) {
@@ -69,9 +106,9 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
     case Written::Nothing:
       break;
     case Written::Unclear: {
+      if (!UnansweredSave::mayBeDone(failure)) return kNothingWritten;
       const auto* error = dynamic_cast<const data::DataError*>(&failure);
-      const bool connectionBroke = error != nullptr && error->reason() == data::DataError::Reason::Connection;
-      return connectionBroke ? kUnclear : kNothingWritten;
+      return error->reason() == data::DataError::Reason::Connection ? kUnclear : kUnanswered;
     }
     case Written::Account:
       return kWithoutRelation;
@@ -85,39 +122,71 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
 
 void AccountSaving::run(Progress& progress) {
   const auto gateway = shell_.dtEn();
-  SaveValidation validation(screen_, shell_, *gateway);
-  progress.way = validation.check();
+  const bool isNew = screen_.formMode == FormMode::ModeNew;
+  // Read once: the host may show another account while a notice is up.
+  const TypedAccount typed = readTypedAccount(screen_, isNew ? AccountCall::Insert : AccountCall::Update);
+  data::Account account = typed.account;
+
+  SaveValidation validation(shell_, *gateway);
+  progress.way = check(validation, typed);
   if (progress.way == SaveWay::Refused) return;
   if (progress.way == SaveWay::RefusedParent) return screen_.cmdNew.focus();
 
-  const bool isNew = progress.way == SaveWay::NewAccount;
-  const auto typed = readTypedAccount(
-      screen_, shell_,
-      isNew ? data::procedures::spAccountInsertAccount : data::procedures::spAccountUpdateAccounts);
-  if (!typed || !mayDropLostClass(progress.way)) return;
-  // Read ahead of the notices of the relation: the host may show another account while one is up.
-  const bool closed = screen_.OptClose.value();
+  if (!mayDropLostClass(account, progress.way)) return;
 
+  progress.sent = {.code = account.code, .title = account.title, .parentID = account.parentID};
+  if (isNew && unanswered_.isAbout(account.code, account.title) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
-  const auto account = writeAccount(*gateway, progress.way, *typed);
-  if (!account) return screen_.cmdNew.focus();
-  progress.account = *account;
+  const auto written = writeAccount(*gateway, progress.way, account);
+  if (!written) return screen_.cmdNew.focus();
+  progress.account = account.id = *written;
   progress.written = Written::Account;
-  writeRelation(screen_, shell_, *gateway, *account, progress.way);
+  giveRelation(*gateway, account, progress.way);
   progress.written = Written::Relation;
-  if (!isNew) writeDescendants(*gateway, *account, closed);
+  if (!isNew) writeDescendants(*gateway, account);
   progress.written = Written::Everything;
   refresh(progress);
   screen_.cmdNew.focus();
 }
 
-bool AccountSaving::mayDropLostClass(SaveWay way) {
-  const std::string_view lost = lostWithClass(screen_, way);
+SaveWay AccountSaving::check(SaveValidation& validation, const TypedAccount& typed) {
+  const data::Account& account = typed.account;
+  if (const auto missing = missingField(typed)) return refuse(shell::kTitleProblem, *missing);
+  if (!shell::allChosen(shell_, {&screen_.sltParent, &screen_.sltGroup, &screen_.sltBranch,
+                                 &screen_.sltPosition, &screen_.sltEntityType, &screen_.sltEntity}))
+    return SaveWay::Refused;
+  const bool edit = screen_.formMode == FormMode::ModeEdit;
+  if (edit && !screen_.settings.EditCodeAllowed && !validation.mayHaveThisCode(account))
+    return SaveWay::Refused;
+  keepPicked(account);
+  if (!edit && screen_.formMode != FormMode::ModeNew) return SaveWay::Refused;
+  if (!edit) screen_.LastNewParentID = account.parentID;
+  const SaveWay way = edit ? validation.checkParent(account, screen_.LastNewParentID) : SaveWay::NewAccount;
+  if (way == SaveWay::RefusedParent || !typed.fault) return way;
+  return refuse(shell::kTitleSaveError, *typed.fault);
+}
+
+SaveWay AccountSaving::refuse(std::string_view title, const FieldFault& fault) {
+  shell_.showErrorNotice(title, fault.message);
+  focusField(screen_, fault.member);
+  return SaveWay::Refused;
+}
+
+void AccountSaving::keepPicked(const data::Account& account) {
+  screen_.BranchValue = data::toInt16(account.branchID);
+  screen_.PositionValue = data::toInt16(account.positionID);
+  screen_.GroupValue = data::toInt16(account.groupID);
+  screen_.EntityTypeValue = data::toInt16(account.relation->classID);
+}
+
+bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) {
+  if (!screen_.ClassIsGone) return true;
+  const std::string_view lost = lostWithClass(account, way, screen_.settings);
   if (lost.empty()) return true;
-  const auto shown = [this] { return std::pair(screen_.formMode, accountOnScreen(screen_)); };
+  const auto shown = [this] { return std::pair(screen_.formMode, screen_.accountID()); };
   const auto before = shown();
   const auto answer =
-      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(screen_.EntityTypeValue) +
+      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
                                               " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
                                               " اين حساب از ميان ميرود. آيا ثبت شود؟");
   // The host may have put another account on the screen meanwhile.
@@ -127,53 +196,39 @@ bool AccountSaving::mayDropLostClass(SaveWay way) {
 }
 
 std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,
-                                                        const TypedAccount& typed) {
+                                                        const data::Account& account) {
   const bool isNew = way == SaveWay::NewAccount;
-  const std::int32_t onScreen = isNew ? -1 : accountOnScreen(screen_);
   const std::int32_t result =
-      isNew ? gateway.spAccountInsertAccount({.createDate = screen_.datCreate.englishdate(),
-                                              .farsiCreateDate = screen_.datCreate.farsidate(),
-                                              .accountGroupID = screen_.GroupValue,
-                                              .isPermanent = screen_.PermanentValue,
-                                              .accountNatureID = screen_.NatureValue,
-                                              .parentID = screen_.LastNewParentID,
-                                              .title = typed.title,
-                                              .code = typed.code,
-                                              .isClosed = screen_.ClosedValue,
-                                              .contractID = screen_.BranchValue,
-                                              .positionID = screen_.PositionValue,
-                                              .notes = typed.notes,
-                                              .maxDebit = typed.maxDebit,
-                                              .maxCredit = typed.maxCredit})
-            : gateway.spAccountUpdateAccounts({.id = onScreen,
-                                               .parentID = screen_.sltParent.AccountID(),
-                                               .accountGroupID = screen_.GroupValue,
-                                               .isPermanent = screen_.PermanentValue,
-                                               .accountNatureID = screen_.NatureValue,
-                                               .title = typed.title,
-                                               .code = typed.code,
-                                               .isClosed = screen_.ClosedValue,
-                                               .contractID = screen_.BranchValue,
-                                               .positionID = screen_.PositionValue,
-                                               .notes = typed.notes,
-                                               .maxDebit = typed.maxDebit,
-                                               .maxCredit = typed.maxCredit});
+      isNew ? gateway.spAccountInsertAccount(account) : gateway.spAccountUpdateAccounts(account);
   const bool refused = isNew ? result < 1 : result == 0;
-  if (refused) {
-    shell_.showErrorNotice(shell::kTitleSaveError, kCodeExists);
-    return std::nullopt;
+  if (!refused) return isNew ? result : account.id;
+  shell_.showErrorNotice(shell::kTitleSaveError, kCodeExists);
+  return std::nullopt;
+}
+
+void AccountSaving::giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way) {
+  const RelationOutcome outcome = writeRelation(gateway, account, way, screen_.settings);
+  if (outcome.reset != Reset::None) {
+    screen_.sltGroup.Clear();
+    screen_.GroupValue = -1;
   }
-  return isNew ? result : onScreen;
+  if (outcome.reset == Reset::GroupAndEntity) {
+    screen_.sltEntityType.Clear();
+    screen_.EntityTypeValue = -1;
+    screen_.sltEntity.Clear();
+    screen_.sltEntity.setIsActive(false);
+  }
+  if (!outcome.message.empty()) shell_.showErrorNotice(shell::kTitleSaveError, outcome.message);
 }
 
 /// What is below an account is open or closed as it is, at any depth.
-void AccountSaving::writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed) {
-  const std::string_view statement = closed
+void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& account) {
+  const std::string_view statement = account.isClosed == 1
                                          ? "Update tblAccount Set IsClosed = 1  Where ID in (Select ChildID "
                                            "From tblAccountParent Where ID = "
                                          : "Update tblAccount Set IsClosed = 0  Where ID in (Select ChildID "
                                            "From tblAccountParent Where ID = ";
-  gateway.cnMainData.Execute(std::string(statement) + std::to_string(account) + ")");
+  gateway.cnMainData.Execute(std::string(statement) + std::to_string(account.id) + ")");
 }
 
 void AccountSaving::refresh(const Progress& progress) {

@@ -7,6 +7,7 @@
 
 #include "accounts/save_validation.h"
 #include "accounts/typed_account.h"
+#include "accounts/unanswered_save.h"
 #include "data/dten.h"
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
@@ -20,7 +21,8 @@ namespace ledgertree::accounts {
 ///
 /// A save is several statements, each final when it ends. Where one fails, a notice tells what was written
 /// and what wasn't, and the form stands so that another save does the rest: a new account whose row is
-/// written already is under edit from then on.
+/// written already is under edit from then on. Where the database didn't answer, the screen looks for the new
+/// account itself, behind the notice, and again ahead of the next save of it.
 class AccountSaving {
  public:
   AccountSaving(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
@@ -33,7 +35,7 @@ class AccountSaving {
   /// How far a save came.
   enum class Written {
     Nothing,
-    Unclear,  ///< the account's row is being written: not done, unless the connection broke on the way back
+    Unclear,  ///< the account's row is being written: not done, unless the failure leaves it open
     Account,
     Relation,
     Everything
@@ -42,17 +44,34 @@ class AccountSaving {
     Written written = Written::Nothing;
     SaveWay way = SaveWay::Refused;
     std::int32_t account = -1;
+    UnansweredSave::Sent sent;  ///< of a new account, ahead of its write
   };
 
   void run(Progress& progress);
+  /// The checks ahead of the first write, in their order. A refusal is told, and leaves the form in its mode
+  /// with everything that was typed. On the way it keeps what was picked in BranchValue, PositionValue,
+  /// GroupValue and EntityTypeValue of the screen, and the parent of a new account in LastNewParentID. Throws
+  /// data::DataError, and std::range_error for a picked ID past 16 bits.
+  [[nodiscard]] SaveWay check(SaveValidation& validation, const TypedAccount& typed);
+  /// Tells what is wrong with a field, and leads the person there.
+  [[nodiscard]] SaveWay refuse(std::string_view title, const FieldFault& fault);
+  void keepPicked(const data::Account& account);
   /// Asks the person where the class of the account is gone and the save would take something with it.
-  [[nodiscard]] bool mayDropLostClass(SaveWay way);
+  [[nodiscard]] bool mayDropLostClass(const data::Account& account, SaveWay way);
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
-                                                         const TypedAccount& typed);
-  void writeDescendants(data::DtEn& gateway, std::int32_t account, bool closed);
+                                                         const data::Account& account);
+  /// Writes the relation; what that takes from the account leaves the screen.
+  void giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way);
+  void writeDescendants(data::DtEn& gateway, const data::Account& account);
   void refresh(const Progress& progress);
   void recover(const Progress& progress, const std::exception& failure);
+  /// Puts a new account that is written already under edit: another insert would be refused for its code.
+  void goOnAsEdit(std::int32_t account);
+  /// Whether the account in doubt is there. It is under edit then, and the person knows.
+  [[nodiscard]] bool foundAfterAll(data::DtEn& gateway);
+  /// Behind the notice of a save without an answer.
+  void lookForAccount(const UnansweredSave::Sent& sent);
   /// What the person is told of a save that failed there.
   [[nodiscard]] static std::string_view outcome(Written written, const std::exception& failure);
 
@@ -60,6 +79,7 @@ class AccountSaving {
   shell::Shell& shell_;
   mainform::AccountRecord& record_;
   mainform::AccountTree& tree_;
+  UnansweredSave unanswered_;
 };
 
 }  // namespace ledgertree::accounts

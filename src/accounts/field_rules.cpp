@@ -4,14 +4,13 @@
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"
-#include "coding/proposal/code_proposal.h"
 
 namespace ledgertree::accounts {
 
 using mainform::FormMode;
 
-FieldRules::FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal)
-    : screen_(screen), shell_(shell), proposal_(proposal) {
+FieldRules::FieldRules(mainform::MainScreen& screen, shell::Shell& shell)
+    : screen_(screen), shell_(shell), proposal_(shell) {
   wireRadios();
   wireSelectors();
   wireKeys();
@@ -42,11 +41,11 @@ void FieldRules::wireKeys() {
 
 /// These fields are typed in Persian; nobody has to switch the layout by hand.
 void FieldRules::wireLayout() {
-  for (ui::Control* field : std::initializer_list<ui::Control*>{
-           &screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes, &screen_.txtMaxDebit,
-           &screen_.txtMaxCredit, &screen_.sltParent, &screen_.sltGroup}) {
-    field->onGotFocus = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
-  }
+  const auto choose = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  for (const mainform::TypedField& field : mainform::typedFields())
+    (screen_.*field.control).onGotFocus = choose;
+  screen_.sltParent.onGotFocus = choose;
+  screen_.sltGroup.onGotFocus = choose;
 }
 
 void FieldRules::letPass(ui::KeyPress& key, char32_t first) {
@@ -89,9 +88,13 @@ void FieldRules::inherit(std::int32_t parentID) {
   screen_.chooseNature(row->Fields("AccountNatureID").toInt64());
 }
 
-void FieldRules::proposeCode() {
-  screen_.txtCode.setText(proposal_.getNewAccountCode(screen_.sltParent.AccountID()));
+std::string FieldRules::proposedCode(std::int32_t parentID) {
+  return proposal_.getNewAccountCode(parentID, {.codingMode = screen_.settings.CodingMode,
+                                                .motherCode = screen_.txtMotherCode.text(),
+                                                .title = screen_.txtTitle.text()});
 }
+
+void FieldRules::proposeCode() { screen_.txtCode.setText(proposedCode(screen_.sltParent.AccountID())); }
 
 void FieldRules::classRule() {
   shell::Selector& entity = screen_.sltEntity;

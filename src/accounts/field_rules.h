@@ -4,12 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "coding/proposal/code_proposal.h"
 #include "mainform/main_screen.h"
 #include "shell/shell.h"
-
-namespace ledgertree::coding {
-class CodeProposal;
-}
 
 namespace ledgertree::accounts {
 
@@ -19,7 +16,7 @@ namespace ledgertree::accounts {
 /// controls of the screen, and writes nothing to the database.
 class FieldRules {
  public:
-  FieldRules(mainform::MainScreen& screen, shell::Shell& shell, coding::CodeProposal& proposal);
+  FieldRules(mainform::MainScreen& screen, shell::Shell& shell);
 
   /// The picked parent brings its code, its type, its nature and a proposal; in ModeNew and ModeEdit alone.
   /// Reads tblAccount through rssqlBufferQuery. Throws data::DataError.
@@ -29,8 +26,9 @@ class FieldRules {
   /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be
   /// picked until a class is chosen again.
   void classRule();
-  /// Puts a proposal for the account of sltParent into txtCode.
-  void proposeCode();
+  /// The own part that is proposed for the code of an account below a parent, -1 for the top, by what
+  /// txtMotherCode and txtTitle hold at this moment; see coding::CodeProposal.
+  [[nodiscard]] std::string proposedCode(std::int32_t parentID);
 
  private:
   struct EntityClass {
@@ -43,6 +41,8 @@ class FieldRules {
   void wireSelectors();
   void wireKeys();
   void wireLayout();
+  /// Puts a proposal for the account of sltParent into txtCode.
+  void proposeCode();
   /// Type and nature of an account that has a row; the person may choose others afterwards.
   void inherit(std::int32_t parentID);
   /// Drops the keys that are neither backspace nor among the characters from `first` to 9.
@@ -51,7 +51,7 @@ class FieldRules {
 
   mainform::MainScreen& screen_;
   shell::Shell& shell_;
-  coding::CodeProposal& proposal_;
+  coding::CodeProposal proposal_;
   /// The key that is on its way up in a ceiling.
   bool afterBackspace_ = false;
 };

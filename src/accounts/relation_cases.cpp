@@ -19,9 +19,6 @@ enum Test {
   OtherPosition,  // the same, another account, and the same position
 };
 
-/// What an account loses that stands in another one's place.
-enum Reset { NoReset, ResetGroup, ResetEntity };
-
 /// Three endings of the notice that tells whose place it is.
 enum Message { NoMessage, A, B, C };
 
@@ -49,6 +46,9 @@ struct Row {
 
 constexpr auto NextRow = Cell::NextRow;
 constexpr auto JustReset = Cell::JustReset;
+constexpr auto NoReset = Reset::None;
+constexpr auto ResetGroup = Reset::Group;
+constexpr auto ResetEntity = Reset::GroupAndEntity;
 
 // clang-format off
 constexpr Row kRows[] = {
@@ -80,18 +80,18 @@ constexpr std::string_view endingOf(Message message) {
   return {};
 }
 
-bool holds(When when, const mainform::MainScreen& screen) {
+bool holds(When when, const data::Account& account, const data::SystemParameters& settings) {
   switch (when) {
     case SeveralEntities:
-      return screen.settings.MultiEntityMode;
+      return settings.MultiEntityMode;
     case NoGroup:
-      return screen.GroupValue <= 0;
+      return account.groupID <= 0;
     case NoClass:
-      return screen.EntityTypeValue <= 0;
+      return account.relation->classID <= 0;
     case NoObject:
-      return screen.sltEntity.IsEmpty();
+      return account.relation->objectID == -1;
     case PositionCounts:
-      return screen.settings.PositionInEntityTest == 1 && !screen.sltPosition.IsEmpty();
+      return settings.PositionInEntityTest == 1 && account.positionID != 0;
     case AllOthers:
       break;
   }
@@ -108,10 +108,10 @@ const Cell& cellOf(const Row& row, SaveWay way) {
   return way == SaveWay::GuardedEdit ? row.guardedEdit : row.plainEdit;
 }
 
-Choice choose(SaveWay way, const mainform::MainScreen& screen) {
+Choice choose(SaveWay way, const data::Account& account, const data::SystemParameters& settings) {
   for (const Row& row : kRows) {
     const Cell& cell = cellOf(row, way);
-    if (cell.kind != Cell::NextRow && holds(row.when, screen)) return {row.reset, cell};
+    if (cell.kind != Cell::NextRow && holds(row.when, account, settings)) return {row.reset, cell};
   }
   return {NoReset, Nothing};  // the last row holds always
 }
@@ -119,8 +119,7 @@ Choice choose(SaveWay way, const mainform::MainScreen& screen) {
 /// One account and the place that its record gives it.
 class Relation {
  public:
-  Relation(mainform::MainScreen& screen, data::DtEn& gateway, std::int32_t accountID)
-      : screen_(screen), gateway_(gateway), accountID_(accountID) {}
+  Relation(data::DtEn& gateway, const data::Account& account) : gateway_(gateway), account_(account) {}
 
   /// Who stands in the place, as the notice names them; empty for nobody.
   [[nodiscard]] std::string holder(Test test) const {
@@ -131,7 +130,7 @@ class Relation {
 
   void give(Write write) {
     if (write == Add) {
-      gateway_.spAccountInsertRelatedObject(accountID_, group(), entityClass(), object());
+      gateway_.spAccountInsertRelatedObject(account_.id, group(), entityClass(), object());
     }
     if (write == Delete) execute("Delete tblAccountRelatedObjects Where AccountID =" + id());
     if (write == DeleteAndInsert) execute("delete tblAccountRelatedObjects Where AccountID=" + id());
@@ -143,23 +142,14 @@ class Relation {
     }
   }
 
-  void takeAway(Reset reset) {
-    execute("Update tblAccount Set GroupID = null Where ID =" + id());
-    screen_.sltGroup.Clear();
-    screen_.GroupValue = -1;
-    if (reset != ResetEntity) return;
-    screen_.sltEntityType.Clear();
-    screen_.EntityTypeValue = -1;
-    screen_.sltEntity.Clear();
-    screen_.sltEntity.setIsActive(false);
-  }
+  void takeAwayGroup() { execute("Update tblAccount Set GroupID = null Where ID =" + id()); }
 
  private:
   static std::string text(std::int32_t number) { return std::to_string(number); }
-  [[nodiscard]] std::string id() const { return text(accountID_); }
-  [[nodiscard]] std::int32_t group() const { return screen_.GroupValue; }
-  [[nodiscard]] std::int32_t entityClass() const { return screen_.EntityTypeValue; }
-  [[nodiscard]] std::int32_t object() const { return screen_.sltEntity.SelectedID(); }
+  [[nodiscard]] std::string id() const { return text(account_.id); }
+  [[nodiscard]] std::int32_t group() const { return account_.groupID; }
+  [[nodiscard]] std::int32_t entityClass() const { return account_.relation->classID; }
+  [[nodiscard]] std::int32_t object() const { return account_.relation->objectID; }
   void execute(const std::string& statement) { gateway_.cnMainData.Execute(statement); }
 
   [[nodiscard]] std::string statementOf(Test test) const {
@@ -179,40 +169,44 @@ class Relation {
         return sameGroup + entity + " And AccountID <> " + id();
       case OtherPosition:
         return sameGroup + entity + " And AccountID <> " + id() +
-               " And PositionID = " + text(screen_.sltPosition.SelectedID());
+               " And PositionID = " + text(account_.positionID);
       case NoTest:
         break;
     }
     return {};
   }
 
-  mainform::MainScreen& screen_;
   data::DtEn& gateway_;
-  std::int32_t accountID_;
+  const data::Account& account_;
 };
 
 }  // namespace
 
-std::string_view lostWithClass(const mainform::MainScreen& screen, SaveWay way) {
-  if (!screen.ClassIsGone || screen.EntityTypeValue <= 0) return {};
-  const Cell cell = choose(way, screen).cell;
+std::string_view lostWithClass(const data::Account& account, SaveWay way,
+                               const data::SystemParameters& settings) {
+  if (account.relation->classID <= 0) return {};
+  const Cell cell = choose(way, account, settings).cell;
   if (cell.kind == Cell::JustWrite && cell.write == Delete) return "نوع موجوديت و موجوديت";
   if (cell.kind != Cell::JustReset) return {};
   if (way == SaveWay::NewAccount) return "گروه و نوع موجوديت";
-  return screen.GroupValue > 0 ? "گروه" : "";
+  return account.groupID > 0 ? "گروه" : "";
 }
 
-void writeRelation(mainform::MainScreen& screen, shell::Shell& shell, data::DtEn& gateway,
-                   std::int32_t accountID, SaveWay way) {
-  Relation relation(screen, gateway, accountID);
-  const auto [reset, cell] = choose(way, screen);
-  if (cell.kind == Cell::JustReset) return relation.takeAway(reset);
-  if (cell.kind == Cell::JustWrite) return relation.give(cell.write);
-  const std::string holder = relation.holder(cell.test);
-  if (holder.empty()) return relation.give(cell.write);
-  relation.takeAway(reset);
-  shell.showErrorNotice(shell::kTitleSaveError,
-                        std::string(kHolder) + holder + std::string(endingOf(cell.message)));
+RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account, SaveWay way,
+                              const data::SystemParameters& settings) {
+  Relation relation(gateway, account);
+  const auto [reset, cell] = choose(way, account, settings);
+  RelationOutcome outcome{.reset = reset, .message = {}};
+  if (cell.kind != Cell::JustReset) {
+    const std::string holder = cell.kind == Cell::WriteUnlessHit ? relation.holder(cell.test) : std::string();
+    if (holder.empty()) {
+      relation.give(cell.write);
+      return {};
+    }
+    outcome.message = std::string(kHolder) + holder + std::string(endingOf(cell.message));
+  }
+  relation.takeAwayGroup();
+  return outcome;
 }
 
 }  // namespace ledgertree::accounts

@@ -1,13 +1,8 @@
 #include "accounts/save_validation.h"
 
-#include "accounts/typed_account.h"
-#include "data/numbers.h"
-#include "shell/lookup/all_chosen.h"
-#include "text/characters.h"
+#include <string>
 
 namespace ledgertree::accounts {
-
-using mainform::FormMode;
 
 namespace {
 
@@ -24,86 +19,52 @@ constexpr std::string_view kParentHasDocuments =
     "از  انجايي كه حسابي را كه براي مادر حساب فوق در نظر گرفتهايد سند دارد نمي تواند به عنوان حساب مادر در "
     "نظر گرفته شود";
 
-std::int16_t selected(const shell::Selector& selector, std::int16_t none) {
-  return selector.IsEmpty() ? none : data::toInt16(selector.SelectedID());
-}
-
 }  // namespace
 
-SaveWay SaveValidation::check() {
-  if (!hasRequiredFields()) return SaveWay::Refused;
-  if (!shell::allChosen(shell_, {&screen_.sltParent, &screen_.sltGroup, &screen_.sltBranch,
-                                 &screen_.sltPosition, &screen_.sltEntityType, &screen_.sltEntity}))
-    return SaveWay::Refused;
-  const bool edit = screen_.formMode == FormMode::ModeEdit;
-  if (edit && !screen_.settings.EditCodeAllowed && !mayHaveThisCode()) return SaveWay::Refused;
-  copySelectors();
-  if (edit) return checkParent();
-  if (screen_.formMode != FormMode::ModeNew) return SaveWay::Refused;
-  screen_.LastNewParentID = screen_.sltParent.AccountID();
-  return SaveWay::NewAccount;
-}
-
-bool SaveValidation::refuse(std::string_view message, std::string_view title) {
-  shell_.showErrorNotice(title, message);
-  return false;
-}
-
-bool SaveValidation::hasRequiredFields() {
+std::optional<FieldFault> missingField(const TypedAccount& typed) {
   struct Required {
-    std::string text;
+    const std::string& text;
+    data::AccountMember member;
     std::string_view message;
-    ui::Control& field;
   };
-  const Required fields[] = {{screen_.txtCode.text(), kNoCode, screen_.txtCode},
-                             {screen_.txtTitle.text(), kNoTitle, screen_.txtTitle},
-                             {screen_.datCreate.farsidate(), kNoDate, screen_.datCreate}};
-  for (const Required& required : fields) {
-    if (!text::trimmed(required.text).empty()) continue;
-    shell_.showErrorNotice(shell::kTitleProblem, required.message);
-    required.field.focus();
-    return false;
-  }
-  return true;
+  const data::Account& account = typed.account;
+  const Required fields[] = {{typed.ownCode, &data::Account::code, kNoCode},
+                             {account.title, &data::Account::title, kNoTitle},
+                             {account.farsiCreateDate, &data::Account::createDate, kNoDate}};
+  for (const auto& [text, member, message] : fields)
+    if (text.empty()) return FieldFault{.member = member, .message = std::string(message)};
+  return std::nullopt;
 }
 
-/// The code of an account stays as it is once there are documents under it.
-bool SaveValidation::mayHaveThisCode() {
-  const std::int32_t account = accountOnScreen(screen_);
+bool SaveValidation::mayHaveThisCode(const data::Account& account) {
   std::string stored;
   {
     const data::OpenRows row(
         gateway_.rssqlBufferQuery,
-        "Select isnull(Code,'') as Code from tblAccount Where ID = " + std::to_string(account));
+        "Select isnull(Code,'') as Code from tblAccount Where ID = " + std::to_string(account.id));
     if (!row->Eof()) stored = row->Fields("Code").toText();
   }
-  if (wholeCode(screen_) == stored || !shell_.hasAccountMovement(account)) return true;
-  return refuse(kCodeStays, kCodeStaysTitle);
+  if (account.code == stored || !shell_.hasAccountMovement(account.id)) return true;
+  shell_.showErrorNotice(kCodeStaysTitle, kCodeStays);
+  return false;
 }
 
-void SaveValidation::copySelectors() {
-  screen_.BranchValue = selected(screen_.sltBranch, 0);
-  screen_.PositionValue = selected(screen_.sltPosition, 0);
-  screen_.GroupValue = selected(screen_.sltGroup, -1);
-  screen_.EntityTypeValue = selected(screen_.sltEntityType, -1);
-}
-
-SaveWay SaveValidation::checkParent() {
-  const std::string account = std::to_string(accountOnScreen(screen_));
-  const std::string parent = std::to_string(screen_.sltParent.AccountID());
-  const auto refuseParent = [this](std::string_view message) {
-    shell_.showErrorNotice(shell::kTitleSaveError, message);
-    return SaveWay::RefusedParent;
-  };
-  if (account == parent) return refuseParent(kOwnParent);
-  if (screen_.LastNewParentID == screen_.sltParent.AccountID()) return SaveWay::PlainEdit;
-  below_.emplace(gateway_.rssqlChkChillds,
-                 "Select * From tblAccountParent where ID=" + account + " And ChildID=" + parent);
+SaveWay SaveValidation::checkParent(const data::Account& account, std::int32_t lastNewParent) {
+  if (account.id == account.parentID) return refuseParent(kOwnParent);
+  if (account.parentID == lastNewParent) return SaveWay::PlainEdit;
+  const std::string parent = std::to_string(account.parentID);
+  below_.emplace(gateway_.rssqlChkChillds, "Select * From tblAccountParent where ID=" +
+                                               std::to_string(account.id) + " And ChildID=" + parent);
   documents_.emplace(gateway_.rssqlChkTrans,
                      "Select * From tblAccountDocumentDetail where accountID=" + parent);
   if (!(*below_)->Eof()) return refuseParent(kParentIsBelow);
   if (!(*documents_)->Eof()) return refuseParent(kParentHasDocuments);
   return SaveWay::GuardedEdit;
+}
+
+SaveWay SaveValidation::refuseParent(std::string_view message) {
+  shell_.showErrorNotice(shell::kTitleSaveError, message);
+  return SaveWay::RefusedParent;
 }
 
 }  // namespace ledgertree::accounts

@@ -1,47 +1,44 @@
 #pragma once
 
 #include <optional>
+#include <string_view>
 
+#include "accounts/typed_account.h"
 #include "data/dten.h"
-#include "mainform/main_screen.h"
 #include "shell/shell.h"
 
 namespace ledgertree::accounts {
 
 /// How a save goes on after its checks.
 enum class SaveWay {
-  Refused,        ///< told, and the focus is where it belongs
+  Refused,        ///< told
   RefusedParent,  ///< told; the save still comes to its end
   NewAccount,
   GuardedEdit,  ///< an edit whose parent was looked up
   PlainEdit,    ///< an edit under the parent of the last new account, where nothing was looked up
 };
 
-/// The checks ahead of a save, in their order. None of them writes to the database, and a refusal leaves the
-/// form in its mode with everything that was typed.
-///
-/// On the way it copies the selectors into BranchValue, PositionValue, GroupValue and EntityTypeValue of the
-/// screen, and keeps the parent of a new account in LastNewParentID. Duplicate codes and relations aren't
-/// found here: they come to light at the writes.
+/// The first required field that is blank, of code, title and date.
+[[nodiscard]] std::optional<FieldFault> missingField(const TypedAccount& typed);
+
+/// The checks of an edit, which look into the database. They write nothing, tell of what they refuse, and
+/// throw data::DataError. Duplicate codes and relations aren't found here: they come to light at the writes.
 ///
 /// The look-ups of a guarded edit, rssqlChkChillds and rssqlChkTrans, stay open as long as this object lives:
 /// the length of a save.
 class SaveValidation {
  public:
-  SaveValidation(mainform::MainScreen& screen, shell::Shell& shell, data::DtEn& gateway)
-      : screen_(screen), shell_(shell), gateway_(gateway) {}
+  SaveValidation(shell::Shell& shell, data::DtEn& gateway) : shell_(shell), gateway_(gateway) {}
 
-  /// Throws data::DataError, and std::range_error for a selected ID past 16 bits.
-  [[nodiscard]] SaveWay check();
+  /// The code of an account stays as it is once there are documents under it.
+  [[nodiscard]] bool mayHaveThisCode(const data::Account& account);
+  /// The parent is neither the account, nor below it, nor one with documents. Under `lastNewParent`, that of
+  /// the last new account, only the first is asked.
+  [[nodiscard]] SaveWay checkParent(const data::Account& account, std::int32_t lastNewParent);
 
  private:
-  [[nodiscard]] bool refuse(std::string_view message, std::string_view title);
-  [[nodiscard]] bool hasRequiredFields();
-  [[nodiscard]] bool mayHaveThisCode();
-  void copySelectors();
-  [[nodiscard]] SaveWay checkParent();
+  [[nodiscard]] SaveWay refuseParent(std::string_view message);
 
-  mainform::MainScreen& screen_;
   shell::Shell& shell_;
   data::DtEn& gateway_;
   std::optional<data::OpenRows> below_;

@@ -1,6 +1,5 @@
 #include "accounts/typed_account.h"
 
-#include <algorithm>
 #include <limits>
 #include <stdexcept>
 
@@ -12,15 +11,19 @@ namespace ledgertree::accounts {
 
 namespace {
 
+using Amount = std::optional<data::Money>;
+
+constexpr const char* kWholeCode = "کد کامل حساب";
+
 /// What is wrong with a text that is to be stored; empty where nothing is.
-std::string faultOf(const std::string& name, const std::string& text, const data::Parameter& parameter) {
+std::string faultOf(const std::string& name, const std::string& text, int width) {
   if (!text::isCleanText(text)) {
     return "در " + name + " نويسه ناخوانا وجود دارد. آن را پاک کنيد و دوباره بنويسيد.";
   }
   const std::size_t length = text::characterCount(text);
-  if (length <= static_cast<std::size_t>(parameter.width)) return {};
-  return name + " بايد حداکثر " + std::to_string(parameter.width) + " نويسه باشد و اکنون " +
-         std::to_string(length) + " نويسه است. آن را کوتاهتر کنيد.";
+  if (length <= static_cast<std::size_t>(width)) return {};
+  return name + " بايد حداکثر " + std::to_string(width) + " نويسه باشد و اکنون " + std::to_string(length) +
+         " نويسه است. آن را کوتاهتر کنيد.";
 }
 
 /// The digits of an amount that can just be stored, in the grouping of the field.
@@ -29,67 +32,69 @@ std::string greatestAmount() {
   return data::groupDigits(std::to_string(kGreatest), "/");
 }
 
-const data::Parameter& parameterOf(const data::Procedure& procedure, std::string_view name) {
-  return *std::find_if(procedure.parameters.begin(), procedure.parameters.end(),
-                       [&](const data::Parameter& parameter) { return parameter.name == name; });
+/// Reads a ceiling, and gives what is wrong with it.
+std::string readCeiling(const ui::TextField& field, Amount& amount) {
+  try {
+    amount = ceilingAmount(field.text());
+    return {};
+  } catch (const std::range_error&) {
+    return field.accessibleName() + " بايد حداکثر " + greatestAmount() + " باشد. مبلغ کوچکتري وارد کنيد.";
+  }
 }
 
-class Reader {
- public:
-  Reader(shell::Shell& shell, const data::Procedure& procedure) : shell_(shell), procedure_(procedure) {}
+/// A field of one line loses the blanks at its ends; one of several is as typed.
+std::string typedText(const ui::TextField& field) {
+  return field.multiline() ? field.text() : std::string(text::trimmed(field.text()));
+}
 
-  [[nodiscard]] bool accepts(ui::TextField& field, const std::string& name, const std::string& text,
-                             std::string_view parameter) {
-    const std::string fault = faultOf(name, text, parameterOf(procedure_, parameter));
-    return fault.empty() || refuse(field, fault);
-  }
+/// Reads a typed field into the account, and gives what is wrong with it.
+std::string readField(const mainform::MainScreen& screen, const mainform::TypedField& typed,
+                      data::AccountCall call, data::Account& account) {
+  const ui::TextField& field = screen.*typed.control;
+  if (!typed.isText()) return readCeiling(field, account.*std::get<Amount data::Account::*>(typed.holds));
+  std::string& text = account.*std::get<std::string data::Account::*>(typed.holds);
+  const bool isCode = &field == &screen.txtCode;
+  text = (isCode ? typedText(screen.txtMotherCode) : std::string()) + typedText(field);
+  return faultOf(isCode ? kWholeCode : field.accessibleName(), text, data::widthOf(call, typed.holds));
+}
 
-  [[nodiscard]] bool reads(ui::TextField& field, const std::string& name, data::Money& amount) {
-    try {
-      amount = ceilingAmount(field.text());
-      return true;
-    } catch (const std::range_error&) {
-      return refuse(field, name + " بايد حداکثر " + greatestAmount() + " باشد. مبلغ کوچکتري وارد کنيد.");
-    }
-  }
+std::int32_t picked(const shell::Selector& selector, std::int32_t none) {
+  return selector.IsEmpty() ? none : selector.SelectedID();
+}
 
- private:
-  bool refuse(ui::TextField& field, const std::string& message) {
-    shell_.showErrorNotice(shell::kTitleSaveError, message);
-    field.focus();
-    return false;
-  }
-
-  shell::Shell& shell_;
-  const data::Procedure& procedure_;
-};
+/// All but what is typed.
+data::Account readChoices(const mainform::MainScreen& screen) {
+  data::Account account;
+  account.parentID = screen.sltParent.AccountID();
+  account.groupID = picked(screen.sltGroup, -1);
+  account.branchID = picked(screen.sltBranch, 0);
+  account.positionID = picked(screen.sltPosition, 0);
+  if (!screen.datCreate.IsEmpty()) account.createDate = screen.datCreate.englishdate();
+  account.farsiCreateDate = screen.datCreate.farsidate();
+  account.accountNatureID = screen.NatureValue;
+  account.isPermanent = screen.PermanentValue;
+  account.isClosed = screen.ClosedValue;
+  account.relation = {.classID = picked(screen.sltEntityType, -1), .objectID = picked(screen.sltEntity, -1)};
+  return account;
+}
 
 }  // namespace
 
-std::int32_t accountOnScreen(const mainform::MainScreen& screen) {
-  return data::toNumber(screen.txtID.text()).asInt32();
+TypedAccount readTypedAccount(const mainform::MainScreen& screen, data::AccountCall call) {
+  TypedAccount typed{
+      .account = readChoices(screen), .ownCode = typedText(screen.txtCode), .fault = std::nullopt};
+  if (call == data::AccountCall::Update) typed.account.id = screen.accountID();
+  for (const mainform::TypedField& field : mainform::typedFields()) {
+    std::string fault = readField(screen, field, call, typed.account);
+    if (!fault.empty() && !typed.fault) typed.fault = {.member = field.holds, .message = std::move(fault)};
+  }
+  return typed;
 }
 
-std::string wholeCode(const mainform::MainScreen& screen) {
-  return std::string(text::trimmed(screen.txtMotherCode.text())) +
-         std::string(text::trimmed(screen.txtCode.text()));
-}
-
-std::optional<TypedAccount> readTypedAccount(mainform::MainScreen& screen, shell::Shell& shell,
-                                             const data::Procedure& procedure) {
-  TypedAccount account{.title = std::string(text::trimmed(screen.txtTitle.text())),
-                       .code = wholeCode(screen),
-                       .notes = screen.txtNotes.text(),
-                       .maxDebit = {},
-                       .maxCredit = {}};
-  Reader reader(shell, procedure);
-  const bool complete = reader.accepts(screen.txtCode, "کد کامل حساب", account.code, "@Code") &&
-                        reader.accepts(screen.txtTitle, "عنوان", account.title, "@Title") &&
-                        reader.accepts(screen.txtNotes, "توضيحات", account.notes, "@Notes") &&
-                        reader.reads(screen.txtMaxDebit, "سقف بدهکاري", account.maxDebit) &&
-                        reader.reads(screen.txtMaxCredit, "سقف بستانکاري", account.maxCredit);
-  if (!complete) return std::nullopt;
-  return account;
+void focusField(mainform::MainScreen& screen, const data::AccountMember& member) {
+  for (const auto& [control, holds] : mainform::typedFields())
+    if (holds == member) return (screen.*control).focus();
+  if (member == data::AccountMember(&data::Account::createDate)) screen.datCreate.focus();
 }
 
 }  // namespace ledgertree::accounts

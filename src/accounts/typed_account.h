@@ -1,34 +1,34 @@
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
-#include "data/catalogue.h"
-#include "data/value.h"
+#include "data/account.h"
 #include "mainform/main_screen.h"
-#include "shell/shell.h"
 
 namespace ledgertree::accounts {
 
-/// What the fields of the record say, in the form in which it goes to the database.
-struct TypedAccount {
-  std::string title;  ///< without the blanks at its ends
-  std::string code;   ///< the parent's part and the own one, each without the blanks at its ends
-  std::string notes;  ///< as typed
-  data::Money maxDebit;
-  data::Money maxCredit;
+/// What is wrong with a field, as a notice says it. The focus goes to the control that holds the member.
+struct FieldFault {
+  data::AccountMember member;
+  std::string message;
 };
 
-/// The ID in txtID.
-[[nodiscard]] std::int32_t accountOnScreen(const mainform::MainScreen& screen);
-/// The whole code that the two fields make: each without the blanks at its ends.
-[[nodiscard]] std::string wholeCode(const mainform::MainScreen& screen);
+/// What the fields of the record say, in the form in which it goes to the database: code and title without
+/// the blanks at their ends, the notes as typed.
+struct TypedAccount {
+  data::Account account;
+  std::string ownCode;  ///< what `account.code` has behind the parent's part
+  /// The first field that can't be stored: a text with more characters than its parameter takes, or with one
+  /// that no database can keep, or a ceiling past the range of money, which is nothing in `account`.
+  std::optional<FieldFault> fault;
+};
 
-/// Reads the fields for a procedure, which may change nothing before that. A text with more characters than
-/// its parameter takes, or with one that no database can keep, and a ceiling past the range of money are
-/// refused: a notice names the field and its limit, and the focus goes there. Nothing then.
-[[nodiscard]] std::optional<TypedAccount> readTypedAccount(mainform::MainScreen& screen, shell::Shell& shell,
-                                                           const data::Procedure& procedure);
+/// Reads the screen for one of the two procedures; a new account has no ID yet. It fails for nothing that is
+/// typed.
+[[nodiscard]] TypedAccount readTypedAccount(const mainform::MainScreen& screen, data::AccountCall call);
+
+/// Leads the person to the control of the member; to none where no control holds it.
+void focusField(mainform::MainScreen& screen, const data::AccountMember& member);
 
 }  // namespace ledgertree::accounts

@@ -1,10 +1,13 @@
 #include "data/catalogue.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string>
 #include <variant>
 
+#include "data/account.h"
 #include "data/data_error.h"
 #include "text/characters.h"
 
@@ -17,23 +20,19 @@ constexpr Parameter kHasPermission[] = {{"@UserID", Int}, {"@FormPermissionID", 
 
 constexpr Parameter kGetCurrentUserPeriod[] = {{"@UserID", Int}};
 
-constexpr Parameter kInsertAccount[] = {
-    {"@CreateDate", DateTime}, {"@FarsiCreateDate", Text, 10},
-    {"@AccountGroupID", Int},  {"@IsPermanent", Int},
-    {"@AccountNatureID", Int}, {"@ParentID", Int},
-    {"@Title", Text, 50},      {"@Code", Text, 20},
-    {"@IsClosed", Int},        {"@ContractID", Int},
-    {"@PositionID", Int},      {"@Notes", Text, 250},
-    {"@MaxDebit", Money},      {"@MaxCredit", Money},
-};
+template <AccountCall call>
+constexpr auto parametersOf() {
+  constexpr auto kTakes = [](const AccountField& field) { return field.by(call) != kNotTaken; };
+  std::array<Parameter, std::count_if(std::begin(kAccountFields), std::end(kAccountFields), kTakes)>
+      parameters{};
+  auto parameter = parameters.begin();
+  for (const AccountField& field : kAccountFields)
+    if (kTakes(field)) *parameter++ = {field.parameter, field.type(), field.by(call)};
+  return parameters;
+}
 
-constexpr Parameter kUpdateAccounts[] = {
-    {"@ID", Int},          {"@ParentID", Int},        {"@AccountGroupID", Int},
-    {"@IsPermanent", Int}, {"@AccountNatureID", Int}, {"@Title", Text, 100},
-    {"@Code", Text, 20},   {"@IsClosed", Int},        {"@ContractID", Int},
-    {"@PositionID", Int},  {"@Notes", Text, 250},     {"@MaxDebit", Money},
-    {"@MaxCredit", Money},
-};
+constexpr auto kInsertAccount = parametersOf<AccountCall::Insert>();
+constexpr auto kUpdateAccounts = parametersOf<AccountCall::Update>();
 
 constexpr Parameter kInsertRelatedObject[] = {
     {"@AccountID", Int}, {"@AccountGroupID", Int}, {"@RelatedClassID", Int}, {"@RelatedObjectID", Int}};

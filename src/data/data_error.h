@@ -2,8 +2,13 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace ledgertree::data {
+
+/// What a person hears of a statement that the engine takes amiss; the engine's own words follow behind.
+inline constexpr const char* kStatementRefused =
+    "پايگاه داده اين دستور را نپذيرفت و آن را انجام نداد. مدير پايگاه داده را آگاه نماييد.";
 
 /// A failure of the database or of the road to it. It carries no secret: neither the connection text nor a
 /// password is ever put into one.
@@ -15,7 +20,7 @@ class DataError : public std::runtime_error {
     Constraint,  ///< a key, a reference or a rule of the database refused a write
     Connection,  ///< the connection can't be opened, or broke
     Busy,        ///< another program holds the data, and the time-out ran out
-    TimeOut,     ///< the statement ran past its time-out and was interrupted
+    TimeOut,     ///< the statement ran past its time-out; see leavesOpen()
     Storage,     ///< the disk is full, read-only or failing
     Misuse,      ///< an operation was called in a state that doesn't allow it
     TooLong,     ///< a text is longer than the parameter it is for
@@ -26,6 +31,19 @@ class DataError : public std::runtime_error {
       : std::runtime_error(message), reason_(reason), number_(number), statement_(std::move(statement)) {}
 
   [[nodiscard]] Reason reason() const { return reason_; }
+  /// Of a statement past its time-out that is known to be over, with nothing done.
+  [[nodiscard]] DataError undone() && {
+    undone_ = true;
+    return std::move(*this);
+  }
+  /// Whether nobody knows if the statement was carried out, or still will be: its answer never came.
+  [[nodiscard]] bool leavesOpen() const {
+    return reason_ == Reason::Connection || (reason_ == Reason::TimeOut && !undone_);
+  }
+  /// Whether the failure came at the end of a long wait, which a command that follows at once would share.
+  [[nodiscard]] bool cameLate() const {
+    return reason_ == Reason::Busy || reason_ == Reason::TimeOut || reason_ == Reason::Connection;
+  }
   /// The engine's own number of the failure; 0 where it has none.
   [[nodiscard]] int number() const { return number_; }
   /// The statement or procedure that failed; empty where there is none.
@@ -35,6 +53,7 @@ class DataError : public std::runtime_error {
   Reason reason_;
   int number_;
   std::string statement_;
+  bool undone_ = false;
 };
 
 }  // namespace ledgertree::data

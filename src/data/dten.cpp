@@ -113,21 +113,14 @@ std::int32_t DtEn::spAccountGetCurrentUserPeriod(std::int32_t userID) {
   return cnMainData.port().call(procedures::spAccountGetCurrentUserPeriod, values);
 }
 
-std::int32_t DtEn::spAccountInsertAccount(const NewAccount& account) {
-  const std::array<Value, 14> values{
-      account.createDate,      account.farsiCreateDate, account.accountGroupID, account.isPermanent,
-      account.accountNatureID, account.parentID,        account.title,          account.code,
-      account.isClosed,        account.contractID,      account.positionID,     account.notes,
-      account.maxDebit,        account.maxCredit};
-  return cnMainData.port().call(procedures::spAccountInsertAccount, values);
+std::int32_t DtEn::spAccountInsertAccount(const Account& account) {
+  return cnMainData.port().call(procedures::spAccountInsertAccount,
+                                argumentsOf(account, AccountCall::Insert));
 }
 
-std::int32_t DtEn::spAccountUpdateAccounts(const AccountUpdate& account) {
-  const std::array<Value, 13> values{
-      account.id,    account.parentID, account.accountGroupID, account.isPermanent, account.accountNatureID,
-      account.title, account.code,     account.isClosed,       account.contractID,  account.positionID,
-      account.notes, account.maxDebit, account.maxCredit};
-  return cnMainData.port().call(procedures::spAccountUpdateAccounts, values);
+std::int32_t DtEn::spAccountUpdateAccounts(const Account& account) {
+  return cnMainData.port().call(procedures::spAccountUpdateAccounts,
+                                argumentsOf(account, AccountCall::Update));
 }
 
 std::int32_t DtEn::spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/account.h"
 #include "data/connection.h"
 #include "data/rows.h"
 #include "data/value.h"
@@ -95,6 +96,7 @@ class OpenRows {
     if (handle_.State() != 0) handle_.Close();
   }
   RecordHandle* operator->() const { return &handle_; }
+  RecordHandle& operator*() const { return handle_; }
 
  private:
   RecordHandle& handle_;
@@ -143,42 +145,11 @@ class DtEn {
   /// The ID of the user's current period in tblAccountPeriod.
   std::int32_t spAccountGetCurrentUserPeriod(std::int32_t userID);
 
-  struct NewAccount {
-    DateTime createDate;
-    std::string farsiCreateDate;  ///< yyyy/mm/dd
-    std::int32_t accountGroupID;  ///< -1 none
-    std::int32_t isPermanent;
-    std::int32_t accountNatureID;
-    std::int32_t parentID;  ///< -1 for a top-level account
-    std::string title;      ///< at most 50 characters
-    std::string code;       ///< at most 20
-    std::int32_t isClosed;
-    std::int32_t contractID;  ///< the branch, 0 for none
-    std::int32_t positionID;  ///< 0 for none
-    std::string notes;        ///< at most 250
-    Money maxDebit;
-    Money maxCredit;
-  };
-  /// The new account's ID, 1 or more. Below 1: nothing was inserted, because the code exists.
-  std::int32_t spAccountInsertAccount(const NewAccount& account);
-
-  struct AccountUpdate {
-    std::int32_t id;
-    std::int32_t parentID;
-    std::int32_t accountGroupID;
-    std::int32_t isPermanent;
-    std::int32_t accountNatureID;
-    std::string title;  ///< at most 100 characters
-    std::string code;
-    std::int32_t isClosed;
-    std::int32_t contractID;
-    std::int32_t positionID;
-    std::string notes;
-    Money maxDebit;
-    Money maxCredit;
-  };
-  /// Not 0: done. 0: nothing changed, because another account has the code.
-  std::int32_t spAccountUpdateAccounts(const AccountUpdate& account);
+  /// The new account's ID, 1 or more. Below 1: nothing was inserted, because the code exists. The account's
+  /// own ID counts for nothing.
+  std::int32_t spAccountInsertAccount(const Account& account);
+  /// Not 0: done. 0: nothing changed, because another account has the code. The day of creation stays.
+  std::int32_t spAccountUpdateAccounts(const Account& account);
   /// Leaves the account with the one relation given; -1 stands for none.
   std::int32_t spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,
                                             std::int32_t relatedClassID, std::int32_t relatedObjectID);

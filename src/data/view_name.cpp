@@ -58,9 +58,9 @@ std::optional<std::string_view> plainViewName(std::string_view text) {
   const std::string_view name = text::trimmed(text);
   if (!text::isCleanText(name)) return std::nullopt;
   std::size_t end = nameAhead(name);
-  if (end != 0 && end < name.size() && name[end] == '.') {
-    const std::size_t second = nameAhead(name.substr(end + 1));
-    end = second == 0 ? 0 : end + 1 + second;
+  for (int dots = 0; dots < 2 && end != 0 && end < name.size() && name[end] == '.'; ++dots) {
+    const std::size_t next = nameAhead(name.substr(end + 1));
+    end = next == 0 ? 0 : end + 1 + next;
   }
   if (end == 0 || end != name.size()) return std::nullopt;
   return name;

@@ -51,6 +51,7 @@ void ObjectTree::clear() {
   stored_.clear();
   filled_ = false;
   lookUpFailed_ = false;
+  lookUpCameLate_ = false;
 }
 
 ui::NodeId ObjectTree::root() const { return tree_.find(kRootKey); }
@@ -129,15 +130,17 @@ void ObjectTree::addObject(data::DtEn& gateway, ui::NodeId parent) {
 }
 
 bool ObjectTree::isStored(data::DtEn& gateway, std::int32_t objectID) {
+  if (lookUpCameLate_) return false;
   try {
     const data::OpenRows rows(
         gateway.rssqlAccGroupL,
         "Select * from tblAccountRelatedClassesDetail Where AccountID=" + std::to_string(accountID_) +
             " and ClassID = " + std::to_string(classID_) + " and ObjectID = " + std::to_string(objectID));
     return rows->RecordCount() != 0;
-  } catch (const data::DataError&) {
+  } catch (const data::DataError& failure) {
     // The object is shown all the same, and so is the rest of the class.
     lookUpFailed_ = true;
+    lookUpCameLate_ = failure.cameLate();
     return false;
   }
 }

@@ -69,6 +69,8 @@ class ObjectTree {
   std::vector<ui::NodeId> stored_;
   bool filled_ = false;
   bool lookUpFailed_ = false;
+  /// A look-up waited in vain: those after it would stand still as long, and none is made.
+  bool lookUpCameLate_ = false;
 };
 
 }  // namespace ledgertree::entities

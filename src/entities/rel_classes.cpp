@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <set>
+#include <utility>
 
 #include "data/data_error.h"
 #include "data/numbers.h"
@@ -46,16 +47,36 @@ std::string insertOfClass(const std::string& account, const std::string& classID
          classID + "," + level + ")";
 }
 
-/// Runs a statement whose failure the save expects, the insert of a row that is there already above all.
-void runSkippingFailure(data::RecordHandle& handle, const std::string& statement) {
-  try {
-    handle.Open(statement);
-  } catch (const data::DataError&) {
-    return;  // the next statement runs all the same
-  }
+std::string rowOnLevel(const std::string& account, const std::string& classID, const std::string& level) {
+  return " Where AccountID = " + account + " and ClassID = " + classID + " and Sequence = " + level;
 }
 
 }  // namespace
+
+/// The statements of a save, one after the other. One that fails is skipped, as the insert of a row that is
+/// there already. Where the database let one wait in vain none is run any more: each would wait as long.
+class frmAccountRelClasses::Statements {
+ public:
+  enum class Outcome { Done, Refused, Failed };
+
+  explicit Statements(data::RecordHandle& handle) : handle_(handle) {}
+
+  Outcome run(const std::string& statement) {
+    if (cameLate_) return Outcome::Failed;
+    try {
+      handle_.Open(statement);
+      return Outcome::Done;
+    } catch (const data::DataError& failure) {
+      cameLate_ = failure.cameLate();
+      return failure.reason() == data::DataError::Reason::Constraint ? Outcome::Refused : Outcome::Failed;
+    }
+  }
+  bool done(const std::string& statement) { return run(statement) == Outcome::Done; }
+
+ private:
+  data::RecordHandle& handle_;
+  bool cameLate_ = false;
+};
 
 frmAccountRelClasses::frmAccountRelClasses(shell::Shell& shell)
     : Form(shell.surroundings(), "frmAccountRelClasses", "انواع موجوديت مرتبط", kDesignSize),
@@ -143,12 +164,15 @@ void frmAccountRelClasses::open(std::int32_t accountID) {
 void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
   const auto gateway = shell_.dtEn();
   lstClasses.clearItems();
+  rows_.clear();
+  left_.clear();
   const data::OpenRows classes(gateway->rssqlAccCostCenter,
                                "Select ID, isnull(Code,'') + '_' +  Name as Name,Sequence from "
                                "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
                                    std::to_string(accountID) + " Order by Sequence");
   for (; !classes->Eof(); classes->MoveNext()) {
-    lstClasses.addItem(itemText(classes->Fields("Sequence").toText(), classes->Fields("Name").toText()),
+    rows_.emplace_back(classes->Fields("Sequence").toText());
+    lstClasses.addItem(itemText(*rows_.back(), classes->Fields("Name").toText()),
                        classes->Fields("ID").toInt32());
   }
 }
@@ -161,11 +185,33 @@ void frmAccountRelClasses::add() {
     shell_.showErrorNotice(shell::kTitleError, "اطلاعات وارد شده تکراري است.");
     return;
   }
+  rows_.push_back(takeRowThatLeft(mptEntityType.SelectedID(), cmbLevel.selectedText()));
   lstClasses.addItem(text, mptEntityType.SelectedID());
 }
 
+/// A class that left the list and comes again goes on in its row, that of the same level first.
+std::optional<std::string> frmAccountRelClasses::takeRowThatLeft(std::int32_t classID,
+                                                                 const std::string& level) {
+  const auto find = [&](bool anyLevel) {
+    return std::find_if(left_.begin(), left_.end(), [&](const Row& row) {
+      return row.classID == classID && (anyLevel || row.level == level);
+    });
+  };
+  auto row = find(false);
+  if (row == left_.end()) row = find(true);
+  if (row == left_.end()) return std::nullopt;
+  std::string taken = row->level;
+  left_.erase(row);
+  return taken;
+}
+
 void frmAccountRelClasses::remove() {
-  if (lstClasses.selected() != ui::ListBox::kNone) lstClasses.removeItem(lstClasses.selected());
+  if (lstClasses.selected() == ui::ListBox::kNone) return;
+  const int selected = lstClasses.selected();
+  const auto line = static_cast<std::size_t>(selected);
+  if (rows_[line]) left_.push_back({.classID = lstClasses.items()[line].data, .level = *rows_[line]});
+  rows_.erase(rows_.begin() + selected);
+  lstClasses.removeItem(selected);
 }
 
 void frmAccountRelClasses::changeLevel(int step) {
@@ -203,9 +249,10 @@ void frmAccountRelClasses::save() {
 
 bool frmAccountRelClasses::repeatsClass() const {
   std::set<std::int32_t> classes;
-  const auto& items = lstClasses.items();
-  return std::any_of(items.begin(), items.end(),
-                     [&](const ui::Item& item) { return !classes.insert(item.data).second; });
+  for (const ui::Item& item : lstClasses.items())
+    if (!classes.insert(item.data).second) return true;
+  return std::any_of(left_.begin(), left_.end(),
+                     [&](const Row& row) { return classes.contains(row.classID); });
 }
 
 bool frmAccountRelClasses::leavesLevelEmpty() const {
@@ -215,29 +262,91 @@ bool frmAccountRelClasses::leavesLevelEmpty() const {
                      [&](int level) { return level >= 2 && !levels.contains(level - 1); });
 }
 
-/// Updates or inserts each line, then deletes the classes that left the list. A list that has a class on two
-/// levels goes without updates: an update finds a row by its class, and would bring both to one level.
+frmAccountRelClasses::Row frmAccountRelClasses::shown(std::size_t line) const {
+  const ui::Item& item = lstClasses.items()[line];
+  return {.classID = item.data, .level = std::to_string(getItemLevel(item.text))};
+}
+
+/// Updates or inserts each line, then deletes the classes that left the list. An update finds a row by its
+/// class, and would bring those of a class on several levels to one: where there is such a class, the rows
+/// are moved one by one ahead of it.
 void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
-  data::RecordHandle& handle = gateway->rssqlAccCostCenter;
+  Statements statements(gateway->rssqlAccCostCenter);
   const std::string account = std::to_string(accountID);
   const bool repeats = repeatsClass();
+  if (repeats) {
+    deleteRowsThatLeft(statements, account);
+    moveRows(statements, account);
+  }
   std::string classes = "(";
-  for (const ui::Item& item : lstClasses.items()) {
-    const std::string classID = std::to_string(item.data);
-    const std::string level = std::to_string(getItemLevel(item.text));
+  for (std::size_t line = 0; line < rows_.size(); ++line) {
+    const Row row = shown(line);
+    const std::string classID = std::to_string(row.classID);
     classes.append(classID).append(",");
-    if (!repeats) runSkippingFailure(handle, updateOfLevel(account, classID, level));
-    runSkippingFailure(handle, insertOfClass(account, classID, level));
+    if (!repeats && statements.done(updateOfLevel(account, classID, row.level)) && rows_[line])
+      rows_[line] = row.level;
+    if (statements.run(insertOfClass(account, classID, row.level)) != Statements::Outcome::Failed)
+      standsFor(line, row);
   }
   if (classes == "(") {
     classes = "(-1)";
   } else {
     classes.back() = ')';
   }
-  runSkippingFailure(handle, "Delete tblAccountRelatedClasses Where AccountID = " + account +
-                                 " and ClassID not in " + classes);
+  statements.run("Delete tblAccountRelatedClasses Where AccountID = " + account + " and ClassID not in " +
+                 classes);
+}
+
+/// The row that the line shows is there. One that it stood for before, and that couldn't be moved, goes with
+/// the next save.
+void frmAccountRelClasses::standsFor(std::size_t line, const Row& row) {
+  if (rows_[line] == row.level) return;
+  if (rows_[line]) left_.push_back({.classID = row.classID, .level = *rows_[line]});
+  rows_[line].reset();
+  if (!isTaken(row)) rows_[line] = row.level;
+}
+
+bool frmAccountRelClasses::isTaken(const Row& row) const {
+  for (std::size_t line = 0; line < rows_.size(); ++line)
+    if (rows_[line] == row.level && lstClasses.items()[line].data == row.classID) return true;
+  return false;
+}
+
+/// Of lines that show the same the first one keeps its row.
+void frmAccountRelClasses::deleteRowsThatLeft(Statements& statements, const std::string& account) {
+  std::set<std::pair<std::int32_t, std::string>> seen;
+  for (std::size_t line = 0; line < rows_.size(); ++line) {
+    const Row row = shown(line);
+    if (seen.emplace(row.classID, row.level).second || !rows_[line]) continue;
+    left_.push_back({.classID = row.classID, .level = *rows_[line]});
+    rows_[line].reset();
+  }
+  std::erase_if(left_, [&](const Row& row) {
+    return statements.done("Delete tblAccountRelatedClasses" +
+                           rowOnLevel(account, std::to_string(row.classID), row.level));
+  });
+}
+
+/// Each row as soon as its new level is free.
+void frmAccountRelClasses::moveRows(Statements& statements, const std::string& account) {
+  std::vector<std::size_t> waiting;
+  for (std::size_t line = 0; line < rows_.size(); ++line)
+    if (rows_[line] && *rows_[line] != shown(line).level) waiting.push_back(line);
+  for (std::size_t before = 0; before != waiting.size();) {
+    before = waiting.size();
+    std::erase_if(waiting, [&](std::size_t line) {
+      const Row row = shown(line);
+      if (isTaken(row)) return false;
+      if (statements.done("Update tblAccountRelatedClasses set Sequence = " + row.level +
+                          rowOnLevel(account, std::to_string(row.classID), *rows_[line])))
+        rows_[line] = row.level;
+      return true;
+    });
+  }
+  // What waits now are lines of one class that changed places. The rows that they need are there.
+  for (const std::size_t line : waiting) rows_[line] = shown(line).level;
 }
 
 bool showRelClasses(shell::Shell& shell, std::int32_t inAccountID) {

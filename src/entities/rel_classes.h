@@ -1,6 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "shell/lookup/selector.h"
 #include "shell/shell.h"
@@ -17,6 +21,8 @@ namespace ledgertree::entities {
 /// The list is a working copy of the account's rows in tblAccountRelatedClasses: a line is "<level>#<class>",
 /// its number the ID of the class. Only cmdOk writes; a list that is left is dropped without a question.
 /// Several classes may stand on a level and a class on several levels, but no level above an empty one.
+///
+/// A line that was read stands for its row, and its save moves that row: IncludeAllObjects goes along.
 class frmAccountRelClasses : public ui::Form {
  public:
   /// Runs on the thread of the screens; `shell` outlives the form.
@@ -54,11 +60,30 @@ class frmAccountRelClasses : public ui::Form {
   /// Moves the selected line by `step` levels, within 1 and 3.
   void changeLevel(int step);
   void save();
+  /// Whether a class stands on several levels, in the list or in the rows behind it.
   [[nodiscard]] bool repeatsClass() const;
   [[nodiscard]] bool leavesLevelEmpty() const;
+
+  /// A row of the account in tblAccountRelatedClasses.
+  struct Row {
+    std::int32_t classID;
+    std::string level;
+  };
+  class Statements;
+  [[nodiscard]] Row shown(std::size_t line) const;
+  [[nodiscard]] std::optional<std::string> takeRowThatLeft(std::int32_t classID, const std::string& level);
   void writeClasses(std::int32_t accountID);
+  void deleteRowsThatLeft(Statements& statements, const std::string& account);
+  void moveRows(Statements& statements, const std::string& account);
+  void standsFor(std::size_t line, const Row& row);
+  /// Whether a line stands for that row.
+  [[nodiscard]] bool isTaken(const Row& row) const;
 
   shell::Shell& shell_;
+  /// The level of the row that each line of the list stands for; nothing for a line that has none yet.
+  std::vector<std::optional<std::string>> rows_;
+  /// The rows whose lines left the list.
+  std::vector<Row> left_;
   bool saved_ = false;
 };
 

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "data/account.h"
 #include "data/numbers.h"
 #include "mainform/form_mode.h"
 
@@ -11,71 +12,22 @@ namespace ledgertree::mainform {
 
 namespace {
 
-/// A reference as the fields hold it: -1 for none.
-std::int32_t idOf(const data::Value& value) { return data::toNumber(value.toText()).asInt32(); }
-
-/// The number of a radio button; -1, which no button stands for, for NULL.
-std::int64_t choiceOf(const data::Value& value) { return value.isNull() ? -1 : value.toInt64(); }
-
-struct Relation {
-  std::int32_t classID;
-  std::int32_t objectID;
-};
-
-}  // namespace
-
-/// What the database holds of an account: all of it is read ahead of the first field that changes, so that a
-/// read that fails leaves no mixture of two accounts on the screen.
-struct AccountRecord::Stored {
-  std::int32_t id;
-  std::string title;
-  std::string code;
-  std::int32_t parentID;
-  std::int32_t groupID;
-  std::int32_t branchID;
-  std::int32_t positionID;
-  std::optional<data::DateTime> created;
-  std::string notes;
-  std::int64_t nature;
-  std::int64_t permanent;
-  std::int64_t closed;
-  std::string maxDebit;
-  std::string maxCredit;
-  std::optional<Relation> relation;
-
-  static std::optional<Stored> read(data::DtEn& gateway, std::int32_t id);
-};
-
-std::optional<AccountRecord::Stored> AccountRecord::Stored::read(data::DtEn& gateway, std::int32_t id) {
+/// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
+/// two accounts on the screen.
+std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
   data::OpenRows row(gateway.rssqlvwAccount, "Select * From vwAccount where ID=" + std::to_string(id));
   if (row->Eof()) return std::nullopt;
-  const data::Value created = row->Fields("CreateDate");
-  Stored account{.id = id,
-                 .title = row->Fields("Title").toText(),
-                 .code = row->Fields("Code").toText(),
-                 .parentID = idOf(row->Fields("ParentID")),
-                 .groupID = idOf(row->Fields("GroupID")),
-                 .branchID = idOf(row->Fields("BranchID")),
-                 .positionID = idOf(row->Fields("PositionID")),
-                 .created = created.isNull() ? std::nullopt : std::optional(created.toDateTime()),
-                 .notes = row->Fields("Notes").toText(),
-                 .nature = choiceOf(row->Fields("AccountNatureID")),
-                 .permanent = choiceOf(row->Fields("IsPermanent")),
-                 .closed = choiceOf(row->Fields("IsClosed")),
-                 .maxDebit = row->Fields("MaxDebit").toText(),
-                 .maxCredit = row->Fields("MaxCredit").toText(),
-                 .relation = std::nullopt};
+  data::Account account = data::accountIn(*row);
   row.close();
 
   const data::OpenRows related(
       gateway.rssqlvwAccount,
       "Select * from tblAccountRelatedObjects where AccountID =" + std::to_string(id));
-  if (!related->Eof()) {
-    account.relation = {.classID = idOf(related->Fields("RelatedClassID")),
-                        .objectID = idOf(related->Fields("RelatedObjectID"))};
-  }
+  if (!related->Eof()) account.relation = data::relationIn(*related);
   return account;
 }
+
+}  // namespace
 
 SplitCode splitCode(std::string_view code, std::string_view parentCode) {
   const auto behind = [code](std::string_view mother) {
@@ -139,7 +91,8 @@ void AccountRecord::loadInto(std::int32_t id) {
 }
 
 void AccountRecord::clearAccountFields() {
-  for (ui::TextField* field : {&screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes}) field->setText("");
+  for (const TypedField& field : typedFields())
+    if (field.isText()) (screen_.*field.control).setText("");
   for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
                                     &screen_.sltEntityType, &screen_.sltEntity})
     selector->Clear();
@@ -151,33 +104,31 @@ void AccountRecord::clearAccountFields() {
 
 void AccountRecord::loadAccount(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  if (const auto account = Stored::read(*gateway, id)) fill(*account);
+  if (const auto account = readAccount(*gateway, id)) fill(*account);
 }
 
-void AccountRecord::fill(const Stored& account) {
+void AccountRecord::fill(const data::Account& account) {
   screen_.txtID.setText(std::to_string(account.id));
-  screen_.txtTitle.setText(account.title);
+  for (const auto& [control, holds] : typedFields())
+    (screen_.*control).setText(data::valueOf(account, holds).toText());
   screen_.sltAccount.setAccountID(account.id);
   screen_.sltParent.setAccountID(account.parentID);
   screen_.sltGroup.setSelectedID(account.groupID);
   screen_.sltBranch.setSelectedID(account.branchID);
   screen_.sltPosition.setSelectedID(account.positionID);
   // No day of creation: an edit never writes it, so that today's stands in the field for the save's test.
-  if (account.created) {
-    screen_.datCreate.setEnglishdate(*account.created);
+  if (account.createDate) {
+    screen_.datCreate.setEnglishdate(*account.createDate);
   } else {
     screen_.datCreate.setToday(shell_.clock);
   }
-  screen_.txtNotes.setText(account.notes);
-  screen_.chooseNature(account.nature);
-  screen_.choosePermanent(account.permanent);
-  screen_.chooseClosed(account.closed);
-  screen_.txtMaxDebit.setText(account.maxDebit);
-  screen_.txtMaxCredit.setText(account.maxCredit);
-
+  // The picker knows the parent's code by now.
   const SplitCode code = splitCode(account.code, screen_.sltParent.AccountCode());
   screen_.txtMotherCode.setText(code.mother);
   screen_.txtCode.setText(code.own);
+  screen_.chooseNature(account.accountNatureID);
+  screen_.choosePermanent(account.isPermanent);
+  screen_.chooseClosed(account.isClosed);
 
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
@@ -197,9 +148,8 @@ void AccountRecord::blankForNewAccount() {
   for (shell::Selector* selector : {&screen_.sltGroup, &screen_.sltEntityType, &screen_.sltEntity,
                                     &screen_.sltBranch, &screen_.sltPosition})
     selector->Clear();
-  for (ui::TextField* field : {&screen_.txtMotherCode, &screen_.txtCode, &screen_.txtTitle, &screen_.txtNotes,
-                               &screen_.txtMaxDebit, &screen_.txtMaxCredit})
-    field->setText("");
+  screen_.txtMotherCode.setText("");
+  for (const TypedField& field : typedFields()) (screen_.*field.control).setText("");
   screen_.datCreate.setToday(shell_.clock);
   screen_.chooseNature(0);
   screen_.choosePermanent(0);

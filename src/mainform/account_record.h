@@ -54,8 +54,7 @@ class AccountRecord {
   void applyFormMode();
 
  private:
-  struct Stored;
-  void fill(const Stored& account);
+  void fill(const data::Account& account);
   void blankForNewAccount();
   /// Loads the account of a mode that was just entered.
   void loadInto(std::int32_t id);

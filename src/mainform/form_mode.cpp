@@ -35,9 +35,8 @@ void titleInPicker(MainScreen& s, bool on) { s.sltAccount.setVisible(on); }
 void titleInField(MainScreen& s, bool on) { s.txtTitle.setVisible(on); }
 
 void typing(MainScreen& s, bool on) {
-  for (ui::TextField* field :
-       {&s.txtTitle, &s.txtCode, &s.txtMotherCode, &s.txtNotes, &s.txtMaxDebit, &s.txtMaxCredit})
-    field->setLocked(!on);
+  for (const TypedField& field : typedFields()) (s.*field.control).setLocked(!on);
+  s.txtMotherCode.setLocked(!on);
 }
 
 void picking(MainScreen& s, bool on) {

@@ -1,5 +1,7 @@
 #include "mainform/main_screen.h"
 
+#include "data/numbers.h"
+
 namespace ledgertree::mainform {
 
 namespace {
@@ -26,6 +28,13 @@ constexpr Bounds rightField(int row) { return {3930, rowTop(row), 2205, 300}; }
 constexpr Bounds leftLabel(int row) { return {2700, rowTop(row) + 30, 1170, 240}; }
 constexpr Bounds leftField(int row) { return {90, rowTop(row), 2550, 300}; }
 constexpr Bounds radio(int place, int width) { return {place * width + 60, 75, width - 60, 240}; }
+
+using data::Account;
+constexpr TypedField kTypedFields[] = {
+    {&MainScreen::txtCode, &Account::code},           {&MainScreen::txtTitle, &Account::title},
+    {&MainScreen::txtNotes, &Account::notes},         {&MainScreen::txtMaxDebit, &Account::maxDebit},
+    {&MainScreen::txtMaxCredit, &Account::maxCredit},
+};
 
 }  // namespace
 
@@ -214,6 +223,8 @@ void MainScreen::nameControls() {
   name(lblMessage, "وضعيت فرم");
 }
 
+std::int32_t MainScreen::accountID() const { return data::toNumber(txtID.text()).asInt32(); }
+
 void MainScreen::chooseNature(std::int64_t value) {
   if (value < 0 || value > 2) return;
   ui::RadioButton* const buttons[] = {&optDebit, &OptCredit, &OptDebitAndCredit};
@@ -232,5 +243,7 @@ void MainScreen::chooseClosed(std::int64_t value) {
   ClosedValue = static_cast<std::int16_t>(value);
   (value == 0 ? OptOpen : OptClose).setValue(true);
 }
+
+std::span<const TypedField> typedFields() { return kTypedFields; }
 
 }  // namespace ledgertree::mainform

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
+#include "data/account.h"
 #include "data/system_parameters.h"
 #include "shell/lookup/account_picker.h"
 #include "shell/lookup/date_field.h"
@@ -51,6 +53,9 @@ class MainScreen : public ui::Form {
   void chooseNature(std::int64_t value);
   void choosePermanent(std::int64_t value);
   void chooseClosed(std::int64_t value);
+
+  /// The ID in txtID, of the account last shown; -1 for none.
+  [[nodiscard]] std::int32_t accountID() const;
 
   /// The parent of the last new account at the moment of its save; 0 before the first.
   std::int32_t LastNewParentID = 0;
@@ -141,5 +146,20 @@ class MainScreen : public ui::Form {
   void setShortcuts();
   void nameControls();
 };
+
+/// A field in which a person types, and what of the account stands in it.
+struct TypedField {
+  ui::TextField MainScreen::*control;
+  data::AccountMember holds;
+  /// The others are amounts.
+  [[nodiscard]] constexpr bool isText() const {
+    return std::holds_alternative<std::string data::Account::*>(holds);
+  }
+};
+
+/// The typed fields of the record, in the order in which a save tells of them. What locks, clears, fills,
+/// reads and checks the record's texts goes by them. txtCode holds the own part of the code alone;
+/// txtMotherCode, ahead of it, isn't among them.
+[[nodiscard]] std::span<const TypedField> typedFields();
 
 }  // namespace ledgertree::mainform

@@ -197,16 +197,17 @@ void FormPeriodBranch::hideSelectedRows() {
     for (const Period& period : selectedPeriods()) {
       hideFromPeriod(*gateway, std::to_string(accountID), period);
     }
-  } catch (const std::exception&) {
-    refreshAfterFailure(accountID);
+  } catch (const data::DataError& failure) {
+    refreshAfterFailure(accountID, failure);
     throw;
   }
   written();
 }
 
-void FormPeriodBranch::refreshAfterFailure(std::int32_t accountID) {
+void FormPeriodBranch::refreshAfterFailure(std::int32_t accountID, const data::DataError& failure) {
   // The rows ahead of the failing one are hidden, and may not stay in the grid. What the person hears of is
   // that failure: a second one leaves the grid empty, which shows nothing that isn't so.
+  if (failure.cameLate()) return flxPeriodBranch.clearRows();
   try {
     refreshPeriodGrid(accountID);
   } catch (const std::exception&) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "data/data_error.h"
 #include "data/dten.h"
 #include "shell/lookup/selector.h"
 #include "shell/shell.h"
@@ -58,7 +59,7 @@ class FormPeriodBranch : public ui::Form {
   void loadControls();
   void setCommandsInReach(bool inReach);
   void refreshPeriodGrid(std::int32_t accountID);
-  void refreshAfterFailure(std::int32_t accountID);
+  void refreshAfterFailure(std::int32_t accountID, const data::DataError& failure);
   [[nodiscard]] std::vector<Period> selectedPeriods() const;
   /// A period is chosen, or the person means all of them.
   [[nodiscard]] bool periodsAreClear();

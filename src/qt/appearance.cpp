@@ -21,6 +21,31 @@ constexpr double kDesignFontPixels = 11;
 /// The width of this text against the font's size, in the font that the forms were laid out with.
 constexpr const char* kSample = "سرفصل حسابها مركز هزينه/درآمد: 0123456789";
 
+/// The first palette that had these colours. The toolkit keeps what it painted under the palette that it was
+/// painted with, and takes equal ones of two windows for two: every window would leave its pictures behind.
+const QPalette& firstLike(const QPalette& palette) {
+  static QList<QPalette> known;
+  const auto found = std::find(known.cbegin(), known.cend(), palette);
+  return found != known.cend() ? *found : known.emplaceBack(palette);
+}
+
+/// Gives an option that palette while it is painted with.
+class SteadyPalette {
+ public:
+  explicit SteadyPalette(const QStyleOption& option)
+      : option_(const_cast<QStyleOption&>(option)), own_(option.palette) {
+    option_.palette = firstLike(own_);
+    option_.palette.setCurrentColorGroup(own_.currentColorGroup());
+  }
+  SteadyPalette(const SteadyPalette&) = delete;
+  SteadyPalette& operator=(const SteadyPalette&) = delete;
+  ~SteadyPalette() { option_.palette = own_; }
+
+ private:
+  QStyleOption& option_;
+  QPalette own_;
+};
+
 /// Texts that a style paints (of menus, of headers) run as the application does, which is the host's. Here
 /// they run as their widget does.
 class ScreenStyle : public QProxyStyle {
@@ -29,10 +54,17 @@ class ScreenStyle : public QProxyStyle {
 
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override {
+    const SteadyPalette steady(*option);
     const Qt::LayoutDirection before = painter->layoutDirection();
     painter->setLayoutDirection(option->direction);
     QProxyStyle::drawControl(element, option, painter, widget);
     painter->setLayoutDirection(before);
+  }
+
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override {
+    const SteadyPalette steady(*option);
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
   }
 
   /// The marks of buttons grow with the letters. Not with the lines: some fonts keep twice the room for one.
@@ -45,6 +77,7 @@ class ScreenStyle : public QProxyStyle {
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
+    const SteadyPalette steady(*option);
     const bool ofLine =
         element == PE_IndicatorArrowDown && qobject_cast<const QToolButton*>(widget) != nullptr;
     if (!ofLine && element != PE_IndicatorBranch)

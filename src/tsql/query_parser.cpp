@@ -337,8 +337,8 @@ ExpressionPtr QueryParser::columnOrCall() {
   }
   std::string qualifier;
   std::string last = reader_.name();
-  // What stands ahead of a table is a schema, which a file of SQLite hasn't.
-  for (int dots = 0; dots < 2 && reader_.takeSymbol("."); ++dots) {
+  // What stands ahead of a table is a schema or a database with one, which a file of SQLite hasn't.
+  for (int dots = 0; dots < 3 && reader_.takeSymbol("."); ++dots) {
     qualifier = std::move(last);
     if (reader_.takeSymbol("*")) {
       ExpressionPtr all = makeExpression(Kind::All);

@@ -83,7 +83,7 @@ std::string TokenReader::name() {
 
 std::string TokenReader::tableName() {
   std::string last = name();
-  if (takeSymbol(".")) last = name();
+  for (int dots = 0; dots < 2 && takeSymbol("."); ++dots) last = name();
   return last;
 }
 

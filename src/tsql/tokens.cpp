@@ -167,10 +167,9 @@ Token Tokens::symbol() {
 
 void refuse(std::string_view statement, std::size_t place, const std::string& what) {
   const std::size_t character = text::characterCount(statement.substr(0, place)) + 1;
-  throw data::DataError(
-      data::DataError::Reason::Statement, 0,
-      "The statement is refused: " + what + " at character " + std::to_string(character) + ".",
-      std::string(statement));
+  const std::string where = " (" + what + " at character " + std::to_string(character) + ")";
+  throw data::DataError(data::DataError::Reason::Statement, 0, data::kStatementRefused + where,
+                        std::string(statement));
 }
 
 }  // namespace ledgertree::tsql

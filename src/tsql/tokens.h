@@ -59,8 +59,8 @@ class Tokens {
   std::size_t place_ = 0;
 };
 
-/// The refusal of a statement, which says what isn't understood and where: `what` reads on behind "The
-/// statement is refused: ". `place` counts bytes; the message counts characters.
+/// The refusal of a statement, which says behind data::kStatementRefused what isn't understood and where.
+/// `place` counts bytes; the message counts characters.
 [[noreturn]] void refuse(std::string_view statement, std::size_t place, const std::string& what);
 
 }  // namespace ledgertree::tsql

@@ -363,6 +363,52 @@ TEST_F(SavingStory, ABrokenConnectionLeavesOpenWhetherTheAccountIsThere) {
   EXPECT_EQ(save(), 2);
 }
 
+TEST_F(SavingStory, ASaveWithoutAnAnswerIsUnknownUntilTheScreenHasLooked) {
+  using Reason = data::DataError::Reason;
+  const std::string found =
+      "خطا در ثبت|حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه "
+      "آن "
+      "با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
+  const std::string unknown =
+      "خطا در ثبت|late\nمعلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
+  account(1, 0, "1", "دارايي");
+  start();
+  const auto late = [] { throw data::DataError(Reason::TimeOut, 0, "late"); };
+  faults.onAnswer = [&](const std::string& command, const auto&) {
+    if (command == "spAccountInsertAccount") late();
+  };
+  const std::string codes = "select Code from tblAccount where ID > 1 order by ID";
+  for (const bool backAtOnce : {true, false}) {
+    SCOPED_TRACE(backAtOnce);
+    typeNew(1, "صندوق", backAtOnce ? "7" : "8");
+    faults.onCommand = [&](const std::string& command) {
+      if (!backAtOnce && command.starts_with("Select ID From"))
+        throw data::DataError(Reason::Connection, 0, "away");
+    };
+    EXPECT_EQ(toldBy(form->cmdSave), unknown + (backAtOnce ? "\n" + found : ""));
+    faults.onCommand = nullptr;
+    if (!backAtOnce) {
+      // Under another code it would be there twice.
+      EXPECT_EQ(mode(), FormMode::ModeNew);
+      form->txtCode.paste("9");
+      EXPECT_EQ(toldBy(form->cmdSave), found);
+    }
+    EXPECT_EQ(mode(), FormMode::ModeEdit);
+    EXPECT_EQ(save(), backAtOnce ? 2 : 3);
+    EXPECT_EQ(database.rows(codes), backAtOnce ? "17" : "17\n19");
+  }
+  // One that isn't there is new still, and so is the next of the same title.
+  faults.onAnswer = nullptr;
+  typeNew(1, "صندوق", "6");
+  faults.onCommand = [&](const std::string& command) {
+    if (command == "spAccountInsertAccount") late();
+  };
+  EXPECT_EQ(toldBy(form->cmdSave), unknown);
+  faults.onCommand = nullptr;
+  EXPECT_EQ(save(), 4);
+  EXPECT_EQ(saveNew(1, "صندوق", "5"), 5);
+}
+
 TEST_F(SavingStory, WhatCantBeReadBackLeavesABlankRecordAndOneNotice) {
   account(1, 0, "1", "دارايي");
   start();

@@ -1,6 +1,11 @@
+#include <sys/xattr.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
+#include <vector>
 
 #include "component_registration_check.h"
 #include "shell/components/component_plugins.h"
@@ -47,6 +52,7 @@ class Plugins : public ::testing::Test {
   Plugins() {
     fs::create_directories(folder.path() / "base/System");
     fs::create_directory(folder.path() / "elsewhere");
+    plugins.trustBelow(folder.path() / "base");
   }
   [[nodiscard]] static fs::path built(const char* plugin) {
     return fs::path(LEDGERTREE_BUILT_COMPONENTS) / ("lib" + std::string(plugin) + ".so");
@@ -55,7 +61,7 @@ class Plugins : public ::testing::Test {
     plugins.carryOut(command((folder.path() / "base/").string() + "System\\" + plugin + ".ocx"));
   }
 
-  TemporaryFolder folder;
+  TemporaryFolder folder;  // open to everybody, and so trusted by the host's word alone
   shell::OutsideComponents components;
   shell::ComponentPlugins plugins{components, shell::pluginLibraries()};
 };
@@ -104,6 +110,117 @@ TEST_F(Plugins, WhatIsNoPluginOrStandsElsewhereIsPassedOver) {
   carryOut("PactKit");
   EXPECT_FALSE(components.has("SheetKit.SheetWriter"));
   EXPECT_FALSE(components.has("PactKit.PactEditor"));
+}
+
+/// A plug-in that registers its component, and one that takes it back.
+std::int32_t serve(const LedgerTreeRegistry* registry) {
+  registry->add(registry->context, "PactKit.PactEditor",
+                [](LedgerTreeComponent*) -> std::int32_t { return 1; });
+  return 1;
+}
+std::int32_t refuse(const LedgerTreeRegistry* registry) { return serve(registry) - 1; }
+
+/// A plug-in planted in "System", and one that the package installed; what is in the files doesn't matter.
+class PlantedPlugins : public ::testing::Test {
+ protected:
+  PlantedPlugins() {
+    fs::create_directories(system);
+    fs::create_directory(installed);
+    for (const fs::path& folder : {system, installed}) std::ofstream(folder / "libPactKit.so") << "planted";
+    fs::permissions(root, fs::perms(0755));
+  }
+  ~PlantedPlugins() override { fs::remove_all(root); }
+
+  /// Where the plug-in was loaded from, then what was refused and why.
+  std::string used(const std::string& basePath, const fs::path& trusted = {}) {
+    std::string told;
+    shell::OutsideComponents components;
+    shell::ComponentPlugins::Platform platform = shell::pluginLibraries();
+    platform.load = [&](const fs::path& plugin) {
+      told += plugin.parent_path().filename().string() + " ";
+      return told == refusing ? &refuse : &serve;
+    };
+    shell::ComponentPlugins plugins(components, platform);
+    plugins.setInstalledFolder(installed);
+    if (!trusted.empty()) plugins.trustBelow(trusted);
+    plugins.onRefused(
+        [&](const shell::RefusedPlugin& one) { told += one.file.string() + ": " + one.reason; });
+    plugins.carryOut(command(basePath + "System\\PactKit.ocx"));
+    EXPECT_TRUE(components.has("PactKit.PactEditor"));
+    return told;
+  }
+
+  // Below the build: the places of temporary files are open to everybody.
+  const fs::path root = fs::path(LEDGERTREE_BUILT_COMPONENTS) / ("planted-" + std::to_string(::getpid()));
+  const fs::path base = root / "base", system = base / "System", file = system / "libPactKit.so";
+  const fs::path installed = root / "installed";
+  std::string refusing;
+};
+
+TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
+  const std::string path = base.string() + "/";
+  if (!shell::pluginLibraries().distrust(file).empty()) GTEST_SKIP() << "the build is open to others";
+  EXPECT_EQ(used(path), "System ");
+  refusing = "System ";
+  EXPECT_EQ(used(path), "System installed ") << "one that refuses hides none";
+  refusing.clear();
+
+  const auto open = [](const fs::path& place, int mode) {
+    return [=] { fs::permissions(place, fs::perms(mode)); };
+  };
+  const auto give = [](const fs::path& place) {
+    return [=] { EXPECT_EQ(::chown(place.c_str(), 65534, 0), 0); };
+  };
+  const auto list = [this] {
+    // The owner, user 65534, the group, the mask and the others, of whom all but two may only read.
+    const std::uint16_t rights[] = {2,      0,      1,    6, 0xFFFF, 0xFFFF, 2,    6, 0xFFFE, 0,     4, 4,
+                                    0xFFFF, 0xFFFF, 0x10, 6, 0xFFFF, 0xFFFF, 0x20, 4, 0xFFFF, 0xFFFF};
+    EXPECT_EQ(::setxattr(file.c_str(), "system.posix_acl_access", rights, sizeof rights, 0), 0);
+  };
+  const auto writable = [](const fs::path& place) {
+    return "ديگران اجازه نوشتن در «" + place.string() + "» را دارند";
+  };
+  const auto foreign = [](const fs::path& place) {
+    return "«" + place.string() + "» از آن شما يا مدير سيستم نيست";
+  };
+  struct Planted {
+    std::function<void()> act;
+    std::string reason;
+  };
+  std::vector<Planted> all = {{open(file, 0646), writable(file)},
+                              {open(file, 0664), writable(file)},
+                              {open(system, 0775), writable(system)},
+                              {open(base, 01777), writable(base)},
+                              {list, writable(file)}};
+  if (::geteuid() == 0) {
+    all.push_back({give(file), foreign(file)});
+    all.push_back({give(base), foreign(base)});
+  }
+  for (const Planted& planted : all) {
+    planted.act();
+    EXPECT_EQ(used(path), "installed " + file.string() + ": " + planted.reason);
+    EXPECT_EQ(used(path, base), "System ") << "the host answers for it";
+    for (const fs::path& place : {file, system, base}) {
+      EXPECT_EQ(::chown(place.c_str(), ::geteuid(), ::getegid()), 0);
+      fs::permissions(place, fs::perms(place == file ? 0644 : 0755));
+    }
+    ::removexattr(file.c_str(), "system.posix_acl_access");
+  }
+
+  // The current folder, and links: out of the folder, and on the way to it.
+  const fs::path before = fs::current_path();
+  fs::current_path(base);
+  EXPECT_EQ(used(""),
+            "installed System/libPactKit.so: نشاني آن کامل نيست و از پوشه جاري چيزي بارگذاري نميشود");
+  fs::current_path(before);
+  fs::create_directory_symlink(base, root / "link");
+  EXPECT_EQ(used((root / "link/").string()), "System ");
+  EXPECT_EQ(shell::pluginLibraries().distrust(root / "link/System/libPactKit.so"),
+            "اجازه هاي «" + (root / "link").string() + "» را نميتوان بررسي کرد")
+      << "made behind the resolving";
+  fs::rename(file, root / "libPactKit.so");
+  fs::create_symlink(root / "libPactKit.so", file);
+  EXPECT_EQ(used(path), "installed " + file.string() + ": پيوندي به بيرون از پوشه خود است");
 }
 
 }  // namespace

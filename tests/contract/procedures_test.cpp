@@ -6,31 +6,13 @@
 #include <vector>
 
 #include "contract/engine.h"
-#include "data/catalogue.h"
+#include "data/account.h"
 
 namespace ledgertree::testing {
 namespace {
 
-using data::DataError, data::DateTime, data::Money, data::Value, data::Procedure;
+using data::Account, data::AccountCall, data::DataError, data::Money, data::Value, data::Procedure;
 namespace procedures = data::procedures;
-
-/// What an accountant typed.
-struct Account {
-  int parent = -1;
-  std::string code = {};
-  std::string title = "صندوق";
-  int group = -1;
-  std::string notes = {};
-  Money ceiling = {};
-
-  [[nodiscard]] std::vector<Value> forInsert() const {
-    const DateTime day{.year = 2025, .month = 3, .day = 21};
-    return {day, "1404/01/01", group, 1, 0, parent, title, code, 0, 0, 0, notes, ceiling, Money()};
-  }
-  [[nodiscard]] std::vector<Value> forUpdate(int id) const {
-    return {id, parent, group, 1, 0, title, code, 0, 0, 0, notes, ceiling, Money()};
-  }
-};
 
 std::string repeated(const char* letter, int times) {
   std::string text;
@@ -43,18 +25,27 @@ class Procedures : public Engine {
   std::int32_t call(const Procedure& procedure, const std::vector<Value>& values) {
     return connection->call(procedure, values);
   }
-  std::int32_t insert(const Account& account) {
-    return call(procedures::spAccountInsertAccount, account.forInsert());
+  /// What an accountant typed, with a title and a day where it has none.
+  static std::vector<Value> typed(Account account, AccountCall as) {
+    if (account.title.empty()) account.title = "صندوق";
+    account.createDate = {.year = 2025, .month = 3, .day = 21};
+    account.farsiCreateDate = "1404/01/01";
+    return argumentsOf(account, as);
   }
-  std::int32_t update(int id, const Account& account) {
-    return call(procedures::spAccountUpdateAccounts, account.forUpdate(id));
+  std::int32_t insert(const Account& account) {
+    return call(procedures::spAccountInsertAccount, typed(account, AccountCall::Insert));
+  }
+  std::int32_t update(int id, Account account) {
+    account.id = id;
+    return call(procedures::spAccountUpdateAccounts, typed(account, AccountCall::Update));
   }
   std::string row(int id) {
     return database.rows("select ParentID, Code, Title, NoLevel, GroupID from tblAccount where ID = " +
                          std::to_string(id));
   }
-  void expectGone(const Procedure& procedure, const std::vector<Value>& values) {
-    const DataError gone = failureOf([&] { return call(procedure, values); });
+  template <typename Act>
+  void expectGone(const Act& act) {
+    const DataError gone = failureOf(act);
     EXPECT_EQ(gone.reason(), DataError::Reason::Constraint);
     EXPECT_NE(std::string(gone.what()).find("ديگر وجود ندارد"), std::string::npos) << gone.what();
   }
@@ -64,12 +55,12 @@ TEST_F(Procedures, ANewAccountIsWrittenAsTyped) {
   const int top = insert({.code = "1", .title = "O'Neil; drop table tblAccount --"});
   EXPECT_EQ(row(top), "null|1|O'Neil; drop table tblAccount --|1|null");
   const int child =
-      insert({.parent = top, .code = "101", .group = 3, .ceiling = Money::fromTenThousandths(15000)});
+      insert({.parentID = top, .code = "101", .groupID = 3, .maxDebit = Money::fromTenThousandths(15000)});
   EXPECT_EQ(row(child), std::to_string(top) + "|101|صندوق|2|3");
   EXPECT_EQ(database.rows(
                 "select CreateDate, FarsiCreateDate, MaxDebit, MaxCredit, Notes from tblAccount where ID = " +
                 std::to_string(child)),
-            "2025-03-21 00:00:00|1404/01/01|15000|0|");
+            "2025-03-21 00:00:00|1404/01/01|15000|null|");
   EXPECT_EQ(database.rows("select * from tblAccountParent"),
             std::to_string(top) + "|" + std::to_string(child));
   EXPECT_EQ(database.number("select count(*) from tblAccountPeriodAccount"), 0);
@@ -127,11 +118,11 @@ TEST_F(Procedures, NoneIsNullWhoeverWritesIt) {
 TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {
   const int a = insert({.code = "1"});
   const int b = insert({.code = "2"});
-  const int c = insert({.parent = b, .code = "201"});
-  EXPECT_NE(update(b, {.parent = a, .code = "2", .title = repeated("ب", 100), .group = 0}), 0);
+  const int c = insert({.parentID = b, .code = "201"});
+  EXPECT_NE(update(b, {.parentID = a, .code = "2", .title = repeated("ب", 100), .groupID = 0}), 0);
   EXPECT_EQ(database.number("select NoLevel from tblAccount where ID = " + std::to_string(c)), 3);
   EXPECT_EQ(row(b), std::to_string(a) + "|2|" + repeated("ب", 100) + "|2|null");
-  EXPECT_THROW(update(a, {.parent = c, .code = "1"}), DataError);
+  EXPECT_THROW(update(a, {.parentID = c, .code = "1"}), DataError);
   EXPECT_EQ(row(a), "null|1|صندوق|1|null");
   EXPECT_NE(update(b, {.code = "2"}), 0) << "-1 takes it back to the top";
   EXPECT_EQ(row(b), "null|2|صندوق|1|null");
@@ -139,10 +130,10 @@ TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {
 
 TEST_F(Procedures, WhatAnotherProgramDeletedIsTold) {
   const int a = insert({.code = "1"});
-  expectGone(procedures::spAccountInsertAccount, Account{.parent = 99, .code = "9901"}.forInsert());
-  expectGone(procedures::spAccountUpdateAccounts, Account{.parent = 99, .code = "1"}.forUpdate(a));
-  expectGone(procedures::spAccountUpdateAccounts, Account{.code = "2"}.forUpdate(99));
-  expectGone(procedures::spAccountInsertRelatedObject, {99, 1, 1, 1});
+  expectGone([&] { insert({.parentID = 99, .code = "9901"}); });
+  expectGone([&] { update(a, {.parentID = 99, .code = "1"}); });
+  expectGone([&] { update(99, {.code = "2"}); });
+  expectGone([&] { call(procedures::spAccountInsertRelatedObject, {99, 1, 1, 1}); });
   EXPECT_EQ(database.rows("select ID from tblAccount"), std::to_string(a));
   EXPECT_GT(insert({.code = "2"}), 0) << "the connection goes on";
 }
@@ -162,7 +153,7 @@ TEST_F(Procedures, AnAccountEndsWithTheOneRelationGiven) {
 
 TEST_F(Procedures, ADeletionSaysWhetherSomethingDependsOnTheAccount) {
   const int a = insert({.code = "1"});
-  const int b = insert({.parent = a, .code = "101"});
+  const int b = insert({.parentID = a, .code = "101"});
   EXPECT_EQ(call(procedures::spAccountDeleteAccount, {a}), 0);
   database.execute(
       "insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01');"
@@ -199,7 +190,7 @@ TEST_F(Procedures, TwoProgramsNeverStoreOneCodeTwice) {
     programs.emplace_back([this, &stored] {
       const auto own = connect();
       for (int code = 1; code <= 100; ++code) {
-        const auto values = Account{.code = std::to_string(code)}.forInsert();
+        const auto values = typed({.code = std::to_string(code)}, AccountCall::Insert);
         if (own->call(procedures::spAccountInsertAccount, values) > 0) ++stored;
       }
     });
@@ -213,7 +204,7 @@ TEST_F(Procedures, TwoProgramsNeverStoreOneCodeTwice) {
 TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
   if (!onServer()) GTEST_SKIP() << "no program of ours opens a transaction on a file";
   const int a = insert({.code = "1"});
-  insert({.parent = a, .code = "101"});
+  insert({.parentID = a, .code = "101"});
   connection->run("begin transaction");
   const int b = insert({.code = "2"});
   EXPECT_EQ(insert({.code = "2 "}), 0);
@@ -224,7 +215,7 @@ TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
 
   connection->run("begin transaction");
   insert({.code = "3"});
-  EXPECT_EQ(failureOf([&] { insert({.parent = 99, .code = "9901"}); }).number(), 51004);
+  EXPECT_EQ(failureOf([&] { insert({.parentID = 99, .code = "9901"}); }).number(), 51004);
   EXPECT_EQ(number("select @@trancount as cnt"), 0);
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 3) << "an error ends it";
 }

@@ -106,8 +106,7 @@ TEST_F(DtEnTest, AProcedureGetsItsValuesInOrderAndRefusesATextThatIsTooLong) {
     got.assign(values.begin(), values.end());
     return 41;
   };
-  DtEn::NewAccount account{
-      DateTime{2024, 3, 20, 0, 0, 0}, "1403/01/01", -1, 1, 2, -1, "", "0101", 0, 3, 4, "", {}, {}};
+  Account account{.code = "0101", .branchID = 3, .positionID = 4};
   for (int letter = 0; letter < 50; ++letter) account.title += "ق";
   EXPECT_EQ(dten_.spAccountInsertAccount(account), 41);
   ASSERT_EQ(got.size(), procedures::spAccountInsertAccount.parameters.size());

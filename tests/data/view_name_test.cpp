@@ -9,9 +9,10 @@ namespace {
 
 // clang-format off
 constexpr const char* kNames[] = {
-    "vwThing", "_v1$", "dbo.vwThing", "[vw of things; really]", "[dbo].[vwThing]", "dbo.[a.b]", "نماي_ها"};
+    "vwThing", "_v1$", "dbo.vwThing", "[vw of things; really]", "[dbo].[vwThing]", "dbo.[a.b]", "نماي_ها",
+    "Host.dbo.vwThing", "[Host].[dbo].[vw Thing]"};
 constexpr const char* kMoreThanNames[] = {
-    "", " ", ".", "a.", ".a", "a.b.c", "1a", "$a", "پروژه۱", "a b", "a;delete tblAccount", "a--", "a/**/",
+    "", " ", ".", "a.", ".a", "a.b.c.d", "a..b", "1a", "$a", "پروژه۱", "a b", "a;delete tblAccount", "a--", "a/**/",
     "(select 1 as ID)", "a'", "\"a\"", "[a", "a]", "[]", "[ ]", "[a]]]", "[a]b", "[[a]", "[a']", "[a\n]", "a\tb",
     "a\xC2\xA0" "b", "a\xE2\x80\xA8" "b", "a\xFF", "a،b", "a as x, tblAccount"};
 // clang-format on

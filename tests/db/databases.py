@@ -158,7 +158,7 @@ class BothDatabases(Story):
             "@Resource = 'LedgerTree chart' , @LockMode = 'Exclusive' , @LockOwner = 'Transaction'"})
         self.server.locked = True
         with self.assertRaisesRegex(Thrown, "51005, .*حسابها در دست کاربر ديگري است"):
-            self.server.call("spAccountInsertAccount", [None] * 14)
+            self.server.call("spAccountInsertAccount", [None] * PROCEDURES["spAccountInsertAccount"].count("@"))
 
     def test_triggers(self):
         tree = ["tblAccount" + name for name in

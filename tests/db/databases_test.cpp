@@ -6,7 +6,7 @@
 #include <memory>
 #include <random>
 
-#include "data/catalogue.h"
+#include "data/account.h"
 #include "data/data_error.h"
 #include "engines/sqlite/embedded_connection.h"
 #include "support/temporary_database.h"
@@ -65,11 +65,11 @@ class Record {
     } catch (const data::DataError& failure) {
       file_ << failure.what() << "\n";
     }
-    for (const std::string query :
-         {"select ID, ParentID, Code, Title, NoLevel, GroupID, BranchID, PositionID, CreateDate, "
-          "FarsiCreateDate, Notes,"
-          " AccountNatureID, IsPermanent, IsClosed, MaxDebit, MaxCredit from tblAccount order by ID",
-          "select * from tblAccountRelatedObjects order by 1, 2, 3, 4"}) {
+    std::string accounts = "select NoLevel";
+    for (const data::AccountField& field : data::kAccountFields) accounts.append(", ").append(field.column);
+    for (const std::string& query :
+         {accounts + " from tblAccount order by ID",
+          std::string("select * from tblAccountRelatedObjects order by 1, 2, 3, 4")}) {
       std::string rows = database_.rows(query);
       std::replace(rows.begin(), rows.end(), '\n', ';');
       file_ << "rows " << query << "=" << rows << "\n";

@@ -1,4 +1,6 @@
+#include <SQLiteCpp/SQLiteCpp.h>
 #include <gtest/gtest.h>
+#include <ledgertree/component_folder.h>
 #include <ledgertree/demo_chart.h>
 #include <ledgertree/ledger_tree_control.h>
 #include <ledgertree/qt_desktop.h>
@@ -6,6 +8,8 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QTemporaryDir>
@@ -166,6 +170,32 @@ TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
   settle();
   EXPECT_TRUE(screenIsOpen());
   EXPECT_EQ(screen()->parentWidget(), page);
+}
+
+TEST_F(HostStory, APlugInThatOthersMayChangeIsToldOfAndTheInstalledOneServes) {
+  const QString system = folder.filePath("System");
+  EXPECT_TRUE(QDir().mkdir(system) && QFile(system + "/libPactKit.so").open(QFile::WriteOnly));
+  QFile::setPermissions(system, QFile::Permissions(0x7777));
+  SQLite::Database(folder.filePath("chart.db").toStdString(), SQLite::OPEN_READWRITE)
+      .exec("update tblTarvoBasePath set BasePath = '" + folder.path().toStdString() + "/'");
+  std::string told;
+  onComponentRefused(
+      [&](const std::string& file, const std::string& reason) { told = file + ", " + reason; });
+  control.ClearShow();
+  QStringList seen;
+  QTimer person;
+  QObject::connect(&person, &QTimer::timeout, [&] {
+    if (QWidget* dialog = QApplication::activeModalWidget(); dialog != nullptr) {
+      seen += dialog->objectName() + " " + dialog->windowTitle();
+      dialog->close();
+    }
+  });
+  person.start(1);
+  screen()->findChild<QAction*>("mnuFonc5")->trigger();
+  onComponentRefused({});
+  EXPECT_EQ(told.find(system.toStdString() + "/libPactKit.so, ديگران اجازه نوشتن در «"), 0U) << told;
+  EXPECT_EQ(seen.join('|').toStdString(), "NoticeDialog اشکال|frmCostCenters مراكز هزينه");
+  EXPECT_THROW(trustComponentsBelow("System"), std::invalid_argument);
 }
 
 }  // namespace

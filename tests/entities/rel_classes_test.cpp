@@ -120,6 +120,88 @@ TEST_F(RelClasses, LevelsMoveWithinTheirLimitsAndTheRestOfARowStays) {
   EXPECT_EQ(stored(), "classes: -10|3|1|1");
 }
 
+TEST_F(RelClasses, WhatTheListShowsIsStoredAndEachRowKeepsHowItsObjectsCount) {
+  struct Case {
+    std::string name;
+    std::string rows;
+    std::function<void(frmAccountRelClasses&)> person;
+    std::string lines;
+    std::string stored;
+  };
+  const auto on = [](frmAccountRelClasses& form, int line, std::initializer_list<ui::PushButton*> pressed) {
+    form.lstClasses.choose(line);
+    for (ui::PushButton* button : pressed) button->click();
+  };
+  const std::string two = "(10, 1, 1, 0), (10, 2, 1, 0), (10, 2, 2, 1)";
+  const Case cases[] = {
+      {"a level is left", two, [&](auto& form) { on(form, 2, {&form.cmdDelete}); },
+       "1#10_اشخاص\n1#_پروژه ها\n", "classes: -10|2|2|1"},
+      {"a line moves where another was", two,
+       [&](auto& form) {
+         on(form, 2, {&form.cmdDelete});
+         on(form, 1, {&form.cmdMoveDown});
+       },
+       "1#10_اشخاص\n2#_پروژه ها\n", "classes: -10|2|1|0 -10|2|2|1 +10|2|2|0"},
+      {"both move on", two,
+       [&](auto& form) {
+         on(form, 1, {&form.cmdMoveDown});
+         on(form, 2, {&form.cmdMoveDown});
+       },
+       "1#10_اشخاص\n2#_پروژه ها\n3#_پروژه ها\n", "classes: -10|2|1|0 -10|2|2|1 +10|2|2|0 +10|2|3|1"},
+      {"they change places", two,
+       [&](auto& form) {
+         on(form, 1, {&form.cmdMoveDown});
+         on(form, 2, {&form.cmdMoveUp});
+       },
+       "1#10_اشخاص\n2#_پروژه ها\n1#_پروژه ها\n", ""},
+      {"they become one", two, [&](auto& form) { on(form, 2, {&form.cmdMoveUp}); },
+       "1#10_اشخاص\n1#_پروژه ها\n1#_پروژه ها\n", "classes: -10|2|2|1"},
+      {"another class moves beside them", two, [&](auto& form) { on(form, 0, {&form.cmdMoveDown}); },
+       "2#10_اشخاص\n1#_پروژه ها\n2#_پروژه ها\n", "classes: -10|1|1|0 +10|1|2|0"},
+      {"a class that left comes again", two,
+       [&](auto& form) {
+         on(form, 1, {&form.cmdDelete});
+         on(form, 1, {&form.cmdDelete});
+         add(form, "پروژه", 3);
+         add(form, "پروژه", 2);
+       },
+       "1#10_اشخاص\n3#_پروژه ها\n2#_پروژه ها\n", "classes: -10|2|1|0 +10|2|3|0"},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.name);
+    related(one.rows);
+    classesOf(10, [&](frmAccountRelClasses& form) {
+      one.person(form);
+      EXPECT_EQ(lines(form), one.lines);
+      for (const std::string& changed : {one.stored, std::string()}) {
+        EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+        EXPECT_EQ(stored(), changed) << "and another save changes nothing";
+      }
+    });
+  }
+}
+
+TEST_F(RelClasses, OneWaitForALockIsEnough) {
+  related("(10, 1, 1, 0)");
+  classesOf(10, [&](frmAccountRelClasses& form) {
+    add(form, "پروژه", 1);
+    add(form, "بانک", 2);
+    int waited = 0;
+    faults.onCommand = [&](const std::string& command) {
+      if (command.find("RelatedClasses") == std::string::npos) return;
+      ++waited;
+      EXPECT_EQ(desktop.pointer, ui::Pointer::Hourglass);
+      throw data::DataError(data::DataError::Reason::Busy, 5, "locked");
+    };
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+    EXPECT_EQ(waited, 1);
+    faults.onCommand = nullptr;
+    EXPECT_EQ(stored(), "");
+    EXPECT_EQ(storedBy(form.cmdOk), "classes: +10|2|1|null +10|3|2|null");
+    notices.take();
+  });
+}
+
 TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
   given(
       "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (20, 1, 1), (10, 1, "

@@ -162,7 +162,7 @@ TEST_F(RelObjects, TheHostsDataMayBeAnything) {
     insert into tblMaze values (1, null, 'UNKNOWN_TEXT'), (2, 1, 'b'), (1, 2, 'a'), (-3, 2, null), (4, -3, 'd'),
       (null, null, 'none'), (5000000000, null, 'far'), (8, 9, 'lost'), (9, 8, 'lost too');
     create view [vw of a maze] as select * from tblMaze;
-    update tblAccountClass set ViewMajor = ' [vw of a maze] ' where ID = 2;
+    update tblAccountClass set ViewMajor = ' [Host].dbo.[vw of a maze] ' where ID = 2;
     update tblAccountClass set ViewMajor = 'vwEntityBank; delete tblAccountRelatedClasses --' where ID = 3;
     update tblAccountClass set ViewMajor = 'vwNowhere' where ID = 1)");
   store("");

@@ -60,38 +60,38 @@ std::optional<std::string> numberOfSameTitle(data::DtEn& gateway, const std::str
   return rows->Fields("rCode").toText();
 }
 
+/// Codes are texts: the sibling that counts is the one with the greatest text, not the greatest number.
+std::string nextOfSiblings(data::DtEn& gateway, std::int32_t parentID, const std::string& motherCode) {
+  const data::OpenRows siblings(gateway.rssqlBufferQuery, codesOfSiblings(parentID));
+  if (siblings->Eof()) return std::string(kFirstOfAParent);
+  return nextSuffix(ownPart(siblings->Fields("Code").toText(), motherCode));
+}
+
 }  // namespace
 
-std::string CodeProposal::getNewAccountCode(std::int32_t parentID) {
+std::string CodeProposal::getNewAccountCode(std::int32_t parentID, const Basis& basis) {
   const auto gateway = shell_.dtEn();
-  switch (screen_.settings.CodingMode) {
+  switch (basis.codingMode) {
     case 0:
-      return nextOfSiblings(*gateway, parentID);
+      return nextOfSiblings(*gateway, parentID, basis.motherCode);
     case 1:
-      return nextByLevel(*gateway, parentID);
+      return nextByLevel(*gateway, parentID, basis);
     default:
       return {};
   }
 }
 
-/// Codes are texts: the sibling that counts is the one with the greatest text, not the greatest number.
-std::string CodeProposal::nextOfSiblings(data::DtEn& gateway, std::int32_t parentID) {
-  const data::OpenRows siblings(gateway.rssqlBufferQuery, codesOfSiblings(parentID));
-  if (siblings->Eof()) return std::string(kFirstOfAParent);
-  return nextSuffix(ownPart(siblings->Fields("Code").toText(), screen_.txtMotherCode.text()));
-}
-
-std::string CodeProposal::nextByLevel(data::DtEn& gateway, std::int32_t parentID) {
+std::string CodeProposal::nextByLevel(data::DtEn& gateway, std::int32_t parentID, const Basis& basis) {
   const auto greatest = greatestSibling(gateway, parentID);
   if (greatest && greatest->level < kFirstSharedLevel) {
-    return nextSuffix(ownPart(greatest->code, screen_.txtMotherCode.text()));
+    return nextSuffix(ownPart(greatest->code, basis.motherCode));
   }
   const std::int32_t level = greatest ? greatest->level : levelBelow(gateway, parentID);
-  return level < kFirstSharedLevel ? std::string() : searchLevel(gateway, level);
+  return level < kFirstSharedLevel ? std::string() : searchLevel(gateway, level, basis.title);
 }
 
-std::string CodeProposal::searchLevel(data::DtEn& gateway, std::int32_t level) {
-  const auto taken = numberOfSameTitle(gateway, screen_.txtTitle.text(), level);
+std::string CodeProposal::searchLevel(data::DtEn& gateway, std::int32_t level, const std::string& title) {
+  const auto taken = numberOfSameTitle(gateway, title, level);
   if (taken && shell_.askConfirmNotice(kSameTitleTitle, kSameTitleQuestion) == shell::Answer::Yes) {
     return *taken;
   }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "mainform/main_screen.h"
+#include "data/dten.h"
 #include "shell/shell.h"
 
 namespace ledgertree::coding {
@@ -18,19 +18,22 @@ namespace ledgertree::coding {
 /// It reads tblAccount through rssqlBufferQuery, and closes the handle ahead of its one question.
 class CodeProposal {
  public:
-  CodeProposal(mainform::MainScreen& screen, shell::Shell& shell) : screen_(screen), shell_(shell) {}
+  explicit CodeProposal(shell::Shell& shell) : shell_(shell) {}
 
-  /// The proposal for an account below a parent (-1: at the top), by the texts that txtMotherCode and
-  /// txtTitle hold at this moment; empty where there is none. May ask whether the number of an account of the
-  /// same title is to be taken. Throws data::DataError.
-  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID);
+  /// What a proposal goes by besides the parent.
+  struct Basis {
+    std::int16_t codingMode = 0;
+    std::string motherCode;  ///< the parent's part of the code
+    std::string title;       ///< of the account to come
+  };
+  /// The proposal for an account below a parent (-1: at the top); empty where there is none. May ask whether
+  /// the number of an account of the same title is to be taken. Throws data::DataError.
+  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID, const Basis& basis);
 
  private:
-  [[nodiscard]] std::string nextOfSiblings(data::DtEn& gateway, std::int32_t parentID);
-  [[nodiscard]] std::string nextByLevel(data::DtEn& gateway, std::int32_t parentID);
-  [[nodiscard]] std::string searchLevel(data::DtEn& gateway, std::int32_t level);
+  [[nodiscard]] std::string nextByLevel(data::DtEn& gateway, std::int32_t parentID, const Basis& basis);
+  [[nodiscard]] std::string searchLevel(data::DtEn& gateway, std::int32_t level, const std::string& title);
 
-  mainform::MainScreen& screen_;
   shell::Shell& shell_;
 };
 

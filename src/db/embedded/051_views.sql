@@ -1,11 +1,11 @@
 -- The views of the chart, which are made anew in a file of an older version. Every view finds one ID by key, without a
 -- look at other rows.
 
--- One row an account, with the texts of the export beside it: group, nature, type, status, cost centre.
+-- One row an account, with all its columns, and the texts of the export beside them: group, nature, type, status, cost
+-- centre.
 drop view if exists vwAccount;
 create view vwAccount as
-select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.BranchID, a.PositionID, a.CreateDate,
-       a.FarsiCreateDate, a.Notes, a.AccountNatureID, a.IsPermanent, a.IsClosed, a.MaxDebit, a.MaxCredit,
+select a.*,
        g.Name as AccGroup,
        case ifnull(a.AccountNatureID, 0) when 0 then 'بدهكار' when 1 then 'بستانكار' when 2 then 'هردو' end
          as AccountStatus,

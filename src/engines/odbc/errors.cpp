@@ -31,6 +31,12 @@ constexpr const char* kBroken =
     "را دوباره بخوانيد و دوباره تلاش نماييد.";
 constexpr const char* kNoAnswer =
     "پايگاه داده در دسترس نيست. نشاني سرور و شبکه را بررسي نماييد و دوباره تلاش نماييد.";
+constexpr const char* kStopped =
+    "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.";
+constexpr const char* kUnanswered =
+    "پايگاه داده در زمان تعيين شده پاسخ نداد و معلوم نيست که عمليات انجام شده باشد. اطلاعات را دوباره "
+    "بخوانيد و "
+    "دوباره تلاش نماييد.";
 constexpr const char* kNoDriver = "راه انداز ODBC باز نميشود. نصب آن را بررسي نماييد.";
 
 /// By the server's own number.
@@ -118,14 +124,15 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
     return {known->reason, record.number, known->text + behind(record), where};
   }
   if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
-  if (record.state == "HYT00" || record.state == "HYT01") return timeOutError(statement, true);
+  // The time-out of a statement is one that the server has confirmed, that of the connection isn't.
+  if (record.state == "HYT00" || record.state == "HYT01")
+    return timeOutError(statement, record.state == "HYT00");
   if (record.state.starts_with("08")) return brokenError(told, statement);
   if (record.state.starts_with("23")) {
     return {Reason::Constraint, record.number,
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
   }
-  return {Reason::Statement, record.number, "The database refused the statement:" + behind(record) + ".",
-          where};
+  return {Reason::Statement, record.number, data::kStatementRefused + behind(record), where};
 }
 
 data::DataError openError(const std::vector<Record>& told, std::string_view secret) {
@@ -151,12 +158,9 @@ data::DataError brokenError(const std::vector<Record>& told, std::string_view st
 }
 
 data::DataError timeOutError(std::string_view statement, bool ended) {
-  const char* const text =
-      ended ? "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد."
-            : "پايگاه داده در زمان تعيين شده پاسخ نداد و معلوم نيست که عمليات انجام شده باشد. اطلاعات را "
-              "دوباره "
-              "بخوانيد و دوباره تلاش نماييد.";
-  return {Reason::TimeOut, 0, text, std::string(statement)};
+  const std::string where(statement);
+  if (!ended) return {Reason::TimeOut, 0, kUnanswered, where};
+  return data::DataError(Reason::TimeOut, 0, kStopped, where).undone();
 }
 
 data::DataError cancelledError() {

@@ -105,7 +105,7 @@ std::int32_t callProcedure(Session& session, const data::Procedure& procedure,
   execution.finish();
   if (length == SQL_NULL_DATA) {
     throw data::DataError(data::DataError::Reason::Statement, 0,
-                          "The procedure " + std::string(procedure.name) + " gave no return value.",
+                          data::kStatementRefused + std::string(" (no return value)"),
                           std::string(procedure.name));
   }
   return result;

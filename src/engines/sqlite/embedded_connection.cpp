@@ -17,12 +17,22 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// A prepared run of the statement. What writes asks for the file first: a row written into a file that has
-/// been deleted would be lost without a word.
-Plan::Run start(Session& open, std::string_view statement) {
-  std::shared_ptr<Plan> plan = open.plans().find(statement);
-  if (plan->writes()) open.requireFile(Clock::now(), true);
-  return {std::move(plan), open.plans().literals()};
+/// Does what writes, with a look for the file ahead of it and behind it: a row written into a file that has
+/// been moved away would be lost without a word.
+template <typename Write>
+auto writeToFile(Session& open, Write write) {
+  open.requireFile(Clock::now(), true);
+  auto result = write();
+  open.requireFile(Clock::now(), true);
+  return result;
+}
+
+data::Rows readAll(Session& open, Plan::Run& run, std::string_view statement) {
+  int result = run.step();
+  data::Rows rows = run.emptyRows();
+  for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
+  if (result != SQLITE_DONE) fail(open, statement);
+  return rows;
 }
 
 }  // namespace
@@ -35,13 +45,7 @@ class EmbeddedConnection::Running {
   Running& operator=(const Running&) = delete;
   ~Running() {
     if (--connection_.commands_ != 0 || !connection_.session_) return;
-    Session& open = *connection_.session_;
-    if (open.lost()) {
-      connection_.session_.reset();
-    } else if (sqlite3_get_autocommit(open.handle()) == 0) {
-      // Only a failure in the middle of a procedure leaves a transaction behind.
-      sqlite3_exec(open.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
-    }
+    if (connection_.session_->lost()) connection_.session_.reset();
   }
 
  private:
@@ -60,11 +64,11 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    Plan::Run run = start(open, statement);
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-    if (result != SQLITE_DONE) fail(open, statement);
+    std::shared_ptr<Plan> plan = open.plans().find(statement);
+    const bool writes = plan->writes();
+    Plan::Run run(std::move(plan), open.plans().literals());
+    const auto read = [&] { return readAll(open, run, statement); };
+    data::Rows rows = writes ? writeToFile(open, read) : read();
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -73,7 +77,7 @@ std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
-    Plan::Run run = start(open, statement);
+    Plan::Run run(open.plans().find(statement), open.plans().literals());
     int result = run.step();
     data::Rows row = run.emptyRows();
     for (; result == SQLITE_ROW; result = run.step()) {
@@ -91,13 +95,14 @@ void EmbeddedConnection::walk(std::string_view statement,
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   data::checkArguments(procedure, values);
   return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
-    open.requireFile(Clock::now(), true);
-    try {
-      return open.procedures().call(procedure, values);
-    } catch (const SQLite::Exception& failure) {
-      open.watch().rethrowStop(procedure.name);
-      throw engineError(failure, procedure.name);
-    }
+    return writeToFile(open, [&] {
+      try {
+        return open.procedures().call(procedure, values);
+      } catch (const SQLite::Exception& failure) {
+        open.watch().rethrowStop(procedure.name);
+        throw engineError(failure, procedure.name);
+      }
+    });
   });
 }
 
@@ -118,10 +123,7 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
     StatementShape shape;
     shape.read(statement);
     Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
-    int result = run.step();
-    data::Rows rows = run.emptyRows();
-    for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-    if (result != SQLITE_DONE) fail(open, statement);
+    const data::Rows rows = readAll(open, run, statement);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

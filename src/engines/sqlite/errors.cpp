@@ -15,7 +15,7 @@ struct Told {
   const char* text;
 };
 
-/// By the primary code. What isn't here is told in SQLite's own words.
+/// By the primary code. What isn't here is a statement that was refused.
 constexpr Told kTold[] = {
     {SQLITE_BUSY, Reason::Busy, "پايگاه داده در دست برنامه ديگري است. کمي صبر نماييد و دوباره تلاش نماييد."},
     {SQLITE_LOCKED, Reason::Busy,
@@ -73,8 +73,7 @@ data::DataError engineError(int code, std::string_view engineText, std::string_v
   for (const Told& told : kTold) {
     if (told.code == primary) return {told.reason, code, told.text, where};
   }
-  return {Reason::Statement, code, "The database refused the statement: " + std::string(engineText) + ".",
-          where};
+  return {Reason::Statement, code, data::kStatementRefused + (" (" + std::string(engineText) + ")"), where};
 }
 
 data::DataError engineError(const SQLite::Exception& failure, std::string_view statement) {
@@ -86,9 +85,10 @@ data::DataError lastError(sqlite3* handle, std::string_view statement) {
 }
 
 data::DataError timeOutError(std::string_view statement) {
-  return {Reason::TimeOut, SQLITE_INTERRUPT,
-          "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
-          std::string(statement)};
+  return data::DataError(Reason::TimeOut, SQLITE_INTERRUPT,
+                         "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
+                         std::string(statement))
+      .undone();
 }
 
 data::DataError cancelledError() {

@@ -5,6 +5,7 @@
 #include <string>
 #include <variant>
 
+#include "data/account.h"
 #include "data/data_error.h"
 #include "text/characters.h"
 
@@ -18,35 +19,64 @@ constexpr const char* kPermission = R"(
 
 constexpr const char* kUserPeriod = "select PeriodID from tblUser where ID = ?1";
 
-// The test for an existing code stands in the statement that writes, so that nothing comes between the two.
-// The expression is that of ixAccountKey, letter by letter.
-//
-// An account whose code exists has no level here, and its column refuses that. An insert of a select could do
-// without the detour, but SQLite keeps the rows of such a select in a table of their own, which costs half as
-// much again as all the rest.
-constexpr const char* kInsertAccount = R"(
-  insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, ParentID,
-                          Title, Code, IsClosed, BranchID, PositionID, Notes, MaxDebit, MaxCredit, NoLevel)
-  values (ifnull(?1, datetime('now', 'localtime')), ?2, case when ?3 > 0 then ?3 end, ?4, ?5,
-          case when ?6 > 0 then ?6 end, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14,
-          case when not exists (select 1 from tblAccount a
-                                where replace(replace(rtrim(a.Code), 'ی', 'ي'), 'ک', 'ك') =
-                                      replace(replace(rtrim(?8), 'ی', 'ي'), 'ک', 'ك') collate nocase)
-               then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = ?6), 0) end))";
+using data::AccountCall;
 
-// Accounts that share a code from before that rule keep it, each in its own letters, until somebody gives one
-// of them another: else nothing of them could be changed.
-constexpr const char* kUpdateAccount = R"(
-  update tblAccount
-  set ParentID = case when ?2 > 0 then ?2 end, GroupID = case when ?3 > 0 then ?3 end, IsPermanent = ?4,
-      AccountNatureID = ?5, Title = ?6, Code = ?7, IsClosed = ?8, BranchID = ?9, PositionID = ?10,
-      Notes = ?11, MaxDebit = ?12, MaxCredit = ?13
-  where ID = ?1
-    and not exists (select 1 from tblAccount a
-                    where replace(replace(rtrim(a.Code), 'ی', 'ي'), 'ک', 'ك') =
-                          replace(replace(rtrim(?7), 'ی', 'ي'), 'ک', 'ك') collate nocase
-                      and a.ID <> ?1
-                      and (rtrim(a.Code) = rtrim(?7) or rtrim(tblAccount.Code) is not rtrim(?7))))";
+std::string parameter(int place) { return "?" + std::to_string(place); }
+
+/// How a procedure stores a field that it takes as its parameter at a place.
+std::string stored(const data::AccountField& field, int place) {
+  const std::string value = parameter(place);
+  if (field.noneIsNull) return "case when " + value + " > 0 then " + value + " end";
+  if (field.type() == data::ParameterType::DateTime)
+    return "ifnull(" + value + ", datetime('now', 'localtime'))";
+  return value;
+}
+
+/// The expression of ixAccountKey, letter by letter.
+std::string keyOf(const std::string& code) {
+  return "replace(replace(rtrim(" + code + "), 'ی', 'ي'), 'ک', 'ك') collate nocase";
+}
+
+// The test for an existing code stands in the statement that writes, so that nothing comes between the two.
+
+/// An account whose code exists has no level here, and its column refuses that. An insert of a select could
+/// do without the detour, but SQLite keeps the rows of such a select in a table of their own, which costs
+/// half as much again as all the rest.
+std::string insertStatement() {
+  std::string columns;
+  std::string values;
+  int place = 0;
+  for (const data::AccountField& field : data::kAccountFields) {
+    if (field.insert == data::kNotTaken) continue;
+    columns.append(field.column).append(", ");
+    values += stored(field, ++place) + ", ";
+  }
+  const std::string code = parameter(placeOf(AccountCall::Insert, &data::Account::code));
+  const std::string parent = parameter(placeOf(AccountCall::Insert, &data::Account::parentID));
+  return "insert into tblAccount (" + columns + "NoLevel) values (" + values +
+         "case when not exists (select 1 from tblAccount a where " + keyOf("a.Code") + " = " + keyOf(code) +
+         ") then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = " + parent + "), 0) end)";
+}
+
+/// Accounts that share a code from before that rule keep it, each in its own letters, until somebody gives
+/// one of them another: else nothing of them could be changed.
+std::string updateStatement() {
+  std::string changes;
+  int place = 0;
+  for (const data::AccountField& field : data::kAccountFields) {
+    if (field.update == data::kNotTaken || ++place == 1) continue;  // the first is the ID
+    changes.append(changes.empty() ? "" : ", ")
+        .append(field.column)
+        .append(" = ")
+        .append(stored(field, place));
+  }
+  const std::string code = parameter(placeOf(AccountCall::Update, &data::Account::code));
+  return "update tblAccount set " + changes +
+         " where ID = ?1 and not exists (select 1 from tblAccount a where " + keyOf("a.Code") + " = " +
+         keyOf(code) + " and a.ID <> ?1 and (rtrim(a.Code) = rtrim(" + code +
+         ") or rtrim(tblAccount.Code) is not rtrim(" + code + ")))";
+}
+static_assert(placeOf(AccountCall::Update, &data::Account::id) == 1);
 
 constexpr const char* kAccountExists = "select 1 from tblAccount where ID = ?1";
 
@@ -136,8 +166,9 @@ std::int32_t ProcedureRunner::hasPermission(Values values) { return look(kPermis
 std::int32_t ProcedureRunner::currentUserPeriod(Values values) { return look(kUserPeriod, values, 0); }
 
 std::int32_t ProcedureRunner::insertAccount(Values values) {
+  static const std::string statement = insertStatement();
   try {
-    change(kInsertAccount, values);
+    change(statement.c_str(), values);
   } catch (const SQLite::Exception& failure) {
     if (failure.getExtendedErrorCode() == SQLITE_CONSTRAINT_NOTNULL) return 0;
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
@@ -147,8 +178,9 @@ std::int32_t ProcedureRunner::insertAccount(Values values) {
 }
 
 std::int32_t ProcedureRunner::updateAccount(Values values) {
+  static const std::string statement = updateStatement();
   try {
-    if (change(kUpdateAccount, values) != 0) return 1;
+    if (change(statement.c_str(), values) != 0) return 1;
   } catch (const SQLite::Exception& failure) {
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
     refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
@@ -158,17 +190,41 @@ std::int32_t ProcedureRunner::updateAccount(Values values) {
   return 0;
 }
 
+/// Several changes as one: what doesn't come to its end is undone, and leaves no transaction open.
+class ProcedureRunner::Together {
+ public:
+  explicit Together(ProcedureRunner& runner)
+      : runner_(runner), end_(runner.prepared(kEnd)), undo_(runner.prepared(kUndo)) {
+    runner_.change(kBegin, {});
+  }
+  Together(const Together&) = delete;
+  Together& operator=(const Together&) = delete;
+  ~Together() {
+    if (ended_) return;
+    for (SQLite::Statement* statement : {&undo_, &end_}) {
+      statement->tryExecuteStep();
+      statement->tryReset();
+    }
+  }
+  void end() {
+    runner_.change(kEnd, {});
+    ended_ = true;
+  }
+
+ private:
+  ProcedureRunner& runner_;
+  SQLite::Statement& end_;
+  SQLite::Statement& undo_;
+  bool ended_ = false;
+};
+
 std::int32_t ProcedureRunner::insertRelatedObject(Values values) {
-  change(kBegin, {});
   try {
+    Together changes(*this);
     change(kDeleteRelations, values.first(1));
     change(kInsertRelation, values);
-    change(kEnd, {});
+    changes.end();
   } catch (const SQLite::Exception& failure) {
-    for (const char* statement : {kUndo, kEnd}) {
-      prepared(statement).tryExecuteStep();
-      prepared(statement).tryReset();
-    }
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
     refuseMissing(kAccountIsGone, "spAccountInsertRelatedObject");
   }

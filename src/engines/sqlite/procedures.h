@@ -28,6 +28,7 @@ class ProcedureRunner {
 
  private:
   using Values = std::span<const data::Value>;
+  class Together;
 
   std::int32_t hasPermission(Values values);
   std::int32_t currentUserPeriod(Values values);

@@ -68,6 +68,33 @@ SQLite::Database openFile(const std::string& path, Session::Missing missing) {
   }
 }
 
+/// A file may come from anywhere. What stands in it (views, triggers, defaults) calls no more than what
+/// SQLite holds for harmless, nothing in it reaches SQLite's own tables, and nothing makes a value, a
+/// statement or a program out of all proportion. How deep triggers go stays as it is: a tree of accounts may
+/// be that deep.
+///
+/// A function that the product gives a connection is made with SQLITE_DIRECTONLY, so that no file calls it.
+void mistrust(SQLite::Database& database) {
+  struct Limit {
+    int kind;
+    int greatest;
+  };
+  constexpr Limit kLimits[] = {{SQLITE_LIMIT_LENGTH, 16'000'000},
+                               {SQLITE_LIMIT_SQL_LENGTH, 1'000'000},
+                               {SQLITE_LIMIT_VDBE_OP, 250'000},
+                               {SQLITE_LIMIT_ATTACHED, 0},
+                               {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 500}};
+  sqlite3* const handle = database.getHandle();
+  for (const Limit& limit : kLimits) sqlite3_limit(handle, limit.kind, limit.greatest);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+  // A name that no column has is an error, never a text.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
+  database.exec("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0");
+}
+
 }  // namespace
 
 Session::Session(std::string path, Missing missing, std::chrono::milliseconds timeOut)
@@ -99,11 +126,9 @@ void Session::configure(std::chrono::milliseconds timeOut) {
   const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
   Watch::Command command(watch_, deadline);
   watch_.attach(handle());
-  // A name that no column has is an error, never a text.
-  sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-  sqlite3_db_config(handle(), SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
   while (true) {
     try {
+      mistrust(database_);
       if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
       database_.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
       // Looks at what the file is before anything is written to it.

@@ -16,8 +16,8 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// A database file that is open: it has the present schema, if need be since it was taken up, writes ahead to
-/// a log, and is on the disk when a statement returns.
+/// A database file that is open, and opened as one that nobody vouches for: it has the present schema, if
+/// need be since it was taken up, writes ahead to a log, and is on the disk when a statement returns.
 class Session {
  public:
   enum class Missing { Create, Refuse };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "data/numbers.h"
 #include "data/permissions.h"
 
 namespace ledgertree::mainform {
@@ -68,7 +67,7 @@ void Commands::startNew() {
 
 void Commands::startEdit() {
   if (!shell_.permits(data::Permission::EditAccount)) return;
-  record_.startEditAccount(data::toNumber(screen_.txtID.text()).asInt32());
+  record_.startEditAccount(screen_.accountID());
 }
 
 void Commands::cancel() {
@@ -77,7 +76,7 @@ void Commands::cancel() {
                  {.title = "انصراف از ثبت تغييرات حساب ", .text = " آيا مطمئن هستيد؟ "}))
     return;
   if (typing) {
-    record_.showAccount(data::toNumber(screen_.txtID.text()).asInt32());
+    record_.showAccount(screen_.accountID());
   } else {
     screen_.close();
   }

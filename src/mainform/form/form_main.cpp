@@ -26,8 +26,7 @@ void grow(ui::Control& control, int left, int top, int width, int height) {
 FormMain::FormMain(shell::Shell& shell)
     : MainScreen(shell),
       shell_(shell),
-      proposal_(*this, shell),
-      rules_(*this, shell, proposal_),
+      rules_(*this, shell),
       record_(*this, shell, [this] { rules_.classRule(); }),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),

@@ -5,7 +5,6 @@
 #include "accounts/account_deletion.h"
 #include "accounts/account_saving.h"
 #include "accounts/field_rules.h"
-#include "coding/proposal/code_proposal.h"
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
 #include "mainform/form/commands.h"
@@ -28,9 +27,7 @@ class FormMain : public MainScreen {
   void View(std::int32_t accountID) { record_.showAccount(accountID); }
   /// The own part that is proposed for the code of a new account below a parent, -1 for the top; see
   /// coding::CodeProposal.
-  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) {
-    return proposal_.getNewAccountCode(parentID);
-  }
+  [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) { return rules_.proposedCode(parentID); }
 
  protected:
   /// Nothing of it fails: what can't be ended is left alone.
@@ -43,7 +40,6 @@ class FormMain : public MainScreen {
   void showEntityFields();
 
   shell::Shell& shell_;
-  coding::CodeProposal proposal_;
   accounts::FieldRules rules_;
   AccountRecord record_;
   AccountTree tree_;

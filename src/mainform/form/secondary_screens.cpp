@@ -3,7 +3,6 @@
 #include "batch/account_batch.h"
 #include "batch/hand_over.h"
 #include "coding/recoding/auto_codding.h"
-#include "data/numbers.h"
 #include "entities/rel_classes.h"
 
 namespace ledgertree::mainform {
@@ -14,7 +13,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
     : screen_(screen), shell_(shell), tree_(tree), periods_(shell) {
   screen_.cmdPeriodBranch.onClick = [this] {
     showPeriods(Permission::PeriodsOfAccount,
-                [this] { return periods_.ShowPeriodBranch(data::toNumber(screen_.txtID.text()).asInt32()); });
+                [this] { return periods_.ShowPeriodBranch(screen_.accountID()); });
   };
   screen_.cmdCopyPeriod.onClick = [this] {
     showPeriods(Permission::CopyPeriod, [this] { return periods_.showCopyPeriod(); });
@@ -24,7 +23,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
   };
   screen_.cmdRelClasses.onClick = [this] {
     if (!screen_.settings.MultiEntityMode) return;
-    entities::showRelClasses(shell_, data::toNumber(screen_.txtID.text()).asInt32());
+    entities::showRelClasses(shell_, screen_.accountID());
   };
   screen_.mnuSameCoding.onClick = [this] { recode(); };
   screen_.mnuAccountBatch.onClick = [this] { deleteInBatch(); };
@@ -36,7 +35,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
 void SecondaryScreens::recode() {
   if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
-  screen_.sltAccount.setAccountID(data::toNumber(screen_.txtID.text()).asInt32());
+  screen_.sltAccount.setAccountID(screen_.accountID());
   // The ID outlives its account behind a deletion: nothing is on the screen then.
   if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();

@@ -55,6 +55,13 @@ bool strays(std::string_view path) {
   return false;
 }
 
+/// Whether a path without links leads below a folder.
+bool isBelow(const fs::path& file, const fs::path& folder) {
+  std::error_code failure;
+  const fs::path real = fs::canonical(folder, failure);
+  return !failure && std::mismatch(real.begin(), real.end(), file.begin(), file.end()).first == real.end();
+}
+
 }  // namespace
 
 std::optional<Registration> readRegistration(std::string_view commandLine) {
@@ -82,24 +89,35 @@ std::optional<Registration> readRegistration(std::string_view commandLine) {
 void ComponentPlugins::carryOut(std::string_view commandLine) const {
   const auto registration = readRegistration(commandLine);
   if (!registration) return;
-  if (loadFrom(registration->system, registration->plugin)) return;
-  if (!installed_.empty()) static_cast<void>(loadFrom(installed_, registration->plugin));
+  Refusals refused;
+  if (!loadFrom(registration->system, registration->plugin, refused) && !installed_.empty())
+    static_cast<void>(loadFrom(installed_, registration->plugin, refused));
+  if (!refused_) return;
+  for (const RefusedPlugin& one : refused) refused_(one);
 }
 
-bool ComponentPlugins::loadFrom(const fs::path& folder, const std::string& plugin) const {
-  std::error_code failure;
-  const fs::path real = fs::canonical(folder, failure);
-  if (failure) return false;
+bool ComponentPlugins::loadFrom(const fs::path& folder, const std::string& plugin, Refusals& refused) const {
   for (const std::string& name : platform_.fileNames(plugin)) {
-    // A link may not lead out of the folder.
-    const fs::path file = fs::canonical(real / name, failure);
-    if (failure || file.parent_path() != real || !fs::is_regular_file(file, failure)) continue;
+    std::error_code failure;
+    const fs::path file = fs::canonical(folder / name, failure);
+    if (failure || !fs::is_regular_file(file, failure)) continue;
+    if (std::string reason = distrust(folder, file); !reason.empty()) {
+      refused.push_back({folder / name, std::move(reason)});
+      continue;
+    }
     const RegisterComponents entry = platform_.load(file);
-    if (entry == nullptr) continue;
-    registerPlugin(components_, entry);
-    return true;
+    if (entry != nullptr && registerPlugin(components_, entry)) return true;
   }
   return false;
+}
+
+std::string ComponentPlugins::distrust(const fs::path& folder, const fs::path& file) const {
+  if (!folder.is_absolute()) return "نشاني آن کامل نيست و از پوشه جاري چيزي بارگذاري نميشود";
+  std::error_code failure;
+  if (file.parent_path() != fs::canonical(folder, failure)) return "پيوندي به بيرون از پوشه خود است";
+  const auto holds = [&file](const fs::path& trusted) { return isBelow(file, trusted); };
+  if (holds(installed_) || std::any_of(trusted_.begin(), trusted_.end(), holds)) return {};
+  return platform_.distrust(file);
 }
 
 }  // namespace ledgertree::shell

@@ -2,7 +2,9 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 #include <variant>
+#include <vector>
 
 namespace ledgertree::shell {
 
@@ -88,11 +90,13 @@ std::unique_ptr<OutsideComponent> make(const std::string& name, LedgerTreeCreate
   return std::make_unique<PluginComponent>(name, component);
 }
 
+/// What a plug-in makes known, until it says that it stands by it.
+using Offered = std::vector<std::pair<std::string, LedgerTreeCreate>>;
+
 void add(void* context, const char* name, LedgerTreeCreate create) {
   if (name == nullptr || create == nullptr) return;
   try {
-    const std::string own(name);
-    static_cast<OutsideComponents*>(context)->add(own, [own, create] { return make(own, create); });
+    static_cast<Offered*>(context)->emplace_back(name, create);
   } catch (const std::exception&) {
     return;  // nothing may be thrown through the plug-in: the component stays unknown
   }
@@ -100,10 +104,14 @@ void add(void* context, const char* name, LedgerTreeCreate create) {
 
 }  // namespace
 
-void registerPlugin(OutsideComponents& components, RegisterComponents plugin) {
+bool registerPlugin(OutsideComponents& components, RegisterComponents plugin) {
+  Offered offered;
   const LedgerTreeRegistry registry{
-      .version = LEDGERTREE_COMPONENT_VERSION, .context = &components, .add = &add};
-  static_cast<void>(plugin(&registry));
+      .version = LEDGERTREE_COMPONENT_VERSION, .context = &offered, .add = &add};
+  if (plugin(&registry) == 0 || offered.empty()) return false;
+  for (const auto& [name, create] : offered)
+    components.add(name, [own = name, creation = create] { return make(own, creation); });
+  return true;
 }
 
 }  // namespace ledgertree::shell

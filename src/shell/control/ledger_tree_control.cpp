@@ -32,13 +32,44 @@ std::int32_t toAccountID(const PropertyValue& value) {
   return std::visit(Reader{}, value);
 }
 
+/// The whole number of a value that a store may keep as text; throws where it holds none.
+std::int16_t toWhole(const PropertyValue& value) {
+  const auto* text = std::get_if<std::string>(&value);
+  if (text == nullptr) return data::toInt16(toAccountID(value));
+  return data::toInt16(data::Value(*text).toInt64());
+}
+
+bool toFlag(const PropertyValue& value) {
+  if (value == PropertyValue("True") || value == PropertyValue("true")) return true;
+  if (value == PropertyValue("False") || value == PropertyValue("false")) return false;
+  return toWhole(value) != 0;
+}
+
 template <typename Kind>
 Kind kindOf(const PropertyValue& value, std::string_view name) {
   if (const auto* held = std::get_if<Kind>(&value)) return *held;
-  if constexpr (std::is_same_v<Kind, std::int16_t>) {
-    if (!std::holds_alternative<std::string>(value)) return data::toInt16(toAccountID(value));
+  try {
+    if constexpr (std::is_same_v<Kind, std::int16_t>) return toWhole(value);
+    if constexpr (std::is_same_v<Kind, bool>) return toFlag(value);
+  } catch (const std::exception&) {
+    // Told with the name of the property.
   }
-  throw std::runtime_error("the property store holds another kind of value under " + std::string(name));
+  throw std::runtime_error("the property store holds no such value under " + std::string(name));
+}
+
+/// A bound of a period. Nothing in the chart depends on it: a host's table that holds no date there is told
+/// of, and the chart opens without it.
+data::DateTime boundOf(shell::Shell& shell, const char* column, const data::Value& stored) {
+  if (stored.isNull()) return {};
+  try {
+    return stored.toDateTime();
+  } catch (const std::invalid_argument&) {
+    shell.showErrorNotice(shell::kTitleProblem,
+                          "تاريخ «" + stored.toText() + "» در ستون " + column +
+                              " جدول tblAccountPeriod (دوره " + std::to_string(shell.context.gPeriodID) +
+                              ") خوانا نيست. آن را اصلاح نماييد. سرفصل حسابها بدون آن باز ميشود.");
+    return {};
+  }
 }
 
 }  // namespace
@@ -95,22 +126,19 @@ void LedgerTreeControl::takeIdentity() {
 void LedgerTreeControl::resolvePeriod() {
   const auto gateway = session_.shell().dtEn();
   shell::HostContext& context = session_.shell().context;
-  if (properties_->accPeriodSpecID < 1) {
-    const std::int16_t usersPeriod = data::toInt16(gateway->spAccountGetCurrentUserPeriod(context.gUserID));
-    const data::OpenRows period(gateway->rssqlAccPeriodSpec,
-                                "Select * From tblAccountPeriod Where ID=" + std::to_string(usersPeriod));
-    if (period->Eof()) return;
-    context.gPeriodID = period->Fields("ID").toInt32();
-    context.gPeriodBegin = period->Fields("BeginDate").toDateTime();
-    context.gPeriodEnd = period->Fields("EndDate").toDateTime();
-    return;
-  }
-  context.gPeriodID = properties_->accPeriodSpecID;
-  const data::OpenRows period(gateway->rssqlAccPeriodSpec, "Select * From tblAccountPeriod Where ID =" +
-                                                               std::to_string(context.gPeriodID));
-  if (period->Eof()) return;
-  context.gPeriodBegin = period->Fields("BeginDate").toDateTime();
-  context.gPeriodEnd = period->Fields("EndDate").toDateTime();
+  const bool named = properties_->accPeriodSpecID >= 1;
+  const std::int16_t period = named ? properties_->accPeriodSpecID
+                                    : data::toInt16(gateway->spAccountGetCurrentUserPeriod(context.gUserID));
+  if (named) context.gPeriodID = period;
+  data::OpenRows row(gateway->rssqlAccPeriodSpec, std::string("Select * From tblAccountPeriod Where ID") +
+                                                      (named ? " =" : "=") + std::to_string(period));
+  if (row->Eof()) return;
+  context.gPeriodID = period;
+  const data::Value begin = row->Fields("BeginDate");
+  const data::Value end = row->Fields("EndDate");
+  row.close();
+  context.gPeriodBegin = boundOf(session_.shell(), "BeginDate", begin);
+  context.gPeriodEnd = boundOf(session_.shell(), "EndDate", end);
 }
 
 const PropertyValue& LedgerTreeControl::DataSource() const { return properties_->dataSource; }

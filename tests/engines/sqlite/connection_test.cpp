@@ -2,8 +2,10 @@
 // should be.
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -49,6 +51,43 @@ class FileFaults : public ::testing::Test {
 
   testing::TemporaryFolder folder;
 };
+
+/// A function that a program gives each of its connections, and how often it was called.
+int planted = 0;
+void plant(sqlite3_context* context, int, sqlite3_value**) { sqlite3_result_int(context, ++planted); }
+int addPlant(sqlite3* database, char**, const sqlite3_api_routines*) {
+  return sqlite3_create_function(database, "plant", 0, SQLITE_UTF8, nullptr, &plant, nullptr, nullptr);
+}
+
+TEST(FileFromElsewhere, CallsNothingThatItShouldnt) {
+  const auto entry = reinterpret_cast<void (*)()>(&addPlant);
+  ASSERT_EQ(sqlite3_auto_extension(entry), SQLITE_OK);
+  testing::TemporaryDatabase database;
+  database.fillWithDemoChart();
+  database.execute("create virtual table tblWords using fts5(Word); insert into tblWords values ('a')");
+  const std::string before = database.rows("select * from tblAccount order by ID");
+  const auto told = [&](const std::string& made, const std::string& statement) {
+    database.execute("create " + made);
+    const data::DataError failure =
+        failureOf([&] { EmbeddedConnection(database.file().string()).run(statement); });
+    database.execute("drop " + made.substr(0, made.find(' ', made.find(' ') + 1)));
+    const std::string message = failure.what();
+    return message.substr(std::min(message.find('('), message.size()));
+  };
+  const std::string read = "Select ID From vwPlanted";
+  EXPECT_EQ(told("view vwPlanted as select plant() as ID", read), "(unsafe use of plant())");
+  EXPECT_EQ(told("view vwPlanted as select seq as ID from pragma_database_list", read),
+            "(unsafe use of virtual table \"pragma_database_list\")");
+  EXPECT_EQ(told("view vwPlanted as select length(zeroblob(900000000)) as ID", read),
+            "(string or blob too big)");
+  const std::string trigger = "trigger trPlanted after update of Title on tblAccount begin ";
+  EXPECT_EQ(told(trigger + "select plant(); end", renamed(13, "x")), "(unsafe use of plant())");
+  EXPECT_EQ(told(trigger + "update tblWords_data set block = x'00'; end", renamed(13, "x")),
+            "(table tblWords_data may not be modified)");
+  EXPECT_EQ(planted, 0);
+  EXPECT_EQ(database.rows("select * from tblAccount order by ID"), before);
+  sqlite3_cancel_auto_extension(entry);
+}
 
 TEST_F(FileFaults, AFileThatIsntThereIsMadeAndAnythingElseIsToldApart) {
   const std::filesystem::path& root = folder.path();
@@ -115,6 +154,21 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EXPECT_EQ(number(connection, kCount), 2);
 }
 
+TEST_F(FileFaults, AWriteIntoAFileThatMovesMeanwhileIsNoSuccess) {
+  const std::filesystem::path file = folder.path() / "books.db";
+  EmbeddedConnection connection(file.string());
+  connection.run("Insert into tblAccount (Code, Title) values ('1', 'a')");
+  SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+  other.exec("begin immediate");
+  std::thread mover([&] {
+    std::this_thread::sleep_for(milliseconds(300));
+    std::filesystem::rename(file, folder.path() / "moved.db");
+    other.exec("rollback");
+  });
+  EXPECT_EQ(failureOf([&] { connection.run(renamed(1, "b")); }).reason(), Reason::Connection);
+  mover.join();
+}
+
 TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
   testing::SmallDisk disk(folder.path());
   EmbeddedConnection connection((folder.path() / "books.db").string());
@@ -149,6 +203,7 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
   const data::DataError failure =
       failureOf([&] { hasty.run("Insert into tblAccountRelatedObjects (AccountID) Select a.ID" + many); });
   EXPECT_EQ(failure.reason(), Reason::TimeOut);
+  EXPECT_FALSE(failure.leavesOpen());
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
   EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
   // The time that somebody takes to look at the rows isn't the statement's.
@@ -158,6 +213,25 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
     return ++rows < 100;
   });
   EXPECT_EQ(rows, 5);
+}
+
+TEST_F(Commands, AProcedureThatFailsInItsMiddleLeavesNoHalfAndNoTransaction) {
+  database.execute(
+      "create trigger trRefuse before insert on tblAccountRelatedObjects when new.AccountGroupID = 666 "
+      "begin select raise(abort, 'no'); end");
+  const auto relate = [this](int group) {
+    const std::vector<data::Value> values{data::Value(79), data::Value(group), data::Value(-1),
+                                          data::Value(-1)};
+    static_cast<void>(connection.call(data::procedures::spAccountInsertRelatedObject, values));
+  };
+  relate(5);
+  connection.walk("Select top 1 * From tblAccount", [&](const data::Rows&) {
+    EXPECT_EQ(failureOf([&] { relate(666); }).reason(), Reason::Constraint);
+    connection.run(renamed(7, "y"));
+    EXPECT_EQ(database.text("select Title from tblAccount where ID = 7"), "y") << "for everybody, at once";
+    return true;
+  });
+  EXPECT_EQ(database.text("select AccountGroupID from tblAccountRelatedObjects where AccountID = 79"), "5");
 }
 
 TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {

@@ -53,7 +53,7 @@ class ViewSearch : public ::testing::Test {
 };
 
 TEST_F(ViewSearch, PagesAndSlicesGiveEveryRowOnce) {
-  for (const char* const view : {"vwAccountBranchMajor", "dbo.[vwPlain]"}) {
+  for (const char* const view : {"vwAccountBranchMajor", "Host.dbo.[vwPlain]"}) {
     std::set<std::int64_t> all;
     data::SearchRequest request = requestFor(view, "  ");
     request.limit = 470;

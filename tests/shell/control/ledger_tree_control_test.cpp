@@ -71,6 +71,19 @@ TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
   }
   EXPECT_EQ(notices.taken(), kRefused);
 
+  // A date that can't be read is told of by its place, and the chart opens without it.
+  database.execute("update tblAccountPeriod set BeginDate = '1403/01/01' where ID = 1");
+  control.UserID(1);
+  control.AccPeriodSpecID(1);
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(),
+            "اشکال|تاريخ «1403/01/01» در ستون BeginDate جدول tblAccountPeriod (دوره 1) خوانا نيست. آن را "
+            "اصلاح نماييد. سرفصل حسابها بدون آن باز ميشود.");
+  EXPECT_EQ(context().gPeriodBegin, data::DateTime());
+  EXPECT_EQ(asked().back(), "spTarvoHasPermission");
+  control.AccPeriodSpecID(2);
+  control.ClearShow();
+
   // A user whose period isn't known leaves everything as it was, and View resolves none.
   database.execute("update tblUser set PeriodID = 12345 where ID = 1");
   control.UserID(1);
@@ -367,14 +380,20 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
 
   // A store may keep numbers in another kind, as long as they fit. One that holds something else changes
   // nothing.
-  for (const PropertyValue& number : {PropertyValue(std::int32_t{-7}), PropertyValue(-7.25)}) {
+  for (const auto& [number, flag] :
+       {std::pair<PropertyValue, PropertyValue>{std::int32_t{-7}, std::int16_t{1}},
+        {-7.25, "True"},
+        {"-7", "-1"}}) {
     store.values["UserID"] = number;
+    store.values["RefreshAlarm"] = flag;
+    other.InitProperties();
     other.ReadProperties(store);
     EXPECT_EQ(properties(other), all);
   }
   for (const auto& [key, value] : std::map<std::string, PropertyValue>{{"Caption", 5.0},
-                                                                       {"RefreshAlarm", std::int16_t{1}},
-                                                                       {"EmployeeID", std::string("9")},
+                                                                       {"RefreshAlarm", "yes"},
+                                                                       {"EmployeeID", "9 x"},
+                                                                       {"PositionID", ""},
                                                                        {"UserID", 40000.0}}) {
     MapStore wrong = store;
     wrong.values["AccPeriodSpecID"] = std::int16_t{5};

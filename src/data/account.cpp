@@ -1,0 +1,83 @@
+#include "data/account.h"
+
+#include "data/dten.h"
+#include "data/numbers.h"
+
+namespace ledgertree::data {
+namespace {
+
+/// A text has a width, and nothing else has one; what an edit can change, a new account can have.
+constexpr bool isComplete(const AccountField& field) {
+  const bool isText = field.type() == ParameterType::Text;
+  for (const int taken : {field.insert, field.update})
+    if (taken != kNotTaken && (taken > 0) != isText) return false;
+  const bool isKey = field.member == AccountMember(&Account::id);
+  return isKey || field.update == kNotTaken || placeOf(AccountCall::Insert, field.member) != 0;
+}
+
+constexpr bool allAreComplete() {
+  for (const AccountField& field : kAccountFields)
+    if (!isComplete(field) || !field.parameter.starts_with('@')) return false;
+  return true;
+}
+static_assert(allAreComplete());
+
+template <typename Kind>
+Value valueIn(const Kind& held) {
+  return held;
+}
+template <typename Kind>
+Value valueIn(const std::optional<Kind>& held) {
+  return held ? Value(*held) : Value();
+}
+
+/// A reference as the fields of the screen hold it: -1 for none.
+std::int32_t referenceIn(const Value& stored) { return toNumber(stored.toText()).asInt32(); }
+
+void read(Account& account, std::int32_t Account::*member, const Value& stored) {
+  account.*member = referenceIn(stored);
+}
+void read(Account& account, std::int64_t Account::*member, const Value& stored) {
+  account.*member = stored.isNull() ? -1 : stored.toInt64();
+}
+void read(Account& account, std::string Account::*member, const Value& stored) {
+  account.*member = stored.toText();
+}
+void read(Account& account, std::optional<Money> Account::*member, const Value& stored) {
+  if (stored.isNull()) return;
+  std::string digits = stored.toText();
+  account.*member = digitsToCurrency(digits);
+}
+void read(Account& account, std::optional<DateTime> Account::*member, const Value& stored) {
+  if (!stored.isNull()) account.*member = stored.toDateTime();
+}
+
+}  // namespace
+
+Value valueOf(const Account& account, const AccountMember& member) {
+  return std::visit([&account](auto held) { return valueIn(account.*held); }, member);
+}
+
+std::vector<Value> argumentsOf(const Account& account, AccountCall call) {
+  std::vector<Value> values;
+  values.reserve(std::size(kAccountFields));
+  for (const AccountField& field : kAccountFields)
+    if (field.by(call) != kNotTaken) values.push_back(valueOf(account, field.member));
+  return values;
+}
+
+Account accountIn(const RecordHandle& row) {
+  Account account;
+  for (const AccountField& field : kAccountFields) {
+    const Value stored = row.Fields(field.column);
+    std::visit([&](auto member) { read(account, member, stored); }, field.member);
+  }
+  return account;
+}
+
+AccountRelation relationIn(const RecordHandle& row) {
+  return {.classID = referenceIn(row.Fields("RelatedClassID")),
+          .objectID = referenceIn(row.Fields("RelatedObjectID"))};
+}
+
+}  // namespace ledgertree::data

@@ -1,0 +1,136 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "data/catalogue.h"
+#include "data/value.h"
+
+namespace ledgertree::data {
+
+class RecordHandle;
+
+/// The entity class and the entity object of an account; -1 for none.
+struct AccountRelation {
+  std::int32_t classID = -1;
+  std::int32_t objectID = -1;
+  bool operator==(const AccountRelation&) const = default;
+};
+
+/// An account, one value: the record shows it, the screen is read into it, the checks of a save look at it,
+/// and the procedures write it. A number below 1 stands for no parent, group, branch or position.
+struct Account {
+  std::int32_t id = -1;  ///< -1: it has no row yet
+  std::int32_t parentID = -1;
+  std::string code = {};  ///< the whole code
+  std::string title = {};
+  std::int32_t groupID = -1;
+  std::int32_t branchID = 0;
+  std::int32_t positionID = 0;
+  std::optional<DateTime> createDate = {};
+  std::string farsiCreateDate = {};  ///< the same day, "yyyy/mm/dd"
+  std::string notes = {};
+  // The choices, as they are stored: any other number, as -1 for null, is none.
+  std::int64_t accountNatureID = 0;  ///< 0 debit, 1 credit, 2 both
+  std::int64_t isPermanent = 0;      ///< 0 temporary, 1 permanent
+  std::int64_t isClosed = 0;         ///< 0 open, 1 closed
+  std::optional<Money> maxDebit = {};
+  std::optional<Money> maxCredit = {};
+  /// Nothing where the account has no relation at all. It has a procedure of its own.
+  std::optional<AccountRelation> relation = {};
+
+  bool operator==(const Account&) const = default;
+};
+
+using AccountMember =
+    std::variant<std::int32_t Account::*, std::int64_t Account::*, std::optional<Money> Account::*,
+                 std::optional<DateTime> Account::*, std::string Account::*>;
+
+/// The two procedures that write an account: spAccountInsertAccount and spAccountUpdateAccounts.
+enum class AccountCall { Insert, Update };
+
+inline constexpr int kNotTaken = -1;
+inline constexpr int kTaken = 0;
+
+/// A column of an account, and the parameter through which the procedures write it.
+struct AccountField {
+  std::string_view column;     ///< of tblAccount and of vwAccount
+  std::string_view parameter;  ///< "@Title"
+  AccountMember member;
+  // How each procedure takes it: kNotTaken, kTaken, or a text's greatest number of characters.
+  int insert;
+  int update;
+  bool noneIsNull = false;  ///< a number below 1 is stored as null
+
+  [[nodiscard]] constexpr int by(AccountCall call) const {
+    return call == AccountCall::Insert ? insert : update;
+  }
+  [[nodiscard]] constexpr ParameterType type() const {
+    using enum ParameterType;
+    constexpr ParameterType kTypes[std::variant_size_v<AccountMember>] = {Int, Int, Money, DateTime, Text};
+    return kTypes[member.index()];
+  }
+};
+
+/// All that is stored of an account but for its relation. Each procedure has the parameters that it takes, in
+/// this order; the parent stands twice, since the two have it at different places. From here come the calls,
+/// the catalogue, the statements of the embedded engine, and what is read of a row; the tests hold the
+/// scripts of both databases against it.
+///
+/// What isn't here is stored nowhere. See "To add a field" in docs/architecture.md.
+inline constexpr AccountField kAccountFields[] = {
+    // column            parameter           member                     insert     update
+    {"ID", "@ID", &Account::id, kNotTaken, kTaken},
+    {"CreateDate", "@CreateDate", &Account::createDate, kTaken, kNotTaken},
+    {"FarsiCreateDate", "@FarsiCreateDate", &Account::farsiCreateDate, 10, kNotTaken},
+    {"ParentID", "@ParentID", &Account::parentID, kNotTaken, kTaken, true},
+    {"GroupID", "@AccountGroupID", &Account::groupID, kTaken, kTaken, true},
+    {"IsPermanent", "@IsPermanent", &Account::isPermanent, kTaken, kTaken},
+    {"AccountNatureID", "@AccountNatureID", &Account::accountNatureID, kTaken, kTaken},
+    {"ParentID", "@ParentID", &Account::parentID, kTaken, kNotTaken, true},
+    {"Title", "@Title", &Account::title, 50, 100},
+    {"Code", "@Code", &Account::code, 20, 20},
+    {"IsClosed", "@IsClosed", &Account::isClosed, kTaken, kTaken},
+    {"BranchID", "@ContractID", &Account::branchID, kTaken, kTaken},
+    {"PositionID", "@PositionID", &Account::positionID, kTaken, kTaken},
+    {"Notes", "@Notes", &Account::notes, 250, 250},
+    {"MaxDebit", "@MaxDebit", &Account::maxDebit, kTaken, kTaken},
+    {"MaxCredit", "@MaxCredit", &Account::maxCredit, kTaken, kTaken},
+};
+
+/// The place of the parameter by which a procedure takes a member, counted from 1; 0 where it doesn't.
+[[nodiscard]] constexpr int placeOf(AccountCall call, const AccountMember& member) {
+  int place = 0;
+  for (const AccountField& field : kAccountFields) {
+    if (field.by(call) == kNotTaken) continue;
+    ++place;
+    if (field.member == member) return place;
+  }
+  return 0;
+}
+
+/// The greatest number of characters of a text that a procedure takes.
+[[nodiscard]] constexpr int widthOf(AccountCall call, const AccountMember& member) {
+  for (const AccountField& field : kAccountFields)
+    if (field.member == member && field.by(call) != kNotTaken) return field.by(call);
+  return 0;
+}
+
+/// A member as a parameter gets it: null where it is empty.
+[[nodiscard]] Value valueOf(const Account& account, const AccountMember& member);
+
+/// The values of a call, in the order of its parameters.
+[[nodiscard]] std::vector<Value> argumentsOf(const Account& account, AccountCall call);
+
+/// The account in the current row of a handle on vwAccount, without its relation: null is empty text, and -1
+/// as a number. Throws std::range_error for a reference past 32 bits and for an amount past those of money,
+/// and std::invalid_argument for a date that is none.
+[[nodiscard]] Account accountIn(const RecordHandle& row);
+/// The relation in the current row of a handle on tblAccountRelatedObjects. Throws as accountIn does.
+[[nodiscard]] AccountRelation relationIn(const RecordHandle& row);
+
+}  // namespace ledgertree::data
