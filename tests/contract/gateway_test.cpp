@@ -26,11 +26,9 @@ TEST_F(Gateway, AHandleReadsWhatTheStatementGivesAndIsThereForTheNext) {
   dten.cnMainData.ConnectionString(database.connectionText());
   data::RecordHandle& handle = dten.rssqlAccCostCenter;
   handle.Open("Delete tblAccountPeriodAccount Where AccountID=7");
-  EXPECT_EQ(handle.State(), 0);
+  EXPECT_EQ(handle.State(), 0) << "it gives no rows";
   handle.Open("Select * From tblAccountPeriodAccount Where AccountID=7");
-  EXPECT_EQ(handle.State(), 1);
   EXPECT_EQ(handle.RecordCount(), 0);
-  EXPECT_TRUE(handle.Eof());
   handle.MoveFirst();
   EXPECT_TRUE(handle.Eof());
   handle.Close();

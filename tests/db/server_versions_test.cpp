@@ -9,6 +9,7 @@
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
 #include "ledgertree_scripts.h"
+#include "support/failure.h"
 #include "support/faulty_connection.h"
 #include "support/first_version.h"
 #include "support/temporary_database.h"
@@ -128,14 +129,17 @@ TEST(ServerVersions, BothEnginesAndTheScriptsCountAlike) {
   EXPECT_NE(embeddedText("db/sqlserver/001_version.sql").find(number), std::string_view::npos);
 }
 
-/// A server that does what it is told, and fails at the n-th batch.
+/// A server that does what it is told, but for the n-th batch; where its line is cut then, for all that come.
 class ObedientServer : public data::Connection {
  public:
-  explicit ObedientServer(int version, std::size_t failsAt = 0) : version_(version), failsAt_(failsAt) {}
+  explicit ObedientServer(int version, std::size_t failsAt = 0, bool cut = false)
+      : version_(version), failsAt_(failsAt), cut_(cut) {}
 
   std::optional<data::Rows> run(std::string_view statement) override {
     batches.emplace_back(statement);
-    if (batches.size() == failsAt_) throw DataError(DataError::Reason::Statement, 1, "no room");
+    const bool behind = cut_ && batches.size() > failsAt_;
+    if (batches.size() == failsAt_ || behind)
+      throw DataError(DataError::Reason::Busy, 102, behind ? "cut" : "no room", batches.back());
     data::Rows rows;
     rows.addColumn("Found");
     if (statement.ends_with("as Version")) rows.addInteger(version_);
@@ -151,6 +155,7 @@ class ObedientServer : public data::Connection {
  private:
   int version_;
   std::size_t failsAt_;
+  bool cut_;
 };
 
 std::string install(ObedientServer& server, const LeftOut& leftOut = {}) {
@@ -174,9 +179,14 @@ TEST(ServerVersions, AnOlderDatabaseTakesTheStepsAheadOfTheScripts) {
 
   ObedientServer present(schemaVersion());
   ObedientServer none(0);
-  const std::string scripts = install(none);
+  std::string scripts;
+  for (const char* script :
+       {"000_database", "001_version", "010_tables", "020_host_tables", "030_indexes", "031_tree_index",
+        "032_host_indexes", "033_code_index", "040_triggers", "050_host_views", "051_views", "060_procedures",
+        "061_host_procedures", "070_rights"})
+    scripts += std::string("db/sqlserver/") + script + ".sql\n";
+  EXPECT_EQ(install(none), scripts);
   EXPECT_EQ(install(present), scripts);
-  EXPECT_TRUE(scripts.starts_with("db/sqlserver/000_database.sql\n")) << scripts;
   EXPECT_EQ(install(present, {"033_code_index.sql"}).find("033"), std::string::npos);
 
   ObedientServer newer(schemaVersion() + 1);
@@ -184,12 +194,32 @@ TEST(ServerVersions, AnOlderDatabaseTakesTheStepsAheadOfTheScripts) {
   EXPECT_EQ(failureOf([&] { install(present, {"033_code_index"}); }), "There is no script 033_code_index.");
 }
 
-TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBack) {
+TEST(ServerVersions, TheDemoComesInOneTransactionToo) {
+  ObedientServer server(0);
+  std::string told;
+  installServerDemo(server, [&told](std::string_view script) { told.append(script) += ' '; });
+  EXPECT_EQ(told,
+            "db/demo/sqlserver/000_begin.sql db/demo/010_host.sql db/demo/sqlserver/015_keys.sql "
+            "db/demo/020_accounts.sql db/demo/030_use.sql db/demo/sqlserver/900_end.sql ");
+  for (const char* words :
+       {"begin transaction;", "@Resource = N'LedgerTree schema', @LockMode = 'Exclusive'", "@Got < 0 throw"})
+    EXPECT_NE(server.batches.front().find(words), std::string::npos) << words;
+  EXPECT_EQ(server.batches.back(), "commit transaction");
+}
+
+TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBackAndIsToldWithItsPlace) {
   ObedientServer whole(1);
   install(whole);
   for (std::size_t batch = 1; batch <= whole.batches.size(); ++batch) {
-    ObedientServer server(1, batch);
-    EXPECT_NE(failureOf([&] { install(server); }).find("no room"), std::string::npos);
+    ObedientServer server(1, batch, batch % 2 == 0);
+    const DataError failure = testing::failureOf([&] { return install(server); });
+    EXPECT_TRUE(std::string(failure.what()).ends_with("no room")) << failure.what();
+    EXPECT_EQ(failure.reason(), DataError::Reason::Busy);
+    EXPECT_EQ(failure.number(), 102);
+    EXPECT_EQ(failure.statement(), server.batches[batch - 1]);
+    if (failure.statement().find("create index ixAccountTitle") != std::string::npos) {
+      EXPECT_EQ(std::string(failure.what()), "db/sqlserver/030_indexes.sql, the batch at line 13: no room");
+    }
     EXPECT_EQ(server.batches.size(), batch + 1);
     EXPECT_EQ(server.batches.back(), "if @@trancount > 0 rollback transaction");
   }

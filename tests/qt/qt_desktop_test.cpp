@@ -61,92 +61,67 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
   EXPECT_EQ(screen.desktop.windowOf(dialog), nullptr);
 }
 
+constexpr std::size_t kEvents = 12;
+
+/// Lets one kind of event, by its number, do something.
+void onEvent(Screen::Form& form, std::size_t event, const std::function<void()>& act) {
+  std::function<void()>* const plain[] = {
+      &form.cmdNew.onClick,         &form.txtTitle.onChange,  &form.txtNotes.onKeyUp,
+      &form.sltParent.onPicked,     &form.lstPeriod.onSelect, &form.optAll.onClick,
+      &form.grid.onSelectionChange, &form.txtCode.onGotFocus, &form.mnuNew.onClick};
+  static_assert(std::size(plain) + 3 == kEvents);
+  if (event < std::size(plain)) *plain[event] = act;
+  if (event == kEvents - 3) form.txtTitle.onKeyPress = [act](ui::KeyPress&) { act(); };
+  if (event == kEvents - 2) form.sltParent.onKeyDown = [act](int) { act(); };
+  if (event == kEvents - 1) form.tree.onExpand = [act](ui::NodeId) { act(); };
+}
+
+/// Raises all kinds of events, until something has happened.
+void raiseAll(Screen& screen, Screen::Form& form, const bool& happened) {
+  form.tree.add(form.tree.add(ui::kNoNode, "r", "r"), "c", "c");
+  form.tree.select(form.tree.find("r"));
+  const std::function<void()> person[] = {[&] { screen.click(form.cmdNew); },
+                                          [&] { screen.type(form.txtTitle, "a"); },
+                                          [&] { screen.type(form.txtNotes, "a"); },
+                                          [&] { form.sltParent.focus(); },
+                                          [&] { screen.type(form.sltParent, "105\r"); },
+                                          [&] { screen.press(form.lstPeriod, Qt::Key_Down); },
+                                          [&] { screen.press(form.optPeriodic, Qt::Key_Down); },
+                                          [&] { screen.press(form.grid, Qt::Key_Down); },
+                                          [&] { screen.press(form.tree, Qt::Key_Left); },
+                                          [&] { screen.desktop.moveFocus(form.txtCode); },
+                                          [&] { screen.entry("mnuNew", form)->trigger(); }};
+  for (const auto& act : person)
+    if (!happened) act();
+}
+
 TEST(QtDesktop, AFormMayEndInAnyOfItsOwnEvents) {
   Screen screen;
   screen.show();
   // Each kind of event ends the form, by its close or by its owner, alone or inside a loop of its own.
-  const std::vector<std::function<void(Screen::Form&, std::function<void()>)>> acts = {
-      [&](Screen::Form& form, auto end) {
-        form.cmdNew.onClick = end;
-        screen.click(form.cmdNew);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.txtTitle.onKeyPress = [end](ui::KeyPress&) { end(); };
-        screen.type(form.txtTitle, "a");
-      },
-      [&](Screen::Form& form, auto end) {
-        form.txtTitle.onChange = end;
-        screen.type(form.txtTitle, "a");
-      },
-      [&](Screen::Form& form, auto end) {
-        form.txtNotes.onKeyUp = end;
-        screen.type(form.txtNotes, "a");
-      },
-      [&](Screen::Form& form, auto end) {
-        form.sltParent.onPicked = end;
-        form.sltParent.focus();
-        screen.type(form.sltParent, "105\r");
-      },
-      [&](Screen::Form& form, auto end) {
-        form.sltParent.onKeyDown = [end](int) { end(); };
-        screen.press(form.sltParent, Qt::Key_Return);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.tree.add(form.tree.add(ui::kNoNode, "r", "r"), "c", "c");
-        form.tree.onExpand = [end](ui::NodeId) { end(); };
-        form.tree.select(form.tree.find("r"));
-        screen.press(form.tree, Qt::Key_Left);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.grid.onSelectionChange = end;
-        screen.press(form.grid, Qt::Key_Down);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.lstPeriod.onSelect = end;
-        screen.press(form.lstPeriod, Qt::Key_Down);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.optAll.onClick = end;
-        screen.press(form.optPeriodic, Qt::Key_Down);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.txtCode.onGotFocus = end;
-        screen.desktop.moveFocus(form.txtCode);
-      },
-      [&](Screen::Form& form, auto end) {
-        form.mnuNew.onClick = end;
-        screen.desktop.windowOf(form)->findChild<QAction*>(QStringLiteral("mnuNew"))->trigger();
-      },
-  };
-  for (std::size_t act = 0; act < acts.size(); ++act) {
-    for (const bool byOwner : {true, false}) {
-      for (const bool inLoop : {true, false}) {
-        SCOPED_TRACE(act);
-        auto form = std::make_unique<Screen::Form>(screen.surroundings());
-        bool ended = false;
-        const auto end = [&] {
-          if (ended) return;
-          ended = true;
-          Dialog dialog(screen.surroundings());
-          const auto finish = [&] {
-            if (byOwner) {
-              form.reset();
-            } else {
-              form->close();
-            }
-            dialog.hide();
-          };
-          if (!inLoop) return finish();
-          soon(finish);
-          screen.desktop.showModal(dialog);
-        };
-        screen.desktop.show(*form);
-        acts[act](*form, end);
-        Screen::settle();
-        EXPECT_TRUE(ended);
-        EXPECT_TRUE(form == nullptr || screen.desktop.windowOf(*form) == nullptr);
-      }
-    }
+  for (std::size_t way = 0; way < 4 * kEvents; ++way) {
+    SCOPED_TRACE(way);
+    const bool byOwner = way % 2 == 0;
+    const bool inLoop = way / 2 % 2 == 0;
+    auto form = std::make_unique<Screen::Form>(screen.surroundings());
+    bool ended = false;
+    onEvent(*form, way / 4, [&] {
+      if (ended) return;
+      ended = true;
+      Dialog dialog(screen.surroundings());
+      const auto finish = [&] {
+        byOwner ? form.reset() : form->close();
+        dialog.hide();
+      };
+      if (!inLoop) return finish();
+      soon(finish);
+      screen.desktop.showModal(dialog);
+    });
+    screen.desktop.show(*form);
+    raiseAll(screen, *form, ended);
+    Screen::settle();
+    EXPECT_TRUE(ended);
+    EXPECT_TRUE(form == nullptr || screen.desktop.windowOf(*form) == nullptr);
   }
   EXPECT_TRUE(screen.failures.empty());
 }

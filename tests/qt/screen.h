@@ -124,11 +124,23 @@ class Screen {
   [[nodiscard]] Widget& widget(const ui::Control& control) const {
     return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
   }
+  /// An entry of the menu, by the name of its control.
+  [[nodiscard]] QAction* entry(const char* name, const ui::Form& shown) {
+    return desktop.windowOf(shown)->findChild<QAction*>(QString::fromLatin1(name));
+  }
   void type(const ui::Control& control, const char* keys) const { QTest::keyClicks(&widget(control), keys); }
   void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
     QTest::keyClick(&widget(control), key, modifiers);
   }
   void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
+
+  /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
+  /// that shows then | what the form said. A key that is no letter stands in angles, and so does a click.
+  void go(const std::string& section);
+  /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
+  /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
+  /// selected.
+  [[nodiscard]] std::string seen(const ui::Control& control) const;
 
   std::unique_ptr<Form> form;
 };

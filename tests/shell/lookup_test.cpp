@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "lookup_database.h"
 #include "shell/lookup/account_picker.h"
@@ -10,12 +11,14 @@
 #include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
+#include "support/steps.h"
 #include "ui/buttons.h"
 
 namespace ledgertree::shell {
 namespace {
 
 using testing::LookupDatabase;
+using testing::LookupWalk;
 using ui::Key;
 
 constexpr const char* kText = "Provider=Memory;Data Source=here";
@@ -25,12 +28,7 @@ struct Screen : ui::Form {
       : Form(shell.surroundings(), "Screen", "", {.width = 6000, .height = 3000}),
         sltGroup(*this, shell, "sltGroup", {}),
         sltParent(*this, shell, "sltParent", {}),
-        sltAccount(*this, shell, "sltAccount", {}) {
-    sltGroup.onSelectionChange = [this] { ++groupChanges; };
-    sltParent.onAccountChange = [this] { ++parentChanges; };
-  }
-  int groupChanges = 0;
-  int parentChanges = 0;
+        sltAccount(*this, shell, "sltAccount", {}) {}
   ui::PushButton cmdSave{*this, "cmdSave", {}, "ثبت"};
   Selector sltGroup;
   AccountPicker sltParent;
@@ -50,15 +48,26 @@ class Lookup : public ::testing::Test {
     screen->sltParent.setPickerConnection(kText);
   }
 
-  /// The names in the open list, the highlighted one in brackets.
-  static std::string list(const ui::LookupField& field) {
-    std::string names;
-    for (std::size_t index = 0; index < field.rows().size(); ++index) {
-      const bool here = static_cast<int>(index) == field.highlighted();
-      const std::string& name = field.rows()[index].text;
-      names += (names.empty() ? "" : ", ") + (here ? "[" + name + "]" : name);
-    }
-    return field.listOpen() ? names : "closed";
+  void go(Selector& field, const std::string& section) {
+    LookupWalk walk(
+        field, [&field] { return std::to_string(field.SelectedID()); }, [this] { return told(); });
+    walk.acts["set"] = [&field](auto& id) { field.setSelectedID(std::stoi(id)); };
+    walk.acts["view"] = [&field](auto& view) { field.setMajorView(view); };
+    walk.acts["minor"] = [&field](auto& view) { field.setMinorView(view); };
+    walk.acts["connect"] = [&field](auto&) { field.setConnectionText(kText); };
+    field.onSelectionChange = [this] { heard += "changed "; };
+    go(walk, field, section);
+  }
+  void go(AccountPicker& field, const std::string& section) {
+    const auto held = [&field] { return std::to_string(field.AccountID()) + "," + field.AccountCode(); };
+    LookupWalk walk(field, held, [this] { return told(); });
+    walk.acts["set"] = [&field](auto& id) { field.setAccountID(std::stoi(id)); };
+    walk.acts["reload"] = [&field](auto&) { field.ReloadAccounts(); };
+    walk.acts["closing"] = [&field](auto& how) { field.setClosingFlag(how == "on"); };
+    walk.acts["connect"] = [&field](auto&) { field.setPickerConnection(kText); };
+    walk.acts["disconnect"] = [this](auto&) { shell.pickerConnection.clear(); };
+    field.onAccountChange = [this] { heard += "changed "; };
+    go(walk, field, section);
   }
 
   LookupDatabase database;
@@ -66,40 +75,34 @@ class Lookup : public ::testing::Test {
   Shell shell{desktop};
   testing::ScriptedNotices notices{shell.components};
   std::unique_ptr<Screen> screen = std::make_unique<Screen>(shell);
+  std::string heard;
+
+ private:
+  void go(LookupWalk& walk, ui::LookupField& field, const std::string& section) {
+    walk.acts["wait"] = [this](auto&) { desktop.settle(); };
+    walk.acts["find"] = [this, &field](auto& text) { field.edited(text), desktop.settle(); };
+    walk.acts["focus"] = [&field](auto&) { field.focus(); };
+    walk.acts["elsewhere"] = [this](auto&) { screen->cmdSave.focus(); };
+    walk.acts["save"] = [this](auto&) { screen->press(ui::KeyChord::ctrlAnd('S')); };
+    walk.acts["break"] = [this](auto&) { database.broken = true; };
+    walk.acts["mend"] = [this](auto&) { database.broken = false; };
+    walk.go("shell/lookup.txt", section);
+  }
+  std::string told() {
+    std::string text = std::exchange(heard, {});
+    for (const std::string& statement : std::exchange(database.statements, {})) text += statement + "; ";
+    for (const std::string& search : std::exchange(database.searches, {})) text += "search<" + search + "> ";
+    for (const testing::Notice& notice : notices.take()) text += notice.title + "<" + notice.message + "> ";
+    const int before = std::exchange(open_, database.open);
+    return before == open_ ? text : text + "open<" + std::to_string(open_) + "> ";
+  }
+
+  int open_ = 0;
 };
 
 TEST_F(Lookup, PersonPicksByTypingAPieceOfTheText) {
-  Selector& group = screen->sltGroup;
-  group.type("داراي");
-  EXPECT_TRUE(database.searches.empty()) << "typing waits for nothing";
-  desktop.settle();
-  EXPECT_EQ(database.searches, std::vector<std::string>{"داراي"}) << "the searches typed over never ran";
-  EXPECT_EQ(list(group), "[دارايي جاري], دارایی ثابت");
-  group.press(Key::Down);
-  group.press(Key::Down);
-  EXPECT_EQ(screen->groupChanges, 0);
-  group.press(Key::Enter);
-  EXPECT_EQ(screen->groupChanges, 1);
-  EXPECT_EQ(group.SelectedID(), 3);
-  EXPECT_EQ(group.SelectedText(), "دارایی ثابت");
-  EXPECT_EQ(group.text(), "دارایی ثابت");
-  EXPECT_EQ(list(group), "closed");
-
-  // The companion view says more about the row, for whoever looks closer.
-  group.setMinorView("vwGroupsMinor");
-  group.setSelectedID(3);
-  group.lookCloser();
-  desktop.settle();
-  EXPECT_EQ(group.detail(), "بيش از يک سال");
-  group.setMinorView("vwGroupsMinor");
-  EXPECT_EQ(group.detail(), "بيش از يک سال");
-  database.broken = true;
-  group.setMinorView("vwOther");
-  EXPECT_EQ(group.detail(), "") << "another view, another text";
-  group.lookCloser();
-  desktop.settle();
-  EXPECT_EQ(group.detail() + notices.taken(), "") << "it only explains: nobody is told";
-  EXPECT_EQ(database.open, 0);
+  go(screen->sltGroup, "picking by a piece of the text");
+  EXPECT_EQ(screen->sltGroup.SelectedText(), "دارایی ثابت");
 }
 
 TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
@@ -123,7 +126,6 @@ TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
     EXPECT_EQ(group.SelectedID() == 1, group.unchosen()) << "half a word is nothing";
   }
   EXPECT_EQ(left(screen->sltParent, "11"), "تنخواه") << "other codes hold it too";
-  EXPECT_EQ(screen->groupChanges, 4);
   EXPECT_FALSE(allChosen(shell, {&screen->sltParent, &group}));
   EXPECT_NE(notices.taken(), "");
   EXPECT_TRUE(group.hasFocus());
@@ -132,18 +134,12 @@ TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
   database.broken = true;
   EXPECT_EQ(left(group, "20"), "20!");
   EXPECT_EQ(notices.taken(), "خطا|the line is cut");
-  database.broken = false;
-  screen->groupChanges = 0;
-  group.setSelectedID(2);
-  // A button pressed by its shortcut finds what a click on it would find.
-  std::int32_t saved = 0;
+}
+
+TEST_F(Lookup, LeavingTheFieldKeepsWhatIsntClearAndAButtonFindsAnEmptiedLineEmpty) {
   screen->cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  screen->cmdSave.onClick = [&] { saved = group.SelectedID(); };
-  group.focus();
-  group.press(Key::Backspace);
-  screen->press(ui::KeyChord::ctrlAnd('S'));
-  EXPECT_EQ(saved, -1);
-  EXPECT_EQ(screen->groupChanges, 1);
+  screen->cmdSave.onClick = [&] { heard += "saves " + std::to_string(screen->sltGroup.SelectedID()) + " "; };
+  go(screen->sltGroup, "leaving keeps what isn't clear");
 }
 
 TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {
@@ -178,73 +174,13 @@ TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {
 }
 
 TEST_F(Lookup, ProgramWritesAnIDInAnyOrderAndRaisesNothing) {
-  Selector entity(*screen, shell, "sltEntity", {});
-  int changes = 0;
-  entity.onSelectionChange = [&] { ++changes; };
-  entity.setSelectedID(2);
-  entity.setMajorView("[dbo].[vwGroups]");
   database.views["[dbo].[vwGroups]"] = database.views["vwGroups"];
-  entity.setConnectionText(kText);
-  EXPECT_EQ(entity.SelectedText(), "بدهي");
-  EXPECT_EQ(database.statements.size(), 1U) << "one statement for the row of an ID";
-  for (const int none : {0, -1, -99}) {
-    entity.setSelectedID(1);
-    EXPECT_FALSE(entity.IsEmpty());
-    entity.setSelectedID(none);
-    EXPECT_TRUE(entity.IsEmpty());
-    EXPECT_EQ(entity.SelectedID(), -1);
-    EXPECT_EQ(entity.SelectedText(), "");
-  }
-  entity.setSelectedID(99);
-  EXPECT_FALSE(entity.IsEmpty()) << "the view lost it, nobody else did";
-  EXPECT_EQ(std::to_string(entity.SelectedID()) + " " + entity.text(), "99 99 (در فهرست نيست)");
-
-  // Another view at run time empties the selector, the same one doesn't.
-  entity.setSelectedID(1);
-  entity.setMajorView("[dbo].[vwGroups]");
-  EXPECT_EQ(entity.SelectedID(), 1);
-  entity.setMajorView("vwGroupsMinor");
-  EXPECT_TRUE(entity.IsEmpty());
-  entity.setSelectedID(3);
-  EXPECT_EQ(entity.SelectedText(), "بيش از يک سال");
-  EXPECT_EQ(notices.taken(), "");
-
-  // A name out of the data that says more than a name reaches no statement.
-  database.statements.clear();
-  entity.setMajorView("vwGroups; delete tblAccount");
-  EXPECT_NE(notices.taken(), "");
-  entity.setSelectedID(1);
-  entity.openList();
-  desktop.settle();
-  EXPECT_TRUE(database.statements.empty());
-  EXPECT_TRUE(database.searches.empty());
-  EXPECT_EQ(changes, 0);
+  Selector entity(*screen, shell, "sltEntity", {});
+  go(entity, "an ID by the program");
 }
 
 TEST_F(Lookup, LostConnectionIsOneNoticeAndTheNextUseConnectsAgain) {
-  Selector& group = screen->sltGroup;
-  group.setSelectedID(1);
-  database.broken = true;
-  group.setSelectedID(2);
-  EXPECT_EQ(notices.taken(), "خطا|the line is cut");
-  EXPECT_EQ(group.SelectedID(), 2) << "a save writes what was there";
-  EXPECT_EQ(database.open, 0);
-  group.type("دا");
-  desktop.settle();
-  EXPECT_EQ(notices.taken(), "") << "told once";
-  EXPECT_FALSE(group.searching());
-  group.press(Key::Escape);
-  desktop.settle();
-  EXPECT_EQ(notices.taken(), "خطا|the line is cut") << "the next visit tells it again";
-
-  database.broken = false;
-  group.type("دا");
-  desktop.settle();
-  EXPECT_EQ(list(group), "[دارايي جاري], دارایی ثابت");
-  group.press(Key::Escape);
-  desktop.settle();
-  EXPECT_EQ(group.text(), "بدهي") << "the row that couldn't be read";
-  EXPECT_EQ(notices.taken(), "");
+  go(screen->sltGroup, "a connection is lost and comes again");
 }
 
 TEST_F(Lookup, NothingDangles) {
@@ -264,80 +200,21 @@ TEST_F(Lookup, NothingDangles) {
 }
 
 TEST_F(Lookup, PickersShareOneConnectionTextAndFindACodeFirst) {
-  AccountPicker& account = screen->sltAccount;
-  account.type("۱۱");
-  desktop.settle();
-  EXPECT_EQ(list(account), "[تنخواه], صندوق") << "the codes that begin so, ahead of those that hold it";
-  account.edited("1");
-  desktop.settle();
-  account.pick(0);
-  EXPECT_EQ(account.AccountID(), 7);
-  EXPECT_EQ(account.AccountCode(), "1");
-  EXPECT_EQ(account.AccountTitle(), "موجودي");
   database.views["vwAccountMinor"] = {{5, "", "دارايي"}};
-  for (const auto& [id, detail] : {std::pair{5, "211 - دارايي"}, {7, "1"}}) {
-    account.setAccountID(id);
-    account.lookCloser();
-    desktop.settle();
-    EXPECT_EQ(account.detail(), detail);
-  }
-
+  AccountPicker& account = screen->sltAccount;
+  go(account, "picking an account");
+  EXPECT_EQ(account.AccountTitle(), "موجودي");
   database.views["vwAccountMajor"][1] = {7, "2", "موجودي نقد"};
-  account.ReloadAccounts();
-  EXPECT_EQ(account.AccountCode(), "2");
-  EXPECT_EQ(account.text(), "موجودي نقد");
-  account.setClosingFlag(true);
-  EXPECT_TRUE(account.ClosingFlag());
-  EXPECT_EQ(database.open, 0);
-  account.setAccountID(5);
-  account.openList();
-  desktop.settle();
-  EXPECT_EQ(database.open, 0) << "closed stays closed";
-  account.setClosingFlag(false);
-  account.setAccountID(5);
-  EXPECT_EQ(account.AccountCode(), "211");
-
-  // An ID that couldn't be read is read as soon as it can be: with a connection, or when the field is left.
-  shell.pickerConnection.clear();
-  account.setAccountID(8);
-  EXPECT_EQ(account.AccountCode(), "");
-  EXPECT_EQ(account.AccountID(), 8);
-  account.setPickerConnection(kText);
-  EXPECT_EQ(account.AccountCode(), "11");
-  database.broken = true;
-  account.setAccountID(5);
-  database.broken = false;
-  account.openList();
-  account.press(Key::Escape);
-  desktop.settle();
-  EXPECT_EQ(account.AccountCode(), "211");
-  EXPECT_EQ(notices.take().size(), 1U);
+  go(account, "an account that is another one now");
+  EXPECT_FALSE(account.ClosingFlag());
 }
 
 TEST_F(Lookup, ACodeIsLookedForInTheIndexAndAnIDByItsKey) {
   AccountPicker& account = screen->sltAccount;
-  const std::string digits = "12345678901234567890";
-  const std::pair<std::string, std::string> conditions[] = {
-      {"11", "Code>='11' and Code<'12'"},
-      {" ۱۹", "Code>='19' and Code<'2'"},
-      {"99", "Code>='99'"},
-      {"1x'", "Code='1x'''"},
-      {digits, "Code>='" + digits + "' and Code<'12345678901234567891'"},
-      {digits + "1", ""},
-      {" ", ""},
-      {std::string("1\xff"), ""}};
-  account.setAccountID(5);
-  EXPECT_EQ(database.statements, std::vector<std::string>{"Select * From vwAccountMajor Where ID=5"});
-  for (const auto& [typed, condition] : conditions) {
-    database.statements.clear();
-    account.edited(typed);
-    desktop.settle();
-    std::vector<std::string> asked;
-    if (!condition.empty())
-      asked.push_back("Select top 20 * From vwAccountMajor Where " + condition + " Order by Code");
-    EXPECT_EQ(database.statements, asked) << typed;
-  }
-  account.press(Key::Escape);
+  go(account, "a code is looked for in the index, and an ID by its key");
+  account.edited("1\xff");
+  desktop.settle();
+  EXPECT_TRUE(database.statements.empty());
 
   // One connection for all of it, until it is given another text.
   EXPECT_EQ(database.opened, 1);
@@ -351,26 +228,16 @@ TEST_F(Lookup, ACodeIsLookedForInTheIndexAndAnIDByItsKey) {
 
 TEST_F(Lookup, DeleteEmptiesThePickerOnceWhoeverAnswersIt) {
   AccountPicker& parent = screen->sltParent;
-  std::vector<int> keys;
-  parent.setAccountID(5);
-  EXPECT_EQ(screen->parentChanges, 0);
-  parent.press(Key::Delete);
-  EXPECT_EQ(screen->parentChanges, 1);
+  go(parent, "emptying a picker");
   parent.onKeyDown = [&](int key) {
-    keys.push_back(key);
+    heard += std::to_string(key) + " ";
     if (key == ui::kKeyCodeDelete) parent.ClearAccount();
   };
-  std::string codeSeen = "none";
-  parent.onAccountChange = [&] {
-    ++screen->parentChanges;
-    codeSeen = parent.AccountCode();
-  };
+  parent.onAccountChange = [&] { heard += "changed to " + parent.AccountCode(); };
   parent.setAccountID(8);
   parent.press(Key::Delete);
-  EXPECT_EQ(screen->parentChanges, 2);
-  EXPECT_EQ(codeSeen, "") << "what follows the parent finds it empty";
+  EXPECT_EQ(heard, "46 changed to ") << "what follows the parent finds it empty";
   EXPECT_EQ(parent.AccountID(), -1);
-  EXPECT_EQ(keys, std::vector<int>{46});
 }
 
 }  // namespace

@@ -17,7 +17,7 @@ TEST_F(FormStory, KeysLeadThroughAList) {
   for (const char* line : {"1", "2", "3"}) list.addItem(line, 10 * (line[0] - '0'));
   EXPECT_EQ(list.items()[1].data, 20);
   go(
-      "keys in a list", [&](auto& key) { list.press(chord(key).key); },
+      "keys in a list", [&](auto& chord) { list.press(chord.key); },
       [&] { return std::to_string(list.selected()); });
   EXPECT_EQ(selections, 7) << "also where it is selected already";
   for (const int none : {3, -1}) list.choose(none);
@@ -61,7 +61,7 @@ TEST_F(FormStory, KeysLeadThroughAGrid) {
   EXPECT_THROW(static_cast<void>(grid.text(31, 0)), std::out_of_range);
   EXPECT_THROW(static_cast<void>(grid.text(0, 2)), std::out_of_range);
   go(
-      "keys in a grid", [&](auto& key) { grid.press(chord(key).key, chord(key).shift); },
+      "keys in a grid", [&](auto& chord) { grid.press(chord.key, chord.shift); },
       [&] { return std::to_string(grid.currentRow()) + ".." + std::to_string(grid.selectionEnd()); });
   EXPECT_EQ(selections, 12);
   for (const int none : {-1, 31}) {
@@ -87,7 +87,7 @@ TEST_F(FormStory, KeysLeadThroughATree) {
   tree.add(tree.find("a2"), "a21", "a21");
   const auto at = [&] { return tree.selected() == ui::kNoNode ? "" : tree.key(tree.selected()); };
   go(
-      "keys in a tree", [&](auto& key) { tree.press(chord(key).key); }, at);
+      "keys in a tree", [&](auto& chord) { tree.press(chord.key); }, at);
   told.clear();
   tree.tick(tree.find("b"));
   EXPECT_FALSE(tree.checked(tree.find("b"))) << "without check boxes";
@@ -144,7 +144,7 @@ TEST_F(FormStory, TheCaretStaysInTheText) {
   const auto at = [&] { return text.text() + std::to_string(text.caret()); };
   EXPECT_EQ(at(), "سلام4");
   go(
-      "keys in a text", [&](auto& key) { text.press(chord(key).key); }, at);
+      "keys in a text", [&](auto& chord) { text.press(chord.key); }, at);
   EXPECT_EQ(ups, 11) << "every key comes up again";
   EXPECT_EQ(changes, 2);
   text.setCaret(9);

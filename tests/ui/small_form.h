@@ -4,13 +4,12 @@
 
 #include <functional>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "support/scripted_desktop.h"
-#include "support/text_table.h"
+#include "support/steps.h"
 #include "ui/buttons.h"
 #include "ui/grid.h"
 #include "ui/items.h"
@@ -81,27 +80,14 @@ class FormStory : public ::testing::Test {
  protected:
   FormStory() { desktop.show(*form); }
 
-  /// A key by the name that a tooltip has for it.
-  static ui::KeyChord chord(const std::string& name) {
-    for (int place = 0; place < 2 * kKeys; ++place) {
-      const ui::KeyChord one{.shift = place >= kKeys, .key = static_cast<ui::Key>(place % kKeys)};
-      if (one.text() == name) return one;
-    }
-    throw std::invalid_argument("no key is called " + name);
-  }
-  /// Goes through a section of steps.txt: what a person does, what is seen then, and what was told meanwhile.
-  void go(const std::string& section, const std::function<void(const std::string&)>& act,
+  /// Goes through a section of steps.txt with the keys of a control.
+  void go(const std::string& section, const std::function<void(const ui::KeyChord&)>& press,
           const std::function<std::string()>& seen) {
-    for (const auto& row : tableOf("ui/steps.txt", section)) {
-      SCOPED_TRACE(row[0] + " | " + row.at(1));
-      told.clear();
-      act(row[0]);
-      EXPECT_EQ(seen(), row[1]);
-      EXPECT_EQ(told, row.size() > 2 ? row[2] + " " : "");
-    }
+    walk(
+        "ui/steps.txt", section, [&](const std::string& key) { press(chordOf(key)); }, seen,
+        [this] { return std::exchange(told, {}); });
   }
 
-  static constexpr int kKeys = static_cast<int>(ui::Key::F12) + 1;
   ScriptedDesktop desktop;
   std::string told;
   std::vector<std::string> failures;

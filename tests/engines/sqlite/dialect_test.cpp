@@ -13,6 +13,7 @@
 #include "engines/sqlite/embedded_connection.h"
 #include "support/failure.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
@@ -86,74 +87,56 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
   }
 }
 
-/// A condition on an account in both dialects, made at random from the parts that the translation treats
-/// specially.
+/// A condition on an account in both dialects: what the translation treats specially. "#" is a number of the
+/// range.
+struct Condition {
+  std::string dialect;
+  std::string sqlite;
+  int first = 0, last = 0;
+};
+
+const Condition kConditions[] = {
+    {"#=-1", "+# = -1", -2, 1},
+    {"IsNull(ParentID,-1)=#", "coalesce(ParentID, -1) = #", -1, 58},
+    {"ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = #)",
+     "(ID, #) in (select AccountID, PeriodID from tblAccountPeriodAccount)", 0, 4},
+    {"right(Code,1)='# '", "Code like '%#'", 0, 9},
+    {"(exists(select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (select tblAccount.ID union "
+     "select p.ChildID from tblAccountParent p where p.ID=tblAccount.ID)) and ID<#)",
+     "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent p join "
+     "tblAccountDocumentDetail on ChildID = AccountID) and ID < #)",
+     0, 354},
+    {"NoLevel<>#", "not NoLevel = #", 1, 5},
+    {"not ID in (Select ChildID From tblAccountParent Where ID = #)",
+     "ID not in (select ChildID from tblAccountParent where ID = #)", 1, 40}};
+
+/// Conditions made of those at random.
 class RandomCondition {
  public:
   explicit RandomCondition(unsigned seed) : random_(seed) {}
 
-  struct Both {
-    std::string dialect;
-    std::string sqlite;
-  };
-
-  Both condition(int depth) {
-    switch (pick(depth <= 0 ? 7 : 11)) {
-      case 0: {
-        const std::string a = number(), b = number();
-        return {a + "=" + b, "+" + a + "=" + b};
-      }
-      case 1: {
-        const std::string parent = std::to_string(pick(60) - 1);
-        return {"IsNull(ParentID,-1)=" + parent, "coalesce(ParentID, -1) = " + parent};
-      }
-      case 2: {
-        const std::string period = std::to_string(pick(5));
-        return {"ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period + ")",
-                "(ID, " + period + ") in (select AccountID, PeriodID from tblAccountPeriodAccount)"};
-      }
-      case 3: {
-        const std::string digit = std::to_string(pick(10));
-        return {"right(Code,1)='" + digit + " '", "Code like '%" + digit + "'"};
-      }
-      case 4: {
-        const std::string id = std::to_string(pick(355));
-        return {
-            "(exists(select dd.* from tblAccountDocumentDetail dd where dd.AccountID in (select "
-            "tblAccount.ID union select p.ChildID from tblAccountParent p where p.ID=tblAccount.ID)) and "
-            "ID<" +
-                id + ")",
-            "(ID in (select AccountID from tblAccountDocumentDetail union select p.ID from tblAccountParent "
-            "p join tblAccountDocumentDetail on ChildID = AccountID) and ID < " +
-                id + ")"};
-      }
-      case 5: {
-        const std::string level = std::to_string(1 + pick(5));
-        return {"NoLevel<>" + level, "not NoLevel = " + level};
-      }
-      case 6:
-        return {"not ID in (Select ChildID From tblAccountParent Where ID = 1)",
-                "ID not in (select ChildID from tblAccountParent where ID = 1)"};
-      case 7: {
-        const Both inner = condition(depth - 1);
-        return {"not (" + inner.dialect + ")", "not (" + inner.sqlite + ")"};
-      }
-      default: {
-        const char* const sign = pick(2) == 0 ? " and " : " or ";
-        Both whole = condition(depth - 1);
-        for (int more = 1 + pick(2); more > 0; --more) {
-          const Both next = condition(depth - 1);
-          whole.dialect += sign + next.dialect;
-          whole.sqlite += sign + next.sqlite;
-        }
-        return {"(" + whole.dialect + ")", "(" + whole.sqlite + ")"};
-      }
+  Condition condition(int depth) {
+    constexpr int kKinds = std::size(kConditions);
+    const int kind = pick(0, depth <= 0 ? kKinds - 1 : kKinds + 3);
+    if (kind < kKinds) return withNumber(kConditions[kind]);
+    Condition whole = condition(depth - 1);
+    if (kind == kKinds) return {"not (" + whole.dialect + ")", "not (" + whole.sqlite + ")"};
+    const std::string sign = pick(0, 1) == 0 ? " and " : " or ";
+    for (int more = pick(1, 2); more > 0; --more) {
+      const Condition next = condition(depth - 1);
+      whole.dialect += sign + next.dialect;
+      whole.sqlite += sign + next.sqlite;
     }
+    return {"(" + whole.dialect + ")", "(" + whole.sqlite + ")"};
   }
 
  private:
-  int pick(int count) { return std::uniform_int_distribution<int>(0, count - 1)(random_); }
-  std::string number() { return std::to_string(pick(4) - 2); }
+  Condition withNumber(Condition one) {
+    const std::string number = std::to_string(pick(one.first, one.last));
+    for (std::string* text : {&one.dialect, &one.sqlite}) text->replace(text->find('#'), 1, number);
+    return one;
+  }
+  int pick(int first, int last) { return std::uniform_int_distribution<int>(first, last)(random_); }
 
   std::mt19937 random_;
 };
@@ -161,7 +144,7 @@ class RandomCondition {
 TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
   RandomCondition random(20261122);
   for (int round = 0; round < 400; ++round) {
-    const auto [dialect, sqlite] = random.condition(3);
+    const auto [dialect, sqlite, first, last] = random.condition(3);
     std::string found;
     for (const std::int64_t id : ids("Select ID from tblAccount where " + dialect + " Order by ID"))
       found += (found.empty() ? "" : "\n") + std::to_string(id);
@@ -170,34 +153,14 @@ TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
 }
 
 TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
-  // clang-format off
-  const std::pair<const char*, const char*> refused[] = {
-      {"", "ends too early"}, {"select", "ends too early"}, {"drop table tblAccount", "\"drop\""},
-      {"select * from tblAccount; delete tblAccount", "\"delete\""},
-      {"delete tblAccount delete tblAccountPeriod", "\"delete\""},
-      {"select * from tblAccount -- where ID=1", "a comment"},
-      {"select /* all */ * from tblAccount", "a comment"},
-      {"select * from tblAccount where Title like 'x'", "\"like\""},
-      {"select * from tblAccount where Title = 'x", "closing apostrophe"},
-      {"select * from [tblAccount", "closing sign"}, {"select getdate()", "\"getdate\""},
-      {"select left(Code) from tblAccount", "\"left\""},
-      {"select left(Code,-1) from tblAccount", "\"left\""}, {"select * from tblAccount where ID", "\"ID\""},
-      {"select ID=5 from tblAccount", "\"=\""}, {"select * from tblAccount where ID=5x", "letters behind"},
-      {"select * from tblAccount where ID=99999999999999999999", "out of range"},
-      {"select * from tblAccount where ID=@id", "character that it doesn't know"},
-      {"select * from tblAccount order by 1", "\"1\""}, {"select * from a.b.c.d", "\".\""},
-      {"select top 1 ID from tblAccount union select 5", "\"top\""},
-      {"select * from tblAccount where ID=1\x01", "character that it doesn't know"},
-      {"select * from tblAccount where Title='\xD8'", "UTF-8"},
-      {"update tblAccount set ID=1 where ID in (1,)", "\")\""},
-      {"select * from tblAccount left join tblAccountParent on 1=1", "\"left\""},
-      {"select * from tblNothing", "tblNothing"}, {"select \"Nothing\" from tblAccount", "Nothing"},
-      {"select max(ID, 5) from tblAccount", "\"max\""}, {"pragma user_version", "\"pragma\""}};
-  // clang-format on
-  for (const auto& [statement, named] : refused) {
-    const std::string message = refusal(statement);
-    EXPECT_TRUE(message.starts_with(data::kStatementRefused) && message.find(named) != std::string::npos)
-        << statement << "\n  " << message;
+  auto refused = testing::tableOf("engines/sqlite/refused.txt", "statements");
+  refused.push_back({"", "ends too early"});
+  refused.push_back({"select * from tblAccount where ID=1\x01", "character that it doesn't know"});
+  refused.push_back({"select * from tblAccount where Title='\xD8'", "UTF-8"});
+  for (const auto& row : refused) {
+    const std::string message = refusal(row[0]);
+    EXPECT_TRUE(message.starts_with(data::kStatementRefused)) << message;
+    EXPECT_NE(message.find(row[1]), std::string::npos) << row[0] << "\n  " << message;
   }
   refusal("select * from tblAccount where Title='a" + std::string(1, '\0') + "b'");
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 355);
