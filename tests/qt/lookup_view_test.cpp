@@ -53,11 +53,12 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   EXPECT_EQ(screen.line->text() + screen.line->accessibleDescription(), QString::fromUtf8("حساب 52"));
   EXPECT_EQ(screen.line->palette().color(QPalette::Base), plain);
   // Tab picks the only hit while the focus is still here.
-  screen.field.onPicked = [&] { EXPECT_TRUE(screen.line->hasFocus()); };
+  const auto tell = std::exchange(screen.field.onPicked, [&] { EXPECT_TRUE(screen.line->hasFocus()); });
   screen.type(screen.field, "1053");
   screen.press(screen.field, Qt::Key_Tab);
   EXPECT_FALSE(screen.line->hasFocus());
   EXPECT_EQ(screen.field.heldId(), 53);
+  screen.field.onPicked = tell;
   screen.field.focus();
   screen.go("emptying the field");
   EXPECT_EQ(screen.field.heldId(), -1);
