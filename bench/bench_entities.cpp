@@ -1,5 +1,5 @@
-// The choice of a class on the screen of the related objects, from the click to the tree, beside the same
-// statements by hand, prepared once, on the same file in the same run.
+// The choice of a class on the screen of the related objects, from the click to the tree, and the save of its
+// ticks, beside the same statements by hand, prepared once, on the same file in the same run.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <benchmark/benchmark.h>
@@ -16,6 +16,7 @@
 #include "shell/shell.h"
 #include "support/idle_desktop.h"
 #include "support/scratch_database.h"
+#include "support/side_by_side.h"
 
 namespace {
 
@@ -112,10 +113,49 @@ void readClass(benchmark::State& state) {
   state.counters["ratio"] = own / bare;
 }
 
+/// The same save by hand: all rows of the class go, and those of the ticks come, each statement final.
+void saveByHand(SQLite::Database& database, const std::vector<int>& ticked) {
+  database.exec(
+      "update tblAccountRelatedClasses set IncludeAllObjects = 0 where AccountID = 1 and ClassID = 1");
+  database.exec("delete from tblAccountRelatedClassesDetail where AccountID = 1 and ClassID = 1");
+  SQLite::Statement insert(
+      database, "insert into tblAccountRelatedClassesDetail (AccountID, ClassID, ObjectID) values (?, ?, ?)");
+  for (const int object : ticked) {
+    insert.bind(1, 1);
+    insert.bind(2, 1);
+    insert.bind(3, object);
+    insert.exec();
+    insert.reset();
+  }
+}
+
+/// range(0) objects at the top, all ticked but one in a thousand.
+void saveTicks(benchmark::State& state) {
+  Projects projects(state.range(0), state.range(0));
+  entities::frmAccountRelObjects form(projects.shell);
+  form.open(1);
+  form.cmbClass.choose(0);
+  std::vector<int> ticked;
+  for (int object = 2; object <= state.range(0); ++object) {
+    const ui::NodeId node = form.treeObjects.find("N" + std::to_string(object));
+    const bool ticks = object % 1000 != 0;
+    form.treeObjects.setChecked(node, ticks);
+    if (ticks) ticked.push_back(object);
+  }
+  bench::sideBySide(
+      state, [&] { form.cmdOk.click(); }, [&] { saveByHand(projects.other(), ticked); });
+  const auto stored = projects.other().execAndGet("select count(*) from tblAccountRelatedClassesDetail");
+  const auto marked = static_cast<std::size_t>(stored.getInt()) - ticked.size();
+  if (marked > 1) state.SkipWithError("other rows than by hand");
+}
+
+BENCHMARK(saveTicks)->Arg(100'000)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 BENCHMARK(readClass)
     ->Args({5'000, 10})
     ->Args({50'000, 10})
     ->Args({50'000, 50'000})
+    ->Args({100'000, 100'000})
     ->Args({50'000, 1})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);

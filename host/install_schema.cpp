@@ -64,8 +64,8 @@ std::optional<Options> readOptions(int count, char** arguments) {
 
 void print(std::string_view line) { std::cout << line << std::endl; }
 
-void showPlan(data::Connection& connection, const db::LeftOut& without) {
-  const db::ServerPlan plan = db::planServerSchema(connection, without);
+void showPlan(data::Connection& connection, const Options& options) {
+  const db::ServerPlan plan = db::planServerSchema(connection, options.without);
   if (plan.version == 0) {
     std::cout << "The database has no chart. It would get version " << db::schemaVersion() << ".\n";
   } else {
@@ -85,6 +85,7 @@ void showPlan(data::Connection& connection, const db::LeftOut& without) {
   std::cout << "\nthen these scripts, which make what is missing, and the views, triggers and procedures of\n"
                "the chart anew:\n\n";
   for (const std::string_view script : plan.scripts) print(script);
+  if (options.demo) print("\nthen the demo chart, which is refused where the tables have rows");
   std::cout << "\nnothing was changed\n";
 }
 
@@ -93,7 +94,7 @@ void install(const Options& options) {
   namespace odbc = ledgertree::engines::odbc;
   odbc::registerOdbc(providers, kLongestBatch, odbc::Versions::Any);
   const auto connection = providers.open(*options.text);
-  if (options.dryRun) return showPlan(*connection, options.without);
+  if (options.dryRun) return showPlan(*connection, options);
   if (options.schema) db::installServerSchema(*connection, print, options.without);
   if (options.demo) db::installServerDemo(*connection, print);
   std::cout << "done\n";

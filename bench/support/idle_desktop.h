@@ -23,6 +23,7 @@ class IdleDesktop : public ui::Desktop {
   void setPointer(ui::Pointer) override {}
   void moveFocus(ui::Control&) override {}
   void repaint(ui::Form&) override {}
+  [[nodiscard]] bool repaintAndHearEscape(ui::Form&) override { return false; }
   void chooseKeyboardLayout(std::string_view) override {}
   [[nodiscard]] int operatingSystemVersion() const override { return 5; }
   void whenIdle(std::function<void()> procedure) override { idle_.push_back(std::move(procedure)); }

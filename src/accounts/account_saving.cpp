@@ -58,15 +58,16 @@ void AccountSaving::save() {
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
   if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
+  shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
+                                                     std::string(outcome(progress.written, failure)));
+  // Another read may wait as long as the one that failed: the person hears of that one first.
   if (progress.written == Written::Everything) {
     try {
       record_.showAccount(progress.account);
     } catch (const std::exception&) {
-      // The record is blank then; the notice below says so.
+      // The record is blank then, and the notice has said that it couldn't be read.
     }
   }
-  shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
-                                                     std::string(outcome(progress.written, failure)));
   const bool isNew = progress.way == SaveWay::NewAccount;
   if (isNew && progress.written == Written::Unclear && UnansweredSave::mayBeDone(failure))
     lookForAccount(progress.sent);

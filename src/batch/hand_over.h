@@ -10,9 +10,8 @@ namespace ledgertree::batch {
 /// database, and asked to do its work, which ends before the operation does.
 ///
 /// A component that isn't known is registered once, from the folder "System" below `basePath` (which ends in
-/// a separator; empty for the current folder), and made once more; only if it is still unknown the person is
-/// told. Every other failure passes without a sign: what goes wrong in its work the component tells by
-/// itself. Neither throws.
+/// a separator), and made once more; only if it is still unknown the person is told. Every other failure
+/// passes without a sign: what goes wrong in its work the component tells by itself. Neither throws.
 
 /// Gives the whole chart of vwAccount to SheetKit.SheetWriter as an export statement.
 void exportChart(shell::Shell& shell, std::string_view basePath);

@@ -70,6 +70,11 @@ class Connection {
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }
 
+  /// Asked some twenty times a second while a command waits for another program's lock; true gives the wait
+  /// up, and the command fails with Reason::Busy. Empty stops the asking. What uses the connection meanwhile
+  /// fails in the same way. An engine that waits at the other end of a network doesn't ask.
+  virtual void whileWaiting(std::function<bool()> givesUp) { static_cast<void>(givesUp); }
+
   /// What there is to tell a person about the data, once: what was found when a database of an older version
   /// was taken up at the opening.
   [[nodiscard]] virtual std::vector<std::string> takeNews() { return {}; }

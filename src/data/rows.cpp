@@ -42,9 +42,11 @@ DateTime unpacked(std::int64_t moment) {
 }  // namespace
 
 std::optional<std::size_t> Rows::column(std::string_view name) const {
+  if (!columns_) return std::nullopt;
   const std::uint32_t hash = nameHash(name);
-  for (std::size_t place = 0; place < names_.size(); ++place) {
-    if (nameHashes_[place] == hash && text::equalsIgnoringCase(names_[place], name)) return place;
+  for (std::size_t place = 0; place < width_; ++place) {
+    if (columns_->hashes[place] == hash && text::equalsIgnoringCase(columns_->names[place], name))
+      return place;
   }
   return std::nullopt;
 }
@@ -74,9 +76,17 @@ std::string_view Rows::text(std::size_t row, std::size_t column) const {
   return std::string_view(arena_).substr(static_cast<std::size_t>(found.payload.offset), found.length);
 }
 
+const std::vector<std::string>& Rows::columns() const {
+  static const std::vector<std::string> kNone;
+  return columns_ ? columns_->names : kNone;
+}
+
 void Rows::addColumn(std::string name) {
-  nameHashes_.push_back(nameHash(name));
-  names_.push_back(std::move(name));
+  auto columns = columns_ ? std::make_shared<Columns>(*columns_) : std::make_shared<Columns>();
+  columns->hashes.push_back(nameHash(name));
+  columns->names.push_back(std::move(name));
+  width_ = columns->names.size();
+  columns_ = std::move(columns);
 }
 
 void Rows::addDateTime(const DateTime& time) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,8 +15,8 @@ namespace ledgertree::data {
 /// An engine builds it column by column and cell by cell; everybody else only reads.
 class Rows {
  public:
-  [[nodiscard]] std::size_t count() const { return names_.empty() ? 0 : cells_.size() / names_.size(); }
-  [[nodiscard]] const std::vector<std::string>& columns() const { return names_; }
+  [[nodiscard]] std::size_t count() const { return width_ == 0 ? 0 : cells_.size() / width_; }
+  [[nodiscard]] const std::vector<std::string>& columns() const;
   /// The place of a column by its name, ASCII letters in any case; the first one where a name stands twice.
   [[nodiscard]] std::optional<std::size_t> column(std::string_view name) const;
 
@@ -56,12 +57,17 @@ class Rows {
   };
 
   [[nodiscard]] const Cell& cell(std::size_t row, std::size_t column) const {
-    return cells_[row * names_.size() + column];
+    return cells_[row * width_ + column];
   }
 
-  std::vector<std::string> names_;
-  /// One hash a column, letter case folded away, so that a look-up by name compares one number a column.
-  std::vector<std::uint32_t> nameHashes_;
+  struct Columns {
+    std::vector<std::string> names;
+    /// One hash a column, letter case folded away, so that a look-up by name compares one number a column.
+    std::vector<std::uint32_t> hashes;
+  };
+  /// Of one statement that runs again and again the rows share them.
+  std::shared_ptr<const Columns> columns_;
+  std::size_t width_ = 0;
   std::vector<Cell> cells_;
   std::string arena_;
 };

@@ -4,6 +4,7 @@
 #include <exception>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "data/data_error.h"
 
@@ -15,6 +16,8 @@ constexpr const char* kRootKey = "MAIN_PARENT_KEY";
 constexpr const char* kRootText = "ريشه";
 constexpr const char* kPlaceholderText = "UNKNOWN_TEXT";
 constexpr const char* kMarkedTag = "ALL_Branches";
+/// Objects between two looks at the progress.
+constexpr std::size_t kBetweenLooks = 64;
 constexpr int kImage = 1;
 constexpr int kMarkedImage = 2;
 /// The pictures of the images: a yellow folder, and a blue one for a marked node.
@@ -49,6 +52,7 @@ void ObjectTree::clear() {
   objects_.clear();
   unread_.clear();
   stored_.clear();
+  known_ = 0;
   filled_ = false;
   lookUpFailed_ = false;
   lookUpCameLate_ = false;
@@ -56,59 +60,71 @@ void ObjectTree::clear() {
 
 ui::NodeId ObjectTree::root() const { return tree_.find(kRootKey); }
 
-void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view) {
+void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view,
+                                shell::WorkProgress& progress) {
   clear();
-  accountID_ = accountID;
-  classID_ = classID;
-  view_ = view;
+  const std::string from(view);
+  select_ = "SELECT ID, ParentID, Name,(SELECT COUNT(*)  FROM " + from +
+            " AS Childs  WHERE Childs.ParentID = " + from + ".ID) AS NumberOfChilds FROM " + from;
+  lookUp_ = "Select * from tblAccountRelatedClassesDetail Where AccountID=" + std::to_string(accountID) +
+            " and ClassID = " + std::to_string(classID) + " and ObjectID = ";
+  lookUpHead_ = lookUp_.size();
   std::exception_ptr failure;
   {
     const ui::Tree::Batch batch(tree_);
     unread_.push_back(tree_.add(ui::kNoNode, kRootKey, kRootText, kImage));
     try {
       // Whose turn is next stands in the queue: a search for it from the first node would cost the square.
-      while (!unread_.empty()) {
-        readChildren(unread_.front());
-        unread_.pop_front();
-      }
+      while (!unread_.empty() && readChildren(unread_.front(), progress)) unread_.pop_front();
     } catch (...) {
       failure = std::current_exception();
     }
     addPlaceholders();
+    tickStored();
   }
-  tickStored();
+  stored_.clear();
   tree_.setExpanded(root(), true);
   openAboveStored();
   filled_ = true;
   if (failure) std::rethrow_exception(failure);
 }
 
-void ObjectTree::fillObjectChildren(ui::NodeId node) {
-  if (!hasPlaceholder(node)) return;
-  readChildren(node);
-  tree_.remove(tree_.children(node).front());
-  unread_.erase(std::find(unread_.begin(), unread_.end(), node));
+void ObjectTree::fillObjectChildren(ui::NodeId node, shell::WorkProgress& progress) {
+  const ui::NodeId placeholder = placeholderOf(node);
+  if (placeholder == ui::kNoNode) return;
+  bool complete = false;
+  {
+    const ui::Tree::Batch batch(tree_);
+    complete = readChildren(node, progress);
+    tickStored();
+  }
+  tree_.remove(placeholder);
+  if (complete) unread_.erase(std::find(unread_.begin(), unread_.end(), node));
   addPlaceholders();
   for (const ui::NodeId shown : stored_) tree_.ensureVisible(shown);
-  tickStored();
+  stored_.clear();
 }
 
-void ObjectTree::readChildren(ui::NodeId parent) {
+bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) {
   const auto gateway = shell_.dtEn();
   data::RecordHandle& handle = gateway->rssqlTarvoBasePath;
   if (handle.State() != 0) handle.Close();
   const data::OpenRows objects(handle, childrenStatement(parent));
-  for (; !objects->Eof(); objects->MoveNext()) addObject(*gateway, parent);
+  known_ = std::max(known_, static_cast<std::int64_t>(objects_.size()) + objects->RecordCount());
+  for (; !objects->Eof(); objects->MoveNext()) {
+    addObject(*gateway, parent);
+    if (objects_.size() % kBetweenLooks != 0) continue;
+    progress.expect(static_cast<std::int32_t>(known_));
+    progress.advance(static_cast<std::int32_t>(objects_.size()));
+    if (progress.givenUp()) return false;
+  }
+  return true;
 }
 
 std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
-  const std::string statement =
-      "SELECT ID, ParentID, Name,(SELECT COUNT(*) "
-      " FROM " +
-      view_ + " AS Childs " + " WHERE Childs.ParentID = " + view_ + ".ID) AS NumberOfChilds " + "FROM " +
-      view_;
-  if (parent == root()) return statement + " Where ParentID is null ORDER BY Name";
-  return statement + " Where ParentID = " + idOf(tree_.key(parent)) + " ORDER BY Name";
+  std::string statement = select_;
+  if (parent == root()) return statement.append(" Where ParentID is null ORDER BY Name");
+  return statement.append(" Where ParentID = ").append(idOf(tree_.key(parent))).append(" ORDER BY Name");
 }
 
 /// An object that stands in the tree already is left out: the host's data says that it is below itself, or
@@ -117,25 +133,27 @@ void ObjectTree::addObject(data::DtEn& gateway, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
   const auto id = objectID(row.Fields("ID"));
   if (!id) return;
-  const std::string key = keyOf(*id);
+  std::string key = keyOf(*id);
   if (tree_.find(key) != ui::kNoNode) return;
   const bool stored = isStored(gateway, *id);
-  const ui::NodeId node = tree_.add(parent, key, row.Fields("Name").toText(), stored ? kMarkedImage : kImage);
+  const ui::NodeId node =
+      tree_.add(parent, std::move(key), row.Fields("Name").toText(), stored ? kMarkedImage : kImage);
   objects_.push_back(node);
   if (stored) {
     tree_.setTag(node, kMarkedTag);
     stored_.push_back(node);
   }
-  if (row.Fields("NumberOfChilds").toInt64() > 0) unread_.push_back(node);
+  const std::int64_t children = row.Fields("NumberOfChilds").toInt64();
+  known_ += children;
+  if (children > 0) unread_.push_back(node);
 }
 
 bool ObjectTree::isStored(data::DtEn& gateway, std::int32_t objectID) {
   if (lookUpCameLate_) return false;
   try {
-    const data::OpenRows rows(
-        gateway.rssqlAccGroupL,
-        "Select * from tblAccountRelatedClassesDetail Where AccountID=" + std::to_string(accountID_) +
-            " and ClassID = " + std::to_string(classID_) + " and ObjectID = " + std::to_string(objectID));
+    lookUp_.resize(lookUpHead_);
+    lookUp_.append(std::to_string(objectID));
+    const data::OpenRows rows(gateway.rssqlAccGroupL, lookUp_);
     return rows->RecordCount() != 0;
   } catch (const data::DataError& failure) {
     // The object is shown all the same, and so is the rest of the class.
@@ -147,19 +165,19 @@ bool ObjectTree::isStored(data::DtEn& gateway, std::int32_t objectID) {
 
 void ObjectTree::addPlaceholders() {
   for (const ui::NodeId node : unread_) {
-    if (tree_.children(node).empty()) tree_.add(node, {}, kPlaceholderText);
+    if (placeholderOf(node) == ui::kNoNode) tree_.add(node, {}, kPlaceholderText);
   }
 }
 
-bool ObjectTree::hasPlaceholder(ui::NodeId node) const {
+ui::NodeId ObjectTree::placeholderOf(ui::NodeId node) const {
+  // Behind the children that were read ahead of a person's giving up.
   const auto& children = tree_.children(node);
-  return !children.empty() && tree_.key(children.front()).empty();
+  return children.empty() || !tree_.key(children.back()).empty() ? ui::kNoNode : children.back();
 }
 
-/// Once the screen knows the nodes, it is told which of them are ticked.
+/// Ahead of the end of a batch: nodes that the screen isn't told of yet come ticked, without a change each.
 void ObjectTree::tickStored() {
   for (const ui::NodeId node : stored_) tree_.setChecked(node, true);
-  stored_.clear();
 }
 
 /// Stored nodes open what is above them. A node is closed again once its own children are read, and what is

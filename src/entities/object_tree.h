@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "data/dten.h"
 #include "shell/shell.h"
+#include "shell/work_progress.h"
 #include "ui/tree.h"
 
 namespace ledgertree::entities {
@@ -29,10 +31,11 @@ class ObjectTree {
   void clear();
   /// Reads the whole class, level by level; the tree comes back with the root open. `view` is a plain view
   /// name. Throws data::DataError where the children of a node can't be read: that node and those whose turn
-  /// had not come keep a placeholder.
-  void fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view);
+  /// had not come keep a placeholder, as they do where the person gives the reading up.
+  void fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view,
+                      shell::WorkProgress& progress);
   /// Reads the children of a node that still has its placeholder. Throws data::DataError.
-  void fillObjectChildren(ui::NodeId node);
+  void fillObjectChildren(ui::NodeId node, shell::WorkProgress& progress);
   /// Whether everything that the class has stands in the tree as it is stored. What isn't complete must not
   /// be saved, for it would take the rows of what couldn't be read.
   [[nodiscard]] bool complete() const { return filled_ && unread_.empty() && !lookUpFailed_; }
@@ -47,20 +50,26 @@ class ObjectTree {
   [[nodiscard]] std::vector<std::string> chosenObjects() const;
 
  private:
-  void readChildren(ui::NodeId parent);
+  /// False where the person gave it up before all of them were read.
+  bool readChildren(ui::NodeId parent, shell::WorkProgress& progress);
   void addObject(data::DtEn& gateway, ui::NodeId parent);
   [[nodiscard]] bool isStored(data::DtEn& gateway, std::int32_t objectID);
   [[nodiscard]] std::string childrenStatement(ui::NodeId parent) const;
   void addPlaceholders();
-  [[nodiscard]] bool hasPlaceholder(ui::NodeId node) const;
+  /// The child that stands for those that aren't read; kNoNode where there is none.
+  [[nodiscard]] ui::NodeId placeholderOf(ui::NodeId node) const;
   void tickStored();
   void openAboveStored();
 
   ui::Tree& tree_;
   shell::Shell& shell_;
-  std::int32_t accountID_ = -1;
-  std::int32_t classID_ = -1;
-  std::string view_;
+  /// The statement of the children, up to whose they are.
+  std::string select_;
+  /// The look-up of a stored object: its head, which is the same for all, and the number of the last one.
+  std::string lookUp_;
+  std::size_t lookUpHead_ = 0;
+  /// How many objects the rows that were read tell of.
+  std::int64_t known_ = 0;
   /// The nodes of the objects, in the order in which they were read.
   std::vector<ui::NodeId> objects_;
   /// The nodes whose children aren't read yet, in the order of their turn.

@@ -46,6 +46,7 @@ class frmAccountRelClasses : public ui::Form {
   ui::PushButton cmdSelectObjects;
   ui::PushButton cmdOk;
   ui::PushButton cmdCancel;
+  ui::ProgressBar progressBar;
   ui::Timer Timer1;
 
  private:
@@ -85,6 +86,7 @@ class frmAccountRelClasses : public ui::Form {
   /// The rows whose lines left the list.
   std::vector<Row> left_;
   bool saved_ = false;
+  bool working_ = false;
 };
 
 /// Shows the classes of an account until the person leaves; true where they were saved. An account that

@@ -28,6 +28,7 @@ constexpr Bounds kAllBranches{5760, 5175, 2550, 405};
 constexpr Bounds kNotAllBranches{3090, 5175, 2550, 405};
 constexpr Bounds kOk{1470, 7305, 1290, 405};
 constexpr Bounds kCancel{90, 7305, 1290, 405};
+constexpr Bounds kProgress{2970, 7335, 5940, 330};
 
 /// What of the bounds follows the form, a twip a twip.
 constexpr Bounds kGrows{0, 0, 1, 1};
@@ -35,6 +36,7 @@ constexpr Bounds kWidens{0, 0, 1, 0};
 constexpr Bounds kStaysRight{1, 0, 0, 0};
 constexpr Bounds kStaysRightAndLow{1, 1, 0, 0};
 constexpr Bounds kStaysLow{0, 1, 0, 0};
+constexpr Bounds kStaysLowAndWidens{0, 1, 1, 0};
 
 struct Anchor {
   ui::Control& control;
@@ -74,6 +76,7 @@ frmAccountRelObjects::frmAccountRelObjects(shell::Shell& shell)
                         &gbObjects),
       cmdOk(*this, "cmdOk", kOk, "ثبت"),
       cmdCancel(*this, "cmdCancel", kCancel, "خروج"),
+      progressBar(*this, "ProgressBar", kProgress),
       shell_(shell),
       objects_(treeObjects, shell) {
   setResizable(true);
@@ -96,6 +99,8 @@ void frmAccountRelObjects::dressControls() {
   cmbClass.setAccessibleName("نوع موجوديت");
   gbObjects.setAccessibleName("انتخاب موجوديتها");
   treeObjects.setAccessibleName("درخت موجوديتها");
+  progressBar.setAccessibleName("پيشرفت کار");
+  progressBar.setVisible(false);
 
   cmdAllBranches.setShortcut(ui::KeyChord::ctrlAnd('B'));
   cmdNotAllBranches.setShortcut({.ctrl = true, .shift = true, .letter = 'B'});
@@ -107,7 +112,7 @@ void frmAccountRelObjects::dressControls() {
 void frmAccountRelObjects::listen() {
   cmbClass.onSelect = [this] { chooseClass(); };
   chkAllObjects.onClick = [this] { enableObjects(); };
-  treeObjects.onExpand = [this](ui::NodeId node) { objects_.fillObjectChildren(node); };
+  treeObjects.onExpand = [this](ui::NodeId node) { openNode(node); };
   treeObjects.onNodeCheck = [this](ui::NodeId node) { objects_.checkChildren(node); };
   cmdAllBranches.onClick = [this] { markBranches(); };
   cmdNotAllBranches.onClick = [this] { unmarkBranches(); };
@@ -133,6 +138,7 @@ void frmAccountRelObjects::resized() {
       {cmdNotAllBranches, kNotAllBranches, kStaysRightAndLow},
       {cmdOk, kOk, kStaysLow},
       {cmdCancel, kCancel, kStaysLow},
+      {progressBar, kProgress, kStaysLowAndWidens},
   };
   for (const auto& [control, design, follows] : anchors) {
     control.setBounds({design.left + follows.left * wider, design.top + follows.top * higher,
@@ -169,6 +175,8 @@ void frmAccountRelObjects::showNoClass() {
 }
 
 void frmAccountRelObjects::chooseClass() {
+  if (working_) return;
+  const shell::UnderWay underWay(working_);
   if (cmbClass.selected() == ui::DropDownList::kNone) return showNoClass();
   // The tree of the former class must not be saved for this one, whatever fails from here on.
   objects_.clear();
@@ -185,7 +193,15 @@ void frmAccountRelObjects::chooseClass() {
     return;
   }
   const shell::Hourglass hourglass(desktop());
-  objects_.fillObjectTree(sltAccount.SelectedID(), curClassID_, *view);
+  shell::WorkProgress progress(*this, progressBar, 0, shell::WorkProgress::WayOut::Escape);
+  objects_.fillObjectTree(sltAccount.SelectedID(), curClassID_, *view, progress);
+}
+
+void frmAccountRelObjects::openNode(ui::NodeId node) {
+  if (working_) return;
+  const shell::UnderWay underWay(working_);
+  shell::WorkProgress progress(*this, progressBar, 0, shell::WorkProgress::WayOut::Escape);
+  objects_.fillObjectChildren(node, progress);
 }
 
 void frmAccountRelObjects::readClass() {
@@ -238,6 +254,8 @@ void frmAccountRelObjects::unmarkBranches() {
 }
 
 void frmAccountRelObjects::save() {
+  if (working_) return;
+  const shell::UnderWay underWay(working_);
   if (cmbClass.selected() == ui::DropDownList::kNone) {
     shell_.showErrorNotice(shell::kTitleProblem, kNoClass);
     return;
@@ -275,9 +293,12 @@ std::size_t frmAccountRelObjects::saveRelObjects(std::int32_t accountID, std::in
   const std::string insert =
       "Insert into tblAccountRelatedClassesDetail (AccountID,ClassID,ObjectID) Values (" + account + "," +
       ofClass + ",";
+  shell::WorkProgress progress(*this, progressBar, static_cast<std::int32_t>(chosen.size()));
+  std::int32_t done = 0;
   for (const std::string& objectID : chosen) {
     std::string statement = insert;
     gateway->rssqlAccCostCenter.Open(statement.append(objectID).append(")"));
+    progress.advance(++done);
   }
   return chosen.size();
 }

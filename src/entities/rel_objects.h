@@ -18,7 +18,8 @@ namespace ledgertree::entities {
 ///
 /// One class at a time; only cmdOk writes, for the class that is chosen (IncludeAllObjects in
 /// tblAccountRelatedClasses, the objects in tblAccountRelatedClassesDetail). Another choice of class drops
-/// what wasn't written, without a question.
+/// what wasn't written, without a question. A class that is being read can be given up by Escape: what was
+/// read stands there, and isn't saved. A save can't, since it begins with the deletion of all rows.
 class frmAccountRelObjects : public ui::Form {
  public:
   /// Runs on the thread of the screens; `shell` outlives the form.
@@ -42,6 +43,7 @@ class frmAccountRelObjects : public ui::Form {
   ui::PushButton cmdNotAllBranches;
   ui::PushButton cmdOk;
   ui::PushButton cmdCancel;
+  ui::ProgressBar progressBar;
 
  protected:
   void resized() override;
@@ -54,6 +56,7 @@ class frmAccountRelObjects : public ui::Form {
   void fillClassList(std::int32_t accountID);
   void showNoClass();
   void chooseClass();
+  void openNode(ui::NodeId node);
   /// Reads how the chosen class counts and which objects it has.
   void readClass();
   [[nodiscard]] bool includesAllObjects(data::DtEn& gateway) const;
@@ -73,6 +76,7 @@ class frmAccountRelObjects : public ui::Form {
   std::int32_t curClassID_ = -1;
   std::string curViewMajor_;
   bool saved_ = false;
+  bool working_ = false;
 };
 
 /// Shows the objects of an account's classes until the person leaves; true where something was saved. An

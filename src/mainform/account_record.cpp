@@ -47,7 +47,9 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, std::funct
     : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
-    if (looking) loadAccount(screen_.sltAccount.AccountID());
+    if (!looking) return;
+    loadAccount(screen_.sltAccount.AccountID());
+    tellShown();
   };
 }
 
@@ -55,14 +57,27 @@ void AccountRecord::showAccount(std::int32_t id) {
   if (id < 1) return goIdle();
   clearAccountFields();
   screen_.formMode = FormMode::ModeView;
-  loadInto(id);
+  try {
+    loadInto(id);
+  } catch (...) {
+    tellShown();
+    throw;
+  }
   applyFormMode();
+  tellShown();
 }
 
 void AccountRecord::goIdle() {
   screen_.formMode = FormMode::ModeIdle;
   applyFormMode();
   clearAccountFields();
+  tellShown();
+}
+
+void AccountRecord::tellShown() {
+  // At once: until the next tick the commands would work on an account that has left the screen.
+  followRecord(screen_);
+  if (onShown) onShown(screen_.AccountOnRecord);
 }
 
 void AccountRecord::startNewAccount() {
@@ -91,6 +106,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 }
 
 void AccountRecord::clearAccountFields() {
+  screen_.AccountOnRecord = -1;
   for (const TypedField& field : typedFields())
     if (field.isText()) (screen_.*field.control).setText("");
   for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
@@ -108,6 +124,7 @@ void AccountRecord::loadAccount(std::int32_t id) {
 }
 
 void AccountRecord::fill(const data::Account& account) {
+  screen_.AccountOnRecord = account.id;
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());

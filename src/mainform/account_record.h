@@ -34,6 +34,9 @@ class AccountRecord {
   /// class.
   AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule);
 
+  /// Told after another account was put on the record to be looked at, or none (-1), whoever did it.
+  std::function<void(std::int32_t accountID)> onShown;
+
   /// Shows an account, read-only; nothing is on the screen for an ID below 1, and blank fields for one that
   /// has no row.
   void showAccount(std::int32_t id);
@@ -56,6 +59,7 @@ class AccountRecord {
  private:
   void fill(const data::Account& account);
   void blankForNewAccount();
+  void tellShown();
   /// Loads the account of a mode that was just entered.
   void loadInto(std::int32_t id);
 

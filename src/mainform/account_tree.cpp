@@ -1,5 +1,8 @@
 #include "mainform/account_tree.h"
 
+#include <chrono>
+#include <utility>
+
 #include "data/numbers.h"
 #include "text/characters.h"
 
@@ -12,6 +15,8 @@ constexpr std::string_view kPlaceholder = "!$@Dummy@$!";
 constexpr std::string_view kPeriodRoot = "سرفصل حسابها";
 constexpr std::string_view kIntegratedRoot = "درخت حسابها در همه دوره ها بصورت يکپارچه";
 constexpr int kRootImage = 1;
+/// Longer than a key that is held down takes to come again.
+constexpr std::chrono::milliseconds kRest{150};
 
 /// The accounts of a period (-1: of all) below a parent (-1: at the top). The two statements of a level, for
 /// its rows and for the count of each row's children, ask under the same condition.
@@ -44,9 +49,15 @@ std::optional<NodeKey> parseNodeKey(std::string_view key) {
                  .account = data::toNumber(key.substr(colon + 1)).asInt32()};
 }
 
-AccountTree::AccountTree(MainScreen& screen, shell::Shell& shell) : screen_(screen), shell_(shell) {
+AccountTree::AccountTree(MainScreen& screen, shell::Shell& shell)
+    : screen_(screen), shell_(shell), rest_(screen, "TreeRest", kRest) {
   screen_.treeAccount.onExpand = [this](ui::NodeId node) { expanded(node); };
   screen_.treeAccount.onNodeClick = [this](ui::NodeId node) { clicked(node); };
+  screen_.treeAccount.onNodeSelect = [this](ui::NodeId) {
+    clickWaits_ = true;
+    rest_.restart();
+  };
+  rest_.onTick = [this] { settle(); };
 }
 
 bool AccountTree::nodeHasChildren(std::string_view key) {
@@ -89,51 +100,76 @@ void AccountTree::fillNodeChildren(std::string_view key) {
   if (gateway->rssqlAccCostCenter.State() != 0) gateway->rssqlAccCostCenter.Close();
   const std::size_t before = tree.children(node).size();
   try {
-    const ui::Tree::Batch batch(tree);
-    if (screen_.optPeriodic.value() && *parsed == NodeKey{}) {
-      addPeriods(*gateway, node);
-    } else {
-      addAccounts(*gateway, *parsed, node);
-    }
+    readChildren(*gateway, *parsed, node);
   } catch (...) {
-    takeBack(node, before);
+    // It is gone where the tree was being read anew.
+    if (tree.find(makeNodeKey(parsed->period, parsed->account)) == node) takeBack(node, before);
     throw;
   }
 }
 
+void AccountTree::readChildren(data::DtEn& gateway, const NodeKey& key, ui::NodeId node) {
+  if (screen_.optPeriodic.value() && key == NodeKey{}) {
+    addPeriods(gateway, node);
+  } else {
+    addAccounts(gateway, key, node);
+  }
+}
+
 void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
+  const ui::Tree::Batch batch(screen_.treeAccount);
   const data::OpenRows periods(gateway.rssqlAccCostCenter,
                                "select * from tblAccountPeriod order by FarsibeginDate Desc");
   for (; !periods->Eof(); periods->MoveNext()) {
     const std::int32_t period = periods->Fields("ID").toInt32();
     const ui::NodeId node =
         screen_.treeAccount.add(root, makeNodeKey(period, -1), periods->Fields("Name").toText(), kRootImage);
-    if (hasChildren(gateway, {.period = period, .account = -1}))
-      addPlaceholder(node, makeNodeKey(-1, period));
+    if (hasChildren(gateway, {.period = period, .account = -1})) addPlaceholder(node);
   }
 }
 
 void AccountTree::addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId parent) {
-  const data::OpenRows accounts(gateway.rssqlAccCostCenter,
-                                "Select ID,ParentID,IsClosed,AccountNatureID,Code,Title  from tblAccount " +
-                                    underParent(key) + " Order by Code");
+  data::OpenRows accounts(gateway.rssqlAccCostCenter,
+                          "Select ID,ParentID,IsClosed,AccountNatureID,Code,Title  from tblAccount " +
+                              underParent(key) + " Order by Code");
+  if (!dropMoved(accounts, key.period, parent)) {
+    accounts.close();
+    return refreshTree();
+  }
+  const ui::Tree::Batch batch(screen_.treeAccount);
   for (; !accounts->Eof(); accounts->MoveNext()) {
     const std::int32_t account = accounts->Fields("ID").toInt32();
     std::string label = accounts->Fields("Code").toText();
     if (!screen_.settings.ShowCompleteCode) label = shortCode(gateway, account, label);
     label += " ... ";
     label += accounts->Fields("Title").toText();
-    std::string nodeKey = makeNodeKey(key.period, account);
-    const ui::NodeId node =
-        screen_.treeAccount.add(parent, nodeKey, std::move(label), imageOf(*accounts.operator->()));
-    if (hasChildren(gateway, {.period = key.period, .account = account}))
-      addPlaceholder(node, std::move(nodeKey));
+    const ui::NodeId node = screen_.treeAccount.add(parent, makeNodeKey(key.period, account),
+                                                    std::move(label), imageOf(*accounts.operator->()));
+    if (hasChildren(gateway, {.period = key.period, .account = account})) addPlaceholder(node);
   }
 }
 
-/// A node that has children which aren't read yet gets an opening box by it.
-void AccountTree::addPlaceholder(ui::NodeId node, std::string nodeNumbers) {
-  screen_.treeAccount.add(node, nodeNumbers.append(kPlaceholder), std::string(kPlaceholder));
+bool AccountTree::dropMoved(data::OpenRows& accounts, std::int32_t period, ui::NodeId node) {
+  ui::Tree& tree = screen_.treeAccount;
+  for (; !accounts->Eof(); accounts->MoveNext()) {
+    const ui::NodeId moved = tree.find(makeNodeKey(period, accounts->Fields("ID").toInt32()));
+    if (moved == ui::kNoNode) continue;
+    for (ui::NodeId above = node; above != ui::kNoNode; above = tree.parent(above))
+      if (above == moved) return false;
+    tree.remove(moved);
+  }
+  if (accounts->RecordCount() != 0) accounts->MoveFirst();
+  return true;
+}
+
+/// A node that has children which aren't read yet gets an opening box by it. A period's has the number of the
+/// period on the other side.
+void AccountTree::addPlaceholder(ui::NodeId node) {
+  ui::Tree& tree = screen_.treeAccount;
+  NodeKey numbers = parseNodeKey(tree.key(node)).value_or(NodeKey{});
+  if (numbers.account < 1) std::swap(numbers.period, numbers.account);
+  std::string key = makeNodeKey(numbers.period, numbers.account);
+  tree.add(node, key.append(kPlaceholder), std::string(kPlaceholder));
 }
 
 /// A level that couldn't be read whole isn't shown in part: it can be opened again.
@@ -141,7 +177,7 @@ void AccountTree::takeBack(ui::NodeId node, std::size_t childrenBefore) {
   ui::Tree& tree = screen_.treeAccount;
   while (tree.children(node).size() > childrenBefore) tree.remove(tree.children(node).back());
   if (childrenBefore != 0) return;
-  addPlaceholder(node, tree.key(node));
+  addPlaceholder(node);
   tree.setExpanded(node, false);
 }
 
@@ -162,12 +198,29 @@ void AccountTree::expanded(ui::NodeId node) {
   const auto& children = tree.children(node);
   if (children.empty() || tree.text(children.front()) != kPlaceholder) return;
   tree.remove(children.front());
-  fillNodeChildren(std::string(tree.key(node)));
+  const std::string key = tree.key(node);
+  fillNodeChildren(key);
+  if (tree.find(key) != node) return;  // the tree was read anew
   tree.setExpanded(node, true);
   tree.ensureVisible(node);
 }
 
+void AccountTree::settle() {
+  const ui::NodeId node = screen_.treeAccount.selected();
+  if (clickWaits_ && node != ui::kNoNode) clicked(node);
+}
+
+void AccountTree::keepHighlightFor(std::int32_t accountID) {
+  ui::Tree& tree = screen_.treeAccount;
+  if (tree.selected() == ui::kNoNode) return;
+  const std::int32_t highlighted = parseNodeKey(tree.key(tree.selected())).value_or(NodeKey{}).account;
+  if (highlighted == accountID || (highlighted < 1 && accountID < 1)) return;
+  clickWaits_ = false;
+  tree.select(ui::kNoNode);
+}
+
 void AccountTree::clicked(ui::NodeId node) {
+  clickWaits_ = false;
   const auto key = parseNodeKey(screen_.treeAccount.key(node));
   if (!key) return;
   if (key->account < 1) {

@@ -29,6 +29,12 @@ struct NodeKey {
 /// control: a level is read when its parent is first opened, and a refresh throws everything away. It writes
 /// nothing.
 ///
+/// Choosing a node by the keys is a click on it after a short rest, so that a key can be held down; whoever
+/// must not come ahead of that click calls `settle`.
+///
+/// An account that is read and stands in the tree already, below another parent, was moved by somebody: the
+/// old node goes. Where the node that is being opened is itself below it, the whole tree is read anew.
+///
 /// A query that fails in the middle of a fill goes to the caller as data::DataError; the children read so far
 /// are taken away again and the placeholder is put back, so that the node can be opened once more, the
 /// handles are closed, and the pointer is back to its default.
@@ -46,6 +52,12 @@ class AccountTree {
   /// Rebuilds the tree: its root and its first level.
   void refreshTree();
 
+  /// Makes the click that waits for the end of the rest.
+  void settle();
+  /// Takes the highlight off the tree where it is on another account than this one (-1: on any). The root and
+  /// a period may keep it as long as no account is shown.
+  void keepHighlightFor(std::int32_t accountID);
+
   /// A click on an account, and on a node that is none.
   std::function<void(std::int32_t accountID)> onAccountClick;
   std::function<void()> onOtherClick;
@@ -53,15 +65,21 @@ class AccountTree {
  private:
   void expanded(ui::NodeId node);
   void clicked(ui::NodeId node);
+  void readChildren(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
   void addPeriods(data::DtEn& gateway, ui::NodeId root);
   void addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
+  /// False where the node itself stands below one of them.
+  [[nodiscard]] bool dropMoved(data::OpenRows& accounts, std::int32_t period, ui::NodeId node);
   [[nodiscard]] bool hasChildren(data::DtEn& gateway, const NodeKey& key);
   [[nodiscard]] std::string shortCode(data::DtEn& gateway, std::int32_t accountID, std::string_view code);
-  void addPlaceholder(ui::NodeId node, std::string nodeNumbers);
+  void addPlaceholder(ui::NodeId node);
   void takeBack(ui::NodeId node, std::size_t childrenBefore);
 
   MainScreen& screen_;
   shell::Shell& shell_;
+  ui::Timer rest_;
+  /// Whether the selected node was chosen by the keys, and its click is still to come.
+  bool clickWaits_ = false;
 };
 
 }  // namespace ledgertree::mainform

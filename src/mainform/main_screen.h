@@ -38,6 +38,8 @@ class MainScreen : public ui::Form {
   data::SystemParameters settings;
 
   // What follows the record.
+  /// The account whose fields stand on the record, -1 while they are blank; txtID keeps the last one.
+  std::int32_t AccountOnRecord = -1;
   FormMode formMode = FormMode::ModeIdle;
   std::int16_t NatureValue = 0;     ///< 0 debit, 1 credit, 2 both
   std::int16_t PermanentValue = 0;  ///< 0 temporary, 1 permanent

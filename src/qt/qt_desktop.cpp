@@ -1,6 +1,7 @@
 #include "qt/qt_desktop.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPixmap>
 #include <QThread>
 #include <QTimer>
@@ -28,6 +29,39 @@ std::vector<QtDesktop*>& desktops() {
 void endWindowsOfAll() {
   for (QtDesktop* desktop : desktops()) desktop->endWindows();
 }
+
+/// Takes what a person does at keyboard and mouse, and keeps of it whether Escape was pressed.
+class EscapeAlone : public QObject {
+ public:
+  [[nodiscard]] bool pressed() const { return pressed_; }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::KeyPress:
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) pressed_ = true;
+        return true;
+      case QEvent::KeyRelease:
+      case QEvent::ShortcutOverride:
+      case QEvent::Shortcut:
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonRelease:
+      case QEvent::MouseButtonDblClick:
+      case QEvent::Wheel:
+      case QEvent::ContextMenu:
+      case QEvent::TouchBegin:
+      case QEvent::TouchUpdate:
+      case QEvent::TouchEnd:
+      case QEvent::InputMethod:
+        return true;
+      default:
+        return false;
+    }
+  }
+
+ private:
+  bool pressed_ = false;
+};
 
 int loopDepth() { return QThread::currentThread()->loopLevel(); }
 
@@ -162,6 +196,16 @@ void QtDesktop::repaint(ui::Form& form) {
   ++repainting_;
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   --repainting_;
+}
+
+bool QtDesktop::repaintAndHearEscape(ui::Form& form) {
+  if (windowOf(form) == nullptr) return false;
+  EscapeAlone escape;
+  qApp->installEventFilter(&escape);
+  ++repainting_;
+  QApplication::processEvents();
+  --repainting_;
+  return escape.pressed();
 }
 
 void QtDesktop::chooseKeyboardLayout(std::string_view layout) {

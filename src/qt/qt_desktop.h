@@ -42,6 +42,7 @@ class QtDesktop : public QObject, public ui::Desktop {
   void setPointer(ui::Pointer pointer) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
+  [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override;
   void chooseKeyboardLayout(std::string_view layout) override;
   /// 5: the version whose layout is Persian. The screens ask it for nothing else, and Persian is what this
   /// desktop can write on every platform.

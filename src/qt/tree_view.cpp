@@ -21,8 +21,9 @@ class Branches : public QTreeView {
   std::function<void(NodeId)> onClick;
   std::function<void(NodeId)> onToggle;
   std::function<void(NodeId)> onTick;
-  std::function<void(NodeId)> onSelect;
+  std::function<void(NodeId)> onChoose;
   std::function<void(ui::Key)> onKey;
+  std::function<void()> onEnter;
 
   void fitColumn() { header()->setMinimumSectionSize(viewport()->width()); }
 
@@ -67,7 +68,7 @@ class Branches : public QTreeView {
         event->accept();
         const QModelIndex target =
             moveCursor(key == ui::Key::PageUp ? MovePageUp : MovePageDown, Qt::NoModifier);
-        if (target.isValid()) onSelect(TreeModel::nodeOf(target));
+        if (target.isValid()) onChoose(TreeModel::nodeOf(target));
         return;
       }
       default:
@@ -80,8 +81,7 @@ class Branches : public QTreeView {
   /// Who comes by the keyboard sees where he is.
   void focusInEvent(QFocusEvent* event) override {
     QTreeView::focusInEvent(event);
-    const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
-    if (byKey && !selectionModel()->hasSelection()) onKey(ui::Key::Home);
+    if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) onEnter();
   }
 
   void keyboardSearch(const QString& search) override {
@@ -89,7 +89,7 @@ class Branches : public QTreeView {
     if (!start.isValid()) start = model()->index(0, 0);
     for (QModelIndex index = indexBelow(start); index.isValid(); index = indexBelow(index)) {
       if (!index.data().toString().startsWith(search, Qt::CaseInsensitive)) continue;
-      return onSelect(TreeModel::nodeOf(index));
+      return onChoose(TreeModel::nodeOf(index));
     }
   }
 
@@ -144,8 +144,11 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
       this->control().expand(node);
     }
   };
-  branches->onSelect = [this](NodeId node) {
-    if (standing() && this->control().withinReach()) this->control().select(node);
+  branches->onChoose = [this](NodeId node) {
+    if (standing()) this->control().choose(node);
+  };
+  branches->onEnter = [this] {
+    if (standing()) this->control().enterByKey();
   };
   branches->onKey = [this](ui::Key key) {
     if (standing()) this->control().press(key);
@@ -205,6 +208,10 @@ void TreeView::follow(const ui::TreeChange& change) {
       break;
     case ui::TreeChange::Kind::EnsureVisible:
       if (const QModelIndex index = model_.indexOf(change.node); index.isValid()) tree_->scrollTo(index);
+      break;
+    case ui::TreeChange::Kind::Removed:
+      // Of a selected node that goes, the view would hand the selection on to a neighbour.
+      if (control().selected() == kNoNode) tree_->selectionModel()->clearSelection();
       break;
     case ui::TreeChange::Kind::Selected:
       showSelection();

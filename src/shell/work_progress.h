@@ -10,19 +10,27 @@ namespace ledgertree::shell {
 
 /// Shows on the screen that started a long work how far it is. Work that is done within half a second shows
 /// nothing. The bar is off the screen again when the object ends, on every path.
+///
+/// Work of which nothing is lost may offer a way out: the bar names the key, and givenUp() hears it.
 class WorkProgress {
  public:
   static constexpr std::chrono::milliseconds kBeforeShowing{500};
   static constexpr std::chrono::milliseconds kBetweenPaints{100};
 
+  enum class WayOut { None, Escape };
+
   /// `bar` is a control of `form` that stands hidden.
-  WorkProgress(ui::Form& form, ui::ProgressBar& bar, std::int32_t all);
+  WorkProgress(ui::Form& form, ui::ProgressBar& bar, std::int32_t all, WayOut wayOut = WayOut::None);
   WorkProgress(const WorkProgress&) = delete;
   WorkProgress& operator=(const WorkProgress&) = delete;
   ~WorkProgress();
 
   /// `done` of all is done. May repaint the form, which takes no input meanwhile.
   void advance(std::int32_t done);
+  /// More work came to light, or less: this is all of it now.
+  void expect(std::int32_t all) { all_ = all; }
+  /// Whether the person wants the work to end where it stands.
+  [[nodiscard]] bool givenUp() const { return givenUp_; }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -30,6 +38,8 @@ class WorkProgress {
   ui::Form& form_;
   ui::ProgressBar& bar_;
   std::int32_t all_;
+  WayOut wayOut_;
+  bool givenUp_ = false;
   Clock::time_point nextPaint_ = Clock::now() + kBeforeShowing;
 };
 

@@ -5,7 +5,8 @@
 namespace ledgertree::ui {
 
 void PushButton::click() {
-  if (withinReach()) raise(onClick);
+  const Form::Act act(form());
+  if (form().beginCommand() && withinReach()) raise(onClick);
 }
 
 void PushButton::press(Key key) {

@@ -55,6 +55,9 @@ class Desktop {
   virtual void moveFocus(Control& control) = 0;
   /// Paints what changed in the middle of long work, without taking input.
   virtual void repaint(Form& form) = 0;
+  /// Paints in the same way, and gives whether the person pressed Escape since the last call. Everything else
+  /// that was pressed or clicked meanwhile is dropped: it was meant for another moment.
+  [[nodiscard]] virtual bool repaintAndHearEscape(Form& form) = 0;
 
   /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Unknown or empty: nothing
   /// happens.

@@ -73,8 +73,21 @@ void Form::resize(Size size) {
   if (act.formStands()) notify(FormChange::Size);
 }
 
+bool Form::beginCommand() {
+  if (!onCommand) return true;
+  const Act act(*this);
+  bool ready = false;
+  call([this, &ready] {
+    onCommand();
+    ready = true;
+  });
+  return ready && act.formStands();
+}
+
 bool Form::press(const KeyChord& chord) {
   const Act act(*this);
+  // What waits may be what puts a button within reach.
+  if (hasShortcut(chord) && !beginCommand()) return true;
   for (Control* control : controls_) {
     auto* button = dynamic_cast<PushButton*>(control);
     if (button == nullptr || button->shortcut().empty() || button->shortcut() != chord) continue;

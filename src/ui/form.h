@@ -111,6 +111,11 @@ class Form {
 
   /// Runs an event procedure behind the border of failures.
   void call(const std::function<void()>& procedure);
+  /// Runs ahead of each command of a person (a button, an entry of a menu, a key that has a meaning anywhere
+  /// on the form), and finishes what a command must not come ahead of. A command isn't run where it fails.
+  std::function<void()> onCommand;
+  /// Whether a command may run now. For controls.
+  [[nodiscard]] bool beginCommand();
   /// Whether an event procedure of this form is running.
   [[nodiscard]] bool inAct() const;
   /// Runs after the form was unloaded; the owner may destroy it there.

@@ -38,7 +38,8 @@ bool MenuEntry::withinReach() const {
 }
 
 void MenuEntry::click() {
-  if (!withinReach() || !onClick) return;
+  const Form::Act act(form_);
+  if (!onClick || !form_.beginCommand() || !withinReach()) return;
   const auto procedure = onClick;
   form_.call(procedure);
 }

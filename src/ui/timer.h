@@ -22,6 +22,8 @@ class Timer {
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] std::chrono::milliseconds interval() const { return interval_; }
 
+  /// The interval begins anew.
+  void restart() { form_.notify(*this); }
   /// The desktop: the interval is over.
   void tick();
 

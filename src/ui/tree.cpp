@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "ui/control_visitor.h"
 
@@ -19,8 +20,6 @@ void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size
 NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   if (parent != kNoNode && !has(parent))
     throw std::out_of_range("the tree " + name() + " has no such parent");
-  if (!key.empty() && keys_.contains(key))
-    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
   NodeId node = 0;
   if (free_.empty()) {
     node = static_cast<NodeId>(nodes_.size());
@@ -31,6 +30,11 @@ NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   }
   Node& made = nodes_[node];
   made.key = std::move(key);
+  if (!made.key.empty() && !keys_.try_emplace(made.key, node).second) {
+    free_.push_back(node);
+    throw std::invalid_argument("the tree " + name() + " has a node " + std::exchange(made.key, {}) +
+                                " already");
+  }
   made.text = std::move(text);
   made.parent = parent;
   made.image = image;
@@ -38,7 +42,6 @@ NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   auto& places = siblings(parent);
   made.place = places.size();
   places.push_back(node);
-  if (!made.key.empty()) keys_.emplace(made.key, node);
   ++count_;
   tellAdded(parent, made.place);
   return node;
@@ -190,23 +193,33 @@ std::vector<NodeId> Tree::visibleNodes() const {
   return visible;
 }
 
+void Tree::choose(NodeId node) {
+  if (!withinReach() || !has(node) || node == selected_) return;
+  select(node);
+  raise(onNodeSelect, node);
+}
+
+void Tree::enterByKey() {
+  if (selected_ == kNoNode && !onNodeSelect) press(Key::Home);
+}
+
 void Tree::press(Key key) {
   if (!withinReach() || roots_.empty()) return;
-  if (selected_ == kNoNode) return select(roots_.front());
-  const bool open = expanded(selected_) && !children(selected_).empty();
-  if (key == Key::Left) return open ? select(children(selected_).front()) : expand(selected_);
-  if (key == Key::Right && !open && parent(selected_) != kNoNode) return select(parent(selected_));
-  if (key == Key::Right) return collapse(selected_);
   if (key == Key::Enter || (key == Key::Space && !checkBoxes_)) return click(selected_);
   if (key == Key::Space) return tick(selected_);
+  const NodeId from = selected_ == kNoNode ? roots_.front() : selected_;
+  const bool open = expanded(from) && !children(from).empty();
+  if (key == Key::Left) return open ? choose(children(from).front()) : expand(from);
+  if (key == Key::Right && !open && parent(from) != kNoNode) return choose(parent(from));
+  if (key == Key::Right) return collapse(from);
   if (key != Key::Up && key != Key::Down && key != Key::Home && key != Key::End) return;
   const auto visible = visibleNodes();
-  auto place = std::find(visible.begin(), visible.end(), selected_);
+  auto place = std::find(visible.begin(), visible.end(), from);
   if (key == Key::Home || place == visible.end()) place = visible.begin();
   if (key == Key::End) place = visible.end() - 1;
   if (key == Key::Up && place != visible.begin()) --place;
   if (key == Key::Down && place + 1 != visible.end()) ++place;
-  select(*place);
+  choose(*place);
 }
 
 void Tree::accept(ControlVisitor& visitor) { visitor.visit(*this); }

@@ -102,12 +102,19 @@ class Tree : public Control {
   void click(NodeId node);
   /// Turns the check box of a node over and raises onNodeCheck.
   void tick(NodeId node);
-  /// Up, Down, Home, End move the selection without a click; Right and Left close and open, as the tree grows
-  /// to the left; Enter clicks; Space ticks where there are check boxes, else clicks.
+  /// Moves the selection to a node without a click, and raises onNodeSelect.
+  void choose(NodeId node);
+  /// Up, Down, Home, End choose; Right and Left close and open, as the tree grows to the left, or choose;
+  /// Enter clicks; Space ticks where there are check boxes, else clicks. Without a selection the keys begin
+  /// at the top, and Enter and Space do nothing.
   void press(Key key);
+  /// The Tab key leads here. Where no node is selected the top one is, unless a selection has a meaning of
+  /// its own.
+  void enterByKey();
 
   Event<NodeId> onExpand;
   Event<NodeId> onNodeClick;
+  Event<NodeId> onNodeSelect;
   Event<NodeId> onNodeCheck;
   void accept(ControlVisitor& visitor) override;
 

@@ -104,26 +104,18 @@ class AccountStory : public MainScreenHouse {
   /// An account as the database has it, a line for each column that isn't as in one that was made today at
   /// the top with nothing but a code and a title.
   [[nodiscard]] std::string stored(std::int32_t id) {
-    static const std::map<std::string, std::string> plain = {{"ParentID", "null"},
-                                                             {"NoLevel", "1"},
-                                                             {"GroupID", "null"},
-                                                             {"BranchID", "0"},
-                                                             {"PositionID", "0"},
-                                                             {"FarsiCreateDate", "1405/09/01"},
-                                                             {"Notes", ""},
-                                                             {"AccountNatureID", "0"},
-                                                             {"IsPermanent", "0"},
-                                                             {"IsClosed", "0"},
-                                                             {"MaxDebit", "0"},
-                                                             {"MaxCredit", "0"},
-                                                             {"CreateDate", "2026-11-22 00:00:00"}};
+    static const std::map<std::string, std::string> plain = {
+        {"ParentID", "null"},     {"NoLevel", "1"},     {"GroupID", "null"},
+        {"BranchID", "0"},        {"PositionID", "0"},  {"FarsiCreateDate", "1405/09/01"},
+        {"AccountNatureID", "0"}, {"IsPermanent", "0"}, {"IsClosed", "0"},
+        {"MaxDebit", "0"},        {"MaxCredit", "0"},   {"CreateDate", "2026-11-22 00:00:00"}};
     const data::Rows rows = database.read("select * from tblAccount where ID = " + std::to_string(id));
     std::string text;
     for (std::size_t column = 1; rows.count() == 1 && column < rows.columns().size(); ++column) {
       const std::string& name = rows.columns()[column];
       const std::string value = cellText(rows.value(0, column));
       const auto usual = plain.find(name);
-      if (usual == plain.end() || usual->second != value) text += name + "=" + value + "\n";
+      if (usual == plain.end() ? !value.empty() : usual->second != value) text += name + "=" + value + "\n";
     }
     return text;
   }

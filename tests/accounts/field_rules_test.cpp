@@ -20,6 +20,11 @@ TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem
   start();
   form->cmdNew.click();
   ui::TextField& ceiling = form->txtMaxDebit;
+  ceiling.setText("1234567");
+  ceiling.setCaret(3);
+  ceiling.press(Key::Delete);
+  EXPECT_EQ(at(ceiling), "123/|567") << "as the first key too";
+  ceiling.setText("");
   const char* const typed[] = {"1|", "12|", "123|", "1/234|", "12/345|", "123/456|", "1/234/567|"};
   for (int digit = 1; digit <= 7; ++digit) {
     ceiling.type(std::to_string(digit));

@@ -138,10 +138,11 @@ TEST_F(AutoCodding, ABadSampleOrALongCodeChangesNoRow) {
         notices.take().back(),
         (Notice{"خطا", "كد «o'neill 0123456789012» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد."}));
     // The first one fits; the one that is named doesn't.
-    given(
-        "with recursive n(i) as (select 100 union all select i + 1 from n where i < 190) insert into "
-        "tblAccount "
-        "(ID, ParentID, Code, Title) select i, 2, i, i from n");
+    database.insertMany("tblAccount (ID, ParentID, Code, Title)", 100, 190, [](int id) {
+      const std::string number = std::to_string(id);
+      return number + ", 2, '" + number + "', '" + number + "'";
+    });
+    EXPECT_TRUE(accounts().starts_with("+100"));
     pick(screen.klmMotherAcc, "12");
     screen.txtMotherCode.setText("1234567890123456789");
     number(screen, "9");

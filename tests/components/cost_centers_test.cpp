@@ -65,6 +65,9 @@ TEST_F(CostCentersStory, AddsRenamesAndRemoves) {
   EXPECT_EQ(notices.take().back().message,
             "مركز هزينه «فروش» به حسابها منتسب است. بنابراين امکان حذف آن وجود ندارد.");
   EXPECT_EQ(onScreen(), "100 مالي\n>200 فروش\n");
+  type("50", "فروش");
+  form.cmdAdd.click();
+  EXPECT_EQ(onScreen(), "100 مالي\n200 فروش\n>50 فروش\n") << "the new one of a name";
 }
 
 TEST_F(CostCentersStory, RefusesWhatCantBeStored) {

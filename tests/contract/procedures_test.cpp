@@ -113,6 +113,12 @@ TEST_F(Procedures, NoneIsNullWhoeverWritesIt) {
   EXPECT_EQ(after("RelatedObjectID = -1"), "1|2|null");
   EXPECT_EQ(after("AccountGroupID = -1, RelatedObjectID = 4"), "null|2|4");
   EXPECT_EQ(after("RelatedClassID = 0"), "null|null|4");
+  database.execute("delete from tblAccountRelatedObjects");
+  database.execute(
+      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+      " values (" +
+      std::to_string(account) + ", 1, 2, -1)");
+  EXPECT_EQ(after("AccountGroupID = 1"), "1|2|null");
 }
 
 TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {

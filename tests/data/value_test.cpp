@@ -6,6 +6,8 @@
 #include <limits>
 #include <stdexcept>
 
+#include "data/rows.h"
+
 namespace ledgertree::data {
 namespace {
 
@@ -43,6 +45,11 @@ TEST(Value, DatesAreDaysOfTheCalendar) {
         "2024-01-01x", "2024-01-01 10:00:00 ", "1403/01/01"})
     EXPECT_EQ(DateTime::parse(text), std::nullopt) << text;
   EXPECT_LT(*DateTime::parse("2023-12-31 23:59:59"), *DateTime::parse("2024-01-01"));
+  const int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  for (int month = 1; month <= 12; ++month)
+    EXPECT_TRUE((DateTime{2023, month, days[month - 1]}.valid() &&
+                 !DateTime{2023, month, days[month - 1] + 1}.valid()))
+        << month;
 }
 
 TEST(Value, NoReaderGivesAnotherNumberThanTheOneStored) {
@@ -53,7 +60,12 @@ TEST(Value, NoReaderGivesAnotherNumberThanTheOneStored) {
   EXPECT_EQ(Value("1e3").toDouble(), 1000);
 
   EXPECT_THROW(static_cast<void>(Value(std::int64_t{2147483648}).toInt32()), std::range_error);
-  EXPECT_THROW(static_cast<void>(Value(0x1p63).toInt64()), std::range_error);
+  try {
+    static_cast<void>(Value(0x1p63).toInt64());
+    FAIL() << "it is too large";
+  } catch (const std::range_error& error) {
+    EXPECT_STREQ(error.what(), "عدد 9.223372036854776e+18 در محدوده مجاز نيست.");
+  }
   EXPECT_THROW(static_cast<void>(Value(std::nan("")).toInt64()), std::range_error);
   EXPECT_THROW(static_cast<void>(Value(2.5).toInt32()), std::range_error);
   EXPECT_THROW(static_cast<void>(Value("99999999999999999999").toInt64()), std::range_error);
@@ -69,6 +81,17 @@ TEST(Value, NoReaderGivesAnotherNumberThanTheOneStored) {
   EXPECT_THROW(static_cast<void>(Value(5).toDateTime()), std::invalid_argument);
   EXPECT_NE(Value(), Value(0));
   EXPECT_NE(Value(), Value(""));
+}
+
+TEST(Rows, OneRowAfterTheOtherTakesTheRoomOfOne) {
+  Rows rows;
+  rows.addColumn("Title");
+  const std::string title(200, 'x');
+  rows.addText(title);
+  const char* const place = rows.text(0, 0).data();
+  rows.clearRows();
+  rows.addText(title);
+  EXPECT_EQ(rows.text(0, 0).data(), place);
 }
 
 TEST(Value, AppearsOnTheScreenAsDecimalText) {

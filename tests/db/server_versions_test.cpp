@@ -244,6 +244,8 @@ class OnServer : public ::testing::Test {
     faults.putInto(any);
     connection = any.open(testing::testServer());
     shape = all(kShape);
+    // Whatever ends this story halfway, the next one installs the schema.
+    connection->run("delete tblLedgerTreeStories where Kind = 'schema'");
     const data::Rows made = *connection->run(
         "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name"
         " from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo'"
@@ -262,7 +264,7 @@ class OnServer : public ::testing::Test {
       " from information_schema.columns where table_name <> 'tblLedgerTreeStories'"
       " union all select i.name, object_name(i.object_id), 0, '' from sys.indexes i"
       " join sys.objects o on o.object_id = i.object_id where o.type = 'U'"
-      " union all select name, type_desc, 0, '' from sys.objects where type in ('P', 'TR', 'V')"
+      " union all select name, '', 0, '' from sys.objects where type in ('P', 'TR', 'V')"
       " order by 1, 2, 3";
 
   std::string all(const std::string& query) { return testing::allRows(*connection->run(query)) + "\n"; }

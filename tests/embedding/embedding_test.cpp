@@ -3,6 +3,7 @@
 #include <ledgertree/component_folder.h>
 #include <ledgertree/demo_chart.h>
 #include <ledgertree/ledger_tree_control.h>
+#include <ledgertree/pictures.h>
 #include <ledgertree/qt_desktop.h>
 #include <ledgertree/screen_in_host.h>
 
@@ -12,6 +13,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -20,6 +22,8 @@
 
 namespace ledgertree {
 namespace {
+
+constexpr const char* kModalHost = "LEDGERTREE_TEST_MODAL_HOST";
 
 /// A host: a window with a field above the page of the chart and one below, and a shortcut that the chart has
 /// too.
@@ -92,6 +96,8 @@ TEST_F(HostStory, TheScreenLivesInAPageOfTheHostsWindow) {
   EXPECT_EQ(screen()->size(), page->size());
   EXPECT_EQ(QApplication::topLevelWidgets().count(&window), 1);
   EXPECT_FALSE(screen()->isWindow());
+  EXPECT_THROW(createDemoChart(folder.filePath("chart.db").toStdString()), std::runtime_error)
+      << "a chart is there";
 
   const int width = part("treeAccount").width();
   window.resize(1500, 900);
@@ -158,6 +164,13 @@ TEST_F(HostStory, WhatDoesNotOpenLeavesThePageEmpty) {
   EXPECT_EQ(left, 0);
 }
 
+TEST_F(HostStory, TheScreenIsDrawnIntoFiles) {
+  control.ClearShow();
+  const std::vector<std::string> drawn = drawScreens(folder.filePath("pictures").toStdString());
+  ASSERT_EQ(drawn.size(), 4U);
+  for (const std::string& picture : drawn) EXPECT_FALSE(QImage(picture.c_str()).isNull()) << picture;
+}
+
 TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
   control.ClearShow();
   delete page;
@@ -170,6 +183,26 @@ TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
   settle();
   EXPECT_TRUE(screenIsOpen());
   EXPECT_EQ(screen()->parentWidget(), page);
+}
+
+TEST_F(HostStory, AHostWithoutModelessFormsGetsItsCallBackWhenTheScreenIsLeft) {
+  if (!qEnvironmentVariableIsSet(kModalHost)) {
+    // A process has one desktop: this host is another one.
+    qputenv(kModalHost, "1");
+    EXPECT_EQ(
+        QProcess::execute(QApplication::applicationFilePath(), {"--gtest_filter=*WithoutModelessForms*"}), 0);
+    qunsetenv(kModalHost);
+    return;
+  }
+  placeScreen(nullptr);
+  QTimer::singleShot(0, [this] {
+    EXPECT_TRUE(screenIsOpen());
+    ++notes;
+    EXPECT_TRUE(leaveScreen());
+  });
+  control.ClearShow();
+  EXPECT_EQ(notes, 1);
+  EXPECT_FALSE(screenIsOpen());
 }
 
 TEST_F(HostStory, APlugInThatOthersMayChangeIsToldOfAndTheInstalledOneServes) {
@@ -206,6 +239,6 @@ int main(int argumentCount, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
-  ledgertree::installQtDesktop();
+  ledgertree::installQtDesktop({.modelessForms = !qEnvironmentVariableIsSet(ledgertree::kModalHost)});
   return RUN_ALL_TESTS();
 }

@@ -1,5 +1,7 @@
 #include "entities/rel_classes.h"
 
+#include <chrono>
+
 #include "entity_house.h"
 
 namespace ledgertree::testing {
@@ -199,6 +201,23 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     EXPECT_EQ(stored(), "");
     EXPECT_EQ(storedBy(form.cmdOk), "classes: +10|2|1|null +10|3|2|null");
     notices.take();
+
+    // On the embedded engine a person leaves the wait.
+    if (onServer()) return;
+    given("begin immediate");
+    desktop.onRepaint = [&] {
+      EXPECT_EQ(form.progressBar.text(), "0 از 3 (توقف: Esc)");
+      EXPECT_THROW(shell.dtEn()->cnMainData.Execute("Delete tblAccountRelatedClasses"), data::DataError);
+      form.cmdOk.click();
+      desktop.escape = true;
+    };
+    const auto begun = std::chrono::steady_clock::now();
+    form.lstClasses.choose(1);
+    form.cmdMoveDown.click();
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, data::kCommandTimeOut / 2);
+    desktop.onRepaint = nullptr;
+    given("rollback");
   });
 }
 

@@ -1,8 +1,10 @@
 #include "entities/rel_objects.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "entity_house.h"
+#include "shell/work_progress.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -254,6 +256,7 @@ TEST_F(RelObjects, AWideClassIsReadInOnePass) {
            "'";
   });
   EXPECT_TRUE(changes().ends_with(" +999"));
+  store("");
   const auto mothers = database.number("select count(distinct ParentID) from tblEntityProject");
   std::vector<std::string> statements;
   objectsOf(10, [&](frmAccountRelObjects& form) {
@@ -261,8 +264,47 @@ TEST_F(RelObjects, AWideClassIsReadInOnePass) {
     form.cmbClass.choose(0);
     statements = faults.take();
     EXPECT_EQ(form.treeObjects.count(), 1U + 2006U);
+    EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 2 + (1 + mothers) + 2006);
+
+    // Long work is seen; Escape leaves the reading, and what is missing is read by opening, or not saved.
+    std::string seen;
+    desktop.onRepaint = [&] {
+      seen += form.progressBar.text() + "; ";
+      desktop.escape = true;
+      form.cmdOk.click();
+      form.cmbClass.choose(0);
+    };
+    const auto slowAt = [&](const std::string& end) {
+      faults.onCommand = [end](const std::string& command) {
+        if (command.ends_with(end)) std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
+      };
+    };
+    slowAt("ObjectID = 600");
+    form.cmbClass.choose(0);
+    EXPECT_EQ(seen, "192 از 2006 (توقف: Esc); ");
+    EXPECT_EQ(form.treeObjects.count(), 1U + 192U + 10U) << "a placeholder behind those that were read";
+    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
+    desktop.onRepaint = nullptr;
+    for (const int mother : {1, 5, 100}) form.treeObjects.expand(node(form, mother));
+    EXPECT_NE(node(form, 2090), ui::kNoNode);
+    EXPECT_EQ(form.treeObjects.count(), 1U + 16U + 199U + 9U);
+    form.cmbClass.choose(0);
+    EXPECT_EQ(form.treeObjects.count(), 1U + 2006U);
+
+    // A save is seen too, and goes on through Escape.
+    slowAt(",6)");
+    seen.clear();
+    desktop.onRepaint = [&] {
+      seen += form.progressBar.text();
+      desktop.escape = true;
+    };
+    form.treeObjects.tick(node(form, 6));
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+    EXPECT_EQ(seen, "1 از 1");
+    EXPECT_EQ(stored(), "objects: +10|2|6");
+    faults.onCommand = nullptr;
+    desktop.onRepaint = nullptr;
   });
-  EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 2 + (1 + mothers) + 2006);
 }
 
 TEST_F(RelObjects, TheTreeGrowsWithTheWindow) {

@@ -12,8 +12,8 @@ using mainform::SplitCode;
 using ui::Key;
 
 constexpr const char* kReceivables =
-    "txtID=2\ntxtTitle=دريافتني ها\ntxtMotherCode=11\ntxtCode=01\ntxtMaxDebit=1500\ntxtMaxCredit=1234.5678\n"
-    "txtNotes=خط اول\nخط دوم\nsltAccount=2 دريافتني ها\nsltParent=1 دارايي\nsltGroup=4 مشتريان\n"
+    "txtID=2\ntxtMotherCode=11\ntxtCode=01\ntxtTitle=دريافتني ها\ntxtNotes=خط اول\nخط دوم\ntxtMaxDebit=1500\n"
+    "txtMaxCredit=1234.5678\nsltAccount=2 دريافتني ها\nsltParent=1 دارايي\nsltGroup=4 مشتريان\n"
     "sltBranch=2 کارخانه\nsltPosition=9 مونتاژ\nsltEntityType=11 01_اشخاص\nsltEntity=7 بام\n"
     "datCreate=1403/01/01\nFrameRemanedType=2 OptDebitAndCredit\nFrameAccountType=1 OptNotReg\n"
     "FrameAccountStatus=1 OptClose\n";
@@ -44,11 +44,11 @@ TEST_F(RecordStory, AClickInTheTreeShowsAllThatIsKnownOfAnAccount) {
   // What the database doesn't know is blank; a radio group stays where no button stands for the value.
   clickInTree("-1:3");
   EXPECT_EQ(record(),
-            "txtID=3\ntxtTitle=بانک\ntxtMotherCode=11\ntxtCode=02\ntxtMaxDebit=0\ntxtMaxCredit=0\n"
+            "txtID=3\ntxtMotherCode=11\ntxtCode=02\ntxtTitle=بانک\ntxtMaxDebit=0\ntxtMaxCredit=0\n"
             "sltAccount=3 بانک\nsltParent=1 دارايي\ndatCreate=1403/01/01\n" +
                 std::string(kLastChoices));
   clickInTree("-1:1");
-  EXPECT_EQ(record(), "txtID=1\ntxtTitle=دارايي\ntxtCode=11\nsltAccount=1 دارايي\ndatCreate=1402/01/01\n" +
+  EXPECT_EQ(record(), "txtID=1\ntxtCode=11\ntxtTitle=دارايي\nsltAccount=1 دارايي\ndatCreate=1402/01/01\n" +
                           std::string(kFirstChoices));
   const std::string shown = record();
   for (const char* const none : {"3, IsPermanent = 2, IsClosed = 2", "-1, IsPermanent = -1, IsClosed = -1"}) {
@@ -104,9 +104,8 @@ TEST_F(RecordStory, CancelAsksAndGoesBackToTheLastAccount) {
   form->cmdEdit.click();
   EXPECT_EQ(form->txtNotes.text(), "تازه") << "an edit starts from what is stored";
   const std::string stored = record();
-  for (ui::TextField* field : {&form->txtTitle, &form->txtMotherCode, &form->txtCode, &form->txtNotes,
-                               &form->txtMaxDebit, &form->txtMaxCredit})
-    field->paste("9");
+  form->txtMotherCode.paste("9");
+  for (const mainform::TypedField& field : mainform::typedFields()) ((*form).*field.control).paste("9");
   for (ui::LookupField* field : std::initializer_list<ui::LookupField*>{
            &form->sltEntity, &form->sltEntityType, &form->sltGroup, &form->sltBranch, &form->sltPosition})
     field->press(Key::Delete);

@@ -77,6 +77,26 @@ TEST_F(TreeStory, TheIntegratedTreeOpensLevelByLevel) {
   EXPECT_GE(desktop.hourglasses, 5);
 }
 
+TEST_F(TreeStory, AnAccountThatSomebodyMovedStandsWhereItIsNow) {
+  tree.refreshTree();
+  for (const char* key : {"-1:11", "-1:113"}) screen.treeAccount.expand(node(key));
+  screen.treeAccount.click(node("-1:114"));
+  database.execute("update tblAccount set ParentID = 12 where ID = 114");
+  tree.fillNodeChildren("-1:12");
+  EXPECT_EQ(level("-1:12"), (Lines{"-1:114 9 ... کوتاه 1"}));
+  EXPECT_EQ(level("-1:113").size(), 1U);
+  EXPECT_EQ(screen.treeAccount.selected(), ui::kNoNode);
+
+  // The other way round: 12 stands below what is opened now.
+  database.execute("update tblAccount set ParentID = null where ID = 114");
+  database.execute("update tblAccount set ParentID = 114 where ID = 12");
+  tree.fillNodeChildren("-1:114");
+  EXPECT_EQ(notices.taken(), "");
+  EXPECT_EQ(level("-1:-1").size(), 3U) << "all of it is read anew";
+  screen.treeAccount.expand(node("-1:114"));
+  EXPECT_EQ(level("-1:114"), (Lines{"-1:12 12 ... بدهي 2"}));
+}
+
 TEST_F(TreeStory, ThePeriodViewShowsEachPeriodWithItsOwnAccounts) {
   screen.optPeriodic.setValue(true);
   tree.refreshTree();
@@ -160,7 +180,15 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
     tree.refreshTree();
   }
-  // So can the whole tree.
+  // So can a period, whose opening box is the one that it had, and the whole tree.
+  screen.optPeriodic.setValue(true);
+  tree.refreshTree();
+  faults.failWhere("Order by Code");
+  screen.treeAccount.expand(node("2:-1"));
+  faults.heal();
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_NE(node("-1:2!$@Dummy@$!"), ui::kNoNode);
+  screen.optPeriodic.setValue(false);
   faults.onCommand = [](const std::string&) {
     throw data::DataError(data::DataError::Reason::Connection, 0, "پايگاه گم شد");
   };

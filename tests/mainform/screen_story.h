@@ -65,9 +65,9 @@ class MainScreenHouse : public TestHouse {
     const auto line = [&text](const std::string& name, const std::string& value) {
       if (!value.empty()) text.append(name).append("=").append(value).append("\n");
     };
-    for (const ui::TextField* field :
-         {&f.txtID, &f.txtTitle, &f.txtMotherCode, &f.txtCode, &f.txtMaxDebit, &f.txtMaxCredit, &f.txtNotes})
-      line(field->name(), field->text());
+    for (const ui::TextField* field : {&f.txtID, &f.txtMotherCode}) line(field->name(), field->text());
+    for (const mainform::TypedField& field : mainform::typedFields())
+      line((f.*field.control).name(), (f.*field.control).text());
     for (const shell::AccountPicker* picker : {&f.sltAccount, &f.sltParent})
       if (!picker->IsEmpty())
         line(picker->name(), std::to_string(picker->AccountID()) + " " + picker->text());

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -11,6 +12,7 @@
 #include <QListView>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -71,6 +73,8 @@ TEST(FormWindow, NotesOfSeveralLinesKeepEveryCharacter) {
   screen.go("notes of twelve characters");
   EXPECT_EQ(form.txtNotes.text(), "0123456789𝟘𝟙");
   EXPECT_EQ(form.txtNotes.caret(), 12u);
+  screen.press(form.txtNotes, Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(form.txtNotes.text(), "0123456789𝟘𝟙") << "there is no room";
 }
 
 TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
@@ -91,6 +95,8 @@ TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   EXPECT_TRUE(screen.widget(form.optPeriodic).hasFocus());
   form.optAll.setValue(true);
   EXPECT_EQ(screen.seen(form.optAll) + screen.seen(form.optPeriodic), "onoff");
+  EXPECT_TRUE(QAccessible::queryAccessibleInterface(&screen.widget(form.optAll))->state().checked)
+      << "to a screen reader";
 
   QTest::mouseClick(&screen.widget(form.chkDeep), Qt::LeftButton, {},
                     QPoint(screen.widget(form.chkDeep).width() - 8, 8));
@@ -110,15 +116,24 @@ TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   auto& table = screen.widget<QTableView>(form.grid);
   const auto cell = [&](int row) { return table.visualRect(table.model()->index(row, 1)).center(); };
   EXPECT_TRUE(table.isColumnHidden(0));
+  ui::Bounds tall = form.grid.bounds();
+  tall.height = 3000;  // for all rows
+  form.grid.setBounds(tall);
   QTest::mouseClick(table.viewport(), Qt::LeftButton, {}, cell(0));
   screen.go("lists and grids");
   QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell(3));
-  EXPECT_EQ(form.said, (std::vector<std::string>{"3..1"}));
-  EXPECT_EQ(screen.seen(form.grid), "1 2 3");
+  QTest::mousePress(table.viewport(), Qt::LeftButton, {}, cell(1));
+  QMouseEvent drawn(QEvent::MouseMove, cell(0), table.viewport()->mapToGlobal(cell(0)), Qt::NoButton,
+                    Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(table.viewport(), &drawn);
+  EXPECT_EQ(form.said, (std::vector<std::string>{"3..1", "1..1", "0..1"}));
+  EXPECT_EQ(screen.seen(form.grid), "0 1");
   form.grid.clearRows();
   EXPECT_EQ(table.model()->rowCount(), 0);
-  form.grid.addRow({"9", "كلاس 9", "2"});
-  EXPECT_EQ(table.model()->index(0, 1).data().toString(), QString::fromUtf8("كلاس 9"));
+  form.grid.addRow({"9", "كلاس <b>9", "2"});
+  EXPECT_EQ(table.model()->index(0, 1).data().toString(), QString::fromUtf8("كلاس <b>9"));
+  EXPECT_EQ(table.model()->index(0, 1).data(Qt::ToolTipRole).toString(),
+            QString::fromUtf8("<span>كلاس &lt;b&gt;9</span>"));
   EXPECT_TRUE(table.selectionModel()->isRowSelected(0));
 }
 

@@ -246,6 +246,23 @@ TEST(QtDesktop, TimersTickAndIdleWorkRunsBetweenEvents) {
   EXPECT_EQ(ran, (std::vector<std::string>{"from a thread", "first", "an event", "a slice later"}));
 }
 
+TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
+  Screen screen;
+  screen.show();
+  const auto press = [&](Qt::Key key, const QString& text) {
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+      QCoreApplication::postEvent(&screen.widget(screen.form->txtTitle),
+                                  new QKeyEvent(type, key, Qt::NoModifier, text));
+  };
+  press(Qt::Key_A, "a");
+  EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
+  press(Qt::Key_Escape, "");
+  EXPECT_TRUE(screen.desktop.repaintAndHearEscape(*screen.form));
+  EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
+  EXPECT_EQ(screen.form->txtTitle.text(), "");
+  EXPECT_TRUE(screen.form->isShown());
+}
+
 TEST(QtDesktop, APictureOfTheScreenIsWrittenOrTheCallFails) {
   Screen screen;
   const QTemporaryDir folder;

@@ -15,6 +15,7 @@
 
 #include "entities/rel_objects.h"
 #include "mainform/form/form_main.h"
+#include "qt/folder_icons.h"
 #include "qt/reading_order.h"
 #include "qt/text_view.h"
 #include "screen.h"
@@ -319,6 +320,10 @@ std::string folders(qt::FormWindow& window, const ui::Tree& tree) {
 }
 
 TEST_F(Screens, FoldersTellNatureAndStateByTheirColours) {
+  EXPECT_TRUE(qt::folderIcon(0).isNull() && qt::folderIcon(7).isNull());
+  const QImage drawn = qt::folderIcon(4).pixmap(32, 32).toImage();
+  for (const auto& [height, inked] : {std::pair{7, false}, {9, true}, {26, true}, {28, false}})
+    EXPECT_EQ(drawn.pixelColor(6, height).alpha() > 128, inked) << height;
   const char* const groups = "red red yellow blue red* yellow* blue* red* yellow* blue* ";
   EXPECT_EQ(folders(*window, form->treeAccount), groups);
   form->treeAccount.click(form->treeAccount.children(form->treeAccount.roots().front())[2]);

@@ -56,6 +56,34 @@ class TreeScreen : public Screen {
   QTreeView* view = nullptr;
 };
 
+/// Where something is painted in a part of a picture.
+QRect ink(const QImage& picture, const QRect& part) {
+  QRegion found;
+  for (int y = part.top(); y <= part.bottom(); ++y)
+    for (int x = part.left(); x <= part.right(); ++x)
+      if (picture.pixel(x, y) != picture.pixel(0, 0)) found += QRect(x, y, 1, 1);
+  return found.boundingRect();
+}
+
+TEST(TreeView, MarksPointToTheLeftOrDownAndStandWhereSomethingIsBelow) {
+  TreeScreen screen;
+  auto& tree = screen.form->tree;
+  tree.remove(tree.children(tree.find("r.3")).front());
+  const auto mark = [&](const char* key) {
+    return screen.view->viewport()->grab(QRect(screen.mark(key) - QPoint(7, 7), QSize(15, 15))).toImage();
+  };
+  EXPECT_TRUE(ink(mark("r.3"), {0, 0, 15, 15}).isEmpty());
+  const QImage closed = mark("r.1");
+  const QRect whole = ink(closed, {0, 0, 15, 15});
+  ASSERT_GT(whole.width(), 2);
+  const QRect tip(whole.left(), 0, 1, 15);
+  const QRect end(whole.right(), 0, 1, 15);
+  EXPECT_LT(ink(closed, tip).height(), ink(closed, end).height()) << "it points to the left";
+  screen.mouse(screen.mark("r.1"));
+  const QRect open = ink(mark("r.1"), {0, 0, 15, 15});
+  EXPECT_GT(open.width(), open.height());
+}
+
 TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   TreeScreen screen;
   auto& tree = screen.form->tree;
@@ -94,6 +122,8 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   tree.ensureVisible(tree.find("r.1.2.3"));
   tree.select(tree.find("r.1.2.3"));
   EXPECT_TRUE(screen.view->selectionModel()->isSelected(screen.at("r.1.2.3")));
+  tree.remove(tree.find("r.1.2.3"));
+  EXPECT_FALSE(screen.view->selectionModel()->hasSelection()) << "nobody chose its neighbour";
   tree.setImage(tree.find("r.2"), 6);
 
   // A refresh: everything goes, and the tree stands there anew with numbers of nodes that are used again.

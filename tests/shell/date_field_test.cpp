@@ -58,7 +58,8 @@ TEST(PersianCalendar, NoClockTimeOrZoneMovesADay) {
   }
   unsetenv("TZ");
   tzset();
-  EXPECT_EQ(data::toPersianDate({.year = 1, .month = 1, .day = 1}), "") << "ahead of the calendar";
+  EXPECT_EQ(data::toPersianDate({.year = 622, .month = 3, .day = 1}), "") << "ahead of the calendar";
+  EXPECT_EQ(data::toPersianDate({.year = 622, .month = 6, .day = 22}).substr(0, 8), "0001/04/");
   EXPECT_EQ(data::toPersianDate({.year = 2023, .month = 2, .day = 30}), "") << "no date";
   EXPECT_EQ(data::toPersianDate({.year = 9999, .month = 12, .day = 31}).size(), 10U);
 }

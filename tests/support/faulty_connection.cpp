@@ -32,6 +32,7 @@ class FaultyConnection : public data::Connection {
     return result;
   }
 
+  void whileWaiting(std::function<bool()> givesUp) override { engine_->whileWaiting(std::move(givesUp)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
 
   data::SearchPage search(const data::SearchRequest& request) override {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ui/desktop.h"
@@ -35,6 +36,10 @@ class ScriptedDesktop : public ui::Desktop {
   void setPointer(ui::Pointer pointer) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
+  [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override {
+    repaint(form);
+    return std::exchange(escape, false);
+  }
   void chooseKeyboardLayout(std::string_view layout) override { layouts.emplace_back(layout); }
   [[nodiscard]] int operatingSystemVersion() const override { return version; }
   void whenIdle(std::function<void()> procedure) override;
@@ -56,6 +61,8 @@ class ScriptedDesktop : public ui::Desktop {
   std::vector<ui::Form*> shownForms;
   /// Runs in each repaint, as a host does that calls in the middle of long work.
   std::function<void()> onRepaint;
+  /// The person presses Escape in the middle of long work.
+  bool escape = false;
 
  private:
   void bringUp(ui::Form& form);

@@ -167,6 +167,22 @@ def keep_periods(desk):
     desk.gone(HIDE)
 
 
+def delete_by_keys(desk):
+    """An arrow key and a command right behind it: what goes is what is highlighted."""
+    desk.books.executemany("insert into tblAccount (Code, Title) values (?, ?)", [("01", "یک"), ("02", "دو")])
+    desk.books.commit()
+    desk.key("F5")
+    tree = desk.go("درخت حسابها")
+    until("the new accounts", lambda: [c for c in walk(tree) if c.get_name().startswith("02 ...")])
+    desk.key("Down")
+    desk.shows("کد", "01")
+    desk.picture("arrow")
+    desk.key("Down", "ctrl+d")
+    desk.answer("حذف حساب ", "بلي")
+    desk.gone("حذف حساب ")
+    desk.books_say(("01",), "select group_concat(Code) from tblAccount where Code in ('01', '02')")
+
+
 def work_in_bulk(desk, folder):
     desk.choose("ابزار", "همسانسازي كدينگ و ماهيت و نوع حسابها...", "F10")
     desk.window(RECODE)
@@ -262,6 +278,7 @@ def main(host, folder):
         choose_by_tab(desk)
         keep_what_left_the_lists(desk)
         keep_periods(desk)
+        delete_by_keys(desk)
         work_in_bulk(desk, folder)
         keep_centres(desk)
         desk.key("ctrl+q")

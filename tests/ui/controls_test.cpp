@@ -132,6 +132,8 @@ TEST_F(FormStory, KeysLeadThroughATree) {
     EXPECT_EQ(tree.picture(tree.find("b")), picture);
   }
   EXPECT_THROW(static_cast<void>(tree.add(99, "x", "x")), std::out_of_range);
+  tree.clear();
+  EXPECT_EQ(tree.selected(), ui::kNoNode);
 }
 
 TEST_F(FormStory, TheCaretStaysInTheText) {

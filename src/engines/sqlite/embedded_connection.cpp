@@ -17,22 +17,38 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// Does what writes, with a look for the file ahead of it and behind it: a row written into a file that has
-/// been moved away would be lost without a word.
-template <typename Write>
-auto writeToFile(Session& open, Write write) {
-  open.requireFile(Clock::now(), true);
-  auto result = write();
-  open.requireFile(Clock::now(), true);
-  return result;
-}
+/// A prepared run of a statement. What writes looks for the file ahead of it and behind it: a row written
+/// into a file that has been moved away would be lost without a word.
+class Started {
+ public:
+  Started(Session& open, std::string_view statement)
+      : open_(open),
+        statement_(statement),
+        plan_(open.plans().find(statement)),
+        run_(plan_, open.plans().literals()) {
+    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+  }
 
-data::Rows readAll(Session& open, Plan::Run& run, std::string_view statement) {
+  [[nodiscard]] Plan::Run& run() { return run_; }
+  /// Behind the last step, which gave `result`.
+  void end(int result) {
+    if (result != SQLITE_DONE) fail(open_, statement_);
+    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+  }
+
+ private:
+  Session& open_;
+  std::string_view statement_;
+  std::shared_ptr<Plan> plan_;  // found ahead of the literals, which are those of the statement found last
+  Plan::Run run_;
+};
+
+/// Gives all rows, and what the last step gave.
+std::pair<data::Rows, int> readAll(Plan::Run& run) {
   int result = run.step();
   data::Rows rows = run.emptyRows();
   for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-  if (result != SQLITE_DONE) fail(open, statement);
-  return rows;
+  return {std::move(rows), result};
 }
 
 }  // namespace
@@ -55,20 +71,20 @@ class EmbeddedConnection::Running {
 template <typename Work>
 auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
   Session& open = session();
+  if (open.watch().asking()) throw engineError(SQLITE_BUSY, {}, {});
   const Running running(*this);
   const Clock::time_point now = Clock::now();
   Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
+  open.watch().whileWaiting(givesUpWaiting_);
   open.requireFile(now, false);
   return work(open, watched);
 }
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
-    std::shared_ptr<Plan> plan = open.plans().find(statement);
-    const bool writes = plan->writes();
-    Plan::Run run(std::move(plan), open.plans().literals());
-    const auto read = [&] { return readAll(open, run, statement); };
-    data::Rows rows = writes ? writeToFile(open, read) : read();
+    Started started(open, statement);
+    auto [rows, result] = readAll(started.run());
+    started.end(result);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -77,7 +93,8 @@ std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
-    Plan::Run run(open.plans().find(statement), open.plans().literals());
+    Started started(open, statement);
+    Plan::Run& run = started.run();
     int result = run.step();
     data::Rows row = run.emptyRows();
     for (; result == SQLITE_ROW; result = run.step()) {
@@ -88,21 +105,22 @@ void EmbeddedConnection::walk(std::string_view statement,
       // The time-out is for the engine, not for what is done with its rows.
       watched.extend(Clock::now() - shown);
     }
-    if (result != SQLITE_DONE) fail(open, statement);
+    started.end(result);
   });
 }
 
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   data::checkArguments(procedure, values);
   return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
-    return writeToFile(open, [&] {
-      try {
-        return open.procedures().call(procedure, values);
-      } catch (const SQLite::Exception& failure) {
-        open.watch().rethrowStop(procedure.name);
-        throw engineError(failure, procedure.name);
-      }
-    });
+    open.requireFile(Clock::now(), true);
+    try {
+      const std::int32_t result = open.procedures().call(procedure, values);
+      open.requireFile(Clock::now(), true);
+      return result;
+    } catch (const SQLite::Exception& failure) {
+      open.watch().rethrowStop(procedure.name);
+      throw engineError(failure, procedure.name);
+    }
   });
 }
 
@@ -123,7 +141,8 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
     StatementShape shape;
     shape.read(statement);
     Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
-    const data::Rows rows = readAll(open, run, statement);
+    const auto [rows, result] = readAll(run);
+    if (result != SQLITE_DONE) fail(open, statement);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

@@ -39,6 +39,7 @@ class EmbeddedConnection final : public data::Connection {
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   data::SearchPage search(const data::SearchRequest& request) override;
+  void whileWaiting(std::function<bool()> givesUp) override { givesUpWaiting_ = std::move(givesUp); }
   std::vector<std::string> takeNews() override;
 
   /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
@@ -57,6 +58,7 @@ class EmbeddedConnection final : public data::Connection {
   std::string path_;
   TimeOuts timeOuts_;
   std::unique_ptr<Session> session_;
+  std::function<bool()> givesUpWaiting_;
   int commands_ = 0;  ///< how deep the running ones are nested
   WasOpen wasOpen_;
 };

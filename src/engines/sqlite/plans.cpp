@@ -131,9 +131,11 @@ void Plan::Run::addCells(data::Rows& rows) const {
 
 std::shared_ptr<Plan> Plans::find(std::string_view statement) {
   shape_.read(statement);
-  const auto found = byKey_.find(shape_.key());
-  if (found == byKey_.end()) return prepare(statement, nullptr);
-  shapes_.splice(shapes_.begin(), shapes_, found->second);
+  if (shapes_.empty() || shapes_.front().key != shape_.key()) {
+    const auto found = byKey_.find(shape_.key());
+    if (found == byKey_.end()) return prepare(statement, nullptr);
+    shapes_.splice(shapes_.begin(), shapes_, found->second);
+  }
   Shape& shape = shapes_.front();
   outcome_.clear();
   tsql::appendOutcome(shape.decisions, shape_.literals(), outcome_);

@@ -47,6 +47,20 @@ void Watch::rethrowStop(std::string_view statement) {
 
 int Watch::onProgress(void* watch) { return static_cast<Watch*>(watch)->mustStop() ? 1 : 0; }
 
+/// A question that fails is a no: nothing may pass through SQLite, and the wait ends anyway.
+bool Watch::givesUpWaiting() {
+  if (givesUpWaiting_ == nullptr || !*givesUpWaiting_) return false;
+  asking_ = true;
+  bool givesUp = false;
+  try {
+    givesUp = (*givesUpWaiting_)();
+  } catch (const std::exception&) {
+    givesUp = false;
+  }
+  asking_ = false;
+  return givesUp;
+}
+
 int Watch::onBusy(void* watch, int attempts) {
   Watch& self = *static_cast<Watch*>(watch);
   const Clock::time_point now = Clock::now();
@@ -55,6 +69,7 @@ int Watch::onBusy(void* watch, int attempts) {
     if (self.stop_ == Stop::TimeOut) self.stop_ = Stop::None;
     return 0;
   }
+  if (self.givesUpWaiting()) return 0;
   const std::chrono::milliseconds wait = std::min(std::chrono::milliseconds(1 + attempts), kLongestWait);
   std::this_thread::sleep_for(std::min<Clock::duration>(wait, self.deadline_ - now));
   return 1;

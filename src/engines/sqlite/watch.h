@@ -46,6 +46,12 @@ class Watch {
     const std::function<bool()>* cancelledBefore_;
   };
 
+  /// Asked while a command waits for a lock; true gives the wait up. It outlives the command.
+  void whileWaiting(const std::function<bool()>& givesUp) { givesUpWaiting_ = &givesUp; }
+
+  /// Whether that question is being put: SQLite is in the middle of a step, and takes no other command.
+  [[nodiscard]] bool asking() const { return asking_; }
+
   /// Whether the running command has to stop, asked between two rows.
   [[nodiscard]] bool mustStop() { return mustStop(Clock::now()); }
   [[nodiscard]] bool mustStop(Clock::time_point now);
@@ -57,9 +63,12 @@ class Watch {
 
   static int onProgress(void* watch);
   static int onBusy(void* watch, int attempts);
+  [[nodiscard]] bool givesUpWaiting();
 
   Clock::time_point deadline_ = Clock::time_point::max();
   const std::function<bool()>* cancelled_ = nullptr;
+  const std::function<bool()>* givesUpWaiting_ = nullptr;
+  bool asking_ = false;
   Clock::time_point nextQuestion_{};
   Stop stop_ = Stop::None;
   std::exception_ptr failure_;  ///< what `cancelled` threw, which mustn't pass through SQLite

@@ -35,6 +35,8 @@ FormMain::FormMain(shell::Shell& shell)
       screens_(*this, shell, tree_) {
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
+  record_.onShown = [this](std::int32_t accountID) { tree_.keepHighlightFor(accountID); };
+  onCommand = [this] { tree_.settle(); };
   Timer1.onTick = [this] { followRecord(*this); };
 }
 

@@ -13,7 +13,7 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
     : screen_(screen), shell_(shell), tree_(tree), periods_(shell) {
   screen_.cmdPeriodBranch.onClick = [this] {
     showPeriods(Permission::PeriodsOfAccount,
-                [this] { return periods_.ShowPeriodBranch(screen_.accountID()); });
+                [this] { return periods_.ShowPeriodBranch(accountToWorkOn()); });
   };
   screen_.cmdCopyPeriod.onClick = [this] {
     showPeriods(Permission::CopyPeriod, [this] { return periods_.showCopyPeriod(); });
@@ -23,12 +23,18 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
   };
   screen_.cmdRelClasses.onClick = [this] {
     if (!screen_.settings.MultiEntityMode) return;
-    entities::showRelClasses(shell_, screen_.accountID());
+    entities::showRelClasses(shell_, accountToWorkOn());
   };
   screen_.mnuSameCoding.onClick = [this] { recode(); };
   screen_.mnuAccountBatch.onClick = [this] { deleteInBatch(); };
   screen_.mnuExcelCode.onClick = [this] { batch::exportChart(shell_, screen_.settings.BasePath); };
   screen_.mnuFonc5.onClick = [this] { batch::editCostCenters(shell_, screen_.settings.BasePath); };
+}
+
+/// The ID outlives its account: on a blank record nobody sees an account chosen.
+std::int32_t SecondaryScreens::accountToWorkOn() const {
+  const bool blank = screen_.formMode == FormMode::ModeView && screen_.AccountOnRecord < 1;
+  return blank ? -1 : screen_.accountID();
 }
 
 /// Whatever was done there, and even if nothing was, the tree shows what is stored.

@@ -20,6 +20,7 @@ class SecondaryScreens {
   void unload() { periods_.unload(); }
 
  private:
+  [[nodiscard]] std::int32_t accountToWorkOn() const;
   void recode();
   void deleteInBatch();
   /// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.

@@ -83,6 +83,11 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
                 static_cast<std::size_t>(round));
       const std::string decimal = std::to_string(round) + ".5";
       EXPECT_EQ(first("select isnull(null, " + decimal + ")").toText(), decimal);
+      // Only a number takes the place of a number, and a refused statement is none to go by.
+      const std::string account = "select ID from tblAccount where ID=" + std::to_string(id);
+      EXPECT_EQ(ids(account).size(), id == 7 || id == 13 ? 1U : 0U);
+      EXPECT_EQ(ids(account + ".5").size(), 0U);
+      for (const char* const end : {"x", " #", "00000000000000000000"}) refusal(account + end);
     }
   }
 }

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <tuple>
 #include <vector>
 
 #include "data/data_error.h"
@@ -326,28 +327,18 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
   EXPECT_EQ(told, keys);
 
   const auto properties = [](const LedgerTreeControl& one) {
-    const auto text = [](const PropertyValue& value) {
-      return std::visit(
-          []<typename Kind>(const Kind& held) {
-            if constexpr (std::is_same_v<Kind, std::string>) return held;
-            if constexpr (!std::is_same_v<Kind, std::string>) return std::to_string(held);
-          },
-          value);
-    };
-    return text(one.DataSource()) + "|" + text(one.UserName()) + "|" + one.Caption() + "|" +
-           std::to_string(one.RefreshAlarm()) + "|" + one.OLEConnectionString() + "|" +
-           std::to_string(one.UserID()) + "|" + std::to_string(one.PositionID()) + "|" +
-           std::to_string(one.EmployeeID()) + "|" + std::to_string(one.AccPeriodSpecID());
+    return std::tuple(one.DataSource(), one.UserName(), one.Caption(), one.RefreshAlarm(),
+                      one.OLEConnectionString(), one.UserID(), one.PositionID(), one.EmployeeID(),
+                      one.AccPeriodSpecID());
   };
-  const std::string all = "منبع|2.500000|عنوان|1|Provider=X|-7|8|9|4";
-  const std::string standard = "0|0||0||0|0|0|0";
+  using Properties = decltype(properties(control));
+  const Properties all{std::string("منبع"), 2.5, "عنوان", true, "Provider=X", -7, 8, 9, 4};
+  const Properties standard{std::int16_t{0}, std::int16_t{0}, "", false, "", 0, 0, 0, 0};
   EXPECT_EQ(properties(control), all);
 
   MapStore store;
   LedgerTreeControl other(session);
   EXPECT_EQ(properties(other), standard);
-  EXPECT_TRUE(std::holds_alternative<std::int16_t>(other.DataSource()) &&
-              std::holds_alternative<std::int16_t>(other.UserName()));
   other.WriteProperties(store);
   EXPECT_EQ(store.values.size(), 0U) << "what is as at the beginning needs no place";
   EXPECT_EQ(store.order, keys);

@@ -3,52 +3,19 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "shell/control/control_house.h"
 #include "support/table_watch.h"
+#include "support/text_table.h"
 
 namespace ledgertree::testing {
 namespace {
 
-struct Command {
-  std::vector<std::string> names;
-  int right;          ///< 0: everybody may
-  std::string title;  ///< of the refusal
-  std::string works;  ///< what is seen of it where it isn't refused: a screen, a notice, the mode
-};
-
 constexpr int kRights[] = {301,   30101, 30102, 30103, 30104, 30105, 30106,
                            30107, 30108, 30109, 30110, 30111, 30112};
-constexpr const char* kError = "خطا";
-constexpr const char* kProblem = "اشکال";
-constexpr const char* kSureToDelete = "حذف حساب |آيا از حذف حساب مورد نظر اطمينان داريد؟ ";
-
-const Command kCommands[] = {
-    {{"ClearShow"}, 301, kError, "FormMain "},
-    {{"View"}, 0, "", "FormMain "},
-    {{"cmdNew", "mnuFonc1"}, 30101, kError, "mode 2"},
-    {{"cmdEdit", "mnuFonc2"}, 30102, kError, "mode 1"},
-    {{"cmdDelete", "mnuFonc4"}, 30103, kError, kSureToDelete},
-    {{"mnuSameCoding"}, 30105, kError, "frmAutoCodding! "},
-    {{"mnuAccountBatch"}, 30108, kError, "frmAccountBatch! "},
-    {{"cmdPeriodBranch"}, 30110, kProblem, "FormPeriodBranch! "},
-    {{"cmdCopyPeriod"}, 30111, kProblem, "FormCopyPeriodAccount! "},
-    {{"cmdDeletePeriod"}, 30112, kProblem, "FormDeletePeriod! "},
-    {{"cmdRelClasses"}, 0, "", "frmAccountRelClasses! "},
-    {{"mnuExcelCode"}, 0, "", "SheetKit.SheetWriter"},
-    {{"mnuFonc5"}, 0, "", "PactKit.PactEditor"},
-    {{"cmdTools", "cmdi12"}, 0, "", "i12"},
-    {{"cmdOperations"}, 0, "", "mnuOperations"},
-    {{"mnuExcelLevel", "cmdRefreshAccountTree", "optPeriodic", "optPeriodAll", "mnuViewCode",
-      "mnuViewCodeComplete", "mnuView1", "mnuView2"},
-     0,
-     "",
-     ""},
-    {{"mnuFonc9", "cmdExit"}, 0, "", "closed"},
-};
-
 /// What is asked for, and whatever it does.
 class Quiet : public shell::OutsideComponent {
  public:
@@ -112,8 +79,9 @@ class RightsStory : public ControlHouse {
     } else {
       press(command);
     }
-    std::string seen = notices.taken() + made;
-    for (const std::string& screen : desktop.showings) seen += screen + " ";
+    std::string seen = made;
+    for (const Notice& notice : notices.take()) seen += notice.title + "<" + notice.message + ">";
+    for (const std::string& screen : desktop.showings) seen += screen;
     if (desktop.poppedUp != nullptr) seen += desktop.poppedUp->name();
     if (session.form() == nullptr) return seen + "closed";
     const auto mode = form().formMode;
@@ -131,20 +99,22 @@ TEST_F(RightsStory, EachRightGuardsItsOwnCommandsAndNoOther) {
   for (const int lacking : lackings) {
     grantAllBut(lacking);
     static_cast<void>(tables.changes());
-    for (const Command& command : kCommands) {
-      for (const std::string& name : command.names) {
+    for (const auto& command : tableOf("shell/control/commands.txt", "commands")) {
+      const int right = std::stoi(command[1]);
+      const std::string& works = command.at(3);
+      std::istringstream names(command[0]);
+      for (std::string name; names >> name;) {
         SCOPED_TRACE(name + " without " + std::to_string(lacking));
-        const bool refused = command.right != 0 && command.right == lacking;
-        if (!refused && command.works.ends_with("! "))
-          desktop.inModal(command.works.substr(0, command.works.size() - 2), [](ui::Form&) {});
-        EXPECT_EQ(tryOut(name),
-                  refused ? command.title + "|شما به انجام اين عمليات مجاز نيستيد." : command.works);
+        const bool refused = right != 0 && right == lacking;
+        if (!refused && works.ends_with('!'))
+          desktop.inModal(works.substr(0, works.size() - 1), [](ui::Form&) {});
+        EXPECT_EQ(tryOut(name), refused ? command[2] + "<شما به انجام اين عمليات مجاز نيستيد.>" : works);
         if (!refused) continue;
         // A refusal is all that happens: nothing is read behind it, and but for the current period nothing
         // ahead.
         const auto asked = faults.take();
         EXPECT_EQ(asked.back(), "spTarvoHasPermission");
-        EXPECT_EQ(asked.size(), command.right == 301 ? 3U : 1U);
+        EXPECT_EQ(asked.size(), right == 301 ? 3U : 1U);
       }
     }
     EXPECT_EQ(tables.changes(), "");

@@ -1,0 +1,35 @@
+#include "engines/odbc/code_page.h"
+
+#include <gtest/gtest.h>
+
+#include "support/failure.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+struct Folded {
+  CodePage page;
+  const char* text;
+  const char* into;
+};
+
+TEST(CodePage, TakesTheLetterThatAPersonTakesForTheSame) {
+  const Folded cases[] = {
+      {CodePage::Arabic, "یک ي ك ى", "يک ي ك ى"},
+      {CodePage::Arabic, "ٱڪۀۂۃە", "اكهہةه"},
+      {CodePage::Arabic, "٠١٩۰۵۹ 07", "019059 07"},
+      {CodePage::Arabic, "\u200f\u061c\u202aا\u202e\u2060\u2066ب\u2069\ufeff\u202fپ\u200cچ",
+       "\u200fاب\u00a0پ\u200cچ"},
+      {CodePage::Unknown, "ی漢", "ي漢"},
+      {CodePage::Unicode, "ی۱漢", "ی۱漢"},
+  };
+  for (const Folded& one : cases) EXPECT_EQ(foldText(one.text, one.page), one.into);
+  EXPECT_EQ(foldStatement("Select N'ی' as [ی] /* ی */ From t Where x='ی''۱'", CodePage::Arabic),
+            "Select N'ی' as [ی] /* ی */ From t Where x='ي''1'");
+  EXPECT_EQ(foldStatement("Select 1 From t Where x='漢'", CodePage::Arabic), "Select 1 From t Where x=N'漢'");
+  const auto update = [] { static_cast<void>(foldStatement("Update t Set x='漢'", CodePage::Arabic)); };
+  EXPECT_NE(std::string(testing::failureOf(update).what()).find("漢"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace ledgertree::engines::odbc
