@@ -204,7 +204,7 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
   }
   // A class that is gone has its line too: what no line shows leaves the account with the next save.
   const data::OpenRows gone(
-      gateway->rssqlTarvoBasePath,
+      gateway->rssqlAccCostCenter,
       "Select ClassID,Sequence from tblAccountRelatedClasses Where AccountID=" + std::to_string(accountID) +
           " and not exists(Select x.* from tblAccountClass x Where "
           "x.ID=tblAccountRelatedClasses.ClassID) Order by Sequence");
