@@ -45,6 +45,7 @@ AccountSaving::AccountSaving(mainform::MainScreen& screen, shell::Shell& shell,
 }
 
 void AccountSaving::save() {
+  if (record_.refusedElsewhere()) return;
   Progress progress;
   try {
     run(progress);
