@@ -8,6 +8,7 @@
 #include "data/data_error.h"
 #include "data/numbers.h"
 #include "entities/rel_objects.h"
+#include "shell/lookup/all_chosen.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::entities {
@@ -198,7 +199,7 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
 }
 
 void frmAccountRelClasses::add() {
-  if (mptEntityType.IsEmpty()) return;
+  if (!shell::allChosen(shell_, {&mptEntityType}) || mptEntityType.IsEmpty()) return;
   const std::string text = itemText(cmbLevel.selectedText(), mptEntityType.SelectedText());
   const auto& items = lstClasses.items();
   if (std::any_of(items.begin(), items.end(), [&](const ui::Item& item) { return item.text == text; })) {
@@ -246,6 +247,7 @@ void frmAccountRelClasses::changeLevel(int step) {
 void frmAccountRelClasses::save() {
   if (working_) return;
   const shell::UnderWay underWay(working_);
+  if (!shell::allChosen(shell_, {&mptEntityType})) return;
   const std::int32_t accountID = sltAccount.SelectedID();
   if (sltAccount.IsEmpty() || sltAccount.unlisted()) {
     shell_.showErrorNotice(shell::kTitleProblem, "حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");

@@ -241,6 +241,7 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
   EXPECT_FALSE(classesOf(-1, [&](frmAccountRelClasses& form) {
     EXPECT_EQ(lines(form), "");
     add(form, "بانک", 1);
+    for (auto* command : {&form.cmdAdd, &form.cmdOk}) expectUnchosen(form.mptEntityType, *command);
     EXPECT_EQ(toldBy(form.cmdOk), "اشکال|حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");
   }));
 }

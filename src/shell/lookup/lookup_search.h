@@ -65,6 +65,9 @@ class LookupSearch {
   /// The Name that another view has for an ID. Empty where there is none; its failures aren't told.
   [[nodiscard]] std::string nameIn(std::string_view view, std::int32_t id);
 
+  /// The row that a text can only mean, see ui::LookupField::wishOne: at once, in a second at most. It ends
+  /// the search.
+  [[nodiscard]] ui::LookupRow one(std::string text, bool first);
   /// Shows the rows that hold a text in their Name or Code; a blank one offers all.
   void search(std::string text);
   /// Shows the next rows of the search.
@@ -81,6 +84,8 @@ class LookupSearch {
   [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
   [[nodiscard]] data::Connection& connection();
   void schedule();
+  /// The first question of a text.
+  [[nodiscard]] LookupQuestion question(std::string text) const;
   [[nodiscard]] LookupQuestion question(const Run& run) const;
   void advance(const std::shared_ptr<Run>& run);
   void ask(const std::shared_ptr<Run>& run);
