@@ -117,7 +117,8 @@ TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   auto& table = screen.widget<QTableView>(form.grid);
   const auto cell = [&](int row) { return table.visualRect(table.model()->index(row, 1)).center(); };
   EXPECT_TRUE(table.isColumnHidden(0));
-  EXPECT_EQ(table.horizontalHeader()->length(), table.viewport()->width()) << "the last column takes the rest";
+  EXPECT_EQ(table.horizontalHeader()->length(), table.viewport()->width())
+      << "the last column takes the rest";
   ui::Bounds tall = form.grid.bounds();
   tall.height = 3000;  // for all rows
   form.grid.setBounds(tall);
