@@ -68,6 +68,9 @@ TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
     form->txtTitle.paste(" تنخواه  ");
     expectRefusal("اشکال|تاريخ وارد نشده است!", form->datCreate);
     form->datCreate.setToday(shell.clock);
+    for (ui::LookupField* field : std::initializer_list<ui::LookupField*>{
+             &form->sltParent, &form->sltGroup, &form->sltBranch, &form->sltPosition, &form->sltEntityType})
+      expectUnchosen(*field, form->cmdSave);
     if (!isNew) pickParent(-1);
     if (!isNew) form->txtCode.paste(" 9 ");
     EXPECT_EQ(stored(save(), "Code, Title, ParentID"), isNew ? "7|تنخواه|null" : "9|تنخواه|null");
