@@ -92,9 +92,7 @@ bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
 void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
   unanswered_.remember(sent);
   // The host may have shown another account while the notice was up.
-  const bool stillThere = screen_.formMode == FormMode::ModeNew &&
-                          readTypedAccount(screen_, AccountCall::Insert).account.code == sent.code;
-  if (!stillThere) return;
+  if (screen_.RecordTurn != sent.record) return;
   try {
     const shell::Hourglass hourglass(screen_.desktop());
     if (!foundAfterAll(*shell_.dtEn())) unanswered_.remember(sent);
@@ -128,6 +126,10 @@ void AccountSaving::run(Progress& progress) {
   // Read once: the host may show another account while a notice is up.
   const TypedAccount typed = readTypedAccount(screen_, isNew ? AccountCall::Insert : AccountCall::Update);
   data::Account account = typed.account;
+  progress.sent = {.record = screen_.RecordTurn,
+                   .code = account.code,
+                   .title = account.title,
+                   .parentID = account.parentID};
 
   SaveValidation validation(shell_, *gateway);
   progress.way = check(validation, typed);
@@ -136,8 +138,7 @@ void AccountSaving::run(Progress& progress) {
 
   if (!mayDropLostClass(account, progress.way)) return;
 
-  progress.sent = {.code = account.code, .title = account.title, .parentID = account.parentID};
-  if (isNew && unanswered_.isAbout(account.code, account.title) && foundAfterAll(*gateway)) return;
+  if (isNew && unanswered_.isAbout(progress.sent) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
   const auto written = writeAccount(*gateway, progress.way, account);
   if (!written) return screen_.cmdNew.focus();
@@ -185,14 +186,13 @@ bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) 
   if (!screen_.ClassIsGone) return true;
   const std::string_view lost = lostWithClass(account, way, screen_.settings);
   if (lost.empty()) return true;
-  const auto shown = [this] { return std::pair(screen_.formMode, screen_.accountID()); };
-  const auto before = shown();
+  const std::uint32_t turn = screen_.RecordTurn;
   const auto answer =
       shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
                                               " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
                                               " اين حساب از ميان ميرود. آيا ثبت شود؟");
   // The host may have put another account on the screen meanwhile.
-  if (answer == shell::Answer::Yes && shown() == before) return true;
+  if (answer == shell::Answer::Yes && screen_.RecordTurn == turn) return true;
   screen_.sltEntityType.focus();
   return false;
 }

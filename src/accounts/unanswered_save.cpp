@@ -12,8 +12,8 @@ bool UnansweredSave::mayBeDone(const std::exception& failure) {
   return error != nullptr && error->leavesOpen();
 }
 
-bool UnansweredSave::isAbout(std::string_view code, std::string_view title) const {
-  return sent_ && (sent_->code == code || sent_->title == title);
+bool UnansweredSave::isAbout(const Sent& now) const {
+  return sent_ && sent_->record == now.record && (sent_->code == now.code || sent_->title == now.title);
 }
 
 std::optional<std::int32_t> UnansweredSave::find(data::DtEn& gateway) const {

@@ -4,7 +4,7 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 
 #include "data/dten.h"
 
@@ -16,7 +16,8 @@ namespace ledgertree::accounts {
 class UnansweredSave {
  public:
   struct Sent {
-    std::string code;  ///< the whole one
+    std::uint32_t record = 0;  ///< the RecordTurn of the screen that it was typed on
+    std::string code;          ///< the whole one
     std::string title;
     std::int32_t parentID = -1;  ///< -1 for none
   };
@@ -26,8 +27,10 @@ class UnansweredSave {
 
   void remember(Sent sent) { sent_ = std::move(sent); }
   void forget() { sent_.reset(); }
-  /// Whether an account is the one in doubt, with its code or its title typed over at most.
-  [[nodiscard]] bool isAbout(std::string_view code, std::string_view title) const;
+  /// Whether an account is the one in doubt, with its code or its title typed over at most. One that was
+  /// begun after the record was left is another, even of the same title: going on with the one in doubt would
+  /// write over it.
+  [[nodiscard]] bool isAbout(const Sent& now) const;
   /// The ID of the account in doubt, if it is there now. Throws data::DataError.
   [[nodiscard]] std::optional<std::int32_t> find(data::DtEn& gateway) const;
 

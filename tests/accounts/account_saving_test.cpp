@@ -380,14 +380,14 @@ TEST_F(SavingStory, ASaveWithoutAnAnswerIsUnknownUntilTheScreenHasLooked) {
   faults.onAnswer = [&](const std::string& command, const auto&) {
     if (command == "spAccountInsertAccount") late();
   };
+  const auto awayForTheLook = [&](const std::string& command) {
+    if (command.starts_with("Select ID From")) throw data::DataError(Reason::Connection, 0, "away");
+  };
   const std::string codes = "select Code from tblAccount where ID > 1 order by ID";
   for (const bool backAtOnce : {true, false}) {
     SCOPED_TRACE(backAtOnce);
     typeNew(1, "صندوق", backAtOnce ? "7" : "8");
-    faults.onCommand = [&](const std::string& command) {
-      if (!backAtOnce && command.starts_with("Select ID From"))
-        throw data::DataError(Reason::Connection, 0, "away");
-    };
+    if (!backAtOnce) faults.onCommand = awayForTheLook;
     EXPECT_EQ(toldBy(form->cmdSave), unknown + (backAtOnce ? "\n" + found : ""));
     faults.onCommand = nullptr;
     if (!backAtOnce) {
@@ -400,16 +400,23 @@ TEST_F(SavingStory, ASaveWithoutAnAnswerIsUnknownUntilTheScreenHasLooked) {
     EXPECT_EQ(save(), backAtOnce ? 2 : 3);
     EXPECT_EQ(database.rows(codes), backAtOnce ? "17" : "17\n19");
   }
-  // One that isn't there is new still, and so is the next of the same title.
+  // Another of its title, begun after the record was left, isn't taken for it.
+  typeNew(1, "صندوق", "4");
+  faults.onCommand = awayForTheLook;
+  EXPECT_EQ(toldBy(form->cmdSave), unknown);
   faults.onAnswer = nullptr;
+  faults.onCommand = nullptr;
+  form->View(0);
+  EXPECT_EQ(saveNew(-1, "صندوق", "3"), 5);
+  // One that isn't there is new still, and so is the next of the same title.
   typeNew(1, "صندوق", "6");
   faults.onCommand = [&](const std::string& command) {
     if (command == "spAccountInsertAccount") late();
   };
   EXPECT_EQ(toldBy(form->cmdSave), unknown);
   faults.onCommand = nullptr;
-  EXPECT_EQ(save(), 4);
-  EXPECT_EQ(saveNew(1, "صندوق", "5"), 5);
+  EXPECT_EQ(save(), 6);
+  EXPECT_EQ(saveNew(1, "صندوق", "5"), 7);
 }
 
 TEST_F(SavingStory, WhatCantBeReadBackLeavesABlankRecordAndOneNotice) {
