@@ -1,6 +1,5 @@
 #include "accounts/field_rules.h"
 
-#include <initializer_list>
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"

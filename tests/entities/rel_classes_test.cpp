@@ -115,6 +115,8 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
     EXPECT_EQ(form.lstClasses.items().front().text, "40000#10_اشخاص");
     EXPECT_NE(toldBy(form.cmdOk).find("40000"), std::string::npos);
   }));
+  related("(10, 1, 1, 1), (10, 77, 2, 0)");
+  EXPECT_TRUE(onClasses(10, "a class that is gone"));
   EXPECT_FALSE(onClasses(-1, "no account"));
 }
 

@@ -84,7 +84,8 @@ TEST_F(DeletePeriodTest, HidesAllOfAPeriodWithoutDocuments) {
   everybodyIn(1);
   given("insert into tblAccountPeriodAccount (AccountID, PeriodID) values (10, 3), (12, 3)");
   EXPECT_TRUE(show("all of a period"));
-  for (const char* way : {"cancelled", "left by Escape", "left by the frame"}) EXPECT_FALSE(show(way));
+  for (const char* way : {"hiding is cancelled", "hiding is left by Escape", "hiding is left by the frame"})
+    EXPECT_FALSE(show(way));
 }
 
 TEST_F(DeletePeriodTest, EveryFailureLeavesTheRowsAndTheScreen) {
