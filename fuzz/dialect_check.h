@@ -13,8 +13,9 @@
 #include "db/schema.h"
 #include "engines/sqlite/dialect.h"
 #include "engines/sqlite/plans.h"
-#include "engines/sqlite/writer.h"
+#include "engines/sqlite/sum.h"
 #include "tsql/parser.h"
+#include "tsql/statement_shape.h"
 
 namespace ledgertree::fuzz {
 
@@ -24,6 +25,7 @@ class DialectCheck {
  public:
   DialectCheck() : database_(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE) {
     sqlite3_db_config(database_.getHandle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
+    engines::sqlite::addSumFunction(database_.getHandle());
     db::openSchema(database_);
     database_.exec(
         "insert into tblAccount (ID, ParentID, Code, Title) values (1, null, '1', 'Cash'), (2, 1, '101', "
@@ -44,13 +46,13 @@ class DialectCheck {
 
   void operator()(std::string_view text) {
     namespace engine = engines::sqlite;
-    engine::StatementShape shape;
+    tsql::StatementShape shape;
     tsql::ParsedStatement parsed;
     engine::Translation translation;
     try {
       shape.read(text);
       parsed = tsql::parseStatement(text);
-      translation = engine::translate(text);
+      translation = engine::translate(text, tables_);
     } catch (const data::DataError&) {
       return;
     }
@@ -58,7 +60,7 @@ class DialectCheck {
     for (const engine::Binding& binding : translation.bindings) {
       require(binding.literal < shape.literals().size(), "a parameter without a literal");
     }
-    const engine::Translation plain = engine::writeStatement(parsed.statement);
+    const engine::Translation plain = engine::translate(text, tables_, engine::Form::Plain);
     const Outcome expected = run(plain, shape.literals(), text);
     const Outcome found = run(translation, shape.literals(), text);
     // A row limit takes any of the rows, and a value beside a count is any row's.
@@ -105,7 +107,7 @@ class DialectCheck {
       }
     } catch (const data::DataError& error) {
       const std::string_view message = error.what();
-      const std::string_view cause = message.substr(std::min(message.find(": ") + 2, message.size()));
+      const std::string_view cause = message.substr(std::min(message.find(" (") + 2, message.size()));
       for (const char* const fault : {"near ", "unrecognized token", "incomplete input"}) {
         require(!cause.starts_with(fault), "a translation that is no statement");
       }
@@ -129,6 +131,7 @@ class DialectCheck {
   }
 
   SQLite::Database database_;
+  engines::sqlite::Tables tables_{database_.getHandle()};
 };
 
 }  // namespace ledgertree::fuzz

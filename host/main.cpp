@@ -16,6 +16,7 @@
 #include "ledgertree/ledger_tree_control.h"
 #include "ledgertree/pictures.h"
 #include "ledgertree/qt_desktop.h"
+#include "ledgertree/screen_in_host.h"
 
 namespace {
 
@@ -110,8 +111,8 @@ int openChart(const Options& options, bool display) {
     control.View(options.view.toStdString());
   }
   if (!display) return drawInstead(options);
-  // A user without the right to see the chart has been told, and nothing is open.
-  return QGuiApplication::topLevelWindows().isEmpty() || options.modal ? 0 : QApplication::exec();
+  // Where nothing is open, the person has been told why, or has left it already.
+  return ledgertree::screenIsOpen() ? QApplication::exec() : 0;
 }
 
 /// A machine without a display has pictures and --help all the same.

@@ -52,9 +52,15 @@ class LEDGERTREE_API LedgerTreeControl {
 
   /// Opens the screen for work. Resolves the current period (AccPeriodSpecID, or the user's period in the
   /// database) and asks permission 301 of the user; without it the person is told, and the screen doesn't
-  /// open. A screen that is open already comes up as it is, on a fresh connection. Where the desktop takes no
-  /// modeless form, returns when the person has left the screen. Throws std::runtime_error with a text for
-  /// the person where the connection text is malformed or the database fails; the screen isn't opened then.
+  /// open. A screen that is open already comes up as it is, on a fresh connection; where OLEConnectionString
+  /// leads to another database by then, it is left first, and a person in the middle of a new account or an
+  /// edit is asked as by `leaveScreen`. If the person stays, nothing has changed. Where the desktop takes no
+  /// modeless form, returns when the person has left the screen.
+  ///
+  /// Throws std::runtime_error with a text for the person where the connection text is malformed, where the
+  /// database fails ahead of the screen's load, and where the screen is in the middle of something in the
+  /// other database. A failure of the load itself, or of the showing, doesn't come back: the person has been
+  /// told. Ask `screenIsOpen` (screen_in_host.h) whether the screen is up. One that never came up is gone.
   void ClearShow();
 
   /// Stored and kept only. Default: 16-bit 0.
@@ -67,9 +73,13 @@ class LEDGERTREE_API LedgerTreeControl {
   [[nodiscard]] const std::string& Caption() const;
   void Caption(std::string value);
 
-  /// Opens the screen on one account, read-only, without resolving a period and without asking for a
-  /// permission. An ID below 1 shows a blank record. Text counts by its leading number. Throws
-  /// std::range_error for a number past 32 bits, and what ClearShow throws.
+  /// Opens the screen on one account, read-only, without resolving a period and without asking for permission
+  /// 301: whoever is on the screen may go through the whole chart from there. An ID below 1 shows a blank
+  /// record. On an open screen a person in the middle of a new account or an edit is asked first, as by
+  /// `leaveScreen`; if the person stays, nothing has changed. Text counts by its leading number.
+  ///
+  /// Throws std::range_error for a number past 32 bits, and what ClearShow throws; other than there, a
+  /// failure of the load and of the reading of the account comes back too.
   void View(const PropertyValue& ID);
 
   /// Stored and kept only. Default: false.

@@ -18,7 +18,8 @@ namespace ledgertree {
 /// `onScreenLeft`; the next ClearShow or View shows it where it stood, with what was typed.
 LEDGERTREE_API void placeScreen(QWidget* container);
 
-/// Whether the screen is up. It isn't after a ClearShow for a user without the permission.
+/// Whether the screen is up. It isn't after a ClearShow for a user without the permission, or whose load
+/// failed: ClearShow returns normally then.
 [[nodiscard]] LEDGERTREE_API bool screenIsOpen();
 
 /// Leaves the screen as its own button for it does: a person in the middle of a new account or an edit is

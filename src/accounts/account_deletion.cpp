@@ -3,6 +3,8 @@
 #include <exception>
 #include <string>
 
+#include "shell/lookup/all_chosen.h"
+
 namespace ledgertree::accounts {
 
 namespace {
@@ -24,7 +26,8 @@ void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
   // The account that the question is about, whatever the host puts on the screen while it is up.
   const std::int32_t account = screen_.accountID();
-  if (!shell_.permits(data::Permission::DeleteAccount)) return;
+  if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
+  if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
   try {
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));

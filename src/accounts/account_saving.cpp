@@ -7,6 +7,7 @@
 #include "accounts/relation_cases.h"
 #include "data/data_error.h"
 #include "data/numbers.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::accounts {
 
@@ -45,6 +46,7 @@ AccountSaving::AccountSaving(mainform::MainScreen& screen, shell::Shell& shell,
 }
 
 void AccountSaving::save() {
+  if (record_.refusedElsewhere()) return;
   Progress progress;
   try {
     run(progress);
@@ -152,6 +154,9 @@ void AccountSaving::run(Progress& progress) {
 SaveWay AccountSaving::check(SaveValidation& validation, const TypedAccount& typed) {
   const data::Account& account = typed.account;
   if (const auto missing = missingField(typed)) return refuse(shell::kTitleProblem, *missing);
+  if (!shell::allChosen(shell_, {&screen_.sltParent, &screen_.sltGroup, &screen_.sltBranch,
+                                 &screen_.sltPosition, &screen_.sltEntityType, &screen_.sltEntity}))
+    return SaveWay::Refused;
   const bool edit = screen_.formMode == FormMode::ModeEdit;
   if (edit && !screen_.settings.EditCodeAllowed && !validation.mayHaveThisCode(account))
     return SaveWay::Refused;

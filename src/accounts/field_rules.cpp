@@ -1,6 +1,5 @@
 #include "accounts/field_rules.h"
 
-#include <initializer_list>
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"
@@ -94,34 +93,46 @@ std::string FieldRules::proposedCode(std::int32_t parentID) {
                                                 .title = screen_.txtTitle.text()});
 }
 
-void FieldRules::proposeCode() { screen_.txtCode.setText(proposedCode(screen_.sltParent.AccountID())); }
+void FieldRules::proposeCode() {
+  const std::uint32_t turn = screen_.RecordTurn;
+  std::string code = proposedCode(screen_.sltParent.AccountID());
+  // The host may have put another record there during the question about the same title.
+  if (screen_.RecordTurn == turn) screen_.txtCode.setText(std::move(code));
+}
 
 void FieldRules::classRule() {
-  shell::Selector& entity = screen_.sltEntity;
-  const std::string before = entity.MajorView();
-  const auto none = [&entity] {
-    entity.Clear();
-    entity.setIsActive(false);
-  };
-  std::optional<EntityClass> chosen;
-  screen_.ClassIsGone = false;
   try {
-    if (!screen_.sltEntityType.IsEmpty()) {
-      chosen = readClass(screen_.sltEntityType.SelectedID());
-      screen_.ClassIsGone = !chosen;
-    }
+    ruleOfClass(screen_.sltEntityType.SelectedID())();
   } catch (...) {
-    none();
+    screen_.ClassIsGone = false;
+    offerNoEntity();
     throw;
   }
-  if (!chosen) return none();
+}
 
+std::function<void()> FieldRules::ruleOfClass(std::int32_t classID) {
+  std::optional<EntityClass> chosen;
+  if (classID > 0) chosen = readClass(classID);
+  const bool gone = classID > 0 && !chosen;
+  return [this, chosen = std::move(chosen), gone] { offerEntitiesOf(chosen, gone); };
+}
+
+void FieldRules::offerEntitiesOf(const std::optional<EntityClass>& chosen, bool gone) {
+  screen_.ClassIsGone = gone;
+  if (!chosen) return offerNoEntity();
+  shell::Selector& entity = screen_.sltEntity;
+  const std::string before = entity.MajorView();
   if (screen_.formMode == FormMode::ModeNew || screen_.formMode == FormMode::ModeEdit)
     entity.setIsActive(true);
   entity.setMajorView(chosen->viewMajor);
   entity.setMinorView(chosen->viewMinor);
   entity.setSelectorTitle(chosen->name);
   if (entity.MajorView() != before) entity.Clear();
+}
+
+void FieldRules::offerNoEntity() {
+  screen_.sltEntity.Clear();
+  screen_.sltEntity.setIsActive(false);
 }
 
 std::optional<FieldRules::EntityClass> FieldRules::readClass(std::int32_t classID) {

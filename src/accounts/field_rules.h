@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,8 @@ class FieldRules {
   /// screen tells. Reads through rssqlAccountManager. Throws data::DataError, and then no entity can be
   /// picked until a class is chosen again.
   void classRule();
+  /// The same in two steps, for a class that isn't on the screen yet: reads it, and gives what follows it.
+  [[nodiscard]] std::function<void()> ruleOfClass(std::int32_t classID);
   /// The own part that is proposed for the code of an account below a parent, -1 for the top, by what
   /// txtMotherCode and txtTitle hold at this moment; see coding::CodeProposal.
   [[nodiscard]] std::string proposedCode(std::int32_t parentID);
@@ -37,6 +40,8 @@ class FieldRules {
     std::string name;
   };
   [[nodiscard]] std::optional<EntityClass> readClass(std::int32_t classID);
+  void offerEntitiesOf(const std::optional<EntityClass>& chosen, bool gone);
+  void offerNoEntity();
   void wireRadios();
   void wireSelectors();
   void wireKeys();

@@ -1,5 +1,6 @@
 #include "batch/account_batch.h"
 
+#include "shell/lookup/all_chosen.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::batch {
@@ -40,6 +41,7 @@ void frmAccountBatch::loadControls() {
 void frmAccountBatch::deleteBelow() {
   if (working_) return;
   const shell::UnderWay underWay(working_);
+  if (!shell::allChosen(shell_, {&sltParent})) return;
   if (sltParent.IsEmpty()) {
     shell_.showErrorNotice(shell::kTitleProblem, "حساب مشخص نشده است!");
     sltParent.focus();

@@ -82,25 +82,27 @@ struct AccountField {
 /// scripts of both databases against it.
 ///
 /// What isn't here is stored nowhere. See "To add a field" in docs/architecture.md.
+// clang-format off
 inline constexpr AccountField kAccountFields[] = {
-    // column            parameter           member                     insert     update
-    {"ID", "@ID", &Account::id, kNotTaken, kTaken},
-    {"CreateDate", "@CreateDate", &Account::createDate, kTaken, kNotTaken},
-    {"FarsiCreateDate", "@FarsiCreateDate", &Account::farsiCreateDate, 10, kNotTaken},
-    {"ParentID", "@ParentID", &Account::parentID, kNotTaken, kTaken, true},
-    {"GroupID", "@AccountGroupID", &Account::groupID, kTaken, kTaken, true},
-    {"IsPermanent", "@IsPermanent", &Account::isPermanent, kTaken, kTaken},
-    {"AccountNatureID", "@AccountNatureID", &Account::accountNatureID, kTaken, kTaken},
-    {"ParentID", "@ParentID", &Account::parentID, kTaken, kNotTaken, true},
-    {"Title", "@Title", &Account::title, 50, 100},
-    {"Code", "@Code", &Account::code, 20, 20},
-    {"IsClosed", "@IsClosed", &Account::isClosed, kTaken, kTaken},
-    {"BranchID", "@ContractID", &Account::branchID, kTaken, kTaken},
-    {"PositionID", "@PositionID", &Account::positionID, kTaken, kTaken},
-    {"Notes", "@Notes", &Account::notes, 250, 250},
-    {"MaxDebit", "@MaxDebit", &Account::maxDebit, kTaken, kTaken},
-    {"MaxCredit", "@MaxCredit", &Account::maxCredit, kTaken, kTaken},
+    // the column,      its parameter,      the member,                an insert, an update, none is null
+    {"ID",              "@ID",              &Account::id,              kNotTaken, kTaken},
+    {"CreateDate",      "@CreateDate",      &Account::createDate,      kTaken,    kNotTaken},
+    {"FarsiCreateDate", "@FarsiCreateDate", &Account::farsiCreateDate, 10,        kNotTaken},
+    {"ParentID",        "@ParentID",        &Account::parentID,        kNotTaken, kTaken,    true},
+    {"GroupID",         "@AccountGroupID",  &Account::groupID,         kTaken,    kTaken,    true},
+    {"IsPermanent",     "@IsPermanent",     &Account::isPermanent,     kTaken,    kTaken},
+    {"AccountNatureID", "@AccountNatureID", &Account::accountNatureID, kTaken,    kTaken},
+    {"ParentID",        "@ParentID",        &Account::parentID,        kTaken,    kNotTaken, true},
+    {"Title",           "@Title",           &Account::title,           50,        100},
+    {"Code",            "@Code",            &Account::code,            20,        20},
+    {"IsClosed",        "@IsClosed",        &Account::isClosed,        kTaken,    kTaken},
+    {"BranchID",        "@ContractID",      &Account::branchID,        kTaken,    kTaken},
+    {"PositionID",      "@PositionID",      &Account::positionID,      kTaken,    kTaken},
+    {"Notes",           "@Notes",           &Account::notes,           250,       250},
+    {"MaxDebit",        "@MaxDebit",        &Account::maxDebit,        kTaken,    kTaken},
+    {"MaxCredit",       "@MaxCredit",       &Account::maxCredit,       kTaken,    kTaken},
 };
+// clang-format on
 
 /// The place of the parameter by which a procedure takes a member, counted from 1; 0 where it doesn't.
 [[nodiscard]] constexpr int placeOf(AccountCall call, const AccountMember& member) {

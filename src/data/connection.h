@@ -73,6 +73,8 @@ class Connection {
   /// Asked some twenty times a second while a command waits for another program's lock; true gives the wait
   /// up, and the command fails with Reason::Busy. Empty stops the asking. What uses the connection meanwhile
   /// fails in the same way. An engine that waits at the other end of a network doesn't ask.
+  /// By value: an engine that asks keeps it.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   virtual void whileWaiting(std::function<bool()> givesUp) { static_cast<void>(givesUp); }
 
   /// What there is to tell a person about the data, once: what was found when a database of an older version

@@ -1,5 +1,7 @@
 #include "data/connection_text.h"
 
+#include <algorithm>
+
 #include "data/data_error.h"
 #include "text/characters.h"
 
@@ -141,6 +143,21 @@ std::string ConnectionText::provider() const {
     provider.erase(dot);
   }
   return provider;
+}
+
+bool sameDatabase(std::string_view text, std::string_view other) {
+  if (text == other) return true;
+  const auto holds = [](const ConnectionText& one, const ConnectionText& another) {
+    return std::all_of(one.pairs().begin(), one.pairs().end(),
+                       [&](const auto& pair) { return another.find(pair.first) == one.find(pair.first); });
+  };
+  try {
+    const ConnectionText first(text);
+    const ConnectionText second(other);
+    return holds(first, second) && holds(second, first);
+  } catch (const DataError&) {
+    return false;
+  }
 }
 
 std::string quoteConnectionValue(std::string_view value) {

@@ -35,6 +35,10 @@ class ConnectionText {
   std::vector<std::pair<std::string, std::string>> pairs_;
 };
 
+/// Whether two texts lead to the same database for certain: they are equal, or hold the same values under the
+/// same keys.
+[[nodiscard]] bool sameDatabase(std::string_view text, std::string_view other);
+
 /// A value as it has to stand in a connection text: quoted where it needs quotes.
 [[nodiscard]] std::string quoteConnectionValue(std::string_view value);
 

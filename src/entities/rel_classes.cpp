@@ -8,6 +8,8 @@
 #include "data/data_error.h"
 #include "data/numbers.h"
 #include "entities/rel_objects.h"
+#include "shell/lookup/all_chosen.h"
+#include "shell/lookup/lookup_search.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::entities {
@@ -186,19 +188,34 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
   lstClasses.clearItems();
   rows_.clear();
   left_.clear();
-  const data::OpenRows classes(gateway->rssqlAccCostCenter,
-                               "Select ID, isnull(Code,'') + '_' +  Name as Name,Sequence from "
-                               "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
-                                   std::to_string(accountID) + " Order by Sequence");
-  for (; !classes->Eof(); classes->MoveNext()) {
-    rows_.emplace_back(classes->Fields("Sequence").toText());
-    lstClasses.addItem(itemText(*rows_.back(), classes->Fields("Name").toText()),
-                       classes->Fields("ID").toInt32());
+  const auto addLine = [this](const std::string& level, const std::string& name, std::int32_t classID) {
+    rows_.emplace_back(level);
+    lstClasses.addItem(itemText(level, name), classID);
+  };
+  {
+    const data::OpenRows classes(
+        gateway->rssqlAccCostCenter,
+        "Select ID, isnull(Code,'') + '_' +  Name as Name,Sequence from "
+        "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
+            std::to_string(accountID) + " Order by Sequence");
+    for (; !classes->Eof(); classes->MoveNext())
+      addLine(classes->Fields("Sequence").toText(), classes->Fields("Name").toText(),
+              classes->Fields("ID").toInt32());
+  }
+  // A class that is gone has its line too: what no line shows leaves the account with the next save.
+  const data::OpenRows gone(
+      gateway->rssqlAccCostCenter,
+      "Select ClassID,Sequence from tblAccountRelatedClasses Where AccountID=" + std::to_string(accountID) +
+          " and not exists(Select x.* from tblAccountClass x Where "
+          "x.ID=tblAccountRelatedClasses.ClassID) Order by Sequence");
+  for (; !gone->Eof(); gone->MoveNext()) {
+    const std::int32_t classID = gone->Fields("ClassID").toInt32();
+    addLine(gone->Fields("Sequence").toText(), shell::unlistedText(classID), classID);
   }
 }
 
 void frmAccountRelClasses::add() {
-  if (mptEntityType.IsEmpty()) return;
+  if (!shell::allChosen(shell_, {&mptEntityType}) || mptEntityType.IsEmpty()) return;
   const std::string text = itemText(cmbLevel.selectedText(), mptEntityType.SelectedText());
   const auto& items = lstClasses.items();
   if (std::any_of(items.begin(), items.end(), [&](const ui::Item& item) { return item.text == text; })) {
@@ -246,6 +263,7 @@ void frmAccountRelClasses::changeLevel(int step) {
 void frmAccountRelClasses::save() {
   if (working_) return;
   const shell::UnderWay underWay(working_);
+  if (!shell::allChosen(shell_, {&mptEntityType})) return;
   const std::int32_t accountID = sltAccount.SelectedID();
   if (sltAccount.IsEmpty() || sltAccount.unlisted()) {
     shell_.showErrorNotice(shell::kTitleProblem, "حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");

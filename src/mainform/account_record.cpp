@@ -5,12 +5,18 @@
 #include <utility>
 
 #include "data/account.h"
+#include "data/connection_text.h"
 #include "data/numbers.h"
 #include "mainform/form_mode.h"
 
 namespace ledgertree::mainform {
 
 namespace {
+
+constexpr std::string_view kElsewhere =
+    "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
+    "را بازسازي "
+    "کنيد و حساب را دوباره انتخاب نماييد.";
 
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
@@ -43,26 +49,33 @@ SplitCode splitCode(std::string_view code, std::string_view parentCode) {
   return behind({});
 }
 
-AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule)
+AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule)
     : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
     if (!looking) return;
-    loadAccount(screen_.sltAccount.AccountID());
+    try {
+      loadAccount(screen_.sltAccount.AccountID());
+    } catch (...) {
+      // The account that was there stays, with its title.
+      screen_.sltAccount.setAccountID(screen_.AccountOnRecord);
+      throw;
+    }
     tellShown();
   };
+}
+
+bool AccountRecord::refusedElsewhere() {
+  if (data::sameDatabase(screen_.RecordSource, shell_.dtEn()->cnMainData.ConnectionString())) return false;
+  shell_.showErrorNotice(shell::kTitleError, kElsewhere);
+  return true;
 }
 
 void AccountRecord::showAccount(std::int32_t id) {
   if (id < 1) return goIdle();
   clearAccountFields();
   screen_.formMode = FormMode::ModeView;
-  try {
-    loadInto(id);
-  } catch (...) {
-    tellShown();
-    throw;
-  }
+  loadInto(id);
   applyFormMode();
   tellShown();
 }
@@ -101,12 +114,19 @@ void AccountRecord::loadInto(std::int32_t id) {
     clearAccountFields();
     screen_.formMode = FormMode::ModeView;
     applyFormMode();
+    tellShown();
     throw;
   }
 }
 
+void AccountRecord::beginRecord(std::int32_t accountID) {
+  screen_.AccountOnRecord = accountID;
+  ++screen_.RecordTurn;
+  screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
+}
+
 void AccountRecord::clearAccountFields() {
-  screen_.AccountOnRecord = -1;
+  beginRecord(-1);
   for (const TypedField& field : typedFields())
     if (field.isText()) (screen_.*field.control).setText("");
   for (shell::Selector* selector : {&screen_.sltBranch, &screen_.sltPosition, &screen_.sltGroup,
@@ -120,11 +140,12 @@ void AccountRecord::clearAccountFields() {
 
 void AccountRecord::loadAccount(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  if (const auto account = readAccount(*gateway, id)) fill(*account);
+  const auto account = readAccount(*gateway, id);
+  if (account) fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
 }
 
-void AccountRecord::fill(const data::Account& account) {
-  screen_.AccountOnRecord = account.id;
+void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {
+  beginRecord(account.id);
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());
@@ -149,7 +170,7 @@ void AccountRecord::fill(const data::Account& account) {
 
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
-  classRule_();
+  showClass();
   // An object without a class is in no list, least of all in that of the account before.
   if (screen_.sltEntityType.IsEmpty()) screen_.sltEntity.setMajorView({});
   if (!screen_.ClassIsGone) screen_.sltEntity.setSelectedID(account.relation->objectID);

@@ -30,12 +30,16 @@ struct SplitCode {
 /// blank fields, as for an account that is gone.
 class AccountRecord {
  public:
-  /// `classRule` is called when a class is shown: it makes the entity selector offer what belongs to that
-  /// class.
-  AccountRecord(MainScreen& screen, shell::Shell& shell, std::function<void()> classRule);
+  /// Reads what a class offers, and gives what makes the entity selector offer it.
+  using ClassRule = std::function<std::function<void()>(std::int32_t classID)>;
+  AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule);
 
   /// Told after another account was put on the record to be looked at, or none (-1), whoever did it.
   std::function<void(std::int32_t accountID)> onShown;
+
+  /// Whether the record belongs to another database than the one that is open now, which is told: what would
+  /// be changed there is another account.
+  [[nodiscard]] bool refusedElsewhere();
 
   /// Shows an account, read-only; nothing is on the screen for an ID below 1, and blank fields for one that
   /// has no row.
@@ -57,15 +61,16 @@ class AccountRecord {
   void applyFormMode();
 
  private:
-  void fill(const data::Account& account);
+  void fill(const data::Account& account, const std::function<void()>& showClass);
   void blankForNewAccount();
+  void beginRecord(std::int32_t accountID);
   void tellShown();
   /// Loads the account of a mode that was just entered.
   void loadInto(std::int32_t id);
 
   MainScreen& screen_;
   shell::Shell& shell_;
-  std::function<void()> classRule_;
+  ClassRule classRule_;
 };
 
 }  // namespace ledgertree::mainform

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 
 #include "data/account.h"
 #include "data/system_parameters.h"
@@ -40,6 +41,11 @@ class MainScreen : public ui::Form {
   // What follows the record.
   /// The account whose fields stand on the record, -1 while they are blank; txtID keeps the last one.
   std::int32_t AccountOnRecord = -1;
+  /// Counts what came onto the record, a blank one included: who asked the person something meanwhile sees by
+  /// it whether the record is still the one that was asked about.
+  std::uint32_t RecordTurn = 0;
+  /// The connection text of the database that the record was read from, or is typed for.
+  std::string RecordSource;
   FormMode formMode = FormMode::ModeIdle;
   std::int16_t NatureValue = 0;     ///< 0 debit, 1 credit, 2 both
   std::int16_t PermanentValue = 0;  ///< 0 temporary, 1 permanent

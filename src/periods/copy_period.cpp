@@ -3,6 +3,7 @@
 #include <string>
 
 #include "periods/period_forms.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::periods {
 
@@ -45,6 +46,7 @@ void FormCopyPeriodAccount::loadControls() {
 }
 
 void FormCopyPeriodAccount::copy() {
+  if (!shell::allChosen(shell_, {&sltPeriodFrom, &sltPeriodTo})) return;
   if (sltPeriodTo.IsEmpty()) {
     shell_.showErrorNotice(shell::kTitleProblem, "مقصد دوره مالي را بايد مشخص کنيد!");
     sltPeriodTo.focus();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "periods/period_forms.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::periods {
 
@@ -41,6 +42,7 @@ void FormDeletePeriod::loadControls() {
 }
 
 bool FormDeletePeriod::periodIsChosen() {
+  if (!shell::allChosen(shell_, {&sltPeriodFrom})) return false;
   if (!sltPeriodFrom.IsEmpty()) return true;
   shell_.showErrorNotice(shell::kTitleProblem, "دوره مالي را بايد مشخص کنيد!");
   sltPeriodFrom.focus();

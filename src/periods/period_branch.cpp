@@ -5,6 +5,7 @@
 
 #include "data/numbers.h"
 #include "periods/period_forms.h"
+#include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::periods {
 
@@ -137,6 +138,7 @@ std::vector<FormPeriodBranch::Period> FormPeriodBranch::selectedPeriods() const 
 }
 
 bool FormPeriodBranch::periodsAreClear() {
+  if (!shell::allChosen(shell_, {&sltPeriod})) return false;
   if (!sltPeriod.IsEmpty()) return true;
   if (confirms(shell_, kTitleQuestion,
                "از آنجايي که سال مالي انتخاب نشده است، همه سالهاي مالي مد نظر داريد؟")) {

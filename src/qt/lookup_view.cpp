@@ -202,11 +202,20 @@ void LookupView::toggleList() {
   const ui::Form::Act act(control().form());
   if (!line_->hasFocus()) control().focus();
   if (!act.formStands() || !standing()) return;
-  if (control().listOpen()) {
-    control().closeList();
-  } else {
-    control().openList();
+  static_cast<void>(control().press(ui::Key::F4));
+}
+
+void LookupView::colour() {
+  QPalette colours = box_->parentWidget()->palette();
+  if (!control().isActive())
+    colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
+  if (control().unchosen()) {
+    colours.setColor(QPalette::Base, QColor(0xFD, 0xE7, 0xE4));
+    colours.setColor(QPalette::Text, QColor(0x9C, 0x1C, 0x1C));
   }
+  line_->setPalette(colours);
+  line_->setAccessibleDescription(control().unchosen() ? QString::fromUtf8("انتخاب نشده است")
+                                                       : toQt(control().hint()));
 }
 
 bool LookupView::eventFilter(QObject* watched, QEvent* event) {
@@ -222,10 +231,19 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       break;
     case QEvent::FocusIn:
       if (standing() && !control().typing()) line_->selectAll();
+      // What was left half-done goes on where it ended.
+      if (standing() && control().unchosen()) line_->end(false);
       if (standing() && control().listOpen()) popup_->open(toQt(control().title()));
       break;
     case QEvent::ToolTip:
       if (standing()) control().lookCloser();
+      break;
+    case QEvent::KeyPress:
+      // Ahead of the move of the focus, so that a question of the form about the row is answered first.
+      if (watched == line_ && standing() && keyOf(*static_cast<QKeyEvent*>(event)) == ui::Key::Tab) {
+        static_cast<void>(control().press(ui::Key::Tab));
+        if (!standing()) return true;
+      }
       break;
     case QEvent::FocusOut:
       focusLeft(static_cast<QFocusEvent*>(event)->reason());
@@ -285,6 +303,7 @@ bool LookupView::key(QKeyEvent& event) {
 }
 
 void LookupView::sync(ui::Change change) {
+  if (change != ui::Change::Selection) colour();
   switch (change) {
     case ui::Change::Text: {
       const Echo echo(echo_);
@@ -302,9 +321,6 @@ void LookupView::sync(ui::Change change) {
       line_->setReadOnly(!active);
       line_->setFocusPolicy(active ? Qt::StrongFocus : Qt::ClickFocus);
       arrow_->setEnabled(active);
-      QPalette colours = box_->parentWidget()->palette();
-      if (!active) colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
-      line_->setPalette(colours);
       break;
     }
     case ui::Change::List:

@@ -73,6 +73,8 @@ class LookupView : public ViewOf<ui::LookupField> {
   void focusLeft(Qt::FocusReason reason);
   void syncList();
   void toggleList();
+  /// A line whose text isn't chosen stands out; one that takes no typing looks like it.
+  void colour();
 
   std::function<KeyboardLayout()> layout_;
   QWidget* box_;

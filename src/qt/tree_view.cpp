@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <algorithm>
 #include <functional>
 
 #include "qt/keys.h"
@@ -13,6 +14,8 @@ using ui::kNoNode;
 using ui::NodeId;
 
 namespace {
+
+constexpr int kPictureSide = 16;
 
 /// A tree that grows from the right, and tells what a person wants instead of doing it.
 class Branches : public QTreeView {
@@ -159,7 +162,9 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
 
 void TreeView::rescaled(const Scale&) {
   const int line = tree_->fontMetrics().height();
-  tree_->setIconSize(QSize(line, line));
+  // The pictures are drawn on 16 pixels: whole multiples of them stay sharp.
+  const int side = std::max(line / kPictureSide, 1) * kPictureSide;
+  tree_->setIconSize(QSize(side, side));
   tree_->setIndentation(line + line / 3);
 }
 

@@ -51,7 +51,7 @@ std::unique_ptr<Select> QueryParser::select() {
     select->keepsRepeats.push_back(reader_.takeWord("all"));
     select->cores.push_back(selectCore());
   }
-  // SQLite limits a union as a whole, and none of its parts.
+  // It would limit one part, which not every engine can; no statement of the system does.
   const bool limited = std::any_of(select->cores.begin(), select->cores.end(),
                                    [](const SelectCore& core) { return core.top.has_value(); });
   if (limited && select->cores.size() > 1) refuse(reader_.statement(), begin, "\"top\" in a union");
@@ -337,7 +337,7 @@ ExpressionPtr QueryParser::columnOrCall() {
   }
   std::string qualifier;
   std::string last = reader_.name();
-  // What stands ahead of a table is a schema or a database with one, which a file of SQLite hasn't.
+  // What stands ahead of a table is a schema or a database with one: the system uses one alone.
   for (int dots = 0; dots < 3 && reader_.takeSymbol("."); ++dots) {
     qualifier = std::move(last);
     if (reader_.takeSymbol("*")) {
@@ -375,7 +375,7 @@ ExpressionPtr QueryParser::call(const Token& word) {
   return whole;
 }
 
-/// Keeps a literal in the text, and gives it as SQLite reads it.
+/// Keeps a literal in the text, and gives it as it is written there.
 std::string QueryParser::pin(std::size_t literal) {
   Decision decision;
   decision.literal = literal;

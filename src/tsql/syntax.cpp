@@ -8,32 +8,6 @@
 namespace ledgertree::tsql {
 namespace {
 
-/// The columns that hold text, for the signs that mean one thing for numbers and another for text.
-constexpr std::string_view kTextColumns[] = {
-    "Code",
-    "Title",
-    "Name",
-    "Notes",
-    "FarsiCreateDate",
-    "FarsiBeginDate",
-    "FarsiEndDate",
-    "ViewMajor",
-    "ViewMinor",
-    "BasePath",
-    "FarsiDocumentDate",
-    "AccGroup",
-    "AccountStatus",
-    "AccountType",
-    "RemainedType",
-    "AccContract",
-    "Value",
-};
-
-bool isTextColumn(std::string_view name) {
-  return std::any_of(std::begin(kTextColumns), std::end(kTextColumns),
-                     [name](std::string_view known) { return text::equalsIgnoringCase(known, name); });
-}
-
 void collect(const Expression& part, std::vector<std::string_view>& bound, OuterNames& found);
 
 void collect(const SelectCore& core, std::vector<std::string_view>& bound, OuterNames& found) {
@@ -66,25 +40,6 @@ ExpressionPtr cloneIfAny(const ExpressionPtr& original) { return original ? clon
 
 }  // namespace
 
-bool Expression::isText() const {
-  switch (kind) {
-    case Kind::Text:
-      return true;
-    case Kind::Column:
-      return isTextColumn(name);
-    case Kind::Call:
-      if (name == "left" || name == "right") return true;
-      return name != "count" && name != "sum" && operands.front()->isText();
-    case Kind::Arithmetic:
-      return sign == "+" && std::any_of(operands.begin(), operands.end(),
-                                        [](const ExpressionPtr& operand) { return operand->isText(); });
-    case Kind::ScalarSelect:
-      return select->cores.front().items.front().value->isText();
-    default:
-      return false;
-  }
-}
-
 ExpressionPtr makeExpression(Expression::Kind kind) {
   auto made = std::make_unique<Expression>();
   made->kind = kind;
@@ -108,6 +63,7 @@ ExpressionPtr makeCompare(ExpressionPtr left, std::string_view sign, ExpressionP
 
 ExpressionPtr clone(const Expression& original) {
   auto copy = makeExpression(original.kind);
+  copy->type = original.type;
   copy->negated = original.negated;
   copy->truth = original.truth;
   copy->pinned = original.pinned;

@@ -14,6 +14,13 @@ struct Select;
 struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;
 
+/// What a value is, as far as the language asks: "+" joins texts and adds numbers.
+enum class ValueType : std::uint8_t {
+  Unknown,  ///< of a column whose values may be either, and of what is made of it
+  Number,   ///< dates and what has no value at all among them
+  Text,
+};
+
 /// Anything with a value or a truth. Which members count is told by the kind.
 struct Expression {
   enum class Kind : std::uint8_t {
@@ -40,20 +47,18 @@ struct Expression {
   };
 
   Kind kind = Kind::Null;
+  ValueType type = ValueType::Unknown;  ///< of a value, once it is told (see tellTypes)
   bool negated = false;
   bool truth = false;
   bool pinned = false;      ///< a literal that stays in the text, as it does inside a function call
   std::size_t literal = 0;  ///< the place of a literal among the literals of the statement
   std::string qualifier;    ///< empty for a bare column or *
-  std::string name;         ///< of a Column; of a Call in small letters; a pinned literal as SQLite reads it
+  std::string name;         ///< of a Column; of a Call in small letters; a pinned literal as it is written
   std::string_view sign;
   std::vector<ExpressionPtr> operands;
   std::unique_ptr<Select> select;
 
   [[nodiscard]] bool isCondition() const { return kind >= Kind::Truth; }
-  /// Whether the value is text, as far as the statement tells: by its literals, its functions, and the text
-  /// columns of the system.
-  [[nodiscard]] bool isText() const;
 };
 
 [[nodiscard]] ExpressionPtr makeExpression(Expression::Kind kind);

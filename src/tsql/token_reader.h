@@ -48,7 +48,7 @@ class TokenReader {
   /// Whether a name comes next: in brackets, or a word that isn't reserved.
   [[nodiscard]] bool atName() const;
   [[nodiscard]] std::string name();
-  /// The name of a table or view. What stands ahead of it is a schema, which a file of SQLite hasn't.
+  /// The name of a table or view. A schema ahead of it is passed over: the system uses one alone.
   [[nodiscard]] std::string tableName();
 
   /// Refuses the statement for a token.

@@ -19,7 +19,7 @@ void LookupField::hold(LookupRow row) {
   setListOpen(false);
   held_ = std::move(row);
   text_ = held_.text;
-  typing_ = false;
+  typing_ = unchosen_ = false;
   changed(Change::Text);
   setDetail({});
 }
@@ -50,7 +50,7 @@ void LookupField::setListOpen(bool open) {
   if (!open) {
     rows_.clear();
     highlighted_ = -1;
-    searching_ = hasMore_ = stale_ = enterWaits_ = false;
+    searching_ = hasMore_ = stale_ = enterWaits_ = moved_ = false;
     wishStop();
   }
   changed(Change::List);
@@ -59,7 +59,7 @@ void LookupField::setListOpen(bool open) {
 void LookupField::startSearch() {
   listOpen_ = true;
   stale_ = searching_ = true;
-  hasMore_ = enterWaits_ = false;
+  hasMore_ = enterWaits_ = unchosen_ = moved_ = false;
   changed(Change::List);
   wishSearch(typing_ ? text_ : std::string());
 }
@@ -72,6 +72,7 @@ void LookupField::showRows(std::vector<LookupRow> rows, bool append, bool more, 
   } else {
     rows_ = std::move(rows);
     highlighted_ = -1;
+    moved_ = false;
   }
   hasMore_ = more;
   searching_ = searching;
@@ -99,6 +100,7 @@ void LookupField::highlight(int index) {
 void LookupField::move(int rows) {
   if (!listOpen_) return;
   highlight(std::max(highlighted_ + rows, 0));
+  moved_ = highlighted_ >= 0;
   if (highlighted_ + kPage >= static_cast<int>(rows_.size())) reachedEnd();
 }
 
@@ -152,6 +154,10 @@ bool LookupField::press(Key key) {
       restore();
       return used;
     }
+    case Key::Tab:
+      if (!typing_ && wentToRow()) pick(highlighted_);
+      if (act.formStands()) leave();
+      return false;
     case Key::Delete:
       return deleteHeld();
     case Key::Backspace:
@@ -210,8 +216,6 @@ void LookupField::openList() {
   if (reachable() && !listOpen_) startSearch();
 }
 
-void LookupField::closeList() { restore(); }
-
 void LookupField::pick(int index) {
   if (!reachable() || !listOpen_ || index < 0 || index >= static_cast<int>(rows_.size())) return;
   const Form::Act act(form());
@@ -232,15 +236,27 @@ void LookupField::lookCloser() {
 }
 
 void LookupField::leave() {
+  if (!typing_ || !reachable()) return restore();
+  if (unchosen_) return;
   const Form::Act act(form());
-  if (typing_ && lineIsBlank() && reachable()) return emptied(held_.id != -1);
-  restore();
+  if (lineIsBlank()) return emptied(held_.id != -1);
+  if (wentToRow()) return pick(highlighted_);
+  LookupRow one = wishOne(text_, enterWaits_);
+  // A failure of the look-up was told meanwhile, and the form may have changed behind the notice.
+  if (!act.formStands() || !typing_) return;
+  if (one.id == -1) {
+    setListOpen(false);
+    unchosen_ = true;
+    return changed(Change::Text);
+  }
+  hold(std::move(one));
+  heldByPerson();
 }
 
 void LookupField::restore() {
   setListOpen(false);
   if (!typing_) return;
-  typing_ = false;
+  typing_ = unchosen_ = false;
   text_ = held_.text;
   changed(Change::Text);
 }

@@ -27,7 +27,8 @@ struct LookupRow {
 /// The list never holds a whole view, only the rows read so far.
 ///
 /// Typing changes nothing by itself: what is typed is a search, and until a row is picked the field goes on
-/// holding the one it held. An emptied line empties the field when it is left, or with Enter.
+/// holding the one it held. Leaving the line picks the row that what is typed can only mean; anything else
+/// stays there, unchosen(). An emptied line empties the field when it is left, or with Enter.
 class LookupField : public Control {
  public:
   using Control::Control;
@@ -36,6 +37,8 @@ class LookupField : public Control {
   [[nodiscard]] const std::string& text() const { return text_; }
   /// The line shows what the person types, not the row held.
   [[nodiscard]] bool typing() const { return typing_; }
+  /// The line was left with a text that isn't the row held: no command may take the one for the other.
+  [[nodiscard]] bool unchosen() const { return unchosen_; }
   [[nodiscard]] bool isActive() const { return active_; }
   /// The row held was given by its ID and isn't in the view: the text shows its number, and that.
   [[nodiscard]] bool unlisted() const { return !held_.listed; }
@@ -58,13 +61,12 @@ class LookupField : public Control {
   /// Types at the end of the line, character by character. The first one replaces the text of a row held.
   void type(std::string_view text);
   /// Down and F4 open the list, and F4 closes it. In the list Down, Up, PageDown and PageUp go from row to
-  /// row and Enter picks; Enter ahead of the first hit picks it when it comes. Escape closes the list and
-  /// brings the held row's text back. Delete empties the field, or is a key of the line while one types.
-  /// Backspace edits. False where the field has no use for the key.
+  /// row and Enter picks; Enter ahead of the first hit picks it when it comes. Tab, about to leave, picks the
+  /// row that the person went to, or does as leave(). Escape closes the list and brings the held row's text
+  /// back. Delete empties the field, or is a key of the line while one types. Backspace edits. False where
+  /// the field has no use for the key, and for Tab always.
   bool press(Key key);
   void openList();
-  /// Closes the list and gives up typing.
-  void closeList();
   /// Picks a row of the list.
   void pick(int index);
   /// The list was scrolled to its end.
@@ -75,8 +77,9 @@ class LookupField : public Control {
   // The renderer.
   /// The line's text as the editor has it.
   void edited(std::string text);
-  /// The focus left the field, or its list was dismissed: unfinished typing is given up. Form::focusMoved
-  /// calls it too.
+  /// The focus left the field; Form::focusMoved calls it too. What is typed picks the row that the person
+  /// went to in the list, or the one that wishOne() finds; where there is none it stays. A list without
+  /// typing just closes.
   void leave();
 
   /// A key went down, by its code: Delete (while one isn't typing) and Enter.
@@ -101,6 +104,10 @@ class LookupField : public Control {
   /// Nobody looks at the list any more.
   virtual void wishStop() = 0;
   virtual void wishDetail() = 0;
+  /// The row that a text can only mean, at once, however far the search is: the one whose whole code it is,
+  /// else the one whose whole text it is, else the only hit. With `first`, for which Enter was waiting, the
+  /// first hit. id -1 for none, and where two are alike.
+  [[nodiscard]] virtual LookupRow wishOne(const std::string& text, bool first) = 0;
   /// The person's choice stands in held(): tell the form, last.
   virtual void heldByPerson() = 0;
 
@@ -112,6 +119,7 @@ class LookupField : public Control {
   void startSearch();
   void highlight(int index);
   void move(int rows);
+  bool wentToRow() const { return moved_ && listOpen_ && !stale_; }
   bool deleteHeld();
   bool enter();
   bool backspace();
@@ -127,6 +135,8 @@ class LookupField : public Control {
   bool active_ = true;
   bool listOpen_ = false;
   bool typing_ = false;
+  bool unchosen_ = false;
+  bool moved_ = false;  ///< the person went to the highlighted row
   bool searching_ = false;
   bool hasMore_ = false;
   bool stale_ = false;       ///< the rows are of an older search

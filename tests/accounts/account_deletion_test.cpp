@@ -37,6 +37,8 @@ TEST_F(DeletionStory, AnAccountOfItsOwnGoesForGood) {
   form->treeAccount.expand(form->treeAccount.find("-1:1"));
   EXPECT_EQ(treeLabels(), "1 ... دارايي\n 101 ... بانک\n 102 ... صندوق\n");
   TableWatch tables(database);
+  form->View(3);
+  expectUnchosen(form->sltAccount, form->cmdDelete);
   EXPECT_EQ(deleting(2, 0), "");
   EXPECT_EQ(deleting(2, 5), "") << "an answer that is neither isn't a yes";
   const auto components = shell.components;

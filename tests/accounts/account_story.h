@@ -109,6 +109,7 @@ class AccountStory : public MainScreenHouse {
     std::string text;
     for (std::size_t column = 1; rows.count() == 1 && column < rows.columns().size(); ++column) {
       const std::string& name = rows.columns()[column];
+      if (isComputed(name)) continue;
       const std::string value = cellText(rows.value(0, column));
       const auto usual = plain.find(name);
       if (usual == plain.end() ? !value.empty() : usual->second != value) text += name + "=" + value + "\n";

@@ -40,6 +40,9 @@ TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
     form->datCreate.Clear();
     if (day == "today") form->datCreate.setToday(shell.clock);
   });
+  act("unchosen", [this](auto& name) {
+    expectUnchosen(dynamic_cast<ui::LookupField&>(*form->find(name)), form->cmdSave);
+  });
   go("what is missing");
   // Where nobody types, a save does nothing.
   TableWatch tables(database);

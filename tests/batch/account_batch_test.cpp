@@ -38,6 +38,7 @@ TEST_F(AccountBatch, DeletesAllBelowTheDeepestFirst) {
     EXPECT_EQ(screen.sltParent.PickerPosition(), 12);
     screen.cmdCancel.focus();
     EXPECT_EQ(toldBy(screen.cmdDelete), "اشکال|حساب مشخص نشده است!");
+    expectUnchosen(screen.sltParent, screen.cmdDelete);
     EXPECT_TRUE(screen.sltParent.hasFocus());
     EXPECT_EQ(desktop.layout(), "00000429");
 

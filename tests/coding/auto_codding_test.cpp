@@ -49,6 +49,7 @@ TEST_F(AutoCodding, NumbersTheChildrenInTheOrderOfTheirOldCodes) {
     sample(screen, "a0ب-:1");
     EXPECT_EQ(screen.txtSimpleCode.text(), "01") << "other keys don't pass";
     desktop.hourglasses = 0;
+    expectUnchosen(screen.klmMotherAcc, screen.cmdAutoCodding);
     for (const int noOrNothing : {0, 7}) {
       answer(noOrNothing);
       screen.cmdAutoCodding.click();

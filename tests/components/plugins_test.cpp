@@ -39,7 +39,9 @@ TEST(Registration, ReadsOnlyTheCommandThatItKnows) {
         "Sys\ntem\\System\\a.ocx", "\xff\\System\\a.ocx"})
     EXPECT_FALSE(readRegistration(command(file))) << file;
   EXPECT_FALSE(readRegistration(command(std::string("C:\0\\System\\a.ocx", 16))));
-  EXPECT_FALSE(readRegistration(command("System\\" + std::string(10000, 'a') + ".ocx")));
+  EXPECT_TRUE(readRegistration(command("System\\" + std::string(64, 'a') + ".ocx")));
+  for (const std::size_t letters : {65U, 10000U})
+    EXPECT_FALSE(readRegistration(command("System\\" + std::string(letters, 'a') + ".ocx")));
 }
 
 TEST(Registration, SurvivesWhatTheFuzzersStartFrom) {

@@ -238,9 +238,15 @@ TEST_F(RelClasses, WhatCannotBeSavedIsToldAndLeavesTheRows) {
     form.cmdOk.click();
     EXPECT_NE(notices.taken().find("40000"), std::string::npos);
   }));
+  related("(10, 1, 1, 1), (10, 77, 2, 0)");
+  EXPECT_TRUE(classesOf(10, [&](frmAccountRelClasses& form) {
+    EXPECT_EQ(lines(form), "1#10_اشخاص\n2#77 (در فهرست نيست)\n");
+    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+  }));
   EXPECT_FALSE(classesOf(-1, [&](frmAccountRelClasses& form) {
     EXPECT_EQ(lines(form), "");
     add(form, "بانک", 1);
+    for (auto* command : {&form.cmdAdd, &form.cmdOk}) expectUnchosen(form.mptEntityType, *command);
     EXPECT_EQ(toldBy(form.cmdOk), "اشکال|حسابي انتخاب نشده است. ابتدا يک حساب را انتخاب کنيد.");
   }));
 }

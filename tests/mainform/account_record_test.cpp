@@ -251,11 +251,27 @@ TEST_F(RecordStory, AReadThatFailsLeavesNoMixtureOfTwoAccounts) {
   EXPECT_NE(notices.taken(), "");
   EXPECT_EQ(form->formMode, FormMode::ModeView);
   // A pick that fails leaves the account that was there.
-  faults.failWhere("from tblAccountRelatedObjects");
-  pickFirst(form->sltAccount, "بانک");
-  EXPECT_NE(notices.taken(), "");
-  EXPECT_EQ(form->txtID.text(), "2");
-  EXPECT_EQ(form->txtTitle.text(), "دريافتني ها");
+  faults.heal();
+  form->View(3);
+  const std::string shown = record();
+  for (const char* failing : {"from tblAccountRelatedObjects", "from tblAccountClass"}) {
+    faults.failWhere(failing);
+    pickFirst(form->sltAccount, "دریافتنی");
+    EXPECT_NE(notices.taken(), "");
+    EXPECT_EQ(record(), shown) << failing;
+  }
+}
+
+TEST_F(RecordStory, AnAnswerThatComesLateLeavesTheOtherRecordAlone) {
+  form->settings.CodingMode = 1;
+  form->cmdNew.click();
+  pickFirst(form->sltParent, "11");
+  form->txtTitle.paste("بانک");
+  notices.onShow = [this](const Notice&) { form->View(1); };
+  answer(true);
+  form->cmdAutoCode.click();
+  EXPECT_EQ(notices.take().size(), 1U);
+  EXPECT_EQ(form->txtCode.text(), "11") << "the host's account, not the proposal";
 }
 
 }  // namespace

@@ -23,6 +23,8 @@ TEST_F(CopyPeriodTest, PutsTheWholeChartIntoAPeriod) {
     screen.cmdAutoCodding.focus();
     screen.press(ui::KeyChord::of(ui::Key::Enter));
     EXPECT_EQ(notices.taken(), "اشکال|مقصد دوره مالي را بايد مشخص کنيد!");
+    for (auto* field : {&screen.sltPeriodFrom, &screen.sltPeriodTo})
+      expectUnchosen(*field, screen.cmdAutoCodding);
     EXPECT_TRUE(screen.sltPeriodTo.hasFocus());
 
     pick(screen.sltPeriodTo, "سال 1404");

@@ -101,6 +101,7 @@ TEST_F(DeletePeriodTest, HidesAllOfAPeriodWithoutDocuments) {
     for (auto* command : {&screen.cmdDelete, &screen.cmdDeletePossible}) {
       screen.cmdCancel.focus();
       EXPECT_EQ(toldBy(*command), "اشکال|دوره مالي را بايد مشخص کنيد!");
+      expectUnchosen(screen.sltPeriodFrom, *command);
       EXPECT_TRUE(screen.sltPeriodFrom.hasFocus());
     }
     // Its documents count, whomever they concern and whether or not anybody is in the period.

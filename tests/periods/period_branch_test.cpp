@@ -47,6 +47,7 @@ TEST_F(PeriodBranchTest, AddsAnAccountToOnePeriodAndFillsTheGaps) {
     screen.sltPeriod.press(ui::Key::Delete);
     for (const int noOrNothing : {0, 7}) {
       for (auto* command : {&screen.cmdAdd, &screen.cmdDel}) {
+        expectUnchosen(screen.sltPeriod, *command);
         screen.cmdExit.focus();
         notices.answer(noOrNothing);
         EXPECT_EQ(toldBy(*command), std::string(kAll) + "\nاشکال|سال مالي را تعيين نماييد.");

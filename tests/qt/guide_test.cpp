@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
 #include <QRegularExpression>
@@ -216,6 +217,14 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("سرفصل‌هاي بدون سند")));
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("پنهان كردن سرفصلهای")));
   EXPECT_FALSE(guide->text().search("no such words"));
+  guide->findChild<QLineEdit*>()->setText(QString::fromUtf8("حساب"));
+  const auto place = [&] { return guide->text().textCursor().position(); };
+  const int before = place();
+  QTest::keyClick(guide.data(), Qt::Key_F3);
+  const int after = place();
+  EXPECT_GT(after, before);
+  QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_LT(place(), after);
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
+
 #include "screen.h"
 
 namespace ledgertree::test {
@@ -54,6 +56,10 @@ TEST(PersianKeyboard, OneKeySwitchesAndTheFieldSaysWhichLanguageIsOn) {
   form.txtCode.focus();
   EXPECT_EQ(screen.seen(form.txtTitle), "Kasraی^");
   EXPECT_EQ(screen.seen(form.txtCode), "فا: ^");
+  const auto& line = screen.widget<QLineEdit>(form.txtCode);
+  const bool rightToLeft = line.layoutDirection() == Qt::RightToLeft;
+  EXPECT_EQ(line.textMargins().left() > 0, rightToLeft) << "the tag stands where the text ends";
+  EXPECT_EQ(line.textMargins().right() > 0, !rightToLeft);
   screen.go("a field that asks for no language");
   form.sltParent.focus();
   screen.go("a field that asks for its own");

@@ -55,6 +55,13 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
   EXPECT_EQ(screen.form->focused(), &screen.form->txtTitle);
   Screen::settle();
   EXPECT_EQ(QApplication::focusWidget(), &screen.widget(screen.form->txtTitle));
+  // An application that ends takes the form off the screen.
+  soon([&] {
+    soon([] { QCoreApplication::exit(); });
+    screen.desktop.showModal(dialog);
+    EXPECT_FALSE(dialog.isShown());
+  });
+  QCoreApplication::exec();
   // Once more, and this time it is left by the frame of its window.
   soon([&] { screen.desktop.windowOf(dialog)->close(); });
   screen.desktop.showModal(dialog);

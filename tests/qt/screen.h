@@ -44,6 +44,9 @@ class MemoryLookup : public ui::LookupField {
   void wishMore() override { give(true); }
   void wishStop() override {}
   void wishDetail() override { setDetail("كد " + held().code); }
+  [[nodiscard]] ui::LookupRow wishOne(const std::string&, bool first) override {
+    return found_.size() == 1 || (first && !found_.empty()) ? found_.front() : ui::LookupRow();
+  }
   void heldByPerson() override {
     if (onPicked) onPicked();
   }

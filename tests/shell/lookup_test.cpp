@@ -7,6 +7,7 @@
 
 #include "lookup_database.h"
 #include "shell/lookup/account_picker.h"
+#include "shell/lookup/all_chosen.h"
 #include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
@@ -104,10 +105,41 @@ TEST_F(Lookup, PersonPicksByTypingAPieceOfTheText) {
   EXPECT_EQ(screen->sltGroup.SelectedText(), "دارایی ثابت");
 }
 
-TEST_F(Lookup, LeavingTheFieldGivesUpTypingAndAButtonFindsAnEmptiedLineEmpty) {
+TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
+  Selector& group = screen->sltGroup;
+  database.views["vwGroups"].insert(database.views["vwGroups"].end(), {{4, "40", "سود"}, {5, "50", "سود"}});
+  database.rowsOfSlice = 1;
+  const auto left = [this](ui::LookupField& field, const std::string& text) {
+    field.focus();
+    field.type(text);
+    screen->cmdSave.focus();
+    return field.text() + (field.unchosen() ? "!" : "");
+  };
+  // Ahead of the first answer of the search: the whole code or name, in any letters, or the only hit.
+  const std::pair<const char*, const char*> texts[] = {
+      {"20", "بدهي"},  {"۳۰ ", "دارایی ثابت"}, {"دارايي ثابت", "دارایی ثابت"},
+      {"بده", "بدهي"}, {"دارا", "دارا!"},      {"0", "0!"},
+      {"سود", "سود!"}, {"zz", "zz!"}};
+  for (const auto& [text, shown] : texts) {
+    group.setSelectedID(1);
+    EXPECT_EQ(left(group, text), shown);
+    EXPECT_EQ(group.SelectedID() == 1, group.unchosen()) << "half a word is nothing";
+  }
+  EXPECT_EQ(left(screen->sltParent, "11"), "تنخواه") << "other codes hold it too";
+  EXPECT_FALSE(allChosen(shell, {&screen->sltParent, &group}));
+  EXPECT_NE(notices.taken(), "");
+  EXPECT_TRUE(group.hasFocus());
+  group.press(Key::Escape);
+  EXPECT_TRUE(allChosen(shell, {&screen->sltParent, &group}));
+  database.broken = true;
+  EXPECT_EQ(left(group, "20"), "20!");
+  EXPECT_EQ(notices.taken(), "خطا|the line is cut");
+}
+
+TEST_F(Lookup, LeavingTheFieldKeepsWhatIsntClearAndAButtonFindsAnEmptiedLineEmpty) {
   screen->cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
   screen->cmdSave.onClick = [&] { heard += "saves " + std::to_string(screen->sltGroup.SelectedID()) + " "; };
-  go(screen->sltGroup, "leaving gives up what was typed");
+  go(screen->sltGroup, "leaving keeps what isn't clear");
 }
 
 TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {

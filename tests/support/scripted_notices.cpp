@@ -40,6 +40,11 @@ ScriptedNotices::ScriptedNotices(shell::OutsideComponents& components) {
 
 std::vector<Notice> ScriptedNotices::take() { return std::exchange(notices_, {}); }
 
+void ScriptedNotices::forget() {
+  answers_.clear();
+  notices_.clear();
+}
+
 std::string ScriptedNotices::taken() {
   std::string text;
   for (const Notice& notice : take()) {

@@ -24,6 +24,8 @@ class ScriptedNotices {
 
   /// The answers of the next questions: 1 yes, 0 no, anything else none. Without one it is no.
   void answer(int answer) { answers_.push_back(answer); }
+  /// Drops the answers that nobody asked for, and the notices.
+  void forget();
   /// The notices since the last call.
   std::vector<Notice> take();
   /// The notices since the last call as "title|message", a line each.

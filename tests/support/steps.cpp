@@ -74,7 +74,8 @@ void LookupWalk::act(const std::string& step) {
 
 std::string LookupWalk::seen() const {
   std::string text = held_() + ":";
-  if (field_.typing() || !field_.text().empty()) text += " " + field_.text() + (field_.typing() ? "_" : "");
+  if (field_.typing() || !field_.text().empty()) text += " " + field_.text();
+  text += field_.unchosen() ? "!" : field_.typing() ? "_" : "";
   if (!field_.detail().empty()) text += " (" + field_.detail() + ")";
   if (!field_.listOpen()) return text;
   text += " /";

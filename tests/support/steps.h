@@ -23,9 +23,9 @@ void walk(const std::string& file, const std::string& section,
           const std::function<std::string()>& told);
 
 /// A person at a look-up, or the program that it belongs to. Seen are the row that is held, as `held` writes
-/// it, and the line, with "_" while one types in it; what explains the row, in parentheses; and behind "/"
-/// the open list, with the row that Enter picks in brackets, "..." while it searches, "more" where more rows
-/// can come.
+/// it, and the line, with "_" while one types in it and "!" where it was left unchosen; what explains the
+/// row, in parentheses; and behind "/" the open list, with the row that Enter picks in brackets, "..." while
+/// it searches, "more" where more rows can come.
 class LookupWalk {
  public:
   using Act = std::function<void(const std::string& about)>;

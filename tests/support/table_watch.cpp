@@ -30,7 +30,7 @@ TableWatch::Table TableWatch::read(const std::string& table) const {
     for (std::size_t column = 0; column < rows.columns().size(); ++column) {
       const std::string text = cellText(rows.value(row, column));
       if (!byID || column == 0) key += (column == 0 ? "" : "|") + text;
-      if (byID) values.push_back(rows.columns()[column] + "=" + text);
+      if (byID && !isComputed(rows.columns()[column])) values.push_back(rows.columns()[column] + "=" + text);
     }
     found.emplace(std::move(key), std::move(values));
   }

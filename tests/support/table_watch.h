@@ -10,6 +10,11 @@
 
 namespace ledgertree::testing {
 
+/// Whether a column of tblAccount is one that only the server has, and computes from the others.
+[[nodiscard]] inline bool isComputed(const std::string& column) {
+  return column == "TreeParentID" || column == "CodeKey";
+}
+
 /// Looks at all tables of a database, and tells what is another way than when it looked last.
 class TableWatch {
  public:

@@ -8,6 +8,7 @@
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
 #include "support/temporary_database.h"
+#include "ui/lookup_field.h"
 
 namespace ledgertree::testing {
 
@@ -41,6 +42,16 @@ class TestHouse : public ::testing::Test {
   std::string toldBy(Command& command) {
     command.click();
     return notices.taken();
+  }
+  /// What a look-up was typed into, without a choice, no command takes for one.
+  template <typename Command>
+  void expectUnchosen(ui::LookupField& field, Command& command) {
+    field.type("نيم");
+    EXPECT_EQ(toldBy(command), "اشکال|در خانه «" + field.accessibleName() +
+                                   "» متني نوشته شده ولي رديفي از فهرست انتخاب نشده است. رديفي را انتخاب "
+                                   "کنيد يا نوشته را پاک کنيد.");
+    EXPECT_TRUE(field.hasFocus() && field.typing());
+    field.press(ui::Key::Escape);
   }
 
   TemporaryDatabase database;

@@ -8,7 +8,7 @@ import sys
 
 import openpyxl
 
-from desk import EXPANDED, Desk, chart_in, has, until, walk
+from desk import EXPANDED, MAIN, Desk, chart_in, has, until, walk
 
 PERIODS = "تنظيم دوره هاي زماني و شعب قابل نمايش"
 COPY = "کپي کردن سرفصل هاي يک دوره مالي به دوره مالي ديگر"
@@ -82,6 +82,48 @@ def keep_accounts(desk):
     desk.key("ctrl+s")
     desk.books_say((2,), "select count(*) from tblAccount where Code like '10106%' and IsClosed = 1")
     desk.picture("closed")
+
+
+def keep_what_left_the_lists(desk):
+    """The host took the branch, the cost centre and the group of the account that is shown off its lists."""
+    stored = "select BranchID, PositionID, GroupID, Notes from tblAccount where Code = '10106'"
+    desk.books.execute("update tblAccount set BranchID = 778, PositionID = 777, GroupID = 779 where Code = '10106'")
+    desk.books.commit()
+    desk.key("ctrl+f")
+    desk.type("10106")
+    desk.key("Tab")
+    desk.shows("کد", "06")
+    desk.key("ctrl+e")
+    desk.shows("شعبه", "778 (در فهرست نيست)")
+    desk.go("توضيحات")
+    desk.type("بازبینی شد")
+    desk.picture("left-the-lists")
+    desk.key("ctrl+s")
+    desk.books_say((778, 777, 779, "بازبینی شد"), stored)
+
+
+def choose_by_tab(desk):
+    desk.key("ctrl+n")
+    desk.go("حساب مادر")
+    desk.type("10106")
+    desk.key("Tab")
+    desk.shows("حساب مادر", "صندوق شعبه قم")
+    desk.shows("کد حساب مادر", "10106")
+    desk.go("عنوان")
+    desk.type("صندوق یورو قم")
+    desk.go("حساب مادر")
+    desk.type("صند")
+    desk.go("گروه")
+    desk.shows("حساب مادر", "صند")
+    desk.key("ctrl+s")
+    desk.answer("اشکال", "تاييد", picture="not-chosen")
+    desk.window(MAIN)
+    assert desk.focused().get_name() == "حساب مادر", "the save leads to the field"
+    desk.books_say((0,), "select count(*) from tblAccount where Title = 'صندوق یورو قم'")
+    desk.type("وق شعبه ق")
+    desk.key("Tab", "ctrl+s")
+    desk.books_say(("10106",), "select p.Code from tblAccount a join tblAccount p on p.ID = a.ParentID "
+                   "where a.Title = 'صندوق یورو قم'")
 
 
 def keep_periods(desk):
@@ -233,6 +275,8 @@ def main(host, folder):
         desk.open(host, chart)
         find_accounts(desk)
         keep_accounts(desk)
+        choose_by_tab(desk)
+        keep_what_left_the_lists(desk)
         keep_periods(desk)
         delete_by_keys(desk)
         work_in_bulk(desk, folder)

@@ -14,6 +14,7 @@ class LookupFieldStory : public FormStory {
   LookupFieldStory() {
     walk.acts["rows"] = [this](auto& words) { showRows(words); };
     walk.acts["hold"] = [this](auto& name) { field.hold(rowOf(name)); };
+    walk.acts["means"] = [this](auto& name) { field.one = rowOf(name); };
     walk.acts["detail"] = [this](auto& text) { field.setDetail(text); };
     walk.acts["active"] = [this](auto& how) { field.setActive(how == "on"); };
     walk.acts["enable"] = [this](auto& how) { form->frame.setEnabled(how == "on"); };

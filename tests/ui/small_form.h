@@ -32,12 +32,17 @@ class WishingField : public ui::LookupField {
   using LookupField::showRows;
   [[nodiscard]] int id() const { return held().id; }
   std::string wishes;
+  ui::LookupRow one;  ///< what a text means
 
  private:
   void wishSearch(const std::string& text) override { wishes += "search<" + text + "> "; }
   void wishMore() override { wishes += "more "; }
   void wishStop() override { wishes += "stop "; }
   void wishDetail() override { wishes += "detail "; }
+  [[nodiscard]] ui::LookupRow wishOne(const std::string& text, bool first) override {
+    wishes += (first ? "first<" : "one<") + text + "> ";
+    return one;
+  }
   void heldByPerson() override { wishes += "chosen<" + std::to_string(id()) + "> "; }
 };
 

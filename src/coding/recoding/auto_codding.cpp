@@ -6,6 +6,7 @@
 
 #include "data/numbers.h"
 #include "data/quote_text.h"
+#include "shell/lookup/all_chosen.h"
 #include "shell/work_progress.h"
 #include "text/characters.h"
 
@@ -107,6 +108,7 @@ void frmAutoCodding::enableButtons() {
 void frmAutoCodding::runConfirmed(std::string_view question, const std::function<void()>& operation) {
   if (working_) return;
   const shell::UnderWay underWay(working_);
+  if (!shell::allChosen(shell_, {&klmMotherAcc})) return;
   if (shell_.askConfirmNotice(kWarning, question) != shell::Answer::Yes) return;
   const shell::Hourglass hourglass(desktop());
   operation();

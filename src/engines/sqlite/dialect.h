@@ -1,11 +1,11 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "engines/sqlite/tables.h"
 #include "tsql/parser.h"
 #include "tsql/tokens.h"
 
@@ -25,42 +25,16 @@ struct Translation {
   std::vector<tsql::Decision> decisions;  ///< see appendOutcome
 };
 
-/// Translates one statement of SQL Server's dialect. Throws data::DataError(Statement) for what it doesn't
-/// know.
+enum class Form {
+  Fast,   ///< by the rules of rewrites.h
+  Plain,  ///< as it is written: the same rows, for tests that watch over the rules
+};
+
+/// Translates one statement of SQL Server's dialect for a database with these tables, on a connection with
+/// the function of sum.h. Throws data::DataError(Statement) for what it doesn't know.
 ///
 /// Literals that are compared or inserted become parameters, so that the same statement with other values has
 /// the same translation. Text compares without regard to letter case and to blanks at the end.
-[[nodiscard]] Translation translate(std::string_view statement);
-
-/// The form of a statement without its literals, found in one pass over the text: statements of one shape
-/// have one translation for each outcome of their decisions.
-///
-/// A walk asks the same for one number after the other. So a statement that is one of the last few but for
-/// the last number in it is only compared with that one.
-class StatementShape {
- public:
-  /// Throws data::DataError(Statement) as Tokens does. The literals stand until the next call, as long as
-  /// the statement does.
-  void read(std::string_view statement);
-
-  [[nodiscard]] std::string_view key() const { return recent_[current_].key; }
-  [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return recent_[current_].literals; }
-
- private:
-  struct Recent {
-    std::string statement;
-    std::string key;
-    std::vector<tsql::Literal> literals;  ///< views of `statement`, but for the last number
-    std::size_t numberBegin = 0;          ///< where the last literal stands, if it is a whole number
-    std::size_t numberEnd = 0;            ///< 0: it isn't
-
-    void read(std::string_view text);
-    /// Takes the number of a statement that is the same but for that; false for any other.
-    [[nodiscard]] bool takeNumber(std::string_view text);
-  };
-  std::array<Recent, 4> recent_;
-  std::size_t current_ = 0;
-  std::size_t oldest_ = 0;
-};
+[[nodiscard]] Translation translate(std::string_view statement, Tables& tables, Form form = Form::Fast);
 
 }  // namespace ledgertree::engines::sqlite

@@ -17,35 +17,52 @@ using Clock = Watch::Clock;
   throw lastError(open.handle(), statement);
 }
 
-/// A prepared run of a statement. What writes looks for the file ahead of it and behind it: a row written
-/// into a file that has been moved away would be lost without a word.
+/// A run of a statement behind its first step. What writes looks for the file ahead of it and behind it: a
+/// row written into a file that has been moved away would be lost without a word.
 class Started {
  public:
   Started(Session& open, std::string_view statement)
-      : open_(open),
-        statement_(statement),
-        plan_(open.plans().find(statement)),
-        run_(plan_, open.plans().literals()) {
-    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+      : Started(open, statement, open.plans().find(statement)) {}
+  /// By a plan for it, whose literals are those of the statement found last.
+  Started(Session& open, std::string_view statement, std::shared_ptr<Plan> plan)
+      : open_(open), statement_(statement), writes_(plan->writes()) {
+    if (writes_) open_.requireFile(Clock::now(), true);
+    while (!step(plan)) plan = open_.plans().find(statement_);
   }
 
-  [[nodiscard]] Plan::Run& run() { return run_; }
+  [[nodiscard]] Plan::Run& run() { return *run_; }
+  /// What the first step gave.
+  [[nodiscard]] int result() const { return result_; }
   /// Behind the last step, which gave `result`.
   void end(int result) {
     if (result != SQLITE_DONE) fail(open_, statement_);
-    if (plan_->writes()) open_.requireFile(Clock::now(), true);
+    if (writes_) open_.requireFile(Clock::now(), true);
   }
 
  private:
+  /// Makes the first step. False where SQLite had to prepare the plan anew, since it was made by another
+  /// schema: the statement begins again, a write since it was taken back.
+  bool step(const std::shared_ptr<Plan>& plan) {
+    Plans& plans = open_.plans();
+    run_.emplace(plan, plans.literals());
+    result_ = plans.firstStep(*run_);
+    if (!run_->isPreparedAnew()) return true;
+    const bool renewed = plans.renew();
+    run_->takePreparedAnew();
+    return !renewed && !writes_;
+  }
+
   Session& open_;
   std::string_view statement_;
-  std::shared_ptr<Plan> plan_;  // found ahead of the literals, which are those of the statement found last
-  Plan::Run run_;
+  bool writes_;
+  std::optional<Plan::Run> run_;
+  int result_ = SQLITE_DONE;
 };
 
 /// Gives all rows, and what the last step gave.
-std::pair<data::Rows, int> readAll(Plan::Run& run) {
-  int result = run.step();
+std::pair<data::Rows, int> readAll(Started& started) {
+  Plan::Run& run = started.run();
+  int result = started.result();
   data::Rows rows = run.emptyRows();
   for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
   return {std::move(rows), result};
@@ -83,7 +100,7 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
     Started started(open, statement);
-    auto [rows, result] = readAll(started.run());
+    auto [rows, result] = readAll(started);
     started.end(result);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
@@ -95,7 +112,7 @@ void EmbeddedConnection::walk(std::string_view statement,
   command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
     Started started(open, statement);
     Plan::Run& run = started.run();
-    int result = run.step();
+    int result = started.result();
     data::Rows row = run.emptyRows();
     for (; result == SQLITE_ROW; result = run.step()) {
       row.clearRows();
@@ -136,13 +153,13 @@ std::vector<std::string> EmbeddedConnection::takeNews() {
 
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) {
-    Translation translation = translate(statement);
+    // Its literals are those of the statement.
+    static_cast<void>(open.plans().find(statement));
+    Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
-    StatementShape shape;
-    shape.read(statement);
-    Plan::Run run(std::make_shared<Plan>(open.handle(), translation, statement), shape.literals());
-    const auto [rows, result] = readAll(run);
-    if (result != SQLITE_DONE) fail(open, statement);
+    Started started(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));
+    const auto [rows, result] = readAll(started);
+    started.end(result);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

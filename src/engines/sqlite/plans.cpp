@@ -116,7 +116,7 @@ Plan::Run::~Run() {
 data::Rows Plan::Run::emptyRows() {
   // SQLite prepares a statement again where another program has changed the schema; "*" may mean other
   // columns then.
-  const int preparations = sqlite3_stmt_status(plan_->statement_.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
+  const int preparations = plan_->preparations();
   if (plan_->preparations_ != preparations) {
     plan_->readColumns();
     plan_->preparations_ = preparations;
@@ -129,27 +129,55 @@ void Plan::Run::addCells(data::Rows& rows) const {
   for (int column = 0; column < count; ++column) plan_->addCell(rows, column);
 }
 
+Plans::Plans(sqlite3* database) : database_(database), tables_(database) {
+  const auto refuse = [](void* plans) {
+    const Plan::Run* const run = static_cast<const Plans*>(plans)->first_;
+    return run != nullptr && run->isPreparedAnew() ? 1 : 0;
+  };
+  sqlite3_commit_hook(database, refuse, this);
+}
+
+int Plans::firstStep(Plan::Run& run) {
+  first_ = &run;
+  const int result = run.step();
+  first_ = nullptr;
+  return result;
+}
+
 std::shared_ptr<Plan> Plans::find(std::string_view statement) {
   shape_.read(statement);
+  Shape* const shape = known();
+  if (shape != nullptr) {
+    outcome_.clear();
+    tsql::appendOutcome(shape->decisions, shape_.literals(), outcome_);
+    for (const Variant& variant : shape->variants) {
+      if (variant.outcome != outcome_) continue;
+      if (!variant.plan->inUse()) return variant.plan;
+      // Somebody is on one of its rows; this run takes one of its own.
+      return std::make_shared<Plan>(database_, translate(statement, tables_), statement);
+    }
+  }
+  return prepare(statement, renew() ? nullptr : shape);
+}
+
+bool Plans::renew() {
+  if (!tables_.renew()) return false;
+  byKey_.clear();
+  shapes_.clear();
+  return true;
+}
+
+Plans::Shape* Plans::known() {
   if (shapes_.empty() || shapes_.front().key != shape_.key()) {
     const auto found = byKey_.find(shape_.key());
-    if (found == byKey_.end()) return prepare(statement, nullptr);
+    if (found == byKey_.end()) return nullptr;
     shapes_.splice(shapes_.begin(), shapes_, found->second);
   }
-  Shape& shape = shapes_.front();
-  outcome_.clear();
-  tsql::appendOutcome(shape.decisions, shape_.literals(), outcome_);
-  for (const Variant& variant : shape.variants) {
-    if (variant.outcome != outcome_) continue;
-    if (!variant.plan->inUse()) return variant.plan;
-    // Somebody is on one of its rows; this run takes one of its own.
-    return std::make_shared<Plan>(database_, translate(statement), statement);
-  }
-  return prepare(statement, &shape);
+  return &shapes_.front();
 }
 
 std::shared_ptr<Plan> Plans::prepare(std::string_view statement, Shape* shape) {
-  const Translation translation = translate(statement);
+  const Translation translation = translate(statement, tables_);
   auto plan = std::make_shared<Plan>(database_, translation, statement);
   Shape& place = shape != nullptr ? *shape : remember(translation);
   if (place.variants.size() == kMostVariants) place.variants.erase(place.variants.begin());

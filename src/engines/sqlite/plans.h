@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -12,6 +13,8 @@
 
 #include "data/rows.h"
 #include "engines/sqlite/dialect.h"
+#include "engines/sqlite/tables.h"
+#include "tsql/statement_shape.h"
 
 namespace ledgertree::engines::sqlite {
 
@@ -34,6 +37,12 @@ class Plan {
     Run& operator=(const Run&) = delete;
     ~Run();
 
+    /// Whether SQLite has prepared the statement anew since the run before, as it does at the first step
+    /// where the schema has changed. Known until emptyRows or takePreparedAnew takes note of it.
+    [[nodiscard]] bool isPreparedAnew() const {
+      return plan_->preparations() != std::max(plan_->preparations_, 0);
+    }
+    void takePreparedAnew() { static_cast<void>(emptyRows()); }
     /// Goes to the next row; SQLITE_ROW, SQLITE_DONE or the code of a failure.
     [[nodiscard]] int step() { return sqlite3_step(plan_->statement_.get()); }
     /// Rows without a cell, with the columns of the statement. Known from the first step on.
@@ -52,6 +61,10 @@ class Plan {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
+  /// How often SQLite has prepared it again.
+  [[nodiscard]] int preparations() const {
+    return sqlite3_stmt_status(statement_.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
+  }
   void bind(const std::vector<tsql::Literal>& literals);
   void readColumns();
   void addCell(data::Rows& rows, int column) const;
@@ -72,12 +85,21 @@ class Plans {
   static constexpr std::size_t kMostShapes = 128;
   static constexpr std::size_t kMostVariants = 8;
 
-  explicit Plans(sqlite3* database) : database_(database) {}
+  explicit Plans(sqlite3* database);
+  Plans(const Plans&) = delete;
+  Plans& operator=(const Plans&) = delete;
 
   /// A plan for the statement that nobody uses; literals() belong to it until the next call. Throws
   /// data::DataError.
   [[nodiscard]] std::shared_ptr<Plan> find(std::string_view statement);
   [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return shape_.literals(); }
+  /// Makes the first step of a run. What a plan writes that SQLite has just prepared anew is taken back, and
+  /// the step fails: its types may be those of another schema.
+  [[nodiscard]] int firstStep(Plan::Run& run);
+  /// Drops all plans where the schema has changed since they were made: columns may have other types, and
+  /// tables other keys. True then.
+  bool renew();
+  [[nodiscard]] Tables& tables() { return tables_; }
 
   /// The number of shapes held.
   [[nodiscard]] std::size_t size() const { return shapes_.size(); }
@@ -93,13 +115,16 @@ class Plans {
     std::vector<Variant> variants;
   };
 
+  Shape* known();
   std::shared_ptr<Plan> prepare(std::string_view statement, Shape* shape);
   Shape& remember(const Translation& translation);
 
   sqlite3* database_;
-  StatementShape shape_;
+  Tables tables_;
+  tsql::StatementShape shape_;
   std::string outcome_;
-  std::list<Shape> shapes_;  ///< the latest used first
+  const Plan::Run* first_ = nullptr;  ///< the run that is on its first step
+  std::list<Shape> shapes_;           ///< the latest used first
   std::unordered_map<std::string_view, std::list<Shape>::iterator> byKey_;
 };
 

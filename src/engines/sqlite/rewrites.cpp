@@ -1,8 +1,15 @@
 #include "engines/sqlite/rewrites.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
+#include "engines/sqlite/rule_forms.h"
+#include "engines/sqlite/union_lists.h"
 #include "text/characters.h"
 #include "tsql/conditions.h"
 
@@ -14,7 +21,6 @@ using tsql::conjuncts;
 using tsql::Expression;
 using tsql::ExpressionPtr;
 using tsql::Item;
-using tsql::makeColumn;
 using tsql::makeCompare;
 using tsql::makeExpression;
 using tsql::OuterNames;
@@ -27,20 +33,6 @@ using tsql::Statement;
 namespace {
 
 using Kind = Expression::Kind;
-
-/// The table of the periods has one row for each ID.
-constexpr std::string_view kPeriodTable = "tblAccountPeriod";
-
-bool isColumnOf(const Expression& expression, std::string_view source) {
-  return expression.kind == Kind::Column && text::equalsIgnoringCase(expression.qualifier, source);
-}
-
-ExpressionPtr existsOf(SelectCore core) {
-  ExpressionPtr whole = makeExpression(Kind::Exists);
-  whole->select = std::make_unique<Select>();
-  whole->select->cores.push_back(std::move(core));
-  return whole;
-}
 
 // Memberships.
 
@@ -63,232 +55,106 @@ bool findsRows(const Expression& condition) {
 SelectCore* plainList(Expression& membership) {
   if (membership.kind != Kind::InSelect || membership.negated) return nullptr;
   Select& list = *membership.select;
-  if (list.cores.size() != 1 || !list.order.empty()) return nullptr;
+  if (!list.order.empty() || !asksForRows(list)) return nullptr;
   SelectCore& core = list.cores.front();
-  if (core.top || core.gate || core.sources.size() != 1 || core.items.size() != 1) return nullptr;
-  if (core.items.front().value->kind != Kind::Column) return nullptr;
-  return &core;
+  if (core.sources.size() != 1 || core.items.size() != 1) return nullptr;
+  return core.items.front().value->kind == Kind::Column ? &core : nullptr;
 }
 
-void membershipToLookUp(ExpressionPtr& condition, std::string_view source) {
+/// Whether a column is one of the innermost table around it: by its prefix, or because that has it.
+bool isOf(const Expression& column, const Source& source, Tables& tables) {
+  if (!column.qualifier.empty()) return isColumnOf(column, source.exposedName());
+  return tables.typeOf(source.table, column.name).has_value();
+}
+
+/// A membership beside conditions that find the rows of a table s, as in
+///     s.c in (select x.d from x where B) and s.e = 7
+/// becomes a look-up for each row found, in place of a list that is read as a whole for every statement:
+///     exists (select null from x where B and s.c = x.d) and s.e = 7
+/// It applies where s is the only table of the select, c a column of it, d one of x, and where an index of x
+/// finds a d, so that no row costs a walk over x. The row that an exists finds is the member of the list; a
+/// list with a null in it would give null for false, which is the same in a condition that joins others by
+/// AND and OR alone. s.c stays on the left, whose collation counts.
+void membershipToLookUp(ExpressionPtr& condition, const Source& source, Tables& tables) {
   if (condition->kind == Kind::And || condition->kind == Kind::Or) {
-    for (ExpressionPtr& operand : condition->operands) membershipToLookUp(operand, source);
+    for (ExpressionPtr& operand : condition->operands) membershipToLookUp(operand, source, tables);
     return;
   }
   SelectCore* const list = plainList(*condition);
   if (list == nullptr) return;
-  Expression& member = *condition->operands.front();
-  if (member.kind != Kind::Column) return;
-  if (!member.qualifier.empty() && !text::equalsIgnoringCase(member.qualifier, source)) return;
-  const std::string inner = list->sources.front().exposedName();
-  if (text::equalsIgnoringCase(inner, source)) return;
+  const Source& listed = list->sources.front();
+  ExpressionPtr& member = condition->operands.front();
   ExpressionPtr& column = list->items.front().value;
-  if (column->qualifier.empty()) column->qualifier = inner;
-  if (!text::equalsIgnoringCase(column->qualifier, inner)) return;
+  if (member->kind != Kind::Column || !isOf(*member, source, tables) || !isOf(*column, listed, tables) ||
+      text::equalsIgnoringCase(listed.exposedName(), source.exposedName()) ||
+      !tables.isLookUp(listed.table, column->name, fixedColumns(list->where, listed.exposedName()))) {
+    return;
+  }
   // Inside the list a bare column would be one of the list's table.
-  ExpressionPtr key = makeCompare(std::move(column), "=", makeColumn(std::string(source), member.name));
-  list->where = both(std::move(list->where), std::move(key));
+  member->qualifier = source.exposedName();
+  column->qualifier = listed.exposedName();
+  list->where = both(std::move(list->where), makeCompare(std::move(member), "=", std::move(column)));
   column = makeExpression(Kind::Null);
   condition = existsOf(std::move(*list));
 }
 
-void membershipsToLookUps(ExpressionPtr& where, std::string_view source) {
+void membershipsToLookUps(ExpressionPtr& where, const Source& source, Tables& tables) {
   const auto parts = conjuncts(where);
   for (ExpressionPtr* const part : parts) {
     const bool found = std::any_of(parts.begin(), parts.end(), [part](ExpressionPtr* other) {
       return other != part && findsRows(**other);
     });
-    if (found) membershipToLookUp(*part, source);
+    if (found) membershipToLookUp(*part, source, tables);
   }
 }
 
-// An account and what lies below it.
+// A range that stands in one row.
 
-/// A union list splits its exists in two, and nested ones would double again.
-constexpr int kMostSplits = 4;
-
-/// Whether all names of a condition say whose they are, and none of them is `taken`.
-bool staysTrueBeside(const Expression& condition, std::string_view taken) {
-  const OuterNames names = outerNames(condition);
-  return !names.bareColumns && !names.uses(taken);
-}
-
-/// A list "select X union select c from t where ...".
-struct Family {
-  SelectCore* head;
-  SelectCore* rest;
+/// The parts of "s.c between x.b and x.e and x.ID = 5".
+struct RangeTest {
+  Expression* range = nullptr;
+  Expression* key = nullptr;
 };
 
-std::optional<Family> familyList(Expression& membership) {
-  if (membership.kind != Kind::InSelect || membership.negated) return std::nullopt;
-  Select& list = *membership.select;
-  if (list.cores.size() != 2 || !list.order.empty()) return std::nullopt;
-  SelectCore& head = list.cores[0];
-  SelectCore& rest = list.cores[1];
-  if (!head.sources.empty() || head.where || head.top || head.items.size() != 1) return std::nullopt;
-  if (rest.sources.size() != 1 || rest.top || rest.items.size() != 1 || rest.gate) return std::nullopt;
-  const Expression& first = *head.items.front().value;
-  if (first.kind != Kind::Number && (first.kind != Kind::Column || first.qualifier.empty()))
-    return std::nullopt;
-  if (!isColumnOf(*rest.items.front().value, rest.sources.front().exposedName())) return std::nullopt;
-  const bool bare = rest.where && outerNames(*rest.where).bareColumns;
-  return bare ? std::nullopt : std::optional(Family{&head, &rest});
-}
-
-/// Whether the table of the list may join the tables of the select around it.
-bool mayJoin(SelectCore& core, const Expression& membership, const Source& joined) {
-  const std::string& name = joined.exposedName();
-  for (const Source& source : core.sources) {
-    if (text::equalsIgnoringCase(source.exposedName(), name)) return false;
-    if (source.on && !staysTrueBeside(*source.on, name)) return false;
-  }
-  for (ExpressionPtr* const part : conjuncts(core.where)) {
-    if (part->get() != &membership && !staysTrueBeside(**part, name)) return false;
-  }
-  const Expression& member = *membership.operands.front();
-  return member.kind == Kind::Column && !member.qualifier.empty() &&
-         !text::equalsIgnoringCase(member.qualifier, name);
-}
-
-void splitFamily(ExpressionPtr& exists, int& splits) {
-  if (exists->select->cores.size() != 1) return;
-  SelectCore& core = exists->select->cores.front();
-  if (core.top || core.gate || core.sources.empty()) return;
-  const auto parts = conjuncts(core.where);
-  for (std::size_t place = 0; place < parts.size(); ++place) {
-    const auto family = familyList(**parts[place]);
-    if (!family || !mayJoin(core, **parts[place], family->rest->sources.front())) continue;
-    if (++splits > kMostSplits) return;
-    core.items.clear();
-    core.items.push_back({makeExpression(Kind::Null), {}});
-    SelectCore below = clone(core);
-    ExpressionPtr& placeBelow = *conjuncts(below.where)[place];
-    const Family copy = *familyList(*placeBelow);
-    ExpressionPtr key =
-        makeCompare(std::move(placeBelow->operands.front()), "=", std::move(copy.rest->items.front().value));
-    // The table of the list comes first: it starts at the account's key.
-    below.sources.insert(below.sources.begin(),
-                         {copy.rest->sources.front().table, copy.rest->sources.front().alias, nullptr});
-    placeBelow = both(std::move(copy.rest->where), std::move(key));
-    settleWhere(below.where);
-    ExpressionPtr& placeHere = *parts[place];
-    placeHere = makeCompare(std::move(placeHere->operands.front()), "=",
-                            std::move(family->head->items.front().value));
-    ExpressionPtr whole = makeExpression(Kind::Or);
-    whole->operands.push_back(std::move(exists));
-    whole->operands.push_back(existsOf(std::move(below)));
-    exists = std::move(whole);
-    return;
-  }
-}
-
-/// Gives "name in (select item from ...)", where no row of the list is null.
-ExpressionPtr isAmong(ExpressionPtr name, ExpressionPtr item, SelectCore core) {
-  ExpressionPtr known = makeExpression(Kind::IsNull);
-  known->negated = true;
-  known->operands.push_back(clone(*item));
-  core.where = both(std::move(core.where), std::move(known));
-  core.items.clear();
-  core.items.push_back({std::move(item), {}});
-  ExpressionPtr whole = makeExpression(Kind::InSelect);
-  whole->operands.push_back(std::move(name));
-  whole->select = std::make_unique<Select>();
-  whole->select->cores.push_back(std::move(core));
-  return whole;
-}
-
-/// Whether the list is "select <key of the row> union select p.Child from t p where p.ID = <key of the row>".
-bool isFamilyOf(const Family& family, std::string_view row) {
-  const Expression& key = *family.head->items.front().value;
-  const Expression* const where = family.rest->where.get();
-  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->sign != "=")
-    return false;
-  const std::string& below = family.rest->sources.front().exposedName();
-  return isColumnOf(*where->operands[0], below) && isColumnOf(*where->operands[1], row) &&
-         text::equalsIgnoringCase(where->operands[1]->name, key.name) &&
-         !text::equalsIgnoringCase(below, row);
-}
-
-/// Turns a test for each row of a table into two lists that are read once. Looked up row by row, an account
-/// near the top asks for each of its descendants; from the other side each line names its few ancestors.
-void familyTestToLists(ExpressionPtr& test, std::string_view row) {
-  if (test->kind != Kind::Not || test->operands.front()->kind != Kind::Exists) return;
-  Select& exists = *test->operands.front()->select;
-  if (exists.cores.size() != 1) return;
-  SelectCore& core = exists.cores.front();
-  if (core.top || core.sources.empty()) return;
-  for (ExpressionPtr* const part : conjuncts(core.where)) {
-    const auto family = familyList(**part);
-    if (!family || !isFamilyOf(*family, row) || !mayJoin(core, **part, {std::string(row), {}, nullptr}))
-      continue;
-    const ExpressionPtr membership = std::exchange(*part, makeExpression(Kind::Truth));
-    (*part)->truth = true;
-    settleWhere(core.where);
-    ExpressionPtr& member = membership->operands.front();
-    ExpressionPtr& key = family->head->items.front().value;
-    SelectCore parents;
-    parents.sources.push_back(std::move(family->rest->sources.front()));
-    parents.where = isAmong(std::move(family->rest->items.front().value), clone(*member), clone(core));
-    ExpressionPtr parent = std::move(family->rest->where->operands[0]);
-
-    ExpressionPtr among = makeExpression(Kind::Or);
-    among->operands.push_back(isAmong(clone(*key), std::move(member), std::move(core)));
-    among->operands.push_back(isAmong(clone(*key), std::move(parent), std::move(parents)));
-    ExpressionPtr known = makeExpression(Kind::IsNull);
-    known->negated = true;
-    known->operands.push_back(std::move(key));
-    test->operands.front() = both(std::move(known), std::move(among));
-    return;
-  }
-}
-
-/// `table` is the one whose rows a statement deletes.
-void familyTestsToLists(ExpressionPtr& where, std::string_view table) {
-  settleWhere(where);
-  for (ExpressionPtr* const part : conjuncts(where)) familyTestToLists(*part, table);
-}
-
-// A date inside one period.
-
-/// `exists (select ... from tblAccountPeriod p where d.Date between p.Begin and p.End and p.ID = 5)`, taken
-/// apart.
-struct PeriodTest {
-  Expression* range;
-  Expression* key;
-};
-
-std::optional<PeriodTest> periodTest(Expression& exists, std::string_view source) {
-  if (exists.kind != Kind::Exists || exists.select->cores.size() != 1) return std::nullopt;
+std::optional<RangeTest> rangeTest(Expression& exists, std::string_view source, Tables& tables) {
+  if (exists.kind != Kind::Exists || !asksForRows(*exists.select)) return std::nullopt;
   SelectCore& core = exists.select->cores.front();
-  if (core.top || core.gate || core.sources.size() != 1) return std::nullopt;
-  if (!text::equalsIgnoringCase(core.sources.front().table, kPeriodTable)) return std::nullopt;
-  const std::string& period = core.sources.front().exposedName();
+  const Source& row = core.sources.front();
+  const std::string& name = row.exposedName();
   const auto parts = conjuncts(core.where);
-  if (parts.size() != 2 || text::equalsIgnoringCase(period, source)) return std::nullopt;
-  PeriodTest test{nullptr, nullptr};
+  if (core.sources.size() != 1 || parts.size() != 2 || text::equalsIgnoringCase(name, source))
+    return std::nullopt;
+  RangeTest test;
   for (ExpressionPtr* const part : parts) {
     Expression& condition = **part;
     if (condition.kind == Kind::Between && !condition.negated && isColumnOf(*condition.operands[0], source) &&
-        isColumnOf(*condition.operands[1], period) && isColumnOf(*condition.operands[2], period)) {
+        isColumnOf(*condition.operands[1], name) && isColumnOf(*condition.operands[2], name)) {
       test.range = &condition;
     } else if (condition.kind == Kind::Compare && condition.sign == "=" &&
-               isColumnOf(*condition.operands[0], period) &&
-               text::equalsIgnoringCase(condition.operands[0]->name, "ID") &&
-               condition.operands[1]->kind == Kind::Number) {
+               isColumnOf(*condition.operands[0], name) && isNumber(*condition.operands[0]) &&
+               condition.operands[1]->kind == Kind::Number &&
+               tables.isKey(row.table, {condition.operands[0]->name})) {
       test.key = &condition;
     }
   }
   return test.range != nullptr && test.key != nullptr ? std::optional(test) : std::nullopt;
 }
 
-void periodToRange(ExpressionPtr& exists, std::string_view source) {
-  const auto test = periodTest(*exists, source);
+/// A range that stands in one row x,
+///     exists (select ... from x where s.c between x.b and x.e and x.ID = 5)
+/// becomes a range between two values, which an index on s.c serves:
+///     s.c between (select x.b from x where x.ID = 5) and (select x.e from x where x.ID = 5)
+/// It applies where ID is a key of x, so that there is one row at most, and where the exists is one of the
+/// conditions that a WHERE joins by AND: without a row it comes to null in place of false, and finds as
+/// little.
+void rowToRange(ExpressionPtr& exists, std::string_view source, Tables& tables) {
+  const auto test = rangeTest(*exists, source, tables);
   if (!test) return;
-  const Source& period = exists->select->cores.front().sources.front();
+  const Source& row = exists->select->cores.front().sources.front();
   const auto bound = [&](const ExpressionPtr& column) {
     SelectCore core;
     core.items.push_back({clone(*column), {}});
-    core.sources.push_back({period.table, period.alias, nullptr});
+    core.sources.push_back({row.table, row.alias, nullptr});
     core.where = clone(*test->key);
     ExpressionPtr whole = makeExpression(Kind::ScalarSelect);
     whole->select = std::make_unique<Select>();
@@ -314,17 +180,15 @@ bool asksNoRow(const Expression& condition) {
   return !names.bareColumns && names.qualifiers.empty();
 }
 
+/// An exists, or some joined by OR, that names no table around it holds for all rows or for none:
+///     select s.a from s where exists (select ... from x where B) and C
+/// asks it once, and reads no row of s where it doesn't hold. It applies to the outermost select where that
+/// is no union, has no limit of its own, and gives rows' own values: a count would be a row even over none.
 void openGate(SelectCore& core) {
-  if (core.top || core.sources.empty() || !core.where) return;
-  // A count has a row even where it counts none.
-  const auto isPlain = [](const Item& item) {
-    return item.value->kind == Kind::Column || item.value->kind == Kind::All;
-  };
-  if (!std::all_of(core.items.begin(), core.items.end(), isPlain)) return;
+  if (core.top || core.sources.empty() || !core.where || !hasPlainItems(core)) return;
   for (ExpressionPtr* const part : conjuncts(core.where)) {
     if (!asksNoRow(**part)) continue;
-    core.gate = std::move(*part);
-    *part = makeExpression(Kind::Truth);
+    core.gate = std::exchange(*part, makeExpression(Kind::Truth));
     (*part)->truth = true;
     settleWhere(core.where);
     return;
@@ -335,14 +199,16 @@ void openGate(SelectCore& core) {
 
 class Walk {
  public:
+  explicit Walk(Tables& tables) : tables_(tables) {}
+
   void select(Select& select, bool outermost) {
     for (SelectCore& core : select.cores) {
       for (Item& item : core.items) expression(item.value);
+      std::vector<const Source*> sources;
       for (Source& source : core.sources) {
         if (source.on) expression(source.on);
+        sources.push_back(&source);
       }
-      std::vector<std::string> sources;
-      for (const Source& source : core.sources) sources.push_back(source.exposedName());
       where(core.where, sources);
     }
     // A gate is written as a limit, which a union has as a whole.
@@ -350,38 +216,40 @@ class Walk {
   }
 
   /// `sources` are the tables that the rows come from.
-  void where(ExpressionPtr& where, const std::vector<std::string>& sources) {
+  void where(ExpressionPtr& where, const std::vector<const Source*>& sources) {
     settleWhere(where);
     if (!where) return;
     expression(where);
     settleWhere(where);
     if (!where) return;
-    for (const std::string& source : sources) {
-      for (ExpressionPtr* const part : conjuncts(where)) periodToRange(*part, source);
+    for (const Source* const source : sources) {
+      for (ExpressionPtr* const part : conjuncts(where)) rowToRange(*part, source->exposedName(), tables_);
     }
-    if (sources.size() == 1) membershipsToLookUps(where, sources.front());
+    if (sources.size() == 1) membershipsToLookUps(where, *sources.front(), tables_);
   }
 
   void expression(ExpressionPtr& expression) {
     for (ExpressionPtr& operand : expression->operands) this->expression(operand);
     if (expression->select) select(*expression->select, false);
-    if (expression->kind == Kind::Exists) splitFamily(expression, splits_);
+    splitUnionList(expression, splits_);
   }
 
  private:
+  Tables& tables_;
   int splits_ = 0;
 };
 
 }  // namespace
 
-void rewriteForLookUps(Statement& statement) {
-  Walk walk;
+void rewriteForLookUps(Statement& statement, Tables& tables) {
+  Walk walk(tables);
   for (auto& row : statement.values) {
     for (ExpressionPtr& value : row) walk.expression(value);
   }
   if (statement.select) walk.select(*statement.select, statement.kind == Statement::Kind::Select);
-  if (statement.kind == Statement::Kind::Delete) familyTestsToLists(statement.where, statement.table);
-  walk.where(statement.where, {statement.table});
+  if (statement.kind == Statement::Kind::Delete) testsToLists(statement.where, statement.table, tables);
+  const Source target{statement.table, {}, nullptr};
+  walk.where(statement.where, {&target});
 }
 
 }  // namespace ledgertree::engines::sqlite

@@ -9,6 +9,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/sum.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
@@ -126,6 +127,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
   const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
   Watch::Command command(watch_, deadline);
   watch_.attach(handle());
+  addSumFunction(handle());
   while (true) {
     try {
       mistrust(database_);

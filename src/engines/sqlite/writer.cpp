@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "engines/sqlite/sum.h"
 #include "text/characters.h"
 
 namespace ledgertree::engines::sqlite {
@@ -17,6 +18,7 @@ using tsql::Select;
 using tsql::SelectCore;
 using tsql::Source;
 using tsql::Statement;
+using tsql::ValueType;
 namespace {
 
 using Kind = Expression::Kind;
@@ -175,16 +177,20 @@ void Writer::source(const Source& source) {
   expression(*source.on);
 }
 
-/// Whether an order by this value needs to be told that letter case doesn't count: columns know by
-/// themselves, what is made of them doesn't.
-bool isMadeText(const Expression& value, const Select& select) {
-  if (value.kind != Kind::Column) return value.isText();
-  if (!value.qualifier.empty()) return false;
+/// Whether a comparison by this value needs to be told that letter case doesn't count: the columns of tables
+/// know by themselves, what is made of them doesn't.
+bool isMadeText(const Expression& value) {
+  return value.type == ValueType::Unknown || (value.type == ValueType::Text && value.kind != Kind::Column);
+}
+
+/// What an order by this value means: it may name one of the values that are selected.
+const Expression& ordered(const Expression& value, const Select& select) {
   const auto& items = select.cores.front().items;
   const auto named = std::find_if(items.begin(), items.end(), [&value](const Item& item) {
     return text::equalsIgnoringCase(item.alias, value.name);
   });
-  return named != items.end() && named->value->kind != Kind::Column && named->value->isText();
+  const bool isName = value.kind == Kind::Column && value.qualifier.empty();
+  return isName && named != items.end() ? *named->value : value;
 }
 
 void Writer::order(const Select& select) {
@@ -192,7 +198,7 @@ void Writer::order(const Select& select) {
   sql() += " ORDER BY ";
   list(select.order, [this, &select](const OrderTerm& term) {
     expression(*term.value);
-    if (isMadeText(*term.value, select)) sql() += " COLLATE NOCASE";
+    if (isMadeText(ordered(*term.value, select))) sql() += " COLLATE NOCASE";
     if (term.descending) sql() += " DESC";
   });
 }
@@ -277,10 +283,12 @@ void Writer::joined(const Expression& expression, std::string_view sign) {
 }
 
 void Writer::arithmetic(const Expression& expression) {
+  const bool undecided = expression.type == ValueType::Unknown;
+  if (undecided) sql() += kSumFunction;
   sql() += "(";
   this->expression(*expression.operands[0]);
   sql() += " ";
-  sql() += expression.isText() ? "||" : expression.sign;
+  sql() += undecided ? "," : expression.type == ValueType::Text ? "||" : expression.sign;
   sql() += " ";
   this->expression(*expression.operands[1]);
   sql() += ")";
@@ -324,14 +332,12 @@ void Writer::compare(const Expression& expression) {
   sql() += expression.sign;
   sql() += " ";
   number(right, left);
-  if (left.isText() && right.isText() && left.kind != Kind::Column && right.kind != Kind::Column) {
-    sql() += " COLLATE NOCASE";
-  }
+  if (isMadeText(left) && isMadeText(right)) sql() += " COLLATE NOCASE";
 }
 
 /// A side of a comparison with a number: text is read as one.
 void Writer::number(const Expression& side, const Expression& other) {
-  const bool reads = other.kind == Kind::Number && side.isText();
+  const bool reads = other.kind == Kind::Number && side.type != ValueType::Number;
   if (reads) sql() += "CAST(";
   expression(side);
   if (reads) sql() += " AS NUMERIC)";
@@ -344,13 +350,13 @@ void Writer::compareText(const Expression& side, std::string_view sign, const Ex
   if (side.kind == Kind::Column && !text.pinned && sign != "<>") {
     if (sign.front() != '<') {
       expression(side);
-      sql() += sign == ">" ? " > " : " >= ";
+      sql() += sign == ">" ? " COLLATE NOCASE > " : " COLLATE NOCASE >= ";
       literal(text, true);
       sql() += " AND ";
     }
     if (sign.front() != '>') {
       expression(side);
-      sql() += " < ";
+      sql() += " COLLATE NOCASE < ";
       literal(text, true);
       sql() += sign == "<" ? " AND " : " || '!' AND ";
     }

@@ -83,9 +83,12 @@ void Commands::cancel() {
 }
 
 void Commands::exit() {
-  if (mayGiveUp({.title = "خروج از سرفصل حسابها ", .text = " آيا از ثبت  حساب جديد منصرف شدهايد ؟ "},
-                {.title = "خروج از سرفصل حسابها", .text = " آيا از ثبت  تغييرات منصرف شدهايد ؟ "}))
-    screen_.close();
+  if (mayLeave()) screen_.close();
+}
+
+bool Commands::mayLeave() {
+  return mayGiveUp({.title = "خروج از سرفصل حسابها ", .text = " آيا از ثبت  حساب جديد منصرف شدهايد ؟ "},
+                   {.title = "خروج از سرفصل حسابها", .text = " آيا از ثبت  تغييرات منصرف شدهايد ؟ "});
 }
 
 bool Commands::mayGiveUp(const Question& ofNew, const Question& ofEdit) {

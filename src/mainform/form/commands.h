@@ -17,6 +17,8 @@ class Commands {
 
   /// Shows the commands that stand hidden otherwise, or hides them.
   void offerHidden(bool offer);
+  /// Whether the screen may be left: asked where something is being typed.
+  [[nodiscard]] bool mayLeave();
 
  private:
   struct Question {

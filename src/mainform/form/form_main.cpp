@@ -27,7 +27,7 @@ FormMain::FormMain(shell::Shell& shell)
     : MainScreen(shell),
       shell_(shell),
       rules_(*this, shell),
-      record_(*this, shell, [this] { rules_.classRule(); }),
+      record_(*this, shell, [this](std::int32_t classID) { return rules_.ruleOfClass(classID); }),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),
       saving_(*this, shell, record_, tree_),
@@ -40,7 +40,20 @@ FormMain::FormMain(shell::Shell& shell)
   Timer1.onTick = [this] { followRecord(*this); };
 }
 
+void FormMain::ClearShow() {
+  ui::Desktop& shownOn = desktop();
+  bool modal = false;
+  try {
+    shownOn.show(*this);
+  } catch (const ui::DesktopError& refusal) {
+    if (refusal.number() != ui::DesktopError::kNoModelessForms) throw;
+    modal = true;
+  }
+  if (modal) shownOn.showModal(*this);  // the form may be gone when it returns
+}
+
 void FormMain::load() {
+  loadedFrom_ = shell_.dtEn()->cnMainData.ConnectionString();
   shell_.chooseKeyboardLayout();
   nameViews();
   sltParent.setPickerConnection(shell_.context.gConnectionString);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "accounts/account_deletion.h"
 #include "accounts/account_saving.h"
@@ -23,8 +24,15 @@ class FormMain : public MainScreen {
   /// data::DataError where the database fails, and std::range_error for a setting past its range; the form is
   /// not to be shown then.
   void load();
+  /// Brings the form up as it stands: modeless, or modal where the desktop takes no modeless form; the form
+  /// may be gone when a modal showing returns. Throws ui::DesktopError for any other refusal.
+  void ClearShow();
   /// Shows one account, read-only; a blank record for an ID below 1. Throws data::DataError.
   void View(std::int32_t accountID) { record_.showAccount(accountID); }
+  /// Whether what is being typed may go: the person is asked where something is, as by cmdExit.
+  [[nodiscard]] bool mayLeave() { return commands_.mayLeave(); }
+  /// The connection text of the database whose chart was loaded.
+  [[nodiscard]] const std::string& loadedFrom() const { return loadedFrom_; }
   /// The own part that is proposed for the code of a new account below a parent, -1 for the top; see
   /// coding::CodeProposal.
   [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) { return rules_.proposedCode(parentID); }
@@ -47,6 +55,7 @@ class FormMain : public MainScreen {
   accounts::AccountSaving saving_;
   accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
+  std::string loadedFrom_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;
 };

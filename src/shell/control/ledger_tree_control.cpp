@@ -82,27 +82,34 @@ LedgerTreeControl::LedgerTreeControl(ControlSession& session)
 LedgerTreeControl::~LedgerTreeControl() = default;
 
 void LedgerTreeControl::ClearShow() {
+  if (!session_.makeWay(properties_->oleConnectionString, false)) return;
   takeIdentity();
   session_.shell().resetDataConnection();
   resolvePeriod();
   if (!session_.shell().permits(data::Permission::ShowChart)) return;
 
-  ui::Desktop& desktop = session_.shell().desktop();
   try {
-    desktop.show(session_.loadedForm());
-  } catch (const ui::DesktopError& refusal) {
-    if (refusal.number() == ui::DesktopError::kNoModelessForms) desktop.showModal(session_.loadedForm());
+    session_.loadedForm().ClearShow();
+  } catch (const ui::DesktopError&) {
+    // A desktop that refuses for another reason than the form's kind isn't told of: the host asks.
   } catch (const std::exception& failure) {
     // The host isn't told of a screen that didn't come up; the person is.
     session_.shell().reportFailure(failure);
   }
+  session_.dropUnshown();
 }
 
 void LedgerTreeControl::View(const PropertyValue& ID) {
+  if (!session_.makeWay(properties_->oleConnectionString, true)) return;
   takeIdentity();
   session_.shell().resetDataConnection();
   const std::int32_t accountID = toAccountID(ID);
-  session_.loadedForm().View(accountID);
+  try {
+    session_.loadedForm().View(accountID);
+  } catch (...) {
+    session_.dropUnshown();
+    throw;
+  }
   ui::Desktop& desktop = session_.shell().desktop();
   try {
     desktop.show(session_.loadedForm());
@@ -113,6 +120,7 @@ void LedgerTreeControl::View(const PropertyValue& ID) {
       session_.shell().reportFailure(failure);
     }
   }
+  session_.dropUnshown();
 }
 
 void LedgerTreeControl::takeIdentity() {

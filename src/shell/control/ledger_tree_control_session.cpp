@@ -2,9 +2,16 @@
 
 #include <stdexcept>
 
+#include "data/connection_text.h"
+
 namespace ledgertree {
 
 namespace {
+
+constexpr const char* kInTheMiddle =
+    "سرفصل حسابها در ميان کار ديگري است و پايگاه داده آن اکنون عوض نميشود. آن کار را به پايان برسانيد و "
+    "دوباره "
+    "تلاش نماييد.";
 
 std::unique_ptr<ControlSession>& processSession() {
   static std::unique_ptr<ControlSession> session;
@@ -38,8 +45,28 @@ mainform::FormMain& ControlSession::loadedForm() {
   return *form_;
 }
 
+bool ControlSession::makeWay(const std::string& connectionText, bool forAnotherRecord) {
+  if (!form_) return true;
+  const bool elsewhere = !data::sameDatabase(form_->loadedFrom(), connectionText);
+  if (!elsewhere && !forAnotherRecord) return true;
+  if (elsewhere) {
+    static_cast<void>(shell_.providers.open(connectionText));  // refuses a malformed text, and opens nothing
+    if (form_->inAct()) throw std::runtime_error(kInTheMiddle);
+  }
+  if (!form_->mayLeave()) return false;
+  if (elsewhere && form_) form_->close();
+  return true;
+}
+
+void ControlSession::dropUnshown() {
+  if (!form_) return;
+  cameUp_ = cameUp_ || form_->isShown();
+  if (!cameUp_) form_.reset();
+}
+
 void ControlSession::formClosed() {
   form_.reset();
+  cameUp_ = false;
   // Later, since the form closes in the middle of what a person does to it.
   desktop_->whenIdle([this] {
     if (onLeft && !form_) onLeft();

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "mainform/form/form_main.h"
 #include "shell/shell.h"
@@ -21,6 +22,13 @@ class ControlSession {
   static ControlSession& install(std::unique_ptr<ui::Desktop> desktop);
 
   [[nodiscard]] shell::Shell& shell() { return shell_; }
+  /// Ahead of a call that shows the form, with or without another record: asks the person where it would drop
+  /// what is being typed, and leaves a form that shows another database. False where the person stays;
+  /// nothing has changed then. Throws where the text is no connection text, and where the form is in the
+  /// middle of something in the other database.
+  [[nodiscard]] bool makeWay(const std::string& connectionText, bool forAnotherRecord);
+  /// Behind such a call: a form that never came up is gone.
+  void dropUnshown();
   /// The main form, loaded if it isn't. Throws what its load throws, and is not loaded then.
   [[nodiscard]] mainform::FormMain& loadedForm();
   /// Null while it isn't loaded.
@@ -34,6 +42,8 @@ class ControlSession {
   std::unique_ptr<ui::Desktop> desktop_;
   shell::Shell shell_;
   std::unique_ptr<mainform::FormMain> form_;
+  /// Whether the form was on the screen since its load; one that a host took off keeps what was typed.
+  bool cameUp_ = false;
 };
 
 }  // namespace ledgertree

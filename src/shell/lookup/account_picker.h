@@ -58,6 +58,9 @@ class AccountPicker : public ui::LookupField {
   void wishMore() override;
   void wishStop() override;
   void wishDetail() override;
+  [[nodiscard]] ui::LookupRow wishOne(const std::string& text, bool first) override {
+    return search().one(text, first);
+  }
   void heldByPerson() override { raise(onAccountChange); }
   LookupSearch& search();
   void readAgain();

@@ -40,6 +40,19 @@ ui::LookupRow lookupRow(const data::Rows& rows, std::size_t row) {
   return {.id = id == 0 ? -1 : id, .text = textAt(rows, row, "Name"), .code = textAt(rows, row, "Code")};
 }
 
+/// A row of which there should be no other.
+struct Single {
+  ui::LookupRow row;
+  int count = 0;
+  void meet(const ui::LookupRow& met) {
+    if (count++ == 0) row = met;
+  }
+  [[nodiscard]] ui::LookupRow get() const { return count == 1 ? row : ui::LookupRow(); }
+};
+
+/// What a text is compared by as a whole.
+std::string whole(std::string_view text) { return std::string(text::trimmed(text::fold(text))); }
+
 data::Rows rowsOf(data::Connection& connection, std::string_view top, std::string_view view,
                   const std::string& condition) {
   std::string statement = "Select ";
@@ -96,9 +109,43 @@ LookupAnswer LookupReader::answer(data::Connection& connection, const LookupQues
   return answer;
 }
 
+ui::LookupRow LookupReader::one(data::Connection& connection, LookupQuestion question, bool first,
+                                std::chrono::milliseconds patience) {
+  const auto end = std::chrono::steady_clock::now() + patience;
+  const auto late = [end] { return std::chrono::steady_clock::now() > end; };
+  question.cancelled = late;
+  const std::string wanted = whole(question.text);
+  question.text = std::string(text::trimmed(question.text));
+  Single ofCode;
+  Single ofText;
+  Single hit;
+  do {
+    LookupAnswer found;
+    try {
+      found = answer(connection, question);
+    } catch (const data::DataError& failure) {
+      if (failure.reason() != data::DataError::Reason::Cancelled) throw;
+      break;
+    }
+    for (const ui::LookupRow& row : found.hits) {
+      if (first) return row;
+      hit.meet(row);
+      if (whole(row.code) == wanted) ofCode.meet(row);
+      if (whole(row.text) == wanted) ofText.meet(row);
+    }
+    // The index gave all rows of that code.
+    if (question.codeFirst && ofCode.count == 1) break;
+    question.codeFirst = false;
+    question.first = std::move(found.first);
+    question.continuation = std::move(found.continuation);
+    if (question.continuation.empty() && ofCode.count + ofText.count == 0) return hit.get();
+  } while (!question.continuation.empty() && !late());
+  return ofCode.count > 0 ? ofCode.get() : ofText.get();
+}
+
 void LookupReader::findCodes(data::Connection& connection, const LookupQuestion& question,
                              LookupAnswer& answer) {
-  const std::string code(text::trimmed(text::fold(question.text)));
+  const std::string code = whole(question.text);
   if (code.empty() || text::characterCount(code) > kLongestCode || !text::isCleanText(code)) return;
   const data::Rows rows = rowsOf(connection, "top " + std::to_string(kCodesFirst), question.view,
                                  codeCondition(code) + " Order by Code");

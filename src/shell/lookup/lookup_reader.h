@@ -44,6 +44,10 @@ class LookupReader {
   [[nodiscard]] static std::string nameOf(data::Connection& connection, std::string_view view,
                                           std::int32_t id);
   [[nodiscard]] LookupAnswer answer(data::Connection& connection, const LookupQuestion& question);
+  /// The row that the text of a question can only mean, see ui::LookupField::wishOne. It asks on until that
+  /// is clear or `patience` has passed, and then only a whole code or text that it has met counts.
+  [[nodiscard]] ui::LookupRow one(data::Connection& connection, LookupQuestion question, bool first,
+                                  std::chrono::milliseconds patience);
 
  private:
   void learnColumns(const std::string& view, const data::Rows& rows);

@@ -12,12 +12,16 @@ namespace {
 
 /// How long a slice keeps the user-interface thread: below one frame of the screen.
 constexpr std::chrono::milliseconds kSlice{8};
+/// How long whoever leaves a field waits to hear what the text in it means.
+constexpr std::chrono::milliseconds kPatience{1000};
 
 ui::LookupRow unlisted(std::int32_t id) {
-  return {.id = id, .text = std::to_string(id) + " (در فهرست نيست)", .code = {}, .listed = false};
+  return {.id = id, .text = unlistedText(id), .code = {}, .listed = false};
 }
 
 }  // namespace
+
+std::string unlistedText(std::int32_t id) { return std::to_string(id) + " (در فهرست نيست)"; }
 
 std::string acceptedView(Shell& shell, std::string_view name) {
   if (name.empty()) return {};
@@ -93,6 +97,19 @@ std::string LookupSearch::nameIn(std::string_view view, std::int32_t id) {
   }
 }
 
+ui::LookupRow LookupSearch::one(std::string text, bool first) {
+  stop();
+  if (!ready()) return {};
+  try {
+    ui::LookupRow row = reader_.one(connection(), question(std::move(text)), first, kPatience);
+    told_.clear();
+    return row;
+  } catch (const std::exception& failure) {
+    failed(failure);
+  }
+  return {};
+}
+
 void LookupSearch::search(std::string text) {
   stop();
   run_ = std::make_shared<Run>();
@@ -127,15 +144,24 @@ void LookupSearch::schedule() {
   });
 }
 
-LookupQuestion LookupSearch::question(const Run& run) const {
+LookupQuestion LookupSearch::question(std::string text) const {
   return {.view = view_,
-          .codeFirst = codeFirst_ && !run.begun,
-          .text = run.text,
-          .continuation = run.continuation,
-          .first = run.first,
-          .limit = kPageRows - run.found,
+          .codeFirst = codeFirst_,
+          .text = std::move(text),
+          .continuation = {},
+          .first = {},
+          .limit = kPageRows,
           .slice = kSlice,
           .cancelled = {}};
+}
+
+LookupQuestion LookupSearch::question(const Run& run) const {
+  LookupQuestion next = question(run.text);
+  next.codeFirst = codeFirst_ && !run.begun;
+  next.continuation = run.continuation;
+  next.first = run.first;
+  next.limit = kPageRows - run.found;
+  return next;
 }
 
 void LookupSearch::advance(const std::shared_ptr<Run>& run) {

@@ -22,6 +22,9 @@ namespace ledgertree::shell {
 /// says more than a name. Names of views come from rows that anybody may have written.
 [[nodiscard]] std::string acceptedView(Shell& shell, std::string_view name);
 
+/// How an ID without a row is shown: its number, and that it isn't in the list.
+[[nodiscard]] std::string unlistedText(std::int32_t id);
+
 /// Finds the rows of a view for a selector or an account picker, over a connection of its own that opens at
 /// its first use.
 ///
@@ -65,6 +68,9 @@ class LookupSearch {
   /// The Name that another view has for an ID. Empty where there is none; its failures aren't told.
   [[nodiscard]] std::string nameIn(std::string_view view, std::int32_t id);
 
+  /// The row that a text can only mean, see ui::LookupField::wishOne: at once, in a second at most. It ends
+  /// the search.
+  [[nodiscard]] ui::LookupRow one(std::string text, bool first);
   /// Shows the rows that hold a text in their Name or Code; a blank one offers all.
   void search(std::string text);
   /// Shows the next rows of the search.
@@ -81,6 +87,8 @@ class LookupSearch {
   [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
   [[nodiscard]] data::Connection& connection();
   void schedule();
+  /// The first question of a text.
+  [[nodiscard]] LookupQuestion question(std::string text) const;
   [[nodiscard]] LookupQuestion question(const Run& run) const;
   void advance(const std::shared_ptr<Run>& run);
   void ask(const std::shared_ptr<Run>& run);

@@ -58,6 +58,9 @@ class Selector : public ui::LookupField {
   void wishMore() override { search_.more(); }
   void wishStop() override;
   void wishDetail() override;
+  [[nodiscard]] ui::LookupRow wishOne(const std::string& text, bool first) override {
+    return search_.one(text, first);
+  }
   void heldByPerson() override { raise(onSelectionChange); }
   void readAgain();
 

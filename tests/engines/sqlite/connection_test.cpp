@@ -275,9 +275,24 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
 }
 
 TEST_F(Commands, RowsFollowTheSchema) {
-  database.execute("alter table tblAccountGroup add column Colour");
-  EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
-  database.execute("alter table tblAccountGroup drop column Colour");
+  // What a column holds says whether a sign joins or adds, in a statement that is known as in a new one.
+  bool writesFirst = false;
+  const auto write = [&](const char* sum) {
+    connection.run("Update tblAccountGroup Set Colour = colour + Colour Where ID = 1");
+    EXPECT_EQ(database.text("select Colour from tblAccountGroup where ID = 1"), sum);
+    database.execute("update tblAccountGroup set Colour = 2");
+  };
+  for (const auto& [type, sum] : {std::pair("int", "4"), {"nvarchar(9)", "22"}, {"", "4"}, {"Text", "22"}}) {
+    database.execute("alter table tblAccountGroup add column Colour " + std::string(type) + ";" +
+                     "update tblAccountGroup set Colour = 2");
+    writesFirst = !writesFirst;
+    if (writesFirst) write(sum);
+    EXPECT_EQ(connection.run("Select g.Colour + Colour as x From TblAccountGroup g")->value(0, 0).toText(),
+              sum);
+    if (!writesFirst) write(sum);
+    EXPECT_TRUE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
+    database.execute("alter table tblAccountGroup drop column Colour");
+  }
   EXPECT_FALSE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
 }
 

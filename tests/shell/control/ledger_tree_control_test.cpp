@@ -138,6 +138,7 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
   desktop.refusal = 7;
   control.ClearShow();
   EXPECT_EQ(desktop.showings.size(), 1U);
+  EXPECT_EQ(session.form(), nullptr) << "what never came up is gone";
   desktop.inModal("FormMain", [](ui::Form&) {});
   control.View(std::int16_t{-1});
   EXPECT_EQ(desktop.showings.size(), 2U);
@@ -152,9 +153,75 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
   control.ClearShow();
   EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
   EXPECT_EQ(session.form(), nullptr);
-  EXPECT_THROW(control.View(std::int16_t{1}), data::DataError);
-  EXPECT_EQ(session.form(), nullptr);
+  for (const char* const failing : {"vwTarvoBasePath", "From vwAccount where"}) {
+    faults.failWhere(failing);
+    EXPECT_THROW(control.View(std::int16_t{1}), data::DataError);
+    EXPECT_EQ(session.form(), nullptr);
+  }
   EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
+}
+
+TEST_F(ControlStory, WhatIsTypedIsNeitherDroppedNorPutElsewhereUnasked) {
+  if (onServer()) GTEST_SKIP() << "it takes two databases";
+  const std::string here = database.connectionText();
+  TemporaryDatabase other;
+  other.fillWithDemoChart();
+  other.execute("update tblAccount set Title = 'ديگر'");
+  control.View(std::int16_t{5});
+  form().cmdEdit.click();
+  form().txtTitle.paste("نام تازه");
+  const auto gateway = shell.dtEn();
+  control.UserID(2);
+  const auto stays = [&] {
+    EXPECT_EQ(notices.take().size(), 1U);
+    EXPECT_EQ(form().txtTitle.text(), "نام تازه");
+    EXPECT_EQ(shell.dtEn(), gateway);
+    EXPECT_EQ(context().gUserID, 1);
+  };
+  control.View(std::int16_t{6});
+  stays();
+  control.OLEConnectionString(other.connectionText());
+  control.ClearShow();
+  stays();
+  control.OLEConnectionString("Provider=Nobody");
+  EXPECT_THROW(control.ClearShow(), std::runtime_error);
+  control.OLEConnectionString(other.connectionText());
+  notices.onShow = [&](const Notice&) {
+    notices.onShow = nullptr;
+    EXPECT_THROW(control.ClearShow(), std::runtime_error) << "it is in the middle of a question";
+  };
+  form().cmdCancel.click();
+  stays();
+
+  // The same database in other words drops nothing.
+  control.OLEConnectionString(";" + here + ";");
+  control.UserID(1);
+  control.ClearShow();
+  EXPECT_EQ(notices.taken(), "");
+  EXPECT_EQ(form().txtTitle.text(), "نام تازه");
+
+  // Another one behind the screen's back: nothing of the record goes there.
+  const std::int64_t before = other.number("select count(*) from tblAccount where Title = 'ديگر'");
+  shell.context.gConnectionString = other.connectionText();
+  shell.resetDataConnection();
+  form().cmdSave.click();
+  EXPECT_EQ(notices.take().size(), 1U);
+  form().formMode = mainform::FormMode::ModeView;
+  form().cmdDelete.setEnabled(true);
+  notices.answer(1);
+  form().cmdDelete.click();
+  EXPECT_TRUE(notices.taken().starts_with("خطا|حساب روي صفحه"));
+  notices.forget();
+  EXPECT_EQ(other.number("select count(*) from tblAccount where Title = 'ديگر'"), before);
+
+  form().formMode = mainform::FormMode::ModeEdit;
+  control.OLEConnectionString(other.connectionText());
+  notices.answer(1);
+  control.ClearShow();
+  EXPECT_EQ(notices.take().size(), 1U);
+  EXPECT_EQ(form().formMode, mainform::FormMode::ModeIdle);
+  const ui::Tree& tree = form().treeAccount;
+  EXPECT_TRUE(tree.text(tree.children(tree.roots().front()).front()).ends_with("ديگر"));
 }
 
 TEST_F(ControlStory, TheHostHearsWhenTheScreenWasLeftForGood) {

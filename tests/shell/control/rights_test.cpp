@@ -67,7 +67,9 @@ class RightsStory : public ControlHouse {
   }
   /// Tries a command with an account on the screen, and gives what is seen of it.
   std::string tryOut(const std::string& command) {
+    notices.answer(1);  // what the command before began to type may go
     control.View(std::int16_t{5});
+    notices.forget();
     desktop.showings.clear();
     desktop.poppedUp = nullptr;
     made.clear();

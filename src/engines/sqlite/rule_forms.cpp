@@ -1,0 +1,56 @@
+#include "engines/sqlite/rule_forms.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "text/characters.h"
+#include "tsql/conditions.h"
+
+namespace ledgertree::engines::sqlite {
+
+using tsql::Expression;
+using tsql::ExpressionPtr;
+using tsql::Select;
+using tsql::SelectCore;
+using Kind = Expression::Kind;
+
+bool isColumnOf(const Expression& expression, std::string_view source) {
+  return expression.kind == Kind::Column && text::equalsIgnoringCase(expression.qualifier, source);
+}
+
+bool isNumber(const Expression& expression) { return expression.type == tsql::ValueType::Number; }
+
+bool hasPlainItems(const SelectCore& core) {
+  return std::all_of(core.items.begin(), core.items.end(), [](const tsql::Item& item) {
+    return item.value->kind <= Kind::Text;  // a column, all of them, or a literal
+  });
+}
+
+bool asksForRows(const Select& exists) {
+  const SelectCore& core = exists.cores.front();
+  return exists.cores.size() == 1 && !core.top && !core.sources.empty() && hasPlainItems(core);
+}
+
+ExpressionPtr existsOf(SelectCore core) {
+  ExpressionPtr whole = tsql::makeExpression(Kind::Exists);
+  whole->select = std::make_unique<Select>();
+  whole->select->cores.push_back(std::move(core));
+  return whole;
+}
+
+std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source) {
+  std::vector<std::string_view> fixed;
+  for (const ExpressionPtr* const part : tsql::conjuncts(where)) {
+    if ((*part)->kind != Kind::Compare || (*part)->sign != "=") continue;
+    const Expression* column = (*part)->operands[0].get();
+    const Expression* value = (*part)->operands[1].get();
+    if (value->kind != Kind::Number) std::swap(column, value);
+    const bool isOwn = column->qualifier.empty() || text::equalsIgnoringCase(column->qualifier, source);
+    if (value->kind == Kind::Number && column->kind == Kind::Column && isOwn && isNumber(*column))
+      fixed.push_back(column->name);
+  }
+  return fixed;
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,140 @@
+#include "engines/sqlite/tables.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "engines/sqlite/errors.h"
+#include "text/characters.h"
+
+namespace ledgertree::engines::sqlite {
+
+using tsql::ValueType;
+namespace {
+
+/// More tables than these come from no statement that means it.
+constexpr std::size_t kMostTables = 256;
+
+constexpr const char* kColumns = "SELECT name, type, pk FROM pragma_table_xinfo(?1)";
+constexpr const char* kIndexes =
+    "SELECT l.seq, l.\"unique\", i.name FROM pragma_index_list(?1) l, "
+    "pragma_index_info(l.name) i WHERE NOT l.partial ORDER BY l.seq, i.seqno";
+
+std::string cell(sqlite3_stmt* row, int column) {
+  const unsigned char* const text = sqlite3_column_text(row, column);
+  return text == nullptr ? "" : reinterpret_cast<const char*>(text);
+}
+
+char small(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 0x20) : letter; }
+
+std::string inSmallLetters(std::string_view name) {
+  std::string result(name);
+  std::transform(result.begin(), result.end(), result.begin(), small);
+  return result;
+}
+
+/// The rules by which SQLite gives a column its affinity, and the other types whose values are numbers here.
+ValueType typeOfDeclared(std::string_view declared) {
+  const std::string type = inSmallLetters(declared);
+  const auto says = [&type](std::initializer_list<const char*> words) {
+    return std::any_of(words.begin(), words.end(),
+                       [&type](const char* word) { return type.find(word) != std::string::npos; });
+  };
+  if (says({"int"})) return ValueType::Number;
+  if (says({"char", "clob", "text"})) return ValueType::Text;
+  return says({"real", "floa", "doub", "num", "dec", "money", "bit", "date"}) ? ValueType::Number
+                                                                              : ValueType::Unknown;
+}
+
+bool isAmong(std::string_view name, const std::vector<std::string_view>& columns) {
+  return std::any_of(columns.begin(), columns.end(),
+                     [name](std::string_view column) { return text::equalsIgnoringCase(column, name); });
+}
+
+}  // namespace
+
+std::optional<ValueType> Tables::typeOf(std::string_view name, std::string_view column) {
+  const Table& known = table(name);
+  const auto found = std::find_if(known.columns.begin(), known.columns.end(), [column](const Column& one) {
+    return text::equalsIgnoringCase(one.name, column);
+  });
+  return found == known.columns.end() ? std::nullopt : std::optional(found->type);
+}
+
+bool Tables::isKey(std::string_view name, const std::vector<std::string_view>& columns) {
+  const auto& indexes = table(name).indexes;
+  return std::any_of(indexes.begin(), indexes.end(), [&columns](const Index& index) {
+    return index.isUnique && std::all_of(index.columns.begin(), index.columns.end(),
+                                         [&](const std::string& one) { return isAmong(one, columns); });
+  });
+}
+
+bool Tables::isLookUp(std::string_view name, std::string_view column,
+                      const std::vector<std::string_view>& fixed) {
+  const auto& indexes = table(name).indexes;
+  return std::any_of(indexes.begin(), indexes.end(), [&](const Index& index) {
+    const auto other = std::find_if(index.columns.begin(), index.columns.end(),
+                                    [&](const std::string& one) { return !isAmong(one, fixed); });
+    return std::any_of(index.columns.begin(), other == index.columns.end() ? other : other + 1,
+                       [&](const std::string& one) { return text::equalsIgnoringCase(one, column); });
+  });
+}
+
+bool Tables::renew() {
+  if (!probe_) probe_ = prepare("SELECT 1 FROM sqlite_schema LIMIT 1", {});
+  step(probe_);
+  sqlite3_reset(probe_.get());
+  // A step finds the schema changed, and has the statement prepared again.
+  const int preparations = sqlite3_stmt_status(probe_.get(), SQLITE_STMTSTATUS_REPREPARE, 1);
+  if (preparations != 0) tables_.clear();
+  return preparations != 0;
+}
+
+const Tables::Table& Tables::table(std::string_view name) {
+  std::string key = inSmallLetters(name);
+  const auto known = tables_.find(key);
+  if (known != tables_.end()) return known->second;
+  if (tables_.size() == kMostTables) tables_.clear();
+  Table found = read(key);
+  return tables_.emplace(std::move(key), std::move(found)).first->second;
+}
+
+Tables::Table Tables::read(const std::string& name) {
+  Table found;
+  std::vector<std::string> key;
+  for (const Query columns = prepare(kColumns, name); step(columns);) {
+    found.columns.push_back({cell(columns.get(), 0), typeOfDeclared(cell(columns.get(), 1))});
+    if (sqlite3_column_int(columns.get(), 2) != 0) key.push_back(found.columns.back().name);
+  }
+  // A key of one column may have no index beside the table itself; a longer one always has.
+  if (key.size() == 1) found.indexes.push_back({std::move(key), true});
+  int last = -1;
+  for (const Query indexes = prepare(kIndexes, name); step(indexes);) {
+    const int index = sqlite3_column_int(indexes.get(), 0);
+    if (index != last) found.indexes.push_back({{}, sqlite3_column_int(indexes.get(), 1) != 0});
+    last = index;
+    found.indexes.back().columns.push_back(cell(indexes.get(), 2));
+  }
+  return found;
+}
+
+Tables::Query Tables::prepare(const char* sql, std::string_view name) {
+  sqlite3_stmt* prepared = nullptr;
+  const int result = sqlite3_prepare_v2(database_, sql, -1, &prepared, nullptr);
+  Query query(prepared);
+  if (result != SQLITE_OK) throw lastError(database_, sql);
+  sqlite3_bind_text64(prepared, 1, name.data(), name.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+  return query;
+}
+
+/// Goes to the next row; false behind the last. What SQLite can't read, as a view on a table that is gone,
+/// has no column: the statement that names it fails by itself, and says why.
+bool Tables::step(const Query& query) {
+  const int result = sqlite3_step(query.get());
+  if (result == SQLITE_ROW) return true;
+  if (result == SQLITE_DONE || result == SQLITE_ERROR) return false;
+  const data::DataError failure = lastError(database_, sqlite3_sql(query.get()));
+  sqlite3_reset(query.get());
+  throw failure;
+}
+
+}  // namespace ledgertree::engines::sqlite

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tsql/value_types.h"
+
+namespace ledgertree::engines::sqlite {
+
+/// What SQLite's own schema says of the tables and views of a database. Each is read at the first question
+/// about it and kept until renew() finds another schema. Every question throws data::DataError where the file
+/// can't be read.
+class Tables final : public tsql::Columns {
+ public:
+  explicit Tables(sqlite3* database) : database_(database) {}
+
+  /// By the declared type, which a view takes over from its tables. Unknown where none is declared, as of a
+  /// view's column that is reckoned, or where the type says neither.
+  [[nodiscard]] std::optional<tsql::ValueType> typeOf(std::string_view table,
+                                                      std::string_view column) override;
+  /// Whether no two rows of a table have the same values in all of some columns. Never of a view.
+  [[nodiscard]] bool isKey(std::string_view table, const std::vector<std::string_view>& columns);
+  /// Whether an index finds the rows of one value in a column, where each of the columns `fixed` has one
+  /// value too. Never of a view.
+  [[nodiscard]] bool isLookUp(std::string_view table, std::string_view column,
+                              const std::vector<std::string_view>& fixed);
+
+  /// Forgets what it has read where the schema has changed since it was last called; true then.
+  bool renew();
+
+ private:
+  struct Column {
+    std::string name;
+    tsql::ValueType type;
+  };
+  struct Index {
+    std::vector<std::string> columns;  ///< none for an expression and what is behind it
+    bool isUnique = false;             ///< over all rows; null is no value
+  };
+  struct Table {
+    std::vector<Column> columns;
+    std::vector<Index> indexes;
+  };
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+  };
+  using Query = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+  const Table& table(std::string_view name);
+  Table read(const std::string& name);
+  Query prepare(const char* sql, std::string_view name);
+  bool step(const Query& query);
+
+  sqlite3* database_;
+  std::map<std::string, Table> tables_;  ///< by names in small letters
+  Query probe_;
+};
+
+}  // namespace ledgertree::engines::sqlite
