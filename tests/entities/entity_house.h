@@ -9,7 +9,7 @@
 #include "data/data_error.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
-#include "support/form_walk.h"
+#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -157,7 +157,7 @@ class EntityHouse : public WatchedHouse {
     return form.treeObjects.find("N" + std::to_string(object));
   }
 
-  FormWalk person{desktop, notices, faults};
+  ScreenWalk person{desktop, notices, faults};
 };
 
 }  // namespace ledgertree::testing

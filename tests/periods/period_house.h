@@ -8,7 +8,7 @@
 #include "data/data_error.h"
 #include "periods/period_screens.h"
 #include "shell/lookup/selector.h"
-#include "support/form_walk.h"
+#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -84,7 +84,7 @@ class PeriodHouse : public WatchedHouse {
         [&] { return moves(); });
   }
 
-  FormWalk person{desktop, notices, faults};
+  ScreenWalk person{desktop, notices, faults};
   periods::PeriodScreens screens{shell};
 };
 

@@ -1,4 +1,4 @@
-#include "support/form_walk.h"
+#include "support/screen_walk.h"
 
 #include <gtest/gtest.h>
 
@@ -101,7 +101,7 @@ class Hand : public ui::ControlVisitor {
 
 }  // namespace
 
-FormWalk::FormWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& faults)
+ScreenWalk::ScreenWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& faults)
     : acts{{"pass", [&desktop](auto&) { desktop.tick(); }},
            {"frame", [&desktop](auto&) { desktop.shownForms.back()->closeByPerson(); }},
            {"fail", [&faults](auto& text) { faults.failWhere(text); }},
@@ -115,8 +115,8 @@ FormWalk::FormWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& f
     };
 }
 
-void FormWalk::go(const std::string& file, const std::string& section,
-                  const std::function<std::string()>& seen, const std::function<std::string()>& told) {
+void ScreenWalk::go(const std::string& file, const std::string& section,
+                    const std::function<std::string()>& seen, const std::function<std::string()>& told) {
   EXPECT_EQ(notices_.taken(), "") << "ahead of " << section;
   walk(
       file, section, [this](const std::string& step) { act(step); },
@@ -124,7 +124,7 @@ void FormWalk::go(const std::string& file, const std::string& section,
       [&] { return this->told(told()); });
 }
 
-void FormWalk::act(const std::string& step) {
+void ScreenWalk::act(const std::string& step) {
   const auto [first, about] = cut(step);
   if (const auto known = acts.find(first); known != acts.end()) return known->second(about);
   if (desktop_.shownForms.empty()) throw std::logic_error("no form is shown for " + step);
@@ -138,7 +138,7 @@ void FormWalk::act(const std::string& step) {
   if (!form.press(chordOf(step))) unused_ = "unused ";
 }
 
-std::string FormWalk::told(const std::string& ofStory) {
+std::string ScreenWalk::told(const std::string& ofStory) {
   std::string text = std::exchange(unused_, {});
   for (const Notice& notice : notices_.take()) text += notice.title + "<" + notice.message + "> ";
   if (const int came = desktop_.hourglasses - std::exchange(hourglasses_, desktop_.hourglasses); came > 0)
