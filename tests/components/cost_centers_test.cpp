@@ -8,6 +8,7 @@
 #include "support/faulty_connection.h"
 #include "support/given.h"
 #include "support/screen_walk.h"
+#include "support/test_house.h"
 #include "support/text_table.h"
 
 namespace ledgertree::testing {
@@ -47,7 +48,7 @@ class CostCentersStory : public TestHouse {
         [this] {
           const std::string now =
               database.rows("select Code, Name from tblAccCostCenter order by Code, Name");
-          return now == std::exchange(stored, now) ? "" : "stored: " + now;
+          return now == std::exchange(stored, now) ? "" : "stored <" + now + ">";
         });
   }
 
