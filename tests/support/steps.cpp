@@ -24,6 +24,8 @@ std::pair<std::string, std::string> cut(const std::string& step) {
 }  // namespace
 
 ui::KeyChord chordOf(const std::string& name) {
+  if (name.starts_with("Ctrl+"))
+    return {.ctrl = true, .shift = name.starts_with("Ctrl+Shift+"), .letter = name.back()};
   constexpr int kKeys = static_cast<int>(ui::Key::F12) + 1;
   for (int place = 0; place < 2 * kKeys; ++place) {
     const ui::KeyChord chord{.shift = place >= kKeys, .key = static_cast<ui::Key>(place % kKeys)};
