@@ -88,7 +88,9 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
       ids("select ID from vwHost where ID > 7 and Address < 9 or Made = 'ABC' and More = 9.5 order by ID"),
       (std::vector<std::int64_t>{8, 9}));
   EXPECT_EQ(
-      ids("select a.ID from vwHost a, vwHost b where a.Made = b.Made and b.ID = 9 order by a.Made, a.ID"),
+      ids("select a.ID from vwHost a, vwHost b where a.Made = b.Made and b.ID = 9 and a.Made in (b.Made) and "
+          "left(a.Made, 1) in (select left(h.Made, 1) from vwHost h where h.ID = 9) and left(a.Made, 1) "
+          "between left(b.Made, 1) and b.Made order by a.Made, a.ID"),
       (std::vector<std::int64_t>{8, 9}));
 }
 
