@@ -9,6 +9,7 @@
 #include "data/numbers.h"
 #include "entities/rel_objects.h"
 #include "shell/lookup/all_chosen.h"
+#include "shell/lookup/lookup_search.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::entities {
@@ -187,14 +188,29 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
   lstClasses.clearItems();
   rows_.clear();
   left_.clear();
-  const data::OpenRows classes(gateway->rssqlAccCostCenter,
-                               "Select ID, isnull(Code,'') + '_' +  Name as Name,Sequence from "
-                               "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
-                                   std::to_string(accountID) + " Order by Sequence");
-  for (; !classes->Eof(); classes->MoveNext()) {
-    rows_.emplace_back(classes->Fields("Sequence").toText());
-    lstClasses.addItem(itemText(*rows_.back(), classes->Fields("Name").toText()),
-                       classes->Fields("ID").toInt32());
+  const auto addLine = [this](const std::string& level, const std::string& name, std::int32_t classID) {
+    rows_.emplace_back(level);
+    lstClasses.addItem(itemText(level, name), classID);
+  };
+  {
+    const data::OpenRows classes(
+        gateway->rssqlAccCostCenter,
+        "Select ID, isnull(Code,'') + '_' +  Name as Name,Sequence from "
+        "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
+            std::to_string(accountID) + " Order by Sequence");
+    for (; !classes->Eof(); classes->MoveNext())
+      addLine(classes->Fields("Sequence").toText(), classes->Fields("Name").toText(),
+              classes->Fields("ID").toInt32());
+  }
+  // A class that is gone has its line too: what no line shows leaves the account with the next save.
+  const data::OpenRows gone(
+      gateway->rssqlAccCostCenter,
+      "Select ClassID,Sequence from tblAccountRelatedClasses Where AccountID=" + std::to_string(accountID) +
+          " and not exists(Select x.* from tblAccountClass x Where "
+          "x.ID=tblAccountRelatedClasses.ClassID) Order by Sequence");
+  for (; !gone->Eof(); gone->MoveNext()) {
+    const std::int32_t classID = gone->Fields("ClassID").toInt32();
+    addLine(gone->Fields("Sequence").toText(), shell::unlistedText(classID), classID);
   }
 }
 

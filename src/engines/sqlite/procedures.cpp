@@ -25,7 +25,7 @@ std::string parameter(int place) { return "?" + std::to_string(place); }
 
 /// How a procedure stores a field that it takes as its parameter at a place.
 std::string stored(const data::AccountField& field, int place) {
-  const std::string value = parameter(place);
+  std::string value = parameter(place);
   if (field.noneIsNull) return "case when " + value + " > 0 then " + value + " end";
   if (field.type() == data::ParameterType::DateTime)
     return "ifnull(" + value + ", datetime('now', 'localtime'))";

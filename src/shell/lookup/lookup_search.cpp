@@ -16,10 +16,12 @@ constexpr std::chrono::milliseconds kSlice{8};
 constexpr std::chrono::milliseconds kPatience{1000};
 
 ui::LookupRow unlisted(std::int32_t id) {
-  return {.id = id, .text = std::to_string(id) + " (در فهرست نيست)", .code = {}, .listed = false};
+  return {.id = id, .text = unlistedText(id), .code = {}, .listed = false};
 }
 
 }  // namespace
+
+std::string unlistedText(std::int32_t id) { return std::to_string(id) + " (در فهرست نيست)"; }
 
 std::string acceptedView(Shell& shell, std::string_view name) {
   if (name.empty()) return {};

@@ -22,6 +22,9 @@ namespace ledgertree::shell {
 /// says more than a name. Names of views come from rows that anybody may have written.
 [[nodiscard]] std::string acceptedView(Shell& shell, std::string_view name);
 
+/// How an ID without a row is shown: its number, and that it isn't in the list.
+[[nodiscard]] std::string unlistedText(std::int32_t id);
+
 /// Finds the rows of a view for a selector or an account picker, over a connection of its own that opens at
 /// its first use.
 ///

@@ -22,6 +22,7 @@ class ViewSearch : public ::testing::Test {
         "begin; insert into tblAccountBranch (ID, Code, Name) with recursive n(i) as (select 1 union all "
         "select i + 1 from n where i < 20000) select i, case when i > 900 then substr('aAbB', 1 + i % 4, 1) "
         "|| i / 40 end, case when i % 1000 = 7 then 'شعبه كرماني ' else 'دفتر ' end || i from n; commit;"
+        "create view vwShares as select ID, ID / 3 * 0.5 as Code, Name from tblAccountBranch where ID < 40;"
         "create view vwPlain as select ID, Code || '' as Code, Name || '' as Name from tblAccountBranch");
   }
 
@@ -82,6 +83,11 @@ TEST_F(ViewSearch, PagesAndSlicesGiveEveryRowOnce) {
 }
 
 TEST_F(ViewSearch, TheOrderIsThatOfTheFirstColumn) {
+  std::set<std::int64_t> shares;
+  data::SearchRequest inPairs = requestFor("vwShares", "");
+  inPairs.limit = 2;
+  EXPECT_EQ(readAll(inPairs, shares), 20);
+  EXPECT_EQ(shares.size(), 39U) << "numbers with fractions are told apart";
   data::SearchRequest request = requestFor("vwAccountBranchMajor", "");
   request.columns = {"Name", "Code"};
   request.limit = 3;
