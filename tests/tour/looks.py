@@ -45,6 +45,8 @@ def look(host, folder, name):
             until("the next control", lambda: desk.focused() not in (None, here))
         assert len(seen) > 20
         desk.picture(f"{name}-record")
+        desk.key("Escape")
+        desk.answer("انصراف از ثبت تغييرات حساب ", "بلي")
         desk.choose("ابزار", "همسانسازي كدينگ و ماهيت و نوع حسابها...", "F10")
         desk.window("اعمال كدينگ خودكار، همسان سازي كدينگ و ماهيت و نوع حساب")
         desk.picture(f"{name}-recode")
