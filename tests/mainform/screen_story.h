@@ -1,11 +1,15 @@
 #pragma once
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "mainform/form/form_main.h"
 #include "support/faulty_connection.h"
+#include "support/screen_walk.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -57,13 +61,14 @@ class MainScreenHouse : public TestHouse {
   }
   void answer(bool yes) { notices.answer(yes ? 1 : 0); }
 
-  /// The record as the person reads it, a line for each field that holds something; today is nothing in
-  /// datCreate. A radio group is the number that a save would write, and the button that is on.
-  [[nodiscard]] std::string record() const {
+  using Fields = std::vector<std::pair<std::string, std::string>>;
+  /// The record as the person reads it, each field that holds something; today is nothing in datCreate. A
+  /// radio group is the number that a save would write, and the button that is on.
+  [[nodiscard]] Fields fields() const {
     const mainform::FormMain& f = *form;
-    std::string text;
-    const auto line = [&text](const std::string& name, const std::string& value) {
-      if (!value.empty()) text.append(name).append("=").append(value).append("\n");
+    Fields all;
+    const auto line = [&all](const std::string& name, const std::string& value) {
+      if (!value.empty()) all.emplace_back(name, value);
     };
     for (const ui::TextField* field : {&f.txtID, &f.txtMotherCode}) line(field->name(), field->text());
     for (const mainform::TypedField& field : mainform::typedFields())
@@ -85,6 +90,12 @@ class MainScreenHouse : public TestHouse {
     radios(f.NatureValue, {&f.optDebit, &f.OptCredit, &f.OptDebitAndCredit});
     radios(f.PermanentValue, {&f.OptReg, &f.OptNotReg});
     radios(f.ClosedValue, {&f.OptOpen, &f.OptClose});
+    return all;
+  }
+  /// The same, a line for each.
+  [[nodiscard]] std::string record() const {
+    std::string text;
+    for (const auto& [name, value] : fields()) text.append(name).append("=").append(value).append("\n");
     return text;
   }
   /// The labels in the tree, each open level one blank further in; those marked with "+" have more below
@@ -128,6 +139,44 @@ class ScreenStory : public MainScreenHouse {
   }
 
   void clickInTree(const std::string& key) { form->treeAccount.click(form->treeAccount.find(key)); }
+
+  /// A section of mainform/steps.txt, in which "start", "view 2" and "sql" and a statement are steps too.
+  /// Seen is what changed on the screen: the fields, the commands in reach, the mode, the highlighted
+  /// account and the focus.
+  void walk(const std::string& section) {
+    ScreenWalk person(desktop, notices, faults);
+    person.acts["start"] = [this](auto&) { start(); };
+    person.acts["view"] = [this](auto& account) { form->View(std::stoi(account)); };
+    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
+    person.go("mainform/steps.txt", section, [this] { return changed(); });
+  }
+
+ private:
+  [[nodiscard]] std::string changed() {
+    std::map<std::string, std::string> now;
+    for (const auto& [name, value] : fields()) now[name] = value;
+    for (const ui::PushButton* command : {&form->cmdNew, &form->cmdEdit, &form->cmdDelete, &form->cmdSave,
+                                          &form->cmdCancel, &form->cmdAutoCode})
+      if (command->withinReach()) now["in reach"] += command->name().substr(3);
+    for (const ui::MenuEntry* entry : {&form->mnuFonc1, &form->mnuFonc2, &form->mnuFonc4})
+      if (entry->enabled()) now["in reach"] += entry->name().back();
+    if (form->sltParent.IsActive()) now["in reach"] += " Parent";
+    const ui::Tree& tree = form->treeAccount;
+    now["tree"] = (tree.selected() == ui::kNoNode ? "" : tree.key(tree.selected())) +
+                  (tree.enabled() ? "" : " out of reach");
+    now["mode"] = std::vector{"view", "edit", "new", "idle"}[static_cast<std::size_t>(form->formMode)];
+    if (form->focused() != nullptr) now["focus"] = form->focused()->name();
+    std::string text;
+    for (const auto& [name, value] : now)
+      if (!seen_.contains(name) || seen_[name] != value) text += name + "=" + value + "; ";
+    for (const auto& [name, value] : seen_)
+      if (!now.contains(name)) text += "no " + name + "; ";
+    seen_ = std::move(now);
+    std::replace(text.begin(), text.end(), '\n', '/');
+    return text;
+  }
+
+  std::map<std::string, std::string> seen_;
 };
 
 }  // namespace ledgertree::testing

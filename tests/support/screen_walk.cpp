@@ -21,13 +21,8 @@ namespace ledgertree::testing {
 
 namespace {
 
-/// The first word of a step, and what stands behind it.
-std::pair<std::string, std::string> cut(const std::string& step) {
-  const std::size_t end = std::min(step.find(' '), step.size());
-  return {step.substr(0, end), step.substr(std::min(end + 1, step.size()))};
-}
-
 std::optional<ui::KeyChord> keyCalled(const std::string& name) {
+  if (name.empty()) return std::nullopt;
   try {
     return chordOf(name);
   } catch (const std::invalid_argument&) {

@@ -10,9 +10,7 @@
 #include "ui/buttons.h"
 
 namespace ledgertree::testing {
-namespace {
 
-/// What a step begins with, and the rest; blanks at the ends of that stand between apostrophes.
 std::pair<std::string, std::string> cut(const std::string& step) {
   const std::size_t end = std::min(step.find(' '), step.size());
   std::string about = step.substr(std::min(end + 1, step.size()));
@@ -20,8 +18,6 @@ std::pair<std::string, std::string> cut(const std::string& step) {
     about = about.substr(1, about.size() - 2);
   return {step.substr(0, end), about};
 }
-
-}  // namespace
 
 ui::KeyChord chordOf(const std::string& name) {
   if (name.starts_with("Ctrl+"))

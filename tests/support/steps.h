@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <utility>
 
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
@@ -14,6 +15,9 @@ namespace ledgertree::testing {
 
 /// A key by the name that a tooltip has for it. Throws std::invalid_argument where no key is called so.
 [[nodiscard]] ui::KeyChord chordOf(const std::string& name);
+
+/// What a step begins with, and the rest; blanks at the ends of that stand between apostrophes.
+[[nodiscard]] std::pair<std::string, std::string> cut(const std::string& step);
 
 /// Goes through a section of a text file below tests/, a step a line: what a person does | what is seen then
 /// | what was told meanwhile; nothing where a cell is missing. `told` gives what was told since it was last
