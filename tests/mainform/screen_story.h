@@ -142,7 +142,8 @@ class ScreenStory : public MainScreenHouse {
 
   /// A section of mainform/steps.txt, in which "start", "view 2" and "sql" and a statement are steps too.
   /// Seen is what changed on the screen: the fields, the commands in reach, the mode, the highlighted
-  /// account and the focus.
+  /// account and the focus, the menu that came up last, the marks in the menus, the tree's height, and the
+  /// first account below account 1.
   void walk(const std::string& section) {
     ScreenWalk person(desktop, notices, faults);
     person.acts["start"] = [this](auto&) { start(); };
@@ -166,6 +167,13 @@ class ScreenStory : public MainScreenHouse {
                   (tree.enabled() ? "" : " out of reach");
     now["mode"] = std::vector{"view", "edit", "new", "idle"}[static_cast<std::size_t>(form->formMode)];
     if (form->focused() != nullptr) now["focus"] = form->focused()->name();
+    if (desktop.poppedUp != nullptr) now["menu"] = desktop.poppedUp->name();
+    for (const ui::MenuEntry* entry :
+         {&form->mnuView1, &form->mnuView2, &form->mnuViewCode, &form->mnuViewCodeComplete})
+      if (entry->checked()) now["marks"] += entry->name().substr(3);
+    now["height"] = std::to_string(tree.bounds().height);
+    if (const ui::NodeId assets = tree.find("-1:1"); assets != ui::kNoNode && tree.expanded(assets))
+      now["first"] = tree.text(tree.children(assets).front());
     std::string text;
     for (const auto& [name, value] : now)
       if (!seen_.contains(name) || seen_[name] != value) text += name + "=" + value + "; ";
