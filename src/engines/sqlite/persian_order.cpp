@@ -34,13 +34,22 @@ int compare(void* collator, int leftSize, const void* left, int rightSize, const
       {static_cast<const char*>(left), leftSize}, {static_cast<const char*>(right), rightSize}, status);
 }
 
+/// One serves all connections, on any thread: it only compares.
+icu::Collator* persianCollator() {
+  static const std::unique_ptr<icu::Collator> collator = makePersianCollator();
+  return collator.get();
+}
+
 }  // namespace
 
+bool isSameName(std::string_view a, std::string_view b) {
+  return compare(persianCollator(), static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()),
+                 b.data()) == 0;
+}
+
 void addPersianOrder(sqlite3* database) {
-  // One serves all connections, on any thread: it only compares.
-  static const std::unique_ptr<icu::Collator> collator = makePersianCollator();
-  const int result = sqlite3_create_collation_v2(database, kPersianOrder.data(), SQLITE_UTF8, collator.get(),
-                                                 compare, nullptr);
+  const int result = sqlite3_create_collation_v2(database, kPersianOrder.data(), SQLITE_UTF8,
+                                                 persianCollator(), compare, nullptr);
   if (result != SQLITE_OK) throw lastError(database, kPersianOrder);
 }
 

@@ -17,4 +17,7 @@ inline constexpr std::string_view kPersianOrder = "persian_order";
 /// where ICU lacks what it takes.
 void addPersianOrder(sqlite3* database);
 
+/// Whether that collation has two names in the same place.
+[[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
+
 }  // namespace ledgertree::engines::sqlite
