@@ -12,6 +12,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/dialect.h"
+#include "engines/sqlite/persian_order.h"
 #include "engines/sqlite/plans.h"
 #include "engines/sqlite/sum.h"
 #include "tsql/parser.h"
@@ -26,6 +27,7 @@ class DialectCheck {
   DialectCheck() : database_(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE) {
     sqlite3_db_config(database_.getHandle(), SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     engines::sqlite::addSumFunction(database_.getHandle());
+    engines::sqlite::addPersianOrder(database_.getHandle());
     db::openSchema(database_);
     database_.exec(
         "insert into tblAccount (ID, ParentID, Code, Title) values (1, null, '1', 'Cash'), (2, 1, '101', "

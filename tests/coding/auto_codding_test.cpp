@@ -1,11 +1,9 @@
 #include "coding/recoding/auto_codding.h"
 
-#include <chrono>
-#include <thread>
+#include <algorithm>
 
 #include "batch/bulk_house.h"
 #include "coding/recoding/code_counter.h"
-#include "shell/work_progress.h"
 #include "support/steps.h"
 
 namespace ledgertree::testing {
@@ -159,26 +157,11 @@ TEST_F(AutoCodding, StaysOutOfReachWhileAnAccountIsTyped) {
 TEST_F(AutoCodding, LongWorkIsSeenAndTakesNoSecondCall) {
   recode([&](frmAutoCodding& screen) {
     go(screen, "ready to number");
-    faults.onCommand = [](const std::string& command) {
-      if (command.find("Set Code") != std::string::npos)
-        std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
-    };
-    std::string seen;
-    desktop.onRepaint = [&] {
-      seen += screen.progressBar.text() + (screen.progressBar.shown() ? "; " : " hidden; ");
-      screen.cmdAutoCodding.click();
-      screen.cmdCancel.click();
-    };
-    EXPECT_FALSE(screen.progressBar.visible());
-    answer(1);
-    screen.cmdAutoCodding.click();
-    EXPECT_EQ(seen, "1 از 2; 2 از 2; ");
+    EXPECT_EQ(longWork(screen, screen.cmdAutoCodding, "Set Code", [&] { screen.cmdCancel.click(); }),
+              "1 از 2; 2 از 2; ");
     EXPECT_EQ(notices.taken(), kNoWayBack);
     EXPECT_EQ(accounts(), "3.Code=1111 4.Code=1112");
-    desktop.onRepaint = nullptr;
-    faults.onCommand = nullptr;
     EXPECT_FALSE(screen.isShown()) << "it was left in the middle, and went at the end";
-    EXPECT_FALSE(screen.progressBar.visible());
   });
 }
 

@@ -28,11 +28,13 @@ class ScreenWalk {
       const std::string& file, const std::string& section, const std::function<std::string()>& seen,
       const std::function<std::string()>& told = [] { return std::string(); });
 
+  /// One step alone.
+  void act(const std::string& step);
+
   /// What a step begins with, where the story adds something.
   std::map<std::string, Act> acts;
 
  private:
-  void act(const std::string& step);
   [[nodiscard]] std::string told(const std::string& ofStory);
 
   ScriptedDesktop& desktop_;

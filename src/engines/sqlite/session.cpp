@@ -9,6 +9,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/persian_order.h"
 #include "engines/sqlite/sum.h"
 
 namespace ledgertree::engines::sqlite {
@@ -131,6 +132,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
   Watch::Command command(watch_, deadline);
   watch_.attach(handle());
   addSumFunction(handle());
+  addPersianOrder(handle());
   while (true) {
     try {
       mistrust(database_);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engines/sqlite/persian_order.h"
 #include "text/characters.h"
 
 namespace ledgertree::engines::sqlite {
@@ -15,6 +16,7 @@ using tsql::Select;
 using tsql::SelectCore;
 using tsql::Source;
 using tsql::Statement;
+using tsql::ValueType;
 namespace {
 
 using Kind = Expression::Kind;
@@ -27,6 +29,22 @@ const Expression& ordered(const Expression& value, const Select& select) {
   });
   const bool isName = value.kind == Kind::Column && value.qualifier.empty();
   return isName && named != items.end() ? *named->value : value;
+}
+
+/// Whether a value is a code or made of one. It keeps the order of its characters, in which codes that begin
+/// alike stand together and an index has them; every other text is taken for a name.
+bool isCode(const Expression& value) {
+  if (value.select) return isCode(*value.select->cores.front().items.front().value);
+  const bool isColumn = value.kind == Kind::Column && text::equalsIgnoringCase(value.name, "Code");
+  return isColumn || std::any_of(value.operands.begin(), value.operands.end(),
+                                 [](const ExpressionPtr& operand) { return isCode(*operand); });
+}
+
+/// How an order compares a value; empty for as it is stored.
+std::string_view collationOf(const Expression& value) {
+  if (value.type == ValueType::Number) return {};
+  if (!isCode(value)) return kPersianOrder;
+  return isMadeText(value) ? "NOCASE" : std::string_view();
 }
 
 }  // namespace
@@ -143,7 +161,8 @@ void Writer::order(const Select& select) {
   sql() += " ORDER BY ";
   list(select.order, [this, &select](const OrderTerm& term) {
     expression(*term.value);
-    if (isMadeText(ordered(*term.value, select))) sql() += " COLLATE NOCASE";
+    const std::string_view collation = collationOf(ordered(*term.value, select));
+    if (!collation.empty()) sql().append(" COLLATE ").append(collation);
     if (term.descending) sql() += " DESC";
   });
 }

@@ -10,6 +10,10 @@
 
 namespace ledgertree::engines::sqlite {
 
+/// Whether a comparison by this value needs to be told that letter case doesn't count: the columns of tables
+/// know by themselves, what is made of them doesn't.
+[[nodiscard]] bool isMadeText(const tsql::Expression& value);
+
 /// Writes one statement in SQLite's dialect.
 class Writer {
  public:
@@ -26,9 +30,6 @@ class Writer {
   void order(const tsql::Select& select);
   void where(const tsql::ExpressionPtr& where);
 
-  /// Whether a comparison by this value needs to be told that letter case doesn't count: the columns of
-  /// tables know by themselves, what is made of them doesn't.
-  [[nodiscard]] static bool isMadeText(const tsql::Expression& value);
   void expression(const tsql::Expression& expression);
   /// The only operand of an expression, or its first, between two texts.
   void operand(std::string_view ahead, const tsql::Expression& whole, std::string_view behind);

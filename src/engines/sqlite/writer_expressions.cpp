@@ -10,7 +10,7 @@ using tsql::ExpressionPtr;
 using tsql::ValueType;
 using Kind = Expression::Kind;
 
-bool Writer::isMadeText(const Expression& value) {
+bool isMadeText(const Expression& value) {
   return value.type == ValueType::Unknown || (value.type == ValueType::Text && value.kind != Kind::Column);
 }
 
