@@ -152,7 +152,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
 }
 
 void Session::requireFile(Watch::Clock::time_point now, bool always) {
-  if (!always && now - lastLook_ < kBetweenLooks) return;
+  if (!always && !lost_ && now - lastLook_ < kBetweenLooks) return;
   lastLook_ = now;
   if (fileIdentity(path_) == identity_) return;
   lost_ = true;

@@ -31,6 +31,7 @@ class Writer {
   void where(const tsql::ExpressionPtr& where);
 
   void expression(const tsql::Expression& expression);
+  void condition(const tsql::Expression& condition);
   /// The only operand of an expression, or its first, between two texts.
   void operand(std::string_view ahead, const tsql::Expression& whole, std::string_view behind);
   void column(const tsql::Expression& expression);

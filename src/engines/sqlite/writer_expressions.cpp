@@ -15,10 +15,8 @@ bool isMadeText(const Expression& value) {
 }
 
 void Writer::expression(const Expression& expression) {
+  if (expression.isCondition()) return condition(expression);
   switch (expression.kind) {
-    case Kind::Column:
-    case Kind::All:
-      return column(expression);
     case Kind::Null:
       sql() += "NULL";
       return;
@@ -34,28 +32,34 @@ void Writer::expression(const Expression& expression) {
       return operand("(- ", expression, ")");
     case Kind::ScalarSelect:
       return nested(*expression.select);
-    case Kind::Truth:
-      sql() += expression.truth ? "1" : "0";
-      return;
+    default:
+      return column(expression);
+  }
+}
+
+void Writer::condition(const Expression& condition) {
+  switch (condition.kind) {
     case Kind::Compare:
-      return compare(expression);
+      return compare(condition);
     case Kind::IsNull:
-      return operand("", expression, expression.negated ? " IS NOT NULL" : " IS NULL");
+      return operand("", condition, condition.negated ? " IS NOT NULL" : " IS NULL");
     case Kind::Between:
-      return between(expression);
+      return between(condition);
     case Kind::InList:
-      return inList(expression);
+      return inList(condition);
     case Kind::InSelect:
-      return inSelect(expression);
+      return inSelect(condition);
     case Kind::Exists:
       sql() += "EXISTS ";
-      return nested(*expression.select);
+      return nested(*condition.select);
     case Kind::Not:
-      return operand("NOT (", expression, ")");
+      return operand("NOT (", condition, ")");
     case Kind::And:
-      return joined(expression, " AND ");
+      return joined(condition, " AND ");
     case Kind::Or:
-      return joined(expression, " OR ");
+      return joined(condition, " OR ");
+    default:
+      sql() += condition.truth ? "1" : "0";
   }
 }
 
