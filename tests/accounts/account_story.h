@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <initializer_list>
 #include <map>
+#include <sstream>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 #include "data/quote_text.h"
 #include "mainform/screen_story.h"
+#include "support/steps.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -41,16 +45,8 @@ class AccountStory : public MainScreenHouse {
 
   // The person.
   /// Finds a row by what is typed, and picks it; -1 empties the field.
-  template <typename Lookup>
-  void pick(Lookup& field, std::int32_t id, const std::string& typed = "") {
-    if (id == -1) return static_cast<void>(field.press(ui::Key::Delete));
-    field.openList();
-    if (!typed.empty()) field.type(typed);
-    desktop.settle();
-    const auto& rows = field.rows();
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& one) { return one.id == id; });
-    ASSERT_NE(row, rows.end()) << "no row " << id << " in " << field.name();
-    field.pick(static_cast<int>(row - rows.begin()));
+  void pick(ui::LookupField& field, std::int32_t id, const std::string& typed = "") {
+    pickRow(field, desktop, id, typed);
   }
   void pickParent(std::int32_t id) {
     pick(form->sltParent, id,
@@ -128,6 +124,82 @@ class AccountStory : public MainScreenHouse {
         std::to_string(id));
   }
   [[nodiscard]] mainform::FormMode mode() const { return form->formMode; }
+};
+
+/// An accountant whose steps stand in tests/accounts/steps.txt.
+class AccountWalk : public AccountStory {
+ protected:
+  AccountWalk() {
+    act("save", [this](auto&) { return saving(); });
+    act("asked", [this](auto& words) { return asked(words); });
+    act("row", [this](auto& about) { return row(about); });
+    act("account", [this](auto& about) { addAccount(about); });
+    act("edit", [this](auto& id) { edit(std::stoi(id)); });
+    act("leave", [this](auto&) { giveUp(); });
+    act("answer", [this](auto& number) { notices.answer(std::stoi(number)); });
+    act("document", [this](auto& id) { documentOn(std::stoi(id)); });
+    act("sql", [this](auto& statement) { database.execute(statement); });
+    act("fail", [this](auto& words) { faults.failWhere(words); });
+    act("heal", [this](auto&) { faults.heal(); });
+  }
+  void go(const std::string& section) { walk_.go(*form, "accounts/steps.txt", section); }
+
+  /// Presses save. One that is refused writes nothing and leaves the form as it was typed; seen is where the
+  /// person is led to.
+  std::string saving() {
+    TableWatch tables(database);
+    const mainform::FormMode before = mode();
+    const std::string typed = record();
+    const ui::Control* const place = form->focused();
+    static_cast<void>(faults.take());
+    form->cmdSave.click();
+    commands_ = faults.take();
+    if (mode() == mainform::FormMode::ModeView) {
+      EXPECT_EQ(form->focused(), &form->cmdNew);
+      expectWhatIsStored();
+      return "saved " + form->txtID.text();
+    }
+    EXPECT_EQ(tables.changes(), "");
+    EXPECT_EQ(mode(), before);
+    EXPECT_EQ(record(), typed);
+    return form->focused() == place ? "stays" : "stays at " + form->focused()->name();
+  }
+  /// Adds an act to the steps. What it gives is seen.
+  template <typename Act>
+  void act(const std::string& name, Act act) {
+    walk_.acts[name] = [act](const std::string& about) -> std::string {
+      if constexpr (std::is_void_v<std::invoke_result_t<Act, const std::string&>>)
+        return act(about), "";
+      else
+        return act(about);
+    };
+  }
+
+ private:
+  /// Whether the last save asked the database for this.
+  [[nodiscard]] std::string asked(const std::string& words) const {
+    const bool found = std::any_of(commands_.begin(), commands_.end(), [&](const std::string& one) {
+      return one.find(words) != std::string::npos;
+    });
+    return found ? "asked" : "unasked";
+  }
+  /// "3 Code, Title": what the database has there.
+  std::string row(const std::string& about) {
+    std::string found = stored(std::stoi(about), about.substr(about.find(' ') + 1));
+    std::replace(found.begin(), found.end(), '|', ',');
+    return found;
+  }
+  /// "3 1 1101 بانک": the ID, that of the parent, the code and the title.
+  void addAccount(const std::string& about) {
+    std::istringstream words(about);
+    int id = 0, parent = 0;
+    std::string code, title;
+    words >> id >> parent >> code >> title;
+    account(id, parent, code, title);
+  }
+
+  FormWalk walk_{desktop, notices};
+  std::vector<std::string> commands_;
 };
 
 }  // namespace ledgertree::testing

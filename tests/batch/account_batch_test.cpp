@@ -1,10 +1,6 @@
 #include "batch/account_batch.h"
 
-#include <chrono>
-#include <thread>
-
 #include "batch/bulk_house.h"
-#include "shell/work_progress.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -130,27 +126,12 @@ TEST_F(AccountBatch, LongWorkIsSeenAndTakesNoSecondCall) {
   deleteInBatch([&](frmAccountBatch& screen) {
     pick(screen.sltParent, "1101");
     notices.take();
-    faults.onCommand = [](const std::string& command) {
-      if (command == "spAccountDeleteAccount")
-        std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
-    };
-    std::string seen;
-    desktop.onRepaint = [&] {
-      seen += screen.progressBar.text() + "; ";
-      EXPECT_TRUE(screen.progressBar.shown());
-      screen.cmdDelete.click();
-      // The host opens its control anew: the work goes on with the gateway that it has.
-      shell.resetDataConnection();
-    };
-    EXPECT_FALSE(screen.progressBar.visible());
-    answer(1);
-    screen.cmdDelete.click();
-    EXPECT_EQ(seen, "1 از 2; 2 از 2; ");
-    EXPECT_FALSE(screen.progressBar.visible());
+    // The host opens its control anew: the work goes on with the gateway that it has.
+    EXPECT_EQ(
+        longWork(screen, screen.cmdDelete, "spAccountDeleteAccount", [this] { shell.resetDataConnection(); }),
+        "1 از 2; 2 از 2; ");
     EXPECT_EQ(notices.taken(), kSure);
     EXPECT_EQ(changes(), "tblAccount: -5 -6\ntblAccountParent: -1|5 -1|6 -3|5 -3|6" + kOfFive);
-    desktop.onRepaint = nullptr;
-    faults.onCommand = nullptr;
   });
 }
 

@@ -3,10 +3,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "batch/account_batch.h"
 #include "coding/recoding/auto_codding.h"
 #include "mainform/form/form_main.h"
+#include "shell/work_progress.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -62,6 +64,29 @@ class BulkHouse : public WatchedHouse {
     ASSERT_EQ(picker.AccountCode(), code);
   }
   void answer(int yes) { notices.answer(yes); }
+  /// Confirms a command whose database commands with these words take long; `meanwhile` happens at each
+  /// repaint. Gives what the bar shows then.
+  template <typename Screen>
+  std::string longWork(Screen& screen, ui::PushButton& command, const std::string& words,
+                       const std::function<void()>& meanwhile) {
+    faults.onCommand = [words](const std::string& one) {
+      if (one.find(words) != std::string::npos)
+        std::this_thread::sleep_for(shell::WorkProgress::kBeforeShowing);
+    };
+    std::string seen;
+    desktop.onRepaint = [&] {
+      seen += screen.progressBar.text() + (screen.progressBar.shown() ? "; " : " hidden; ");
+      command.click();
+      meanwhile();
+    };
+    EXPECT_FALSE(screen.progressBar.visible());
+    answer(1);
+    command.click();
+    EXPECT_FALSE(screen.progressBar.visible());
+    desktop.onRepaint = nullptr;
+    faults.onCommand = nullptr;
+    return seen;
+  }
   /// The tree's text of an account below a top-level one, brought into sight; empty where there is none.
   std::string inTree(int parent, int account) {
     ui::Tree& tree = form->treeAccount;

@@ -8,9 +8,6 @@
 namespace ledgertree::testing {
 namespace {
 
-constexpr const char* kSameTitle =
-    "نام حساب تكراري|قبلا حسابي با همين نام ثبت شده آيا ميخواهيد كه همان كد واگذار شود .";
-
 TEST(Suffix, OneMoreOnTheSameWidth) {
   // The number that the piece begins with counts.
   const std::pair<const char*, const char*> suffixes[] = {
@@ -33,57 +30,33 @@ TEST(Suffix, TheOwnPartIsWhatIsBehindAsManyCharactersAsTheParentHas) {
   for (const auto& [code, parent, own] : parts) EXPECT_EQ(coding::ownPart(code, parent), own) << parent;
 }
 
-class ProposalStory : public AccountStory {
+class ProposalStory : public AccountWalk {
  protected:
-  /// What the screen proposes for a new account below a parent.
-  std::string proposalBelow(std::int32_t parent, const std::string& title = "") {
+  ProposalStory() {
+    act("below", [this](auto& parentAndTitle) { return proposalBelow(parentAndTitle); });
+    act("proposed", [this](auto& parent) { return form->getNewAccountCode(std::stoi(parent)); });
+    act("code", [this](auto&) { return form->txtMotherCode.text() + "+" + form->txtCode.text(); });
+  }
+  /// What the screen proposes for a new account below a parent: "2 بانک".
+  std::string proposalBelow(const std::string& parentAndTitle) {
     if (mode() != mainform::FormMode::ModeNew) form->cmdNew.click();
-    form->txtTitle.paste(title);
-    pickParent(parent);
+    const std::size_t blank = parentAndTitle.find(' ');
+    form->txtTitle.paste(blank == std::string::npos ? "" : parentAndTitle.substr(blank + 1));
+    pickParent(std::stoi(parentAndTitle));
     form->cmdAutoCode.press(ui::Key::Enter);
-    return form->txtCode.text();
+    return "<" + form->txtCode.text() + ">";
   }
 };
 
 TEST_F(ProposalStory, EachParentNumbersItsOwnChildren) {
   start();
-  EXPECT_EQ(form->getNewAccountCode(-1), "01") << "the first account of all";
-  accounts({{1, 0, "1101", "بانک"},
-            {2, 0, "11", "دارايي"},
-            {3, 2, "1101", "يادداشت"},
-            {4, 0, "9", "کوتاه"},
-            {5, 0, "10", "بلند"}});
-  EXPECT_EQ(proposalBelow(1), "01") << "the first child";
-  for (int child = 1; child <= 9; ++child) account(10 + child, 1, "11010" + std::to_string(child), "ش");
-  EXPECT_EQ(proposalBelow(1), "10");
-  EXPECT_EQ(form->txtMotherCode.text(), "1101");
-  form->txtTitle.paste("شعبه");
-  const std::int32_t saved = save();
-  EXPECT_EQ(stored(saved, "Code, NoLevel"), "110110|2");
-
-  // The greatest text counts, 9 above 10; and at the top, the whole code.
-  EXPECT_EQ(proposalBelow(-1), "0");
-  // A sibling that is no longer than the parent's code counts as a whole.
-  database.execute("update tblAccount set Code = '1101', ParentID = 11 where ID = 3");
-  EXPECT_EQ(proposalBelow(11), "1102");
-  database.execute("update tblAccount set Code = '110101A1' where ID = 3");
-  EXPECT_EQ(proposalBelow(11), "") << "no number to go on from";
-  database.execute("update tblAccount set Code = null where ID = 3");
-  EXPECT_EQ(proposalBelow(11), "");
+  go("each parent numbers its own children");
 }
 
 TEST_F(ProposalStory, ALevelSharesOneRunningNumber) {
   setting(307, "1");
   start();
-  EXPECT_EQ(form->getNewAccountCode(-1), "") << "nothing to go on from";
-  accounts({{1, 0, "01", "دارايي"}, {2, 0, "02", "بدهي"}});
-  EXPECT_EQ(proposalBelow(-1), "03") << "the first level numbers by itself";
-  EXPECT_EQ(proposalBelow(2), "") << "the second level has no account at all";
-  account(3, 1, "0107", "بانک");
-  EXPECT_EQ(proposalBelow(2), "0108") << "the number of the other parent's child goes on";
-  accounts({{4, 3, "0107000123", "مشتري الف"}, {5, 3, "0107000045", "مشتري ب"}, {6, 2, "0299", "جاري"}});
-  EXPECT_EQ(proposalBelow(6), "000124");
-  EXPECT_EQ(form->getNewAccountCode(77), "") << "a parent that is gone";
+  go("a level shares one running number");
 }
 
 TEST_F(ProposalStory, AnAccountOfTheSameTitleMayShareItsNumber) {
@@ -93,29 +66,11 @@ TEST_F(ProposalStory, AnAccountOfTheSameTitleMayShareItsNumber) {
             {3, 1, "01000007", "Ali's 50% [x]_"},
             {4, 1, "01000009", "Ali"}});
   start();
-  notices.answer(1);
-  notices.answer(1);
-  EXPECT_EQ(proposalBelow(2, "Ali's 50% [x]_"), "000007");
-  EXPECT_EQ(notices.taken(), kSameTitle + std::string("\n") + kSameTitle)
-      << "for the pick and for the button";
-  const auto shared = save();
-  EXPECT_EQ(stored(shared, "Code"), "02000007");
-
-  for (const int neither : {0, 5}) notices.answer(neither);
-  EXPECT_EQ(proposalBelow(2, "Ali's 50% [x]_"), "000010") << "anything but a yes: the level's next number";
-  EXPECT_EQ(notices.take().size(), 2U);
-  EXPECT_EQ(proposalBelow(2, "A%"), "000010") << "the sign is a sign";
-  EXPECT_EQ(proposalBelow(2, std::string("a\0b", 3)), "000010");
-  EXPECT_EQ(proposalBelow(2, std::string(10000, '\'')), "000010");
+  go("accounts of the same title");
+  EXPECT_EQ(proposalBelow("2 " + std::string("a\0b", 3)), "<000010>");
+  EXPECT_EQ(proposalBelow("2 " + std::string(10000, '\'')), "<000010>");
   EXPECT_EQ(notices.taken(), "");
-
-  // Under edit the search finds the account itself, too.
-  giveUp();
-  edit(4);
-  notices.answer(1);
-  form->cmdAutoCode.click();
-  EXPECT_EQ(notices.taken(), kSameTitle);
-  EXPECT_EQ(form->txtCode.text(), "000009");
+  go("the same title under edit");
 }
 
 TEST_F(ProposalStory, AnUnknownModeProposesNothing) {
@@ -128,30 +83,13 @@ TEST_F(ProposalStory, AnUnknownModeProposesNothing) {
   form->cmdAutoCode.click();
   EXPECT_EQ(form->txtCode.text(), "");
   EXPECT_EQ(faults.take().size(), 0U) << "it asks the database nothing";
-  form->cmdSave.click();
-  EXPECT_EQ(notices.taken(), "اشکال|کد وارد نشده است!");
 }
 
 TEST_F(ProposalStory, AQuestionThatFailsLeavesTheField) {
   setting(307, "1");
   accounts({{1, 0, "01", "دارايي"}, {2, 1, "0101", "بانک"}});
   start();
-  form->cmdNew.click();
-  pickParent(1);
-  form->txtTitle.paste("بانک");
-  for (const char* failing : {"Code,NoLevel", "where Title", "Order By rCode"}) {
-    form->txtCode.paste("5");
-    faults.failWhere(failing);
-    form->cmdAutoCode.click();
-    faults.heal();
-    const auto told = notices.take();
-    EXPECT_EQ(told.back().message, Faults::kMessage) << failing;
-    EXPECT_EQ(form->txtCode.text(), "5");
-    notices.answer(1);
-    form->cmdAutoCode.click();
-    static_cast<void>(notices.take());
-    EXPECT_EQ(form->txtCode.text(), "0101");
-  }
+  go("a question that fails");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "engines/sqlite/persian_order.h"
 #include "shell/control/control_house.h"
 #include "support/text_table.h"
 #include "text/fold.h"
@@ -72,6 +73,7 @@ inline std::string withNumberOf(const std::string& sent, std::string byHand) {
 class StatementHouse : public ControlHouse {
  protected:
   StatementHouse() {
+    engines::sqlite::addPersianOrder(model.getHandle());
     db::openSchema(model);
     db::createDemoChart(model);
     database.fillWithDemoChart();

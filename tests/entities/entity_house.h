@@ -9,6 +9,7 @@
 #include "data/data_error.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
+#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -41,22 +42,61 @@ class EntityHouse : public WatchedHouse {
   using OnObjects = std::function<void(entities::frmAccountRelObjects&)>;
 
   /// What the person does on a screen from its opening on; a screen left up is closed by its frame.
-  bool classesOf(int account, const OnClasses& person) {
+  bool classesOf(int account, const OnClasses& act) {
     desktop.inModal("frmAccountRelClasses", [&](ui::Form& form) {
       desktop.tick();
-      person(dynamic_cast<entities::frmAccountRelClasses&>(form));
+      act(dynamic_cast<entities::frmAccountRelClasses&>(form));
     });
     return entities::showRelClasses(shell, account);
   }
-  void expectObjects(const OnObjects& person) {
-    desktop.inModal("frmAccountRelObjects", [&, person](ui::Form& form) {
+  void expectObjects(const OnObjects& act) {
+    desktop.inModal("frmAccountRelObjects", [&, act](ui::Form& form) {
       desktop.tick();
-      person(dynamic_cast<entities::frmAccountRelObjects&>(form));
+      act(dynamic_cast<entities::frmAccountRelObjects&>(form));
     });
   }
-  bool objectsOf(int account, const OnObjects& person) {
-    expectObjects(person);
+  bool objectsOf(int account, const OnObjects& act) {
+    expectObjects(act);
     return entities::showRelObjects(shell, account);
+  }
+
+  /// A section of entities/steps.txt, on the screen from its opening on; whether the person saved.
+  bool onClasses(int account, const std::string& section) {
+    return classesOf(account, [&](entities::frmAccountRelClasses& form) { walkClasses(form, section); });
+  }
+  bool onObjects(int account, const std::string& section) {
+    return objectsOf(account, [&](entities::frmAccountRelObjects& form) { walkObjects(form, section); });
+  }
+  /// Seen are the lines, the selected one in brackets, and the commands on them that are in reach.
+  void walkClasses(entities::frmAccountRelClasses& form, const std::string& section) {
+    person.acts["add"] = [&](const std::string& level) { add(form, level.substr(2), level.front() - '0'); };
+    person.go(
+        "entities/steps.txt", section,
+        [&] {
+          desktop.tick();
+          std::string text;
+          for (int line = 0; line < static_cast<int>(form.lstClasses.items().size()); ++line) {
+            const std::string& item = form.lstClasses.items()[static_cast<std::size_t>(line)].text;
+            text += (line == form.lstClasses.selected() ? "[" + item + "]" : item) + ", ";
+          }
+          text += "/";
+          for (const auto* button : {&form.cmdAdd, &form.cmdDelete, &form.cmdMoveDown, &form.cmdMoveUp})
+            if (button->enabled()) text += " " + button->caption();
+          return text;
+        },
+        [&] { return stored(); });
+  }
+  /// Seen are the class, whether all of its objects count, what is out of reach, and the tree.
+  void walkObjects(entities::frmAccountRelObjects& form, const std::string& section) {
+    person.go(
+        "entities/steps.txt", section,
+        [&] {
+          std::string text = form.cmbClass.selectedText();
+          if (form.chkAllObjects.value() != 0) text += " all";
+          if (!form.chkAllObjects.enabled()) text += "!";
+          return text + (form.gbObjects.enabled() ? ": " : " without: ") + shown(form.treeObjects);
+        },
+        [&] { return stored(); });
   }
 
   /// The person finds a class by its name and adds it on a level.
@@ -69,12 +109,6 @@ class EntityHouse : public WatchedHouse {
     form.cmbLevel.choose(level - 1);
     desktop.tick();
     form.cmdAdd.click();
-    desktop.tick();
-  }
-  static std::string lines(const entities::frmAccountRelClasses& form) {
-    std::string text;
-    for (const ui::Item& item : form.lstClasses.items()) text += item.text + "\n";
-    return text;
   }
   /// Leaves account 10 with these classes: "(10, class, level, all)".
   void related(const std::string& rows) {
@@ -105,21 +139,25 @@ class EntityHouse : public WatchedHouse {
     return open;
   }
 
-  /// The tree as the screen shows it, a node a line: "-" an open node, "+" a closed one; "x" ticked, "*"
-  /// blue.
-  static std::string shown(const ui::Tree& tree, ui::NodeId from = ui::kNoNode,
-                           const std::string& indent = "") {
+  /// The tree as the screen shows it, what is below a node in parentheses: "+" a closed node; "x" ticked, "*"
+  /// blue, "@" selected.
+  static std::string shown(const ui::Tree& tree, ui::NodeId from = ui::kNoNode) {
     std::string text;
     for (const ui::NodeId node : from == ui::kNoNode ? tree.roots() : tree.children(from)) {
-      const char* opened = tree.children(node).empty() ? "" : tree.expanded(node) ? "-" : "+";
-      text += indent + opened + tree.text(node) + (tree.checked(node) ? " x" : "");
-      text += std::string(tree.image(node) == 2 ? " *" : "") + "\n" + shown(tree, node, indent + " ");
+      const std::string below = shown(tree, node);
+      text += (text.empty() ? "" : ", ") + std::string(below.empty() || tree.expanded(node) ? "" : "+");
+      text += tree.text(node) + (tree.checked(node) ? " x" : "");
+      if (const int picture = tree.picture(node); picture != 2)
+        text += picture == 3 ? " *" : " #" + std::to_string(picture);
+      text += std::string(tree.selected() == node ? " @" : "") + (below.empty() ? "" : " (" + below + ")");
     }
     return text;
   }
   static ui::NodeId node(const entities::frmAccountRelObjects& form, int object) {
     return form.treeObjects.find("N" + std::to_string(object));
   }
+
+  ScreenWalk person{desktop, notices, faults};
 };
 
 }  // namespace ledgertree::testing

@@ -10,13 +10,10 @@ namespace ledgertree::testing {
 namespace {
 
 using entities::frmAccountRelObjects;
-using ui::Key;
-using ui::KeyChord;
 
 constexpr const char* kSaved = "اطلاع|عمل ثبت انجام شد.";
 constexpr const char* kNotRead =
     "خطا|موجوديتهاي اين نوع به طور کامل خوانده نشده اند. نوع موجوديت را دوباره انتخاب کنيد.";
-constexpr const char* kUntouched = "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n  Tunnel\n School\n";
 
 class RelObjects : public EntityHouse {
  protected:
@@ -30,129 +27,31 @@ class RelObjects : public EntityHouse {
         "tblEntityProject where ID in (" +
         (ids.empty() ? "0" : ids) + ")");
   }
-  void onProjects(const std::function<void(frmAccountRelObjects&, ui::Tree&)>& person) {
-    objectsOf(10, [&](frmAccountRelObjects& form) {
-      form.cmbClass.choose(0);
-      person(form, form.treeObjects);
-    });
-  }
 };
 
 TEST_F(RelObjects, AClassStartsWithAllItsObjects) {
-  const bool saved = objectsOf(10, [&](frmAccountRelObjects& form) {
-    const auto& tree = form.treeObjects;
-    EXPECT_EQ(form.cmbClass.selected(), ui::DropDownList::kNone);
-    EXPECT_TRUE(form.chkAllObjects.value() == 1 && !form.chkAllObjects.enabled() &&
-                !form.gbObjects.enabled());
-    EXPECT_EQ(shown(tree), "");
+  EXPECT_TRUE(objectsOf(10, [&](frmAccountRelObjects& form) {
     EXPECT_EQ(form.sltAccount.SelectedText(), "دارايي");
     EXPECT_FALSE(form.sltAccount.IsActive());
-    EXPECT_EQ(toldBy(form.cmdOk), "اشکال|نوع موجوديت انتخاب نشده است. ابتدا يک نوع موجوديت را انتخاب کنيد.");
-
-    form.cmbClass.choose(0);
-    EXPECT_EQ(desktop.hourglasses, 1);
-    EXPECT_EQ(form.cmbClass.selectedText(), "_پروژه ها");
-    EXPECT_EQ(shown(tree), kUntouched);
-    EXPECT_TRUE(form.chkAllObjects.value() == 1 && form.chkAllObjects.enabled() && !form.gbObjects.enabled());
-    form.treeObjects.tick(node(form, 3));
-    EXPECT_EQ(shown(tree), kUntouched) << "out of reach while all objects count";
-
-    form.chkAllObjects.click();
-    EXPECT_TRUE(form.gbObjects.enabled());
-    EXPECT_EQ(toldBy(form.cmdOk), std::string("اشكال|هيچ مورد انتخاب شده يافت نشد!\n") + kSaved);
-    EXPECT_EQ(stored(), "classes: -10|2|1|null +10|2|1|0");
-    EXPECT_EQ(desktop.hourglasses, 2);
-
-    form.cmbClass.choose(1);
-    EXPECT_EQ(form.cmbClass.selectedText(), "10_اشخاص");
-    EXPECT_EQ(shown(tree), "ريشه\n") << "a class without objects";
-    EXPECT_FALSE(form.gbObjects.enabled());
-    form.cmbClass.choose(2);
-    EXPECT_TRUE(form.gbObjects.enabled());
+    walkObjects(form, "a class starts with all its objects");
     EXPECT_EQ(form.cmbClass.items().size(), 3U);
-    EXPECT_EQ(form.chkAllObjects.value(), 0);
-  });
-  EXPECT_TRUE(saved);
-  store("2, 3");
-  objectsOf(10, [&](frmAccountRelObjects& form) {
-    form.cmbClass.choose(0);
-    EXPECT_EQ(form.chkAllObjects.value(), 0);
-    form.chkAllObjects.click();
-    EXPECT_FALSE(form.gbObjects.enabled());
-    EXPECT_TRUE(form.press(KeyChord::ctrlAnd('S')));
-    EXPECT_EQ(notices.taken(), kSaved);
-  });
-  EXPECT_EQ(stored(), "classes: -10|2|1|0 +10|2|1|1\nobjects: -10|2|2 -10|2|3");
-  EXPECT_FALSE(objectsOf(10, [&](frmAccountRelObjects& form) {
-    form.cmbClass.choose(0);
-    form.cmdCancel.click();
-    EXPECT_EQ(desktop.shownForms, std::vector<ui::Form*>());
   }));
-}
-
-TEST_F(RelObjects, ObjectsStandInTheOrderOfTheirNames) {
+  store("2, 3");
+  EXPECT_TRUE(onObjects(10, "all of them again"));
+  EXPECT_FALSE(onObjects(10, "leaving the objects"));
   given(
       "update tblEntityProject set Name = 'Way' where ID = 1; update tblEntityProject set Name = 'Wall' "
       "where ID = 3");
-  objectsOf(10, [&](frmAccountRelObjects& form) {
-    form.cmbClass.choose(0);
-    EXPECT_EQ(shown(form.treeObjects), "-ريشه\n School\n +Way\n  +Bridge\n   Rail\n   Wall\n  Tunnel\n");
-  });
+  onObjects(10, "objects stand in the order of their names");
 }
 
-TEST_F(RelObjects, TickedLeavesComeBackAndSurviveAnotherSave) {
+TEST_F(RelObjects, TickedLeavesComeBackAndAMarkedBranchStandsForWhatComesLater) {
   store("");
-  onProjects([&](frmAccountRelObjects& form, ui::Tree& tree) {
-    tree.tick(node(form, 2));
-    tree.tick(node(form, 6));
-    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge x\n   Pillar x\n   Rail x\n  Tunnel\n School x\n");
-    EXPECT_EQ(storedBy(form.cmdOk), "objects: +10|2|3 +10|2|4 +10|2|6")
-        << "a mother that is ticked stands for its leaves of today";
-    form.cmbClass.choose(1);
-    form.cmbClass.choose(0);
-    EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  +Bridge\n   Pillar x *\n   Rail x *\n  Tunnel\n School x *\n");
-    EXPECT_EQ(storedBy(form.cmdOk), "");
-    tree.tick(node(form, 3));
-    tree.click(node(form, 5));
-    EXPECT_TRUE(form.press(KeyChord::ctrlAnd('B')));
-    EXPECT_EQ(storedBy(form.cmdOk), "objects: -10|2|3")
-        << "a leaf that isn't ticked has no row, marked or not";
-    tree.tick(form.treeObjects.roots().front());
-    EXPECT_EQ(storedBy(form.cmdOk), "objects: +10|2|3 +10|2|5");
-  });
-  EXPECT_EQ(notices.take().size(), 4U);
-}
-
-TEST_F(RelObjects, AMarkedBranchStandsForWhatComesLater) {
+  onObjects(10, "ticked leaves come back");
   store("");
-  onProjects([&](frmAccountRelObjects& form, ui::Tree& tree) {
-    EXPECT_EQ(toldBy(form.cmdAllBranches), "اشکال|ابتدا يکي از گره هاي درخت را انتخاب کنيد.");
-    tree.click(tree.roots().front());
-    EXPECT_EQ(toldBy(form.cmdAllBranches), "خطا|اين عمل را روي ريشه درخت نميتوان انجام داد.");
-    EXPECT_EQ(toldBy(form.cmdNotAllBranches), "");
-    tree.click(node(form, 5));
-    form.cmdAllBranches.click();
-    EXPECT_EQ(toldBy(form.cmdNotAllBranches), "خطا|اين گره زيرشاخه ندارد.");
-    tree.click(node(form, 2));
-    form.cmdAllBranches.click();
-    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge *\n   Pillar\n   Rail\n  Tunnel *\n School\n");
-    EXPECT_EQ(tree.picture(node(form, 2)), 3) << "the blue folder";
-    EXPECT_EQ(tree.picture(node(form, 1)), 2) << "the yellow one";
-    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
-  });
-  EXPECT_EQ(stored(), "objects: +10|2|2");
+  onObjects(10, "a branch is marked");
   given("insert into tblEntityProject (ID, ParentID, Name) values (7, 2, 'Railing')");
-  onProjects([&](frmAccountRelObjects& form, ui::Tree& tree) {
-    EXPECT_EQ(shown(tree),
-              "-ريشه\n +Road\n  +Bridge x *\n   Pillar\n   Rail\n   Railing\n  Tunnel\n School\n")
-        << "a mother is closed again once its children are read";
-    tree.tick(node(form, 2));
-    EXPECT_EQ(storedBy(form.cmdOk), "") << "the mark counts, not the tick";
-    tree.click(node(form, 2));
-    EXPECT_TRUE(form.press({.ctrl = true, .shift = true, .letter = 'B'}));
-    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n   Railing\n  Tunnel\n School\n");
-    EXPECT_EQ(storedBy(form.cmdOk), "objects: -10|2|2");
-  });
+  onObjects(10, "a marked branch stands for what comes later");
 }
 
 TEST_F(RelObjects, TheHostsDataMayBeAnything) {
@@ -168,54 +67,17 @@ TEST_F(RelObjects, TheHostsDataMayBeAnything) {
     update tblAccountClass set ViewMajor = 'vwEntityBank; delete tblAccountRelatedClasses --' where ID = 3;
     update tblAccountClass set ViewMajor = 'vwNowhere' where ID = 1)");
   store("");
-  onProjects([&](frmAccountRelObjects& form, ui::Tree& tree) {
-    EXPECT_EQ(shown(tree), "-ريشه\n +UNKNOWN_TEXT\n  +b\n   +\n    d\n");
-    tree.tick(node(form, 1));
-    EXPECT_EQ(storedBy(form.cmdOk), "objects: +10|2|4");
-    EXPECT_EQ(notices.taken(), kSaved);
-
-    form.cmbClass.choose(2);
-    EXPECT_EQ(notices.taken(),
-              "خطا|نام نماي موجوديتهاي اين نوع معتبر نيست. نام نما را در تعريف نوع موجوديت اصلاح کنيد.");
-    EXPECT_EQ(shown(tree), "");
-    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
-
+  objectsOf(10, [&](frmAccountRelObjects& form) {
+    walkObjects(form, "the host's data may be anything");
     form.cmbClass.choose(1);
     EXPECT_NE(notices.taken(), "");
-    form.chkAllObjects.click();
-    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
-    form.chkAllObjects.click();
-    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
+    walkObjects(form, "a view that is nowhere");
   });
-  EXPECT_EQ(stored(), "objects: -10|1|4");
 }
 
 TEST_F(RelObjects, WhatCouldNotBeReadIsNeverWrittenBack) {
   store("3, 6");
-  objectsOf(10, [&](frmAccountRelObjects& form) {
-    auto& tree = form.treeObjects;
-    faults.failWhere("ParentID = 1 ");
-    form.cmbClass.choose(0);
-    EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
-    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  UNKNOWN_TEXT\n School x *\n");
-    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
-    tree.expand(node(form, 1));
-    EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
-    tree.collapse(node(form, 1));
-    faults.heal();
-    tree.expand(node(form, 1));
-    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
-    tree.expand(node(form, 2));
-    EXPECT_EQ(shown(tree), "-ريشه\n -Road\n  -Bridge\n   Pillar x *\n   Rail\n  Tunnel\n School x *\n");
-    EXPECT_EQ(toldBy(form.cmdOk), kSaved);
-    EXPECT_EQ(stored(), "");
-
-    faults.failWhere("ObjectID = 3");
-    form.cmbClass.choose(0);
-    EXPECT_EQ(notices.taken(), "") << "the rest of the class is shown";
-    EXPECT_EQ(shown(tree), "-ريشه\n +Road\n  +Bridge\n   Pillar\n   Rail\n  Tunnel\n School x *\n");
-    EXPECT_EQ(toldBy(form.cmdOk), kNotRead);
-  });
+  onObjects(10, "what could not be read is never written back");
 }
 
 TEST_F(RelObjects, EachStatementMayFailOnce) {

@@ -2,6 +2,7 @@
 
 #include "data/data_error.h"
 #include "support/faulty_connection.h"
+#include "support/screen_walk.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -34,19 +35,39 @@ class TreeStory : public TestHouse {
   }
 
   [[nodiscard]] ui::NodeId node(std::string_view key) const { return screen.treeAccount.find(key); }
-  /// The children of a node, each as "key text image", placeholders as "+" behind.
-  [[nodiscard]] std::vector<std::string> level(std::string_view key) const {
-    std::vector<std::string> lines;
-    const ui::Tree& shown = screen.treeAccount;
-    for (const ui::NodeId child : shown.children(node(key))) {
-      std::string line =
-          shown.key(child) + " " + shown.text(child) + " " + std::to_string(shown.image(child));
-      if (!shown.children(child).empty()) line += " +";
-      lines.push_back(std::move(line));
-    }
-    return lines;
+  [[nodiscard]] std::size_t below(std::string_view key) const {
+    return screen.treeAccount.children(node(key)).size();
   }
-  using Lines = std::vector<std::string>;
+  /// A section of mainform/tree.txt. Seen is the whole tree: of each node key, text and picture, "@" where it
+  /// is selected, and its children in parentheses, "..." for those that aren't read and "+" ahead where it is
+  /// closed. Told are the clicks.
+  void walk(const std::string& section) {
+    ScreenWalk person(desktop, notices, faults);
+    std::string clicks;
+    tree.onAccountClick = [&](std::int32_t account) { clicks += "account " + std::to_string(account); };
+    tree.onOtherClick = [&] { clicks += "no account"; };
+    person.acts["refresh"] = [this](auto&) { tree.refreshTree(); };
+    person.acts["fill"] = [this](auto& key) { tree.fillNodeChildren(key); };
+    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
+    person.acts["mode"] = [this](auto& mode) {
+      screen.formMode = static_cast<mainform::FormMode>(std::stoi(mode));
+    };
+    person.go(
+        "mainform/tree.txt", section, [this] { return shown(screen.treeAccount.roots()); },
+        [&] { return std::exchange(clicks, {}); });
+  }
+  [[nodiscard]] std::string shown(const std::vector<ui::NodeId>& nodes) const {
+    const ui::Tree& all = screen.treeAccount;
+    std::string text;
+    for (const ui::NodeId one : nodes) {
+      if (all.key(one).find("Dummy") != std::string::npos) return "...";
+      text += (text.empty() ? "" : ", ") + all.key(one) + " " + all.text(one) + " #" +
+              std::to_string(all.image(one)) + (all.selected() == one ? " @" : "");
+      if (all.children(one).empty()) continue;
+      text += (all.expanded(one) ? " (" : " +(") + shown(all.children(one)) + ")";
+    }
+    return text;
+  }
 
   Faults faults;
   MainScreen screen{shell};
@@ -54,76 +75,19 @@ class TreeStory : public TestHouse {
 };
 
 TEST_F(TreeStory, TheIntegratedTreeOpensLevelByLevel) {
-  tree.refreshTree();
-  EXPECT_EQ(screen.treeAccount.text(node("-1:-1")), "درخت حسابها در همه دوره ها بصورت يکپارچه");
-  EXPECT_TRUE(screen.treeAccount.expanded(node("-1:-1")));
-  EXPECT_EQ(level("-1:-1"), (Lines{"-1:13  ...  1", "-1:11 11 ... دارايي 4 +", "-1:12 12 ... بدهي 2"}));
-  EXPECT_EQ(screen.treeAccount.selected(), ui::kNoNode);
-
-  screen.treeAccount.expand(node("-1:11"));
-  EXPECT_EQ(level("-1:11"), (Lines{"-1:112 1102 ... بانک 3", "-1:113 1103 ... صندوق 6 +"}));
-  screen.treeAccount.expand(node("-1:113"));
-  EXPECT_EQ(level("-1:113").size(), 2U);
-
-  // A node is read once: what another program adds comes with the next refresh, which closes everything.
-  database.execute("insert into tblAccount (ParentID, Code, Title) values (11, '1104', 'تازه')");
-  screen.treeAccount.collapse(node("-1:11"));
-  screen.treeAccount.expand(node("-1:11"));
-  EXPECT_EQ(level("-1:11").size(), 2U);
-  tree.refreshTree();
-  EXPECT_EQ(node("-1:113"), ui::kNoNode);
-  screen.treeAccount.expand(node("-1:11"));
-  EXPECT_EQ(level("-1:11").size(), 3U);
-  EXPECT_GE(desktop.hourglasses, 5);
-}
-
-TEST_F(TreeStory, AnAccountThatSomebodyMovedStandsWhereItIsNow) {
-  tree.refreshTree();
-  for (const char* key : {"-1:11", "-1:113"}) screen.treeAccount.expand(node(key));
-  screen.treeAccount.click(node("-1:114"));
-  database.execute("update tblAccount set ParentID = 12 where ID = 114");
-  tree.fillNodeChildren("-1:12");
-  EXPECT_EQ(level("-1:12"), (Lines{"-1:114 9 ... کوتاه 1"}));
-  EXPECT_EQ(level("-1:113").size(), 1U);
-  EXPECT_EQ(screen.treeAccount.selected(), ui::kNoNode);
-
-  // The other way round: 12 stands below what is opened now.
-  database.execute("update tblAccount set ParentID = null where ID = 114");
-  database.execute("update tblAccount set ParentID = 114 where ID = 12");
-  tree.fillNodeChildren("-1:114");
-  EXPECT_EQ(notices.taken(), "");
-  EXPECT_EQ(level("-1:-1").size(), 3U) << "all of it is read anew";
-  screen.treeAccount.expand(node("-1:114"));
-  EXPECT_EQ(level("-1:114"), (Lines{"-1:12 12 ... بدهي 2"}));
+  walk("the integrated tree");
+  walk("an account that somebody moved");
 }
 
 TEST_F(TreeStory, ThePeriodViewShowsEachPeriodWithItsOwnAccounts) {
-  screen.optPeriodic.setValue(true);
-  tree.refreshTree();
-  EXPECT_EQ(screen.treeAccount.text(node("-1:-1")), "سرفصل حسابها");
-  // The latest first; 1401 holds an account whose parents it lacks, and so stays closed.
-  EXPECT_EQ(level("-1:-1"), (Lines{"2:-1 1403 1 +", "1:-1 1402 1 +", "3:-1 1401 1"}));
+  walk("the view of the periods");
   EXPECT_NE(node("-1:2!$@Dummy@$!"), ui::kNoNode);
-
-  screen.treeAccount.expand(node("1:-1"));
-  screen.treeAccount.expand(node("2:-1"));
-  EXPECT_EQ(level("2:-1"), (Lines{"2:11 11 ... دارايي 4 +", "2:12 12 ... بدهي 2"}));
-  screen.treeAccount.expand(node("1:11"));
-  screen.treeAccount.expand(node("2:11"));
-  EXPECT_EQ(level("1:11"), (Lines{"1:113 1103 ... صندوق 6"}))
-      << "its children belong to the other period only";
-  EXPECT_EQ(level("2:11").size(), 2U);
+  walk("each period with its own accounts");
 }
 
 TEST_F(TreeStory, ShortLabelsLoseAsManyCharactersAsTheParentsCodeHas) {
   screen.settings.ShowCompleteCode = false;
-  tree.refreshTree();
-  EXPECT_EQ(level("-1:-1")[1], "-1:11 11 ... دارايي 4 +");
-  screen.treeAccount.expand(node("-1:11"));
-  EXPECT_EQ(level("-1:11")[0], "-1:112 02 ... بانک 3");
-  screen.treeAccount.expand(node("-1:113"));
-  EXPECT_EQ(level("-1:113"), (Lines{"-1:114  ... کوتاه 1", "-1:115 گ ... نشانه 1"}))
-      << "characters, not bytes";
+  walk("short labels");
   database.execute("update tblAccount set Code = null where ID = 11");
   EXPECT_EQ(tree.stripParentCode(112, "1102"), "1102");
   EXPECT_EQ(tree.stripParentCode(-5, "x'y"), "x'y");
@@ -138,27 +102,7 @@ TEST_F(TreeStory, KeysSayWhatAClickMeans) {
   EXPECT_FALSE(tree.nodeHasChildren("root"));
   EXPECT_TRUE(tree.nodeHasChildren("2:11"));
 
-  std::vector<std::int32_t> accounts;
-  int others = 0;
-  tree.onAccountClick = [&](std::int32_t account) { accounts.push_back(account); };
-  tree.onOtherClick = [&] { ++others; };
-  screen.optPeriodic.setValue(true);
-  tree.refreshTree();
-  screen.treeAccount.expand(node("2:-1"));
-  screen.treeAccount.click(node("-1:-1"));
-  screen.treeAccount.click(node("2:-1"));
-  screen.treeAccount.click(node("2:11"));
-  screen.formMode = mainform::FormMode::ModeView;
-  screen.treeAccount.click(node("2:12"));
-  for (const auto mode : {mainform::FormMode::ModeEdit, mainform::FormMode::ModeNew}) {
-    screen.formMode = mode;
-    screen.treeAccount.click(node("2:11"));
-  }
-  EXPECT_EQ(accounts, (std::vector<std::int32_t>{11, 12}));
-  EXPECT_EQ(others, 2);
-  tree.fillNodeChildren("no key");
-  tree.fillNodeChildren("77:77");
-  EXPECT_EQ(notices.taken(), "");
+  walk("what a click means");
 }
 
 TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
@@ -174,9 +118,9 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     faults.onCommand = nullptr;
     EXPECT_EQ(notices.taken(), "خطا|ديسک پر است") << failing;
     EXPECT_FALSE(screen.treeAccount.expanded(node("-1:11")));
-    EXPECT_EQ(level("-1:11").size(), 1U) << "the opening box is back";
+    EXPECT_EQ(below("-1:11"), 1U) << "the opening box is back";
     screen.treeAccount.expand(node("-1:11"));
-    EXPECT_EQ(level("-1:11").size(), 2U);
+    EXPECT_EQ(below("-1:11"), 2U);
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
     tree.refreshTree();
   }
@@ -195,7 +139,7 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
   EXPECT_THROW(tree.refreshTree(), data::DataError);
   faults.onCommand = nullptr;
   screen.treeAccount.expand(node("-1:-1"));
-  EXPECT_EQ(level("-1:-1").size(), 3U);
+  EXPECT_EQ(below("-1:-1"), 3U);
 }
 
 }  // namespace

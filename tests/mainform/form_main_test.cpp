@@ -20,17 +20,6 @@ class FormMainStory : public ScreenStory {
                      "; insert into tblTarvoSystemParameters (ID, Value) values (" + std::to_string(number) +
                      ", " + value + ")");
   }
-  [[nodiscard]] std::string firstLabel() const {
-    const ui::Tree& tree = form->treeAccount;
-    return tree.text(tree.children(tree.find("-1:1")).front());
-  }
-  [[nodiscard]] std::string marks() const {
-    std::string names;
-    for (const ui::MenuEntry* entry :
-         {&form->mnuView1, &form->mnuView2, &form->mnuViewCode, &form->mnuViewCodeComplete})
-      if (entry->checked()) names += entry->name() + " ";
-    return names;
-  }
 };
 
 TEST_F(FormMainStory, TheFirstScreenIsTheWholeTreeAndABlankRecord) {
@@ -172,116 +161,29 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   start();
   shell.offersHiddenCommands = true;
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
-  form->cmdi12.click();
-  form->cmdOperations.click();
-  EXPECT_EQ(desktop.poppedUp, nullptr) << "nobody can press what is hidden";
-  form->mnuViewCode.click();
-  EXPECT_EQ(marks(), "mnuView1 mnuViewCodeComplete ");
-  form->mnuFonc2.click();
-  EXPECT_EQ(form->formMode, FormMode::ModeIdle) << "the entry is in reach, its button isn't";
+  walk("nobody can press what is hidden");
   form->close();
   start();
   EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->mnuExcelLevel.visible());
-  form->cmdOperations.click();
-  EXPECT_EQ(desktop.poppedUp, &form->mnuOperations);
-
-  // The parameter cuts the codes, and moves no mark.
-  form->treeAccount.expand(form->treeAccount.find("-1:1"));
-  EXPECT_EQ(firstLabel(), "01 ... دريافتني ها");
-  EXPECT_EQ(marks(), "mnuView1 mnuViewCodeComplete ");
-  form->mnuViewCodeComplete.click();
-  form->treeAccount.expand(form->treeAccount.find("-1:1"));
-  EXPECT_EQ(firstLabel(), "1101 ... دريافتني ها");
-  form->mnuViewCode.click();
-  form->treeAccount.expand(form->treeAccount.find("-1:1"));
-  EXPECT_EQ(firstLabel(), "01 ... دريافتني ها");
-  EXPECT_EQ(marks(), "mnuView1 mnuViewCode ");
-
-  // Without the details the tree takes the form's height; with them again it keeps it.
-  form->mnuView2.click();
-  EXPECT_EQ(form->treeAccount.bounds().height, form->size().height - 1825);
-  EXPECT_EQ(marks(), "mnuView2 mnuViewCode ");
-  form->mnuView1.click();
-  EXPECT_EQ(form->treeAccount.bounds().height, form->size().height - 1825);
-  EXPECT_EQ(marks(), "mnuView1 mnuViewCode ");
+  walk("the commands that a host can offer");
 }
 
 TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {
   start();
-  ui::Tree& tree = form->treeAccount;
-  tree.focus();
-  tree.press(Key::Down);
-  EXPECT_EQ(form->txtID.text(), "") << "a key that is held down reads nothing on its way";
-  tree.press(Key::Enter);
-  EXPECT_EQ(form->txtID.text(), "1");
-  EXPECT_TRUE(form->press(KeyChord::ctrlAnd('E')));
-  EXPECT_EQ(form->formMode, FormMode::ModeEdit);
-  answer(true);
-  EXPECT_TRUE(form->press(KeyChord::of(Key::Escape)));
-  EXPECT_EQ(form->formMode, FormMode::ModeView);
-  EXPECT_FALSE(form->press(KeyChord::of(Key::Escape))) << "there is nothing to cancel";
-
-  database.execute("insert into tblAccount (ID, Code, Title) values (50, '10', 'تازه')");
-  EXPECT_TRUE(form->press(KeyChord::of(Key::F5)));
-  EXPECT_NE(tree.find("-1:50"), ui::kNoNode);
-  EXPECT_TRUE(form->press(KeyChord::of(Key::F10)));
-  EXPECT_EQ(desktop.poppedUp, &form->i12);
-  answer(true);
-  form->press(KeyChord::ctrlAnd('N'));
-  form->press(KeyChord::ctrlAnd('Q'));
-  EXPECT_FALSE(form);
-  EXPECT_EQ(notices.take().size(), 2U) << "a question at each way out";
+  walk("the keyboard alone");
 }
 
 TEST_F(FormMainStory, NothingActsOnAnotherAccountThanTheHighlightedOne) {
   start();
-  ui::Tree& tree = form->treeAccount;
-  /// The highlighted account, and the one on the record.
-  const auto chosen = [&] {
-    return (tree.selected() == ui::kNoNode ? "-" : tree.key(tree.selected())) + " " + form->txtID.text();
-  };
-  tree.press(Key::Down);
-  tree.press(Key::Left);
-  tree.press(Key::Down);
-  form->press(KeyChord::ctrlAnd('E'));
-  EXPECT_EQ(chosen() + record().substr(0, 7), "-1:2 2txtID=2") << "the rest doesn't keep a command";
-  EXPECT_EQ(form->formMode, FormMode::ModeEdit);
-  answer(true);
-  form->cmdCancel.click();
-  tree.press(Key::Up);
-  desktop.tick();
-  EXPECT_EQ(chosen(), "-1:1 1");
-
-  // Where it can't be shown, nothing is done to the one before.
-  faults.failWhere("From vwAccount where");
-  tree.press(Key::Down);
-  notices.take();
-  form->press(KeyChord::ctrlAnd('D'));
-  EXPECT_EQ(notices.taken(), "خطا|" + std::string(Faults::kMessage));
-  faults.heal();
-  EXPECT_FALSE(form->cmdDelete.enabled() || form->cmdEdit.enabled());
-  EXPECT_EQ(chosen(), "- 1");
+  walk("the highlighted account");
   desktop.inModal("FormPeriodBranch", [](ui::Form& screen) {
     EXPECT_TRUE(dynamic_cast<periods::FormPeriodBranch&>(screen).sltAccount.IsEmpty()) << "a blank record";
   });
   database.execute("insert into tblUserPermission (UserID, FormPermissionID) values (1, 30110)");
   form->cmdPeriodBranch.click();
 
-  // Whatever else shows an account takes the highlight off; commands work on what is shown then.
-  clickInTree("-1:2");
-  pickFirst(form->sltAccount, "بانک");
-  EXPECT_EQ(chosen(), "- 3");
-  clickInTree("-1:2");
-  tree.press(Key::Up);
-  form->View(3);
-  desktop.tick();
-  EXPECT_EQ(chosen(), "- 3");
-  clickInTree("-1:2");
-  tree.press(Key::Down);
-  answer(true);
-  form->mnuFonc4.click();
+  walk("whatever else shows an account takes the highlight off");
   EXPECT_EQ(database.number("select sum(ID) from tblAccount"), 1 + 2);
-  EXPECT_EQ(notices.take().size(), 1U);
 }
 
 }  // namespace

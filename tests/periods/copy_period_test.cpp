@@ -9,74 +9,28 @@ using periods::FormCopyPeriodAccount;
 
 class CopyPeriodTest : public PeriodHouse {
  protected:
-  bool show(const std::function<void(FormCopyPeriodAccount&)>& person) {
-    desktop.inModal("FormCopyPeriodAccount",
-                    [&](ui::Form& form) { person(as<FormCopyPeriodAccount>(form)); });
+  bool show(const std::function<void(FormCopyPeriodAccount&)>& act) {
+    desktop.inModal("FormCopyPeriodAccount", [&](ui::Form& form) { act(as<FormCopyPeriodAccount>(form)); });
     return screens.showCopyPeriod();
   }
-  static constexpr const char* kNoSource = "پرسش|آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟";
+  bool show(const std::string& section) {
+    return show([&](FormCopyPeriodAccount& screen) { walk(screen, section); });
+  }
 };
 
-TEST_F(CopyPeriodTest, PutsTheWholeChartIntoAPeriod) {
+TEST_F(CopyPeriodTest, PutsTheWholeChartIntoAPeriodAndMergesAPeriodIntoAnother) {
   members("(12,2),(12,1)");
-  const bool changed = show([&](FormCopyPeriodAccount& screen) {
-    screen.cmdAutoCodding.focus();
-    screen.press(ui::KeyChord::of(ui::Key::Enter));
-    EXPECT_EQ(notices.taken(), "اشکال|مقصد دوره مالي را بايد مشخص کنيد!");
-    for (auto* field : {&screen.sltPeriodFrom, &screen.sltPeriodTo})
-      expectUnchosen(*field, screen.cmdAutoCodding);
-    EXPECT_TRUE(screen.sltPeriodTo.hasFocus());
-
-    pick(screen.sltPeriodTo, "سال 1404");
-    for (const int noOrNothing : {0, 7}) {
-      notices.answer(noOrNothing);
-      EXPECT_EQ(toldBy(screen.cmdAutoCodding), kNoSource);
-      EXPECT_TRUE(screen.isShown());
-    }
-    EXPECT_EQ(moves(), "");
-    EXPECT_EQ(desktop.hourglasses, 0);
-    notices.answer(1);
-    screen.cmdAutoCodding.click();
-    EXPECT_FALSE(screen.isShown());
-  });
-  EXPECT_TRUE(changed);
-  EXPECT_EQ(moves(), "+10|2 +11|2 +20|2 +21|2");
-  EXPECT_EQ(desktop.hourglasses, 2);
-}
-
-TEST_F(CopyPeriodTest, MergesAPeriodIntoAnother) {
+  EXPECT_TRUE(show("the whole chart into a period"));
   members("(10,1),(11,1),(11,2),(20,2)");
-  const auto merge = [&](const std::string& from, const std::string& to) {
-    EXPECT_TRUE(show([&](FormCopyPeriodAccount& screen) {
-      EXPECT_TRUE(screen.sltPeriodTo.IsEmpty() && screen.sltPeriodFrom.IsEmpty()) << "loaded anew";
-      pick(screen.sltPeriodFrom, from);
-      pick(screen.sltPeriodTo, to);
-      screen.cmdAutoCodding.click();
-      EXPECT_FALSE(screen.isShown());
-      EXPECT_EQ(notices.taken(), "");
-    }));
-    return moves();
-  };
-  EXPECT_EQ(merge("سال 1403", "سال 1404"), "+10|2");
-  EXPECT_EQ(merge("سال 1403", "سال 1404"), "");
-  EXPECT_EQ(merge("سال 1404", "سال 1404"), "");
-  EXPECT_EQ(merge("سال 1405", "سال 1404"), "") << "nobody but the neighbour is there";
-  EXPECT_EQ(merge("سال 1404", "سال 1405"), "+10|3 +11|3 +20|3");
+  for (const char* section : {"a period into another", "the same again", "a period into itself",
+                              "nobody but the neighbour is there", "a period into an empty one"})
+    EXPECT_TRUE(show(section));
 }
 
 TEST_F(CopyPeriodTest, LeavesWithoutACopy) {
   members("(10,1)");
-  for (auto* const way :
-       {+[](FormCopyPeriodAccount& screen) { screen.cmdCancel.click(); },
-        +[](FormCopyPeriodAccount& screen) { EXPECT_TRUE(screen.press(ui::KeyChord::of(ui::Key::Escape))); },
-        +[](FormCopyPeriodAccount& screen) { screen.closeByPerson(); }}) {
-    EXPECT_FALSE(show([&](FormCopyPeriodAccount& screen) {
-      pick(screen.sltPeriodFrom, "سال 1403");
-      pick(screen.sltPeriodTo, "سال 1404");
-      way(screen);
-      EXPECT_FALSE(screen.isShown());
-    }));
-  }
+  for (const char* way : {"a copy is cancelled", "a copy is left by Escape", "a copy is left by the frame"})
+    EXPECT_FALSE(show(way));
 }
 
 TEST_F(CopyPeriodTest, AFailingCopyTellsWhatItChangedAndCanBeFinished) {

@@ -8,6 +8,7 @@
 #include "data/data_error.h"
 #include "periods/period_screens.h"
 #include "shell/lookup/selector.h"
+#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -53,12 +54,6 @@ class PeriodHouse : public WatchedHouse {
     return found.starts_with(table) ? found.substr(table.size()) : found;
   }
 
-  template <typename Command>
-  std::string movesBy(Command& command) {
-    command.click();
-    return moves();
-  }
-
   /// The person looks for a period by its name, and takes the first hit.
   void pick(shell::Selector& selector, const std::string& name) {
     selector.focus();
@@ -69,6 +64,27 @@ class PeriodHouse : public WatchedHouse {
     ASSERT_EQ(selector.SelectedText(), name);
   }
 
+  /// A section of periods/steps.txt on a screen that was opened. Seen are the look-ups, "_" behind what is
+  /// only typed, what the story adds, where the focus stands, and whether the screen counts as changed; told
+  /// are the rows that moved too.
+  template <typename Screen>
+  void walk(
+      Screen& screen, const std::string& section,
+      const std::function<std::string()>& more = [] { return std::string(); }) {
+    person.go(
+        "periods/steps.txt", section,
+        [&] {
+          std::string text;
+          for (ui::Control* control : screen.controls())
+            if (const auto* field = dynamic_cast<ui::LookupField*>(control); field != nullptr)
+              text += "«" + field->text() + (field->typing() ? "_» " : "» ");
+          text += more() + (screen.focused() == nullptr ? "" : "@" + screen.focused()->name());
+          return text + (screen.ChangedFlag ? " changed" : "");
+        },
+        [&] { return moves(); });
+  }
+
+  ScreenWalk person{desktop, notices, faults};
   periods::PeriodScreens screens{shell};
 };
 

@@ -56,6 +56,8 @@ TEST_F(LookupChart, LettersThatAPersonTakesForTheSame) {
   EXPECT_EQ(found(sltClass, "صندوقها"), "01 صندوق‌ها");
   EXPECT_EQ(found(sltClass, "۰۸"), database.letters("08 تأمین‌کنندگان"));
   EXPECT_EQ(found(sltClass, "تامين"), database.letters("08 تأمین‌کنندگان"));
+  database.execute("insert into tblAccount (Code, Title) values ('1حيك', 'x'), ('حيك', 'y')");
+  EXPECT_EQ(found(sltAccount, "حیک "), "حيك y, 1حيك x") << "the whole code comes first";
   EXPECT_EQ(found(sltClass, "'; delete from tblAccount --"), "");
   EXPECT_EQ(found(sltClass, std::string("\0\xff%_*", 5)), "");
   sltClass.edited(std::string(10000, 'x'));

@@ -7,10 +7,21 @@
 #include <utility>
 
 #include "support/text_table.h"
+#include "ui/buttons.h"
 
 namespace ledgertree::testing {
 
+std::pair<std::string, std::string> cut(const std::string& step) {
+  const std::size_t end = std::min(step.find(' '), step.size());
+  std::string about = step.substr(std::min(end + 1, step.size()));
+  if (about.size() > 1 && about.front() == '\'' && about.back() == '\'')
+    about = about.substr(1, about.size() - 2);
+  return {step.substr(0, end), about};
+}
+
 ui::KeyChord chordOf(const std::string& name) {
+  if (name.starts_with("Ctrl+"))
+    return {.ctrl = true, .shift = name.starts_with("Ctrl+Shift+"), .letter = name.back()};
   constexpr int kKeys = static_cast<int>(ui::Key::F12) + 1;
   for (int place = 0; place < 2 * kKeys; ++place) {
     const ui::KeyChord chord{.shift = place >= kKeys, .key = static_cast<ui::Key>(place % kKeys)};
@@ -26,7 +37,7 @@ void walk(const std::string& file, const std::string& section,
   for (const auto& row : tableOf(file, section)) {
     SCOPED_TRACE(section + ": " + row[0]);
     act(row[0]);
-    EXPECT_EQ(seen(), row.at(1));
+    EXPECT_EQ(seen(), row.size() > 1 ? row[1] : "");
     EXPECT_EQ(told(), row.size() > 2 ? row[2] + " " : "");
   }
 }
@@ -51,11 +62,8 @@ void LookupWalk::go(const std::string& file, const std::string& section) {
 }
 
 void LookupWalk::act(const std::string& step) {
-  const std::size_t end = std::min(step.find(' '), step.size());
-  std::string about = step.substr(std::min(end + 1, step.size()));
-  // Blanks stand between apostrophes.
-  if (about.size() > 1 && about.front() == '\'') about = about.substr(1, about.size() - 2);
-  if (const auto known = acts.find(step.substr(0, end)); known != acts.end()) {
+  const auto [name, about] = cut(step);
+  if (const auto known = acts.find(name); known != acts.end()) {
     known->second(about);
   } else if (!field_.press(chordOf(step).key)) {
     unused_ = "unused ";
@@ -74,6 +82,70 @@ std::string LookupWalk::seen() const {
     text += (row == 0 ? " " : ", ") + (row == field_.highlighted() ? "[" + name + "]" : name);
   }
   return text + (field_.searching() ? " ..." : "") + (field_.hasMore() ? " more" : "");
+}
+
+void pickRow(ui::LookupField& field, ScriptedDesktop& desktop, std::int32_t id, const std::string& typed) {
+  if (id == -1) return static_cast<void>(field.press(ui::Key::Delete));
+  field.openList();
+  if (!typed.empty()) field.type(typed);
+  desktop.settle();
+  const auto& rows = field.rows();
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& one) { return one.id == id; });
+  ASSERT_NE(row, rows.end()) << "no row " << id << " in " << field.name();
+  field.pick(static_cast<int>(row - rows.begin()));
+}
+
+FormWalk::FormWalk(ScriptedDesktop& desktop, ScriptedNotices& notices)
+    : acts{{"type", [this](auto& text) { return field_->type(text), shown(); }},
+           {"text", [this](auto& text) { return field_->setText(text), ""; }},
+           {"caret", [this](auto& place) { return field_->setCaret(std::stoul(place)), ""; }}},
+      desktop_(desktop),
+      notices_(notices) {}
+
+void FormWalk::go(ui::Form& form, const std::string& file, const std::string& section) {
+  std::string seen;
+  walk(
+      file, section, [&](const std::string& steps) { seen = act(form, steps); }, [&] { return seen; },
+      [this] {
+        std::string told;
+        for (const Notice& notice : notices_.take()) told += notice.title + ": " + notice.message + " ";
+        return told;
+      });
+}
+
+std::string FormWalk::act(ui::Form& form, const std::string& steps) {
+  std::string seen;
+  for (std::size_t begin = 0; begin < steps.size();) {
+    const std::size_t end = std::min(steps.find("; ", begin), steps.size());
+    const auto [name, about] = cut(steps.substr(begin, end - begin));
+    begin = end + 2;
+    std::string answer;
+    if (const auto known = acts.find(name); known != acts.end()) {
+      answer = known->second(about);
+    } else if (name == "at") {
+      field_ = &dynamic_cast<ui::TextField&>(*form.find(about));
+    } else if (ui::Control* const control = form.find(name)) {
+      put(control, about);
+    } else {
+      field_->press(chordOf(name).key);
+      answer = shown();
+    }
+    if (!answer.empty()) seen += (seen.empty() ? "" : " ") + answer;
+  }
+  return seen;
+}
+
+void FormWalk::put(ui::Control* control, const std::string& about) {
+  if (auto* const text = dynamic_cast<ui::TextField*>(control)) return text->paste(about);
+  if (auto* const lookup = dynamic_cast<ui::LookupField*>(control))
+    return pickRow(*lookup, desktop_, std::stoi(about));
+  if (auto* const radio = dynamic_cast<ui::RadioButton*>(control)) return radio->click();
+  dynamic_cast<ui::PushButton&>(*control).click();
+}
+
+std::string FormWalk::shown() const {
+  std::string text = field_->text();
+  return text.insert(std::min(field_->caret(), text.size()), "^");
 }
 
 }  // namespace ledgertree::testing

@@ -6,14 +6,10 @@
 
 namespace ledgertree::testing {
 
-namespace {
-
 std::string trimmed(const std::string& text) {
   const std::size_t begin = text.find_first_not_of(' ');
   return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(' ') + 1 - begin);
 }
-
-}  // namespace
 
 std::vector<std::string> linesOf(const std::string& file, const std::string& section) {
   std::ifstream stream(LEDGERTREE_TESTS "/" + file);

@@ -14,4 +14,7 @@ namespace ledgertree::testing {
 [[nodiscard]] std::vector<std::vector<std::string>> tableOf(const std::string& file,
                                                             const std::string& section);
 
+/// A text without the blanks around it.
+[[nodiscard]] std::string trimmed(const std::string& text);
+
 }  // namespace ledgertree::testing

@@ -13,6 +13,8 @@ COLOURS = {"light": ("250,250,250", "20,20,20"), "dark": ("30,30,34", "235,235,2
 LOOKS = {"small": (1, 9, "light", 1), "large-letters": (0, 18, "light", 1), "many-pixels": (2, 9, "light", 2),
          "light": (0, 9, "light", 1), "dark": (0, 9, "dark", 1)}
 
+CANCEL = "انصراف از ثبت تغييرات حساب "
+
 
 def theme(folder, letters, colours):
     ground, ink = COLOURS[colours]
@@ -45,6 +47,9 @@ def look(host, folder, name):
             until("the next control", lambda: desk.focused() not in (None, here))
         assert len(seen) > 20
         desk.picture(f"{name}-record")
+        desk.key("Escape")
+        desk.answer(CANCEL, "بلي")
+        desk.gone(CANCEL)
         desk.choose("ابزار", "همسانسازي كدينگ و ماهيت و نوع حسابها...", "F10")
         desk.window("اعمال كدينگ خودكار، همسان سازي كدينگ و ماهيت و نوع حساب")
         desk.picture(f"{name}-recode")

@@ -11,7 +11,7 @@ Translation translate(std::string_view statement, Tables& tables, Form form) {
   tsql::ParsedStatement parsed = tsql::parseStatement(statement);
   tsql::tellTypes(parsed.statement, tables);
   if (form == Form::Fast) rewriteForLookUps(parsed.statement, tables);
-  Translation translation = writeStatement(parsed.statement);
+  Translation translation = Writer().write(parsed.statement);
   translation.decisions = std::move(parsed.decisions);
   return translation;
 }

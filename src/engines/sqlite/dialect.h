@@ -31,7 +31,8 @@ enum class Form {
 };
 
 /// Translates one statement of SQL Server's dialect for a database with these tables, on a connection with
-/// the function of sum.h. Throws data::DataError(Statement) for what it doesn't know.
+/// the function of sum.h and the collation of persian_order.h. Throws data::DataError(Statement) for what it
+/// doesn't know.
 ///
 /// Literals that are compared or inserted become parameters, so that the same statement with other values has
 /// the same translation. Text compares without regard to letter case and to blanks at the end.

@@ -9,6 +9,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/persian_order.h"
 #include "engines/sqlite/sum.h"
 
 namespace ledgertree::engines::sqlite {
@@ -90,6 +91,9 @@ void mistrust(SQLite::Database& database) {
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
+  // An index for some values only (CREATE INDEX ... WHERE) has no statement prepared anew for each value that
+  // it is given: it would seem to be of another schema every time (see Plans::firstStep), and never end.
+  sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
   // A name that no column has is an error, never a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
@@ -128,6 +132,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
   Watch::Command command(watch_, deadline);
   watch_.attach(handle());
   addSumFunction(handle());
+  addPersianOrder(handle());
   while (true) {
     try {
       mistrust(database_);
@@ -147,7 +152,7 @@ void Session::configure(std::chrono::milliseconds timeOut) {
 }
 
 void Session::requireFile(Watch::Clock::time_point now, bool always) {
-  if (!always && now - lastLook_ < kBetweenLooks) return;
+  if (!always && !lost_ && now - lastLook_ < kBetweenLooks) return;
   lastLook_ = now;
   if (fileIdentity(path_) == identity_) return;
   lost_ = true;

@@ -8,6 +8,7 @@
 #include "data/data_error.h"
 #include "data/view_name.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/persian_order.h"
 #include "text/characters.h"
 #include "text/fold.h"
 #include "tsql/tokens.h"
@@ -38,11 +39,13 @@ std::string viewName(std::string_view text) {
   return std::string(name.text);
 }
 
+using Order = ViewSearch::Order;
+
 /// Where a scan stands: the value of the ordering column in the last row, and how many rows with that value
 /// are behind. Rows that are equal there come in the order of their index.
 struct Position {
-  bool byKey = false;  ///< ordered by ID, not by the first column
-  int type = 0;        ///< SQLITE_INTEGER, ...; 0 ahead of the first row
+  Order order = Order::Written;
+  int type = 0;  ///< SQLITE_INTEGER, ...; 0 ahead of the first row
   std::string text;
   std::int64_t integer = 0;
   double real = 0;
@@ -72,7 +75,10 @@ bool Position::isAt(sqlite3_stmt* row, int column, int rowType) const {
   if (type == SQLITE_INTEGER) return sqlite3_column_int64(row, column) == integer;
   if (type == SQLITE_FLOAT)
     return !(sqlite3_column_double(row, column) < real) && !(sqlite3_column_double(row, column) > real);
-  return type == SQLITE_NULL || text::equalsIgnoringCase(cellText(row, column), text);
+  if (type == SQLITE_NULL) return true;
+  const std::string_view cell = cellText(row, column);
+  const bool asName = order == Order::Names && type == SQLITE_TEXT;
+  return asName ? isSameName(cell, text) : text::equalsIgnoringCase(cell, text);
 }
 
 bool Position::pass(sqlite3_stmt* row, int column) {
@@ -97,9 +103,10 @@ void Position::bind(sqlite3_stmt* statement) const {
   if (type == SQLITE_BLOB) sqlite3_bind_blob(statement, 1, text.data(), size, SQLITE_TRANSIENT);
 }
 
-/// "<type> <passed> <value>", behind a "k" where the rows are ordered by ID.
+/// "<type> <passed> <value>", behind a letter for an order other than the written one.
 std::string Position::toContinuation() const {
-  std::string result = (byKey ? "k" : "") + std::to_string(type) + " " + std::to_string(passed) + " ";
+  const std::string mark = order == Order::Key ? "k" : order == Order::Names ? "n" : "";
+  std::string result = mark + std::to_string(type) + " " + std::to_string(passed) + " ";
   if (type == SQLITE_INTEGER) return result + std::to_string(integer);
   if (type != SQLITE_FLOAT) return type == SQLITE_NULL ? result : result + text;
   char digits[64];
@@ -110,8 +117,10 @@ std::string Position::toContinuation() const {
 Position Position::parse(std::string_view continuation) {
   Position position;
   if (continuation.empty()) return position;
-  position.byKey = continuation.front() == 'k';
-  if (position.byKey) continuation.remove_prefix(1);
+  const char mark = continuation.front();
+  if (mark == 'k') position.order = Order::Key;
+  if (mark == 'n') position.order = Order::Names;
+  if (position.order != Order::Written) continuation.remove_prefix(1);
   const char* const last = continuation.data() + continuation.size();
   const auto read = [last](const char* from, auto& number, bool toEnd) -> const char* {
     const auto result = std::from_chars(from, last, number);
@@ -134,8 +143,11 @@ std::string searchStatement(const data::SearchRequest& request, const Position& 
   std::string sql = "SELECT \"ID\"";
   for (const std::string& column : request.columns) sql += ", " + quotedName(column);
   sql += " FROM " + quotedName(viewName(request.view));
-  const std::string order =
-      from.byKey ? std::string("\"ID\"") : quotedName(request.columns.front()) + " COLLATE NOCASE";
+  std::string order = "\"ID\"";
+  if (from.order != Order::Key) {
+    order = quotedName(request.columns.front()).append(" COLLATE ");
+    order.append(from.order == Order::Names ? kPersianOrder : "NOCASE");
+  }
   // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
   if (from.type != 0 && from.type != SQLITE_NULL) sql += " WHERE " + order + " >= ?1";
   return sql + " ORDER BY " + order;
@@ -162,7 +174,7 @@ class Scan {
     text::fold(text::trimmed(request.text), needle_);
     skip_ = position_.passed;
     position_.passed = 0;
-    orderColumn_ = position_.byKey ? 0 : 1;
+    orderColumn_ = position_.order == Order::Key ? 0 : 1;
     columns_ = static_cast<int>(request.columns.size()) + 1;
     position_.bind(statement_);
   }
@@ -237,9 +249,9 @@ class Scan {
 data::SearchPage ViewSearch::page(const data::SearchRequest& request, Watch& watch) {
   Position from = Position::parse(request.continuation);
   if (request.columns.empty()) {
-    from.byKey = true;
+    from.order = Order::Key;
   } else if (request.continuation.empty()) {
-    from.byKey = isOrderedByKey(request);
+    from.order = orderOf(request);
   }
   const std::string sql = searchStatement(request, from);
   data::SearchPage page;
@@ -250,16 +262,21 @@ data::SearchPage ViewSearch::page(const data::SearchRequest& request, Watch& wat
   throw lastError(database_, sql);
 }
 
-bool ViewSearch::isOrderedByKey(const data::SearchRequest& request) {
+ViewSearch::Order ViewSearch::orderOf(const data::SearchRequest& request) {
   Position start;
-  const std::string byText = searchStatement(request, start);
-  const auto known = orderedByKey_.find(byText);
-  if (known != orderedByKey_.end()) return known->second;
-  start.byKey = true;
+  const std::string written = searchStatement(request, start);
+  const auto known = orders_.find(written);
+  if (known != orders_.end()) return known->second;
+  start.order = Order::Key;
   const std::string byKey = searchStatement(request, start);
-  const bool ordered = sorts(byText) && !sorts(byKey) && isLong(request.view);
-  if (orderedByKey_.size() >= kMostStatements) orderedByKey_.clear();
-  return orderedByKey_[byText] = ordered;
+  Order order = Order::Written;
+  if (!text::equalsIgnoringCase(request.columns.front(), "Code") && !isLonger(request.view, kMostNames)) {
+    order = Order::Names;
+  } else if (sorts(written) && !sorts(byKey) && isLonger(request.view, kLongestSorted)) {
+    order = Order::Key;
+  }
+  if (orders_.size() >= kMostStatements) orders_.clear();
+  return orders_[written] = order;
 }
 
 bool ViewSearch::sorts(const std::string& sql) {
@@ -273,12 +290,12 @@ bool ViewSearch::sorts(const std::string& sql) {
   return found;
 }
 
-bool ViewSearch::isLong(std::string_view view) {
+bool ViewSearch::isLonger(std::string_view view, int rows) {
   const std::string sql = "SELECT count(*) FROM (SELECT 1 FROM " + quotedName(viewName(view)) + " LIMIT " +
-                          std::to_string(kLongestSorted + 1) + ")";
+                          std::to_string(rows + 1) + ")";
   const auto count = prepare(sql);
   if (sqlite3_step(count.get()) != SQLITE_ROW) throw lastError(database_, sql);
-  return sqlite3_column_int(count.get(), 0) > kLongestSorted;
+  return sqlite3_column_int(count.get(), 0) > rows;
 }
 
 ViewSearch::Statement ViewSearch::prepare(const std::string& sql) {

@@ -47,14 +47,16 @@ void Watch::rethrowStop(std::string_view statement) {
 
 int Watch::onProgress(void* watch) { return static_cast<Watch*>(watch)->mustStop() ? 1 : 0; }
 
-/// A question that fails is a no: nothing may pass through SQLite, and the wait ends anyway.
+/// A question that fails is a no: nothing may pass through SQLite, and the wait ends anyway. It may be
+/// replaced while it is put.
 bool Watch::givesUpWaiting() {
   if (givesUpWaiting_ == nullptr || !*givesUpWaiting_) return false;
+  const std::function<bool()> question = *givesUpWaiting_;
   asking_ = true;
   bool givesUp = false;
   try {
-    givesUp = (*givesUpWaiting_)();
-  } catch (const std::exception&) {
+    givesUp = question();
+  } catch (...) {
     givesUp = false;
   }
   asking_ = false;

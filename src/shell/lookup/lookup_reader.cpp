@@ -1,6 +1,7 @@
 #include "shell/lookup/lookup_reader.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "data/data_error.h"
@@ -17,9 +18,27 @@ constexpr std::size_t kLongestCode = 20;
 /// The accounts that come first for the code that they begin with.
 constexpr std::size_t kCodesFirst = 20;
 
+std::string replaced(std::string text, std::string_view from, std::string_view by) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + by.size()))
+    text.replace(at, from.size(), by);
+  return text;
+}
+
+/// A code that isn't of digits alone, in every spelling in which it is the same code: a comparison by itself
+/// would tell the forms of yeh and kaf apart, and one of folded codes would find no index through a view.
+std::string spellingsCondition(const std::string& folded, const std::string& typed) {
+  const std::string yeh = replaced(folded, "ی", "ي");
+  const std::set<std::string> spellings{folded, typed, yeh, replaced(folded, "ک", "ك"),
+                                        replaced(yeh, "ک", "ك")};
+  std::string condition;
+  for (const std::string& code : spellings)
+    condition.append(condition.empty() ? "Code=" : " or Code=").append(data::quoteText(code));
+  return condition;
+}
+
 /// The codes that begin with some digits, as a range of the index; for any other text the code itself.
-std::string codeCondition(const std::string& code) {
-  if (code.find_first_not_of("0123456789") != std::string::npos) return "Code=" + data::quoteText(code);
+std::string codeCondition(const std::string& code, const std::string& typed) {
+  if (code.find_first_not_of("0123456789") != std::string::npos) return spellingsCondition(code, typed);
   std::string behind = code;
   while (!behind.empty() && behind.back() == '9') behind.pop_back();
   if (!behind.empty()) ++behind.back();
@@ -146,9 +165,10 @@ ui::LookupRow LookupReader::one(data::Connection& connection, LookupQuestion que
 void LookupReader::findCodes(data::Connection& connection, const LookupQuestion& question,
                              LookupAnswer& answer) {
   const std::string code = whole(question.text);
-  if (code.empty() || text::characterCount(code) > kLongestCode || !text::isCleanText(code)) return;
+  const std::string typed(text::trimmed(question.text));
+  if (code.empty() || text::characterCount(code) > kLongestCode || !text::isCleanText(typed)) return;
   const data::Rows rows = rowsOf(connection, "top " + std::to_string(kCodesFirst), question.view,
-                                 codeCondition(code) + " Order by Code");
+                                 codeCondition(code, typed) + " Order by Code");
   for (std::size_t row = 0; row < rows.count(); ++row) {
     ui::LookupRow hit = lookupRow(rows, row);
     if (hit.id == -1 || !text::fold(hit.code).starts_with(code)) continue;

@@ -147,9 +147,13 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
     EmbeddedConnection third(replacement.string());
     third.run("Insert into tblAccount (Code, Title) values ('1', 'c'), ('2', 'd')");
   }
-  std::filesystem::rename(replacement, file);
-  std::this_thread::sleep_for(milliseconds(150));
-  EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
+  connection.walk(kCount, [&](const data::Rows&) {
+    std::filesystem::rename(replacement, file);
+    std::this_thread::sleep_for(milliseconds(150));
+    for (int look = 0; look < 2; ++look)
+      EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
+    return true;
+  });
   EXPECT_EQ(number(connection, kCount), 2);
 }
 
@@ -294,6 +298,9 @@ TEST_F(Commands, RowsFollowTheSchema) {
     database.execute("alter table tblAccountGroup drop column Colour");
   }
   EXPECT_FALSE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
+  // Where an index is for some values only, a write would begin again for ever.
+  database.execute("create index ixSome on tblAccount (Title) where NoLevel = 4");
+  connection.run("Update tblAccount Set Title = 'x' Where NoLevel = 5");
 }
 
 }  // namespace

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <optional>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -88,8 +90,38 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
       ids("select ID from vwHost where ID > 7 and Address < 9 or Made = 'ABC' and More = 9.5 order by ID"),
       (std::vector<std::int64_t>{8, 9}));
   EXPECT_EQ(
-      ids("select a.ID from vwHost a, vwHost b where a.Made = b.Made and b.ID = 9 order by a.Made, a.ID"),
+      ids("select a.ID from vwHost a, vwHost b where a.Made = b.Made and b.ID = 9 and a.Made in (b.Made) and "
+          "left(a.Made, 1) in (select left(h.Made, 1) from vwHost h where h.ID = 9) and left(a.Made, 1) "
+          "between left(b.Made, 1) and b.Made order by a.Made, a.ID"),
       (std::vector<std::int64_t>{8, 9}));
+}
+
+TEST_F(Dialect, NamesComeAsInADictionaryAndCodesAsTheyAreWritten) {
+  std::istringstream names(
+      "بانک پاسارگاد/بانک ملی/بانک‌دار/بانکها/پروژه/"
+      "چاه/علي/علی/كارخانه/کاشی/گذر/يخچال/یزد");
+  std::vector<std::int64_t> asInADictionary;
+  std::map<std::string, std::int64_t> asWritten;
+  for (std::string name; std::getline(names, name, '/');) {
+    const auto id = 100 + static_cast<std::int64_t>(7 * asInADictionary.size() % 13);
+    asInADictionary.push_back(asWritten[name] = id);
+    // By a program that knows nothing of dictionaries.
+    database.execute("insert into tblAccountBranch (ID, Code, Name) values (" + std::to_string(id) + ", '" +
+                     name + "', '" + name + "')");
+  }
+  database.execute("create view vwHost as select ID, Code, Name || '' as Made from tblAccountBranch");
+  const std::string some = " from tblAccountBranch where ID > 99 ";
+  for (const std::string& byName :
+       {"select ID" + some + "order by Name, ID", "select ID, left(Name,9) as N" + some + "order by N, ID",
+        "select ID, Name" + some + "union select ID, Name" + some + "order by Name, ID",
+        std::string("select ID from vwHost where ID > 99 order by Made, ID")})
+    EXPECT_EQ(ids(byName), asInADictionary) << byName;
+  for (const std::string& byCode :
+       {"select ID" + some + "order by Code", "select ID" + some + "order by left(Code,20)",
+        std::string("select ID from vwHost where ID > 99 order by Code")}) {
+    auto expected = asWritten.begin();
+    for (const std::int64_t id : ids(byCode)) EXPECT_EQ(id, (expected++)->second) << byCode;
+  }
 }
 
 TEST_F(Dialect, OneShapeServesAllLiterals) {

@@ -96,6 +96,18 @@ TEST_F(ViewSearch, TheOrderIsThatOfTheFirstColumn) {
   EXPECT_EQ(page.rows.value(0, 1).toText(), "دفتر 1");
   EXPECT_TRUE(page.rows.isNull(1, 2));
   EXPECT_EQ(page.rows.value(2, 1).toText(), "دفتر 100");
+
+  database.execute(
+      "insert into tblAccountBranch (ID, Name) values (30001, 'یک'), (30002, 'علی'), (30003, 'علي'), (30004, "
+      "'علی'), (30005, 'ك'), (30006, 'پ'); create view vwShort as select * from tblAccountBranch where ID > "
+      "30000");
+  request.view = "vwShort";
+  request.limit = 1;
+  for (const std::int64_t id : {30006, 30002, 30003, 30004, 30005, 30001}) {
+    const data::SearchPage next = connection.search(request);
+    EXPECT_EQ(next.rows.value(0, 0).toInt64(), id) << "as in a dictionary, equal names across pages too";
+    request.continuation = next.continuation;
+  }
 }
 
 TEST_F(ViewSearch, ALongListWithoutAnIndexIsNeverSorted) {

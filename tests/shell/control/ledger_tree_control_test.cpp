@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -11,11 +12,10 @@
 #include "data/data_error.h"
 #include "ledgertree/hidden_commands.h"
 #include "shell/control/control_house.h"
+#include "support/screen_walk.h"
 
 namespace ledgertree::testing {
 namespace {
-
-constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
 
 class ControlStory : public ControlHouse {
  protected:
@@ -31,71 +31,26 @@ class ControlStory : public ControlHouse {
 };
 
 TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
-  // The period that is current, and the bounds of one in the database.
+  EXPECT_EQ(database.number("select PeriodID from tblUser where ID = 1"), 3);
+  ScreenWalk host(desktop, notices, faults);
+  const auto number = [](auto& text) { return static_cast<std::int16_t>(std::stoi(text)); };
+  host.acts["ClearShow"] = [&](auto&) { control.ClearShow(); };
+  host.acts["View"] = [&](auto& account) { control.View(number(account)); };
+  host.acts["UserID"] = [&](auto& user) { control.UserID(number(user)); };
+  host.acts["AccPeriodSpecID"] = [&](auto& period) { control.AccPeriodSpecID(number(period)); };
+  host.acts["sql"] = [&](auto& statement) { database.execute(statement); };
   const auto current = [&] {
     return std::to_string(context().gPeriodID) + " " + context().gPeriodBegin.toIso() + " " +
            context().gPeriodEnd.toIso();
   };
-  const auto boundsOf = [&](int period) {
-    const std::string where = " from tblAccountPeriod where ID = " + std::to_string(period);
-    return " " + database.text("select BeginDate" + where) + " " + database.text("select EndDate" + where);
-  };
-  const std::string none = current().substr(1);
   const auto asked = [&] {
-    std::vector<std::string> commands = faults.take();
-    if (commands.size() > 3) commands.resize(3);
-    return commands;
+    std::string text;
+    const auto commands = faults.take();
+    for (std::size_t command = 0; command < std::min<std::size_t>(commands.size(), 3); ++command)
+      text += (command == 0 ? "" : "; ") + commands[command];
+    return text;
   };
-  using Commands = std::vector<std::string>;
-  EXPECT_EQ(database.number("select PeriodID from tblUser where ID = 1"), 3);
-
-  // A period that the host names is taken even where the database has no such row; its bounds stay as they
-  // were. All that is ahead of the question for the right.
-  control.AccPeriodSpecID(999);
-  control.ClearShow();
-  EXPECT_EQ(current(), "999" + none);
-  EXPECT_EQ(asked().at(1), "spTarvoHasPermission");
-  control.AccPeriodSpecID(1);
-  control.ClearShow();
-  EXPECT_EQ(current(), "1" + boundsOf(1));
-  EXPECT_EQ(asked(), (Commands{"Select * From tblAccountPeriod Where ID =1", "spTarvoHasPermission"}));
-
-  // Where it names none, the period is that of the user, whether or not the chart may be seen.
-  for (const auto& [user, period] : {std::pair(1, 3), {3, 2}}) {
-    control.UserID(static_cast<std::int16_t>(user));
-    control.AccPeriodSpecID(static_cast<std::int16_t>(-user));
-    control.ClearShow();
-    EXPECT_EQ(current(), std::to_string(period) + boundsOf(period));
-    EXPECT_EQ(asked(), (Commands{"spAccountGetCurrentUserPeriod",
-                                 "Select * From tblAccountPeriod Where ID=" + std::to_string(period),
-                                 "spTarvoHasPermission"}));
-  }
-  EXPECT_EQ(notices.taken(), kRefused);
-
-  // A date that can't be read is told of by its place, and the chart opens without it.
-  database.execute("update tblAccountPeriod set BeginDate = '1403/01/01' where ID = 1");
-  control.UserID(1);
-  control.AccPeriodSpecID(1);
-  control.ClearShow();
-  EXPECT_EQ(notices.taken(),
-            "اشکال|تاريخ «1403/01/01» در ستون BeginDate جدول tblAccountPeriod (دوره 1) خوانا نيست. آن را "
-            "اصلاح نماييد. سرفصل حسابها بدون آن باز ميشود.");
-  EXPECT_EQ(context().gPeriodBegin, data::DateTime());
-  EXPECT_EQ(asked().back(), "spTarvoHasPermission");
-  control.AccPeriodSpecID(2);
-  control.ClearShow();
-
-  // A user whose period isn't known leaves everything as it was, and View resolves none.
-  database.execute("update tblUser set PeriodID = 12345 where ID = 1");
-  control.UserID(1);
-  control.AccPeriodSpecID(0);
-  control.ClearShow();
-  EXPECT_EQ(current(), "2" + boundsOf(2));
-  control.AccPeriodSpecID(1);
-  static_cast<void>(faults.take());
-  control.View(std::int16_t{0});
-  EXPECT_EQ(faults.take(), Commands()) << "a screen that is open needs nothing for a blank record";
-  EXPECT_EQ(current(), "2" + boundsOf(2));
+  host.go("shell/control/commands.txt", "the current period", current, asked);
   expectQuiet();
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "shell/control/control_house.h"
+#include "support/screen_walk.h"
 #include "support/table_watch.h"
 #include "support/text_table.h"
 
@@ -51,19 +52,9 @@ class RightsStory : public ControlHouse {
         "delete from tblUserPermission; insert into tblUserPermission (UserID, FormPermissionID) values " +
         rows);
   }
-  static ui::MenuEntry* entryOf(const std::vector<ui::MenuEntry*>& menu, const std::string& name) {
-    for (ui::MenuEntry* entry : menu) {
-      if (entry->name() == name) return entry;
-      if (ui::MenuEntry* below = entryOf(entry->entries(), name)) return below;
-    }
-    return nullptr;
-  }
   void press(const std::string& name) {
     form().cmdi12.setVisible(true);
-    ui::Control* const found = form().find(name);
-    if (auto* button = dynamic_cast<ui::PushButton*>(found)) return button->click();
-    if (auto* button = dynamic_cast<ui::RadioButton*>(found)) return button->click();
-    entryOf(form().menu(), name)->click();
+    person.act(name);
   }
   /// Tries a command with an account on the screen, and gives what is seen of it.
   std::string tryOut(const std::string& command) {
@@ -92,6 +83,7 @@ class RightsStory : public ControlHouse {
   }
 
   std::string made;
+  ScreenWalk person{desktop, notices, faults};
 };
 
 TEST_F(RightsStory, EachRightGuardsItsOwnCommandsAndNoOther) {

@@ -1,0 +1,147 @@
+#include "support/screen_walk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "support/steps.h"
+#include "support/text_table.h"
+#include "ui/buttons.h"
+#include "ui/control_visitor.h"
+#include "ui/grid.h"
+#include "ui/items.h"
+#include "ui/menu.h"
+#include "ui/text_field.h"
+#include "ui/tree.h"
+
+namespace ledgertree::testing {
+
+namespace {
+
+std::optional<ui::KeyChord> keyCalled(const std::string& name) {
+  if (name.empty()) return std::nullopt;
+  try {
+    return chordOf(name);
+  } catch (const std::invalid_argument&) {
+    return std::nullopt;
+  }
+}
+
+ui::MenuEntry* entryIn(const std::vector<ui::MenuEntry*>& menu, const std::string& name) {
+  for (ui::MenuEntry* entry : menu) {
+    if (entry->name() == name) return entry;
+    if (ui::MenuEntry* below = entryIn(entry->entries(), name); below != nullptr) return below;
+  }
+  return nullptr;
+}
+
+/// What a person does to a control, by its kind.
+class Hand : public ui::ControlVisitor {
+ public:
+  Hand(ScriptedDesktop& desktop, std::string how)
+      : desktop_(desktop), how_(std::move(how)), key_(keyCalled(how_)) {}
+
+  void visit(ui::PushButton& control) override { control.click(); }
+  void visit(ui::RadioButton& control) override { control.click(); }
+  void visit(ui::CheckBox& control) override { control.click(); }
+  void visit(ui::ListBox& control) override { choose(control); }
+  void visit(ui::DropDownList& control) override { choose(control); }
+  void visit(ui::TextField& control) override {
+    if (key_) return control.press(key_->key);
+    control.focus();
+    control.paste(how_);
+  }
+  void visit(ui::LookupField& control) override {
+    const auto [verb, text] = cut(how_);
+    if (key_) return static_cast<void>(control.press(key_->key));
+    if (verb == "type") return control.type(text);
+    control.focus();
+    control.type(how_);
+    desktop_.settle();
+    control.press(ui::Key::Enter);
+    desktop_.settle();
+  }
+  void visit(ui::Grid& control) override {
+    if (key_) return control.press(key_->key, key_->shift);
+    control.selectRow(std::stoi(how_));
+  }
+  void visit(ui::Tree& control) override {
+    const auto [verb, key] = cut(how_);
+    const ui::NodeId node = key == "root" ? control.roots().front() : control.find(key);
+    if (key_) return control.press(key_->key);
+    if (verb == "click") return control.click(node);
+    if (verb == "tick") return control.tick(node);
+    if (verb == "expand") return control.expand(node);
+    if (verb == "collapse") return control.collapse(node);
+    throw std::invalid_argument("nobody does this to a tree: " + how_);
+  }
+  void visit(ui::DateDisplay&) override {}
+  void visit(ui::Frame&) override {}
+  void visit(ui::Label&) override {}
+  void visit(ui::ProgressBar&) override {}
+
+ private:
+  void choose(ui::ItemsControl& list) {
+    if (key_) return list.press(key_->key);
+    list.choose(std::stoi(how_));
+  }
+
+  ScriptedDesktop& desktop_;
+  std::string how_;
+  std::optional<ui::KeyChord> key_;
+};
+
+}  // namespace
+
+ScreenWalk::ScreenWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& faults)
+    : acts{{"pass", [&desktop](auto&) { desktop.tick(); }},
+           {"frame", [&desktop](auto&) { desktop.shownForms.back()->closeByPerson(); }},
+           {"fail", [&faults](auto& text) { faults.failWhere(text); }},
+           {"heal", [&faults](auto&) { faults.heal(); }}},
+      desktop_(desktop),
+      notices_(notices) {
+  for (const auto& [word, answer] : {std::pair("yes", 1), {"no", 0}, {"neither", 7}})
+    acts[word] = [this, answer](const std::string& step) {
+      notices_.answer(answer);
+      act(step);
+    };
+}
+
+void ScreenWalk::go(const std::string& file, const std::string& section,
+                    const std::function<std::string()>& seen, const std::function<std::string()>& told) {
+  EXPECT_EQ(notices_.taken(), "") << "ahead of " << section;
+  walk(
+      file, section, [this](const std::string& step) { act(step); },
+      [&] { return desktop_.shownForms.empty() ? "closed" : trimmed(seen()); },
+      [&] { return this->told(told()); });
+}
+
+void ScreenWalk::act(const std::string& step) {
+  const auto [first, about] = cut(step);
+  if (const auto known = acts.find(first); known != acts.end()) return known->second(about);
+  if (desktop_.shownForms.empty()) throw std::logic_error("no form is shown for " + step);
+  ui::Form& form = *desktop_.shownForms.back();
+  if (ui::Control* control = form.find(first); control != nullptr) {
+    if (about == "focus") return control->focus();
+    Hand hand(desktop_, about);
+    return control->accept(hand);
+  }
+  if (ui::MenuEntry* entry = entryIn(form.menu(), first); entry != nullptr) return entry->click();
+  if (!form.press(chordOf(step))) unused_ = "unused ";
+}
+
+std::string ScreenWalk::told(const std::string& ofStory) {
+  std::string text = std::exchange(unused_, {});
+  for (const Notice& notice : notices_.take()) text += notice.title + "<" + notice.message + "> ";
+  if (const int came = desktop_.hourglasses - std::exchange(hourglasses_, desktop_.hourglasses); came > 0)
+    text += "hourglass" + (came > 1 ? " " + std::to_string(came) : "") + " ";
+  if (!ofStory.empty()) text += ofStory + " ";
+  for (char& letter : text)
+    if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
+  return text;
+}
+
+}  // namespace ledgertree::testing
