@@ -230,10 +230,7 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       popup_->hide();
       break;
     case QEvent::FocusIn:
-      if (standing() && !control().typing()) line_->selectAll();
-      // What was left half-done goes on where it ended.
-      if (standing() && control().unchosen()) line_->end(false);
-      if (standing() && control().listOpen()) popup_->open(toQt(control().title()));
+      if (standing()) focusCame();
       break;
     case QEvent::ToolTip:
       if (standing()) control().lookCloser();
@@ -261,6 +258,13 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       break;
   }
   return ControlView::eventFilter(watched, event);
+}
+
+void LookupView::focusCame() {
+  if (!control().typing()) line_->selectAll();
+  // What was left half-done goes on where it ended.
+  if (control().unchosen()) line_->end(false);
+  if (control().listOpen()) popup_->open(toQt(control().title()));
 }
 
 void LookupView::focusLeft(Qt::FocusReason reason) {

@@ -129,13 +129,7 @@ bool LookupField::press(Key key) {
   switch (key) {
     case Key::F4:
     case Key::Down:
-      if (!listOpen_) {
-        openList();
-      } else if (key == Key::F4) {
-        setListOpen(false);
-      } else {
-        move(1);
-      }
+      goDown(key);
       return true;
     case Key::Up:
       move(-1);
@@ -164,6 +158,16 @@ bool LookupField::press(Key key) {
       return backspace();
     default:
       return false;
+  }
+}
+
+void LookupField::goDown(Key key) {
+  if (!listOpen_) {
+    openList();
+  } else if (key == Key::F4) {
+    setListOpen(false);
+  } else {
+    move(1);
   }
 }
 

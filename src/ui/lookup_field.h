@@ -120,6 +120,7 @@ class LookupField : public Control {
   void highlight(int index);
   void move(int rows);
   bool wentToRow() const { return moved_ && listOpen_ && !stale_; }
+  void goDown(Key key);
   bool deleteHeld();
   bool enter();
   bool backspace();

@@ -21,7 +21,7 @@ class PeriodBranchTest : public PeriodHouse {
       walk(screen, section, [&] {
         std::string text;
         const ui::Grid& grid = screen.flxPeriodBranch;
-        const auto [first, last] = std::minmax(grid.currentRow(), grid.selectionEnd());
+        const auto [first, last] = std::minmax({grid.currentRow(), grid.selectionEnd()});
         for (int row = 0; row < grid.rowCount(); ++row) {
           text += row == first ? "[" : "";
           text += grid.text(row, 0) + " " + grid.text(row, 1) + " " + grid.text(row, 2);

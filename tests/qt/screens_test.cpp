@@ -334,7 +334,7 @@ TEST_F(Screens, FoldersTellNatureAndStateByTheirColours) {
     qt::FormWindow objects(screen, drawing);
     dynamic_cast<ui::DropDownList&>(*screen.find("cmbClass")).choose(0);
     EXPECT_EQ(folders(objects, dynamic_cast<ui::Tree&>(*screen.find("treeObjects"))),
-              "yellow yellow yellow yellow blue blue yellow ");
+              "yellow yellow yellow yellow yellow blue blue ");
     objects.detach();
   });
   entities::showRelObjects(shell, idOf("10105"));
