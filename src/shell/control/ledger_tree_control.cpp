@@ -138,8 +138,9 @@ void LedgerTreeControl::resolvePeriod() {
   const std::int16_t period = named ? properties_->accPeriodSpecID
                                     : data::toInt16(gateway->spAccountGetCurrentUserPeriod(context.gUserID));
   if (named) context.gPeriodID = period;
-  data::OpenRows row(gateway->rssqlAccPeriodSpec, std::string("Select * From tblAccountPeriod Where ID") +
-                                                      (named ? " =" : "=") + std::to_string(period));
+  const std::string statement =
+      named ? "Select * From tblAccountPeriod Where ID =" : "Select * From tblAccountPeriod Where ID=";
+  data::OpenRows row(gateway->rssqlAccPeriodSpec, statement + std::to_string(period));
   if (row->Eof()) return;
   context.gPeriodID = period;
   const data::Value begin = row->Fields("BeginDate");
