@@ -98,8 +98,10 @@ TEST_F(LookupChart, ViewsOfTheHostAreTakenAsTheyAre) {
 TEST_F(LookupChart, EveryAccountComesOnceAsOneScrolls) {
   // Many of one code, as they stand in the middle of a recoding.
   database.insertMany("tblAccount (Code, Title)", 1, 420, [](int i) {
-    // Those whose code comes first are found last.
-    const std::string code = i < 90 || i > 320 ? "9" + std::to_string(1000 + i) : i < 310 ? "9500" : "950";
+    // Those that hold 95 elsewhere come ahead of those that begin with it.
+    const std::string code = i < 90    ? "195" + std::to_string(i)
+                             : i > 320 ? std::to_string(91000 + i)
+                                       : "9500";
     return "'" + code + "', 'پيمانکار " + std::to_string(i) + "'";
   });
   for (const std::string text : {"کار", "95"}) {
