@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "ui/desktop.h"
+#include "ui/form.h"
 
 namespace ledgertree::bench {
 
@@ -15,10 +16,10 @@ class IdleDesktop : public ui::Desktop {
  public:
   using Clock = std::chrono::steady_clock;
 
-  void show(ui::Form&) override {}
+  void show(ui::Form& form) override { form.setShown(true); }
   void showModal(ui::Form&) override {}
   void close(ui::Form&) override {}
-  void hide(ui::Form&) override {}
+  void hide(ui::Form& form) override { form.setShown(false); }
   void popUpMenu(ui::Form&, ui::MenuEntry&, ui::Twips, ui::Twips) override {}
   void setPointer(ui::Pointer) override {}
   void moveFocus(ui::Control&) override {}
