@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <regex>
 
 #include "data/data_error.h"
@@ -26,97 +25,6 @@ std::string failureOf(const std::function<void()>& work) {
     return failure.what();
   }
   return "nothing failed";
-}
-
-/// What the scripts of SQL Server make, read from their text: columns, constraints, indexes, and what is made
-/// anew as a whole. It knows the guards of the scripts, since that is where a database that exists parts from
-/// a new one.
-class Catalogue {
- public:
-  using Objects = std::map<std::string, std::string>;
-
-  void run(std::string_view script) {
-    static const std::regex comments("--[^\n]*");
-    static const std::regex blanks("\\s+");
-    for (const Batch& batch : batchesOf(script))
-      runBatch(std::regex_replace(std::regex_replace(std::string(batch.text), comments, ""), blanks, " "));
-  }
-  [[nodiscard]] const Objects& objects() const { return objects_; }
-  std::vector<std::string> guarded;  ///< what wasn't done, since it was there
-
- private:
-  void runBatch(const std::string& batch) {
-    static const std::regex work(
-        "(create (?:unique )?(\\w+)|alter table dbo\\.(\\w+) (add|alter column|drop column|drop constraint))"
-        " (?:dbo\\.)?(?=(\\w+))");
-    std::smatch found;
-    if (!std::regex_search(batch, found, work)) return;
-    if (isThere(found.prefix())) return guarded.push_back(batch);
-    const std::string rest = found.suffix().str();
-    const std::string name = found[5];
-    if (found[3].matched) {
-      addItem(found[3], rest.substr(0, rest.find_last_not_of("; ") + 1));
-      if (found[4].str().starts_with("drop")) objects_.erase(found[3].str() + "." + name);
-    } else if (found[2] == "table") {
-      objects_[name] = "table";
-      addItems(name, rest.substr(rest.find('(')));
-    } else {
-      objects_[name] = rest;
-    }
-  }
-
-  /// Whether a guard finds what its batch would make.
-  [[nodiscard]] bool isThere(const std::string& guard) const {
-    static const std::regex names(
-        "object_id\\(N'dbo\\.(\\w+)'\\)(?:, N'(\\w+)', 'ColumnId'\\))? is null|name like N'(\\w+)%'");
-    for (std::sregex_iterator name(guard.begin(), guard.end(), names), end; name != end; ++name) {
-      const std::string object = (*name)[1].str() + ((*name)[2].matched ? "." : "") + (*name)[2].str();
-      // An index counts under a longer name too.
-      const auto like = objects_.lower_bound((*name)[3].str());
-      if ((*name)[3].matched ? like != objects_.end() && like->first.starts_with((*name)[3].str())
-                             : objects_.contains(object))
-        return true;
-    }
-    return false;
-  }
-
-  void addItems(const std::string& table, const std::string& list) {
-    std::string item;
-    int depth = 0;
-    for (const char sign : list) {
-      if (sign == ')' && --depth == 0) break;
-      if (sign == ',' && depth == 1) {
-        addItem(table, std::exchange(item, {}));
-      } else if (depth > 0) {
-        item += sign;
-      }
-      if (sign == '(') ++depth;
-    }
-    addItem(table, item);
-  }
-  void addItem(const std::string& table, const std::string& item) {
-    static const std::regex named("^ *(?:constraint )?(\\w+)");
-    std::smatch name;
-    std::regex_search(item, name, named);
-    objects_[table + "." + name[1].str()] = std::regex_replace(item, std::regex(" "), "");
-  }
-
-  Objects objects_;
-};
-
-TEST(ServerVersions, TheStepsLeadToWhatTheScriptsMakeAnew) {
-  Catalogue fresh;
-  Catalogue stepped;
-  stepped.run(testing::keptVersion("sqlserver-1.sql"));
-  EXPECT_EQ(stepped.objects().count("tblAccount.Code"), 1U);
-  EXPECT_EQ(stepped.objects().count("ixAccountTree"), 1U);
-  for (const Step& step : stepsBehind(1, "db/sqlserver/steps/")) stepped.run(embeddedText(step.script));
-  for (const std::string_view path : scriptsIn("db/sqlserver/")) {
-    fresh.run(embeddedText(path));
-    stepped.run(embeddedText(path));
-  }
-  EXPECT_EQ(stepped.objects(), fresh.objects());
-  EXPECT_EQ(fresh.guarded, std::vector<std::string>()) << "two things of one name";
 }
 
 TEST(ServerVersions, BothEnginesAndTheScriptsCountAlike) {
