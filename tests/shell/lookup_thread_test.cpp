@@ -1,3 +1,5 @@
+#include "shell/lookup/lookup_thread.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -10,7 +12,6 @@
 #include <thread>
 
 #include "lookup_database.h"
-#include "shell/lookup/lookup_thread.h"
 #include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
