@@ -11,7 +11,7 @@ namespace {
 
 using mainform::FormMode;
 
-class SavingStory : public AccountWalk {
+class SavingStory : public AccountStory {
  protected:
   /// Everything that a save may change.
   std::string chart() {
@@ -113,20 +113,20 @@ TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
   edit(2);
   save();  // texts that are null become empty
   TableWatch tables(database);
-  act("full", [&](auto&) {
+  person.acts["full"] = [&](auto&) {
     database.execute(full);
     static_cast<void>(tables.changes());
     edit(2);
-  });
+  };
   bool plain = false;
-  act("changed", [&](auto&) {
+  person.acts["changed"] = [&](auto&) {
     form->LastNewParentID = plain ? form->sltParent.AccountID() : 0;
     EXPECT_EQ(save(), 2);
     std::string changes = tables.changes();
     std::replace(changes.begin(), changes.end(), '\n', ' ');
     std::replace(changes.begin(), changes.end(), '|', ',');
     return changes;
-  });
+  };
   go("an edit of one field");
   plain = true;
   go("an edit of one field");

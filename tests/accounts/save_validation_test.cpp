@@ -8,7 +8,7 @@ namespace {
 using mainform::FormMode;
 
 /// A chart of four: 1 with 2 and 3 below it, 4 below 3; 2 and 5 have documents, and 6 is below 5.
-class ValidationStory : public AccountWalk {
+class ValidationStory : public AccountStory {
  protected:
   ValidationStory() {
     accounts({{1, 0, "1", "دارايي"},
@@ -36,13 +36,13 @@ class ValidationStory : public AccountWalk {
 TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
   start();
   form->datCreate.setVisible(true);  // hidden, it could take no focus
-  act("date", [this](auto& day) {
+  person.acts["date"] = [this](auto& day) {
     form->datCreate.Clear();
     if (day == "today") form->datCreate.setToday(shell.clock);
-  });
-  act("unchosen", [this](auto& name) {
+  };
+  person.acts["unchosen"] = [this](auto& name) {
     expectUnchosen(dynamic_cast<ui::LookupField&>(*form->find(name)), form->cmdSave);
-  });
+  };
   go("what is missing");
   // Where nobody types, a save does nothing.
   TableWatch tables(database);
@@ -52,7 +52,7 @@ TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
 
 TEST_F(ValidationStory, TheCodeOfAnAccountWithMovementStays) {
   start();
-  act("EditCodeAllowed", [this](auto& may) { form->settings.EditCodeAllowed = may == "yes"; });
+  person.acts["EditCodeAllowed"] = [this](auto& may) { form->settings.EditCodeAllowed = may == "yes"; };
   go("the code of an account with movement");
 }
 
@@ -77,19 +77,19 @@ TEST_F(ValidationStory, AMoveBelowItselfOnAPlainEditIsRefusedByTheDatabase) {
 
 TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
   start();
-  act("letters", [this](auto& about) {
+  person.acts["letters"] = [this](auto& about) {
     std::string text;
     for (int count = std::stoi(about); count > 0; --count) text += "ش";
-    dynamic_cast<ui::TextField&>(*form->find(about.substr(about.find(' ') + 1))).paste(text);
-  });
-  act("unreadable", [this](auto& name) {
+    person.act(about.substr(about.find(' ') + 1) + " " + text);
+  };
+  person.acts["unreadable"] = [this](auto& name) {
     auto& field = dynamic_cast<ui::TextField&>(*form->find(name));
     const std::string before = field.text();
     field.setText("\xff\xfe");
     const std::string seen = saving();
     field.setText(before);
     return seen;
-  });
+  };
   go("what a database can't keep");
   // An edit takes every letter but those that no database keeps.
   const std::string hostile = "O'Brien's; drop table tblAccount --\n";

@@ -16,22 +16,19 @@ namespace {
 
 using pactkit::CostCenters;
 
-class CostCentersStory : public TestHouse {
+class CostCentersStory : public FaultyHouse {
  protected:
   CostCentersStory() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     database.execute(
         "insert into tblAccCostCenter (ID, Code, Name) values (1, '100', 'مالي'), (2, '200', 'فروش');"
         "insert into tblAccount (ID, Code, Title, PositionID) values (5, '1', 'x', 2)");
     form.open();
     desktop.show(form);
+    person.acts["sql"] = [this](auto& statement) { database.execute(statement), form.open(); };
   }
   /// A section of components/cost_centers.txt. Seen are the rows, the current one in brackets, what stands in
   /// the fields, and the commands out of reach; told is what is stored too, where it changed.
   void walk(const std::string& section) {
-    ScreenWalk person(desktop, notices, faults);
-    person.acts["sql"] = [this](auto& statement) { database.execute(statement), form.open(); };
     person.go(
         "components/cost_centers.txt", section,
         [this] {
@@ -52,7 +49,6 @@ class CostCentersStory : public TestHouse {
         });
   }
 
-  Faults faults;
   CostCenters form{shell};
   std::string stored;
 };

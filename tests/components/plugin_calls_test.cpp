@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <stdexcept>
+#include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -65,10 +67,11 @@ std::int32_t registerAll(const LedgerTreeRegistry* registry) {
   return 1;
 }
 
-int numberOf(const std::function<void()>& act) {
+int numberOf(const std::function<void()>& act, const std::string& words = {}) {
   try {
     act();
   } catch (const ComponentError& failure) {
+    EXPECT_NE(std::string(failure.what()).find(words), std::string::npos) << failure.what();
     return failure.number();
   }
   return 0;
@@ -105,13 +108,13 @@ TEST_F(PluginCalls, ValuesArriveAsTheyAreAndFailuresByTheirKind) {
     EXPECT_EQ(Mirror::told, all);
     mirror->call("Take", {});
     EXPECT_TRUE(Mirror::told.empty());
-    for (const auto& [member, number] :
-         {std::pair<const char*, int>{"Missing", ComponentError::kNoSuchMember},
-          {"Broken", LEDGERTREE_FAILED},
-          {"Unmade", LEDGERTREE_FAILED}}) {
+    for (const auto& [member, number, words] :
+         {std::tuple{"Missing", int{ComponentError::kNoSuchMember}, "Test.Mirror has no member Missing"},
+          {"Broken", int{LEDGERTREE_FAILED}, "Test.Mirror failed in Broken"},
+          {"Unmade", int{LEDGERTREE_FAILED}, "Test.Mirror failed in Unmade"}}) {
       EXPECT_EQ(numberOf([&] { mirror->set(member, 1); }), number) << member;
       EXPECT_EQ(numberOf([&] { static_cast<void>(mirror->get(member)); }), number) << member;
-      EXPECT_EQ(numberOf([&] { mirror->call(member, {}); }), number) << member;
+      EXPECT_EQ(numberOf([&] { mirror->call(member, {}); }, words), number) << member;
     }
     EXPECT_EQ(Mirror::living, 1);
   }

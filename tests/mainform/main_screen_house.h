@@ -6,18 +6,15 @@
 #include <vector>
 
 #include "mainform/form/form_main.h"
-#include "support/faulty_connection.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
 
 /// The house of the main screen: user 1 with all rights and user 2 with none, two of each kind of thing that
 /// an account can name, no two of them under one number, and no account.
-class MainScreenHouse : public TestHouse {
+class MainScreenHouse : public FaultyHouse {
  protected:
   MainScreenHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     database.execute(
         "insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');"
         "insert into tblUserPermission (UserID, FormPermissionID) values"
@@ -38,7 +35,7 @@ class MainScreenHouse : public TestHouse {
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
     EXPECT_EQ(notices.taken(), "") << "it was told, and the story doesn't say so";
-    TestHouse::TearDown();
+    FaultyHouse::TearDown();
   }
 
   /// Opens the screen as the control does.
@@ -111,7 +108,6 @@ class MainScreenHouse : public TestHouse {
     return text;
   }
 
-  Faults faults;
   /// Those of all starts, to be asked for open handles at the end.
   std::vector<std::shared_ptr<data::DtEn>> gateways;
   std::unique_ptr<mainform::FormMain> form;

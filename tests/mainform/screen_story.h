@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "mainform/main_screen_house.h"
-#include "support/screen_walk.h"
 
 namespace ledgertree::testing {
 
@@ -27,6 +26,8 @@ class ScreenStory : public MainScreenHouse {
         " (3, 1, '1102', 'بانک', null, null, null, '2024-03-20', '1403/01/01', '', null, null, null, 0, 0);"
         "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
         " values (2, 4, 11, 7), (2, 4, 12, 6)");
+    person.acts["start"] = [this](auto&) { start(); };
+    person.acts["view"] = [this](auto& account) { form->View(std::stoi(account)); };
   }
 
   void clickInTree(const std::string& key) { form->treeAccount.click(form->treeAccount.find(key)); }
@@ -36,10 +37,6 @@ class ScreenStory : public MainScreenHouse {
   /// account and the focus, the menu that came up last, the marks in the menus, the tree's height, and the
   /// first account below account 1.
   void walk(const std::string& section) {
-    ScreenWalk person(desktop, notices, faults);
-    person.acts["start"] = [this](auto&) { start(); };
-    person.acts["view"] = [this](auto& account) { form->View(std::stoi(account)); };
-    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
     person.go("mainform/steps.txt", section, [this] { return changed(); });
   }
 

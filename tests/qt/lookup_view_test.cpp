@@ -62,6 +62,7 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
 TEST(LookupView, TheMouseOpensScrollsAndPicks) {
   LookupScreen screen;
   auto& field = screen.field;
+  screen.type(field, "1001\r");
   screen.form->txtCode.focus();
   screen.click(field);
   EXPECT_EQ(screen.list->model()->rowCount(), 20);
