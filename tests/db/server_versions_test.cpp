@@ -12,6 +12,7 @@
 #include "support/faulty_connection.h"
 #include "support/first_version.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::db {
 namespace {
@@ -151,14 +152,11 @@ class OnServer : public ::testing::Test {
     engines::odbc::registerOdbc(present);
     faults.putInto(any);
     connection = any.open(testing::testServer());
-    shape = all(kShape);
+    shape = shapeNow();
     // Whatever ends this story halfway, the next one installs the schema.
     connection->run("delete tblLedgerTreeStories where Kind = 'schema'");
-    const data::Rows made = *connection->run(
-        "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name"
-        " from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo'"
-        " and name like '[tvs][bwp]%' and name <> 'tblLedgerTreeStories' order by case name"
-        " when 'tblAccountDocument' then 2 when 'tblAccount' then 3 else 1 end, type desc");
+    const data::Rows made =
+        *connection->run(testing::linesOf("db/stories.txt", "made on the server").front());
     for (std::size_t row = 0; row < made.count(); ++row)
       connection->run("drop " + std::string(made.text(row, 0)));
     for (const Batch& batch : batchesOf(testing::keptVersion("sqlserver-1.sql"))) connection->run(batch.text);
@@ -167,24 +165,15 @@ class OnServer : public ::testing::Test {
     if (connection) installServerSchema(*connection, [](std::string_view) {});
   }
 
-  static constexpr const char* kShape =
-      "select table_name + '.' + column_name, data_type, isnull(character_maximum_length, 0), is_nullable"
-      " from information_schema.columns where table_name <> 'tblLedgerTreeStories'"
-      " union all select i.name, object_name(i.object_id), 0, '' from sys.indexes i"
-      " join sys.objects o on o.object_id = i.object_id where o.type = 'U'"
-      " union all select name, '', 0, '' from sys.objects where type in ('P', 'TR', 'V')"
-      " order by 1, 2, 3";
-
-  std::string all(const std::string& query) { return testing::allRows(*connection->run(query)) + "\n"; }
-  std::string rows() {
-    return all("select ID, ParentID, Code, Title, NoLevel from tblAccount order by ID") +
-           all("select * from tblAccountParent order by 1, 2") +
-           all("select * from tblAccountRelatedObjects order by 1") +
-           all("select * from tblAccountRelatedClasses") +
-           all("select * from tblAccountRelatedClassesDetail") +
-           all("select * from tblAccountPeriodAccount order by 1") +
-           all("select DocumentID, AccountID, Debit from tblAccountDocumentDetail order by 2");
+  /// What the queries of a section of stories.txt find.
+  std::string all(const std::string& section) {
+    std::string found;
+    for (const std::string& query : testing::linesOf("db/stories.txt", section))
+      found += testing::allRows(*connection->run(query)) + "\n";
+    return found;
   }
+  std::string rows() { return all("the rows of the server"); }
+  std::string shapeNow() { return all("the shape of the server"); }
   [[nodiscard]] std::string screen() const {
     return failureOf([this] { present.open(testing::testServer())->run("select 1"); });
   }
@@ -199,7 +188,7 @@ class OnServer : public ::testing::Test {
 
 TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
   const std::string kept = rows();
-  const std::string old = all(kShape);
+  const std::string old = shapeNow();
   EXPECT_NE(screen().find("قديمي تري"), std::string::npos);
   const std::string script(embeddedText("db/sqlserver/001_version.sql"));
   EXPECT_NE(failureOf([&] { connection->run(batchesOf(script).front().text); }).find("older"),
@@ -213,11 +202,11 @@ TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
     faults.failWhere(place);
     EXPECT_NE(failureOf(install), "nothing failed");
     faults.heal();
-    EXPECT_EQ(rows() + all(kShape), kept + old) << place;
+    EXPECT_EQ(rows() + shapeNow(), kept + old) << place;
   }
   told.clear();
   install();
-  EXPECT_EQ(rows() + all(kShape), kept + shape);
+  EXPECT_EQ(rows() + shapeNow(), kept + shape);
   EXPECT_TRUE(told.starts_with("account 4 shares its code with another one: 9Ak\n")) << told;
   EXPECT_EQ(screen(), "nothing failed");
 
