@@ -1,5 +1,7 @@
 #include "data/account.h"
 
+#include <stdexcept>
+
 #include "data/dten.h"
 #include "data/numbers.h"
 
@@ -49,7 +51,12 @@ void read(Account& account, std::optional<Money> Account::*member, const Value& 
   account.*member = digitsToCurrency(digits);
 }
 void read(Account& account, std::optional<DateTime> Account::*member, const Value& stored) {
-  if (!stored.isNull()) account.*member = stored.toDateTime();
+  try {
+    if (!stored.isNull()) account.*member = stored.toDateTime();
+  } catch (const std::invalid_argument&) {
+    // A day in another spelling, as other programs leave it in a file, keeps nobody from the account: no
+    // field shows it, and no edit writes it.
+  }
 }
 
 }  // namespace

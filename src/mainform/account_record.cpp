@@ -17,6 +17,9 @@ constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
+constexpr const char* kGone =
+    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را بازسازي کنيد.";
+
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
 std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
@@ -54,9 +57,10 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule 
     const bool looking = screen_.formMode == FormMode::ModeView || screen_.formMode == FormMode::ModeIdle;
     if (!looking) return;
     try {
-      loadAccount(screen_.sltAccount.AccountID());
+      const bool there = loadAccount(screen_.sltAccount.AccountID());
+      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(kGone);
     } catch (...) {
-      // The account that was there stays, with its title.
+      // The account that was there stays, with its title: a command would work on it below the other's.
       screen_.sltAccount.setAccountID(screen_.AccountOnRecord);
       throw;
     }
@@ -108,7 +112,7 @@ void AccountRecord::startEditAccount(std::int32_t id) {
 
 void AccountRecord::loadInto(std::int32_t id) {
   try {
-    loadAccount(id);
+    static_cast<void>(loadAccount(id));
   } catch (...) {
     clearAccountFields();
     screen_.formMode = FormMode::ModeView;
@@ -138,10 +142,11 @@ void AccountRecord::clearAccountFields() {
   screen_.sltAccount.setAccountID(-1);
 }
 
-void AccountRecord::loadAccount(std::int32_t id) {
+bool AccountRecord::loadAccount(std::int32_t id) {
   const auto gateway = shell_.dtEn();
   const auto account = readAccount(*gateway, id);
   if (account) fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
+  return account.has_value();
 }
 
 void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {

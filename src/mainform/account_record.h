@@ -54,9 +54,9 @@ class AccountRecord {
   /// Empties what the record shows but for the ID, the parent's code, the ceilings and the radio groups: the
   /// ID is what a cancelled new account returns to.
   void clearAccountFields();
-  /// Fills the fields from the database; an ID without a row leaves them as they are. It doesn't change the
-  /// mode.
-  void loadAccount(std::int32_t id);
+  /// Fills the fields from the database; an ID without a row leaves them as they are, and gives false. It
+  /// doesn't change the mode.
+  [[nodiscard]] bool loadAccount(std::int32_t id);
   /// Enables and shows what the mode allows.
   void applyFormMode();
 

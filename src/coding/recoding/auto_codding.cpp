@@ -181,8 +181,9 @@ void frmAutoCodding::recode(data::DtEn& gateway, std::string command,
     writeCodes(gateway);
     unfinished_.reset();
   } catch (const std::exception& failure) {
-    if (unfinished_->done == 0) throw;
-    tellHowFar(failure);
+    if (unfinished_->done != 0) return tellHowFar(failure);
+    unfinished_.reset();
+    throw;
   }
 }
 

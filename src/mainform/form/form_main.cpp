@@ -36,7 +36,12 @@ FormMain::FormMain(shell::Shell& shell)
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) { tree_.keepHighlightFor(accountID); };
-  onCommand = [this] { tree_.settle(); };
+  onCommand = [this] {
+    // Where the host has named another database meanwhile, that counts from the next ClearShow or View on: a
+    // screen that is opened from here lists what its commands change.
+    shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
+    tree_.settle();
+  };
   Timer1.onTick = [this] { followRecord(*this); };
 }
 

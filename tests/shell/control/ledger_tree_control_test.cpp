@@ -122,6 +122,7 @@ TEST_F(ControlStory, WhatIsTypedIsNeitherDroppedNorPutElsewhereUnasked) {
   TemporaryDatabase other;
   other.fillWithDemoChart();
   other.execute("update tblAccount set Title = 'ديگر'");
+  database.execute("update tblAccount set CreateDate = '1403/01/01' where ID = 5");  // keeps nobody from it
   control.View(std::int16_t{5});
   form().cmdEdit.click();
   form().txtTitle.paste("نام تازه");
@@ -147,6 +148,8 @@ TEST_F(ControlStory, WhatIsTypedIsNeitherDroppedNorPutElsewhereUnasked) {
   };
   form().cmdCancel.click();
   stays();
+  EXPECT_EQ(context().gConnectionString, here)
+      << "the lists of a screen opened from here are those of its chart";
 
   // The same database in other words drops nothing.
   control.OLEConnectionString(";" + here + ";");
