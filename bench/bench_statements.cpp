@@ -162,6 +162,7 @@ void searchEngine(benchmark::State& state) {
   SearchRequest request;
   request.view = "vwAccountMajor";
   request.columns = {"Code", "Name"};
+  request.order = ledgertree::data::SearchOrder::Code;
   request.text = searchedText(state.range(1));
   for (auto _ : state) {
     const auto page = connection.search(request);

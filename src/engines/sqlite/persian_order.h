@@ -17,7 +17,7 @@ inline constexpr std::string_view kPersianOrder = "persian_order";
 /// where ICU lacks what it takes.
 void addPersianOrder(sqlite3* database);
 
-/// Whether that collation has two names in the same place.
-[[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
+/// Below 0 where that collation has `a` ahead of `b`, 0 where they are in the same place.
+[[nodiscard]] int compareNames(std::string_view a, std::string_view b);
 
 }  // namespace ledgertree::engines::sqlite

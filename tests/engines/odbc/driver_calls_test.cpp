@@ -193,6 +193,7 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
       data::SearchRequest request;
       request.view = "v";
       request.columns = {"Name"};
+      request.order = data::SearchOrder::Name;
       request.continuation = continuation;
       request.limit = limit;
       const data::SearchPage page = connection_.search(request);
