@@ -10,14 +10,12 @@ SearchRank::SearchRank(const SearchRequest& request)
 }
 
 SearchRank::Rank SearchRank::bestOf(std::size_t column) const {
-  if (text_.empty() || order_ == SearchOrder::Key) return Holds;
+  if (order_ == SearchOrder::Key) return Holds;
   if (order_ == SearchOrder::Name) return column == 0 ? Begins : Holds;
   return column == 0 ? Whole : Beside;
 }
 
-SearchRank::Rank SearchRank::ofFolded(std::size_t column) const {
-  const std::size_t place = folded_.find(text_);
-  if (place == std::string::npos) return None;
+SearchRank::Rank SearchRank::ofPlace(std::size_t column, std::size_t place) const {
   if (place != 0 || order_ == SearchOrder::Key) return Holds;
   if (column != 0) return order_ == SearchOrder::Code ? Beside : Holds;
   const bool whole = order_ == SearchOrder::Code && text::trimmed(folded_).size() == text_.size();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -27,11 +28,13 @@ class SearchRank {
   /// held by every row.
   template <typename TextOf>
   [[nodiscard]] Rank of(TextOf textOf) {
-    Rank rank = text_.empty() ? Holds : None;
-    for (std::size_t column = 0; column < columns_ && rank > bestOf(column); ++column) {
+    if (text_.empty()) return Holds;
+    Rank rank = None;
+    for (std::size_t column = 0; column < columns_; ++column) {
+      if (rank != None && rank <= bestOf(column)) break;
       text::fold(textOf(column), folded_);
-      const Rank here = ofFolded(column);
-      if (here < rank) rank = here;
+      const std::size_t place = folded_.find(text_);
+      if (place != std::string::npos) rank = std::min(rank, ofPlace(column, place));
     }
     return rank;
   }
@@ -39,7 +42,8 @@ class SearchRank {
  private:
   /// The best that a row can still become from a column on.
   [[nodiscard]] Rank bestOf(std::size_t column) const;
-  [[nodiscard]] Rank ofFolded(std::size_t column) const;
+  /// The rank by one column, where the text stands at a place of it.
+  [[nodiscard]] Rank ofPlace(std::size_t column, std::size_t place) const;
 
   SearchOrder order_;
   std::size_t columns_;

@@ -1,6 +1,7 @@
 #include "engines/sqlite/view_search.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "data/data_error.h"
@@ -55,10 +56,11 @@ int compareCodes(std::string_view a, std::string_view b) {
 std::string codeOrder(const std::string& column) { return quotedName(column) + " COLLATE NOCASE"; }
 
 /// Reads a view in the order of an expression, from the first parameter on where `from` says so.
-std::string searchStatement(const data::SearchRequest& request, const std::string& order, bool from) {
+std::string searchStatement(const std::string& view, std::span<const std::string> columns,
+                            const std::string& order, bool from) {
   std::string sql = "SELECT \"ID\"";
-  for (const std::string& column : request.columns) sql += ", " + quotedName(column);
-  sql += " FROM " + quotedName(viewName(request.view));
+  for (const std::string& column : columns) sql += ", " + quotedName(column);
+  sql += " FROM " + view;
   if (from) sql += " WHERE " + order + " >= ?1";
   return sql + " ORDER BY " + order;
 }
@@ -108,11 +110,18 @@ std::optional<BestRows::Place> readPlace(std::string_view text) {
 /// One call: what it was asked, how far it is, and what it gives.
 struct ViewSearch::Call {
   Call(const data::SearchRequest& asked, Watch& watchOver)
-      : request(asked), watch(watchOver), rank(asked), limit(std::max<std::size_t>(asked.limit, 1)) {
+      : request(asked),
+        watch(watchOver),
+        view(quotedName(viewName(asked.view))),
+        rank(asked),
+        limit(std::max<std::size_t>(asked.limit, 1)) {
     page.rows.addColumn("ID");
     for (const std::string& column : asked.columns) page.rows.addColumn(column);
   }
 
+  [[nodiscard]] std::string statement(const std::string& order, bool from) const {
+    return searchStatement(view, request.columns, order, from);
+  }
   [[nodiscard]] bool isFull() const { return page.rows.count() >= limit; }
   void add(sqlite3_stmt* row) {
     for (int column = 0; column < sqlite3_column_count(row); ++column)
@@ -131,6 +140,7 @@ struct ViewSearch::Call {
 
   const data::SearchRequest& request;
   Watch& watch;
+  std::string view;
   SearchRank rank;
   std::size_t limit;
   std::optional<Watch::Clock::time_point> sliceEnd;
@@ -221,9 +231,8 @@ data::SearchPage ViewSearch::page(const data::SearchRequest& request, Watch& wat
   const bool begins = continuation.empty();
   const bool byKey = request.order == SearchOrder::Key || request.columns.empty();
   const bool byCode = request.order == SearchOrder::Code;
-  if (begins
-          ? !byKey && (!byCode || sorts(searchStatement(request, codeOrder(request.columns.front()), false)))
-          : continuation.front() == kBest) {
+  if (begins ? !byKey && (!byCode || sorts(call.statement(codeOrder(request.columns.front()), false)))
+             : continuation.front() == kBest) {
     readBest(call);
     return std::move(call.page);
   }
@@ -253,8 +262,7 @@ bool ViewSearch::readPass(Call& call, Position& position) {
     beginning.emplace(call.rank.text(), position.pass == Pass::Whole);
   // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
   const bool from = beginning || (position.type != 0 && position.type != SQLITE_NULL);
-  const std::string sql =
-      searchStatement(call.request, byKey ? kKey : codeOrder(call.request.columns.front()), from);
+  const std::string sql = call.statement(byKey ? kKey : codeOrder(call.request.columns.front()), from);
   Scan scan(call, position, prepared(sql), byKey ? 0 : 1);
   const SearchRank::Rank wanted = rankOf(position.pass);
   const auto take = [&call, &position, wanted](sqlite3_stmt* row) {
@@ -268,24 +276,33 @@ bool ViewSearch::readPass(Call& call, Position& position) {
 }
 
 bool ViewSearch::readFewBeside(Call& call) {
-  const std::vector<std::string>& columns = call.request.columns;
-  if (columns.size() != 2) return false;
-  const std::string sql = searchStatement(call.request, codeOrder(columns.back()), true);
-  if (sorts(sql) || hasBlobs(prepared(sql))) return false;
+  if (call.request.columns.size() != 2) return false;
+  const std::string order = codeOrder(call.request.columns.back());
+  // The index alone tells how many they are.
+  const std::string names = searchStatement(call.view, std::span(call.request.columns).last(1), order, true);
+  if (sorts(names) || hasBlobs(prepared(names))) return false;
   const std::size_t room = call.limit - call.page.rows.count();
-  BestRows few(room, compareCodes);
+  text::FoldedBeginning beginning(call.rank.text(), false);
   std::size_t met = 0;
+  const auto count = [&](sqlite3_stmt*) { return ++met <= room; };
+  if (!walk(call, names, 1, beginning, count)) return false;
+  BestRows few(room, compareCodes);
   const auto take = [&](sqlite3_stmt* row) {
     const SearchRank::Rank rank = call.rankOf(row);
     if (rank == SearchRank::Beside) few.meet(rank, row);
-    return ++met <= room;
+    return true;
   };
-  text::FoldedBeginning beginning(call.rank.text(), false);
-  Position start;
-  Scan scan(call, start, prepared(sql), 2);
-  if (!isOver(call, scan.run(take, &beginning), sql)) return false;
+  if (met != 0 && !walk(call, call.statement(order, true), 2, beginning, take)) return false;
   few.copyTo(call.page.rows);
   return true;
+}
+
+template <typename Take>
+bool ViewSearch::walk(Call& call, const std::string& sql, int column, text::FoldedBeginning& beginning,
+                      Take take) {
+  Position start;
+  Scan scan(call, start, prepared(sql), column);
+  return isOver(call, scan.run(take, &beginning), sql);
 }
 
 void ViewSearch::readBest(Call& call) {
@@ -295,7 +312,7 @@ void ViewSearch::readBest(Call& call) {
   Gathering gathering = goesOn ? std::move(*gathering_) : Gathering(request);
   gathering_.reset();
   const bool from = gathering.at.type != 0 && gathering.at.type != SQLITE_NULL;
-  const std::string sql = searchStatement(request, kKey, from);
+  const std::string sql = call.statement(kKey, from);
   Scan scan(call, gathering.at, prepared(sql), 0);
   const auto take = [&call, &gathering](sqlite3_stmt* row) {
     const SearchRank::Rank rank = call.rankOf(row);

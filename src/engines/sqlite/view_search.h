@@ -13,6 +13,7 @@
 #include "engines/sqlite/best_rows.h"
 #include "engines/sqlite/search_position.h"
 #include "engines/sqlite/watch.h"
+#include "text/folded_beginning.h"
 
 namespace ledgertree::engines::sqlite {
 
@@ -60,6 +61,9 @@ class ViewSearch {
   /// The names that begin with the text, by their index and put in order by their codes, where the page has
   /// room for them all. False where it hasn't, or where there is no index.
   bool readFewBeside(Call& call);
+  /// Shows `take` the rows whose text in a column begins so. False where it ended it, or the slice did.
+  template <typename Take>
+  bool walk(Call& call, const std::string& sql, int column, text::FoldedBeginning& beginning, Take take);
   void readBest(Call& call);
   /// Whether there are no more rows, by the code with which a scan ended. Throws its failure.
   bool isOver(Call& call, int result, const std::string& sql);
