@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -8,6 +9,8 @@
 #include <QPainter>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextTable>
 #include <QTimer>
 #include <algorithm>
 #include <map>
@@ -121,6 +124,21 @@ class Guide : public DemoChartScreen {
     return (chosen + others).mid(0, 256);
   }
 
+  /// Columns from the left in hundredths of a table, one line between them.
+  static void expectRoomForTables(const qt::GuideBrowser& text) {
+    for (QTextFrame* frame : text.document()->rootFrame()->childFrames()) {
+      const auto& table = dynamic_cast<const QTextTable&>(*frame);
+      const auto cell = [&](int column) {
+        const QTextBlock block = table.cellAt(0, column).firstCursorPosition().block();
+        return text.document()->documentLayout()->blockBoundingRect(block);
+      };
+      const QRectF first = cell(0), second = cell(1);
+      const double whole = text.document()->documentLayout()->frameBoundingRect(frame).width();
+      EXPECT_NEAR((second.left() - first.left()) / whole, table.columns() == 2 ? 0.7 : 0.3, 0.02);
+      EXPECT_NEAR(second.left() - first.right(), 2 * table.format().cellPadding() + 1, 1);
+    }
+  }
+
   void drawMainScreen();
   void drawSecondaryScreens();
 
@@ -225,6 +243,14 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_GT(after, before);
   QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_LT(place(), after);
+  guide->findChild<QListWidget*>()->setFocus();
+  QTest::keyClick(guide->windowHandle(), Qt::Key_Tab);
+  EXPECT_EQ(guide->focusWidget(), guide->findChild<QLineEdit*>());
+  expectRoomForTables(guide->text());
+  guide->resize(600, 500);
+  const QUrl picture("pictures/guide/FormMain.png");
+  const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
+  EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLabel>
 #include <QLineEdit>
 
 #include "screen.h"
@@ -60,6 +61,7 @@ TEST(PersianKeyboard, OneKeySwitchesAndTheFieldSaysWhichLanguageIsOn) {
   const bool rightToLeft = line.layoutDirection() == Qt::RightToLeft;
   EXPECT_EQ(line.textMargins().left() > 0, rightToLeft) << "the tag stands where the text ends";
   EXPECT_EQ(line.textMargins().right() > 0, !rightToLeft);
+  EXPECT_EQ(line.findChild<QLabel*>()->grab().toImage().pixelColor(1, 1), QColor(0x2F, 0x6F, 0xB7));
   screen.go("a field that asks for no language");
   form.sltParent.focus();
   screen.go("a field that asks for its own");

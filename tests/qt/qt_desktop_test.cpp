@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 #include <thread>
 
+#include "qt/appearance.h"
 #include "qt/notice_dialog.h"
 #include "screen.h"
 #include "shell/outside_components.h"
@@ -159,11 +160,23 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   screen.show();
   EXPECT_EQ(screen.window().window(), host.get());
   EXPECT_GT(screen.form->size().width, screen.form->designSize().width);
+  QWidget another;
+  another.show();
+  another.activateWindow();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return another.isActiveWindow(); }, 30000));
+  screen.show();
+  EXPECT_TRUE(another.isActiveWindow()) << "which of its windows is in front is the host's to say";
   // The host drops its window: the form goes off the screen, stays loaded, and can be shown again.
   host.reset();
   EXPECT_FALSE(screen.form->isShown());
   screen.show();
   EXPECT_TRUE(screen.window().isWindow() && screen.form->isShown());
+  // Nothing of its colours shines through.
+  const QPalette own = qt::screenPalette(Qt::white);
+  const QPalette colours = QApplication::palette();
+  QApplication::setPalette(Qt::black);
+  EXPECT_EQ(qt::screenPalette(Qt::white), own);
+  QApplication::setPalette(colours);
 }
 
 TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {

@@ -89,6 +89,7 @@ TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   auto& tree = screen.form->tree;
   EXPECT_EQ(screen.seen(tree), "r r.1 r.2 r.3");
   EXPECT_EQ(screen.view->iconSize(), QSize(16, 16));
+  EXPECT_NEAR(screen.view->indentation() * 3, screen.view->fontMetrics().height() * 4, 2);
   EXPECT_GT(screen.mark("r.1").x(), screen.view->width() * 3 / 4) << "the tree grows from the right";
   screen.mouse(screen.mark("r.2"));
   EXPECT_EQ(screen.seen(tree), "r r.1 r.2 r.2.1 r.2.2 r.2.3 r.3");
@@ -98,8 +99,6 @@ TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   EXPECT_EQ(screen.seen(tree), "r r.1 r.2 r.3");
   EXPECT_TRUE(screen.form->said.empty()) << "opening is no click";
 
-  screen.mouse(screen.view->visualRect(screen.at("r.1")).center());
-  EXPECT_EQ(screen.form->said, (std::vector<std::string>{"click r.1"}));
   screen.go("keys in a tree");
 
   // A double click opens and closes too, with the click that it begins with.
