@@ -15,6 +15,7 @@
 
 #include "entities/rel_objects.h"
 #include "mainform/form/form_main.h"
+#include "pactkit/cost_centers.h"
 #include "qt/folder_icons.h"
 #include "qt/reading_order.h"
 #include "qt/text_view.h"
@@ -221,6 +222,10 @@ TEST_F(Screens, HaveWhatTheirTablesSay) {
     expectScreen(screen);
   });
   form->cmdRelClasses.click();
+  database.execute("update tblAccCostCenter set Name = Code");
+  pactkit::CostCenters costCenters(shell);
+  costCenters.open();
+  expectScreen(costCenters);
 }
 
 TEST_F(Screens, EachEntryOfTheMenuDoesItsOwn) {
