@@ -18,9 +18,7 @@ class Gateway : public Engine {
 };
 
 TEST_F(Gateway, AHandleReadsWhatTheStatementGivesAndIsThereForTheNext) {
-  data::DtEn dten(providers());
-  dten.cnMainData.ConnectionString(database.connectionText());
-  data::RecordHandle& handle = dten.rssqlAccCostCenter;
+  data::RecordHandle& handle = shell.dtEn()->rssqlAccCostCenter;
   handle.Open("Delete tblAccountPeriodAccount Where AccountID=7");
   EXPECT_EQ(handle.State(), 0) << "it gives no rows";
   handle.Open("Select * From tblAccountPeriodAccount Where AccountID=7");
