@@ -165,9 +165,7 @@ class AccountStory : public MainScreenHouse {
   }
   /// "3 Code, Title": what the database has there.
   std::string row(const std::string& about) {
-    std::string found = stored(std::stoi(about), about.substr(about.find(' ') + 1));
-    std::replace(found.begin(), found.end(), '|', ',');
-    return found;
+    return stored(std::stoi(about), about.substr(about.find(' ') + 1));
   }
   /// "3 1 1101 بانک": the ID, that of the parent, the code and the title.
   void addAccount(const std::string& about) {

@@ -1,7 +1,5 @@
 #include "coding/recoding/auto_codding.h"
 
-#include <algorithm>
-
 #include "batch/bulk_house.h"
 #include "coding/recoding/code_counter.h"
 
@@ -43,9 +41,7 @@ class AutoCodding : public BulkHouse {
     EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
     const auto told = notices.take();
     EXPECT_TRUE(!told.empty() && told[0].question);
-    std::string text = told.size() == 2 ? told[1].title + ": " + told[1].message : "";
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+    return told.size() == 2 ? told[1].title + ": " + told[1].message : "";
   }
   /// What changed in tblAccount, and nowhere else.
   std::string accounts() {

@@ -27,9 +27,8 @@ class Statements : public StatementHouse {
  protected:
   Statements() {
     shell.components.add("SheetKit.SheetWriter", [this] { return std::make_unique<Exporting>(shell); });
-    const auto number = [](const std::string& text) { return std::stoi(text); };
-    const auto acting = [this, number](const std::string& word, const std::function<void(int)>& act) {
-      person.acts[word] = [act, number](auto& about) { act(number(about)); };
+    const auto acting = [this](const std::string& word, const std::function<void(int)>& act) {
+      person.acts[word] = [act](auto& about) { act(std::stoi(about)); };
     };
     acting("period", [this](int id) { control.AccPeriodSpecID(static_cast<std::int16_t>(id)); });
     acting("show", [this](int id) { control.View(static_cast<std::int16_t>(id)); });
@@ -40,10 +39,10 @@ class Statements : public StatementHouse {
     person.acts["ClearShow"] = [this](auto&) { control.ClearShow(); };
     person.acts["close"] = [this](auto&) { form().close(); };
     person.acts["learn"] = [this](auto& step) { learn([&] { person.act(step); }); };
-    person.acts["pick"] = [this, number](auto& what) {
+    person.acts["pick"] = [this](auto& what) {
       const auto [field, row] = cut(what);
       const auto [id, typed] = cut(row);
-      pickRow(dynamic_cast<ui::LookupField&>(*desktop.shownForms.back()->find(field)), desktop, number(id),
+      pickRow(dynamic_cast<ui::LookupField&>(*desktop.shownForms.back()->find(field)), desktop, std::stoi(id),
               typed);
     };
     const auto opening = [this](const std::string& word, const std::function<void()>& within) {

@@ -88,19 +88,12 @@ void onEvent(Screen::Form& form, std::size_t event, const std::function<void()>&
 void raiseAll(Screen& screen, Screen::Form& form, const bool& happened) {
   form.tree.add(form.tree.add(ui::kNoNode, "r", "r"), "c", "c");
   form.tree.select(form.tree.find("r"));
-  const std::function<void()> person[] = {[&] { screen.click(form.cmdNew); },
-                                          [&] { screen.type(form.txtTitle, "a"); },
-                                          [&] { screen.type(form.txtNotes, "a"); },
-                                          [&] { form.sltParent.focus(); },
-                                          [&] { screen.type(form.sltParent, "105\r"); },
-                                          [&] { screen.press(form.lstPeriod, Qt::Key_Down); },
-                                          [&] { screen.press(form.optPeriodic, Qt::Key_Down); },
-                                          [&] { screen.press(form.grid, Qt::Key_Down); },
-                                          [&] { screen.press(form.tree, Qt::Key_Left); },
-                                          [&] { screen.desktop.moveFocus(form.txtCode); },
-                                          [&] { screen.entry("mnuNew", form)->trigger(); }};
-  for (const auto& act : person)
-    if (!happened) act();
+  for (const char* step :
+       {"cmdNew <click>", "txtTitle a", "txtNotes a", "sltParent <focus>", "sltParent 105<Return>",
+        "lstPeriod <Down>", "optPeriodic <Down>", "grid <Down>", "tree <Left>"})
+    if (!happened) screen.act(form, step);
+  if (!happened) screen.desktop.moveFocus(form.txtCode);
+  if (!happened) screen.entry("mnuNew", form)->trigger();
 }
 
 TEST(QtDesktop, AFormMayEndInAnyOfItsOwnEvents) {

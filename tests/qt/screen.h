@@ -84,10 +84,13 @@ class Desk {
 
   /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
   /// that shows then, and where the focus went | what is told. In angles stands a key that is no letter, and
-  /// what else a person or the program does: "<at x>" clicks the line x of a list.
+  /// what else a person or the program does: "<at x>" clicks the line x of a list, "<mark x>" the mark beside
+  /// a node.
   void go(
       ui::Form& form, const std::string& section,
       const std::function<std::string()>& told = [] { return std::string(); }) const;
+  /// One step alone.
+  void act(ui::Form& form, const std::string& step) const;
   /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
   /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
   /// selected.
@@ -154,6 +157,7 @@ class Screen : public Desk {
     settle();
   }
   [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
+  using Desk::go;
   void go(const std::string& section);
 
   std::unique_ptr<Form> form;

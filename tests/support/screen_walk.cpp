@@ -38,6 +38,13 @@ ui::MenuEntry* entryIn(const std::vector<ui::MenuEntry*>& menu, const std::strin
   return nullptr;
 }
 
+/// As it can stand in a cell of a table.
+std::string cellOf(std::string text) {
+  for (char& letter : text)
+    if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
+  return trimmed(text);
+}
+
 /// What a person does to a control, by its kind.
 class Hand : public ui::ControlVisitor {
  public:
@@ -121,7 +128,7 @@ void ScreenWalk::go(const std::string& file, const std::string& section, const L
   std::string answers;
   walk(
       file, section, [&](const std::string& steps) { answers = act(steps); },
-      [&] { return desktop_.shownForms.empty() ? "closed" : trimmed(answers + seen()); },
+      [&] { return desktop_.shownForms.empty() ? "closed" : cellOf(answers + seen()); },
       [&] { return this->told(told()); });
 }
 
@@ -169,9 +176,7 @@ std::string ScreenWalk::told(const std::string& ofStory) {
   if (const int came = desktop_.hourglasses - std::exchange(hourglasses_, desktop_.hourglasses); came > 0)
     text += "hourglass" + (came > 1 ? " " + std::to_string(came) : "") + " ";
   if (!ofStory.empty()) text += ofStory + " ";
-  for (char& letter : text)
-    if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
-  return text;
+  return text.empty() ? "" : cellOf(text) + " ";
 }
 
 }  // namespace ledgertree::testing

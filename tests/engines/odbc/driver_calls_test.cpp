@@ -167,18 +167,14 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
   connection_.run("insert into v values (4, null), (2, null), (9, null), (3, 'a'), (1, 'b'), (5, 'b')");
   for (const std::size_t limit : {1U, 2U, 4U}) {
     std::string seen;
-    std::string continuation;
+    data::SearchRequest request{
+        .view = "v", .columns = {"Name"}, .text = {}, .continuation = {}, .limit = limit, .cancelled = {}};
     do {
-      data::SearchRequest request;
-      request.view = "v";
-      request.columns = {"Name"};
-      request.continuation = continuation;
-      request.limit = limit;
       const data::SearchPage page = connection_.search(request);
       for (std::size_t row = 0; row < page.rows.count(); ++row)
         seen += page.rows.value(row, 0).toText() + " ";
-      continuation = page.continuation;
-    } while (!continuation.empty() && seen.size() < 40);
+      request.continuation = page.continuation;
+    } while (!request.continuation.empty() && seen.size() < 40);
     EXPECT_EQ(seen, "2 4 9 3 1 5 ") << limit;
   }
 }

@@ -41,12 +41,8 @@ class ViewSearch : public ::testing::Test {
     return pages;
   }
 
-  data::SearchRequest requestFor(const std::string& view, const std::string& text) {
-    data::SearchRequest request;
-    request.view = view;
-    request.columns = {"Code", "Name"};
-    request.text = text;
-    return request;
+  static data::SearchRequest requestFor(const std::string& view, const std::string& text) {
+    return {.view = view, .columns = {"Code", "Name"}, .text = text, .continuation = {}, .cancelled = {}};
   }
 
   testing::TemporaryDatabase database;
