@@ -16,7 +16,7 @@ namespace ledgertree::shell {
 /// The next piece of a search in a view.
 struct LookupQuestion {
   std::string view;  ///< a plain name
-  data::SearchOrder order = data::SearchOrder::Name;
+  data::SearchOrder order;
   std::string text;
   std::string continuation;  ///< of the piece before; empty for the first
   std::size_t limit = 0;
@@ -34,8 +34,6 @@ struct LookupAnswer {
 /// data::DataError.
 class LookupReader {
  public:
-  /// What was learnt of the view is asked anew.
-  void forget() { columns_.clear(); }
   /// The row of an ID; id -1 where there is none.
   [[nodiscard]] ui::LookupRow read(data::Connection& connection, const std::string& view, std::int32_t id);
   /// The Name of an ID; empty where there is none.
