@@ -171,13 +171,17 @@ class ViewSearch::Scan {
     if (beginning != nullptr && !start(*beginning)) return SQLITE_DONE;
     int result = SQLITE_ROW;
     while ((result = sqlite3_step(statement_)) == SQLITE_ROW) {
-      const bool leap = beginning != nullptr && !isAt(*beginning);
-      if (leap && !leapTo(*beginning)) return SQLITE_DONE;
-      if (!leap && !isBehind() && !take(statement_)) break;
+      if (beginning != nullptr && !isAt(*beginning)) {
+        if (!leapTo(*beginning)) return SQLITE_DONE;
+        if (call_.watch.mustStop()) return SQLITE_INTERRUPT;
+        continue;
+      }
+      if (isBehind()) continue;
+      if (!take(statement_)) break;
       if (++call_.seen % kRowsBetweenLooks != 0) continue;
       const auto now = Watch::Clock::now();
       if (call_.watch.mustStop(now)) return SQLITE_INTERRUPT;
-      if (call_.isSliceOver(now) && !leap) break;
+      if (call_.isSliceOver(now)) break;
     }
     return result;
   }

@@ -162,6 +162,14 @@ TEST_F(ViewSearch, WhatBeginsWithTheTextComesFirst) {
       EXPECT_EQ(shown(accounts, 1), expected) << text << " " << limit;
     }
   }
+  // The rows that are behind take longer than a slice.
+  database.insertMany("tblAccount (Code, Title)", 1, 300, [](int) { return "'77', 'x'"; });
+  data::SearchRequest many = requestFor("vwAccountMajor", "77");
+  many.slice = std::chrono::milliseconds(1);
+  many.cancelled = [] { return std::this_thread::sleep_for(std::chrono::milliseconds(3)), false; };
+  std::set<std::int64_t> ids;
+  readAll(many, ids);
+  EXPECT_EQ(ids.size(), 300U);
 }
 
 TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
