@@ -22,9 +22,8 @@ class SecondaryScreensStory : public ScreenStory {
 
   /// Presses a command and lets the person work in the screen that it opens.
   template <typename Screen>
-  void inScreen(ui::PushButton& command, const std::string& name,
-                const std::function<void(Screen&)>& person) {
-    desktop.inModal(name, [&](ui::Form& screen) { person(dynamic_cast<Screen&>(screen)); });
+  void inScreenOf(ui::PushButton& command, const std::string& name, const std::function<void(Screen&)>& act) {
+    inScreen(name, act);
     command.click();
   }
   void pickPeriod(shell::Selector& selector) {
@@ -48,7 +47,7 @@ TEST_F(SecondaryScreensStory, TheTreeByPeriodsFollowsWhatChangedInAPeriod) {
   start();
   form->View(1);
   EXPECT_EQ(below("-1:1"), "-1:2 -1:3 ");
-  inScreen<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch", [&](auto& screen) {
+  inScreenOf<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch", [&](auto& screen) {
     EXPECT_EQ(screen.sltAccount.SelectedID(), 1);
     pickPeriod(screen.sltPeriod);
     screen.cmdAdd.click();
@@ -57,21 +56,21 @@ TEST_F(SecondaryScreensStory, TheTreeByPeriodsFollowsWhatChangedInAPeriod) {
 
   form->optPeriodic.click();
   EXPECT_EQ(below("5:-1"), "5:1 ");
-  inScreen<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch",
-                                      [](auto& screen) { screen.cmdExit.click(); });
+  inScreenOf<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch",
+                                        [](auto& screen) { screen.cmdExit.click(); });
   EXPECT_TRUE(inTree("5:1")) << "nothing changed, nothing is read anew";
-  inScreen<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch",
-                                      [](auto& screen) { screen.cmdDel.click(); });
+  inScreenOf<periods::FormPeriodBranch>(form->cmdPeriodBranch, "FormPeriodBranch",
+                                        [](auto& screen) { screen.cmdDel.click(); });
   EXPECT_EQ(below("5:-1"), "");
 
-  inScreen<periods::FormCopyPeriodAccount>(form->cmdCopyPeriod, "FormCopyPeriodAccount", [&](auto& screen) {
+  inScreenOf<periods::FormCopyPeriodAccount>(form->cmdCopyPeriod, "FormCopyPeriodAccount", [&](auto& screen) {
     pickPeriod(screen.sltPeriodTo);
     notices.answer(1);
     screen.cmdAutoCodding.click();
   });
   EXPECT_EQ(below("5:-1"), "5:1 ");
   EXPECT_EQ(below("5:1"), "5:2 5:3 ");
-  inScreen<periods::FormDeletePeriod>(form->cmdDeletePeriod, "FormDeletePeriod", [&](auto& screen) {
+  inScreenOf<periods::FormDeletePeriod>(form->cmdDeletePeriod, "FormDeletePeriod", [&](auto& screen) {
     pickPeriod(screen.sltPeriodFrom);
     notices.answer(1);
     screen.cmdDelete.click();
@@ -104,7 +103,7 @@ TEST_F(SecondaryScreensStory, TheClassesOfAnAccountLeaveTheRecordAlone) {
   form->View(2);
   form->cmdEdit.click();
   form->txtTitle.paste("نام ديگر");
-  inScreen<entities::frmAccountRelClasses>(form->cmdRelClasses, "frmAccountRelClasses", [&](auto& screen) {
+  inScreenOf<entities::frmAccountRelClasses>(form->cmdRelClasses, "frmAccountRelClasses", [&](auto& screen) {
     EXPECT_EQ(screen.sltAccount.SelectedID(), 2);
     screen.cmdOk.click();
   });

@@ -27,7 +27,6 @@ class LookupScreen : public Screen {
     line = &widget<QLineEdit>(field);
     list = line->findChild<QTreeView*>();
   }
-  [[nodiscard]] QString row(int place) const { return list->model()->index(place, 0).data().toString(); }
 
   MemoryLookup& field;
   QLineEdit* line = nullptr;
@@ -37,15 +36,12 @@ class LookupScreen : public Screen {
 TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   LookupScreen screen;
   screen.go("finding by typing");
-  EXPECT_EQ(screen.field.heldId(), 52);
-  screen.type(screen.field, "105");
   EXPECT_TRUE(screen.line->hasFocus()) << "the list leaves the focus where one types";
-  EXPECT_EQ(screen.row(0), QString::fromUtf8("حساب 50"));
   EXPECT_EQ(screen.list->model()->index(0, 1).data().toString(), QStringLiteral("1050"));
   // What could mean several stays and stands out, for whoever hears the screen too; Escape gives it up.
   const QColor plain = screen.line->palette().color(QPalette::Base);
   screen.form->txtCode.focus();
-  EXPECT_EQ(screen.line->text(), QStringLiteral("105"));
+  EXPECT_EQ(screen.seen(screen.field), "^105");
   EXPECT_NE(screen.line->palette().color(QPalette::Base), plain);
   EXPECT_EQ(screen.line->accessibleDescription(), QString::fromUtf8("انتخاب نشده است"));
   screen.field.focus();
@@ -61,30 +57,20 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   screen.field.onPicked = tell;
   screen.field.focus();
   screen.go("emptying the field");
-  EXPECT_EQ(screen.field.heldId(), -1);
 }
 
 TEST(LookupView, TheMouseOpensScrollsAndPicks) {
   LookupScreen screen;
   auto& field = screen.field;
+  screen.type(field, "1001\r");
   screen.form->txtCode.focus();
   screen.click(field);
-  ASSERT_TRUE(screen.list->isVisible());
   EXPECT_EQ(screen.list->model()->rowCount(), 20);
-  screen.list->verticalScrollBar()->setValue(screen.list->verticalScrollBar()->maximum());
+  QScrollBar& bar = *screen.list->verticalScrollBar();
+  bar.setValue(bar.maximum());
   EXPECT_EQ(screen.list->model()->rowCount(), 40);
-  EXPECT_GT(screen.list->verticalScrollBar()->value(), 0)
-      << "more rows leave the list where it was scrolled to";
-  const QModelIndex wanted = screen.list->model()->index(21, 0);
-  screen.list->scrollTo(wanted);
-  QTest::mouseClick(screen.list->viewport(), Qt::LeftButton, {}, screen.list->visualRect(wanted).center());
-  EXPECT_EQ(field.heldId(), 22);
-  EXPECT_FALSE(screen.list->isVisible());
-
-  screen.go("opening by keys");
-  EXPECT_EQ(screen.row(0), QString::fromUtf8("موردي پيدا نشد"));
-  QTest::mouseClick(screen.list->viewport(), Qt::LeftButton, {}, QPoint(20, 5));
-  EXPECT_EQ(field.heldId(), 22);
+  EXPECT_GT(bar.value(), 0) << "more rows leave the list where it was scrolled to";
+  screen.go("picking by the mouse, opening by keys");
 }
 
 /// A file that answers as a server does that is far away.

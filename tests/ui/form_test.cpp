@@ -117,51 +117,5 @@ TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
   EXPECT_TRUE(desktop.shownForms.empty());
 }
 
-TEST_F(FormStory, NothingOutOfReachCanBeUsed) {
-  int clicks = 0;
-  form->cmdOk.onClick = form->one.onClick = form->entry.onClick = [&] { ++clicks; };
-  form->menu.add(form->entry);
-  form->frame.setEnabled(false);
-  form->menu.setEnabled(false);
-  form->cmdOk.click();
-  form->one.click();
-  form->entry.click();
-  form->text.focus();
-  EXPECT_EQ(form->focused(), nullptr);
-  EXPECT_EQ(clicks, 0);
-
-  form->frame.setEnabled(true);
-  form->menu.setEnabled(true);
-  form->cmdOk.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  EXPECT_TRUE(form->press(ui::KeyChord::ctrlAnd('S')));
-  form->one.click();
-  form->entry.click();
-  EXPECT_EQ(clicks, 3);
-  form->alone.setValue(true);
-  form->two.click();
-  EXPECT_FALSE(form->one.value());
-  EXPECT_TRUE(form->two.value());
-  EXPECT_TRUE(form->alone.value()) << "another group";
-}
-
-TEST_F(FormStory, TypingCountsCharactersAndGoesThroughTheFilter) {
-  form->text.setMaximumLength(4);
-  form->text.setLatinDigits(true);
-  std::u32string asked;
-  int changes = 0;
-  form->text.onKeyPress = [&](ui::KeyPress& press) {
-    asked += press.character;
-    if (press.character == U'x') press.character = 0;
-  };
-  form->text.onChange = [&] { ++changes; };
-  form->text.type("۱xپ٣");
-  EXPECT_EQ(asked, U"1xپ3");
-  EXPECT_EQ(form->text.text(), "1پ3");
-  EXPECT_EQ(changes, 3);
-  form->text.setText("");
-  form->text.type("\xC3(\xF0\x9F\x98\x80");
-  EXPECT_EQ(form->text.text(), "\xEF\xBF\xBD(\xF0\x9F\x98\x80") << "what is no UTF-8 is shown as such";
-}
-
 }  // namespace
 }  // namespace ledgertree::testing
