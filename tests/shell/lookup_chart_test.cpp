@@ -56,8 +56,9 @@ TEST_F(LookupChart, LettersThatAPersonTakesForTheSame) {
   EXPECT_EQ(found(sltClass, "صندوقها"), "01 صندوق‌ها");
   EXPECT_EQ(found(sltClass, "۰۸"), database.letters("08 تأمین‌کنندگان"));
   EXPECT_EQ(found(sltClass, "تامين"), database.letters("08 تأمین‌کنندگان"));
-  database.execute("insert into tblAccount (Code, Title) values ('1حيك', 'x'), ('حيك', 'y'), ('حيك9', 'z'), "
-                   "('1', 'حيکها'), ('0', 'نو حيکها')");
+  database.execute(
+      "insert into tblAccount (Code, Title) values ('1حيك', 'x'), ('حيك', 'y'), ('حيك9', 'z'), "
+      "('1', 'حيکها'), ('0', 'نو حيکها')");
   EXPECT_EQ(found(sltAccount, "حیک "), "حيك y, حيك9 z, 1 حيکها") << "the code, what begins, the title";
   EXPECT_EQ(found(sltAccount, "حيكها"), "1 حيکها, 0 نو حيکها");
   EXPECT_EQ(found(sltClass, "'; delete from tblAccount --"), "");
