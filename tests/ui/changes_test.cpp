@@ -134,11 +134,12 @@ TEST_F(Changes, OfALevelOfTheTreeAreToldAsOne) {
     const ui::Tree::Batch batch(tree);
     for (int i = 0; i < 100; ++i) tree.add(tree.add(root, "n" + std::to_string(i), "گره"), "", "!");
     tree.add(old, "late", "دير");
-    tree.add(root, "last", "آخر");
+    tree.setChecked(tree.addNew(root, "last", "آخر"), true);
   }
   EXPECT_EQ(ear.take(), "ChildrenAdded(0,1,100) ChildrenAdded(1,0,1) ChildrenAdded(0,101,1) ");
   EXPECT_EQ(tree.count(), 204U);
-  EXPECT_THROW(tree.add(root, "n5", "دوباره"), std::invalid_argument);
+  for (const char* key : {"n5", "last"})
+    EXPECT_THROW(tree.add(root, key, "دوباره"), std::invalid_argument) << key;
   const ui::NodeId fifth = tree.find("n5");
   tree.select(fifth);
   tree.remove(fifth);
