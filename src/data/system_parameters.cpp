@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "data/data_error.h"
 #include "data/dten.h"
 #include "data/numbers.h"
 #include "text/characters.h"
@@ -15,12 +16,6 @@ Value readFirst(RecordHandle& handle, std::string_view statement, std::string_vi
   handle.Source(std::string(statement));
   const OpenRows rows(handle);
   return rows->RecordCount() != 0 ? rows->Fields(column) : Value();
-}
-
-bool hasRow(RecordHandle& handle, std::string_view statement) {
-  handle.Source(std::string(statement));
-  const OpenRows rows(handle);
-  return rows->RecordCount() != 0;
 }
 
 /// The number that the value begins with as text, since hosts keep the column as text or as a number; 0
@@ -41,6 +36,19 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
+/// Whether the statement finds the row of a switch that is on. A server compares the column as a number, in
+/// the other rows too, and refuses where one is none ("yes"); then the row's value is read and judged here.
+bool isOn(RecordHandle& handle, const std::string& statement) {
+  try {
+    handle.Source(statement);
+    const OpenRows rows(handle);
+    return rows->RecordCount() != 0;
+  } catch (const DataError& refusal) {
+    if (refusal.reason() != DataError::Reason::Statement) throw;
+  }
+  return isOne(readFirst(handle, statement.substr(0, statement.find(" and ")), "Value"));
+}
+
 }  // namespace
 
 SystemParameters readSystemParameters(DtEn& data) {
@@ -49,9 +57,9 @@ SystemParameters readSystemParameters(DtEn& data) {
   parameters.CodeIsNumeric = asSetting(
       readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 301", "Value"), "301");
   parameters.MultiEntityMode =
-      hasRow(config, "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1");
+      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1");
   parameters.EditCodeAllowed =
-      hasRow(config, "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1");
+      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1");
   parameters.PositionInEntityTest = asSetting(
       readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 210", "Value"), "210");
   parameters.CodingMode = asSetting(

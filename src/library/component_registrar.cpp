@@ -44,7 +44,8 @@ void tellRefusal(shell::Shell& shell, const shell::RefusedPlugin& refused) {
   const std::string file(name.begin(), name.end());
   shell.showErrorNotice(shell::kTitleProblem, "افزونه «" + file + "» بارگذاري نشد، زيرا " + refused.reason +
                                                   ". مدير سيستم را آگاه نماييد.");
-  if (refusalListener()) refusalListener()(file, refused.reason);
+  // A copy: the host may set another listener while it hears of this one.
+  if (const RefusalListener listener = refusalListener()) listener(file, refused.reason);
 }
 
 }  // namespace

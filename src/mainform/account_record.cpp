@@ -15,8 +15,7 @@ namespace {
 
 constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
-    "را بازسازي "
-    "کنيد و حساب را دوباره انتخاب نماييد.";
+    "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
@@ -122,6 +121,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
+  screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
 

@@ -218,6 +218,12 @@ void LookupView::colour() {
                                                        : toQt(control().hint()));
 }
 
+/// A click opens the list, as in a drop-down; inside a line that is being typed it moves the caret.
+bool LookupView::opensList(const QMouseEvent& click) {
+  return standing() && !control().typing() && !control().listOpen() && line_->hasFocus() &&
+         click.button() == Qt::LeftButton;
+}
+
 bool LookupView::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::Resize:
@@ -246,9 +252,7 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       focusLeft(static_cast<QFocusEvent*>(event)->reason());
       break;
     case QEvent::MouseButtonPress:
-      // A click opens the list, as in a drop-down; inside a line that is being typed it moves the caret.
-      if (watched == line_ && standing() && !control().typing() && !control().listOpen() &&
-          line_->hasFocus() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+      if (watched == line_ && opensList(*static_cast<QMouseEvent*>(event))) {
         line_->selectAll();
         control().openList();
         return true;

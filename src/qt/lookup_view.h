@@ -70,6 +70,7 @@ class LookupView : public ViewOf<ui::LookupField> {
 
  private:
   [[nodiscard]] bool key(QKeyEvent& event);
+  [[nodiscard]] bool opensList(const QMouseEvent& click);
   void focusCame();
   void focusLeft(Qt::FocusReason reason);
   void syncList();

@@ -162,35 +162,42 @@ void LanguageTag::place(int inset) {
               editor.height() - border - size.height(), size.width(), size.height());
 }
 
+template <typename Toolkit>
+void TypedEditor<Toolkit>::keyPressEvent(QKeyEvent* event) {
+  if (!typeKey(*this, *event, this->isReadOnly(), [this](char32_t character) { put(character); }))
+    Toolkit::keyPressEvent(event);
+}
+
+template <typename Toolkit>
+void TypedEditor<Toolkit>::keyReleaseEvent(QKeyEvent* event) {
+  Toolkit::keyReleaseEvent(event);
+  const auto keyUp = typist.keyUp;
+  if (!event->isAutoRepeat() && keyUp) keyUp();
+}
+
+template <typename Toolkit>
+void TypedEditor<Toolkit>::inputMethodEvent(QInputMethodEvent* event) {
+  typeByMethod(typist, this->isReadOnly(), *event,
+               [this](QInputMethodEvent& passed) { Toolkit::inputMethodEvent(&passed); });
+}
+
+template <typename Toolkit>
+void TypedEditor<Toolkit>::contextMenuEvent(QContextMenuEvent* event) {
+  QMenu* menu = this->createStandardContextMenu();
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  nameEditingCommands(*menu);
+  menu->popup(event->globalPos());
+}
+
+template class TypedEditor<QLineEdit>;
+template class TypedEditor<QTextEdit>;
+
 void LineEditor::put(char32_t character) {
   const QString text = this->text();
   const std::size_t left =
       charactersOf(text, text.size()) - charactersOf(selectedText(), selectedText().size());
   if (limit != 0 && left >= limit) return;
   insert(QString::fromUcs4(&character, 1));
-}
-
-void LineEditor::keyPressEvent(QKeyEvent* event) {
-  if (!typeKey(*this, *event, isReadOnly(), [this](char32_t character) { put(character); }))
-    QLineEdit::keyPressEvent(event);
-}
-
-void LineEditor::keyReleaseEvent(QKeyEvent* event) {
-  QLineEdit::keyReleaseEvent(event);
-  const auto keyUp = typist.keyUp;
-  if (!event->isAutoRepeat() && keyUp) keyUp();
-}
-
-void LineEditor::inputMethodEvent(QInputMethodEvent* event) {
-  typeByMethod(typist, isReadOnly(), *event,
-               [this](QInputMethodEvent& passed) { QLineEdit::inputMethodEvent(&passed); });
-}
-
-void LineEditor::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu* menu = createStandardContextMenu();
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  nameEditingCommands(*menu);
-  menu->popup(event->globalPos());
 }
 
 void TextEditor::put(char32_t character) {
@@ -210,19 +217,7 @@ void TextEditor::keyPressEvent(QKeyEvent* event) {
     if (!filter || filter(U'\r') != 0) put(U'\n');
     return;
   }
-  if (!typeKey(*this, *event, isReadOnly(), [this](char32_t character) { put(character); }))
-    QTextEdit::keyPressEvent(event);
-}
-
-void TextEditor::keyReleaseEvent(QKeyEvent* event) {
-  QTextEdit::keyReleaseEvent(event);
-  const auto keyUp = typist.keyUp;
-  if (!event->isAutoRepeat() && keyUp) keyUp();
-}
-
-void TextEditor::inputMethodEvent(QInputMethodEvent* event) {
-  typeByMethod(typist, isReadOnly(), *event,
-               [this](QInputMethodEvent& passed) { QTextEdit::inputMethodEvent(&passed); });
+  TypedEditor::keyPressEvent(event);
 }
 
 void TextEditor::insertFromMimeData(const QMimeData* source) {
@@ -241,13 +236,6 @@ void TextEditor::insertFromMimeData(const QMimeData* source) {
   }
   textCursor().insertText(text);
   ensureCursorVisible();
-}
-
-void TextEditor::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu* menu = createStandardContextMenu();
-  menu->setAttribute(Qt::WA_DeleteOnClose);
-  nameEditingCommands(*menu);
-  menu->popup(event->globalPos());
 }
 
 TextFieldView::TextFieldView(ui::TextField& control, QWidget& parent, std::function<KeyboardLayout()> layout)

@@ -30,10 +30,12 @@ class LanguageTag : public QLabel {
   void place(int inset = 0);
 };
 
-/// A line editor that lets each key through the filter. The menu of its right button is Persian.
-class LineEditor : public QLineEdit {
+/// An editor of the toolkit, QLineEdit or QTextEdit, that lets each key through the filter. The menu of its
+/// right button is Persian.
+template <typename Toolkit>
+class TypedEditor : public Toolkit {
  public:
-  explicit LineEditor(QWidget& parent) : QLineEdit(&parent) {}
+  using Toolkit::Toolkit;
   Typist typist;
   /// Cuts what an edit puts in beyond the limit, also by a paste; 0 for no limit.
   std::size_t limit = 0;
@@ -43,30 +45,32 @@ class LineEditor : public QLineEdit {
   void keyReleaseEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
+  /// Puts a character that passed the filter in place of the selected ones.
+  virtual void put(char32_t character) = 0;
+};
+
+class LineEditor : public TypedEditor<QLineEdit> {
+ public:
+  explicit LineEditor(QWidget& parent) : TypedEditor(&parent) {}
 
  private:
-  void put(char32_t character);
+  void put(char32_t character) override;
 };
 
 /// The same over several lines.
-class TextEditor : public QTextEdit {
+class TextEditor : public TypedEditor<QTextEdit> {
  public:
-  explicit TextEditor(QWidget& parent) : QTextEdit(&parent) {
+  explicit TextEditor(QWidget& parent) : TypedEditor(&parent) {
     setTabChangesFocus(true);
     setAcceptRichText(false);
   }
-  Typist typist;
-  std::size_t limit = 0;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  void keyReleaseEvent(QKeyEvent* event) override;
-  void inputMethodEvent(QInputMethodEvent* event) override;
   void insertFromMimeData(const QMimeData* source) override;
-  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-  void put(char32_t character);
+  void put(char32_t character) override;
 };
 
 /// Gives the editing commands of an editor's menu their Persian names.

@@ -1,7 +1,5 @@
 #include "accounts/account_saving.h"
 
-#include <tuple>
-
 #include "accounts/account_story.h"
 #include "data/data_error.h"
 #include "support/text_table.h"
@@ -11,8 +9,34 @@ namespace {
 
 using mainform::FormMode;
 
-class SavingStory : public AccountWalk {
+class SavingStory : public AccountStory {
  protected:
+  static auto failing(const std::string& about) {
+    using Reason = data::DataError::Reason;
+    const auto [name, words] = cut(about);
+    return [reason = name == "TimeOut" ? Reason::TimeOut : Reason::Connection, words = words](
+               const std::string& command, const auto&...) {
+      if (!words.empty() && command.starts_with(words))
+        throw data::DataError(reason, 0, std::string(Faults::kMessage));
+    };
+  }
+  SavingStory() {
+    // "ahead TimeOut spX" fails what begins with these words, and "behind" loses its answer; nothing ends it.
+    person.acts["ahead"] = [this](auto& about) { faults.onCommand = failing(about); };
+    person.acts["behind"] = [this](auto& about) { faults.onAnswer = failing(about); };
+    person.acts["outcome"] = [this](auto&) {
+      form->cmdSave.click();
+      const auto told = notices.take();
+      return (told.size() == 1 ? toldOf(told[0].message) : "?") + " " + form->lblMessage.caption();
+    };
+  }
+  /// What a save came to, as the notice says it behind the failure.
+  static std::string toldOf(const std::string& message) {
+    for (const auto& row : tableOf("accounts/steps.txt", "what a save came to"))
+      if (message == std::string(Faults::kMessage) + "\n" + row[1]) return row[0];
+    ADD_FAILURE() << message;
+    return "";
+  }
   /// Everything that a save may change.
   std::string chart() {
     return database.rows(
@@ -52,51 +76,33 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
 
 TEST_F(SavingStory, WhatLeftItsListStaysStoredAndAClassThatIsGoneIsAskedAbout) {
   accounts({{1, 0, "1", "دارايي"}, {2, 1, "101", "بانک"}});
-  const auto has = [this](const std::string& place) {
+  bool plain = false;
+  person.acts["has"] = [&](auto& place) {
     database.execute("update tblAccount set GroupID = " + place.substr(0, place.find(',')) +
                      ", BranchID = 778, PositionID = 777 where ID = 2; delete from tblAccountRelatedObjects;"
                      "insert into tblAccountRelatedObjects values (2, " +
                      place + ")");
-  };
-  const auto saved = [this](bool plain) {
     edit(2);
     form->LastNewParentID = plain ? 1 : 0;
+  };
+  person.acts["changed"] = [this](auto& command) {
     TableWatch tables(database);
-    form->cmdSave.click();
+    person.act(command);
     return tables.changes();
+  };
+  person.acts["lists"] = [this](auto&) {
+    return std::to_string(form->sltEntityType.SelectedID()) + " «" + form->sltEntity.text() +
+           (form->sltEntity.IsActive() ? "» " : "»! ") + form->sltBranch.text() + " @" +
+           form->focused()->name();
   };
   start();
   edit(2);
   save();  // texts and amounts that are null become empty
-  for (const char* const place : {"779, 11, 99", "779, null, null", "779, null, 7", "779, 12, 6"}) {
-    for (const bool plain : {false, true}) {
-      has(place);
-      EXPECT_EQ(saved(plain), "") << place;
-      EXPECT_NE(form->sltEntity.text(), "بام") << "an object without a class is nobody";
-    }
+  for (const bool each : {true, false}) {
+    plain = each;
+    go("what left its list");
   }
-  edit(2);
-  EXPECT_EQ(form->sltBranch.text(), "778 (در فهرست نيست)");
-  form->sltBranch.press(ui::Key::Delete);
-  EXPECT_EQ(stored(save(), "BranchID"), "0") << "a person may empty it";
-
-  const struct {
-    const char *place, *lost, *changes;
-  } gone[] = {{"779, 99, 1", "گروه", "tblAccount: 2.GroupID=null"},
-              {"null, 99, 1", "نوع موجوديت و موجوديت", "tblAccountRelatedObjects: -2|null|99|1"}};
-  for (const auto& [place, lost, changes] : gone) {
-    has(place);
-    for (const bool yes : {false, true}) {
-      notices.answer(yes ? 1 : 0);
-      EXPECT_EQ(saved(false), yes ? changes : "");
-      EXPECT_EQ(notices.taken(), "ثبت حساب|نوع موجوديت 99 ديگر تعريف نشده است. اگر ثبت کنيد، " +
-                                     std::string(lost) + " اين حساب از ميان ميرود. آيا ثبت شود؟");
-      if (yes) continue;
-      EXPECT_EQ(form->sltEntityType.SelectedID(), 99);
-      EXPECT_TRUE(form->sltEntity.IsEmpty() && !form->sltEntity.IsActive() && form->sltEntityType.hasFocus());
-      giveUp();
-    }
-  }
+  go("a class that is gone");
 }
 
 TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
@@ -113,20 +119,17 @@ TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
   edit(2);
   save();  // texts that are null become empty
   TableWatch tables(database);
-  act("full", [&](auto&) {
+  person.acts["full"] = [&](auto&) {
     database.execute(full);
     static_cast<void>(tables.changes());
     edit(2);
-  });
+  };
   bool plain = false;
-  act("changed", [&](auto&) {
+  person.acts["changed"] = [&](auto&) {
     form->LastNewParentID = plain ? form->sltParent.AccountID() : 0;
     EXPECT_EQ(save(), 2);
-    std::string changes = tables.changes();
-    std::replace(changes.begin(), changes.end(), '\n', ' ');
-    std::replace(changes.begin(), changes.end(), '|', ',');
-    return changes;
-  });
+    return tables.changes();
+  };
   go("an edit of one field");
   plain = true;
   go("an edit of one field");
@@ -144,20 +147,7 @@ TEST_F(SavingStory, WhatTheHostShowsMeanwhileChangesNothingOfASave) {
       "update tblAccount set IsClosed = 1 where ID = 3;"
       "insert into tblAccountRelatedObjects values (3, 4, null, null)");
   start();
-  edit(1);
-  pick(form->sltGroup, 4);
-  notices.onShow = [this](const Notice&) { form->View(3); };
-  EXPECT_EQ(save(), 1);
-  EXPECT_EQ(notices.take().size(), 1U) << "the place is taken";
-  EXPECT_EQ(stored(2, "IsClosed"), "0") << "3 is closed, 1 isn't";
-}
-
-/// What a save came to, as the notice says it behind the failure.
-std::string toldOf(const std::string& message) {
-  for (const auto& row : tableOf("accounts/steps.txt", "what a save came to"))
-    if (message == std::string(Faults::kMessage) + "\n" + row[1]) return row[0];
-  ADD_FAILURE() << message;
-  return "";
+  go("what the host shows meanwhile");
 }
 
 /// Each statement of a save fails once. Whatever was written by then, the notice says so, the form goes on,
@@ -274,98 +264,25 @@ TEST_P(FailingSaves, CanBeSavedAgain) {
 INSTANTIATE_TEST_SUITE_P(EachWay, FailingSaves, ::testing::Values(0, 1, 2));
 
 TEST_F(SavingStory, ABrokenConnectionLeavesOpenWhetherTheAccountIsThere) {
-  using Reason = data::DataError::Reason;
   account(1, 0, "1", "دارايي");
   start();
-  for (const auto& [reason, procedure, outcome] :
-       {std::tuple{Reason::Connection, "spAccountInsertAccount", "Unclear"},
-        {Reason::Storage, "spAccountInsertAccount", "Nothing"},
-        {Reason::Connection, "spAccountUpdateAccounts", "Unclear"},
-        {Reason::Connection, "spAccountInsertRelatedObject", "Account"}}) {
-    if (mode() != FormMode::ModeIdle) form->View(0);
-    faults.onCommand = [&](const std::string& command) {
-      if (command == procedure) throw data::DataError(reason, 0, std::string(Faults::kMessage));
-    };
-    const bool isNew = procedure != std::string("spAccountUpdateAccounts");
-    if (isNew) typeNew(-1, "تازه", "7");
-    if (!isNew) edit(1);
-    form->cmdSave.click();
-    faults.onCommand = nullptr;
-    const auto told = notices.take();
-    ASSERT_EQ(told.size(), 1U);
-    EXPECT_EQ(toldOf(told[0].message), outcome);
-    EXPECT_EQ(mode(), isNew && outcome != std::string("Account") ? FormMode::ModeNew : FormMode::ModeEdit);
-  }
-  EXPECT_EQ(save(), 2);
+  go("a broken connection");
 }
 
 TEST_F(SavingStory, ASaveWithoutAnAnswerIsUnknownUntilTheScreenHasLooked) {
-  using Reason = data::DataError::Reason;
-  const std::string found =
-      "خطا در ثبت|حسابي که معلوم نبود ثبت شده باشد در پايگاه داده هست و اکنون در حال اصلاح آن هستيد. رابطه "
-      "آن "
-      "با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است؛ دوباره ثبت کنيد.";
-  const std::string unknown =
-      "خطا در ثبت|late\nمعلوم نيست که حساب ثبت شده است يا نه. پيش از ثبت دوباره درخت حسابها را ببينيد.";
   account(1, 0, "1", "دارايي");
   start();
-  const auto late = [] { throw data::DataError(Reason::TimeOut, 0, "late"); };
-  faults.onAnswer = [&](const std::string& command, const auto&) {
-    if (command == "spAccountInsertAccount") late();
-  };
-  const auto awayForTheLook = [&](const std::string& command) {
-    if (command.starts_with("Select ID From")) throw data::DataError(Reason::Connection, 0, "away");
-  };
-  const std::string codes = "select Code from tblAccount where ID > 1 order by ID";
-  for (const bool backAtOnce : {true, false}) {
-    SCOPED_TRACE(backAtOnce);
-    typeNew(1, "صندوق", backAtOnce ? "7" : "8");
-    if (!backAtOnce) faults.onCommand = awayForTheLook;
-    EXPECT_EQ(toldBy(form->cmdSave), unknown + (backAtOnce ? "\n" + found : ""));
-    faults.onCommand = nullptr;
-    if (!backAtOnce) {
-      // Under another code it would be there twice.
-      EXPECT_EQ(mode(), FormMode::ModeNew);
-      form->txtCode.paste("9");
-      EXPECT_EQ(toldBy(form->cmdSave), found);
-    }
-    EXPECT_EQ(mode(), FormMode::ModeEdit);
-    EXPECT_EQ(save(), backAtOnce ? 2 : 3);
-    EXPECT_EQ(database.rows(codes), backAtOnce ? "17" : "17\n19");
-  }
-  // Another of its title, begun after the record was left, isn't taken for it.
-  typeNew(1, "صندوق", "4");
-  faults.onCommand = awayForTheLook;
-  EXPECT_EQ(toldBy(form->cmdSave), unknown);
-  faults.onAnswer = nullptr;
-  faults.onCommand = nullptr;
-  form->View(0);
-  EXPECT_EQ(saveNew(-1, "صندوق", "3"), 5);
-  // One that isn't there is new still, and so is the next of the same title.
-  typeNew(1, "صندوق", "6");
-  faults.onCommand = [&](const std::string& command) {
-    if (command == "spAccountInsertAccount") late();
-  };
-  EXPECT_EQ(toldBy(form->cmdSave), unknown);
-  faults.onCommand = nullptr;
-  EXPECT_EQ(save(), 6);
-  EXPECT_EQ(saveNew(1, "صندوق", "5"), 7);
+  go("a save without an answer");
+  go("no answer and no look");
+  go("another of its title");
 }
 
 TEST_F(SavingStory, WhatCantBeReadBackLeavesABlankRecordAndOneNotice) {
   account(1, 0, "1", "دارايي");
   start();
-  edit(1);
-  form->txtTitle.paste("تازه");
-  faults.failWhere("From vwAccount ");
-  form->cmdSave.click();
-  faults.heal();
-  const auto told = notices.take();
-  ASSERT_EQ(told.size(), 1U);
-  EXPECT_EQ(toldOf(told[0].message), "All");
+  go("what can't be read back");
   EXPECT_EQ(mode(), FormMode::ModeView);
   EXPECT_EQ(form->txtTitle.text() + form->sltAccount.text() + form->txtCode.text(), "");
-  EXPECT_EQ(stored(1, "Title"), "تازه");
 }
 
 }  // namespace

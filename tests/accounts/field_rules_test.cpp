@@ -6,7 +6,7 @@
 namespace ledgertree::testing {
 namespace {
 
-class FieldRulesStory : public AccountWalk {};
+class FieldRulesStory : public AccountStory {};
 
 TEST_F(FieldRulesStory, ACeilingGroupsItsDigitsAndTheCaretKeepsItsPlaceAmongThem) {
   account(1, 0, "1", "دارايي");
@@ -29,13 +29,13 @@ TEST_F(FieldRulesStory, TheCodeTakesTheKeysThatTheSettingsAllow) {
 TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
   start();
   /// "code+own nature permanent closed" behind a pick.
-  act("parent", [this](auto& parent) {
+  person.acts["parent"] = [this](auto& parent) {
     pickParent(std::stoi(parent));
     const auto on = [](const ui::RadioButton& button) { return button.value() ? button.caption() : ""; };
     return form->txtMotherCode.text() + "+" + form->txtCode.text() + " " + on(form->optDebit) +
            on(form->OptCredit) + on(form->OptDebitAndCredit) + " " + on(form->OptReg) + on(form->OptNotReg) +
            " " + on(form->OptOpen) + on(form->OptClose);
-  });
+  };
   go("what a parent brings");
   // Where nobody types, nothing follows.
   const std::string shown = record();
@@ -48,21 +48,21 @@ TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
 TEST_F(FieldRulesStory, TheClassDecidesWhichEntitiesAreOffered) {
   start();
   shell::Selector& entity = form->sltEntity;
-  act("offer", [&](auto&) {
+  person.acts["offer"] = [&](auto&) {
     entity.lookCloser();
     desktop.settle();
     if (entity.IsActive()) return entity.title() + ":" + entity.SelectedText() + ":" + entity.detail();
     EXPECT_TRUE(entity.IsEmpty());
     return std::string("nothing");
-  });
+  };
   // Another user deletes the class while its list is open.
-  act("lost", [this](auto& id) {
+  person.acts["lost"] = [this](auto& id) {
     form->sltEntityType.openList();
     desktop.settle();
     database.execute("delete from tblAccountClass where ID = " + id);
     form->sltEntityType.pick(0);
     return std::to_string(form->sltEntityType.SelectedID());
-  });
+  };
   go("the entities of a class");
 }
 

@@ -18,7 +18,7 @@ constexpr std::int32_t kGuarded = 20;  // below 1
 constexpr std::int32_t kPlain = 30;    // at the top, like the last new account
 
 /// Saves an account in each of the three ways, and reads off the commands what became of its relation.
-class RelationStory : public AccountWalk {
+class RelationStory : public AccountStory {
  protected:
   RelationStory() {
     account(1, 0, "1", "دارايي");
@@ -29,14 +29,14 @@ class RelationStory : public AccountWalk {
     const std::int32_t first = saveNew(-1, "نخست", "4");  // from here on, an edit at the top is a plain one
     database.execute("delete from tblAccountRelatedObjects; delete from tblAccount where ID = " +
                      std::to_string(first));
-    act("holder", [this](auto& place) { holderHas(place); });
-    act("holderAt10", [this](auto& place) { holderHas(place, 10); });
-    act("saves", [this](auto& ids) {
+    person.acts["holder"] = [this](auto& place) { holderHas(place); };
+    person.acts["holderAt10"] = [this](auto& place) { holderHas(place, 10); };
+    person.acts["saves"] = [this](auto& ids) {
       std::istringstream numbers(ids);
       Picked picked;
       numbers >> picked.group >> picked.entityClass >> picked.object >> picked.position;
       return threeWays(picked);
-    });
+    };
   }
 
   /// Another account stands in this place.

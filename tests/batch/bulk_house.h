@@ -42,15 +42,13 @@ class BulkHouse : public WatchedHouse {
     desktop.show(*form);
   }
 
-  /// Opens a screen from the menu; what the person does there stands in `person`.
-  void recode(const std::function<void(coding::frmAutoCodding&)>& person) {
-    desktop.inModal("frmAutoCodding",
-                    [&](ui::Form& screen) { person(dynamic_cast<coding::frmAutoCodding&>(screen)); });
+  /// Opens a screen from the menu, for the person to act there.
+  void recode(const std::function<void(coding::frmAutoCodding&)>& act) {
+    inScreen("frmAutoCodding", act);
     form->mnuSameCoding.click();
   }
-  void deleteInBatch(const std::function<void(batch::frmAccountBatch&)>& person) {
-    desktop.inModal("frmAccountBatch",
-                    [&](ui::Form& screen) { person(dynamic_cast<batch::frmAccountBatch&>(screen)); });
+  void deleteInBatch(const std::function<void(batch::frmAccountBatch&)>& act) {
+    inScreen("frmAccountBatch", act);
     form->mnuAccountBatch.click();
   }
 
@@ -105,6 +103,5 @@ class BulkHouse : public WatchedHouse {
 
 inline constexpr const char* kNoWayBack =
     "هشدار|پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
-inline constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
 
 }  // namespace ledgertree::testing

@@ -30,12 +30,12 @@ TEST(Suffix, TheOwnPartIsWhatIsBehindAsManyCharactersAsTheParentHas) {
   for (const auto& [code, parent, own] : parts) EXPECT_EQ(coding::ownPart(code, parent), own) << parent;
 }
 
-class ProposalStory : public AccountWalk {
+class ProposalStory : public AccountStory {
  protected:
   ProposalStory() {
-    act("below", [this](auto& parentAndTitle) { return proposalBelow(parentAndTitle); });
-    act("proposed", [this](auto& parent) { return form->getNewAccountCode(std::stoi(parent)); });
-    act("code", [this](auto&) { return form->txtMotherCode.text() + "+" + form->txtCode.text(); });
+    person.acts["below"] = [this](auto& parentAndTitle) { return proposalBelow(parentAndTitle); };
+    person.acts["proposed"] = [this](auto& parent) { return form->getNewAccountCode(std::stoi(parent)); };
+    person.acts["code"] = [this](auto&) { return form->txtMotherCode.text() + "+" + form->txtCode.text(); };
   }
   /// What the screen proposes for a new account below a parent: "2 بانک".
   std::string proposalBelow(const std::string& parentAndTitle) {

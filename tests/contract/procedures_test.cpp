@@ -99,29 +99,6 @@ TEST_F(Procedures, AccountsThatShareACodeFromBeforeKeepItAndNobodyElseGetsIt) {
   EXPECT_EQ(insert({.code = "9ك"}), 0);
 }
 
-TEST_F(Procedures, NoneIsNullWhoeverWritesIt) {
-  const int account = insert({.code = "1"});
-  database.execute(
-      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
-      " values (" +
-      std::to_string(account) + ", 1, 2, 3)");
-  const auto after = [this](const std::string& change) {
-    database.execute("update tblAccountRelatedObjects set " + change);
-    return database.rows(
-        "select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects");
-  };
-  EXPECT_EQ(after("RelatedObjectID = -1"), "1|2|null");
-  EXPECT_EQ(after("AccountGroupID = -1, RelatedObjectID = 4"), "null|2|4");
-  EXPECT_EQ(after("RelatedClassID = 0"), "null|null|4");
-  database.execute("delete from tblAccountRelatedObjects");
-  database.execute(
-      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
-      " values (" +
-      std::to_string(account) + ", 1, 2, -1)");
-  EXPECT_EQ(database.number("select count(*) from tblAccountRelatedObjects where RelatedObjectID is null"),
-            1);
-}
-
 TEST_F(Procedures, AMoveTakesTheBranchAlongAndNeverBelowItself) {
   const int a = insert({.code = "1"});
   const int b = insert({.code = "2"});
@@ -145,17 +122,35 @@ TEST_F(Procedures, WhatAnotherProgramDeletedIsTold) {
   EXPECT_GT(insert({.code = "2"}), 0) << "the connection goes on";
 }
 
-TEST_F(Procedures, AnAccountEndsWithTheOneRelationGiven) {
+TEST_F(Procedures, AnAccountEndsWithTheOneRelationGivenAndNoneIsNullWhoeverWritesIt) {
   const int a = insert({.code = "1"});
-  const std::string relations =
-      "select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects";
-  database.execute("insert into tblAccountRelatedObjects (AccountID, AccountGroupID) values (" +
-                   std::to_string(a) + ", 5), (" + std::to_string(a) + ", 6)");
-  call(procedures::spAccountInsertRelatedObject, {a, 3, 2, 11});
-  EXPECT_EQ(database.rows(relations), "3|2|11");
-
+  const auto relations = [this] {
+    return database.rows(
+        "select AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects");
+  };
+  const std::string account = "(" + std::to_string(a) + ", ";
+  const std::string into =
+      "insert into tblAccountRelatedObjects (AccountID, AccountGroupID, RelatedClassID, RelatedObjectID)"
+      " values " +
+      account;
+  database.execute(into + "5, 6, 7), " + account + "6, 7, 8)");
+  EXPECT_EQ(call(procedures::spAccountInsertRelatedObject, {a, 3, 2, 11}), 1);
+  EXPECT_EQ(relations(), "3|2|11");
   call(procedures::spAccountInsertRelatedObject, {a, -1, -1, -1});
-  EXPECT_EQ(database.rows(relations), "null|null|null");
+  EXPECT_EQ(relations(), "null|null|null");
+
+  database.execute("delete from tblAccountRelatedObjects");
+  const std::string set = "update tblAccountRelatedObjects set ";
+  const std::pair<std::string, const char*> writes[] = {
+      {into + "1, 2, -1)", "1|2|null"},
+      {set + "RelatedObjectID = 3", "1|2|3"},
+      {set + "RelatedObjectID = -1", "1|2|null"},
+      {set + "AccountGroupID = -1, RelatedObjectID = 4", "null|2|4"},
+      {set + "RelatedClassID = 0", "null|null|4"}};
+  for (const auto& [write, expected] : writes) {
+    database.execute(write);
+    EXPECT_EQ(relations(), expected) << write;
+  }
 }
 
 TEST_F(Procedures, ADeletionSaysWhetherSomethingDependsOnTheAccount) {

@@ -5,6 +5,7 @@
 #include "data/connection.h"
 #include "data/data_error.h"
 #include "data/fake_connection.h"
+#include "support/text_table.h"
 #include "text/characters.h"
 
 namespace ledgertree::data {
@@ -42,19 +43,10 @@ TEST(ConnectionText, TakesApartWhatHostsWrite) {
 }
 
 TEST(ConnectionText, AMalformedOneIsRefusedByPlaceAndShowsNoPassword) {
-  // clang-format off
-  constexpr std::string_view malformed[] = {
-      "", "   ", ";;;", "secret", "Provider", "Provider=", "Provider=;Password=secret",
-      "Provider=\"\";Password=secret", "Provider=Oracle;Password=secret", "Provider=secret secret;",
-      "Provider=\"Fake;Password=secret", "Provider='Fake;Password=secret\"",
-      "Provider=\"Fake;Password=secret\"", "Provider='Fake''", "Provider=\"Fake\"secret",
-      "Provider=Fake;secret", "Provider=Fake;Password==secret", "Provider=Fake;=secret",
-      "Provider=Fake;  =secret", "=Fake;Password=secret", "Data Source=/srv/books.db;Password=secret",
-      "Pro vider=Fake;Password=secret", "Provider=Fake;Password='secret' secret",
-      "Provider=Fake;Password='secret", "Provider=Fake;Password=secret\xD8",
-      std::string_view("Provider=Fake;Password=sec\0ret", 30)};
-  // clang-format on
-  for (const std::string_view text : malformed) {
+  auto malformed = testing::linesOf("data/texts.txt", "malformed connection texts");
+  malformed.insert(malformed.end(), {"", "   ", "Provider=Fake;Password=secret\xD8",
+                                     std::string("Provider=Fake;Password=sec\0ret", 30)});
+  for (const std::string& text : malformed) {
     const std::string message = failureOf(text);
     EXPECT_FALSE(message.empty()) << text;
     EXPECT_EQ(message.find("secret"), std::string::npos) << message;

@@ -173,6 +173,14 @@ TEST_F(DtEnTest, ParametersReadAsNumbersWhateverTheirColumnHoldsAndMissingOnesHa
   EXPECT_FALSE(set.ShowCompleteCode);
   EXPECT_EQ(set.BasePath, "C:\\Books\\");
 
+  // A server that can't compare a text with 1 refuses; then the values are read.
+  database_.answers.erase(multi);
+  database_.answers.erase(edit);
+  database_.answer(multi.substr(0, multi.find(" and")), "Value", {"yes"});
+  database_.answer(edit.substr(0, edit.find(" and")), "Value", {" 1 "});
+  EXPECT_FALSE(readSystemParameters(dten_).MultiEntityMode);
+  EXPECT_TRUE(readSystemParameters(dten_).EditCodeAllowed);
+
   for (const Value& complete : {Value(1), Value("1"), Value(" 1.0 "), Value(1.0)}) {
     parameter(302, {complete});
     EXPECT_TRUE(readSystemParameters(dten_).ShowCompleteCode) << complete.toText();

@@ -25,12 +25,7 @@ struct FakeDatabase {
   void answer(const std::string& statement, const std::string& column, const std::vector<Value>& values) {
     Rows rows;
     rows.addColumn(column);
-    for (const Value& value : values) {
-      if (value.isNull()) rows.addNull();
-      if (const auto* text = std::get_if<std::string>(&value.variant())) rows.addText(*text);
-      if (const auto* number = std::get_if<std::int64_t>(&value.variant())) rows.addInteger(*number);
-      if (const auto* number = std::get_if<double>(&value.variant())) rows.addDouble(*number);
-    }
+    for (const Value& value : values) rows.addValue(value);
     answers[statement] = std::move(rows);
   }
 };

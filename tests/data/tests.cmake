@@ -1,1 +1,1 @@
-set(LINK ledgertree_data)
+set(LINK ledgertree_data ledgertree_test_support)

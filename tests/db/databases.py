@@ -14,6 +14,7 @@ import unittest
 from server_on_sqlite import Server, Thrown, words_of
 
 SCRIPTS, RECORD = pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]).read_text().splitlines()
+VERSIONS = pathlib.Path(__file__).parent / "versions"
 PROCEDURES = {name: head for name, head in (line[5:].split(" ", 1) for line in RECORD if line.startswith("head "))}
 DESCRIPTION = """
     select m.name || '.' || c.name || iif(m.type = 'view', '', ' ' || replace(replace(lower(c.type), ' ', ''), 'integer',
@@ -50,6 +51,11 @@ def described(db):
         lines |= {f"{table} {check}" for check in re.findall(r"check\((?:[^()]|\([^()]*\))*\)", text)}
         lines |= {f"{table}.{column} as read" for column in re.findall(r"(\w+) n?varchar\(\d+\) ?collate", text)}
     return lines
+
+
+def definitions(db):
+    """What each object was made of; a column that came later stands at another place."""
+    return {name: sorted(words_of(sql)) for name, sql in rows(db, "select name, sql from sqlite_schema where sql > ''")}
 
 
 class Story(unittest.TestCase):
@@ -219,6 +225,16 @@ class BothDatabases(Story):
         needed += [f"execute on {name}" for name in PROCEDURES]
         given = ["select on tblLedgerTreeVersion to public", *(f"{right} to LedgerTreeUsers" for right in needed)]
         self.assertEqual(sorted(self.server.grants), sorted(given))
+
+    def test_the_steps_lead_to_what_the_scripts_make_anew(self):
+        stepped = Server()
+        stepped.read(VERSIONS / "sqlserver-1.sql")
+        self.assertNotEqual(described(stepped.db), described(self.server.db))
+        stepped.install(SCRIPTS / "sqlserver" / "steps")
+        stepped.install(SCRIPTS / "sqlserver")
+        for made in (described, definitions):
+            self.assertEqual(made(stepped.db), made(self.server.db))
+        self.assertEqual(stepped.kept, self.server.kept)
 
     def test_databases_that_are_refused(self):
         for said, other, told in (("<> N'بدهكار'", "= N'بدهكار'", "has no Persian letters"),

@@ -10,6 +10,7 @@
 #include "data/data_error.h"
 #include "engines/sqlite/embedded_connection.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::db {
 namespace {
@@ -101,14 +102,8 @@ TEST(Databases, AreMadeAndBehaveAsTheirScriptsSay) {
   const std::string path = (folder.path() / "record").string();
   {
     Record record(path);
-    record.run("insert into tblUser (ID, Name, PeriodID) values (1, 'a', 4), (2, 'b', null)");
-    record.run("insert into tblUserPermission values (1, 301), (2, 302)");
-    record.run(
-        "insert into tblAccount (ID, ParentID, Code, CreateDate) values (1, null, 'A1', ''), (2, 1, 'A2', "
-        "''), (3, 2, 'A3', '')");
-    record.run("insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01')");
-    record.run("insert into tblAccountDocumentDetail (ID, DocumentID, AccountID) values (1, 1, 3)");
-    record.run("create table tblOfTheHost (AccountID int references tblAccount (ID))");
+    for (const std::string& statement : testing::linesOf("db/stories.txt", "the record"))
+      record.run(statement);
     for (int round = 0; round < 700; ++round) {
       if (round == 350) record.run("insert into tblOfTheHost select max(ID) from tblAccount");
       record.call();

@@ -5,8 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "data/data_error.h"
 #include "support/failure.h"
@@ -31,28 +29,6 @@ TEST(Schema, LeavesTheFileOfAnotherOrANewerProgramAlone) {
     EXPECT_EQ(failure.reason(), data::DataError::Reason::Connection);
     EXPECT_NE(std::string(failure.what()).find(words), std::string::npos) << failure.what();
     EXPECT_EQ(testing::allRows(database, "select name from sqlite_schema"), objects);
-  }
-}
-
-TEST(Schema, SeveralProgramsThatFindAnEmptyFileMakeItTogether) {
-  for (int round = 0; round < 10; ++round) {
-    const testing::TemporaryFolder folder;
-    const auto opened = [&folder] {
-      SQLite::Database database((folder.path() / "chart.db").string(),
-                                SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 10000);
-      database.exec("pragma journal_mode = wal; pragma synchronous = off");
-      return database;
-    };
-    static_cast<void>(opened());
-    std::vector<std::thread> programs;
-    for (int program = 0; program < 4; ++program) {
-      programs.emplace_back([&opened] {
-        SQLite::Database database = opened();
-        EXPECT_NO_THROW(openSchema(database));
-        EXPECT_EQ(testing::allRows(database, "select 1 from sqlite_schema where name = 'tblAccount'"), "1");
-      });
-    }
-    for (std::thread& program : programs) program.join();
   }
 }
 

@@ -13,8 +13,6 @@ BEGINS = "begin return throw drop create exec set insert update delete rollback 
 OTHERWISE = {
     "collationproperty(cast(databasepropertyex(db_name(), 'Collation') as varchar(128)), 'CodePage')": "1256",
     "'a' <> 'A'": "'a' <> 'a'",
-    "columnproperty(object_id(N'tblAccount'), N'TreeParentID', 'ColumnId')":
-        "(select 1 from pragma_table_xinfo('tblAccount') where name = 'TreeParentID')",
     "TreeParentID as isnull(ParentID, -1)": "TreeParentID int as (ifnull(ParentID, -1))",
     """CodeKey as cast(upper(replace(replace(rtrim(cast(Code as nvarchar(20)) collate Latin1_General_100_BIN2),
       nchar(1740), nchar(1610)), nchar(1705), nchar(1603))) as nvarchar(20))""":
@@ -66,12 +64,18 @@ class Server:
         for function in ("object_id", "database_principal_id"):
             self.db.create_function(
                 function, 1, lambda name: name if name in self.kept or self.db.execute(names, [name]).fetchone() else None)
+        columns = "select cid from pragma_table_xinfo(?) where name = ?"
+        self.db.create_function(
+            "columnproperty", 3, lambda table, name, _: (self.db.execute(columns, [table, name]).fetchone() or [None])[0])
 
     def install(self, *folders):
         files = [file for folder in folders for file in folder.glob("*.sql")]
         for file in sorted(files, key=lambda file: file.name):
-            for batch in re.split(r"(?mi)^\s*go\s*$", file.read_text()):
-                self.run(batch)
+            self.read(file)
+
+    def read(self, script):
+        for batch in re.split(r"(?mi)^\s*go\s*$", script.read_text()):
+            self.run(batch)
 
     def run(self, batch):
         batch = batch.replace("dbo.", "")

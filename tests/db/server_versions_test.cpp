@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <map>
 #include <regex>
 
 #include "data/data_error.h"
@@ -13,6 +12,7 @@
 #include "support/faulty_connection.h"
 #include "support/first_version.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::db {
 namespace {
@@ -26,97 +26,6 @@ std::string failureOf(const std::function<void()>& work) {
     return failure.what();
   }
   return "nothing failed";
-}
-
-/// What the scripts of SQL Server make, read from their text: columns, constraints, indexes, and what is made
-/// anew as a whole. It knows the guards of the scripts, since that is where a database that exists parts from
-/// a new one.
-class Catalogue {
- public:
-  using Objects = std::map<std::string, std::string>;
-
-  void run(std::string_view script) {
-    static const std::regex comments("--[^\n]*");
-    static const std::regex blanks("\\s+");
-    for (const Batch& batch : batchesOf(script))
-      runBatch(std::regex_replace(std::regex_replace(std::string(batch.text), comments, ""), blanks, " "));
-  }
-  [[nodiscard]] const Objects& objects() const { return objects_; }
-  std::vector<std::string> guarded;  ///< what wasn't done, since it was there
-
- private:
-  void runBatch(const std::string& batch) {
-    static const std::regex work(
-        "(create (?:unique )?(\\w+)|alter table dbo\\.(\\w+) (add|alter column|drop column|drop constraint))"
-        " (?:dbo\\.)?(?=(\\w+))");
-    std::smatch found;
-    if (!std::regex_search(batch, found, work)) return;
-    if (isThere(found.prefix())) return guarded.push_back(batch);
-    const std::string rest = found.suffix().str();
-    const std::string name = found[5];
-    if (found[3].matched) {
-      addItem(found[3], rest.substr(0, rest.find_last_not_of("; ") + 1));
-      if (found[4].str().starts_with("drop")) objects_.erase(found[3].str() + "." + name);
-    } else if (found[2] == "table") {
-      objects_[name] = "table";
-      addItems(name, rest.substr(rest.find('(')));
-    } else {
-      objects_[name] = rest;
-    }
-  }
-
-  /// Whether a guard finds what its batch would make.
-  [[nodiscard]] bool isThere(const std::string& guard) const {
-    static const std::regex names(
-        "object_id\\(N'dbo\\.(\\w+)'\\)(?:, N'(\\w+)', 'ColumnId'\\))? is null|name like N'(\\w+)%'");
-    for (std::sregex_iterator name(guard.begin(), guard.end(), names), end; name != end; ++name) {
-      const std::string object = (*name)[1].str() + ((*name)[2].matched ? "." : "") + (*name)[2].str();
-      // An index counts under a longer name too.
-      const auto like = objects_.lower_bound((*name)[3].str());
-      if ((*name)[3].matched ? like != objects_.end() && like->first.starts_with((*name)[3].str())
-                             : objects_.contains(object))
-        return true;
-    }
-    return false;
-  }
-
-  void addItems(const std::string& table, const std::string& list) {
-    std::string item;
-    int depth = 0;
-    for (const char sign : list) {
-      if (sign == ')' && --depth == 0) break;
-      if (sign == ',' && depth == 1) {
-        addItem(table, std::exchange(item, {}));
-      } else if (depth > 0) {
-        item += sign;
-      }
-      if (sign == '(') ++depth;
-    }
-    addItem(table, item);
-  }
-  void addItem(const std::string& table, const std::string& item) {
-    static const std::regex named("^ *(?:constraint )?(\\w+)");
-    std::smatch name;
-    std::regex_search(item, name, named);
-    objects_[table + "." + name[1].str()] = std::regex_replace(item, std::regex(" "), "");
-  }
-
-  Objects objects_;
-};
-
-TEST(ServerVersions, TheStepsLeadToWhatTheScriptsMakeAnew) {
-  Catalogue fresh;
-  Catalogue stepped;
-  stepped.run(testing::keptVersion("sqlserver-1.sql"));
-  EXPECT_EQ(stepped.objects().count("tblAccount.Code"), 1U);
-  EXPECT_EQ(stepped.objects().count("ixAccountTree"), 1U);
-  for (const Step& step : stepsBehind(1, "db/sqlserver/steps/")) stepped.run(embeddedText(step.script));
-  for (const std::string_view path : scriptsIn("db/sqlserver/")) {
-    fresh.run(embeddedText(path));
-    stepped.run(embeddedText(path));
-  }
-  EXPECT_EQ(stepped.objects(), fresh.objects());
-  EXPECT_EQ(fresh.guarded, std::vector<std::string>()) << "two things of one name";
 }
 
 TEST(ServerVersions, BothEnginesAndTheScriptsCountAlike) {
@@ -243,14 +152,11 @@ class OnServer : public ::testing::Test {
     engines::odbc::registerOdbc(present);
     faults.putInto(any);
     connection = any.open(testing::testServer());
-    shape = all(kShape);
+    shape = shapeNow();
     // Whatever ends this story halfway, the next one installs the schema.
     connection->run("delete tblLedgerTreeStories where Kind = 'schema'");
-    const data::Rows made = *connection->run(
-        "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name"
-        " from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo'"
-        " and name like '[tvs][bwp]%' and name <> 'tblLedgerTreeStories' order by case name"
-        " when 'tblAccountDocument' then 2 when 'tblAccount' then 3 else 1 end, type desc");
+    const data::Rows made =
+        *connection->run(testing::linesOf("db/stories.txt", "made on the server").front());
     for (std::size_t row = 0; row < made.count(); ++row)
       connection->run("drop " + std::string(made.text(row, 0)));
     for (const Batch& batch : batchesOf(testing::keptVersion("sqlserver-1.sql"))) connection->run(batch.text);
@@ -259,24 +165,15 @@ class OnServer : public ::testing::Test {
     if (connection) installServerSchema(*connection, [](std::string_view) {});
   }
 
-  static constexpr const char* kShape =
-      "select table_name + '.' + column_name, data_type, isnull(character_maximum_length, 0), is_nullable"
-      " from information_schema.columns where table_name <> 'tblLedgerTreeStories'"
-      " union all select i.name, object_name(i.object_id), 0, '' from sys.indexes i"
-      " join sys.objects o on o.object_id = i.object_id where o.type = 'U'"
-      " union all select name, '', 0, '' from sys.objects where type in ('P', 'TR', 'V')"
-      " order by 1, 2, 3";
-
-  std::string all(const std::string& query) { return testing::allRows(*connection->run(query)) + "\n"; }
-  std::string rows() {
-    return all("select ID, ParentID, Code, Title, NoLevel from tblAccount order by ID") +
-           all("select * from tblAccountParent order by 1, 2") +
-           all("select * from tblAccountRelatedObjects order by 1") +
-           all("select * from tblAccountRelatedClasses") +
-           all("select * from tblAccountRelatedClassesDetail") +
-           all("select * from tblAccountPeriodAccount order by 1") +
-           all("select DocumentID, AccountID, Debit from tblAccountDocumentDetail order by 2");
+  /// What the queries of a section of stories.txt find.
+  std::string all(const std::string& section) {
+    std::string found;
+    for (const std::string& query : testing::linesOf("db/stories.txt", section))
+      found += testing::allRows(*connection->run(query)) + "\n";
+    return found;
   }
+  std::string rows() { return all("the rows of the server"); }
+  std::string shapeNow() { return all("the shape of the server"); }
   [[nodiscard]] std::string screen() const {
     return failureOf([this] { present.open(testing::testServer())->run("select 1"); });
   }
@@ -291,7 +188,7 @@ class OnServer : public ::testing::Test {
 
 TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
   const std::string kept = rows();
-  const std::string old = all(kShape);
+  const std::string old = shapeNow();
   EXPECT_NE(screen().find("قديمي تري"), std::string::npos);
   const std::string script(embeddedText("db/sqlserver/001_version.sql"));
   EXPECT_NE(failureOf([&] { connection->run(batchesOf(script).front().text); }).find("older"),
@@ -305,11 +202,11 @@ TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
     faults.failWhere(place);
     EXPECT_NE(failureOf(install), "nothing failed");
     faults.heal();
-    EXPECT_EQ(rows() + all(kShape), kept + old) << place;
+    EXPECT_EQ(rows() + shapeNow(), kept + old) << place;
   }
   told.clear();
   install();
-  EXPECT_EQ(rows() + all(kShape), kept + shape);
+  EXPECT_EQ(rows() + shapeNow(), kept + shape);
   EXPECT_TRUE(told.starts_with("account 4 shares its code with another one: 9Ak\n")) << told;
   EXPECT_EQ(screen(), "nothing failed");
 

@@ -9,7 +9,6 @@
 #include "data/data_error.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
-#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -43,16 +42,16 @@ class EntityHouse : public WatchedHouse {
 
   /// What the person does on a screen from its opening on; a screen left up is closed by its frame.
   bool classesOf(int account, const OnClasses& act) {
-    desktop.inModal("frmAccountRelClasses", [&](ui::Form& form) {
+    inScreen<entities::frmAccountRelClasses>("frmAccountRelClasses", [&](auto& form) {
       desktop.tick();
-      act(dynamic_cast<entities::frmAccountRelClasses&>(form));
+      act(form);
     });
     return entities::showRelClasses(shell, account);
   }
   void expectObjects(const OnObjects& act) {
-    desktop.inModal("frmAccountRelObjects", [&, act](ui::Form& form) {
+    inScreen<entities::frmAccountRelObjects>("frmAccountRelObjects", [this, act](auto& form) {
       desktop.tick();
-      act(dynamic_cast<entities::frmAccountRelObjects&>(form));
+      act(form);
     });
   }
   bool objectsOf(int account, const OnObjects& act) {
@@ -156,8 +155,6 @@ class EntityHouse : public WatchedHouse {
   static ui::NodeId node(const entities::frmAccountRelObjects& form, int object) {
     return form.treeObjects.find("N" + std::to_string(object));
   }
-
-  ScreenWalk person{desktop, notices, faults};
 };
 
 }  // namespace ledgertree::testing

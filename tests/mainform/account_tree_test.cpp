@@ -1,8 +1,6 @@
 #include "mainform/account_tree.h"
 
 #include "data/data_error.h"
-#include "support/faulty_connection.h"
-#include "support/screen_walk.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
@@ -11,11 +9,9 @@ namespace {
 using mainform::AccountTree;
 using mainform::MainScreen;
 
-class TreeStory : public TestHouse {
+class TreeStory : public FaultyHouse {
  protected:
   TreeStory() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     // 11 has two children and 12 none; 113 is in both periods, its sister in the second alone; 14 lost its
     // parent's code.
     database.execute(
@@ -32,6 +28,13 @@ class TreeStory : public TestHouse {
         "112), (2, 113),"
         " (2, 114), (2, 12), (3, 114)");
     desktop.show(screen);
+    person.acts["refresh"] = [this](auto&) { tree.refreshTree(); };
+    person.acts["fill"] = [this](auto& key) { tree.fillNodeChildren(key); };
+    person.acts["mode"] = [this](auto& mode) {
+      screen.formMode = static_cast<mainform::FormMode>(std::stoi(mode));
+    };
+    tree.onAccountClick = [this](std::int32_t account) { clicks = "account " + std::to_string(account); };
+    tree.onOtherClick = [this] { clicks = "no account"; };
   }
 
   [[nodiscard]] ui::NodeId node(std::string_view key) const { return screen.treeAccount.find(key); }
@@ -42,16 +45,6 @@ class TreeStory : public TestHouse {
   /// is selected, and its children in parentheses, "..." for those that aren't read and "+" ahead where it is
   /// closed. Told are the clicks.
   void walk(const std::string& section) {
-    ScreenWalk person(desktop, notices, faults);
-    std::string clicks;
-    tree.onAccountClick = [&](std::int32_t account) { clicks += "account " + std::to_string(account); };
-    tree.onOtherClick = [&] { clicks += "no account"; };
-    person.acts["refresh"] = [this](auto&) { tree.refreshTree(); };
-    person.acts["fill"] = [this](auto& key) { tree.fillNodeChildren(key); };
-    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
-    person.acts["mode"] = [this](auto& mode) {
-      screen.formMode = static_cast<mainform::FormMode>(std::stoi(mode));
-    };
     person.go(
         "mainform/tree.txt", section, [this] { return shown(screen.treeAccount.roots()); },
         [&] { return std::exchange(clicks, {}); });
@@ -69,9 +62,9 @@ class TreeStory : public TestHouse {
     return text;
   }
 
-  Faults faults;
   MainScreen screen{shell};
   AccountTree tree{screen, shell};
+  std::string clicks;
 };
 
 TEST_F(TreeStory, TheIntegratedTreeOpensLevelByLevel) {

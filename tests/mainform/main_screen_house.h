@@ -1,23 +1,22 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "mainform/form/form_main.h"
-#include "support/faulty_connection.h"
 #include "support/test_house.h"
 
 namespace ledgertree::testing {
 
 /// The house of the main screen: user 1 with all rights and user 2 with none, two of each kind of thing that
-/// an account can name, no two of them under one number, and no account.
-class MainScreenHouse : public TestHouse {
+/// an account can name, no two of them under one number, and no account. "start" and "view 2" are steps of
+/// the host, and so is what stands behind "meanwhile", as often as a notice is up.
+class MainScreenHouse : public FaultyHouse {
  protected:
   MainScreenHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
     database.execute(
         "insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'بيننده');"
         "insert into tblUserPermission (UserID, FormPermissionID) values"
@@ -30,6 +29,11 @@ class MainScreenHouse : public TestHouse {
         " (12, '02', 'پروژه ها', 'vwEntityProject', 'vwEntityProjectMinor');"
         "insert into tblEntityPerson (ID, Code, Name) values (7, '1007', 'بام'), (8, '1008', 'مغان');"
         "insert into tblEntityProject (ID, Code, Name) values (6, '06', 'سد'), (7, '07', 'پل')");
+    person.acts["start"] = [this](auto&) { start(); };
+    person.acts["view"] = [this](auto& account) { form->View(std::stoi(account)); };
+    person.acts["meanwhile"] = [this](auto& step) {
+      notices.onShow = [this, step](const Notice&) { person.act(step); };
+    };
   }
 
   void TearDown() override {
@@ -38,7 +42,7 @@ class MainScreenHouse : public TestHouse {
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
     EXPECT_EQ(notices.taken(), "") << "it was told, and the story doesn't say so";
-    TestHouse::TearDown();
+    FaultyHouse::TearDown();
   }
 
   /// Opens the screen as the control does.
@@ -111,10 +115,45 @@ class MainScreenHouse : public TestHouse {
     return text;
   }
 
-  Faults faults;
+  /// What changed on the screen since the last call: the fields, the commands in reach, the mode, the
+  /// highlighted account and the focus, the menu that came up last, the marks in the menus, the tree's
+  /// height, and the first account below account 1.
+  [[nodiscard]] std::string changed() {
+    std::map<std::string, std::string> now;
+    for (const auto& [name, value] : fields()) now[name] = value;
+    for (const ui::PushButton* command : {&form->cmdNew, &form->cmdEdit, &form->cmdDelete, &form->cmdSave,
+                                          &form->cmdCancel, &form->cmdAutoCode})
+      if (command->withinReach()) now["in reach"] += command->name().substr(3);
+    for (const ui::MenuEntry* entry : {&form->mnuFonc1, &form->mnuFonc2, &form->mnuFonc4})
+      if (entry->enabled()) now["in reach"] += entry->name().back();
+    if (form->sltParent.IsActive()) now["in reach"] += " Parent";
+    const ui::Tree& tree = form->treeAccount;
+    now["tree"] = (tree.selected() == ui::kNoNode ? "" : tree.key(tree.selected())) +
+                  (tree.enabled() ? "" : " out of reach");
+    now["mode"] = std::vector{"view", "edit", "new", "idle"}[static_cast<std::size_t>(form->formMode)];
+    if (form->focused() != nullptr) now["focus"] = form->focused()->name();
+    if (desktop.poppedUp != nullptr) now["menu"] = desktop.poppedUp->name();
+    for (const ui::MenuEntry* entry :
+         {&form->mnuView1, &form->mnuView2, &form->mnuViewCode, &form->mnuViewCodeComplete})
+      if (entry->checked()) now["marks"] += entry->name().substr(3);
+    now["height"] = std::to_string(tree.bounds().height);
+    if (const ui::NodeId assets = tree.find("-1:1"); assets != ui::kNoNode && tree.expanded(assets))
+      now["first"] = tree.text(tree.children(assets).front());
+    std::string text;
+    for (const auto& [name, value] : now)
+      if (!seen_.contains(name) || seen_[name] != value) text += name + "=" + value + "; ";
+    for (const auto& [name, value] : seen_)
+      if (!now.contains(name)) text += "no " + name + "; ";
+    seen_ = std::move(now);
+    return text;
+  }
+
   /// Those of all starts, to be asked for open handles at the end.
   std::vector<std::shared_ptr<data::DtEn>> gateways;
   std::unique_ptr<mainform::FormMain> form;
+
+ private:
+  std::map<std::string, std::string> seen_;
 };
 
 }  // namespace ledgertree::testing

@@ -1,13 +1,8 @@
 #pragma once
 
-#include <algorithm>
-#include <map>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "mainform/main_screen_house.h"
-#include "support/screen_walk.h"
 
 namespace ledgertree::testing {
 
@@ -31,51 +26,10 @@ class ScreenStory : public MainScreenHouse {
 
   void clickInTree(const std::string& key) { form->treeAccount.click(form->treeAccount.find(key)); }
 
-  /// A section of mainform/steps.txt, in which "start", "view 2" and "sql" and a statement are steps too.
-  /// Seen is what changed on the screen: the fields, the commands in reach, the mode, the highlighted
-  /// account and the focus, the menu that came up last, the marks in the menus, the tree's height, and the
-  /// first account below account 1.
+  /// A section of mainform/steps.txt. Seen is what changed on the screen.
   void walk(const std::string& section) {
-    ScreenWalk person(desktop, notices, faults);
-    person.acts["start"] = [this](auto&) { start(); };
-    person.acts["view"] = [this](auto& account) { form->View(std::stoi(account)); };
-    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
     person.go("mainform/steps.txt", section, [this] { return changed(); });
   }
-
- private:
-  [[nodiscard]] std::string changed() {
-    std::map<std::string, std::string> now;
-    for (const auto& [name, value] : fields()) now[name] = value;
-    for (const ui::PushButton* command : {&form->cmdNew, &form->cmdEdit, &form->cmdDelete, &form->cmdSave,
-                                          &form->cmdCancel, &form->cmdAutoCode})
-      if (command->withinReach()) now["in reach"] += command->name().substr(3);
-    for (const ui::MenuEntry* entry : {&form->mnuFonc1, &form->mnuFonc2, &form->mnuFonc4})
-      if (entry->enabled()) now["in reach"] += entry->name().back();
-    if (form->sltParent.IsActive()) now["in reach"] += " Parent";
-    const ui::Tree& tree = form->treeAccount;
-    now["tree"] = (tree.selected() == ui::kNoNode ? "" : tree.key(tree.selected())) +
-                  (tree.enabled() ? "" : " out of reach");
-    now["mode"] = std::vector{"view", "edit", "new", "idle"}[static_cast<std::size_t>(form->formMode)];
-    if (form->focused() != nullptr) now["focus"] = form->focused()->name();
-    if (desktop.poppedUp != nullptr) now["menu"] = desktop.poppedUp->name();
-    for (const ui::MenuEntry* entry :
-         {&form->mnuView1, &form->mnuView2, &form->mnuViewCode, &form->mnuViewCodeComplete})
-      if (entry->checked()) now["marks"] += entry->name().substr(3);
-    now["height"] = std::to_string(tree.bounds().height);
-    if (const ui::NodeId assets = tree.find("-1:1"); assets != ui::kNoNode && tree.expanded(assets))
-      now["first"] = tree.text(tree.children(assets).front());
-    std::string text;
-    for (const auto& [name, value] : now)
-      if (!seen_.contains(name) || seen_[name] != value) text += name + "=" + value + "; ";
-    for (const auto& [name, value] : seen_)
-      if (!now.contains(name)) text += "no " + name + "; ";
-    seen_ = std::move(now);
-    std::replace(text.begin(), text.end(), '\n', '/');
-    return text;
-  }
-
-  std::map<std::string, std::string> seen_;
 };
 
 }  // namespace ledgertree::testing

@@ -10,7 +10,7 @@ using periods::FormCopyPeriodAccount;
 class CopyPeriodTest : public PeriodHouse {
  protected:
   bool show(const std::function<void(FormCopyPeriodAccount&)>& act) {
-    desktop.inModal("FormCopyPeriodAccount", [&](ui::Form& form) { act(as<FormCopyPeriodAccount>(form)); });
+    inScreen("FormCopyPeriodAccount", act);
     return screens.showCopyPeriod();
   }
   bool show(const std::string& section) {

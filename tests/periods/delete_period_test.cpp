@@ -13,7 +13,7 @@ using periods::FormDeletePeriod;
 class DeletePeriodTest : public PeriodHouse {
  protected:
   bool show(const std::function<void(FormDeletePeriod&)>& act) {
-    desktop.inModal("FormDeletePeriod", [&](ui::Form& form) { act(as<FormDeletePeriod>(form)); });
+    inScreen("FormDeletePeriod", act);
     return screens.showDeletePeriod();
   }
   bool show(const std::string& section) {

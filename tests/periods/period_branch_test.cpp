@@ -12,7 +12,7 @@ using periods::FormPeriodBranch;
 class PeriodBranchTest : public PeriodHouse {
  protected:
   bool show(int account, const std::function<void(FormPeriodBranch&)>& act) {
-    desktop.inModal("FormPeriodBranch", [&](ui::Form& form) { act(as<FormPeriodBranch>(form)); });
+    inScreen("FormPeriodBranch", act);
     return screens.ShowPeriodBranch(account);
   }
   /// Seen are also the rows, the selected ones in brackets, and the commands out of reach.

@@ -8,7 +8,6 @@
 #include "data/data_error.h"
 #include "periods/period_screens.h"
 #include "shell/lookup/selector.h"
-#include "support/screen_walk.h"
 #include "support/table_watch.h"
 
 namespace ledgertree::testing {
@@ -84,14 +83,7 @@ class PeriodHouse : public WatchedHouse {
         [&] { return moves(); });
   }
 
-  ScreenWalk person{desktop, notices, faults};
   periods::PeriodScreens screens{shell};
 };
-
-/// Gets out of the way of the forms' names, which are those of their classes.
-template <typename Screen>
-Screen& as(ui::Form& form) {
-  return dynamic_cast<Screen&>(form);
-}
 
 }  // namespace ledgertree::testing

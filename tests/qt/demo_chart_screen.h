@@ -13,7 +13,7 @@
 namespace ledgertree::test {
 
 /// The main screen on the demo chart, drawn with Qt in a window of the size given.
-class DemoChartScreen : public ::testing::Test {
+class DemoChartScreen : public ::testing::Test, protected Desk {
  protected:
   explicit DemoChartScreen(QSize size) {
     engines::sqlite::registerEmbedded(shell.providers);
@@ -34,7 +34,6 @@ class DemoChartScreen : public ::testing::Test {
   [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
 
   ::ledgertree::testing::TemporaryDatabase database;
-  qt::QtDesktop desktop;
   shell::Shell shell{desktop};
   std::unique_ptr<mainform::FormMain> form;
 };

@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractTextDocumentLayout>
 #include <QComboBox>
-#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextTable>
 #include <QTimer>
-#include <algorithm>
-#include <map>
 #include <set>
 
 #include "demo_chart_screen.h"
@@ -84,7 +84,7 @@ class Guide : public DemoChartScreen {
     EXPECT_TRUE(looked);
   }
 
-  /// A screen with what is open above it, in the colours that it uses most.
+  /// A screen with what is open above it.
   void picture(const QString& name, QWidget& screen, QRect part = {}) {
     drawn.insert(name);
     const QString folder = qEnvironmentVariable("LEDGERTREE_GUIDE_PICTURES");
@@ -96,29 +96,22 @@ class Guide : public DemoChartScreen {
         painter.drawPixmap(screen.mapFromGlobal(above->pos()), above->grab());
     }
     painter.end();
-    if (part.isEmpty()) part = pixmap.rect();
-    const QImage image = pixmap.copy(part).toImage().convertToFormat(QImage::Format_RGB32);
-    ASSERT_TRUE(QDir().mkpath(folder));
-    ASSERT_TRUE(image.convertToFormat(QImage::Format_Indexed8, coloursOf(image), Qt::ThresholdDither)
-                    .save(folder + "/" + name + ".png", "PNG", 0));
+    ASSERT_TRUE(pixmap.copy(part).save(folder + "/" + name + ".png"));
   }
 
-  /// The most used colour of each neighbourhood of colours, so that a small blue spot stays blue.
-  static QList<QRgb> coloursOf(const QImage& image) {
-    constexpr QRgb kNeighbourhood = 0xFFE0E0E0;
-    std::map<QRgb, int> counts;
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width(); ++x) ++counts[image.pixel(x, y)];
+  /// Columns from the left in hundredths of a table, one line between them.
+  static void expectRoomForTables(const qt::GuideBrowser& text) {
+    for (QTextFrame* frame : text.document()->rootFrame()->childFrames()) {
+      const auto& table = dynamic_cast<const QTextTable&>(*frame);
+      const auto cell = [&](int column) {
+        const QTextBlock block = table.cellAt(0, column).firstCursorPosition().block();
+        return text.document()->documentLayout()->blockBoundingRect(block);
+      };
+      const QRectF first = cell(0), second = cell(1);
+      const double whole = text.document()->documentLayout()->frameBoundingRect(frame).width();
+      EXPECT_NEAR((second.left() - first.left()) / whole, table.columns() == 2 ? 0.7 : 0.3, 0.02);
+      EXPECT_NEAR(second.left() - first.right(), 2 * table.format().cellPadding() + 1, 1);
     }
-    std::vector<std::pair<int, QRgb>> most;
-    for (const auto& [colour, count] : counts) most.emplace_back(count, colour);
-    std::sort(most.rbegin(), most.rend());
-    std::set<QRgb> seen;
-    QList<QRgb> chosen;
-    QList<QRgb> others;
-    for (const auto& [count, colour] : most)
-      (seen.insert(colour & kNeighbourhood).second ? chosen : others) += colour;
-    return (chosen + others).mid(0, 256);
   }
 
   void drawMainScreen();
@@ -225,6 +218,14 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_GT(after, before);
   QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_LT(place(), after);
+  guide->findChild<QListWidget*>()->setFocus();
+  QTest::keyClick(guide->windowHandle(), Qt::Key_Tab);
+  EXPECT_EQ(guide->focusWidget(), guide->findChild<QLineEdit*>());
+  expectRoomForTables(guide->text());
+  guide->resize(600, 500);
+  const QUrl picture("pictures/guide/FormMain.png");
+  const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
+  EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 

@@ -12,9 +12,11 @@
 #include <QTableView>
 #include <QTextEdit>
 #include <QTreeView>
+#include <map>
 
 #include "qt/tree_model.h"
 #include "support/steps.h"
+#include "support/text_table.h"
 
 namespace ledgertree::test {
 
@@ -22,20 +24,55 @@ using qt::fromQt;
 
 namespace {
 
-void doAt(QWidget& widget, const QString& doing) {
+/// Clicks the line of a text, or so far beside its right end.
+void clickAt(QWidget& widget, const QString& text, int beside = 0) {
+  auto* view = qobject_cast<QAbstractItemView*>(&widget);
+  if (view == nullptr) view = widget.findChild<QAbstractItemView*>();
+  const QAbstractItemModel& model = *view->model();
+  QModelIndexList lines;
+  for (int column = 0; lines.empty() && column < model.columnCount(); ++column)
+    lines =
+        model.match(model.index(0, column), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive);
+  ASSERT_FALSE(lines.empty()) << fromQt(text);
+  view->scrollTo(lines[0]);
+  const QRect line = view->visualRect(lines[0]);
+  const int across = beside == 0 ? line.center().x() : line.right() + beside;
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, {across, line.center().y()});
+}
+
+/// What stands in angles and is no key.
+const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std::string&)>> kActs{
+    {"click", [](auto& widget, auto&, auto&) { QTest::mouseClick(&widget, Qt::LeftButton); }},
+    {"at", [](auto& widget, auto&, auto& text) { clickAt(widget, qt::toQt(text)); }},
+    {"mark",
+     [](auto& widget, auto&, auto& text) {
+       clickAt(widget, qt::toQt(text), dynamic_cast<QTreeView&>(widget).indentation() / 2);
+     }},
+    {"wait",
+     [](auto&, auto& it, auto&) { EXPECT_TRUE(QTest::qWaitFor([&] { return it.withinReach(); }, 30000)); }},
+    {"focus", [](auto&, auto& control, auto&) { control.focus(); }},
+    {"show", [](auto&, auto& control, auto& how) { control.setVisible(how == "on"); }},
+    {"enable", [](auto&, auto& control, auto& how) { control.setEnabled(how == "on"); }},
+    {"text", [](auto&, auto& control, auto& text) { dynamic_cast<ui::TextField&>(control).setText(text); }},
+    {"caret", [](auto&, auto& control, auto& place) {
+       dynamic_cast<ui::TextField&>(control).setCaret(std::stoul(place));
+     }}};
+
+void doAt(QWidget& widget, ui::Control& control, const QString& doing) {
   static const QRegularExpression token("<([^>]+)>|(.)");
   for (const auto& match : token.globalMatch(doing)) {
-    const QString key = match.captured(1);
+    const auto [name, about] = ::ledgertree::testing::cut(fromQt(match.captured(1)));
     const QString letter = match.captured(2);
-    if (key == "click") {
-      QTest::mouseClick(&widget, Qt::LeftButton);
-    } else if (!key.isEmpty()) {
-      const QKeyCombination chord = QKeySequence(key)[0];
+    const auto chord = letter.isEmpty() ? QKeySequence(match.captured(1))[0]
+                                        : QKeyCombination(static_cast<Qt::Key>(letter[0].unicode()));
+    if (const auto known = kActs.find(name); known != kActs.end()) {
+      known->second(widget, control, about);
+    } else if (chord.key() >= 0x80 && chord.key() < Qt::Key_Escape) {
+      QTest::sendKeyEvent(QTest::Click, &widget, chord.key(), letter, chord.keyboardModifiers());
+    } else if (letter.isEmpty()) {
       QTest::keyClick(&widget, chord.key(), chord.keyboardModifiers());
-    } else if (letter[0].unicode() < 0x80) {
-      QTest::keyClicks(&widget, letter);
     } else {
-      QTest::sendKeyEvent(QTest::Click, &widget, static_cast<Qt::Key>(letter[0].unicode()), letter, {});
+      QTest::keyClicks(&widget, letter);
     }
   }
 }
@@ -63,30 +100,47 @@ std::string lineOf(const QLineEdit& line) {
 
 }  // namespace
 
-void Screen::go(const std::string& section) {
-  const ui::Control* at = nullptr;
+void Desk::go(ui::Form& form, const std::string& section, const std::function<std::string()>& told) const {
+  ui::Control* at = nullptr;
+  const ui::Control* before = nullptr;
   ::ledgertree::testing::walk(
       "qt/steps.txt", section,
       [&](const std::string& step) {
-        const std::size_t end = step.find(' ');
-        at = form->find(step.substr(0, end));
-        doAt(widget(*at), qt::toQt(step.substr(end + 1)));
+        at = form.find(::ledgertree::testing::cut(step).first);
+        before = form.focused();
+        act(form, step);
+        const auto* field = dynamic_cast<const ui::LookupField*>(at);
+        EXPECT_TRUE(field == nullptr || QTest::qWaitFor([&] { return !field->searching(); }, 30000));
+        settle();
       },
       [&] {
         if (const auto* field = dynamic_cast<const ui::TextField*>(at)) {
           const QVariant shown = widget(*at).property(field->multiline() ? "plainText" : "text");
           EXPECT_EQ(qt::toQt(field->text()).replace(QChar::Nbsp, ' '), shown.toString());
         }
-        return seen(*at);
+        const ui::Control* focused = form.focused();
+        if (focused == before || focused == nullptr) return seen(*at);
+        EXPECT_EQ(QApplication::focusWidget(), &widget(*focused));
+        return ::ledgertree::testing::trimmed(seen(*at) + " -> " + focused->name());
       },
-      [&] {
-        std::string all;
-        for (const std::string& one : std::exchange(form->said, {})) all += one + "; ";
-        return all;
-      });
+      told);
 }
 
-std::string Screen::seen(const ui::Control& control) const {
+void Desk::act(ui::Form& form, const std::string& step) const {
+  const auto [name, doing] = ::ledgertree::testing::cut(step);
+  ui::Control& control = *form.find(name);
+  doAt(widget(control), control, qt::toQt(doing));
+}
+
+void Screen::go(const std::string& section) {
+  Desk::go(*form, section, [&] {
+    std::string all;
+    for (const std::string& one : std::exchange(form->said, {})) all += one + "; ";
+    return all;
+  });
+}
+
+std::string Desk::seen(const ui::Control& control) const {
   const QWidget& drawn = widget(control);
   if (const auto* line = qobject_cast<const QLineEdit*>(&drawn)) return lineOf(*line);
   if (const auto* editor = qobject_cast<const QTextEdit*>(&drawn)) {
@@ -99,9 +153,11 @@ std::string Screen::seen(const ui::Control& control) const {
   if (const auto* combo = qobject_cast<const QComboBox*>(&drawn))
     return fromQt("[" + combo->currentText() + "]");
   if (const auto* tree = qobject_cast<const QTreeView*>(&drawn)) return linesOf(*tree);
-  const auto& view = dynamic_cast<const QAbstractItemView&>(drawn);
+  if (const auto* label = qobject_cast<const QLabel*>(&drawn)) return fromQt(label->text());
+  const auto* view = qobject_cast<const QAbstractItemView*>(&drawn);
   std::string rows;
-  for (const QModelIndex& row : view.selectionModel()->selectedRows(view.model()->columnCount() - 1))
+  if (view == nullptr) return rows;
+  for (const QModelIndex& row : view->selectionModel()->selectedRows(view->model()->columnCount() - 1))
     rows += (rows.empty() ? "" : " ") + std::to_string(row.row());
   return rows;
 }
@@ -115,16 +171,20 @@ Screen::Form::Form(ui::Surroundings surroundings)
   txtMother.setLeftToRight(true);
   txtMother.setLocked(true);
   txtNotes.setMultiline(true);
-  lblMessage.setStrong(true);
   cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  cmdSave.setHint("ثبت حساب");
   addShortcut(ui::KeyChord::ctrlAnd('F'), [this] { sltParent.focus(); });
   setCancelButton(cmdExit);
   for (int id = 1; id <= 60; ++id)
     sltParent.all.push_back({id, "حساب " + std::to_string(id), std::to_string(1000 + id)});
-  addMenu(mnuFile.add(mnuNew).add(mnuLine).add(mnuMark).add(mnuHidden));
+  addMenu(mnuFile.add(mnuNew).add(mnuMark).add(mnuHidden));
   for (const char* period : {"1402", "1403", "1404"}) lstPeriod.addItem(period);
   for (const char* branch : {"مركزي", "شيراز", "تبريز"}) lstBranches.addItem(branch);
+  for (ui::PushButton* button : {&cmdNew, &cmdSave, &cmdExit}) button->onClick = saying(*button);
+  for (ui::RadioButton* button : {&optAll, &optPeriodic}) button->onClick = saying(*button);
+  lstPeriod.onSelect = [this] { said.push_back(lstPeriod.selectedText()); };
+  grid.onSelectionChange = [this] {
+    said.push_back(std::to_string(grid.currentRow()) + ".." + std::to_string(grid.selectionEnd()));
+  };
   grid.setColumns({{"شناسه", 0}, {"كلاس", 3000}, {"سطح", 900}});
   for (int row = 1; row <= 8; ++row) grid.addRow({std::to_string(row), "كلاس " + std::to_string(row), "1"});
 }

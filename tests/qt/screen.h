@@ -61,10 +61,45 @@ class MemoryLookup : public ui::LookupField {
   std::size_t told_ = 0;
 };
 
-/// A form of every kind of control, on a desktop of its own.
-class Screen {
+/// A desktop, and a person at its widgets.
+class Desk {
  public:
   qt::QtDesktop desktop;
+
+  /// The widget of a control, as the class that it is drawn by.
+  template <typename Widget = QWidget>
+  [[nodiscard]] Widget& widget(const ui::Control& control) const {
+    return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
+  }
+  /// An entry of the menu, by the name of its control.
+  [[nodiscard]] QAction* entry(const char* name, const ui::Form& shown) {
+    return desktop.windowOf(shown)->findChild<QAction*>(QString::fromLatin1(name));
+  }
+  void type(const ui::Control& control, const char* keys) const { QTest::keyClicks(&widget(control), keys); }
+  void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
+    QTest::keyClick(&widget(control), key, modifiers);
+  }
+  void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
+  static void settle() { QTest::qWait(1); }
+
+  /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
+  /// that shows then, and where the focus went | what is told. In angles stands a key that is no letter, and
+  /// what else a person or the program does: "<at x>" clicks the line x of a list, "<mark x>" the mark beside
+  /// a node.
+  void go(
+      ui::Form& form, const std::string& section,
+      const std::function<std::string()>& told = [] { return std::string(); }) const;
+  /// One step alone.
+  void act(ui::Form& form, const std::string& step) const;
+  /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
+  /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
+  /// selected.
+  [[nodiscard]] std::string seen(const ui::Control& control) const;
+};
+
+/// A form of every kind of control, which says what happens to its buttons, lists and grid.
+class Screen : public Desk {
+ public:
   std::vector<std::string> failures;
 
   class Form : public ui::Form {
@@ -80,29 +115,28 @@ class Screen {
     ui::RadioButton optAll{*this, "optAll", {3600, 60, 2700, 300}, "نمايش کامل درخت", &views};
     ui::RadioButton optPeriodic{*this, "optPeriodic", {600, 60, 2700, 300}, "نمايش دوره هاي مالي", &views};
     ui::Frame record{*this, "record", {90, 1050, 6800, 3400}, "مشخصات حساب"};
-    ui::Label lblTitle{*this, "lblTitle", {5400, 330, 1250, 300}, "عنوان:", &record};
     ui::TextField txtTitle{*this, "txtTitle", {1500, 300, 3850, 330}, &record};
     ui::Label lblCode{*this, "lblCode", {5400, 730, 1250, 300}, "کد:", &record};
     ui::TextField txtCode{*this, "txtCode", {3400, 700, 1950, 330}, &record};
     ui::TextField txtMother{*this, "txtMother", {1500, 700, 1850, 330}, &record};
-    ui::Label lblParent{*this, "lblParent", {5400, 1130, 1250, 300}, "حساب مادر:", &record};
     MemoryLookup sltParent{*this, "sltParent", {1500, 1100, 3850, 330}, &record};
-    ui::Label lblNotes{*this, "lblNotes", {5400, 1530, 1250, 300}, "توضيحات:", &record};
     ui::TextField txtNotes{*this, "txtNotes", {1500, 1500, 3850, 800}, &record};
     ui::CheckBox chkDeep{*this, "chkDeep", {3500, 2400, 1850, 300}, "با زيرشاخهها", &record};
     ui::DropDownList lstPeriod{*this, "lstPeriod", {1500, 2400, 1900, 330}, &record};
     ui::ListBox lstBranches{*this, "lstBranches", {60, 300, 1380, 1500}, &record};
     ui::Grid grid{*this, "grid", {60, 2780, 6650, 560}, &record};
-    ui::Label lblMessage{*this, "lblMessage", {60, 2400, 1380, 300}, "اصلاح حساب", &record};
     ui::MenuEntry mnuFile{*this, "mnuFile", "عمليات"};
     ui::MenuEntry mnuNew{*this, "mnuNew", "جديد..."};
-    ui::MenuEntry mnuLine{*this, "mnuLine", ""};
     ui::MenuEntry mnuMark{*this, "mnuMark", "مشاهده كد كامل حساب...", true, true};
     ui::MenuEntry mnuHidden{*this, "mnuHidden", "چاپ", false};
     std::vector<std::string> said;  ///< the events in their order
     std::function<void()> onResized;
 
-   protected:
+   private:
+    /// Says that a control was clicked.
+    std::function<void()> saying(const ui::Control& control) {
+      return [this, &control] { said.push_back(control.name()); };
+    }
     void resized() override {
       if (onResized) onResized();
     }
@@ -117,30 +151,9 @@ class Screen {
     desktop.show(*form);
     settle();
   }
-  static void settle() { QTest::qWait(1); }
   [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
-  /// The widget of a control, as the class that it is drawn by.
-  template <typename Widget = QWidget>
-  [[nodiscard]] Widget& widget(const ui::Control& control) const {
-    return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
-  }
-  /// An entry of the menu, by the name of its control.
-  [[nodiscard]] QAction* entry(const char* name, const ui::Form& shown) {
-    return desktop.windowOf(shown)->findChild<QAction*>(QString::fromLatin1(name));
-  }
-  void type(const ui::Control& control, const char* keys) const { QTest::keyClicks(&widget(control), keys); }
-  void press(const ui::Control& control, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const {
-    QTest::keyClick(&widget(control), key, modifiers);
-  }
-  void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
-
-  /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
-  /// that shows then | what the form said. A key that is no letter stands in angles, and so does a click.
+  using Desk::go;
   void go(const std::string& section);
-  /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
-  /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
-  /// selected.
-  [[nodiscard]] std::string seen(const ui::Control& control) const;
 
   std::unique_ptr<Form> form;
 };

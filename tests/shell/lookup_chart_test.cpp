@@ -79,7 +79,8 @@ TEST_F(LookupChart, ViewsOfTheHostAreTakenAsTheyAre) {
       "insert into tblContract values (7, 'پيمان', 3), (null, 'بي کليد', 0), (9, null, 0);"
       "create view [نماي قرارداد] as select * from tblContract;"
       "create view vwNameless as select 1 as ID, 'x' as Title");
-  sltClass.setMajorView("[Host].dbo.[نماي قرارداد]");
+  const std::string host = testing::onServer() ? database.text("select db_name()") : "Host";
+  sltClass.setMajorView("[" + host + "].dbo.[نماي قرارداد]");
   sltClass.setSelectedID(7);
   EXPECT_EQ(sltClass.SelectedText(), "پيمان");
   sltClass.openList();

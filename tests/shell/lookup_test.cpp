@@ -125,6 +125,7 @@ TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
     EXPECT_EQ(left(group, text), shown);
     EXPECT_EQ(group.SelectedID() == 1, group.unchosen()) << "half a word is nothing";
   }
+  EXPECT_EQ(left(screen->sltParent, "21"), "صندوق") << "a piece of one code";
   EXPECT_EQ(left(screen->sltParent, "11"), "تنخواه") << "other codes hold it too";
   EXPECT_FALSE(allChosen(shell, {&screen->sltParent, &group}));
   EXPECT_NE(notices.taken(), "");

@@ -1,3 +1,5 @@
+#include "shell/lookup/lookup_thread.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -110,6 +112,11 @@ TEST_F(LookupBeside, ANewerKeystrokeEndsWhatTheServerIsAt) {
   const auto shows = [&](int id) {
     return screen->sltGroup.rows().size() == 1 && screen->sltGroup.rows()[0].id == id;
   };
+  for (const int id : {1, 2, 1, 2, 1, 2}) {
+    replace(id == 2 ? "بدهی" : "دارایی");
+    ASSERT_TRUE(comes([&] { return shows(id); }));
+  }
+  EXPECT_LE(server.database.open, LookupThread::kMostThreads) << "a connection serves many questions";
   // A server that heeds needs no second connection, unless the machine lets its thread wait for too long.
   int rounds = 0;
   std::size_t before = 0;
@@ -144,6 +151,19 @@ TEST_F(LookupBeside, AScreenClosesInTheMiddleOfASearch) {
   EXPECT_EQ(server.working, 1) << "nobody waited for it";
   server.ended = true;
   EXPECT_TRUE(comes([&] { return server.database.open == 0; })) << "the thread takes its connection along";
+}
+
+TEST_F(LookupBeside, ALongListComesPageByPage) {
+  auto& view = server.database.views["vwGroups"] = {};
+  for (int id = 1; id <= 250; ++id) view.push_back({id, std::to_string(1000 + id), "x"});
+  Selector& field = screen->sltGroup;
+  field.openList();
+  for (const int rows : {100, 200, 250, 250}) {
+    ASSERT_TRUE(comes([&] { return !field.searching() && !field.rows().empty(); }));
+    EXPECT_EQ(field.rows().size(), static_cast<std::size_t>(rows));
+    EXPECT_EQ(field.rows().back().id, rows);
+    field.reachedEnd();
+  }
 }
 
 TEST_F(LookupBeside, ABrokenLineIsToldOnce) {

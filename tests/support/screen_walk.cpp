@@ -38,6 +38,13 @@ ui::MenuEntry* entryIn(const std::vector<ui::MenuEntry*>& menu, const std::strin
   return nullptr;
 }
 
+/// As it can stand in a cell of a table.
+std::string cellOf(std::string text) {
+  for (char& letter : text)
+    if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
+  return trimmed(text);
+}
+
 /// What a person does to a control, by its kind.
 class Hand : public ui::ControlVisitor {
  public:
@@ -59,6 +66,7 @@ class Hand : public ui::ControlVisitor {
     if (key_) return static_cast<void>(control.press(key_->key));
     if (verb == "type") return control.type(text);
     control.focus();
+    if (how_.starts_with('#')) return pickRow(control, desktop_, std::stoi(how_.substr(1)));
     control.type(how_);
     desktop_.settle();
     control.press(ui::Key::Enter);
@@ -97,40 +105,69 @@ class Hand : public ui::ControlVisitor {
 }  // namespace
 
 ScreenWalk::ScreenWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& faults)
-    : acts{{"pass", [&desktop](auto&) { desktop.tick(); }},
-           {"frame", [&desktop](auto&) { desktop.shownForms.back()->closeByPerson(); }},
-           {"fail", [&faults](auto& text) { faults.failWhere(text); }},
-           {"heal", [&faults](auto&) { faults.heal(); }}},
-      desktop_(desktop),
-      notices_(notices) {
+    : desktop_(desktop), notices_(notices) {
+  acts["pass"] = [this](auto&) { desktop_.tick(); };
+  acts["frame"] = [this](auto&) { desktop_.shownForms.back()->closeByPerson(); };
+  acts["fail"] = [&faults](auto& text) { faults.failWhere(text); };
+  acts["heal"] = [&faults](auto&) { faults.heal(); };
+  acts["at"] = [this](auto& name) {
+    field_ = &dynamic_cast<ui::TextField&>(*desktop_.shownForms.back()->find(name));
+  };
+  acts["type"] = [this](auto& text) { return field_->type(text), shown(); };
+  acts["text"] = [this](auto& text) { field_->setText(text); };
+  acts["caret"] = [this](auto& place) { field_->setCaret(std::stoul(place)); };
   for (const auto& [word, answer] : {std::pair("yes", 1), {"no", 0}, {"neither", 7}})
     acts[word] = [this, answer](const std::string& step) {
       notices_.answer(answer);
-      act(step);
+      return actOne(step);
     };
 }
 
-void ScreenWalk::go(const std::string& file, const std::string& section,
-                    const std::function<std::string()>& seen, const std::function<std::string()>& told) {
+void ScreenWalk::go(const std::string& file, const std::string& section, const Look& seen, const Look& told) {
   EXPECT_EQ(notices_.taken(), "") << "ahead of " << section;
+  std::string answers;
   walk(
-      file, section, [this](const std::string& step) { act(step); },
-      [&] { return desktop_.shownForms.empty() ? "closed" : trimmed(seen()); },
+      file, section, [&](const std::string& steps) { answers = act(steps); },
+      [&] { return desktop_.shownForms.empty() ? "closed" : cellOf(answers + seen()); },
       [&] { return this->told(told()); });
 }
 
-void ScreenWalk::act(const std::string& step) {
+std::string ScreenWalk::act(const std::string& steps) {
+  std::string answers;
+  for (std::size_t begin = 0; begin < steps.size();) {
+    const std::size_t end = std::min(steps.find("; ", begin), steps.size());
+    const std::string answer = actOne(steps.substr(begin, end - begin));
+    if (!answer.empty()) answers += answer + " ";
+    begin = end + 2;
+  }
+  return answers;
+}
+
+std::string ScreenWalk::actOne(const std::string& step) {
   const auto [first, about] = cut(step);
   if (const auto known = acts.find(first); known != acts.end()) return known->second(about);
   if (desktop_.shownForms.empty()) throw std::logic_error("no form is shown for " + step);
   ui::Form& form = *desktop_.shownForms.back();
   if (ui::Control* control = form.find(first); control != nullptr) {
-    if (about == "focus") return control->focus();
     Hand hand(desktop_, about);
-    return control->accept(hand);
+    if (about == "focus")
+      control->focus();
+    else
+      control->accept(hand);
+  } else if (ui::MenuEntry* entry = entryIn(form.menu(), first); entry != nullptr) {
+    entry->click();
+  } else if (field_ != nullptr) {
+    field_->press(chordOf(step).key);
+    return shown();
+  } else if (!form.press(chordOf(step))) {
+    unused_ = "unused ";
   }
-  if (ui::MenuEntry* entry = entryIn(form.menu(), first); entry != nullptr) return entry->click();
-  if (!form.press(chordOf(step))) unused_ = "unused ";
+  return "";
+}
+
+std::string ScreenWalk::shown() const {
+  std::string text = field_->text();
+  return text.insert(std::min(field_->caret(), text.size()), "^");
 }
 
 std::string ScreenWalk::told(const std::string& ofStory) {
@@ -139,9 +176,7 @@ std::string ScreenWalk::told(const std::string& ofStory) {
   if (const int came = desktop_.hourglasses - std::exchange(hourglasses_, desktop_.hourglasses); came > 0)
     text += "hourglass" + (came > 1 ? " " + std::to_string(came) : "") + " ";
   if (!ofStory.empty()) text += ofStory + " ";
-  for (char& letter : text)
-    if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
-  return text;
+  return text.empty() ? "" : cellOf(text) + " ";
 }
 
 }  // namespace ledgertree::testing

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "support/text_table.h"
-#include "ui/buttons.h"
 
 namespace ledgertree::testing {
 
@@ -93,59 +92,6 @@ void pickRow(ui::LookupField& field, ScriptedDesktop& desktop, std::int32_t id, 
   const auto row = std::find_if(rows.begin(), rows.end(), [&](const auto& one) { return one.id == id; });
   ASSERT_NE(row, rows.end()) << "no row " << id << " in " << field.name();
   field.pick(static_cast<int>(row - rows.begin()));
-}
-
-FormWalk::FormWalk(ScriptedDesktop& desktop, ScriptedNotices& notices)
-    : acts{{"type", [this](auto& text) { return field_->type(text), shown(); }},
-           {"text", [this](auto& text) { return field_->setText(text), ""; }},
-           {"caret", [this](auto& place) { return field_->setCaret(std::stoul(place)), ""; }}},
-      desktop_(desktop),
-      notices_(notices) {}
-
-void FormWalk::go(ui::Form& form, const std::string& file, const std::string& section) {
-  std::string seen;
-  walk(
-      file, section, [&](const std::string& steps) { seen = act(form, steps); }, [&] { return seen; },
-      [this] {
-        std::string told;
-        for (const Notice& notice : notices_.take()) told += notice.title + ": " + notice.message + " ";
-        return told;
-      });
-}
-
-std::string FormWalk::act(ui::Form& form, const std::string& steps) {
-  std::string seen;
-  for (std::size_t begin = 0; begin < steps.size();) {
-    const std::size_t end = std::min(steps.find("; ", begin), steps.size());
-    const auto [name, about] = cut(steps.substr(begin, end - begin));
-    begin = end + 2;
-    std::string answer;
-    if (const auto known = acts.find(name); known != acts.end()) {
-      answer = known->second(about);
-    } else if (name == "at") {
-      field_ = &dynamic_cast<ui::TextField&>(*form.find(about));
-    } else if (ui::Control* const control = form.find(name)) {
-      put(control, about);
-    } else {
-      field_->press(chordOf(name).key);
-      answer = shown();
-    }
-    if (!answer.empty()) seen += (seen.empty() ? "" : " ") + answer;
-  }
-  return seen;
-}
-
-void FormWalk::put(ui::Control* control, const std::string& about) {
-  if (auto* const text = dynamic_cast<ui::TextField*>(control)) return text->paste(about);
-  if (auto* const lookup = dynamic_cast<ui::LookupField*>(control))
-    return pickRow(*lookup, desktop_, std::stoi(about));
-  if (auto* const radio = dynamic_cast<ui::RadioButton*>(control)) return radio->click();
-  dynamic_cast<ui::PushButton&>(*control).click();
-}
-
-std::string FormWalk::shown() const {
-  std::string text = field_->text();
-  return text.insert(std::min(field_->caret(), text.size()), "^");
 }
 
 }  // namespace ledgertree::testing

@@ -6,10 +6,8 @@
 #include <utility>
 
 #include "support/scripted_desktop.h"
-#include "support/scripted_notices.h"
 #include "ui/key.h"
 #include "ui/lookup_field.h"
-#include "ui/text_field.h"
 
 namespace ledgertree::testing {
 
@@ -54,31 +52,5 @@ class LookupWalk {
 /// Opens the list of a look-up, searches where there is something typed, and picks the row; -1 empties it.
 void pickRow(ui::LookupField& field, ScriptedDesktop& desktop, std::int32_t id,
              const std::string& typed = "");
-
-/// A person at a form. A step is some acts with "; " between them, and seen is what each of them answers.
-///
-/// An act is the name of a control and what goes into it: a text to paste, the ID of a row to pick, nothing
-/// for what is pressed. "at txtCode" goes to a field of text; there "type x" or a key answers with the text,
-/// "^" at its caret, while "text x" and "caret 3" are the program's and answer nothing. Or it is one of the
-/// story. Blanks at the ends of a text stand between apostrophes. A notice is told as "title: message".
-class FormWalk {
- public:
-  using Act = std::function<std::string(const std::string& about)>;
-
-  FormWalk(ScriptedDesktop& desktop, ScriptedNotices& notices);
-
-  void go(ui::Form& form, const std::string& file, const std::string& section);
-
-  std::map<std::string, Act> acts;
-
- private:
-  [[nodiscard]] std::string act(ui::Form& form, const std::string& steps);
-  void put(ui::Control* control, const std::string& about);
-  [[nodiscard]] std::string shown() const;
-
-  ScriptedDesktop& desktop_;
-  ScriptedNotices& notices_;
-  ui::TextField* field_ = nullptr;
-};
 
 }  // namespace ledgertree::testing

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "support/faulty_connection.h"
 #include "support/temporary_database.h"
 #include "support/test_house.h"
 
@@ -37,11 +36,10 @@ class TableWatch {
 
 /// A house in which a story tells of every row that it changes: what it didn't ask for with changes() until
 /// its end, it didn't expect.
-class WatchedHouse : public TestHouse {
+class WatchedHouse : public FaultyHouse {
  protected:
   WatchedHouse() {
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
+    person.acts["sql"] = [this](auto& statements) { given(statements); };
   }
   /// Puts rows there past the product.
   void given(const std::string& statements) {
@@ -52,10 +50,8 @@ class WatchedHouse : public TestHouse {
   [[nodiscard]] std::string changes() { return tables_.changes(); }
   void TearDown() override {
     EXPECT_EQ(changes(), "");
-    TestHouse::TearDown();
+    FaultyHouse::TearDown();
   }
-
-  Faults faults;
 
  private:
   TableWatch tables_{database};

@@ -5,6 +5,8 @@
 #include "engines/odbc/odbc_engine.h"
 #include "engines/sqlite/embedded_engine.h"
 #include "shell/shell.h"
+#include "support/faulty_connection.h"
+#include "support/screen_walk.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
 #include "support/temporary_database.h"
@@ -37,6 +39,11 @@ class TestHouse : public ::testing::Test {
   /// In the demo chart user 1 has all rights, 2 may not change, 3 may not see the chart.
   void useDemoChart() { database.fillWithDemoChart(); }
 
+  /// What the person does in the next modal screen of that name.
+  template <typename Screen>
+  void inScreen(const std::string& name, const std::function<void(Screen&)>& act) {
+    desktop.inModal(name, [act](ui::Form& form) { act(dynamic_cast<Screen&>(form)); });
+  }
   /// Presses something; gives what the person is told.
   template <typename Command>
   std::string toldBy(Command& command) {
@@ -58,6 +65,20 @@ class TestHouse : public ::testing::Test {
   ScriptedDesktop desktop;
   shell::Shell shell{desktop};
   ScriptedNotices notices{shell.components};
+};
+
+/// A house whose commands can fail, with a person at its screens; what the person's "sql" says, another
+/// program does.
+class FaultyHouse : public TestHouse {
+ protected:
+  FaultyHouse() {
+    faults.putInto(shell.providers);
+    shell.resetDataConnection();
+    person.acts["sql"] = [this](auto& statements) { database.execute(statements); };
+  }
+
+  Faults faults;
+  ScreenWalk person{desktop, notices, faults};
 };
 
 }  // namespace ledgertree::testing

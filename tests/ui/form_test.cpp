@@ -50,7 +50,21 @@ TEST_F(FormStory, AFormMayEndItselfOrBeDestroyedInTheMiddleOfAnything) {
   EXPECT_TRUE(failures.empty());
 }
 
-TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
+TEST_F(ToolkitStory, AKeyThatNobodyWantsIsAShortcutOrPressesAButton) {
+  const auto find = ui::KeyChord::ctrlAnd('F');
+  go("a form without keys");
+  form->setDefaultButton(form->cmdOk);
+  form->setCancelButton(form->cmdCancel);
+  form->cmdCancel.onClick = [&] { told += "cancel "; };
+  form->addShortcut(find, [&] { told += "find "; });
+  EXPECT_TRUE(form->hasShortcut(find) && !form->hasShortcut(ui::KeyChord::of(ui::Key::Escape)));
+  go("the keys of a form");
+  form->cmdOk.setShortcut(find);
+  EXPECT_FALSE(form->hasShortcut(ui::KeyChord()));
+  go("a key that a button bears too");
+}
+
+TEST_F(FormStory, AFormKnowsItsControlsAndFocus) {
   std::string heard;
   for (ui::Control* control : std::initializer_list<ui::Control*>{&form->text, &form->cmdOk}) {
     control->onGotFocus = [&heard, control] { heard += "+" + control->name() + " "; };
@@ -76,28 +90,6 @@ TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
   EXPECT_EQ(form->find("guest"), nullptr);
   EXPECT_EQ(form->focused(), nullptr);
 
-  const auto escape = ui::KeyChord::of(ui::Key::Escape);
-  const auto enter = ui::KeyChord::of(ui::Key::Enter);
-  const auto find = ui::KeyChord::ctrlAnd('F');
-  form->cmdOk.onClick = [&] { heard += "ok "; };
-  form->cmdCancel.onClick = [&] { heard += "cancel "; };
-  heard.clear();
-  for (const auto& chord : {escape, enter, find, ui::KeyChord()}) EXPECT_FALSE(form->press(chord));
-  form->setDefaultButton(form->cmdOk);
-  form->setCancelButton(form->cmdCancel);
-  form->addShortcut(find, [&] { heard += "find "; });
-  EXPECT_TRUE(form->hasShortcut(find) && !form->hasShortcut(escape));
-  for (const auto& chord : {escape, enter, find}) EXPECT_TRUE(form->press(chord));
-  EXPECT_EQ(heard, "cancel ok find ");
-  form->frame.setEnabled(false);
-  for (const auto& chord : {escape, enter}) EXPECT_FALSE(form->press(chord));
-  form->cmdOk.setShortcut(find);
-  EXPECT_TRUE(form->press(find)) << "the button that bears the key is out of reach";
-  form->frame.setEnabled(true);
-  EXPECT_TRUE(form->press(find));
-  EXPECT_EQ(heard, "cancel ok find find ok ");
-  EXPECT_FALSE(form->hasShortcut(ui::KeyChord()));
-
   // A tick in the middle of a procedure is dropped.
   int ticks = 0;
   form->timer.onTick = [&] { ++ticks; };
@@ -115,52 +107,6 @@ TEST_F(FormStory, AFormKnowsItsControlsKeysAndFocus) {
   desktop.show(*form);
   form.reset();
   EXPECT_TRUE(desktop.shownForms.empty());
-}
-
-TEST_F(FormStory, NothingOutOfReachCanBeUsed) {
-  int clicks = 0;
-  form->cmdOk.onClick = form->one.onClick = form->entry.onClick = [&] { ++clicks; };
-  form->menu.add(form->entry);
-  form->frame.setEnabled(false);
-  form->menu.setEnabled(false);
-  form->cmdOk.click();
-  form->one.click();
-  form->entry.click();
-  form->text.focus();
-  EXPECT_EQ(form->focused(), nullptr);
-  EXPECT_EQ(clicks, 0);
-
-  form->frame.setEnabled(true);
-  form->menu.setEnabled(true);
-  form->cmdOk.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  EXPECT_TRUE(form->press(ui::KeyChord::ctrlAnd('S')));
-  form->one.click();
-  form->entry.click();
-  EXPECT_EQ(clicks, 3);
-  form->alone.setValue(true);
-  form->two.click();
-  EXPECT_FALSE(form->one.value());
-  EXPECT_TRUE(form->two.value());
-  EXPECT_TRUE(form->alone.value()) << "another group";
-}
-
-TEST_F(FormStory, TypingCountsCharactersAndGoesThroughTheFilter) {
-  form->text.setMaximumLength(4);
-  form->text.setLatinDigits(true);
-  std::u32string asked;
-  int changes = 0;
-  form->text.onKeyPress = [&](ui::KeyPress& press) {
-    asked += press.character;
-    if (press.character == U'x') press.character = 0;
-  };
-  form->text.onChange = [&] { ++changes; };
-  form->text.type("۱xپ٣");
-  EXPECT_EQ(asked, U"1xپ3");
-  EXPECT_EQ(form->text.text(), "1پ3");
-  EXPECT_EQ(changes, 3);
-  form->text.setText("");
-  form->text.type("\xC3(\xF0\x9F\x98\x80");
-  EXPECT_EQ(form->text.text(), "\xEF\xBF\xBD(\xF0\x9F\x98\x80") << "what is no UTF-8 is shown as such";
 }
 
 }  // namespace

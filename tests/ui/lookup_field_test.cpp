@@ -15,6 +15,7 @@ class LookupFieldStory : public FormStory {
     walk.acts["rows"] = [this](auto& words) { showRows(words); };
     walk.acts["hold"] = [this](auto& name) { field.hold(rowOf(name)); };
     walk.acts["means"] = [this](auto& name) { field.one = rowOf(name); };
+    walk.acts["title"] = [this](auto& text) { field.setTitle(text); };
     walk.acts["detail"] = [this](auto& text) { field.setDetail(text); };
     walk.acts["active"] = [this](auto& how) { field.setActive(how == "on"); };
     walk.acts["enable"] = [this](auto& how) { form->frame.setEnabled(how == "on"); };
@@ -52,6 +53,11 @@ TEST_F(LookupFieldStory, KeysLeadThroughTheList) { walk.go("ui/steps.txt", "keys
 
 TEST_F(LookupFieldStory, WhatIsTypedIsASearchUntilARowIsPicked) {
   walk.go("ui/steps.txt", "typing in a look-up");
+}
+
+TEST_F(LookupFieldStory, WhoeverDrawsItIsToldWhereSomethingIsAnotherWay) {
+  form->addObserver(*this);
+  walk.go("ui/steps.txt", "changes of a look-up");
 }
 
 TEST_F(LookupFieldStory, OutOfReachItTakesNothingAndLookingCloserNeedsARowInSight) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -76,17 +77,15 @@ class SmallForm : public ui::Form {
   void resized() override { ++resizes; }
 };
 
-class FormStory : public ::testing::Test {
+/// A person at the form, or the program that it belongs to; whoever draws the form hears of what changes.
+class FormStory : public ::testing::Test, protected ui::FormObserver {
  protected:
   FormStory() { desktop.show(*form); }
 
-  /// Goes through a section of steps.txt with the keys of a control.
-  void go(const std::string& section, const std::function<void(const ui::KeyChord&)>& press,
-          const std::function<std::string()>& seen) {
-    walk(
-        "ui/steps.txt", section, [&](const std::string& key) { press(chordOf(key)); }, seen,
-        [this] { return std::exchange(told, {}); });
-  }
+  void controlChanged(ui::Control& control, ui::Change change) override;
+  void treeChanged(ui::Tree& tree, const ui::TreeChange& change) override;
+  void formChanged(ui::FormChange change) override;
+  void timerChanged(ui::Timer& timer) override { told += timer.name() + " "; }
 
   ScriptedDesktop desktop;
   std::string told;
@@ -94,6 +93,27 @@ class FormStory : public ::testing::Test {
   ui::Surroundings surroundings{
       desktop, [this](const std::exception& failure) { failures.emplace_back(failure.what()); }};
   std::optional<SmallForm> form{std::in_place, surroundings};
+};
+
+/// A step names a control, then a key or what else is done to it. Seen is the control; told are its changes
+/// and its events in their order, and what is refused.
+class ToolkitStory : public FormStory {
+ protected:
+  ToolkitStory();
+  void go(const std::string& section);
+
+ private:
+  void listen();
+  void offerLists();
+  void offerTree();
+  void offerText();
+  void offerTheRest();
+  void act(const std::string& name, const std::string& doing);
+  [[nodiscard]] std::string seen(const ui::Control* control) const;
+
+  /// By the control and what is done to it, "list add", or by the latter alone.
+  std::map<std::string, std::function<void(const std::string& about)>> acts_;
+  std::map<std::string, std::function<void(ui::Control&, const std::string& about)>> common_;
 };
 
 }  // namespace ledgertree::testing

@@ -130,10 +130,11 @@ Dialect dialectOf(std::string_view driver) {
   return microsoft ? Dialect::Microsoft : Dialect::Other;
 }
 
-/// Puts a driver's text together. A value that could say more than itself stands in braces.
+/// Puts a driver's text together. A value that could say more than itself stands in braces; a brace in it is
+/// doubled, but for FreeTDS, which reads on to "};" and takes all before it as it is.
 class Writer {
  public:
-  explicit Writer(Secret<char>& text) : text_(text) {}
+  Writer(Secret<char>& text, Dialect dialect) : text_(text), doubles_(dialect != Dialect::FreeTds) {}
 
   void add(std::string_view word, std::string_view value) {
     text_ += word;
@@ -142,10 +143,11 @@ class Writer {
     if (plain) {
       text_ += value;
     } else {
+      if (!doubles_ && value.find("};") != std::string_view::npos) refuseValue(word);
       text_ += '{';
       for (const char letter : value) {
         text_ += letter;
-        if (letter == '}') text_ += '}';
+        if (letter == '}' && doubles_) text_ += '}';
       }
       text_ += '}';
     }
@@ -157,6 +159,7 @@ class Writer {
 
  private:
   Secret<char>& text_;
+  bool doubles_;
 };
 
 struct Security {
@@ -219,7 +222,7 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
   DriverText result;
   result.driver = chosenDriver(text, installed);
   result.dialect = dialectOf(result.driver);
-  Writer writer(result.text);
+  Writer writer(result.text, result.dialect);
   writer.add("Driver", result.driver);
   const Security security = securityOf(text);
   switch (result.dialect) {

@@ -37,6 +37,4 @@ class Environment : public Handle {
   [[nodiscard]] std::vector<std::string> drivers() const;
 };
 
-static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "text goes to a driver and comes from it as UTF-16");
-
 }  // namespace ledgertree::engines::odbc

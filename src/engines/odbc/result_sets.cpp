@@ -8,6 +8,8 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
+static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "text goes to a driver and comes from it as UTF-16");
+
 /// The letters of a text that are taken over at a time.
 constexpr std::size_t kPiece = 2048;
 

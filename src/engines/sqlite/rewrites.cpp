@@ -11,28 +11,9 @@
 #include "engines/sqlite/rule_forms.h"
 #include "engines/sqlite/union_lists.h"
 #include "text/characters.h"
-#include "tsql/conditions.h"
 
 namespace ledgertree::engines::sqlite {
-
-using tsql::both;
-using tsql::clone;
-using tsql::conjuncts;
-using tsql::Expression;
-using tsql::ExpressionPtr;
-using tsql::Item;
-using tsql::makeCompare;
-using tsql::makeExpression;
-using tsql::OuterNames;
-using tsql::outerNames;
-using tsql::Select;
-using tsql::SelectCore;
-using tsql::settleWhere;
-using tsql::Source;
-using tsql::Statement;
 namespace {
-
-using Kind = Expression::Kind;
 
 // Memberships.
 

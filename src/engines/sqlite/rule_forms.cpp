@@ -5,15 +5,8 @@
 #include <utility>
 
 #include "text/characters.h"
-#include "tsql/conditions.h"
 
 namespace ledgertree::engines::sqlite {
-
-using tsql::Expression;
-using tsql::ExpressionPtr;
-using tsql::Select;
-using tsql::SelectCore;
-using Kind = Expression::Kind;
 
 bool isColumnOf(const Expression& expression, std::string_view source) {
   return expression.kind == Kind::Column && text::equalsIgnoringCase(expression.qualifier, source);
@@ -22,7 +15,7 @@ bool isColumnOf(const Expression& expression, std::string_view source) {
 bool isNumber(const Expression& expression) { return expression.type == tsql::ValueType::Number; }
 
 bool hasPlainItems(const SelectCore& core) {
-  return std::all_of(core.items.begin(), core.items.end(), [](const tsql::Item& item) {
+  return std::all_of(core.items.begin(), core.items.end(), [](const Item& item) {
     return item.value->kind <= Kind::Text;  // a column, all of them, or a literal
   });
 }
@@ -33,7 +26,7 @@ bool asksForRows(const Select& exists) {
 }
 
 ExpressionPtr existsOf(SelectCore core) {
-  ExpressionPtr whole = tsql::makeExpression(Kind::Exists);
+  ExpressionPtr whole = makeExpression(Kind::Exists);
   whole->select = std::make_unique<Select>();
   whole->select->cores.push_back(std::move(core));
   return whole;
@@ -41,7 +34,7 @@ ExpressionPtr existsOf(SelectCore core) {
 
 std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source) {
   std::vector<std::string_view> fixed;
-  for (const ExpressionPtr* const part : tsql::conjuncts(where)) {
+  for (const ExpressionPtr* const part : conjuncts(where)) {
     if ((*part)->kind != Kind::Compare || (*part)->sign != "=") continue;
     const Expression* column = (*part)->operands[0].get();
     const Expression* value = (*part)->operands[1].get();

@@ -3,24 +3,42 @@
 #include <string_view>
 #include <vector>
 
+#include "tsql/conditions.h"
 #include "tsql/syntax.h"
 
-/// The forms of which the rules speak.
+/// The forms of which the rules speak, and the words of the syntax in which they do.
 namespace ledgertree::engines::sqlite {
 
-[[nodiscard]] bool isColumnOf(const tsql::Expression& expression, std::string_view source);
+using tsql::both;
+using tsql::clone;
+using tsql::conjuncts;
+using tsql::Expression;
+using tsql::ExpressionPtr;
+using tsql::Item;
+using tsql::makeCompare;
+using tsql::makeExpression;
+using tsql::OuterNames;
+using tsql::outerNames;
+using tsql::Select;
+using tsql::SelectCore;
+using tsql::settleWhere;
+using tsql::Source;
+using tsql::Statement;
+using Kind = Expression::Kind;
+
+[[nodiscard]] bool isColumnOf(const Expression& expression, std::string_view source);
 /// By its declared type; a literal too.
-[[nodiscard]] bool isNumber(const tsql::Expression& expression);
+[[nodiscard]] bool isNumber(const Expression& expression);
 
 /// Whether the values of a select are its rows' own. An aggregate has a row even where there is none.
-[[nodiscard]] bool hasPlainItems(const tsql::SelectCore& core);
+[[nodiscard]] bool hasPlainItems(const SelectCore& core);
 /// Whether an exists of this select asks for its rows alone: it is no union, and has neither a limit nor an
 /// aggregate.
-[[nodiscard]] bool asksForRows(const tsql::Select& exists);
-[[nodiscard]] tsql::ExpressionPtr existsOf(tsql::SelectCore core);
+[[nodiscard]] bool asksForRows(const Select& exists);
+[[nodiscard]] ExpressionPtr existsOf(SelectCore core);
 
 /// The columns of a table, of numbers, that the conditions hold to one literal each. A bare column is taken
 /// for one of the table.
-[[nodiscard]] std::vector<std::string_view> fixedColumns(tsql::ExpressionPtr& where, std::string_view source);
+[[nodiscard]] std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source);
 
 }  // namespace ledgertree::engines::sqlite

@@ -85,6 +85,20 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
   setFont(screenFont());
   setPalette(screenPalette(toQt(ui::kScreenGround)));
 
+  makeSearchLine();
+  text_->setAccessibleName(windowTitle());
+  connect(text_, &QTextBrowser::anchorClicked, this,
+          [this](const QUrl& link) { showSection({link.fragment()}); });
+  contents_->setAccessibleName(QString::fromUtf8("فهرست راهنما"));
+  contents_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  contents_->setMaximumWidth(36 * fontMetrics().averageCharWidth());
+  fillContents();
+  layOut();
+  dress(*this);
+  static_cast<void>(winId());  // makes the native window, which stands above others
+}
+
+void GuideWindow::makeSearchLine() {
   auto* line = new LineEditor(*this);
   search_ = line;
   search_->setPlaceholderText(QString::fromUtf8("جستجو در راهنما (Ctrl+F)"));
@@ -102,15 +116,9 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
     text_->setTextCursor(cursor);
     searchOn(false);
   });
+}
 
-  text_->setAccessibleName(windowTitle());
-  connect(text_, &QTextBrowser::anchorClicked, this,
-          [this](const QUrl& link) { showSection({link.fragment()}); });
-  contents_->setAccessibleName(QString::fromUtf8("فهرست راهنما"));
-  contents_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  contents_->setMaximumWidth(36 * fontMetrics().averageCharWidth());
-  fillContents();
-
+void GuideWindow::layOut() {
   auto* halves = new QSplitter(this);
   halves->addWidget(contents_);
   halves->addWidget(text_);
@@ -120,8 +128,6 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
   layout->addWidget(halves, 1);
   setTabOrder(text_, contents_);
   setTabOrder(contents_, search_);
-  dress(*this);
-  static_cast<void>(winId());  // makes the native window, which stands above others
   const int letter = fontMetrics().averageCharWidth();
   resize(QSize(160 * letter, 46 * fontMetrics().height())
              .boundedTo(QApplication::primaryScreen()->availableSize() * 9 / 10));

@@ -74,7 +74,9 @@ class GuideWindow : public QWidget {
 
  private:
   GuideWindow();
+  void makeSearchLine();
   void fillContents();
+  void layOut();
   void showSection(const QStringList& names);
   void searchOn(bool backwards);
   void standAbove(QWidget& window);

@@ -10,8 +10,7 @@ namespace {
 
 constexpr const char* kInTheMiddle =
     "سرفصل حسابها در ميان کار ديگري است و پايگاه داده آن اکنون عوض نميشود. آن کار را به پايان برسانيد و "
-    "دوباره "
-    "تلاش نماييد.";
+    "دوباره تلاش نماييد.";
 
 std::unique_ptr<ControlSession>& processSession() {
   static std::unique_ptr<ControlSession> session;

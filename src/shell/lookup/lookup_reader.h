@@ -15,8 +15,8 @@ namespace ledgertree::shell {
 
 /// The next piece of a search in a view.
 struct LookupQuestion {
-  std::string view;        ///< a plain name
-  bool codeFirst = false;  ///< the first piece begins with the rows whose code begins with the text
+  std::string view;  ///< a plain name
+  bool codeFirst;    ///< the first piece begins with the rows whose code begins with the text
   std::string text;
   std::string continuation;         ///< of the piece before; empty for the first
   std::vector<std::int32_t> first;  ///< the rows that came ahead of their turn
@@ -36,8 +36,6 @@ struct LookupAnswer {
 /// data::DataError.
 class LookupReader {
  public:
-  /// What was learnt of the view is asked anew.
-  void forget() { columns_.clear(); }
   /// The row of an ID; id -1 where there is none.
   [[nodiscard]] ui::LookupRow read(data::Connection& connection, const std::string& view, std::int32_t id);
   /// The Name of an ID; empty where there is none.

@@ -56,7 +56,6 @@ void LookupSearch::setConnectionText(std::string_view text) {
 void LookupSearch::setView(std::string view) {
   stop();
   view_ = std::move(view);
-  reader_.forget();
 }
 
 void LookupSearch::close() {

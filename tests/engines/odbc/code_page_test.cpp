@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/failure.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
 
-struct Folded {
-  CodePage page;
-  const char* text;
-  const char* into;
-};
-
 TEST(CodePage, TakesTheLetterThatAPersonTakesForTheSame) {
-  const Folded cases[] = {
+  const std::tuple<CodePage, const char*, const char*> cases[] = {
       {CodePage::Arabic, "یک ي ك ى", "يک ي ك ى"},
       {CodePage::Arabic, "ٱڪۀۂۃە", "اكهہةه"},
       {CodePage::Arabic, "٠١٩۰۵۹ 07", "019059 07"},
@@ -23,7 +19,7 @@ TEST(CodePage, TakesTheLetterThatAPersonTakesForTheSame) {
       {CodePage::Unknown, "ی漢", "ي漢"},
       {CodePage::Unicode, "ی۱漢", "ی۱漢"},
   };
-  for (const Folded& one : cases) EXPECT_EQ(foldText(one.text, one.page), one.into);
+  for (const auto& [page, text, into] : cases) EXPECT_EQ(foldText(text, page), into);
   EXPECT_EQ(foldStatement("Select N'ی' as [ی] /* ی */ From t Where x='ی''۱'", CodePage::Arabic),
             "Select N'ی' as [ی] /* ی */ From t Where x='ي''1'");
   EXPECT_EQ(foldStatement("Select 1 From t Where x='漢'", CodePage::Arabic), "Select 1 From t Where x=N'漢'");

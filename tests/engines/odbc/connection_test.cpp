@@ -4,11 +4,11 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
 #include <thread>
 
 #include "engines/odbc/odbc_connection.h"
 #include "support/failure.h"
+#include "support/temporary_database.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -23,11 +23,9 @@ using testing::failureOf;
 /// texts are ASCII; what becomes of letters shows on a server.
 class OdbcConnectionTest : public ::testing::Test {
  protected:
-  OdbcConnectionTest() { std::filesystem::remove(path_); }
-  ~OdbcConnectionTest() override { std::filesystem::remove(path_); }
-
-  std::string path_ = ::testing::TempDir() + "odbc_" + std::to_string(getpid()) + ".db";
-  data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_)};
+  const testing::TemporaryFolder folder_;
+  data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" +
+                             data::quoteConnectionValue((folder_.path() / "odbc.db").string())};
   OdbcConnection connection_{text_};
 };
 

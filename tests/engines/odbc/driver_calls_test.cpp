@@ -8,7 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
+#include <map>
 #include <regex>
 #include <set>
 
@@ -16,6 +16,8 @@
 #include "db/version.h"
 #include "engines/odbc/odbc_connection.h"
 #include "support/failure.h"
+#include "support/temporary_database.h"
+#include "support/text_table.h"
 #include "text/utf8.h"
 
 namespace ledgertree::engines::odbc {
@@ -25,7 +27,7 @@ using Reason = data::DataError::Reason;
 
 /// How the driver answers from now on.
 struct Driver {
-  const char* state = nullptr;  ///< of the failure of every command
+  std::string state;  ///< of the failure of every command; empty for none
   int number = 0;
   std::string words;
   bool tellsNoRows = false;           ///< of commands that gave none
@@ -35,6 +37,7 @@ struct Driver {
   std::u16string server;              ///< the file that stands for a server; empty for none
   std::vector<int> answers;           ///< of the server to what it is asked first
   std::string last;                   ///< the command that came last
+  std::optional<SQLSMALLINT> type;    ///< of every column
 } driver;
 
 template <typename Call>
@@ -42,8 +45,8 @@ Call* real(const char* name) {
   return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name));
 }
 
-SQLRETURN failWith(const char* state, int number, std::string words) {
-  driver.state = state;
+SQLRETURN failWith(std::string state, int number, std::string words) {
+  driver.state = std::move(state);
   driver.number = number;
   driver.words = std::move(words);
   return SQL_ERROR;
@@ -57,16 +60,11 @@ std::u16string inWordsOfSqlite(const std::string& text) {
 
 class DriverCalls : public ::testing::Test {
  protected:
-  DriverCalls() {
-    driver = {};
-    std::filesystem::remove(path_);
-  }
-  ~DriverCalls() override {
-    driver = {};
-    std::filesystem::remove(path_);
-  }
+  DriverCalls() { driver = {}; }
+  ~DriverCalls() override { driver = {}; }
 
-  std::string path_ = ::testing::TempDir() + "calls_" + std::to_string(getpid()) + ".db";
+  const testing::TemporaryFolder folder_;
+  const std::string path_ = (folder_.path() / "calls.db").string();
   OdbcConnection connection_{
       data::ConnectionText("ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_))};
 };
@@ -89,60 +87,36 @@ TEST_F(DriverCalls, AConnectionCarriesOneStatementAtATime) {
 }
 
 TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
-  const struct {
-    const char* state;
-    int number;
-    Reason reason;
-    const char* begin;
-  } cases[] = {
-      {"23000", 2627, Reason::Constraint, "چنين سطري قبلا ثبت شده است."},
-      {"23000", 2601, Reason::Constraint, "چنين سطري قبلا ثبت شده است."},
-      {"23000", 547, Reason::Constraint, "سطري که به آن اشاره ميشود وجود ندارد"},
-      {"23000", 515, Reason::Constraint, "مقدار لازم وارد نشده است."},
-      {"23000", 1, Reason::Constraint, "مقدار وارد شده پذيرفته نيست."},
-      {"40001", 1205, Reason::Busy, "پايگاه داده در دست برنامه ديگري است."},
-      {"HYT00", 1222, Reason::Busy, "پايگاه داده در دست برنامه ديگري است."},
-      {"22001", 2628, Reason::TooLong, "متن از جاي خود در پايگاه داده بلندتر است."},
-      {"22001", 8152, Reason::TooLong, "متن از جاي خود در پايگاه داده بلندتر است."},
-      {"HY000", 9002, Reason::Storage, "فضاي پايگاه داده پر است."},
-      {"HY000", 3906, Reason::Storage, "پايگاه داده فقط خواندني است."},
-      {"HY000", 824, Reason::Storage, "پايگاه داده آسيب ديده است."},
-      {"HYT00", 0, Reason::TimeOut, "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد."},
-      {"08S01", 0, Reason::Connection, "ارتباط با پايگاه داده قطع شد و معلوم نيست"},
-      {"42000", 50001, Reason::Constraint, "the words"},
-  };
-  for (const auto& one : cases) {
-    SCOPED_TRACE(one.number);
-    driver.state = nullptr;
+  const std::map<std::string, Reason> reasons{
+      {"Constraint", Reason::Constraint}, {"Busy", Reason::Busy},       {"TooLong", Reason::TooLong},
+      {"Storage", Reason::Storage},       {"TimeOut", Reason::TimeOut}, {"Connection", Reason::Connection}};
+  for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "failures")) {
+    SCOPED_TRACE(row[0]);
+    driver.state.clear();
     connection_.run("select 1");
-    failWith(one.state, one.number, "[Driver][Server] the words");
+    const int number = std::stoi(row[0].substr(6));
+    failWith(row[0].substr(0, 5), number, "[Driver][Server] the words");
     const data::DataError failure = testing::failureOf([&] { connection_.run("select 2"); });
-    EXPECT_EQ(failure.reason(), one.reason);
-    EXPECT_EQ(failure.number(), one.number);
-    EXPECT_TRUE(std::string_view(failure.what()).starts_with(one.begin)) << failure.what();
+    EXPECT_EQ(failure.reason(), reasons.at(row[1]));
+    EXPECT_EQ(failure.number(), number);
+    EXPECT_TRUE(std::string_view(failure.what()).starts_with(row[2])) << failure.what();
     EXPECT_EQ(failure.statement(), "select 2");
   }
 }
 
-TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShown) {
+TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsToldAsThat) {
+  const auto told = [](const std::string& text) {
+    OdbcConnection connection{data::ConnectionText("ODBC Driver=SQLite3;Database=x;" + text)};
+    return std::string(testing::failureOf([&] { connection.run("select 1"); }).what());
+  };
   failWith("28000", 18456, "Login failed for sa with very-hidden");
-  for (const char* const key : {"Password", "PWD"}) {
-    OdbcConnection refused{
-        data::ConnectionText("ODBC Driver=SQLite3;UID=sa;" + std::string(key) + "=very-hidden;Database=x")};
-    const data::DataError failure = testing::failureOf([&] { refused.run("select 1"); });
-    EXPECT_EQ(std::string(failure.what()),
+  for (const char* const key : {"Password", "PWD"})
+    EXPECT_EQ(told("UID=sa;" + std::string(key) + "=very-hidden"),
               "پايگاه داده نام کاربر يا رمز را نپذيرفت. متن اتصال را اصلاح نماييد. (18456, 28000)");
-  }
-}
-
-TEST_F(DriverCalls, ADriverThatIsntThereIsToldAsThat) {
-  for (const char* const state : {"IM002", "IM003", "01000"}) {
-    failWith(state, 0,
-             "[unixODBC][Driver Manager]" + std::string(*state == '0' ? "Can't open lib 'x'" : "no"));
-    OdbcConnection connection{data::ConnectionText("ODBC Driver=SQLite3;Database=x")};
-    EXPECT_TRUE(std::string_view(testing::failureOf([&] { connection.run("select 1"); }).what())
-                    .starts_with("راه انداز ODBC باز نميشود."))
-        << state;
+  for (const auto& [state, words] :
+       {std::pair("IM002", "no"), {"IM003", "no"}, {"01000", "Can't open lib 'x'"}}) {
+    failWith(state, 0, "[unixODBC][Driver Manager]" + std::string(words));
+    EXPECT_TRUE(told("").starts_with("راه انداز ODBC باز نميشود.")) << state;
   }
 }
 
@@ -160,18 +134,23 @@ TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
                                                     "INTEGER(10) null"}));
 }
 
+TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
+  driver.type = SQL_DECIMAL;
+  for (const auto& [sent, amount] : {std::pair{".5", "0.5"}, {"-.5", "-0.5"}, {"-12.3456", "-12.3456"}}) {
+    const auto rows = connection_.run("select '" + std::string(sent) + "' as Amount");
+    EXPECT_EQ(rows->value(0, 0), data::Value(*data::Money::parse(amount)));
+  }
+}
+
 TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
-  const struct {
-    int page;
-    const char* sent;
-  } cases[] = {{1256, "select 'ي' as a"}, {1252, "select 'ي' as a"}, {65001, "select 'ی' as a"}};
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
   const data::ConnectionText text("Data Source=srv;Initial Catalog=books;ODBC Driver=FreeTDS");
-  for (const auto& one : cases) {
-    driver.answers = {db::schemaVersion(), one.page};
+  for (const auto& [page, sent] :
+       {std::pair(1256, "select 'ي' as a"), {1252, "select 'ي' as a"}, {65001, "select 'ی' as a"}}) {
+    driver.answers = {db::schemaVersion(), page};
     OdbcConnection connection(text);
     connection.run("select 'ی' as a");
-    EXPECT_EQ(driver.last, one.sent) << one.page;
+    EXPECT_EQ(driver.last, sent) << page;
   }
   for (const int other : {-1, 1}) {
     driver.answers = {db::schemaVersion() + other, 1256};
@@ -188,18 +167,14 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
   connection_.run("insert into v values (4, null), (2, null), (9, null), (3, 'a'), (1, 'b'), (5, 'b')");
   for (const std::size_t limit : {1U, 2U, 4U}) {
     std::string seen;
-    std::string continuation;
+    data::SearchRequest request{
+        .view = "v", .columns = {"Name"}, .text = {}, .continuation = {}, .limit = limit, .cancelled = {}};
     do {
-      data::SearchRequest request;
-      request.view = "v";
-      request.columns = {"Name"};
-      request.continuation = continuation;
-      request.limit = limit;
       const data::SearchPage page = connection_.search(request);
       for (std::size_t row = 0; row < page.rows.count(); ++row)
         seen += page.rows.value(row, 0).toText() + " ";
-      continuation = page.continuation;
-    } while (!continuation.empty() && seen.size() < 40);
+      request.continuation = page.continuation;
+    } while (!request.continuation.empty() && seen.size() < 40);
     EXPECT_EQ(seen, "2 4 9 3 1 5 ") << limit;
   }
 }
@@ -214,7 +189,7 @@ extern "C" {
 
 SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQLSMALLINT length,
                             SQLWCHAR* out, SQLSMALLINT room, SQLSMALLINT* needed, SQLUSMALLINT completion) {
-  if (driver.state != nullptr) return SQL_ERROR;
+  if (!driver.state.empty()) return SQL_ERROR;
   if (!driver.server.empty()) {
     in = reinterpret_cast<SQLWCHAR*>(driver.server.data());
     length = static_cast<SQLSMALLINT>(driver.server.size());
@@ -232,7 +207,7 @@ static SQLRETURN answer(SQLHSTMT statement) {
 
 SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
   using ledgertree::engines::odbc::failWith;
-  if (driver.state != nullptr) return SQL_ERROR;
+  if (!driver.state.empty()) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");
   const std::string narrow = ledgertree::text::utf8Text(
@@ -253,6 +228,15 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   return driver.tellsNoRows && SQL_SUCCEEDED(result) && columns == 0 ? SQL_NO_DATA : result;
 }
 
+SQLRETURN SQLDescribeColW(SQLHSTMT statement, SQLUSMALLINT place, SQLWCHAR* name, SQLSMALLINT room,
+                          SQLSMALLINT* length, SQLSMALLINT* type, SQLULEN* size, SQLSMALLINT* decimals,
+                          SQLSMALLINT* nullable) {
+  const SQLRETURN result = real<decltype(SQLDescribeColW)>("SQLDescribeColW")(
+      statement, place, name, room, length, type, size, decimals, nullable);
+  *type = driver.type.value_or(*type);
+  return result;
+}
+
 SQLRETURN SQLMoreResults(SQLHSTMT statement) {
   driver.open.erase(statement);
   if (!driver.answers.empty()) {
@@ -269,12 +253,12 @@ SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle) {
 
 SQLRETURN SQLGetDiagRecW(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT place, SQLWCHAR* state,
                          SQLINTEGER* number, SQLWCHAR* message, SQLSMALLINT room, SQLSMALLINT* length) {
-  if (driver.state == nullptr)
+  if (driver.state.empty())
     return real<decltype(SQLGetDiagRecW)>("SQLGetDiagRecW")(type, handle, place, state, number, message, room,
                                                             length);
   if (place > 1) return SQL_NO_DATA;
   const std::u16string words = ledgertree::text::wideText(driver.words);
-  for (int letter = 0; letter < 6; ++letter) state[letter] = static_cast<SQLWCHAR>(driver.state[letter]);
+  std::copy_n(driver.state.c_str(), driver.state.size() + 1, state);
   std::copy_n(words.c_str(), words.size() + 1, message);
   *number = driver.number;
   return SQL_SUCCESS;

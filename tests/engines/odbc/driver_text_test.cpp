@@ -24,9 +24,9 @@ TEST(DriverText, SpeaksTheWordsOfFreeTds) {
 }
 
 TEST(DriverText, TakesTheNewestDriverOfMicrosoftOrTheOneThatIsNamed) {
-  EXPECT_EQ(written("Data Source=srv\\books,1500;UID=sa;PWD=x;Encrypt=mandatory", kBoth),
+  EXPECT_EQ(written("Data Source=srv\\books,1500;UID=sa;PWD=x};Encrypt=mandatory", kBoth),
             "Driver={ODBC Driver 18 for SQL Server};Server={tcp:srv\\books,1500};Encrypt=yes;"
-            "TrustServerCertificate=no;UID=sa;PWD=x;APP=LedgerTree;");
+            "TrustServerCertificate=no;UID=sa;PWD={x}}};APP=LedgerTree;");
   EXPECT_TRUE(
       written("Data Source=srv;ODBC Driver=FreeTDS", kBoth).starts_with("Driver=FreeTDS;Server=srv;"));
   EXPECT_EQ(written("ODBC Driver=SQLite3;Database=/tmp/a b.db", {}),

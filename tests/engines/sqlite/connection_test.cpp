@@ -20,6 +20,7 @@
 #include "support/failure.h"
 #include "support/small_disk.h"
 #include "support/temporary_database.h"
+#include "support/text_table.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
@@ -73,16 +74,8 @@ TEST(FileFromElsewhere, CallsNothingThatItShouldnt) {
     const std::string message = failure.what();
     return message.substr(std::min(message.find('('), message.size()));
   };
-  const std::string read = "Select ID From vwPlanted";
-  EXPECT_EQ(told("view vwPlanted as select plant() as ID", read), "(unsafe use of plant())");
-  EXPECT_EQ(told("view vwPlanted as select seq as ID from pragma_database_list", read),
-            "(unsafe use of virtual table \"pragma_database_list\")");
-  EXPECT_EQ(told("view vwPlanted as select length(zeroblob(900000000)) as ID", read),
-            "(string or blob too big)");
-  const std::string trigger = "trigger trPlanted after update of Title on tblAccount begin ";
-  EXPECT_EQ(told(trigger + "select plant(); end", renamed(13, "x")), "(unsafe use of plant())");
-  EXPECT_EQ(told(trigger + "update tblWords_data set block = x'00'; end", renamed(13, "x")),
-            "(table tblWords_data may not be modified)");
+  for (const auto& row : testing::tableOf("engines/sqlite/dialect.txt", "planted"))
+    EXPECT_EQ(told(row[0], row[1]), row[2]) << row[0];
   EXPECT_EQ(planted, 0);
   EXPECT_EQ(database.rows("select * from tblAccount order by ID"), before);
   sqlite3_cancel_auto_extension(entry);
