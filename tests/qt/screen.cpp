@@ -171,14 +171,12 @@ Screen::Form::Form(ui::Surroundings surroundings)
   txtMother.setLeftToRight(true);
   txtMother.setLocked(true);
   txtNotes.setMultiline(true);
-  lblMessage.setStrong(true);
   cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  cmdSave.setHint("ثبت حساب");
   addShortcut(ui::KeyChord::ctrlAnd('F'), [this] { sltParent.focus(); });
   setCancelButton(cmdExit);
   for (int id = 1; id <= 60; ++id)
     sltParent.all.push_back({id, "حساب " + std::to_string(id), std::to_string(1000 + id)});
-  addMenu(mnuFile.add(mnuNew).add(mnuLine).add(mnuMark).add(mnuHidden));
+  addMenu(mnuFile.add(mnuNew).add(mnuMark).add(mnuHidden));
   for (const char* period : {"1402", "1403", "1404"}) lstPeriod.addItem(period);
   for (const char* branch : {"مركزي", "شيراز", "تبريز"}) lstBranches.addItem(branch);
   for (ui::PushButton* button : {&cmdNew, &cmdSave, &cmdExit}) button->onClick = saying(*button);

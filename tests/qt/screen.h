@@ -115,23 +115,18 @@ class Screen : public Desk {
     ui::RadioButton optAll{*this, "optAll", {3600, 60, 2700, 300}, "نمايش کامل درخت", &views};
     ui::RadioButton optPeriodic{*this, "optPeriodic", {600, 60, 2700, 300}, "نمايش دوره هاي مالي", &views};
     ui::Frame record{*this, "record", {90, 1050, 6800, 3400}, "مشخصات حساب"};
-    ui::Label lblTitle{*this, "lblTitle", {5400, 330, 1250, 300}, "عنوان:", &record};
     ui::TextField txtTitle{*this, "txtTitle", {1500, 300, 3850, 330}, &record};
     ui::Label lblCode{*this, "lblCode", {5400, 730, 1250, 300}, "کد:", &record};
     ui::TextField txtCode{*this, "txtCode", {3400, 700, 1950, 330}, &record};
     ui::TextField txtMother{*this, "txtMother", {1500, 700, 1850, 330}, &record};
-    ui::Label lblParent{*this, "lblParent", {5400, 1130, 1250, 300}, "حساب مادر:", &record};
     MemoryLookup sltParent{*this, "sltParent", {1500, 1100, 3850, 330}, &record};
-    ui::Label lblNotes{*this, "lblNotes", {5400, 1530, 1250, 300}, "توضيحات:", &record};
     ui::TextField txtNotes{*this, "txtNotes", {1500, 1500, 3850, 800}, &record};
     ui::CheckBox chkDeep{*this, "chkDeep", {3500, 2400, 1850, 300}, "با زيرشاخهها", &record};
     ui::DropDownList lstPeriod{*this, "lstPeriod", {1500, 2400, 1900, 330}, &record};
     ui::ListBox lstBranches{*this, "lstBranches", {60, 300, 1380, 1500}, &record};
     ui::Grid grid{*this, "grid", {60, 2780, 6650, 560}, &record};
-    ui::Label lblMessage{*this, "lblMessage", {60, 2400, 1380, 300}, "اصلاح حساب", &record};
     ui::MenuEntry mnuFile{*this, "mnuFile", "عمليات"};
     ui::MenuEntry mnuNew{*this, "mnuNew", "جديد..."};
-    ui::MenuEntry mnuLine{*this, "mnuLine", ""};
     ui::MenuEntry mnuMark{*this, "mnuMark", "مشاهده كد كامل حساب...", true, true};
     ui::MenuEntry mnuHidden{*this, "mnuHidden", "چاپ", false};
     std::vector<std::string> said;  ///< the events in their order
