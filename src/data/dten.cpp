@@ -63,16 +63,36 @@ void RecordHandle::MoveNext() {
 }
 
 Value RecordHandle::Fields(std::string_view column) const {
+  requireRow();
+  return rows_->value(row_, Column(column));
+}
+
+std::size_t RecordHandle::Column(std::string_view column) const {
   requireOpen("Fields");
-  if (row_ >= rows_->count()) misuse(name_, "Fields past the last row");
-  if (const auto place = rows_->column(column)) return rows_->value(row_, *place);
+  if (const auto place = rows_->column(column)) return *place;
   std::string there;
   for (const std::string& name : rows_->columns()) there += (there.empty() ? "" : ", ") + name;
   misuse(name_, "no column " + std::string(column) + "; there are: " + there);
 }
 
+Value RecordHandle::Fields(std::size_t place) const {
+  requireRow();
+  return rows_->value(row_, place);
+}
+
+std::string RecordHandle::Text(std::size_t place) const {
+  requireRow();
+  const std::string_view text = rows_->text(row_, place);
+  return text.empty() ? rows_->value(row_, place).toText() : std::string(text);
+}
+
 void RecordHandle::requireOpen(std::string_view operation) const {
   if (!rows_) misuse(name_, std::string(operation) + " on a closed handle");
+}
+
+void RecordHandle::requireRow() const {
+  requireOpen("Fields");
+  if (row_ >= rows_->count()) misuse(name_, "Fields past the last row");
 }
 
 DtEn::DtEn(const Providers& providers)

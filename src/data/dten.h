@@ -68,11 +68,17 @@ class RecordHandle {
   /// The value of a column of the current row, by name in any letter case. An unknown name throws an error
   /// that names it, the handle and the columns that there are.
   [[nodiscard]] Value Fields(std::string_view column) const;
+  /// For a walk over many rows, which looks for each column once: the place of a column, what stands there in
+  /// the current row, and that as a text.
+  [[nodiscard]] std::size_t Column(std::string_view column) const;
+  [[nodiscard]] Value Fields(std::size_t place) const;
+  [[nodiscard]] std::string Text(std::size_t place) const;
 
   [[nodiscard]] const std::string& name() const { return name_; }
 
  private:
   void requireOpen(std::string_view operation) const;
+  void requireRow() const;
 
   MainConnection& connection_;
   std::string name_;

@@ -31,6 +31,10 @@ class Rows {
 
   // For the engines.
   void addColumn(std::string name);
+  /// Room for the cells of a first row: most answers have no more.
+  void reserveRow() {
+    if (cells_.empty()) cells_.reserve(width_);
+  }
   void addNull() { cells_.push_back({}); }
   void addInteger(std::int64_t number) { cells_.push_back({Kind::Integer, 0, {.integer = number}}); }
   void addDouble(double number) { cells_.push_back({Kind::Double, 0, {.real = number}}); }

@@ -49,16 +49,15 @@ ObjectTree::ObjectTree(ui::Tree& tree, shell::Shell& shell) : tree_(tree), shell
 
 void ObjectTree::clear() {
   tree_.clear();
+  root_ = ui::kNoNode;
+  seen_.clear();
   objects_.clear();
   unread_.clear();
-  stored_.clear();
   known_ = 0;
   filled_ = false;
   lookUpFailed_ = false;
   lookUpCameLate_ = false;
 }
-
-ui::NodeId ObjectTree::root() const { return tree_.find(kRootKey); }
 
 void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, std::string_view view,
                                 shell::WorkProgress& progress) {
@@ -72,18 +71,19 @@ void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, st
   std::exception_ptr failure;
   {
     const ui::Tree::Batch batch(tree_);
-    unread_.push_back(tree_.add(ui::kNoNode, kRootKey, kRootText, kImage));
+    root_ = tree_.add(ui::kNoNode, kRootKey, kRootText, kImage);
+    unread_.push_back(root_);
     try {
       // Whose turn is next stands in the queue: a search for it from the first node would cost the square.
-      while (!unread_.empty() && readChildren(unread_.front(), progress)) unread_.pop_front();
+      shell_.dtEn()->cnMainData.port().readTogether([&] {
+        while (!unread_.empty() && readChildren(unread_.front(), progress)) unread_.pop_front();
+      });
     } catch (...) {
       failure = std::current_exception();
     }
     addPlaceholders();
-    tickStored();
   }
-  stored_.clear();
-  tree_.setExpanded(root(), true);
+  tree_.setExpanded(root_, true);
   openAboveStored();
   filled_ = true;
   if (failure) std::rethrow_exception(failure);
@@ -92,17 +92,18 @@ void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, st
 void ObjectTree::fillObjectChildren(ui::NodeId node, shell::WorkProgress& progress) {
   const ui::NodeId placeholder = placeholderOf(node);
   if (placeholder == ui::kNoNode) return;
+  const std::size_t before = objects_.size();
   bool complete = false;
   {
     const ui::Tree::Batch batch(tree_);
-    complete = readChildren(node, progress);
-    tickStored();
+    shell_.dtEn()->cnMainData.port().readTogether([&] { complete = readChildren(node, progress); });
   }
   tree_.remove(placeholder);
   if (complete) unread_.erase(std::find(unread_.begin(), unread_.end(), node));
   addPlaceholders();
-  for (const ui::NodeId shown : stored_) tree_.ensureVisible(shown);
-  stored_.clear();
+  for (std::size_t read = before; read < objects_.size(); ++read) {
+    if (tree_.checked(objects_[read])) tree_.ensureVisible(objects_[read]);
+  }
 }
 
 bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) {
@@ -111,8 +112,9 @@ bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) 
   if (handle.State() != 0) handle.Close();
   const data::OpenRows objects(handle, childrenStatement(parent));
   known_ = std::max(known_, static_cast<std::int64_t>(objects_.size()) + objects->RecordCount());
+  const Places places{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
   for (; !objects->Eof(); objects->MoveNext()) {
-    addObject(*gateway, parent);
+    addObject(*gateway, places, parent);
     if (objects_.size() % kBetweenLooks != 0) continue;
     progress.expect(static_cast<std::int32_t>(known_));
     progress.advance(static_cast<std::int32_t>(objects_.size()));
@@ -123,29 +125,35 @@ bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) 
 
 std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
   std::string statement = select_;
-  if (parent == root()) return statement.append(" Where ParentID is null ORDER BY Name");
+  if (parent == root_) return statement.append(" Where ParentID is null ORDER BY Name");
   return statement.append(" Where ParentID = ").append(idOf(tree_.key(parent))).append(" ORDER BY Name");
 }
 
 /// An object that stands in the tree already is left out: the host's data says that it is below itself, or
 /// that it has two mothers, and reading it again might never end.
-void ObjectTree::addObject(data::DtEn& gateway, ui::NodeId parent) {
+void ObjectTree::addObject(data::DtEn& gateway, const Places& places, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
-  const auto id = objectID(row.Fields("ID"));
-  if (!id) return;
-  std::string key = keyOf(*id);
-  if (tree_.find(key) != ui::kNoNode) return;
+  const auto id = objectID(row.Fields(places.id));
+  if (!id || !isNew(*id)) return;
   const bool stored = isStored(gateway, *id);
   const ui::NodeId node =
-      tree_.add(parent, std::move(key), row.Fields("Name").toText(), stored ? kMarkedImage : kImage);
+      tree_.addNew(parent, keyOf(*id), row.Text(places.name), stored ? kMarkedImage : kImage);
   objects_.push_back(node);
   if (stored) {
     tree_.setTag(node, kMarkedTag);
-    stored_.push_back(node);
+    tree_.setChecked(node, true);
   }
-  const std::int64_t children = row.Fields("NumberOfChilds").toInt64();
+  const std::int64_t children = row.Fields(places.children).toInt64();
   known_ += children;
   if (children > 0) unread_.push_back(node);
+}
+
+bool ObjectTree::isNew(std::int32_t objectID) {
+  const auto number = static_cast<std::uint32_t>(objectID);
+  std::bitset<kPage>& page = seen_[number / kPage];
+  const bool seen = page[number % kPage];
+  page.set(number % kPage);
+  return !seen;
 }
 
 bool ObjectTree::isStored(data::DtEn& gateway, std::int32_t objectID) {
@@ -173,11 +181,6 @@ ui::NodeId ObjectTree::placeholderOf(ui::NodeId node) const {
   // Behind the children that were read ahead of a person's giving up.
   const auto& children = tree_.children(node);
   return children.empty() || !tree_.key(children.back()).empty() ? ui::kNoNode : children.back();
-}
-
-/// Ahead of the end of a batch: nodes that the screen isn't told of yet come ticked, without a change each.
-void ObjectTree::tickStored() {
-  for (const ui::NodeId node : stored_) tree_.setChecked(node, true);
 }
 
 /// Stored nodes open what is above them. A node is closed again once its own children are read, and what is

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <bitset>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "data/dten.h"
@@ -40,7 +42,8 @@ class ObjectTree {
   /// be saved, for it would take the rows of what couldn't be read.
   [[nodiscard]] bool complete() const { return filled_ && unread_.empty() && !lookUpFailed_; }
 
-  [[nodiscard]] ui::NodeId root() const;
+  /// kNoNode where no class was read.
+  [[nodiscard]] ui::NodeId root() const { return root_; }
   /// Hands the check of a node down to all nodes below it; marks stay.
   void checkChildren(ui::NodeId node);
   /// Marks a node to stand for all of its branches, or takes the mark away; its check stays.
@@ -52,14 +55,23 @@ class ObjectTree {
  private:
   /// False where the person gave it up before all of them were read.
   bool readChildren(ui::NodeId parent, shell::WorkProgress& progress);
-  void addObject(data::DtEn& gateway, ui::NodeId parent);
+  /// Where the columns of the children stand.
+  struct Places {
+    std::size_t id;
+    std::size_t name;
+    std::size_t children;
+  };
+  void addObject(data::DtEn& gateway, const Places& places, ui::NodeId parent);
+  /// Whether an object comes for the first time.
+  [[nodiscard]] bool isNew(std::int32_t objectID);
   [[nodiscard]] bool isStored(data::DtEn& gateway, std::int32_t objectID);
   [[nodiscard]] std::string childrenStatement(ui::NodeId parent) const;
   void addPlaceholders();
   /// The child that stands for those that aren't read; kNoNode where there is none.
   [[nodiscard]] ui::NodeId placeholderOf(ui::NodeId node) const;
-  void tickStored();
   void openAboveStored();
+
+  static constexpr std::uint32_t kPage = 256;
 
   ui::Tree& tree_;
   shell::Shell& shell_;
@@ -68,14 +80,15 @@ class ObjectTree {
   /// The look-up of a stored object: its head, which is the same for all, and the number of the last one.
   std::string lookUp_;
   std::size_t lookUpHead_ = 0;
+  ui::NodeId root_ = ui::kNoNode;
+  /// The IDs of the objects that stand in the tree, a bit each: those of one range share a page.
+  std::unordered_map<std::uint32_t, std::bitset<kPage>> seen_;
   /// How many objects the rows that were read tell of.
   std::int64_t known_ = 0;
   /// The nodes of the objects, in the order in which they were read.
   std::vector<ui::NodeId> objects_;
   /// The nodes whose children aren't read yet, in the order of their turn.
   std::deque<ui::NodeId> unread_;
-  /// Stored nodes that the screen doesn't show as such yet.
-  std::vector<ui::NodeId> stored_;
   bool filled_ = false;
   bool lookUpFailed_ = false;
   /// A look-up waited in vain: those after it would stand still as long, and none is made.

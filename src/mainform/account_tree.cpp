@@ -103,7 +103,7 @@ void AccountTree::fillNodeChildren(std::string_view key) {
     readChildren(*gateway, *parsed, node);
   } catch (...) {
     // It is gone where the tree was being read anew.
-    if (tree.find(makeNodeKey(parsed->period, parsed->account)) == node) takeBack(node, before);
+    if (tree.find(makeNodeKey(parsed->period, parsed->account)) == node) takeBack(node, *parsed, before);
     throw;
   }
 }
@@ -124,7 +124,8 @@ void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
     const std::int32_t period = periods->Fields("ID").toInt32();
     const ui::NodeId node =
         screen_.treeAccount.add(root, makeNodeKey(period, -1), periods->Fields("Name").toText(), kRootImage);
-    if (hasChildren(gateway, {.period = period, .account = -1})) addPlaceholder(node);
+    const NodeKey key{.period = period, .account = -1};
+    if (hasChildren(gateway, key)) addPlaceholder(node, key);
   }
 }
 
@@ -145,7 +146,8 @@ void AccountTree::addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeI
     label += accounts->Fields("Title").toText();
     const ui::NodeId node = screen_.treeAccount.add(parent, makeNodeKey(key.period, account),
                                                     std::move(label), imageOf(*accounts.operator->()));
-    if (hasChildren(gateway, {.period = key.period, .account = account})) addPlaceholder(node);
+    const NodeKey own{.period = key.period, .account = account};
+    if (hasChildren(gateway, own)) addPlaceholder(node, own);
   }
 }
 
@@ -164,20 +166,18 @@ bool AccountTree::dropMoved(data::OpenRows& accounts, std::int32_t period, ui::N
 
 /// A node that has children which aren't read yet gets an opening box by it. A period's has the number of the
 /// period on the other side.
-void AccountTree::addPlaceholder(ui::NodeId node) {
-  ui::Tree& tree = screen_.treeAccount;
-  NodeKey numbers = parseNodeKey(tree.key(node)).value_or(NodeKey{});
-  if (numbers.account < 1) std::swap(numbers.period, numbers.account);
-  std::string key = makeNodeKey(numbers.period, numbers.account);
-  tree.add(node, key.append(kPlaceholder), std::string(kPlaceholder));
+void AccountTree::addPlaceholder(ui::NodeId node, const NodeKey& key) {
+  std::string own =
+      key.account < 1 ? makeNodeKey(key.account, key.period) : makeNodeKey(key.period, key.account);
+  screen_.treeAccount.add(node, own.append(kPlaceholder), std::string(kPlaceholder));
 }
 
 /// A level that couldn't be read whole isn't shown in part: it can be opened again.
-void AccountTree::takeBack(ui::NodeId node, std::size_t childrenBefore) {
+void AccountTree::takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore) {
   ui::Tree& tree = screen_.treeAccount;
   while (tree.children(node).size() > childrenBefore) tree.remove(tree.children(node).back());
   if (childrenBefore != 0) return;
-  addPlaceholder(node);
+  addPlaceholder(node, key);
   tree.setExpanded(node, false);
 }
 

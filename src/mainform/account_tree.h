@@ -72,8 +72,8 @@ class AccountTree {
   [[nodiscard]] bool dropMoved(data::OpenRows& accounts, std::int32_t period, ui::NodeId node);
   [[nodiscard]] bool hasChildren(data::DtEn& gateway, const NodeKey& key);
   [[nodiscard]] std::string shortCode(data::DtEn& gateway, std::int32_t accountID, std::string_view code);
-  void addPlaceholder(ui::NodeId node);
-  void takeBack(ui::NodeId node, std::size_t childrenBefore);
+  void addPlaceholder(ui::NodeId node, const NodeKey& key);
+  void takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore);
 
   MainScreen& screen_;
   shell::Shell& shell_;

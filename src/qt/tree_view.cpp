@@ -156,6 +156,9 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
   branches->onKey = [this](ui::Key key) {
     if (standing()) this->control().press(key);
   };
+  // The picked row stands out up to the edge, but by itself the view draws only its text anew.
+  QObject::connect(branches->selectionModel(), &QItemSelectionModel::selectionChanged, branches->viewport(),
+                   qOverload<>(&QWidget::update));
   openAsTheTree(kNoNode, 0);
   showSelection();
 }

@@ -18,8 +18,8 @@ void PushButton::accept(ControlVisitor& visitor) { visitor.visit(*this); }
 void RadioButton::setValue(bool value) {
   if (value) {
     for (Control* control : form().controls()) {
-      auto* other = dynamic_cast<RadioButton*>(control);
-      if (other != nullptr && other != this && other->frame() == frame()) other->setValue(false);
+      if (control == this || control->frame() != frame()) continue;
+      if (auto* const other = dynamic_cast<RadioButton*>(control)) other->setValue(false);
     }
   }
   if (value_ == value) return;

@@ -10,7 +10,7 @@ namespace ledgertree::ui {
 
 const Tree::Node& Tree::at(NodeId node) const {
   if (!has(node)) throw std::out_of_range("the tree " + name() + " has no such node");
-  return nodes_[node];
+  return slot(node);
 }
 
 void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size_t count) {
@@ -18,33 +18,43 @@ void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size
 }
 
 NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
+  if (!key.empty() && find(key) != kNoNode)
+    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
+  return addNew(parent, std::move(key), std::move(text), image);
+}
+
+NodeId Tree::addNew(NodeId parent, std::string key, std::string text, int image) {
   if (parent != kNoNode && !has(parent))
     throw std::out_of_range("the tree " + name() + " has no such parent");
-  NodeId node = 0;
-  if (free_.empty()) {
-    node = static_cast<NodeId>(nodes_.size());
-    nodes_.emplace_back();
-  } else {
-    node = free_.back();
-    free_.pop_back();
-  }
-  Node& made = nodes_[node];
+  const NodeId node = takeSlot();
+  Node& made = slot(node);
   made.key = std::move(key);
-  if (!made.key.empty() && !keys_.try_emplace(made.key, node).second) {
-    free_.push_back(node);
-    throw std::invalid_argument("the tree " + name() + " has a node " + std::exchange(made.key, {}) +
-                                " already");
-  }
   made.text = std::move(text);
   made.parent = parent;
   made.image = image;
   made.used = true;
+  if (!made.key.empty()) unentered_.push_back(node);
   auto& places = siblings(parent);
   made.place = places.size();
   places.push_back(node);
   ++count_;
   tellAdded(parent, made.place);
   return node;
+}
+
+NodeId Tree::takeSlot() {
+  if (free_.empty()) {
+    if (slots_ % kBlock == 0) blocks_.push_back(std::make_unique<Node[]>(kBlock));
+    return static_cast<NodeId>(slots_++);
+  }
+  const NodeId node = free_.back();
+  free_.pop_back();
+  return node;
+}
+
+void Tree::enterKeys() const {
+  for (const NodeId node : unentered_) keys_.try_emplace(slot(node).key, node);
+  unentered_.clear();
 }
 
 void Tree::tellAdded(NodeId parent, std::size_t place) {
@@ -56,7 +66,7 @@ void Tree::tellAdded(NodeId parent, std::size_t place) {
   if (addedInBatch_.size() <= node) addedInBatch_.resize(node + std::size_t{1});
   addedInBatch_[node] = true;
   // Children of a node that nobody was told of yet come along with it.
-  if (parent != kNoNode && parent < addedInBatch_.size() && addedInBatch_[parent]) return;
+  if (isUntold(parent)) return;
   if (!additions_.empty() && additions_.back().parent == parent) {
     ++additions_.back().count;
   } else {
@@ -85,17 +95,18 @@ void Tree::remove(NodeId node) {
   tell(TreeChange::Kind::AboutToRemove, node);
   auto& places = siblings(parent);
   places.erase(places.begin() + static_cast<std::ptrdiff_t>(place));
-  for (std::size_t i = place; i < places.size(); ++i) nodes_[places[i]].place = i;
+  for (std::size_t i = place; i < places.size(); ++i) slot(places[i]).place = i;
   release(node);
   tell(TreeChange::Kind::Removed, parent, place, 1);
 }
 
 void Tree::release(NodeId top) {
+  enterKeys();
   std::vector<NodeId> waiting{top};
   while (!waiting.empty()) {
     const NodeId node = waiting.back();
     waiting.pop_back();
-    Node& gone = nodes_[node];
+    Node& gone = slot(node);
     waiting.insert(waiting.end(), gone.children.begin(), gone.children.end());
     if (!gone.key.empty()) keys_.erase(gone.key);
     if (selected_ == node) selected_ = kNoNode;
@@ -107,7 +118,9 @@ void Tree::release(NodeId top) {
 
 void Tree::clear() {
   keys_.clear();
-  nodes_.clear();
+  unentered_.clear();
+  blocks_.clear();
+  slots_ = 0;
   free_.clear();
   roots_.clear();
   count_ = 0;
@@ -118,13 +131,14 @@ void Tree::clear() {
 }
 
 NodeId Tree::find(std::string_view key) const {
+  enterKeys();
   const auto found = keys_.find(key);
   return found == keys_.end() ? kNoNode : found->second;
 }
 
 void Tree::setImage(NodeId node, int image) {
   at(node).image = image;
-  tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 int Tree::picture(NodeId node) const {
@@ -139,7 +153,7 @@ void Tree::setTag(NodeId node, std::string tag) { at(node).tag = std::move(tag);
 void Tree::setChecked(NodeId node, bool checked) {
   if (at(node).checked == checked) return;
   at(node).checked = checked;
-  tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 void Tree::setExpanded(NodeId node, bool expanded) {

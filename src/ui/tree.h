@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -43,6 +43,9 @@ class Tree : public Control {
   /// Adds a node as the last child of `parent` (kNoNode: at the top). A key that stands in the tree already
   /// throws std::invalid_argument; an empty key is no key.
   NodeId add(NodeId parent, std::string key, std::string text, int image = 0);
+  /// Adds a node whose key the caller knows to be new: nothing looks whether it is, nor is the key entered
+  /// for find() ahead of the next call that needs it.
+  NodeId addNew(NodeId parent, std::string key, std::string text, int image = 0);
   /// Removes a node and all below it.
   void remove(NodeId node);
   void clear();
@@ -81,7 +84,7 @@ class Tree : public Control {
   void setCheckBoxes(bool checkBoxes) { checkBoxes_ = checkBoxes; }
 
   /// While one stands, added nodes are told in as few changes as there are parents that were there before: a
-  /// level of 100,000 children is one change.
+  /// level of 100,000 children is one change, and what happens to them meanwhile is part of it.
   class Batch {
    public:
     explicit Batch(Tree& tree);
@@ -134,20 +137,31 @@ class Tree : public Control {
 
   [[nodiscard]] const Node& at(NodeId node) const;
   [[nodiscard]] Node& at(NodeId node) { return const_cast<Node&>(std::as_const(*this).at(node)); }
-  [[nodiscard]] bool has(NodeId node) const { return node < nodes_.size() && nodes_[node].used; }
+  /// The places for nodes come in blocks, which stay where they are: the keys in keys_ are views of them.
+  static constexpr std::size_t kBlock = 256;
+  [[nodiscard]] Node& slot(NodeId node) const { return blocks_[node / kBlock][node % kBlock]; }
+  [[nodiscard]] NodeId takeSlot();
+  [[nodiscard]] bool has(NodeId node) const { return node < slots_ && slot(node).used; }
   [[nodiscard]] std::vector<NodeId>& siblings(NodeId parent) {
     return parent == kNoNode ? roots_ : at(parent).children;
   }
   [[nodiscard]] std::vector<NodeId> visibleNodes() const;
   void release(NodeId node);
+  void enterKeys() const;
+  /// Whether it was added in the batch that stands: nobody was told of it yet.
+  [[nodiscard]] bool isUntold(NodeId node) const {
+    return node < addedInBatch_.size() && addedInBatch_[node];
+  }
   void tell(TreeChange::Kind kind, NodeId node, std::size_t first = 0, std::size_t count = 0);
   void tellAdded(NodeId parent, std::size_t place);
   void endBatch();
 
-  std::deque<Node> nodes_;
+  std::vector<std::unique_ptr<Node[]>> blocks_;
+  std::size_t slots_ = 0;  ///< those that were ever used
   std::vector<NodeId> free_;
   std::vector<NodeId> roots_;
-  std::unordered_map<std::string_view, NodeId> keys_;
+  mutable std::unordered_map<std::string_view, NodeId> keys_;
+  mutable std::vector<NodeId> unentered_;  ///< the nodes whose keys aren't in keys_ yet
   std::size_t count_ = 0;
   NodeId selected_ = kNoNode;
   bool checkBoxes_ = false;

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -28,22 +27,13 @@ class ChartModel {
   struct Typed : Account {
     int entityClass = -1, object = -1;
   };
-  /// What the person is told; Done where nothing is refused.
-  enum class Told { Done, Same, CodeStays, OwnParent, ParentBelow, ParentInUse, TooLong, CodeExists, Needed };
-
-  /// The rule in words, for a failure.
-  friend void PrintTo(Told told, std::ostream* stream) {
-    static const char* const names[] = {"nothing is refused",
-                                        "another account stands in the same place",
-                                        "the code of an account with documents stays",
-                                        "no account is its own parent",
-                                        "no account is below itself",
-                                        "no parent has documents",
-                                        "a code has 20 characters",
-                                        "a code is there once",
-                                        "what depends on an account keeps it"};
-    *stream << names[static_cast<int>(told)];
-  }
+  /// The rules, each by words of its notice; Done where nothing is refused.
+  using Told = std::string;
+  static constexpr const char *Done = "", *Same = "تخصيص داده شده است", *CodeStays = "گردش داشته است",
+                              *OwnParent = "خود حساب را به عنوان حساب مادر",
+                              *ParentBelow = "خود زير شاخه حساب فوق", *NeverBelow = "نميتواند زير خودش",
+                              *ParentInUse = "سند دارد", *TooLong = "حداکثر 20 نويسه",
+                              *CodeExists = "حسابي با كد مورد نظر", *Needed = "وابستگي وجود دارد";
 
   bool editCodeAllowed = false;
   bool positionCounts = false;
@@ -83,8 +73,8 @@ class ChartModel {
 
   Told saveNew(int newID, const Typed& typed) {
     lastNewParent = typed.parent;
-    if (typed.code.size() > 20) return Told::TooLong;
-    if (codeTaken(typed.code, -1)) return Told::CodeExists;
+    if (typed.code.size() > 20) return TooLong;
+    if (codeTaken(typed.code, -1)) return CodeExists;
     accounts[newID] = typed;
     accounts[newID].relation.reset();
     return relate(newID, typed, false);
@@ -92,15 +82,15 @@ class ChartModel {
 
   Told saveEdit(int id, const Typed& typed) {
     const Account& stored = accounts.at(id);
-    if (!editCodeAllowed && stored.documents && typed.code != stored.code) return Told::CodeStays;
-    if (typed.parent == id) return Told::OwnParent;
+    if (!editCodeAllowed && stored.documents && typed.code != stored.code) return CodeStays;
+    if (typed.parent == id) return OwnParent;
     const bool below = typed.parent != -1 && isBelow(typed.parent, id);
     const bool guarded = lastNewParent != typed.parent;
-    if (guarded && below) return Told::ParentBelow;
-    if (guarded && typed.parent != -1 && accounts.at(typed.parent).documents) return Told::ParentInUse;
-    if (typed.code.size() > 20) return Told::TooLong;
-    if (codeTaken(typed.code, id)) return Told::CodeExists;
-    if (below) return Told::ParentBelow;
+    if (guarded && below) return ParentBelow;
+    if (guarded && typed.parent != -1 && accounts.at(typed.parent).documents) return ParentInUse;
+    if (typed.code.size() > 20) return TooLong;
+    if (codeTaken(typed.code, id)) return CodeExists;
+    if (below) return NeverBelow;
     const auto relation = stored.relation;
     const bool documents = stored.documents;
     accounts[id] = typed;
@@ -115,9 +105,9 @@ class ChartModel {
   Told remove(int id) {
     const bool mother = std::any_of(accounts.begin(), accounts.end(),
                                     [&](const auto& one) { return one.second.parent == id; });
-    if (mother || accounts.at(id).documents) return Told::Needed;
+    if (mother || accounts.at(id).documents) return Needed;
     accounts.erase(id);
-    return Told::Done;
+    return Done;
   }
 
   /// The cells of an account, each with the name of its column.
@@ -167,11 +157,11 @@ class ChartModel {
     Account& account = accounts[id];
     if (guarded && typed.group < 1) {
       account.relation.reset();
-      return Told::Done;
+      return Done;
     }
     if (typed.entityClass > 0 && typed.object == -1) {
       account.group = -1;
-      return Told::Done;
+      return Done;
     }
     const bool byPosition = positionCounts && typed.position > 0 && !guarded && typed.entityClass > 0;
     for (const auto& [other, there] : accounts) {
@@ -180,10 +170,10 @@ class ChartModel {
         continue;
       if (byPosition && there.position != typed.position) continue;
       account.group = -1;
-      return Told::Same;
+      return Same;
     }
     account.relation = Relation{typed.group, typed.entityClass, typed.object};
-    return Told::Done;
+    return Done;
   }
 };
 

@@ -73,8 +73,7 @@ const WholeWork& wholeWork(unsigned seed) {
 /// Every command that had returned is in the file, and none is half there. `begun` commands were begun.
 void expectWhole(const std::filesystem::path& file, const WholeWork& whole, std::size_t begun) {
   SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
-  EXPECT_EQ(database.execAndGet("pragma integrity_check").getString(), "ok");
-  EXPECT_EQ(SQLite::Statement(database, "pragma foreign_key_check").executeStep(), false);
+  expectSound(database);
   const std::string chart =
       RandomWork::rowsOf([&](const std::string& query) { return allRows(database, query); });
   const bool before = begun > 0 && chart == whole.charts[begun - 1];
@@ -100,12 +99,7 @@ TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
     });
     const LeftFolder folder{child.hearLine()};
     const std::size_t last = 1 + dice() % (whole.charts.size() - 1);
-    std::size_t begun = 0;
-    while (begun < last && child.hear()) ++begun;
-    std::this_thread::sleep_for(std::chrono::microseconds(dice() % 1500));
-    child.kill();
-    begun += child.hearAll().size();
-    EXPECT_NE(child.end(), 1) << "it failed on its own";
+    const std::size_t begun = child.killBehind(last, std::chrono::microseconds(dice() % 1500));
     SCOPED_TRACE("cut " + std::to_string(cut) + ", command " + std::to_string(begun));
     expectWhole(folder.file, whole, begun);
   }
@@ -228,7 +222,7 @@ TEST(Crash, TwoProcessesSaveIntoOneFile) {
   SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
   EXPECT_EQ(database.execAndGet("select count(*) from tblAccount").getInt(), accounts);
   EXPECT_EQ(database.execAndGet("select count(distinct Code) from tblAccount").getInt(), accounts);
-  EXPECT_EQ(database.execAndGet("pragma integrity_check").getString(), "ok");
+  expectSound(database);
 }
 
 }  // namespace

@@ -103,6 +103,5 @@ class BulkHouse : public WatchedHouse {
 
 inline constexpr const char* kNoWayBack =
     "هشدار|پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
-inline constexpr const char* kRefused = "خطا|شما به انجام اين عمليات مجاز نيستيد.";
 
 }  // namespace ledgertree::testing

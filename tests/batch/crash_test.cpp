@@ -1,8 +1,6 @@
 // What a process that is killed in the middle of bulk work leaves behind.
 
-#include <chrono>
 #include <random>
-#include <thread>
 
 #include "batch/bulk_house.h"
 #include "support/child_process.h"
@@ -57,32 +55,6 @@ class BulkWorker : public BulkHouse {
   bool working_ = false;
 };
 
-/// Kills a worker after some accounts; gives how many were done for certain.
-int killInTheMiddle(Child& child, int after) {
-  int done = 0;
-  while (done < after && child.hear()) ++done;
-  child.kill();
-  done += static_cast<int>(child.hearAll().size());
-  child.end();
-  return done;
-}
-
-void expectWhole(SQLite::Database& database) {
-  EXPECT_EQ(database.execAndGet("pragma integrity_check").getString(), "ok");
-  EXPECT_EQ(database
-                .execAndGet("select count(*) from tblAccount a left join tblAccount p on p.ID = a.ParentID "
-                            "where a.NoLevel <> ifnull(p.NoLevel, 0) + 1")
-                .getInt(),
-            0);
-  const char* const closure =
-      "with recursive up(ID, ChildID) as (select ParentID, ID from tblAccount where ParentID is not null "
-      "union all select a.ParentID, u.ChildID from up u join tblAccount a on a.ID = u.ID where a.ParentID is "
-      "not null) select (select count(*) from (select ID, ChildID from up except select ID, ChildID from "
-      "tblAccountParent)) + (select count(*) from (select ID, ChildID from tblAccountParent except select "
-      "ID, ChildID from up))";
-  EXPECT_EQ(database.execAndGet(closure).getInt(), 0);
-}
-
 TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
   if (onServer()) GTEST_SKIP() << "it is about a file and kills";
   std::mt19937 dice(11);
@@ -98,9 +70,9 @@ TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
       ::pause();  // a worker that was faster than its end leaves its file to be looked at
     });
     const LeftFolder folder{child.hearLine()};
-    const int done = killInTheMiddle(child, 1 + static_cast<int>(dice() % 90));
+    const int done = static_cast<int>(child.killBehind(1 + dice() % 90));
     SQLite::Database database(folder.file.string(), SQLite::OPEN_READWRITE);
-    expectWhole(database);
+    expectSound(database);
     const auto number = [&](const char* query) { return database.execAndGet(query).getInt(); };
     const int changed =
         deletes ? kAccounts - number("select count(*) from tblAccount where ID > 1000")

@@ -90,14 +90,14 @@ class StatementHouse : public ControlHouse {
 
   /// What a person does sends what statements.txt has under its name: the questions that nobody asked before
   /// and the first writing statement of each kind, with all that it and those like it change.
-  void expect(const std::string& what, const std::function<void()>& person) {
+  void expect(const std::string& what, const std::function<void()>& acts) {
     ASSERT_FALSE(recording);
     SCOPED_TRACE(what);
     const std::vector<std::string> byHand = linesOf("contract/statements.txt", what);
     answers.clear();
     written.clear();
     recording = true;
-    person();
+    acts();
     recording = false;
     std::string sent;
     for (const Answer& answer : answers) sent += answer.statement + "\n";
@@ -108,9 +108,9 @@ class StatementHouse : public ControlHouse {
                                                                                        << sent;
   }
   /// What is asked there, it tells of elsewhere.
-  void learn(const std::function<void()>& person) {
+  void learn(const std::function<void()>& acts) {
     recording = true;
-    person();
+    acts();
     recording = false;
   }
   void both(const std::string& statements) {

@@ -36,7 +36,6 @@ class Statements : public StatementHouse {
     acting("edit", [this](int id) { form().View(id), form().cmdEdit.click(); });
     acting("lastParent", [this](int id) { form().LastNewParentID = id; });
     person.acts["sql"] = [this](auto& statement) { both(statement); };
-    person.acts["ClearShow"] = [this](auto&) { control.ClearShow(); };
     person.acts["close"] = [this](auto&) { form().close(); };
     person.acts["learn"] = [this](auto& step) { learn([&] { person.act(step); }); };
     person.acts["pick"] = [this](auto& what) {
@@ -75,7 +74,6 @@ class Statements : public StatementHouse {
     }
   }
 
-  ScreenWalk person{desktop, notices, faults};
   std::vector<std::vector<std::string>> steps;
   std::size_t next = 0;
 };

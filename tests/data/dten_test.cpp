@@ -49,7 +49,8 @@ TEST_F(DtEnTest, AHandleWalksItsRowsAndRefusesWhatItsStateDoesNotAllow) {
        {misuse([&] { handle.Close(); }), misuse([&] { handle.MoveFirst(); }),
         misuse([&] { handle.MoveNext(); }), misuse([&] { static_cast<void>(handle.RecordCount()); }),
         misuse([&] { static_cast<void>(handle.Eof()); }),
-        misuse([&] { static_cast<void>(handle.Fields("ID")); })})
+        misuse([&] { static_cast<void>(handle.Fields("ID")); }),
+        misuse([&] { static_cast<void>(handle.Column("ID")); })})
     EXPECT_NE(message.find("rssqlAccounts"), std::string::npos) << "closed: " << message;
 
   handle.Source(kChildren);
@@ -67,6 +68,7 @@ TEST_F(DtEnTest, AHandleWalksItsRowsAndRefusesWhatItsStateDoesNotAllow) {
   EXPECT_TRUE(handle.Eof());
   misuse([&] { handle.MoveNext(); });
   misuse([&] { static_cast<void>(handle.Fields("ID")); });
+  misuse([&] { static_cast<void>(handle.Text(handle.Column("ID"))); });
   handle.MoveFirst();
   EXPECT_EQ(handle.Fields("ID"), first);
   handle.Close();

@@ -2,7 +2,6 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QComboBox>
-#include <QDir>
 #include <QFile>
 #include <QLineEdit>
 #include <QListWidget>
@@ -12,8 +11,6 @@
 #include <QTextBlock>
 #include <QTextTable>
 #include <QTimer>
-#include <algorithm>
-#include <map>
 #include <set>
 
 #include "demo_chart_screen.h"
@@ -87,7 +84,7 @@ class Guide : public DemoChartScreen {
     EXPECT_TRUE(looked);
   }
 
-  /// A screen with what is open above it, in the colours that it uses most.
+  /// A screen with what is open above it.
   void picture(const QString& name, QWidget& screen, QRect part = {}) {
     drawn.insert(name);
     const QString folder = qEnvironmentVariable("LEDGERTREE_GUIDE_PICTURES");
@@ -99,29 +96,7 @@ class Guide : public DemoChartScreen {
         painter.drawPixmap(screen.mapFromGlobal(above->pos()), above->grab());
     }
     painter.end();
-    if (part.isEmpty()) part = pixmap.rect();
-    const QImage image = pixmap.copy(part).toImage().convertToFormat(QImage::Format_RGB32);
-    ASSERT_TRUE(QDir().mkpath(folder));
-    ASSERT_TRUE(image.convertToFormat(QImage::Format_Indexed8, coloursOf(image), Qt::ThresholdDither)
-                    .save(folder + "/" + name + ".png", "PNG", 0));
-  }
-
-  /// The most used colour of each neighbourhood of colours, so that a small blue spot stays blue.
-  static QList<QRgb> coloursOf(const QImage& image) {
-    constexpr QRgb kNeighbourhood = 0xFFE0E0E0;
-    std::map<QRgb, int> counts;
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width(); ++x) ++counts[image.pixel(x, y)];
-    }
-    std::vector<std::pair<int, QRgb>> most;
-    for (const auto& [colour, count] : counts) most.emplace_back(count, colour);
-    std::sort(most.rbegin(), most.rend());
-    std::set<QRgb> seen;
-    QList<QRgb> chosen;
-    QList<QRgb> others;
-    for (const auto& [count, colour] : most)
-      (seen.insert(colour & kNeighbourhood).second ? chosen : others) += colour;
-    return (chosen + others).mid(0, 256);
+    ASSERT_TRUE(pixmap.copy(part).save(folder + "/" + name + ".png"));
   }
 
   /// Columns from the left in hundredths of a table, one line between them.

@@ -5,15 +5,8 @@
 #include <QLineEdit>
 #include <QScrollBar>
 #include <QTreeView>
-#include <atomic>
 
-#include "data/connection_text.h"
-#include "data/data_error.h"
-#include "engines/sqlite/embedded_connection.h"
 #include "screen.h"
-#include "shell/lookup/selector.h"
-#include "support/scripted_notices.h"
-#include "support/temporary_database.h"
 
 namespace ledgertree::test {
 namespace {
@@ -71,66 +64,6 @@ TEST(LookupView, TheMouseOpensScrollsAndPicks) {
   EXPECT_EQ(screen.list->model()->rowCount(), 40);
   EXPECT_GT(bar.value(), 0) << "more rows leave the list where it was scrolled to";
   screen.go("picking by the mouse, opening by keys");
-}
-
-/// A file that answers as a server does that is far away.
-class FarFile : public data::Connection {
- public:
-  FarFile(const std::string& path, std::atomic<int>& failures) : file_(path), failures_(failures) {}
-  [[nodiscard]] bool answersLate() const override { return true; }
-  data::SearchPage search(const data::SearchRequest& request) override {
-    if (failures_ == 0) return file_.search(request);
-    throw data::DataError(data::DataError::Reason::Connection, ++failures_, "the line is cut");
-  }
-  std::optional<data::Rows> run(std::string_view statement) override { return file_.run(statement); }
-  void walk(std::string_view, const std::function<bool(const data::Rows&)>&) override {}
-  std::int32_t call(const data::Procedure&, std::span<const data::Value>) override { return 0; }
-
- private:
-  engines::sqlite::EmbeddedConnection file_;
-  std::atomic<int>& failures_;
-};
-
-TEST(LookupView, AFarEngineBringsPageByPageAndTellsOfItsFailureOnce) {
-  ::ledgertree::testing::TemporaryDatabase database;
-  database.insertMany("tblAccountBranch (ID, Code, Name)", 1, 250, [](int id) {
-    return std::to_string(id) + ", '" + std::to_string(1000 + id) + "', 'x'";
-  });
-  Screen screen;
-  shell::Shell shell(screen.desktop);
-  ::ledgertree::testing::ScriptedNotices notices(shell.components);
-  std::atomic<int> failures = 0;
-  shell.providers.add("Far", [&](const data::ConnectionText& text) {
-    return std::make_unique<FarFile>(text.require("Data Source"), failures);
-  });
-  ui::Form form(screen.surroundings(), "far", "", {6000, 3000});
-  shell::Selector field(form, shell, "sltBranch", {3000, 300, 2400, 330});
-  field.setConnectionText("Provider=Far;Data Source=" + database.file().string());
-  field.setMajorView("vwAccountBranchMajor");
-  screen.desktop.show(form);
-  field.focus();
-  field.openList();
-  auto& bar = *screen.widget(field).findChild<QTreeView*>()->verticalScrollBar();
-  for (const std::size_t rows : {100U, 200U, 250U}) {
-    ASSERT_TRUE(QTest::qWaitFor([&] { return field.rows().size() == rows && !field.searching(); }, 20000))
-        << field.rows().size();
-    EXPECT_EQ(field.rows().back().id, static_cast<int>(rows));
-    bar.setValue(bar.maximum());
-  }
-  QTest::qWait(20);
-  EXPECT_EQ(field.rows().size(), 250U);
-
-  failures = 1;
-  for (const int count : {2, 3}) {
-    QTest::keyClicks(&screen.widget(field), "1");
-    ASSERT_TRUE(QTest::qWaitFor([&] { return failures == count && !field.searching(); }, 20000)) << failures;
-    QTest::qWait(20);
-    EXPECT_EQ(notices.take().size(), count == 2 ? 1U : 0U);
-    EXPECT_TRUE(field.rows().empty());
-  }
-  failures = 0;
-  QTest::keyClick(&screen.widget(field), Qt::Key_Backspace);
-  EXPECT_TRUE(QTest::qWaitFor([&] { return field.rows().size() == 100; }, 20000));
 }
 
 }  // namespace

@@ -88,19 +88,12 @@ void onEvent(Screen::Form& form, std::size_t event, const std::function<void()>&
 void raiseAll(Screen& screen, Screen::Form& form, const bool& happened) {
   form.tree.add(form.tree.add(ui::kNoNode, "r", "r"), "c", "c");
   form.tree.select(form.tree.find("r"));
-  const std::function<void()> person[] = {[&] { screen.click(form.cmdNew); },
-                                          [&] { screen.type(form.txtTitle, "a"); },
-                                          [&] { screen.type(form.txtNotes, "a"); },
-                                          [&] { form.sltParent.focus(); },
-                                          [&] { screen.type(form.sltParent, "105\r"); },
-                                          [&] { screen.press(form.lstPeriod, Qt::Key_Down); },
-                                          [&] { screen.press(form.optPeriodic, Qt::Key_Down); },
-                                          [&] { screen.press(form.grid, Qt::Key_Down); },
-                                          [&] { screen.press(form.tree, Qt::Key_Left); },
-                                          [&] { screen.desktop.moveFocus(form.txtCode); },
-                                          [&] { screen.entry("mnuNew", form)->trigger(); }};
-  for (const auto& act : person)
-    if (!happened) act();
+  for (const char* step :
+       {"cmdNew <click>", "txtTitle a", "txtNotes a", "sltParent <focus>", "sltParent 105<Return>",
+        "lstPeriod <Down>", "optPeriodic <Down>", "grid <Down>", "tree <Left>"})
+    if (!happened) screen.act(form, step);
+  if (!happened) screen.desktop.moveFocus(form.txtCode);
+  if (!happened) screen.entry("mnuNew", form)->trigger();
 }
 
 TEST(QtDesktop, AFormMayEndInAnyOfItsOwnEvents) {
@@ -210,14 +203,15 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
     EXPECT_EQ(QApplication::focusWidget(), &screen.widget(screen.form->txtTitle));
     return notice->get("Resualt").toInt32();
   };
-  EXPECT_EQ(answer([](QWidget& dialog) { QTest::keyClick(dialog.focusWidget(), Qt::Key_Return); }), 0)
-      << "Enter gives the answer that changes nothing";
-  EXPECT_EQ(answer([](QWidget& dialog) {
-              QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
-              QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
-            }),
-            1);
-  EXPECT_EQ(answer([](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }), 0);
+  // Enter gives the answer that changes nothing.
+  using Keys = std::vector<Qt::Key>;
+  for (const auto& [keys, given] :
+       {std::pair(Keys{Qt::Key_Return}, 0), {{Qt::Key_Tab, Qt::Key_Return}, 1}, {{Qt::Key_Escape}, 0}}) {
+    const auto press = [&](QWidget& dialog) {
+      for (const Qt::Key key : keys) QTest::keyClick(dialog.focusWidget(), key);
+    };
+    EXPECT_EQ(answer(press), given);
+  }
   const auto close = [](QWidget& dialog) { dialog.grab(), dialog.close(); };
   EXPECT_EQ(answer(close), -1);
   EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);

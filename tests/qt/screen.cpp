@@ -24,7 +24,8 @@ using qt::fromQt;
 
 namespace {
 
-void clickAt(QWidget& widget, const QString& text) {
+/// Clicks the line of a text, or so far beside its right end.
+void clickAt(QWidget& widget, const QString& text, int beside = 0) {
   auto* view = qobject_cast<QAbstractItemView*>(&widget);
   if (view == nullptr) view = widget.findChild<QAbstractItemView*>();
   const QAbstractItemModel& model = *view->model();
@@ -34,13 +35,19 @@ void clickAt(QWidget& widget, const QString& text) {
         model.match(model.index(0, column), Qt::DisplayRole, text, 1, Qt::MatchExactly | Qt::MatchRecursive);
   ASSERT_FALSE(lines.empty()) << fromQt(text);
   view->scrollTo(lines[0]);
-  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(lines[0]).center());
+  const QRect line = view->visualRect(lines[0]);
+  const int across = beside == 0 ? line.center().x() : line.right() + beside;
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, {across, line.center().y()});
 }
 
 /// What stands in angles and is no key.
 const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std::string&)>> kActs{
     {"click", [](auto& widget, auto&, auto&) { QTest::mouseClick(&widget, Qt::LeftButton); }},
     {"at", [](auto& widget, auto&, auto& text) { clickAt(widget, qt::toQt(text)); }},
+    {"mark",
+     [](auto& widget, auto&, auto& text) {
+       clickAt(widget, qt::toQt(text), dynamic_cast<QTreeView&>(widget).indentation() / 2);
+     }},
     {"wait",
      [](auto&, auto& it, auto&) { EXPECT_TRUE(QTest::qWaitFor([&] { return it.withinReach(); }, 30000)); }},
     {"focus", [](auto&, auto& control, auto&) { control.focus(); }},
@@ -99,10 +106,9 @@ void Desk::go(ui::Form& form, const std::string& section, const std::function<st
   ::ledgertree::testing::walk(
       "qt/steps.txt", section,
       [&](const std::string& step) {
-        const auto [name, doing] = ::ledgertree::testing::cut(step);
-        at = form.find(name);
+        at = form.find(::ledgertree::testing::cut(step).first);
         before = form.focused();
-        doAt(widget(*at), *at, qt::toQt(doing));
+        act(form, step);
         const auto* field = dynamic_cast<const ui::LookupField*>(at);
         EXPECT_TRUE(field == nullptr || QTest::qWaitFor([&] { return !field->searching(); }, 30000));
         settle();
@@ -118,6 +124,12 @@ void Desk::go(ui::Form& form, const std::string& section, const std::function<st
         return ::ledgertree::testing::trimmed(seen(*at) + " -> " + focused->name());
       },
       told);
+}
+
+void Desk::act(ui::Form& form, const std::string& step) const {
+  const auto [name, doing] = ::ledgertree::testing::cut(step);
+  ui::Control& control = *form.find(name);
+  doAt(widget(control), control, qt::toQt(doing));
 }
 
 void Screen::go(const std::string& section) {
@@ -159,14 +171,12 @@ Screen::Form::Form(ui::Surroundings surroundings)
   txtMother.setLeftToRight(true);
   txtMother.setLocked(true);
   txtNotes.setMultiline(true);
-  lblMessage.setStrong(true);
   cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
-  cmdSave.setHint("ثبت حساب");
   addShortcut(ui::KeyChord::ctrlAnd('F'), [this] { sltParent.focus(); });
   setCancelButton(cmdExit);
   for (int id = 1; id <= 60; ++id)
     sltParent.all.push_back({id, "حساب " + std::to_string(id), std::to_string(1000 + id)});
-  addMenu(mnuFile.add(mnuNew).add(mnuLine).add(mnuMark).add(mnuHidden));
+  addMenu(mnuFile.add(mnuNew).add(mnuMark).add(mnuHidden));
   for (const char* period : {"1402", "1403", "1404"}) lstPeriod.addItem(period);
   for (const char* branch : {"مركزي", "شيراز", "تبريز"}) lstBranches.addItem(branch);
   for (ui::PushButton* button : {&cmdNew, &cmdSave, &cmdExit}) button->onClick = saying(*button);

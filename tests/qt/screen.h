@@ -84,10 +84,13 @@ class Desk {
 
   /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
   /// that shows then, and where the focus went | what is told. In angles stands a key that is no letter, and
-  /// what else a person or the program does: "<at x>" clicks the line x of a list.
+  /// what else a person or the program does: "<at x>" clicks the line x of a list, "<mark x>" the mark beside
+  /// a node.
   void go(
       ui::Form& form, const std::string& section,
       const std::function<std::string()>& told = [] { return std::string(); }) const;
+  /// One step alone.
+  void act(ui::Form& form, const std::string& step) const;
   /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
   /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
   /// selected.
@@ -112,23 +115,18 @@ class Screen : public Desk {
     ui::RadioButton optAll{*this, "optAll", {3600, 60, 2700, 300}, "نمايش کامل درخت", &views};
     ui::RadioButton optPeriodic{*this, "optPeriodic", {600, 60, 2700, 300}, "نمايش دوره هاي مالي", &views};
     ui::Frame record{*this, "record", {90, 1050, 6800, 3400}, "مشخصات حساب"};
-    ui::Label lblTitle{*this, "lblTitle", {5400, 330, 1250, 300}, "عنوان:", &record};
     ui::TextField txtTitle{*this, "txtTitle", {1500, 300, 3850, 330}, &record};
     ui::Label lblCode{*this, "lblCode", {5400, 730, 1250, 300}, "کد:", &record};
     ui::TextField txtCode{*this, "txtCode", {3400, 700, 1950, 330}, &record};
     ui::TextField txtMother{*this, "txtMother", {1500, 700, 1850, 330}, &record};
-    ui::Label lblParent{*this, "lblParent", {5400, 1130, 1250, 300}, "حساب مادر:", &record};
     MemoryLookup sltParent{*this, "sltParent", {1500, 1100, 3850, 330}, &record};
-    ui::Label lblNotes{*this, "lblNotes", {5400, 1530, 1250, 300}, "توضيحات:", &record};
     ui::TextField txtNotes{*this, "txtNotes", {1500, 1500, 3850, 800}, &record};
     ui::CheckBox chkDeep{*this, "chkDeep", {3500, 2400, 1850, 300}, "با زيرشاخهها", &record};
     ui::DropDownList lstPeriod{*this, "lstPeriod", {1500, 2400, 1900, 330}, &record};
     ui::ListBox lstBranches{*this, "lstBranches", {60, 300, 1380, 1500}, &record};
     ui::Grid grid{*this, "grid", {60, 2780, 6650, 560}, &record};
-    ui::Label lblMessage{*this, "lblMessage", {60, 2400, 1380, 300}, "اصلاح حساب", &record};
     ui::MenuEntry mnuFile{*this, "mnuFile", "عمليات"};
     ui::MenuEntry mnuNew{*this, "mnuNew", "جديد..."};
-    ui::MenuEntry mnuLine{*this, "mnuLine", ""};
     ui::MenuEntry mnuMark{*this, "mnuMark", "مشاهده كد كامل حساب...", true, true};
     ui::MenuEntry mnuHidden{*this, "mnuHidden", "چاپ", false};
     std::vector<std::string> said;  ///< the events in their order
@@ -154,6 +152,7 @@ class Screen : public Desk {
     settle();
   }
   [[nodiscard]] qt::FormWindow& window() const { return *desktop.windowOf(*form); }
+  using Desk::go;
   void go(const std::string& section);
 
   std::unique_ptr<Form> form;

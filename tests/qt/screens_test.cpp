@@ -9,8 +9,8 @@
 #include <QTreeView>
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <map>
-#include <sstream>
 #include <stdexcept>
 
 #include "entities/rel_objects.h"
@@ -161,17 +161,9 @@ std::string described(ui::Form& form, std::vector<std::string>& layouts) {
   return text;
 }
 
-/// A description is the table of that name, line by line.
 void expectTable(const std::string& name, const std::string& description) {
   std::ifstream table(LEDGERTREE_SOURCES "/tests/qt/screens/" + name + ".txt");
-  std::istringstream screen(description);
-  std::string wanted;
-  std::string found;
-  do {
-    if (!std::getline(table, wanted)) wanted = "(the end)";
-    if (!std::getline(screen, found)) found = "(the end)";
-  } while (found == wanted && found != "(the end)");
-  EXPECT_EQ(found, wanted) << name;
+  EXPECT_EQ(description, std::string(std::istreambuf_iterator<char>(table), {})) << name;
 }
 
 /// The screens as they open on the demo chart, whose nine groups are of each nature, open and closed.

@@ -153,6 +153,19 @@ TEST_F(LookupBeside, AScreenClosesInTheMiddleOfASearch) {
   EXPECT_TRUE(comes([&] { return server.database.open == 0; })) << "the thread takes its connection along";
 }
 
+TEST_F(LookupBeside, ALongListComesPageByPage) {
+  auto& view = server.database.views["vwGroups"] = {};
+  for (int id = 1; id <= 250; ++id) view.push_back({id, std::to_string(1000 + id), "x"});
+  Selector& field = screen->sltGroup;
+  field.openList();
+  for (const int rows : {100, 200, 250, 250}) {
+    ASSERT_TRUE(comes([&] { return !field.searching() && !field.rows().empty(); }));
+    EXPECT_EQ(field.rows().size(), static_cast<std::size_t>(rows));
+    EXPECT_EQ(field.rows().back().id, rows);
+    field.reachedEnd();
+  }
+}
+
 TEST_F(LookupBeside, ABrokenLineIsToldOnce) {
   server.unreachable = true;
   int told = 0;

@@ -5,12 +5,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <thread>
 
 namespace ledgertree::testing {
 
@@ -52,7 +54,16 @@ class Child {
     for (auto letter = hear(); letter && *letter != '\n'; letter = hear()) line += *letter;
     return line;
   }
-  void kill() const { ::kill(process_, SIGKILL); }
+  /// Kills it once it has told so much, and a moment later; gives how much it had told by then.
+  std::size_t killBehind(std::size_t letters, std::chrono::microseconds moment = {}) {
+    std::size_t told = 0;
+    while (told < letters && hear()) ++told;
+    std::this_thread::sleep_for(moment);
+    ::kill(process_, SIGKILL);
+    told += hearAll().size();
+    EXPECT_NE(end(), 1) << "it failed on its own";
+    return told;
+  }
   /// The exit code; -1 for one that was killed.
   int end() {
     int status = 0;

@@ -32,6 +32,7 @@ class FaultyConnection : public data::Connection {
     return result;
   }
 
+  void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
   void whileWaiting(std::function<bool()> givesUp) override { engine_->whileWaiting(std::move(givesUp)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
 

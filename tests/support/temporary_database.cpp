@@ -1,5 +1,6 @@
 #include "support/temporary_database.h"
 
+#include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -95,6 +96,11 @@ data::Rows readRows(SQLite::Database& database, const std::string& query) {
         rows.addText(statement.getColumn(column).getString());
   }
   return rows;
+}
+
+void expectSound(SQLite::Database& database) {
+  EXPECT_EQ(allRows(database, "pragma integrity_check"), "ok");
+  EXPECT_EQ(allRows(database, "pragma foreign_key_check"), "");
 }
 
 std::string allRows(SQLite::Database& database, const std::string& query) {

@@ -25,6 +25,8 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
+/// The file is whole, and no row refers to one that isn't there.
+void expectSound(SQLite::Database& database);
 /// All rows of a query, with the names of their columns.
 [[nodiscard]] data::Rows readRows(SQLite::Database& database, const std::string& query);
 /// The same as text: columns joined by "|", rows by "\n", NULL as "null".

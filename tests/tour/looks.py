@@ -6,7 +6,7 @@ looks.py <demo host> <folder>   as day.py
 import os
 import sys
 
-from desk import Desk, chart_in, place, until
+from desk import EXPANDED, Desk, chart_in, has, place, until, walk
 
 COLOURS = {"light": ("250,250,250", "20,20,20"), "dark": ("30,30,34", "235,235,235")}
 #: The screen of the X server, the size of the letters and the colours that the desktop gives, the factor of the pixels.
@@ -24,6 +24,25 @@ def theme(folder, letters, colours):
         file.write(f"[General]\nfont=Noto Sans,{letters},-1,5,50,0,0,0,0,0\n{parts}[KDE]\nCursorBlinkRate=0\n")
 
 
+def draw_one_row_picked(desk, look):
+    """A row that was come to by a key looks as it does when the whole tree was drawn anew."""
+    tree, pictures = desk.focused(), []
+
+    def keep(way):
+        desk.picture(f"{look}-{way}")
+        pictures.append(open(f"{desk.pictures}/{look}-{way}.png", "rb").read())
+
+    desk.key("Down")
+    desk.shows("کد", "01")
+    keep("come-to")
+    for key, is_open in (("Left", True), ("Right", False)):
+        desk.key(key)
+        until("the branch", lambda: is_open == any(
+            has(c, EXPANDED) for c in walk(tree) if c.get_name().startswith("101 ...")))
+    keep("drawn-anew")
+    assert pictures[0] == pictures[1], f"{look}: the tree shows where a person was before"
+
+
 def look(host, folder, name):
     screen, letters, colours, factor = LOOKS[name]
     theme(folder, letters, colours)
@@ -33,6 +52,7 @@ def look(host, folder, name):
         desk.go("درخت حسابها")
         desk.key("Down", "Left", "Return")
         desk.shows("کد", "1")
+        draw_one_row_picked(desk, name)
         desk.key("ctrl+e")
         desk.go("بازسازي درخت حساب")
         desk.go("توضيحات")

@@ -44,10 +44,11 @@ TEST_F(ToolkitStory, ALevelOfTheTreeIsToldAsOne) {
     const ui::Tree::Batch batch(tree);
     for (int i = 0; i < 100; ++i) tree.add(tree.add(root, "n" + std::to_string(i), "گره"), "", "!");
     tree.add(old, "late", "دير");
-    tree.add(root, "last", "آخر");
+    tree.setChecked(tree.addNew(root, "last", "آخر"), true);
   }
   EXPECT_EQ(told, "ChildrenAdded(root,1,100) ChildrenAdded(old,0,1) ChildrenAdded(root,101,1) ");
   EXPECT_EQ(tree.count(), 204U);
+  EXPECT_THROW(tree.add(root, "last", "دوباره"), std::invalid_argument);
   const ui::NodeId fifth = tree.find("n5");
   tree.remove(fifth);
   EXPECT_EQ(tree.place(tree.find("n6")), 6U);

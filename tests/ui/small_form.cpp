@@ -125,6 +125,9 @@ void ToolkitStory::offerTheRest() {
   };
   acts_["form caption"] = [&](auto& text) { f.setCaption(text); };
   acts_["form width"] = [&](auto& width) { f.resize({std::stoi(width), 4000}); };
+  acts_["form press"] = [&](auto& key) {
+    if (!f.press(chordOf(key))) told += "unused ";
+  };
   acts_["entry click"] = [&](auto&) { f.entry.click(); };
   acts_["menu show"] = [&](auto& how) { f.menu.setVisible(how == "on"); };
   acts_["menu enable"] = [&](auto& how) { f.menu.setEnabled(how == "on"); };

@@ -59,13 +59,14 @@ class Started {
   int result_ = SQLITE_DONE;
 };
 
-/// Gives all rows, and what the last step gave.
-std::pair<data::Rows, int> readAll(Started& started) {
+/// Gives all rows of a run, which is at its end then.
+data::Rows readAll(Started& started) {
   Plan::Run& run = started.run();
   int result = started.result();
   data::Rows rows = run.emptyRows();
   for (; result == SQLITE_ROW; result = run.step()) run.addCells(rows);
-  return {std::move(rows), result};
+  started.end(result);
+  return rows;
 }
 
 }  // namespace
@@ -100,8 +101,7 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
   return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
     Started started(open, statement);
-    auto [rows, result] = readAll(started);
-    started.end(result);
+    data::Rows rows = readAll(started);
     if (rows.columns().empty()) return std::nullopt;
     return rows;
   });
@@ -123,6 +123,14 @@ void EmbeddedConnection::walk(std::string_view statement,
       watched.extend(Clock::now() - shown);
     }
     started.end(result);
+  });
+}
+
+void EmbeddedConnection::readTogether(const std::function<void()>& work) {
+  command(nullptr, [&work](Session& open, Watch::Command&) {
+    // While one is on a row, which there always is, what reads takes no lock of its own.
+    const Started onRow(open, "select name from sqlite_schema");
+    work();
   });
 }
 
@@ -158,8 +166,7 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
     Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
     Started started(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));
-    const auto [rows, result] = readAll(started);
-    started.end(result);
+    const data::Rows rows = readAll(started);
     std::vector<std::string> steps;
     for (std::size_t row = 0; row < rows.count(); ++row) {
       steps.emplace_back(rows.text(row, rows.columns().size() - 1));

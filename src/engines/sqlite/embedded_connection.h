@@ -37,6 +37,7 @@ class EmbeddedConnection final : public data::Connection {
 
   std::optional<data::Rows> run(std::string_view statement) override;
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
+  void readTogether(const std::function<void()>& work) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   data::SearchPage search(const data::SearchRequest& request) override;
   void whileWaiting(std::function<bool()> givesUp) override { givesUpWaiting_ = std::move(givesUp); }

@@ -126,6 +126,7 @@ data::Rows Plan::Run::emptyRows() {
 
 void Plan::Run::addCells(data::Rows& rows) const {
   const int count = static_cast<int>(plan_->types_.size());
+  rows.reserveRow();
   for (int column = 0; column < count; ++column) plan_->addCell(rows, column);
 }
 

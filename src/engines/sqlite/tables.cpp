@@ -11,10 +11,13 @@ namespace ledgertree::engines::sqlite {
 using tsql::ValueType;
 namespace {
 
-/// More tables than these come from no statement that means it.
-constexpr std::size_t kMostTables = 256;
+/// More names than these come from no statement that means it.
+constexpr std::size_t kMostNames = 256;
 
-constexpr const char* kColumns = "SELECT name, type, pk FROM pragma_table_xinfo(?1)";
+constexpr const char* kDatabase = "main";
+
+constexpr const char* kColumns = "SELECT name, type FROM pragma_table_xinfo(?1)";
+constexpr const char* kPrimaryKey = "SELECT name FROM pragma_table_xinfo(?1) WHERE pk";
 constexpr const char* kIndexes =
     "SELECT l.seq, l.\"unique\", i.name FROM pragma_index_list(?1) l, "
     "pragma_index_info(l.name) i WHERE NOT l.partial ORDER BY l.seq, i.seqno";
@@ -53,15 +56,23 @@ bool isAmong(std::string_view name, const std::vector<std::string_view>& columns
 }  // namespace
 
 std::optional<ValueType> Tables::typeOf(std::string_view name, std::string_view column) {
-  const Table& known = table(name);
-  const auto found = std::find_if(known.columns.begin(), known.columns.end(), [column](const Column& one) {
+  const std::string table(name);
+  const char* declared = nullptr;
+  const int result =
+      sqlite3_table_column_metadata(database_, kDatabase, table.c_str(), std::string(column).c_str(),
+                                    &declared, nullptr, nullptr, nullptr, nullptr);
+  if (result == SQLITE_OK) return typeOfDeclared(declared == nullptr ? "" : declared);
+  if (result != SQLITE_ERROR) throw lastError(database_, table);
+  if (isTable(table)) return std::nullopt;
+  const auto& columns = kept(views_, name, &Tables::readColumns);
+  const auto found = std::find_if(columns.begin(), columns.end(), [column](const Column& one) {
     return text::equalsIgnoringCase(one.name, column);
   });
-  return found == known.columns.end() ? std::nullopt : std::optional(found->type);
+  return found == columns.end() ? std::nullopt : std::optional(found->type);
 }
 
 bool Tables::isKey(std::string_view name, const std::vector<std::string_view>& columns) {
-  const auto& indexes = table(name).indexes;
+  const auto& indexes = kept(indexes_, name, &Tables::readIndexes);
   return std::any_of(indexes.begin(), indexes.end(), [&columns](const Index& index) {
     return index.isUnique && std::all_of(index.columns.begin(), index.columns.end(),
                                          [&](const std::string& one) { return isAmong(one, columns); });
@@ -70,7 +81,7 @@ bool Tables::isKey(std::string_view name, const std::vector<std::string_view>& c
 
 bool Tables::isLookUp(std::string_view name, std::string_view column,
                       const std::vector<std::string_view>& fixed) {
-  const auto& indexes = table(name).indexes;
+  const auto& indexes = kept(indexes_, name, &Tables::readIndexes);
   return std::any_of(indexes.begin(), indexes.end(), [&](const Index& index) {
     const auto other = std::find_if(index.columns.begin(), index.columns.end(),
                                     [&](const std::string& one) { return !isAmong(one, fixed); });
@@ -85,34 +96,48 @@ bool Tables::renew() {
   sqlite3_reset(probe_.get());
   // A step finds the schema changed, and has the statement prepared again.
   const int preparations = sqlite3_stmt_status(probe_.get(), SQLITE_STMTSTATUS_REPREPARE, 1);
-  if (preparations != 0) tables_.clear();
-  return preparations != 0;
+  if (preparations == 0) return false;
+  views_.clear();
+  indexes_.clear();
+  return true;
 }
 
-const Tables::Table& Tables::table(std::string_view name) {
+bool Tables::isTable(const std::string& name) {
+  return sqlite3_table_column_metadata(database_, kDatabase, name.c_str(), nullptr, nullptr, nullptr, nullptr,
+                                       nullptr, nullptr) == SQLITE_OK;
+}
+
+template <typename Thing>
+const std::vector<Thing>& Tables::kept(ByName<Thing>& things, std::string_view name,
+                                       std::vector<Thing> (Tables::*read)(const std::string& name)) {
   std::string key = inSmallLetters(name);
-  const auto known = tables_.find(key);
-  if (known != tables_.end()) return known->second;
-  if (tables_.size() == kMostTables) tables_.clear();
-  Table found = read(key);
-  return tables_.emplace(std::move(key), std::move(found)).first->second;
+  const auto known = things.find(key);
+  if (known != things.end()) return known->second;
+  if (things.size() == kMostNames) things.clear();
+  auto found = (this->*read)(key);
+  return things.emplace(std::move(key), std::move(found)).first->second;
 }
 
-Tables::Table Tables::read(const std::string& name) {
-  Table found;
+std::vector<Tables::Column> Tables::readColumns(const std::string& view) {
+  std::vector<Column> found;
+  for (const Query columns = prepare(kColumns, view); step(columns);)
+    found.push_back({cell(columns.get(), 0), typeOfDeclared(cell(columns.get(), 1))});
+  return found;
+}
+
+std::vector<Tables::Index> Tables::readIndexes(const std::string& table) {
+  std::vector<Index> found;
   std::vector<std::string> key;
-  for (const Query columns = prepare(kColumns, name); step(columns);) {
-    found.columns.push_back({cell(columns.get(), 0), typeOfDeclared(cell(columns.get(), 1))});
-    if (sqlite3_column_int(columns.get(), 2) != 0) key.push_back(found.columns.back().name);
-  }
+  for (const Query columns = prepare(kPrimaryKey, table); step(columns);)
+    key.push_back(cell(columns.get(), 0));
   // A key of one column may have no index beside the table itself; a longer one always has.
-  if (key.size() == 1) found.indexes.push_back({std::move(key), true});
+  if (key.size() == 1) found.push_back({std::move(key), true});
   int last = -1;
-  for (const Query indexes = prepare(kIndexes, name); step(indexes);) {
+  for (const Query indexes = prepare(kIndexes, table); step(indexes);) {
     const int index = sqlite3_column_int(indexes.get(), 0);
-    if (index != last) found.indexes.push_back({{}, sqlite3_column_int(indexes.get(), 1) != 0});
+    if (index != last) found.push_back({{}, sqlite3_column_int(indexes.get(), 1) != 0});
     last = index;
-    found.indexes.back().columns.push_back(cell(indexes.get(), 2));
+    found.back().columns.push_back(cell(indexes.get(), 2));
   }
   return found;
 }

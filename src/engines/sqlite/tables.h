@@ -13,9 +13,10 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// What SQLite's own schema says of the tables and views of a database. Each is read at the first question
-/// about it and kept until renew() finds another schema. Every question throws data::DataError where the file
-/// can't be read.
+/// What SQLite's own schema says of the tables and views of a database. A table's columns are asked of the
+/// schema that the connection holds and prepares statements by. The columns of a view and the indexes of a
+/// table take a statement: they are read at the first question about them, and kept until renew() finds
+/// another schema. Every question throws data::DataError where the file can't be read.
 class Tables final : public tsql::Columns {
  public:
   explicit Tables(sqlite3* database) : database_(database) {}
@@ -43,22 +44,25 @@ class Tables final : public tsql::Columns {
     std::vector<std::string> columns;  ///< none for an expression and what is behind it
     bool isUnique = false;             ///< over all rows; null is no value
   };
-  struct Table {
-    std::vector<Column> columns;
-    std::vector<Index> indexes;
-  };
+  template <typename Thing>
+  using ByName = std::map<std::string, std::vector<Thing>>;  ///< by names in small letters
   struct Finalize {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
   using Query = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-  const Table& table(std::string_view name);
-  Table read(const std::string& name);
+  bool isTable(const std::string& name);
+  template <typename Thing>
+  const std::vector<Thing>& kept(ByName<Thing>& things, std::string_view name,
+                                 std::vector<Thing> (Tables::*read)(const std::string& name));
+  std::vector<Column> readColumns(const std::string& view);
+  std::vector<Index> readIndexes(const std::string& table);
   Query prepare(const char* sql, std::string_view name);
   bool step(const Query& query);
 
   sqlite3* database_;
-  std::map<std::string, Table> tables_;  ///< by names in small letters
+  ByName<Column> views_;
+  ByName<Index> indexes_;
   Query probe_;
 };
 

@@ -37,6 +37,7 @@ struct Driver {
   std::u16string server;              ///< the file that stands for a server; empty for none
   std::vector<int> answers;           ///< of the server to what it is asked first
   std::string last;                   ///< the command that came last
+  std::optional<SQLSMALLINT> type;    ///< of every column
 } driver;
 
 template <typename Call>
@@ -133,6 +134,14 @@ TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
                                                     "INTEGER(10) null"}));
 }
 
+TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
+  driver.type = SQL_DECIMAL;
+  for (const auto& [sent, amount] : {std::pair{".5", "0.5"}, {"-.5", "-0.5"}, {"-12.3456", "-12.3456"}}) {
+    const auto rows = connection_.run("select '" + std::string(sent) + "' as Amount");
+    EXPECT_EQ(rows->value(0, 0), data::Value(*data::Money::parse(amount)));
+  }
+}
+
 TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
   const data::ConnectionText text("Data Source=srv;Initial Catalog=books;ODBC Driver=FreeTDS");
@@ -158,8 +167,13 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
   connection_.run("insert into v values (4, null), (2, null), (9, null), (3, 'a'), (1, 'b'), (5, 'b')");
   for (const std::size_t limit : {1U, 2U, 4U}) {
     std::string seen;
-    data::SearchRequest request{
-        .view = "v", .columns = {"Name"}, .text = {}, .continuation = {}, .limit = limit, .cancelled = {}};
+    data::SearchRequest request{.view = "v",
+                                .columns = {"Name"},
+                                .order = data::SearchOrder::Name,
+                                .text = {},
+                                .continuation = {},
+                                .limit = limit,
+                                .cancelled = {}};
     do {
       const data::SearchPage page = connection_.search(request);
       for (std::size_t row = 0; row < page.rows.count(); ++row)
@@ -217,6 +231,15 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   if (SQL_SUCCEEDED(result)) SQLNumResultCols(statement, &columns);
   if (columns != 0) driver.open.insert(statement);
   return driver.tellsNoRows && SQL_SUCCEEDED(result) && columns == 0 ? SQL_NO_DATA : result;
+}
+
+SQLRETURN SQLDescribeColW(SQLHSTMT statement, SQLUSMALLINT place, SQLWCHAR* name, SQLSMALLINT room,
+                          SQLSMALLINT* length, SQLSMALLINT* type, SQLULEN* size, SQLSMALLINT* decimals,
+                          SQLSMALLINT* nullable) {
+  const SQLRETURN result = real<decltype(SQLDescribeColW)>("SQLDescribeColW")(
+      statement, place, name, room, length, type, size, decimals, nullable);
+  *type = driver.type.value_or(*type);
+  return result;
 }
 
 SQLRETURN SQLMoreResults(SQLHSTMT statement) {

@@ -230,6 +230,15 @@ TEST_F(Commands, AProcedureThatFailsInItsMiddleLeavesNoHalfAndNoTransaction) {
   EXPECT_EQ(database.text("select AccountGroupID from tblAccountRelatedObjects where AccountID = 79"), "5");
 }
 
+TEST_F(Commands, WhatIsReadTogetherFitsTogetherAndKeepsNobodyFromWriting) {
+  const std::string count = "Select count(*) as cnt from tblAccount Where Title='later'";
+  connection.readTogether([&] {
+    database.execute("update tblAccount set Title = 'later' where ID = 7");
+    EXPECT_EQ(number(connection, count), 0);
+  });
+  EXPECT_EQ(number(connection, count), 1);
+}
+
 TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   EXPECT_EQ(number(connection, kCount), 355);
   database.execute("begin immediate");

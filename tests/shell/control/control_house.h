@@ -9,9 +9,7 @@
 #include "engines/sqlite/embedded_engine.h"
 #include "ledgertree/ledger_tree_control.h"
 #include "shell/control/ledger_tree_control_session.h"
-#include "support/faulty_connection.h"
-#include "support/scripted_desktop.h"
-#include "support/scripted_notices.h"
+#include "support/screen_walk.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::testing {
@@ -26,6 +24,21 @@ class ControlHouse : public ::testing::Test {
     faults.putInto(shell.providers);
     control.OLEConnectionString(database.connectionText());
     control.UserID(1);
+    const auto number = [](const std::string& text) { return static_cast<std::int16_t>(std::stoi(text)); };
+    person.acts["ClearShow"] = [this](auto&) { control.ClearShow(); };
+    person.acts["View"] = [=, this](auto& account) { control.View(number(account)); };
+    person.acts["UserID"] = [=, this](auto& user) { control.UserID(number(user)); };
+    person.acts["PositionID"] = [=, this](auto& position) { control.PositionID(number(position)); };
+    person.acts["EmployeeID"] = [=, this](auto& employee) { control.EmployeeID(number(employee)); };
+    person.acts["AccPeriodSpecID"] = [=, this](auto& period) { control.AccPeriodSpecID(number(period)); };
+    person.acts["sql"] = [this](auto& statement) { database.execute(statement); };
+    person.acts["thrown"] = [this](auto& step) -> std::string {
+      try {
+        return person.act(step);
+      } catch (const std::exception&) {
+        return "thrown";
+      }
+    };
   }
 
   [[nodiscard]] mainform::FormMain& form() { return *session.form(); }
@@ -37,6 +50,8 @@ class ControlHouse : public ::testing::Test {
   ScriptedDesktop& desktop = static_cast<ScriptedDesktop&>(shell.desktop());
   ScriptedNotices notices{shell.components};
   LedgerTreeControl control{session};
+  /// What the host says and calls are steps, too; "thrown" in front where a call fails.
+  ScreenWalk person{desktop, notices, faults};
 };
 
 }  // namespace ledgertree::testing

@@ -12,7 +12,6 @@
 #include "data/data_error.h"
 #include "ledgertree/hidden_commands.h"
 #include "shell/control/control_house.h"
-#include "support/screen_walk.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -32,13 +31,6 @@ class ControlStory : public ControlHouse {
 
 TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
   EXPECT_EQ(database.number("select PeriodID from tblUser where ID = 1"), 3);
-  ScreenWalk host(desktop, notices, faults);
-  const auto number = [](auto& text) { return static_cast<std::int16_t>(std::stoi(text)); };
-  host.acts["ClearShow"] = [&](auto&) { control.ClearShow(); };
-  host.acts["View"] = [&](auto& account) { control.View(number(account)); };
-  host.acts["UserID"] = [&](auto& user) { control.UserID(number(user)); };
-  host.acts["AccPeriodSpecID"] = [&](auto& period) { control.AccPeriodSpecID(number(period)); };
-  host.acts["sql"] = [&](auto& statement) { database.execute(statement); };
   const auto current = [&] {
     return std::to_string(context().gPeriodID) + " " + context().gPeriodBegin.toIso() + " " +
            context().gPeriodEnd.toIso();
@@ -50,36 +42,26 @@ TEST_F(ControlStory, TheCurrentPeriodComesFromTheHostOrFromTheUser) {
       text += (command == 0 ? "" : "; ") + commands[command];
     return text;
   };
-  host.go("shell/control/commands.txt", "the current period", current, asked);
+  person.go("shell/control/commands.txt", "the current period", current, asked);
   expectQuiet();
 }
 
 TEST_F(ControlStory, WhoWorksIsHandedOverByEachCallAndByNothingElse) {
-  const auto worker = [&] {
-    return std::to_string(context().gUserID) + " " + std::to_string(context().gPositionID) + " " +
-           std::to_string(context().gEmployeeID) + " " + shell.dtEn()->cnMainData.ConnectionString();
-  };
   const std::string text = database.connectionText();
-  const std::function<void()> calls[] = {[&] { control.ClearShow(); },
-                                         [&] { control.View(std::int16_t{1}); }};
-  std::int16_t number = 1;
-  for (const auto& call : calls) {
-    const std::string before = worker();
-    control.UserID(number);
-    control.PositionID(static_cast<std::int16_t>(number + 11));
-    control.EmployeeID(static_cast<std::int16_t>(-number - 6));
-    control.OLEConnectionString(text + std::string(static_cast<std::size_t>(number), ';'));
-    EXPECT_EQ(worker(), before);
-    call();
-    EXPECT_EQ(worker(), number == 1 ? "1 12 -7 " + text + ";" : "2 13 -8 " + text + ";;");
-    EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
-    ++number;
-  }
+  const auto worker = [&] {
+    const std::string connection = shell.dtEn()->cnMainData.ConnectionString();
+    EXPECT_TRUE(connection.starts_with(text));
+    return std::to_string(context().gUserID) + " " + std::to_string(context().gPositionID) + " " +
+           std::to_string(context().gEmployeeID) + " " + connection.substr(text.size());
+  };
+  person.acts["connect"] = [&](auto& more) { control.OLEConnectionString(text + more); };
+  person.go("shell/control/commands.txt", "who works", worker);
+  EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
   // Another control of the host says who works from its own call on.
   LedgerTreeControl other(session);
   other.OLEConnectionString(text);
   other.View(std::int16_t{1});
-  EXPECT_EQ(worker(), "0 0 0 " + text);
+  EXPECT_EQ(worker(), "0 0 0 ");
 }
 
 TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
@@ -118,83 +100,55 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
 
 TEST_F(ControlStory, WhatIsTypedIsNeitherDroppedNorPutElsewhereUnasked) {
   if (onServer()) GTEST_SKIP() << "it takes two databases";
-  const std::string here = database.connectionText();
   TemporaryDatabase other;
   other.fillWithDemoChart();
   other.execute("update tblAccount set Title = 'ديگر'");
-  database.execute("update tblAccount set CreateDate = '1403/01/01' where ID = 5");  // keeps nobody from it
-  control.View(std::int16_t{5});
-  form().cmdEdit.click();
-  form().txtTitle.paste("نام تازه");
-  const auto gateway = shell.dtEn();
-  control.UserID(2);
-  const auto stays = [&] {
-    EXPECT_EQ(notices.take().size(), 1U);
-    EXPECT_EQ(form().txtTitle.text(), "نام تازه");
-    EXPECT_EQ(shell.dtEn(), gateway);
-    EXPECT_EQ(context().gUserID, 1);
+  const auto there = [&] {
+    return other.rows("select ID, ParentID, Code, Title from tblAccount order by 1");
   };
-  control.View(std::int16_t{6});
-  stays();
-  control.OLEConnectionString(other.connectionText());
-  control.ClearShow();
-  stays();
-  control.OLEConnectionString("Provider=Nobody");
-  EXPECT_THROW(control.ClearShow(), std::runtime_error);
-  control.OLEConnectionString(other.connectionText());
-  notices.onShow = [&](const Notice&) {
-    notices.onShow = nullptr;
-    EXPECT_THROW(control.ClearShow(), std::runtime_error) << "it is in the middle of a question";
+  const std::string before = there();
+  const auto textOf = [&](const std::string& where) {
+    return where == "there"  ? other.connectionText()
+           : where == "here" ? ";" + database.connectionText() + ";"
+                             : where;
   };
-  form().cmdCancel.click();
-  stays();
-  EXPECT_EQ(context().gConnectionString, here)
-      << "the lists of a screen opened from here are those of its chart";
-
-  // The same database in other words drops nothing.
-  control.OLEConnectionString(";" + here + ";");
-  control.UserID(1);
-  control.ClearShow();
-  EXPECT_EQ(notices.taken(), "");
-  EXPECT_EQ(form().txtTitle.text(), "نام تازه");
-
-  // Another one behind the screen's back: nothing of the record goes there.
-  const std::int64_t before = other.number("select count(*) from tblAccount where Title = 'ديگر'");
-  shell.context.gConnectionString = other.connectionText();
-  shell.resetDataConnection();
-  form().cmdSave.click();
-  EXPECT_EQ(notices.take().size(), 1U);
-  form().formMode = mainform::FormMode::ModeView;
-  form().cmdDelete.setEnabled(true);
-  notices.answer(1);
-  form().cmdDelete.click();
-  EXPECT_TRUE(notices.taken().starts_with("خطا|حساب روي صفحه"));
-  notices.forget();
-  EXPECT_EQ(other.number("select count(*) from tblAccount where Title = 'ديگر'"), before);
-
-  form().formMode = mainform::FormMode::ModeEdit;
-  control.OLEConnectionString(other.connectionText());
-  notices.answer(1);
-  control.ClearShow();
-  EXPECT_EQ(notices.take().size(), 1U);
-  EXPECT_EQ(form().formMode, mainform::FormMode::ModeIdle);
-  const ui::Tree& tree = form().treeAccount;
-  EXPECT_TRUE(tree.text(tree.children(tree.roots().front()).front()).ends_with("ديگر"));
+  person.acts["connect"] = [&](auto& where) { control.OLEConnectionString(textOf(where)); };
+  // Of the screens that are opened from here.
+  person.acts["lists"] = [&](auto&) {
+    return context().gConnectionString == database.connectionText() ? "here" : "there";
+  };
+  person.acts["behind"] = [&](auto& where) {
+    shell.context.gConnectionString = textOf(where);
+    shell.resetDataConnection();
+  };
+  person.acts["meanwhile"] = [&](auto& step) {
+    notices.onShow = [this, step](const Notice&) {
+      EXPECT_EQ(person.act(step), step.empty() ? "" : "thrown ") << "it is in the middle of a question";
+    };
+  };
+  person.acts["mode"] = [&](auto& mode) {
+    form().formMode = static_cast<mainform::FormMode>(std::stoi(mode));
+  };
+  person.acts["enable"] = [&](auto& name) { form().find(name)->setEnabled(true); };
+  std::shared_ptr<data::DtEn> gateway;
+  person.go(
+      "shell/control/commands.txt", "what is typed",
+      [&] {
+        const bool same = shell.dtEn() == std::exchange(gateway, shell.dtEn());
+        const ui::Tree& tree = form().treeAccount;
+        return form().txtTitle.text() + ", user " + std::to_string(context().gUserID) + ", mode " +
+               std::to_string(static_cast<int>(form().formMode)) + (same ? "" : ", another gateway, ") +
+               (same ? "" : tree.text(tree.children(tree.roots().front()).front()));
+      },
+      [&] { return there() == before ? "" : "written there"; });
 }
 
 TEST_F(ControlStory, TheHostHearsWhenTheScreenWasLeftForGood) {
-  int left = 0;
-  session.onLeft = [&left] { ++left; };
-  control.ClearShow();
-  session.form()->closeByPerson();
-  EXPECT_EQ(left, 0) << "not in the middle of what the person does";
-  desktop.settle();
-  EXPECT_EQ(left, 1);
-  control.ClearShow();
-  session.form()->closeByPerson();
-  control.ClearShow();
-  desktop.settle();
-  EXPECT_EQ(left, 1) << "it is open again by then";
+  std::string left;
+  session.onLeft = [&left] { left = "left"; };
+  person.go(
+      "shell/control/commands.txt", "leaving the screen", [] { return std::string("open"); },
+      [&] { return std::exchange(left, {}); });
 }
 
 TEST(ControlSessionStory, AProcessHasOneDesktop) {
@@ -212,28 +166,16 @@ TEST(ControlSessionStory, AProcessHasOneDesktop) {
 }
 
 TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
-  control.ClearShow();
-  mainform::FormMain* form = session.form();
-  ASSERT_NE(form, nullptr);
-  const auto gateway = shell.dtEn();
-  const ui::NodeId root = form->treeAccount.roots().front();
-  form->treeAccount.expand(form->treeAccount.children(root).front());
-  const std::size_t nodes = form->treeAccount.count();
-  form->formMode = mainform::FormMode::ModeNew;
-
-  control.ClearShow();
-  EXPECT_EQ(session.form(), form);
-  EXPECT_NE(shell.dtEn(), gateway);
-  EXPECT_EQ(form->treeAccount.count(), nodes) << "the tree isn't read again";
-  EXPECT_EQ(form->formMode, mainform::FormMode::ModeNew);
+  std::shared_ptr<data::DtEn> gateway;
+  person.go(
+      "shell/control/commands.txt", "a second call",
+      [&] {
+        const bool same = shell.dtEn() == std::exchange(gateway, shell.dtEn());
+        return std::string(same ? "" : "another gateway, ") + std::to_string(form().treeAccount.count()) +
+               " nodes, mode " + std::to_string(static_cast<int>(form().formMode));
+      },
+      [&] { return shell.hasDtEn() ? "" : "no gateway"; });
   expectQuiet();
-
-  // After the person has left, the next call starts over.
-  form->closeByPerson();
-  EXPECT_EQ(session.form(), nullptr);
-  EXPECT_FALSE(shell.hasDtEn());
-  control.ClearShow();
-  EXPECT_NE(session.form(), nullptr);
 }
 
 TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {

@@ -8,22 +8,15 @@
 #include <vector>
 
 #include "shell/control/control_house.h"
-#include "support/screen_walk.h"
 #include "support/table_watch.h"
 #include "support/text_table.h"
+#include "support/told_component.h"
 
 namespace ledgertree::testing {
 namespace {
 
 constexpr int kRights[] = {301,   30101, 30102, 30103, 30104, 30105, 30106,
                            30107, 30108, 30109, 30110, 30111, 30112};
-/// What is asked for, and whatever it does.
-class Quiet : public shell::OutsideComponent {
- public:
-  void set(std::string_view, const data::Value&) override {}
-  data::Value get(std::string_view) override { return {}; }
-  void call(std::string_view, const std::vector<data::Value>&) override {}
-};
 
 class RightsStory : public ControlHouse {
  protected:
@@ -36,7 +29,7 @@ class RightsStory : public ControlHouse {
     for (const std::string name : {"SheetKit.SheetWriter", "PactKit.PactEditor"}) {
       shell.components.add(name, [this, name] {
         made += name;
-        return std::make_unique<Quiet>();
+        return std::make_unique<ToldComponent>([](const std::string&) { return data::Value(); });
       });
     }
     control.UserID(2);
@@ -83,7 +76,6 @@ class RightsStory : public ControlHouse {
   }
 
   std::string made;
-  ScreenWalk person{desktop, notices, faults};
 };
 
 TEST_F(RightsStory, EachRightGuardsItsOwnCommandsAndNoOther) {
