@@ -54,9 +54,9 @@ void give(void*, sqlite3* database, int, const char* name) {
 
 }  // namespace
 
-bool isSameName(std::string_view a, std::string_view b) {
+int compareNames(std::string_view a, std::string_view b) {
   return compare(persianCollator(), static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()),
-                 b.data()) == 0;
+                 b.data());
 }
 
 void addPersianOrder(sqlite3* database) {

@@ -17,8 +17,8 @@ inline constexpr std::string_view kPersianOrder = "persian_order";
 /// refuses that. Where ICU lacks what it takes those statements fail.
 void addPersianOrder(sqlite3* database);
 
-/// Whether that collation has two names in the same place. Throws std::runtime_error where ICU lacks what it
-/// takes.
-[[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
+/// Below 0 where that collation has `a` ahead of `b`, 0 where they are in the same place. Throws
+/// std::runtime_error where ICU lacks what it takes.
+[[nodiscard]] int compareNames(std::string_view a, std::string_view b);
 
 }  // namespace ledgertree::engines::sqlite
