@@ -148,6 +148,7 @@ void search(benchmark::State& state) {
   SearchRequest request;
   request.view = "vwAccountMajor";
   request.columns = {"Code", "Name"};
+  request.order = ledgertree::data::SearchOrder::Code;
   request.text = searchedText(state.range(1));
   SQLite::Database database = bare(chart);
   SQLite::Statement statement(database,

@@ -21,13 +21,23 @@ struct Procedure;
 inline constexpr std::chrono::seconds kConnectTimeOut{15};
 inline constexpr std::chrono::seconds kCommandTimeOut{30};
 
+/// In which order the rows of a search come. "Begins" is said of folded letters (see fold.h).
+enum class SearchOrder {
+  Key,   ///< of ID: the cheapest
+  Name,  ///< those whose first column begins with the text, then the rest; each by that column as a name
+  /// Those whose first column is the text, those whose first column begins with it, those where another
+  /// column does, the rest; each by the first column as a code.
+  Code,
+};
+
 /// What a selector or an account picker looks for in a view.
 struct SearchRequest {
   std::string view;                  ///< a plain name, optionally schema-qualified; anything else is refused
   std::vector<std::string> columns;  ///< the text columns that are shown and searched, in this order
-  std::string text;                  ///< what the person typed; blank offers every row
-  std::string continuation;          ///< SearchPage::continuation of the page before; empty for the first
-  std::size_t limit = 100;           ///< the rows of a page
+  SearchOrder order = SearchOrder::Key;  ///< Key where there are no columns
+  std::string text;                      ///< what the person typed; blank offers every row
+  std::string continuation;              ///< SearchPage::continuation of the page before; empty for the first
+  std::size_t limit = 100;               ///< the rows of a page
   /// The longest that one call works. A call that runs out of it gives the hits that it has, with a
   /// continuation, so that a search on the user-interface thread goes on between two events. 0: no bound.
   std::chrono::milliseconds slice{0};
@@ -37,9 +47,7 @@ struct SearchRequest {
 };
 
 struct SearchPage {
-  /// ID, then the columns asked for, in the order of the first of them; in the order of ID where the view is
-  /// long and has no index for the other.
-  Rows rows;
+  Rows rows;                 ///< ID, then the columns asked for
   std::string continuation;  ///< empty where the rows are at their end
 };
 

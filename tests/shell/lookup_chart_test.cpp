@@ -56,8 +56,11 @@ TEST_F(LookupChart, LettersThatAPersonTakesForTheSame) {
   EXPECT_EQ(found(sltClass, "صندوقها"), "01 صندوق‌ها");
   EXPECT_EQ(found(sltClass, "۰۸"), database.letters("08 تأمین‌کنندگان"));
   EXPECT_EQ(found(sltClass, "تامين"), database.letters("08 تأمین‌کنندگان"));
-  database.execute("insert into tblAccount (Code, Title) values ('1حيك', 'x'), ('حيك', 'y')");
-  EXPECT_EQ(found(sltAccount, "حیک "), "حيك y, 1حيك x") << "the whole code comes first";
+  database.execute(
+      "insert into tblAccount (Code, Title) values ('1حيك', 'x'), ('حيك', 'y'), ('حيك9', 'z'), "
+      "('1', 'حيکها'), ('0', 'نو حيکها')");
+  EXPECT_EQ(found(sltAccount, "حیک "), "حيك y, حيك9 z, 1 حيکها") << "the code, what begins, the title";
+  EXPECT_EQ(found(sltAccount, "حيكها"), "1 حيکها, 0 نو حيکها");
   EXPECT_EQ(found(sltClass, "'; delete from tblAccount --"), "");
   EXPECT_EQ(found(sltClass, std::string("\0\xff%_*", 5)), "");
   sltClass.edited(std::string(10000, 'x'));
@@ -88,6 +91,9 @@ TEST_F(LookupChart, ViewsOfTheHostAreTakenAsTheyAre) {
   ASSERT_EQ(sltClass.rows().size(), 2U) << "what has no ID can't be picked";
   EXPECT_EQ(sltClass.rows()[0], (ui::LookupRow{.id = 9, .text = "", .code = ""}));
   EXPECT_EQ(sltClass.highlighted(), 1);
+  sltClass.press(Key::Escape);
+  database.execute("insert into tblContract values (3, 'نو پيمان', 0), (4, 'پيمانکار', 0)");
+  EXPECT_EQ(found(sltClass, "پیمان"), " پيمان,  پيمانکار,  نو پيمان") << "what begins so";
   sltClass.setMajorView("vwNameless");
   EXPECT_EQ(notices.taken(), "");
   sltClass.openList();

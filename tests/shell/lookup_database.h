@@ -14,6 +14,7 @@
 #include "data/connection.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
+#include "text/characters.h"
 #include "text/fold.h"
 
 namespace ledgertree::testing {
@@ -42,19 +43,15 @@ class LookupConnection : public data::Connection {
   }
   ~LookupConnection() override { --database_.open; }
 
-  /// "Select … * From VIEW Where ID=N", or a condition on the code, of which its beginning counts.
+  /// "Select * From VIEW Where ID=N".
   std::optional<data::Rows> run(std::string_view statement) override {
     database_.statements.emplace_back(statement);
     const std::string_view rest = statement.substr(statement.find(" From ") + 6);
     const std::size_t where = rest.find(" Where ");
     const std::string condition(rest.substr(where + 7));
     data::Rows rows = columns();
-    const std::size_t quote = std::min(condition.find('\''), condition.size() - 1) + 1;
-    const std::string code = condition.substr(quote, condition.find('\'', quote) - quote);
-    for (const auto& row : view(rest.substr(0, where))) {
-      const bool coded = condition.starts_with("Code") && row.code.starts_with(code);
-      if (coded || condition == "ID=" + std::to_string(row.id)) add(rows, row);
-    }
+    for (const auto& row : view(rest.substr(0, where)))
+      if (condition == "ID=" + std::to_string(row.id)) add(rows, row);
     return rows;
   }
 
@@ -66,7 +63,7 @@ class LookupConnection : public data::Connection {
     const std::size_t end = std::min(all.size(), place + database_.rowsOfSlice);
     for (; place < end && page.rows.count() < request.limit; ++place) {
       const std::string text = text::fold(all[place].code + '\n' + all[place].name);
-      if (text.find(text::fold(request.text)) != std::string::npos) add(page.rows, all[place]);
+      if (text.find(text::fold(text::trimmed(request.text))) != std::string::npos) add(page.rows, all[place]);
     }
     if (place < all.size()) page.continuation = std::to_string(place);
     return page;

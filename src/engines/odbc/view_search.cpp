@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <charconv>
-#include <map>
 #include <optional>
+#include <set>
 
 #include "data/data_error.h"
 #include "data/quote_text.h"
@@ -12,7 +12,7 @@
 #include "engines/odbc/result_sets.h"
 #include "text/characters.h"
 #include "text/fold.h"
-#include "text/utf8.h"
+#include "text/fold_forms.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -20,24 +20,6 @@ namespace {
 /// More letters than these narrow a search no further.
 constexpr std::size_t kLettersOfPattern = 40;
 constexpr std::size_t kGreatestBatch = 20000;
-
-using Forms = std::map<std::string, std::string, std::less<>>;
-
-/// All letters that fold to a letter, by that letter.
-Forms formsOfLetters() {
-  Forms forms;
-  const auto add = [&forms](char16_t first, char16_t last) {
-    for (char32_t letter = first; letter <= last; ++letter) {
-      const std::string form = text::textOf(std::u32string_view(&letter, 1));
-      const std::string folded = text::fold(form);
-      if (!folded.empty()) forms[folded] += form;
-    }
-  };
-  add(u' ', u'\u07FF');
-  add(u'\u1E00', u'\u1EFF');
-  add(u'\uFF21', u'\uFF5A');
-  return forms;
-}
 
 [[noreturn]] void refuseContinuation() {
   throw data::DataError(data::DataError::Reason::Misuse, 0, "No page of a search has this continuation.");
@@ -52,29 +34,42 @@ std::string quotedName(std::string_view name) {
   return quoted += ']';
 }
 
+/// The passes of a search, one behind the other. What the statement of a pass takes is left out by those of
+/// the later ones, so that every hit comes once.
+enum class Pass : char {
+  Whole = '0',   ///< codes that are the text
+  Begins = '1',  ///< codes that begin with it
+  Names = '2',   ///< names that do
+  Holds = '3'    ///< the rest
+};
+
 /// Where a search stands: behind the last row that was looked at.
 struct Position {
   enum class Kind : char { Start = 's', Null = 'n', Integer = 'i', Narrow = 'v', Wide = 'w', Key = 'k' };
 
+  explicit Position(Pass of = Pass::Holds) : pass(of) {}
+
+  Pass pass;
   Kind kind = Kind::Start;  ///< of the first column; Key: only the ID counts
   std::optional<std::int64_t> id;
   std::size_t passed = 0;  ///< rows with this ID, one behind the other
   std::string value;       ///< of the first column
 
   [[nodiscard]] std::string toContinuation() const {
-    return std::string(1, static_cast<char>(kind)) + ' ' + std::to_string(passed) + ' ' +
+    return std::string{static_cast<char>(pass), static_cast<char>(kind), ' '} + std::to_string(passed) + ' ' +
            (id ? std::to_string(*id) : "-") + ' ' + value;
   }
 
   static Position parse(std::string_view continuation) {
     Position position;
     if (continuation.empty()) return position;
-    if (continuation.size() < 2 ||
-        std::string_view("nivwk").find(continuation.front()) == std::string_view::npos) {
-      refuseContinuation();
-    }
-    position.kind = static_cast<Kind>(continuation.front());
-    continuation.remove_prefix(2);
+    const auto isOneOf = [&continuation](std::size_t place, std::string_view letters) {
+      return letters.find(continuation[place]) != std::string_view::npos;
+    };
+    if (continuation.size() < 3 || !isOneOf(0, "0123") || !isOneOf(1, "snivwk")) refuseContinuation();
+    position.pass = static_cast<Pass>(continuation[0]);
+    position.kind = static_cast<Kind>(continuation[1]);
+    continuation.remove_prefix(3);
     readNumber(takeWord(continuation), position.passed);
     const std::string_view key = takeWord(continuation);
     if (key != "-") readNumber(key, position.id.emplace());
@@ -112,6 +107,47 @@ struct Position {
   }
 };
 
+Pass next(Pass pass) { return static_cast<Pass>(static_cast<char>(pass) + 1); }
+
+template <typename Words, typename Change>
+std::string joined(const Words& words, const std::string& between, Change change) {
+  std::string text;
+  for (const auto& word : words) text += (text.empty() ? "" : between) + change(word);
+  return text;
+}
+
+std::string replaced(std::string text, std::string_view from, std::string_view by) {
+  for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + by.size()))
+    text.replace(at, from.size(), by);
+  return text;
+}
+
+/// A folded code in every spelling in which it is the same code and a collation may tell it from itself.
+std::set<std::string> spellings(const std::string& folded) {
+  const std::string yeh = replaced(folded, "ی", "ي");
+  return {folded, yeh, replaced(folded, "ک", "ك"), replaced(yeh, "ک", "ك")};
+}
+
+std::string anyOf(const std::vector<std::string>& letters) {
+  return joined(letters, "", [](auto& letter) { return letter; });
+}
+
+/// The codes that begin so, as a range of their index where it can be. Digits have one that ends; letters
+/// come behind them in every collation.
+std::string beginning(const std::string& column, const std::string& code) {
+  const std::string literal = data::quoteText(code);
+  std::string condition = column + " >= " + literal;
+  std::string behind = code.find_first_not_of("0123456789") == std::string::npos ? code : "";
+  while (!behind.empty() && behind.back() == '9') behind.pop_back();
+  if (!behind.empty()) ++behind.back();
+  if (!behind.empty()) condition += " and " + column + " < " + data::quoteText(behind);
+  return condition + " and left(" + column + ", " + std::to_string(text::characterCount(code)) +
+         ") = " + literal;
+}
+
+/// A pattern for the texts that begin with what folding drops.
+std::string droppedFirst() { return "[" + anyOf(text::foldForms().at("")) + "]%"; }
+
 /// The rows of a view from a position on, batch by batch, until the page is full.
 class Search {
  public:
@@ -122,9 +158,21 @@ class Search {
       throw data::DataError(data::DataError::Reason::Statement, 0,
                             "This is no name of a view: " + request.view);
     view_ = *plain;
-    byKey_ = request.columns.empty() || text::equalsIgnoringCase(request.columns.front(), "ID");
+    byKey_ = request.columns.empty() || request.order == data::SearchOrder::Key;
     text::fold(text::trimmed(request.text), needle_);
     if (!byKey_) first_ = quotedName(request.columns.front());
+    inPasses_ = !byKey_ && !needle_.empty();
+    byCode_ = inPasses_ && request.order == data::SearchOrder::Code;
+    if (byCode_) {
+      const auto codes = spellings(needle_);
+      isCode_ =
+          first_ + " in (" + joined(codes, ", ", [](auto& code) { return data::quoteText(code); }) + ")";
+      beginsCode_ = joined(codes, " or ", [this](auto& code) { return "(" + beginning(first_, code) + ")"; });
+      nameColumn_ = std::min<std::size_t>(1, request.columns.size() - 1);
+    }
+    const Pass start = byCode_ ? Pass::Whole : inPasses_ ? Pass::Names : Pass::Holds;
+    if (request.continuation.empty()) position_.pass = start;
+    if (position_.pass < start) refuseContinuation();
   }
 
   data::SearchPage page() {
@@ -141,6 +189,11 @@ class Search {
       if (request_.cancelled && request_.cancelled()) throw cancelledError();
       atEnd = takeBatch(page.rows, size + position_.passed, limit);
       size = std::min(size * 4, kGreatestBatch);
+      if (atEnd && position_.pass != Pass::Holds) {
+        position_ = Position(next(position_.pass));
+        size = limit;
+        atEnd = false;
+      }
       if (request_.slice.count() > 0 && Watch::Clock::now() - begun >= request_.slice) break;
     }
     if (!atEnd) page.continuation = position_.toContinuation();
@@ -159,15 +212,25 @@ class Search {
     return text + from + " order by " + (byKey_ ? "" : first_ + ", ") + "[ID]";
   }
 
+  /// What the rows of the pass fulfil, and a few others; empty for all.
   [[nodiscard]] std::string narrowing() const {
     if (needle_.empty() || request_.columns.empty()) return {};
-    const std::string like = " collate Latin1_General_BIN2 like N" + data::quoteText(likePattern(needle_));
-    std::string either;
-    for (const std::string& column : request_.columns) {
-      either += either.empty() ? "(" : " or ";
-      either += "convert(nvarchar(max), " + quotedName(column) + ")" + like;
+    if (position_.pass == Pass::Whole) return isCode_;
+    if (position_.pass == Pass::Begins) return "(" + beginsCode_ + ") and not " + isCode_;
+    std::string other;
+    if (byCode_) other = "(" + first_ + " is null or not (" + isCode_ + " or " + beginsCode_ + ")) and ";
+    const std::string pattern = likePattern(needle_);
+    if (position_.pass == Pass::Names) {
+      const std::string& name = request_.columns[nameColumn_];
+      return other + "(" + like(name, pattern.substr(1)) + " or " + like(name, droppedFirst()) + ")";
     }
-    return either + ")";
+    return other + "(" +
+           joined(request_.columns, " or ", [&](auto& column) { return like(column, pattern); }) + ")";
+  }
+
+  static std::string like(const std::string& column, const std::string& pattern) {
+    return "convert(nvarchar(max), " + quotedName(column) + ") collate Latin1_General_BIN2 like N" +
+           data::quoteText(pattern);
   }
 
   /// Adds the hits of one batch. True where the view has no rows behind it.
@@ -195,7 +258,7 @@ class Search {
         }
         behind = 0;
         pass(row, set);
-        if (isHit(row)) copy(row, rows);
+        if (isOfPass(row)) copy(row, rows);
       }
       if (set.failed()) execution.noteFailure();
       atEnd = rows.count() < limit && seen < size;
@@ -228,13 +291,19 @@ class Search {
     position_.value = first.toText();
   }
 
-  bool isHit(const data::Rows& row) {
+  bool isOfPass(const data::Rows& row) {
     if (needle_.empty()) return true;
-    for (std::size_t column = 1; column < row.columns().size(); ++column) {
-      text::fold(row.value(0, column).toText(), folded_);
-      if (folded_.find(needle_) != std::string::npos) return true;
+    bool holds = false;
+    bool begins = false;
+    for (std::size_t column = 0; column < request_.columns.size(); ++column) {
+      text::fold(row.value(0, column + 1).toText(), folded_);
+      const std::size_t place = folded_.find(needle_);
+      holds = holds || place != std::string::npos;
+      begins = begins || (column == nameColumn_ && place == 0);
     }
-    return false;
+    // The server alone knows which rows its statements for codes have taken.
+    const bool ofNames = inPasses_ && position_.pass >= Pass::Names;
+    return holds && (!ofNames || begins == (position_.pass == Pass::Names));
   }
 
   static void copy(const data::Rows& row, data::Rows& rows) {
@@ -246,7 +315,12 @@ class Search {
   Position position_;
   std::string view_;
   bool byKey_ = false;
+  bool inPasses_ = false;  ///< what begins with the text comes first
+  bool byCode_ = false;    ///< and codes come ahead of names
   std::string first_;
+  std::string isCode_;
+  std::string beginsCode_;
+  std::size_t nameColumn_ = 0;
   std::string needle_;
   std::string folded_;
 };
@@ -254,16 +328,16 @@ class Search {
 }  // namespace
 
 std::string likePattern(std::string_view folded) {
-  static const Forms kForms = formsOfLetters();
+  const text::FoldForms& all = text::foldForms();
   std::string pattern = "%";
   for (std::size_t count = 0; !folded.empty() && count < kLettersOfPattern; ++count) {
     const std::string_view letter = folded.substr(0, text::characterLength(folded));
     folded.remove_prefix(letter.size());
-    const auto forms = kForms.find(letter);
-    const bool several = forms != kForms.end() && forms->second.size() > letter.size();
+    const auto forms = all.find(letter);
+    const bool several = forms != all.end() && forms->second.size() > 1;
     const bool special = letter == "%" || letter == "_" || letter == "[";
     if (several || special) pattern += '[';
-    pattern += several ? std::string_view(forms->second) : letter;
+    pattern += several ? anyOf(forms->second) : std::string(letter);
     if (several || special) pattern += ']';
     // Between two letters may stand what folding drops: a joiner, a sign above a letter.
     pattern += '%';

@@ -13,11 +13,12 @@ namespace ledgertree::engines::sqlite {
 /// that file.
 inline constexpr std::string_view kPersianOrder = "persian_order";
 
-/// Gives a connection that collation. Throws data::DataError where SQLite refuses it, and std::runtime_error
-/// where ICU lacks what it takes.
+/// Gives a connection that collation as soon as a statement names it. Throws data::DataError where SQLite
+/// refuses that. Where ICU lacks what it takes those statements fail.
 void addPersianOrder(sqlite3* database);
 
-/// Whether that collation has two names in the same place.
-[[nodiscard]] bool isSameName(std::string_view a, std::string_view b);
+/// Below 0 where that collation has `a` ahead of `b`, 0 where they are in the same place. Throws
+/// std::runtime_error where ICU lacks what it takes.
+[[nodiscard]] int compareNames(std::string_view a, std::string_view b);
 
 }  // namespace ledgertree::engines::sqlite

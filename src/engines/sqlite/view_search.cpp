@@ -1,22 +1,29 @@
 #include "engines/sqlite/view_search.h"
 
 #include <algorithm>
-#include <charconv>
-#include <optional>
+#include <span>
 #include <utility>
 
 #include "data/data_error.h"
+#include "data/search_rank.h"
 #include "data/view_name.h"
 #include "engines/sqlite/errors.h"
 #include "engines/sqlite/persian_order.h"
 #include "text/characters.h"
-#include "text/fold.h"
+#include "text/folded_beginning.h"
 #include "tsql/tokens.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
 
+using Pass = Position::Pass;
+using data::SearchOrder;
+using data::SearchRank;
+
 constexpr std::size_t kRowsBetweenLooks = 32;
+/// Ahead of the continuation of what is gathered.
+constexpr char kBest = 'g';
+constexpr const char* kKey = "\"ID\"";
 
 std::string quotedName(std::string_view name) {
   std::string quoted = "\"";
@@ -39,143 +46,115 @@ std::string viewName(std::string_view text) {
   return std::string(name.text);
 }
 
-using Order = ViewSearch::Order;
-
-/// Where a scan stands: the value of the ordering column in the last row, and how many rows with that value
-/// are behind. Rows that are equal there come in the order of their index.
-struct Position {
-  Order order = Order::Written;
-  int type = 0;  ///< SQLITE_INTEGER, ...; 0 ahead of the first row
-  std::string text;
-  std::int64_t integer = 0;
-  double real = 0;
-  std::int64_t passed = 0;
-
-  /// Takes in the present row. False where its value is another one than that of the row before.
-  bool pass(sqlite3_stmt* row, int column);
-  void bind(sqlite3_stmt* statement) const;
-
-  [[nodiscard]] std::string toContinuation() const;
-  /// Throws data::DataError(Misuse) for a text that no page gave.
-  static Position parse(std::string_view continuation);
-
- private:
-  [[nodiscard]] bool isAt(sqlite3_stmt* row, int column, int type) const;
-};
-
-std::string_view cellText(sqlite3_stmt* row, int column) {
-  const unsigned char* const text = sqlite3_column_text(row, column);
-  if (text == nullptr) return {};
-  const int size = sqlite3_column_bytes(row, column);
-  return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)};
+/// How two codes are in order, as the index has them.
+int compareCodes(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  const int order = shorter == 0 ? 0 : sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(shorter));
+  return order != 0 || a.size() == b.size() ? order : a.size() < b.size() ? -1 : 1;
 }
 
-bool Position::isAt(sqlite3_stmt* row, int column, int rowType) const {
-  if (rowType != type) return false;
-  if (type == SQLITE_INTEGER) return sqlite3_column_int64(row, column) == integer;
-  if (type == SQLITE_FLOAT)
-    return !(sqlite3_column_double(row, column) < real) && !(sqlite3_column_double(row, column) > real);
-  if (type == SQLITE_NULL) return true;
-  const std::string_view cell = cellText(row, column);
-  const bool asName = order == Order::Names && type == SQLITE_TEXT;
-  return asName ? isSameName(cell, text) : text::equalsIgnoringCase(cell, text);
-}
+std::string codeOrder(const std::string& column) { return quotedName(column) + " COLLATE NOCASE"; }
 
-bool Position::pass(sqlite3_stmt* row, int column) {
-  const int rowType = sqlite3_column_type(row, column);
-  if (isAt(row, column, rowType)) {
-    ++passed;
-    return true;
-  }
-  type = rowType;
-  passed = 1;
-  if (type == SQLITE_INTEGER) integer = sqlite3_column_int64(row, column);
-  if (type == SQLITE_FLOAT) real = sqlite3_column_double(row, column);
-  if (type == SQLITE_TEXT || type == SQLITE_BLOB) text.assign(cellText(row, column));
-  return false;
-}
-
-void Position::bind(sqlite3_stmt* statement) const {
-  if (type == SQLITE_INTEGER) sqlite3_bind_int64(statement, 1, integer);
-  if (type == SQLITE_FLOAT) sqlite3_bind_double(statement, 1, real);
-  const int size = static_cast<int>(text.size());
-  if (type == SQLITE_TEXT) sqlite3_bind_text(statement, 1, text.data(), size, SQLITE_TRANSIENT);
-  if (type == SQLITE_BLOB) sqlite3_bind_blob(statement, 1, text.data(), size, SQLITE_TRANSIENT);
-}
-
-/// "<type> <passed> <value>", behind a letter for an order other than the written one.
-std::string Position::toContinuation() const {
-  const std::string mark = order == Order::Key ? "k" : order == Order::Names ? "n" : "";
-  std::string result = mark + std::to_string(type) + " " + std::to_string(passed) + " ";
-  if (type == SQLITE_INTEGER) return result + std::to_string(integer);
-  if (type != SQLITE_FLOAT) return type == SQLITE_NULL ? result : result + text;
-  char digits[64];
-  const auto written = std::to_chars(std::begin(digits), std::end(digits), real);
-  return result.append(digits, written.ptr);
-}
-
-Position Position::parse(std::string_view continuation) {
-  Position position;
-  if (continuation.empty()) return position;
-  const char mark = continuation.front();
-  if (mark == 'k') position.order = Order::Key;
-  if (mark == 'n') position.order = Order::Names;
-  if (position.order != Order::Written) continuation.remove_prefix(1);
-  const char* const last = continuation.data() + continuation.size();
-  const auto read = [last](const char* from, auto& number, bool toEnd) -> const char* {
-    const auto result = std::from_chars(from, last, number);
-    const bool whole = toEnd ? result.ptr == last : result.ptr != last && *result.ptr == ' ';
-    if (result.ec != std::errc{} || !whole) {
-      throw data::DataError(data::DataError::Reason::Misuse, 0, "No page of a search has this continuation.");
-    }
-    return toEnd ? result.ptr : result.ptr + 1;
-  };
-  const char* place = read(continuation.data(), position.type, false);
-  place = read(place, position.passed, false);
-  if (position.type == SQLITE_INTEGER) read(place, position.integer, true);
-  if (position.type == SQLITE_FLOAT) read(place, position.real, true);
-  position.text.assign(place, last);
-  if (position.type < SQLITE_INTEGER || position.type > SQLITE_NULL) read(last, position.type, false);
-  return position;
-}
-
-std::string searchStatement(const data::SearchRequest& request, const Position& from) {
+/// Reads a view in the order of an expression, from the first parameter on where `from` says so.
+std::string searchStatement(const std::string& view, std::span<const std::string> columns,
+                            const std::string& order, bool from) {
   std::string sql = "SELECT \"ID\"";
-  for (const std::string& column : request.columns) sql += ", " + quotedName(column);
-  sql += " FROM " + quotedName(viewName(request.view));
-  std::string order = "\"ID\"";
-  if (from.order != Order::Key) {
-    order = quotedName(request.columns.front()).append(" COLLATE ");
-    order.append(from.order == Order::Names ? kPersianOrder : "NOCASE");
-  }
-  // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
-  if (from.type != 0 && from.type != SQLITE_NULL) sql += " WHERE " + order + " >= ?1";
+  for (const std::string& column : columns) sql += ", " + quotedName(column);
+  sql += " FROM " + view;
+  if (from) sql += " WHERE " + order + " >= ?1";
   return sql + " ORDER BY " + order;
 }
 
-void addCell(data::Rows& rows, sqlite3_stmt* row, int column) {
-  switch (sqlite3_column_type(row, column)) {
-    case SQLITE_INTEGER:
-      return rows.addInteger(sqlite3_column_int64(row, column));
-    case SQLITE_FLOAT:
-      return rows.addDouble(sqlite3_column_double(row, column));
-    case SQLITE_NULL:
-      return rows.addNull();
-    default:
-      return rows.addText(cellText(row, column));
-  }
+/// Whether there are blobs among the names that a statement reads from its parameter on. They stand behind
+/// all texts, whatever they begin with.
+bool hasBlobs(sqlite3_stmt* names) {
+  sqlite3_bind_zeroblob(names, 1, 0);
+  const bool found = sqlite3_step(names) == SQLITE_ROW;
+  sqlite3_reset(names);
+  return found;
 }
 
-/// One scan over the rows of a view, until the page is full, the slice is over or the rows are.
-class Scan {
+Pass passBehind(Pass pass) {
+  return pass == Pass::Whole ? Pass::Begins : pass == Pass::Begins ? Pass::Beside : Pass::Holds;
+}
+
+SearchRank::Rank rankOf(Pass pass) {
+  if (pass == Pass::Whole) return SearchRank::Whole;
+  if (pass == Pass::Begins) return SearchRank::Begins;
+  return pass == Pass::BesideByCode ? SearchRank::Beside : SearchRank::Holds;
+}
+
+/// The place behind which a page begins, as the continuation of what is gathered has it behind a number.
+std::string placeIn(std::string_view continuation) {
+  if (continuation.empty()) return {};
+  std::uint64_t number = 0;
+  continuation.remove_prefix(1);
+  takeNumber(continuation, number);
+  return std::string(continuation);
+}
+
+std::optional<BestRows::Place> readPlace(std::string_view text) {
+  if (text.empty()) return std::nullopt;
+  int rank = 0;
+  BestRows::Place place;
+  takeNumber(text, rank);
+  takeNumber(text, place.id);
+  if (rank < SearchRank::Whole || rank > SearchRank::Holds) refuseContinuation();
+  place.rank = static_cast<SearchRank::Rank>(rank);
+  place.text = text;
+  return place;
+}
+
+}  // namespace
+
+/// One call: what it was asked, how far it is, and what it gives.
+struct ViewSearch::Call {
+  Call(const data::SearchRequest& asked, Watch& watchOver)
+      : request(asked),
+        watch(watchOver),
+        view(quotedName(viewName(asked.view))),
+        rank(asked),
+        limit(std::max<std::size_t>(asked.limit, 1)) {
+    page.rows.addColumn("ID");
+    for (const std::string& column : asked.columns) page.rows.addColumn(column);
+  }
+
+  [[nodiscard]] std::string statement(const std::string& order, bool from) const {
+    return searchStatement(view, request.columns, order, from);
+  }
+  [[nodiscard]] bool isFull() const { return page.rows.count() >= limit; }
+  void add(sqlite3_stmt* row) {
+    for (int column = 0; column < sqlite3_column_count(row); ++column)
+      page.rows.addValue(cellValue(row, column));
+  }
+  SearchRank::Rank rankOf(sqlite3_stmt* row) {
+    return rank.of([row](std::size_t column) { return cellText(row, static_cast<int>(column) + 1); });
+  }
+  /// A slice counts from its first rows on. What comes ahead of them, an order without an index or the rows
+  /// that are behind, comes in every slice, and would leave no time to get on.
+  bool isSliceOver(Watch::Clock::time_point now) {
+    if (request.slice.count() <= 0) return false;
+    if (!sliceEnd) sliceEnd = now + request.slice;
+    return now >= *sliceEnd;
+  }
+
+  const data::SearchRequest& request;
+  Watch& watch;
+  std::string view;
+  SearchRank rank;
+  std::size_t limit;
+  std::optional<Watch::Clock::time_point> sliceEnd;
+  std::size_t seen = 0;
+  data::SearchPage page;
+};
+
+/// One scan over the rows of a view, from a position on.
+class ViewSearch::Scan {
  public:
-  Scan(const data::SearchRequest& request, Position from, sqlite3_stmt* statement, std::string& folded)
-      : request_(request), position_(std::move(from)), statement_(statement), folded_(folded) {
-    text::fold(text::trimmed(request.text), needle_);
-    skip_ = position_.passed;
-    position_.passed = 0;
-    orderColumn_ = position_.order == Order::Key ? 0 : 1;
-    columns_ = static_cast<int>(request.columns.size()) + 1;
+  /// `column` is the one that the statement goes by, the ID being the first.
+  Scan(Call& call, Position& position, sqlite3_stmt* statement, int column)
+      : call_(call), position_(position), statement_(statement), orderColumn_(column) {
+    skip_ = std::exchange(position_.passed, 0);
     position_.bind(statement_);
   }
   Scan(const Scan&) = delete;
@@ -185,101 +164,187 @@ class Scan {
     sqlite3_clear_bindings(statement_);
   }
 
-  /// Gives the code with which SQLite ended: SQLITE_ROW where there may be more rows.
-  int run(data::SearchPage& page, Watch& watch) {
-    page.rows.addColumn("ID");
-    for (const std::string& column : request_.columns) page.rows.addColumn(column);
-    const std::size_t limit = std::max<std::size_t>(request_.limit, 1);
-    std::size_t hits = 0;
-    std::size_t seen = 0;
+  /// Shows the rows to `take` until it gives false or the slice is over: SQLITE_ROW then; else the code with
+  /// which SQLite ended. With a beginning, only rows that begin so are shown, and the index leads to them.
+  template <typename Take>
+  int run(Take take, text::FoldedBeginning* beginning = nullptr) {
+    if (beginning != nullptr && !start(*beginning)) return SQLITE_DONE;
     int result = SQLITE_ROW;
-    while (hits < limit && (result = sqlite3_step(statement_)) == SQLITE_ROW) {
-      if (isBehind()) continue;
-      if (isHit()) {
-        for (int column = 0; column < columns_; ++column) addCell(page.rows, statement_, column);
-        ++hits;
+    while ((result = sqlite3_step(statement_)) == SQLITE_ROW) {
+      if (beginning != nullptr && !isAt(*beginning)) {
+        if (!leapTo(*beginning)) return SQLITE_DONE;
+        if (call_.watch.mustStop()) return SQLITE_INTERRUPT;
+        continue;
       }
-      if (++seen % kRowsBetweenLooks != 0) continue;
+      if (isBehind()) continue;
+      if (!take(statement_)) break;
+      if (++call_.seen % kRowsBetweenLooks != 0) continue;
       const auto now = Watch::Clock::now();
-      if (watch.mustStop(now)) return SQLITE_INTERRUPT;
-      if (isSliceOver(now)) break;
+      if (call_.watch.mustStop(now)) return SQLITE_INTERRUPT;
+      if (call_.isSliceOver(now)) break;
     }
-    if (result == SQLITE_ROW) page.continuation = position_.toContinuation();
     return result;
   }
 
  private:
+  using Place = text::FoldedBeginning::Place;
+
+  /// False where nothing begins so.
+  bool start(text::FoldedBeginning& beginning) {
+    if (position_.type != 0) return true;
+    place_ = beginning.look({});
+    return leapTo(beginning);
+  }
+  bool isAt(text::FoldedBeginning& beginning) {
+    const bool isName = sqlite3_column_type(statement_, orderColumn_) == SQLITE_TEXT;
+    place_ = isName ? beginning.look(cellText(statement_, orderColumn_)) : Place::Nowhere;
+    return place_ == Place::Here;
+  }
+  bool leapTo(const text::FoldedBeginning& beginning) {
+    if (place_ == Place::Nowhere) return false;
+    const std::string& seek = beginning.seek();
+    sqlite3_reset(statement_);
+    sqlite3_bind_text(statement_, 1, seek.data(), static_cast<int>(seek.size()), SQLITE_TRANSIENT);
+    return true;
+  }
   /// Takes in the present row; true for one that the page before has had.
   bool isBehind() {
     // Behind the last row that has the value of the page before, nothing more is to be passed over.
-    if (!position_.pass(statement_, orderColumn_)) skip_ = 0;
+    if (!position_.goPast(statement_, orderColumn_)) skip_ = 0;
     return position_.passed <= skip_;
   }
 
-  /// A slice counts from its first rows on. What comes ahead of them, an order without an index or the rows
-  /// that are behind, comes in every slice, and would leave no time to get on.
-  bool isSliceOver(Watch::Clock::time_point now) {
-    if (request_.slice.count() <= 0) return false;
-    if (!sliceEnd_) sliceEnd_ = now + request_.slice;
-    return now >= *sliceEnd_;
-  }
-
-  bool isHit() {
-    if (needle_.empty()) return true;
-    for (int column = 1; column < columns_; ++column) {
-      text::fold(cellText(statement_, column), folded_);
-      if (folded_.find(needle_) != std::string::npos) return true;
-    }
-    return false;
-  }
-
-  const data::SearchRequest& request_;
-  Position position_;
+  Call& call_;
+  Position& position_;
   sqlite3_stmt* statement_;
-  std::string& folded_;
-  std::string needle_;
+  int orderColumn_;
   std::int64_t skip_ = 0;
-  std::optional<Watch::Clock::time_point> sliceEnd_;
-  int orderColumn_ = 1;
-  int columns_ = 1;
+  Place place_ = Place::Here;
 };
 
-}  // namespace
+ViewSearch::Gathering::Gathering(const data::SearchRequest& request)
+    : view(request.view),
+      text(request.text),
+      behind(placeIn(request.continuation)),
+      best(std::max<std::size_t>(request.limit, 1),
+           request.order == SearchOrder::Code ? compareCodes : compareNames, readPlace(behind)) {}
 
 data::SearchPage ViewSearch::page(const data::SearchRequest& request, Watch& watch) {
-  Position from = Position::parse(request.continuation);
-  if (request.columns.empty()) {
-    from.order = Order::Key;
-  } else if (request.continuation.empty()) {
-    from.order = orderOf(request);
+  Call call(request, watch);
+  const std::string& continuation = request.continuation;
+  const bool begins = continuation.empty();
+  const bool byKey = request.order == SearchOrder::Key || request.columns.empty();
+  const bool byCode = request.order == SearchOrder::Code;
+  if (begins ? !byKey && (!byCode || sorts(call.statement(codeOrder(request.columns.front()), false)))
+             : continuation.front() == kBest) {
+    readBest(call);
+    return std::move(call.page);
   }
-  const std::string sql = searchStatement(request, from);
-  data::SearchPage page;
-  Scan scan(request, std::move(from), prepared(sql), folded_);
-  const int result = scan.run(page, watch);
-  if (result == SQLITE_ROW || result == SQLITE_DONE) return page;
-  watch.rethrowStop(sql);
+  Position position;
+  if (!begins)
+    position = Position::parse(continuation);
+  else if (!byKey)
+    position.pass = call.rank.text().empty() ? Pass::Holds : Pass::Whole;
+  if ((position.pass == Pass::Key) != byKey) refuseContinuation();
+  while (readPass(call, position)) {
+    if (position.pass == Pass::Key || position.pass == Pass::Holds) return std::move(call.page);
+    position = Position(passBehind(position.pass));
+  }
+  call.page.continuation = position.toContinuation();
+  return std::move(call.page);
+}
+
+bool ViewSearch::readPass(Call& call, Position& position) {
+  if (call.isFull()) return false;
+  if (position.pass == Pass::Beside) {
+    if (readFewBeside(call)) return true;
+    position.pass = Pass::BesideByCode;
+  }
+  const bool byKey = position.pass == Pass::Key;
+  std::optional<text::FoldedBeginning> beginning;
+  if (position.pass == Pass::Whole || position.pass == Pass::Begins)
+    beginning.emplace(call.rank.text(), position.pass == Pass::Whole);
+  // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
+  const bool from = beginning || (position.type != 0 && position.type != SQLITE_NULL);
+  const std::string sql = call.statement(byKey ? kKey : codeOrder(call.request.columns.front()), from);
+  Scan scan(call, position, prepared(sql), byKey ? 0 : 1);
+  const SearchRank::Rank wanted = rankOf(position.pass);
+  const auto take = [&call, &position, wanted](sqlite3_stmt* row) {
+    SearchRank::Rank rank = call.rankOf(row);
+    // A blob is no text, and the index has it elsewhere.
+    if (rank < SearchRank::Beside && position.type != SQLITE_TEXT) rank = SearchRank::Holds;
+    if (rank == wanted) call.add(row);
+    return !call.isFull();
+  };
+  return isOver(call, scan.run(take, beginning ? &*beginning : nullptr), sql);
+}
+
+bool ViewSearch::readFewBeside(Call& call) {
+  if (call.request.columns.size() != 2) return false;
+  const std::string order = codeOrder(call.request.columns.back());
+  // The index alone tells how many they are.
+  const std::string names = searchStatement(call.view, std::span(call.request.columns).last(1), order, true);
+  if (sorts(names) || hasBlobs(prepared(names))) return false;
+  const std::size_t room = call.limit - call.page.rows.count();
+  text::FoldedBeginning beginning(call.rank.text(), false);
+  std::size_t met = 0;
+  const auto count = [&](sqlite3_stmt*) { return ++met <= room; };
+  if (!walk(call, names, 1, beginning, count)) return false;
+  BestRows few(room, compareCodes);
+  const auto take = [&](sqlite3_stmt* row) {
+    const SearchRank::Rank rank = call.rankOf(row);
+    if (rank == SearchRank::Beside) few.meet(rank, row);
+    return true;
+  };
+  if (met != 0 && !walk(call, call.statement(order, true), 2, beginning, take)) return false;
+  few.copyTo(call.page.rows);
+  return true;
+}
+
+template <typename Take>
+bool ViewSearch::walk(Call& call, const std::string& sql, int column, text::FoldedBeginning& beginning,
+                      Take take) {
+  Position start;
+  Scan scan(call, start, prepared(sql), column);
+  return isOver(call, scan.run(take, &beginning), sql);
+}
+
+void ViewSearch::readBest(Call& call) {
+  const data::SearchRequest& request = call.request;
+  const bool goesOn = gathering_ && gathering_->given == request.continuation &&
+                      gathering_->view == request.view && gathering_->text == request.text;
+  Gathering gathering = goesOn ? std::move(*gathering_) : Gathering(request);
+  gathering_.reset();
+  const bool from = gathering.at.type != 0 && gathering.at.type != SQLITE_NULL;
+  const std::string sql = call.statement(kKey, from);
+  Scan scan(call, gathering.at, prepared(sql), 0);
+  const auto take = [&call, &gathering](sqlite3_stmt* row) {
+    const SearchRank::Rank rank = call.rankOf(row);
+    if (rank != SearchRank::None) gathering.best.meet(rank, row);
+    return true;
+  };
+  if (!isOver(call, scan.run(take), sql)) {
+    gathering.given = kBest + std::to_string(++gatherings_) + " " + gathering.behind;
+    call.page.continuation = gathering.given;
+    gathering_.emplace(std::move(gathering));
+    return;
+  }
+  gathering.best.copyTo(call.page.rows);
+  if (!gathering.best.isFull()) return;
+  const BestRows::Place& last = gathering.best.last();
+  call.page.continuation =
+      kBest + ("0 " + std::to_string(last.rank) + " " + std::to_string(last.id) + " ") + last.text;
+}
+
+bool ViewSearch::isOver(Call& call, int result, const std::string& sql) {
+  if (result == SQLITE_ROW || result == SQLITE_DONE) return result == SQLITE_DONE;
+  call.watch.rethrowStop(sql);
   throw lastError(database_, sql);
 }
 
-ViewSearch::Order ViewSearch::orderOf(const data::SearchRequest& request) {
-  Position start;
-  const std::string written = searchStatement(request, start);
-  const auto known = orders_.find(written);
-  if (known != orders_.end()) return known->second;
-  start.order = Order::Key;
-  const std::string byKey = searchStatement(request, start);
-  Order order = Order::Written;
-  if (!text::equalsIgnoringCase(request.columns.front(), "Code") && !isLonger(request.view, kMostNames)) {
-    order = Order::Names;
-  } else if (sorts(written) && !sorts(byKey) && isLonger(request.view, kLongestSorted)) {
-    order = Order::Key;
-  }
-  if (orders_.size() >= kMostStatements) orders_.clear();
-  return orders_[written] = order;
-}
-
 bool ViewSearch::sorts(const std::string& sql) {
+  const auto known = sorts_.find(sql);
+  if (known != sorts_.end()) return known->second;
   constexpr int kDetail = 3;
   const auto plan = prepare("EXPLAIN QUERY PLAN " + sql);
   bool found = false;
@@ -287,15 +352,8 @@ bool ViewSearch::sorts(const std::string& sql) {
   while (!found && (result = sqlite3_step(plan.get())) == SQLITE_ROW)
     found = cellText(plan.get(), kDetail).find("FOR ORDER BY") != std::string_view::npos;
   if (!found && result != SQLITE_DONE) throw lastError(database_, sql);
-  return found;
-}
-
-bool ViewSearch::isLonger(std::string_view view, int rows) {
-  const std::string sql = "SELECT count(*) FROM (SELECT 1 FROM " + quotedName(viewName(view)) + " LIMIT " +
-                          std::to_string(rows + 1) + ")";
-  const auto count = prepare(sql);
-  if (sqlite3_step(count.get()) != SQLITE_ROW) throw lastError(database_, sql);
-  return sqlite3_column_int(count.get(), 0) > rows;
+  if (sorts_.size() >= kMostStatements) sorts_.clear();
+  return sorts_[sql] = found;
 }
 
 ViewSearch::Statement ViewSearch::prepare(const std::string& sql) {

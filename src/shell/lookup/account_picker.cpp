@@ -12,7 +12,7 @@ AccountPicker::AccountPicker(ui::Form& form, Shell& shell, std::string name, ui:
         showRows(std::move(rows), append, more, searching);
       }) {
   search_.setView("vwAccountMajor");
-  search_.setCodeFirst(true);
+  search_.setOrder(data::SearchOrder::Code);
 }
 
 void AccountPicker::setPickerConnection(std::string text) {

@@ -16,10 +16,9 @@ namespace ledgertree::shell {
 /// The next piece of a search in a view.
 struct LookupQuestion {
   std::string view;  ///< a plain name
-  bool codeFirst;    ///< the first piece begins with the rows whose code begins with the text
+  data::SearchOrder order;
   std::string text;
-  std::string continuation;         ///< of the piece before; empty for the first
-  std::vector<std::int32_t> first;  ///< the rows that came ahead of their turn
+  std::string continuation;  ///< of the piece before; empty for the first
   std::size_t limit = 0;
   std::chrono::milliseconds slice{0};  ///< see data::SearchRequest
   std::function<bool()> cancelled;
@@ -27,9 +26,8 @@ struct LookupQuestion {
 
 struct LookupAnswer {
   std::vector<ui::LookupRow> hits;
-  std::string continuation;         ///< empty at the end
-  std::vector<std::int32_t> first;  ///< the rows that came ahead of their turn, of all pieces so far
-  std::size_t found = 0;            ///< rows of the piece, those that were left out among them
+  std::string continuation;  ///< empty at the end
+  std::size_t found = 0;     ///< rows of the piece, those that were left out among them
 };
 
 /// Reads rows of views for selectors and pickers over whatever connection it is given. Everything throws
@@ -49,10 +47,9 @@ class LookupReader {
 
  private:
   void learnColumns(const std::string& view, const data::Rows& rows);
-  static void findCodes(data::Connection& connection, const LookupQuestion& question, LookupAnswer& answer);
 
   std::string view_;                  ///< the one that the columns are of
-  std::vector<std::string> columns_;  ///< those searched; empty until the view was read
+  std::vector<std::string> columns_;  ///< Name, and Code where there is one; empty until the view was read
 };
 
 }  // namespace ledgertree::shell

@@ -36,11 +36,9 @@ struct LookupSearch::Run {
   LookupSearch* search = nullptr;
   std::string text;
   std::string continuation;
-  std::size_t found = 0;            ///< rows of the present page
-  bool begun = false;               ///< the first answer is behind it
-  bool shown = false;               ///< the list has rows of this search
-  bool waiting = false;             ///< an answer is under way
-  std::vector<std::int32_t> first;  ///< the rows of the typed code, which came ahead of their turn
+  std::size_t found = 0;  ///< rows of the present page
+  bool shown = false;     ///< the list has rows of this search
+  bool waiting = false;   ///< an answer is under way
   /// Given up for a newer search; a thread asks it.
   std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
 };
@@ -145,10 +143,9 @@ void LookupSearch::schedule() {
 
 LookupQuestion LookupSearch::question(std::string text) const {
   return {.view = view_,
-          .codeFirst = codeFirst_,
+          .order = order_,
           .text = std::move(text),
           .continuation = {},
-          .first = {},
           .limit = kPageRows,
           .slice = kSlice,
           .cancelled = {}};
@@ -156,9 +153,7 @@ LookupQuestion LookupSearch::question(std::string text) const {
 
 LookupQuestion LookupSearch::question(const Run& run) const {
   LookupQuestion next = question(run.text);
-  next.codeFirst = codeFirst_ && !run.begun;
   next.continuation = run.continuation;
-  next.first = run.first;
   next.limit = kPageRows - run.found;
   return next;
 }
@@ -203,14 +198,14 @@ void LookupSearch::answered(Run& run, LookupAnswer answer, const std::exception_
 
 void LookupSearch::take(Run& run, LookupAnswer answer) {
   told_.clear();
-  run.begun = true;
   run.continuation = std::move(answer.continuation);
-  run.first = std::move(answer.first);
   run.found += answer.found;
   const bool more = !run.continuation.empty();
   const bool searching = more && run.found < kPageRows;
-  const bool append = std::exchange(run.shown, true);
   if (searching) schedule();
+  // The list keeps the rows of the search before until there is a hit, or will be none.
+  if (searching && answer.hits.empty()) return;
+  const bool append = std::exchange(run.shown, true);
   // What the person does with the rows may destroy this search: nothing of it is touched behind the call.
   const Show show = show_;
   show(std::move(answer.hits), append, more, searching);

@@ -52,11 +52,10 @@ class LookupSearch {
 
   /// Another text closes the connection.
   void setConnectionText(std::string_view text);
-  /// Rows come from this view, ordered by Code where it has one, else by Name.
+  /// Rows come from this view.
   void setView(std::string view);
-  /// The view has an index on its Code: the rows whose code begins with the typed digits, or is the typed
-  /// text, come first.
-  void setCodeFirst(bool codeFirst) { codeFirst_ = codeFirst; }
+  /// Rows come by Name, or, from a view that has one, by Code.
+  void setOrder(data::SearchOrder order) { order_ = order; }
   /// Closes the connection and ends the search.
   void close();
 
@@ -101,7 +100,7 @@ class LookupSearch {
   Show show_;
   std::string connectionText_;
   std::string view_;
-  bool codeFirst_ = false;
+  data::SearchOrder order_ = data::SearchOrder::Name;
   LookupReader reader_;
   std::unique_ptr<data::Connection> connection_;
   std::optional<LookupThread> thread_;

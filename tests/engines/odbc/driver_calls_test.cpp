@@ -167,8 +167,13 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
   connection_.run("insert into v values (4, null), (2, null), (9, null), (3, 'a'), (1, 'b'), (5, 'b')");
   for (const std::size_t limit : {1U, 2U, 4U}) {
     std::string seen;
-    data::SearchRequest request{
-        .view = "v", .columns = {"Name"}, .text = {}, .continuation = {}, .limit = limit, .cancelled = {}};
+    data::SearchRequest request{.view = "v",
+                                .columns = {"Name"},
+                                .order = data::SearchOrder::Name,
+                                .text = {},
+                                .continuation = {},
+                                .limit = limit,
+                                .cancelled = {}};
     do {
       const data::SearchPage page = connection_.search(request);
       for (std::size_t row = 0; row < page.rows.count(); ++row)

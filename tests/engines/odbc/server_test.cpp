@@ -97,6 +97,7 @@ TEST_F(OdbcServer, SearchesPageByPage) {
     data::SearchRequest request;
     request.view = "dbo.odbcView";
     request.columns = {"Code", "Name"};
+    request.order = data::SearchOrder::Code;
     request.text = std::move(text);
     request.limit = limit;
     std::string found;
@@ -111,6 +112,8 @@ TEST_F(OdbcServer, SearchesPageByPage) {
   EXPECT_EQ(find(""), find("", 1000));
   EXPECT_EQ(find("").substr(0, 9), "10 20 30 ");
   EXPECT_EQ(find("یک_۱۱"), "11 ");
+  EXPECT_EQ(find("1"), "2 3 21 22 23 24 25 26 27 28 29 10 1 11 12 13 14 15 16 17 18 19 ")
+      << "the code, those that begin so, the rest, each by its code";
   EXPECT_EQ(find("bANK"), find("BANK", 100));
   EXPECT_EQ(find("bANK").size(), 40U) << "the 15 rows with an odd ID";
   EXPECT_EQ(find("[ک%آلا]"), find("لا"));
