@@ -1,3 +1,5 @@
+#include <cstdlib>  // for the name of the C library
+
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
