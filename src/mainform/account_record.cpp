@@ -18,7 +18,7 @@ constexpr std::string_view kElsewhere =
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
 constexpr const char* kGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را بازسازي کنيد.";
+    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
 
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
