@@ -86,6 +86,15 @@ TEST_F(TreeStory, ShortLabelsLoseAsManyCharactersAsTheParentsCodeHas) {
   EXPECT_EQ(tree.stripParentCode(-5, "x'y"), "x'y");
 }
 
+/// Counts the timers that begin anew.
+struct Restarts : ui::FormObserver {
+  int count = 0;
+  void controlChanged(ui::Control&, ui::Change) override {}
+  void treeChanged(ui::Tree&, const ui::TreeChange&) override {}
+  void formChanged(ui::FormChange) override {}
+  void timerChanged(ui::Timer&) override { ++count; }
+};
+
 TEST_F(TreeStory, KeysSayWhatAClickMeans) {
   EXPECT_EQ(mainform::makeNodeKey(-1, 7), "-1:7");
   EXPECT_EQ(mainform::parseNodeKey("3:-1"), (mainform::NodeKey{3, -1}));
@@ -96,6 +105,11 @@ TEST_F(TreeStory, KeysSayWhatAClickMeans) {
   EXPECT_TRUE(tree.nodeHasChildren("2:11"));
 
   walk("what a click means");
+  Restarts rests;
+  screen.addObserver(rests);
+  for (const ui::Key key : {ui::Key::Home, ui::Key::Down}) screen.treeAccount.press(key);
+  EXPECT_EQ(rests.count, 2) << "a key that is held down never rests";
+  screen.removeObserver(rests);
 }
 
 TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
