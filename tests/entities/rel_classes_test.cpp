@@ -103,6 +103,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     EXPECT_LT(std::chrono::steady_clock::now() - begun, data::kCommandTimeOut / 2);
     desktop.onRepaint = nullptr;
     given("rollback");
+    EXPECT_EQ(storedBy(form.cmdOk), "classes: -10|2|1|null +10|2|2|null") << "the connection goes on";
   });
 }
 
