@@ -101,7 +101,6 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
   table->setEditTriggers(QAbstractItemView::NoEditTriggers);
   table->setWordWrap(false);
   table->setAlternatingRowColors(true);
-  table->setTabKeyNavigation(false);
   table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   table->verticalHeader()->hide();
   table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -171,7 +170,6 @@ void GridView::showSelection() {
   int column = 0;
   while (column + 1 < model_.columnCount() && table_->isColumnHidden(column)) ++column;
   selection.setCurrentIndex(model_.index(current, column), QItemSelectionModel::NoUpdate);
-  table_->scrollTo(model_.index(current, column));
 }
 
 void GridView::detach() {

@@ -103,7 +103,6 @@ void ListBoxView::sync(ui::Change change) {
   } else if (list_->currentIndex().row() != selected ||
              !list_->selectionModel()->isSelected(list_->currentIndex())) {
     list_->selectionModel()->setCurrentIndex(model_.index(selected), QItemSelectionModel::ClearAndSelect);
-    list_->scrollTo(model_.index(selected));
   }
 }
 

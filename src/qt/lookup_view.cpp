@@ -149,7 +149,6 @@ void LookupPopup::highlight(int row) {
   } else if (list_->currentIndex().row() != row || !list_->selectionModel()->isSelected(index)) {
     list_->selectionModel()->setCurrentIndex(index,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    list_->scrollTo(index);
   }
 }
 

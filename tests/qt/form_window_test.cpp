@@ -155,6 +155,9 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.setDefaultButton(form.cmdNew);
   screen.show();
   screen.go("the keys of commands");
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+  QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
+  EXPECT_TRUE(form.said.empty()) << "a key that is held down presses once";
   EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
 }
 

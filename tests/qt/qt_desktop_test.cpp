@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <QClipboard>
 #include <QCursor>
 #include <QFile>
 #include <QImage>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
 #include <thread>
@@ -164,6 +166,9 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   EXPECT_FALSE(screen.form->isShown());
   screen.show();
   EXPECT_TRUE(screen.window().isWindow() && screen.form->isShown());
+  screen.window().showMinimized();
+  screen.show();
+  EXPECT_FALSE(screen.window().isMinimized());
   // Nothing of its colours shines through.
   const QPalette own = qt::screenPalette(Qt::white);
   const QPalette colours = QApplication::palette();
@@ -208,6 +213,8 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   for (const auto& [keys, given] :
        {std::pair(Keys{Qt::Key_Return}, 0), {{Qt::Key_Tab, Qt::Key_Return}, 1}, {{Qt::Key_Escape}, 0}}) {
     const auto press = [&](QWidget& dialog) {
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_C, Qt::ControlModifier);
+      EXPECT_EQ(QApplication::clipboard()->text().size(), 10'018);
       for (const Qt::Key key : keys) QTest::keyClick(dialog.focusWidget(), key);
     };
     EXPECT_EQ(answer(press), given);
@@ -269,12 +276,16 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
                                   new QKeyEvent(type, key, Qt::NoModifier, text));
   };
   press(Qt::Key_A, "a");
+  const QPointF place(9, 9);
+  QCoreApplication::postEvent(
+      screen.widget<QTableView>(screen.form->grid).viewport(),
+      new QMouseEvent(QEvent::MouseButtonPress, place, place, Qt::LeftButton, Qt::LeftButton, {}));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
   press(Qt::Key_Escape, "");
   EXPECT_TRUE(screen.desktop.repaintAndHearEscape(*screen.form));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
   EXPECT_EQ(screen.form->txtTitle.text(), "");
-  EXPECT_TRUE(screen.form->isShown());
+  EXPECT_TRUE(screen.form->isShown() && screen.form->said.empty());
 }
 
 TEST(QtDesktop, APictureOfTheScreenIsWrittenOrTheCallFails) {

@@ -24,6 +24,7 @@ namespace ledgertree::engines::odbc {
 namespace {
 
 using Reason = data::DataError::Reason;
+using testing::failureOf;
 
 /// How the driver answers from now on.
 struct Driver {
@@ -38,6 +39,7 @@ struct Driver {
   std::vector<int> answers;           ///< of the server to what it is asked first
   std::string last;                   ///< the command that came last
   std::optional<SQLSMALLINT> type;    ///< of every column
+  int connections = 0;                ///< that were asked for
 } driver;
 
 template <typename Call>
@@ -96,7 +98,7 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     connection_.run("select 1");
     const int number = std::stoi(row[0].substr(6));
     failWith(row[0].substr(0, 5), number, "[Driver][Server] the words");
-    const data::DataError failure = testing::failureOf([&] { connection_.run("select 2"); });
+    const data::DataError failure = failureOf([&] { connection_.run("select 2"); });
     EXPECT_EQ(failure.reason(), reasons.at(row[1]));
     EXPECT_EQ(failure.number(), number);
     EXPECT_TRUE(std::string_view(failure.what()).starts_with(row[2])) << failure.what();
@@ -107,7 +109,7 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
 TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsToldAsThat) {
   const auto told = [](const std::string& text) {
     OdbcConnection connection{data::ConnectionText("ODBC Driver=SQLite3;Database=x;" + text)};
-    return std::string(testing::failureOf([&] { connection.run("select 1"); }).what());
+    return std::string(failureOf([&] { connection.run("select 1"); }).what());
   };
   failWith("28000", 18456, "Login failed for sa with very-hidden");
   for (const char* const key : {"Password", "PWD"})
@@ -155,7 +157,7 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
   for (const int other : {-1, 1}) {
     driver.answers = {db::schemaVersion() + other, 1256};
     OdbcConnection connection(text);
-    EXPECT_EQ(testing::failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
+    EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
     driver.answers = {db::schemaVersion() + other, 1256};
     OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
@@ -182,6 +184,40 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
     } while (!request.continuation.empty() && seen.size() < 40);
     EXPECT_EQ(seen, "2 4 9 3 1 5 ") << limit;
   }
+  // What is typed may stand in any of the columns.
+  failureOf([&] {
+    connection_.search({.view = "v",
+                        .columns = {"Code", "Name"},
+                        .text = "1",
+                        .continuation = {},
+                        .limit = 1,
+                        .cancelled = {}});
+  });
+  EXPECT_NE(driver.last.find("' or convert(nvarchar(max), [Name]) "), std::string::npos) << driver.last;
+}
+
+TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerIsSilent) {
+  connection_.run(
+      "create view v as with recursive n(ID) as (select 1 union all select ID + 1 from n limit 500000) "
+      "select ID from n");
+  for (const auto& [state, lost] : {std::pair("HY008", 0), {"HY000", 1}}) {
+    bool begun = false;
+    const data::SearchRequest request{.view = "v",
+                                      .columns = {},
+                                      .text = {},
+                                      .continuation = {},
+                                      .limit = 1,
+                                      .cancelled = [&, state = state] {
+                                        if (!std::exchange(begun, true)) return false;
+                                        failWith(state, 0, "");
+                                        return true;
+                                      }};
+    EXPECT_EQ(failureOf([&] { connection_.search(request); }).reason(), Reason::Cancelled);
+    driver.state.clear();
+    driver.connections = 0;
+    EXPECT_EQ(connection_.run("select count(*) from v")->value(0, 0), data::Value(500000));
+    EXPECT_EQ(driver.connections, lost) << state;
+  }
 }
 
 }  // namespace
@@ -194,6 +230,7 @@ extern "C" {
 
 SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQLSMALLINT length,
                             SQLWCHAR* out, SQLSMALLINT room, SQLSMALLINT* needed, SQLUSMALLINT completion) {
+  ++driver.connections;
   if (!driver.state.empty()) return SQL_ERROR;
   if (!driver.server.empty()) {
     in = reinterpret_cast<SQLWCHAR*>(driver.server.data());
