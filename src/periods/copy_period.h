@@ -8,9 +8,8 @@
 
 namespace ledgertree::periods {
 
-/// Fills a period with accounts in one step: with those of another period beside the ones it has, or, where
-/// no source is chosen, with the whole chart in place of the ones it has. It works on
-/// tblAccountPeriodAccount.
+/// Adds the accounts of one period to those of another; without a source, puts the whole chart in their
+/// place. Writes to tblAccountPeriodAccount.
 class FormCopyPeriodAccount : public ui::Form {
  public:
   explicit FormCopyPeriodAccount(shell::Shell& shell);
@@ -36,8 +35,7 @@ class FormCopyPeriodAccount : public ui::Form {
   void cancel();
 
   shell::Shell& shell_;
-  /// The target was emptied, and nothing came in its rows' place.
-  bool targetEmptied_ = false;
+  bool targetEmptied_ = false;  ///< and nothing came in place of its rows
 };
 
 }  // namespace ledgertree::periods

@@ -157,7 +157,7 @@ bool asksNoRow(const Expression& condition) {
                        [](const ExpressionPtr& operand) { return asksNoRow(*operand); });
   }
   if (condition.kind != Kind::Exists) return false;
-  const OuterNames names = outerNames(condition);
+  const tsql::OuterNames names = outerNames(condition);
   return !names.bareColumns && names.qualifiers.empty();
 }
 
@@ -184,7 +184,7 @@ class Walk {
 
   void select(Select& select, bool outermost) {
     for (SelectCore& core : select.cores) {
-      for (Item& item : core.items) expression(item.value);
+      for (tsql::Item& item : core.items) expression(item.value);
       std::vector<const Source*> sources;
       for (Source& source : core.sources) {
         if (source.on) expression(source.on);
@@ -222,13 +222,13 @@ class Walk {
 
 }  // namespace
 
-void rewriteForLookUps(Statement& statement, Tables& tables) {
+void rewriteForLookUps(tsql::Statement& statement, Tables& tables) {
   Walk walk(tables);
   for (auto& row : statement.values) {
     for (ExpressionPtr& value : row) walk.expression(value);
   }
-  if (statement.select) walk.select(*statement.select, statement.kind == Statement::Kind::Select);
-  if (statement.kind == Statement::Kind::Delete) testsToLists(statement.where, statement.table, tables);
+  if (statement.select) walk.select(*statement.select, statement.kind == tsql::Statement::Kind::Select);
+  if (statement.kind == tsql::Statement::Kind::Delete) testsToLists(statement.where, statement.table, tables);
   const Source target{statement.table, {}, nullptr};
   walk.where(statement.where, {&target});
 }

@@ -15,7 +15,7 @@ bool isColumnOf(const Expression& expression, std::string_view source) {
 bool isNumber(const Expression& expression) { return expression.type == tsql::ValueType::Number; }
 
 bool hasPlainItems(const SelectCore& core) {
-  return std::all_of(core.items.begin(), core.items.end(), [](const Item& item) {
+  return std::all_of(core.items.begin(), core.items.end(), [](const tsql::Item& item) {
     return item.value->kind <= Kind::Text;  // a column, all of them, or a literal
   });
 }

@@ -14,16 +14,13 @@ using tsql::clone;
 using tsql::conjuncts;
 using tsql::Expression;
 using tsql::ExpressionPtr;
-using tsql::Item;
 using tsql::makeCompare;
 using tsql::makeExpression;
-using tsql::OuterNames;
 using tsql::outerNames;
 using tsql::Select;
 using tsql::SelectCore;
 using tsql::settleWhere;
 using tsql::Source;
-using tsql::Statement;
 using Kind = Expression::Kind;
 
 [[nodiscard]] bool isColumnOf(const Expression& expression, std::string_view source);

@@ -14,7 +14,7 @@ constexpr int kMostSplits = 4;
 
 /// Whether all names of a condition say whose they are, and none of them is `taken`.
 bool staysTrueBeside(const Expression& condition, std::string_view taken) {
-  const OuterNames names = outerNames(condition);
+  const tsql::OuterNames names = outerNames(condition);
   return !names.bareColumns && !names.uses(taken);
 }
 

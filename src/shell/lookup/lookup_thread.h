@@ -11,17 +11,15 @@
 namespace ledgertree::shell {
 
 /// Answers questions beside the user-interface thread, over a connection of its own, the newest only. It can
-/// be left at any moment: whatever it waits for ends behind its owner's back, and answers nobody.
-///
-/// Where a server goes on with a question that was given up, a second thread with a second connection takes
-/// over after a moment; never more than kMostThreads.
+/// be left at any moment: what still runs then finishes unobserved, and its answer is dropped. Where a server
+/// goes on with a question that was given up, a second thread with a second connection takes over after a
+/// moment; never more than kMostThreads.
 class LookupThread {
  public:
   /// Called on the thread; with a failure the answer is empty.
   using Done = std::function<void(LookupAnswer answer, const std::exception_ptr& failure)>;
   /// Makes a connection, on the thread of the owner. It isn't open yet.
   using Connect = std::function<std::unique_ptr<data::Connection>()>;
-
   static constexpr int kMostThreads = 3;
 
   LookupThread(Background& background, Connect connect);
@@ -35,7 +33,6 @@ class LookupThread {
 
  private:
   struct State;
-
   Background& background_;
   Connect connect_;
   std::shared_ptr<State> state_;
