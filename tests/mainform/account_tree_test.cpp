@@ -86,7 +86,6 @@ TEST_F(TreeStory, ShortLabelsLoseAsManyCharactersAsTheParentsCodeHas) {
   EXPECT_EQ(tree.stripParentCode(-5, "x'y"), "x'y");
 }
 
-/// Counts the timers that begin anew.
 struct Restarts : ui::FormObserver {
   int count = 0;
   void controlChanged(ui::Control&, ui::Change) override {}

@@ -55,7 +55,7 @@ TEST(FormWindow, NotesOfSeveralLinesKeepEveryCharacter) {
   screen.show();
   form.txtNotes.focus();
   form.txtNotes.setCaret(0);
-  QApplication::clipboard()->setText(QString::fromUtf8("0123456789𝟘𝟙XYZ"));
+  QApplication::clipboard()->setText(QString::fromUtf8("0123456\r\n89𝟘𝟙XYZ"));
   screen.go("notes of twelve characters");
 }
 
@@ -92,6 +92,8 @@ TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   tall.height = 3000;  // for all rows
   form.grid.setBounds(tall);
   screen.go("lists and grids");
+  QTest::mouseClick(screen.widget<QListView>(form.lstBranches).viewport(), Qt::RightButton, {}, {9, 9});
+  EXPECT_EQ(screen.seen(form.lstBranches), "1");
   QTest::mouseClick(table.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell(3));
   QTest::mousePress(table.viewport(), Qt::LeftButton, {}, cell(1));
   QMouseEvent drawn(QEvent::MouseMove, cell(2), table.viewport()->mapToGlobal(cell(2)), Qt::NoButton,
@@ -155,8 +157,11 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.setDefaultButton(form.cmdNew);
   screen.show();
   screen.go("the keys of commands");
-  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
-  QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
+  for (const auto& [key, with] :
+       {std::pair(Qt::Key_Return, Qt::NoModifier), {Qt::Key_S, Qt::ControlModifier}}) {
+    QKeyEvent held(QEvent::KeyPress, key, with, "", true);
+    QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
+  }
   EXPECT_TRUE(form.said.empty()) << "a key that is held down presses once";
   EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
 }

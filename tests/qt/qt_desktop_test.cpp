@@ -169,6 +169,10 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   screen.window().showMinimized();
   screen.show();
   EXPECT_FALSE(screen.window().isMinimized());
+  screen.form->setWantsMaximised(true);
+  screen.form->hide();
+  screen.show();
+  EXPECT_FALSE(screen.window().isMaximized()) << "only as it first comes up";
   // Nothing of its colours shines through.
   const QPalette own = qt::screenPalette(Qt::white);
   const QPalette colours = QApplication::palette();
@@ -185,8 +189,9 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   notice->set("FormTitle", "خطا");
   notice->set("FormMessage", std::string(10'000, 'x') + '\0' + " آيا مطمئن هستيد؟");
   notice->set("FormType", 1);
+  int number = 12893912;
   for (const char* colour : {"FormBackColor", "BtmBackColor", "FrameBackColor"})
-    notice->set(colour, 12893912);
+    notice->set(colour, number++);
   EXPECT_EQ(qt::colourOf(12893912), QColor(216, 190, 196));
   EXPECT_THROW(notice->set("Colour", 1), shell::ComponentError);
 
@@ -213,6 +218,7 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   for (const auto& [keys, given] :
        {std::pair(Keys{Qt::Key_Return}, 0), {{Qt::Key_Tab, Qt::Key_Return}, 1}, {{Qt::Key_Escape}, 0}}) {
     const auto press = [&](QWidget& dialog) {
+      EXPECT_EQ(dialog.focusWidget()->palette().color(QPalette::Button), qt::colourOf(12893913));
       QTest::keyClick(dialog.focusWidget(), Qt::Key_C, Qt::ControlModifier);
       EXPECT_EQ(QApplication::clipboard()->text().size(), 10'018);
       for (const Qt::Key key : keys) QTest::keyClick(dialog.focusWidget(), key);
