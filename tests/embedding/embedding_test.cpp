@@ -239,6 +239,8 @@ int main(int argumentCount, char** arguments) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
-  ledgertree::installQtDesktop({.modelessForms = !qEnvironmentVariableIsSet(ledgertree::kModalHost)});
+  ledgertree::QtDesktopOptions options;
+  if (qEnvironmentVariableIsSet(ledgertree::kModalHost)) options.modelessForms = false;
+  ledgertree::installQtDesktop(options);
   return RUN_ALL_TESTS();
 }
