@@ -112,6 +112,8 @@ TEST(Controls, NothingHappensToAFormInTheMiddleOfItsWork) {
   };
   screen.click(screen.form->cmdNew);
   EXPECT_EQ(worked, 5);
+  screen.form->progress.setProgress(0, 0, "");
+  EXPECT_EQ(screen.widget<QProgressBar>(screen.form->progress).maximum(), 1) << "0 would run to and fro";
   EXPECT_TRUE(QTest::qWaitFor([&] { return ticks > 100; }, 30000));
   screen.window().close();
   EXPECT_FALSE(screen.form->isShown());

@@ -157,13 +157,14 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.setDefaultButton(form.cmdNew);
   screen.show();
   screen.go("the keys of commands");
-  for (const auto& [key, with] :
-       {std::pair(Qt::Key_Return, Qt::NoModifier), {Qt::Key_S, Qt::ControlModifier}}) {
-    QKeyEvent held(QEvent::KeyPress, key, with, "", true);
+  for (const QKeyCombination key : {QKeyCombination(Qt::Key_Return), Qt::CTRL | Qt::Key_S}) {
+    QKeyEvent held(QEvent::KeyPress, key.key(), key.keyboardModifiers(), "", true);
     QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
   }
   EXPECT_TRUE(form.said.empty()) << "a key that is held down presses once";
   EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
+  form.txtCode.setHint("ده رقم");
+  EXPECT_EQ(screen.widget(form.txtCode).accessibleDescription(), QString::fromUtf8("ده رقم"));
 }
 
 TEST(FormWindow, ALargerWindowResizesTheFormAndASmallerOneScrolls) {

@@ -189,8 +189,7 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   notice->set("FormTitle", "خطا");
   notice->set("FormMessage", std::string(10'000, 'x') + '\0' + " آيا مطمئن هستيد؟");
   notice->set("FormType", 1);
-  int number = 12893912;
-  for (const char* colour : {"FormBackColor", "BtmBackColor", "FrameBackColor"})
+  for (int number = 12893912; const char* colour : {"FormBackColor", "BtmBackColor", "FrameBackColor"})
     notice->set(colour, number++);
   EXPECT_EQ(qt::colourOf(12893912), QColor(216, 190, 196));
   EXPECT_THROW(notice->set("Colour", 1), shell::ComponentError);

@@ -87,6 +87,7 @@ TEST(TreeView, MarksPointToTheLeftOrDownAndStandWhereSomethingIsBelow) {
 TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   TreeScreen screen;
   EXPECT_EQ(screen.view->iconSize(), QSize(16, 16));
+  EXPECT_EQ(screen.at("r.1").data(Qt::ToolTipRole).toString(), QStringLiteral("<span>r.1</span>"));
   EXPECT_NEAR(screen.view->indentation() * 3, screen.view->fontMetrics().height() * 4, 2);
   EXPECT_GT(screen.mark("r.1").x(), screen.view->width() * 3 / 4) << "the tree grows from the right";
   screen.go("keys in a tree");

@@ -134,17 +134,16 @@ TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsTol
 }
 
 TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
-  static constexpr data::Parameter kParameters[] = {{"@Title", data::ParameterType::Text, 20},
-                                                    {"@Amount", data::ParameterType::Money},
-                                                    {"@Day", data::ParameterType::DateTime},
-                                                    {"@Number", data::ParameterType::Int},
-                                                    {"@None", data::ParameterType::Int}};
+  static constexpr data::Parameter kParameters[] = {
+      {"@Title", data::ParameterType::Text, 20}, {"@Amount", data::ParameterType::Money},
+      {"@Day", data::ParameterType::DateTime},   {"@Number", data::ParameterType::Int},
+      {"@None", data::ParameterType::Int},       {"@Long", data::ParameterType::Text, 3}};
   const data::Value values[] = {
-      "حساب", *data::Money::parse("12.3456"), data::DateTime{2024, 2, 29, 13, 14, 15}, -7, {}};
+      "حساب", *data::Money::parse("12.3456"), data::DateTime{2024, 2, 29, 13, 14, 15}, -7, {}, "😀😀"};
   EXPECT_EQ(connection_.call({"spAny", kParameters}, values), 77);
   EXPECT_EQ(driver.bound, (std::vector<std::string>{"WVARCHAR(20) حساب", "DECIMAL(19,4) 12.3456",
                                                     "TIMESTAMP(23,3) 2024-2-29 13:14:15", "INTEGER(10) -7",
-                                                    "INTEGER(10) null"}));
+                                                    "INTEGER(10) null", "WVARCHAR(4) 😀😀"}));
 }
 
 TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
@@ -251,7 +250,7 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   const std::string narrow = ledgertree::text::utf8Text(
       std::u16string(reinterpret_cast<const char16_t*>(text), static_cast<std::size_t>(length)));
   if (narrow.starts_with("{? = CALL spAny(")) {
-    EXPECT_EQ(narrow, "{? = CALL spAny( ?, ?, ?, ?, ?) }");
+    EXPECT_EQ(narrow, "{? = CALL spAny( ?, ?, ?, ?, ?, ?) }");
     **driver.result = 77;
     return SQL_SUCCESS;
   }
