@@ -32,7 +32,7 @@ struct LookupDatabase {
   std::atomic<int> opened = 0;
   std::atomic<int> open = 0;
   std::vector<std::string> statements;
-  std::vector<std::string> searches;  ///< the text of each slice
+  std::vector<std::string> searches;  ///< the text of each slice; those of a picker go by code
 };
 
 class LookupConnection : public data::Connection {
@@ -56,7 +56,8 @@ class LookupConnection : public data::Connection {
   }
 
   data::SearchPage search(const data::SearchRequest& request) override {
-    database_.searches.push_back(request.text);
+    const bool byCode = request.order == data::SearchOrder::Code;
+    database_.searches.push_back((byCode ? "by code: " : "") + request.text);
     const auto& all = view(request.view);
     data::SearchPage page{.rows = columns(), .continuation = {}};
     std::size_t place = request.continuation.empty() ? 0 : std::stoul(request.continuation);

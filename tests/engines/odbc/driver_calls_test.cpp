@@ -7,8 +7,11 @@
 #include <sqlucode.h>
 
 #include <algorithm>
+#include <condition_variable>
 #include <cstring>
+#include <deque>
 #include <map>
+#include <mutex>
 #include <regex>
 #include <set>
 
@@ -28,20 +31,30 @@ using testing::failureOf;
 
 /// How the driver answers from now on.
 struct Driver {
-  std::string state;  ///< of the failure of every command; empty for none
-  int number = 0;
-  std::string words;
-  bool tellsNoRows = false;           ///< of commands that gave none
-  std::set<SQLHSTMT> open;            ///< statements with rows that nobody has read
-  std::vector<std::string> bound;     ///< values as the driver was told of them
-  std::optional<SQLINTEGER*> result;  ///< where a procedure's answer is wanted
-  std::u16string server;              ///< the file that stands for a server; empty for none
-  std::vector<int> answers;           ///< of the server to what it is asked first
-  std::string last;                   ///< the command that came last
-  std::optional<SQLSMALLINT> type;    ///< of every column
-  int connections = 0;                ///< that were asked for
-  std::optional<int> rows;            ///< that come ahead of a deadlock
+  std::vector<Record> told;            ///< of the failure of every command; empty for none
+  bool tellsNoRows = false;            ///< of commands that gave none
+  std::set<SQLHSTMT> open;             ///< statements with rows that nobody has read
+  std::u16string server;               ///< the file that stands for a server; empty for none
+  std::deque<std::string> answers;     ///< in the place of the file's own; "+": a further one to the command
+  std::string last;                    ///< the command that came last
+  std::vector<std::string> calls;      ///< what changes the state of the driver, in order
+  std::optional<SQLSMALLINT> type;     ///< of every column
+  std::optional<int> rows;             ///< that come ahead of a deadlock
+  bool dead = false;                   ///< the connection
+  std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
+  bool waits = false;                  ///< commands wait whether they are interrupted
+  std::optional<int> returns;          ///< what a procedure gives behind its last result
+  SQLINTEGER* result = nullptr;
+  SQLLEN* resultLength = nullptr;
+
+  [[nodiscard]] auto connections() const {
+    return std::count_if(calls.begin(), calls.end(), [](auto& call) { return call.starts_with("connect "); });
+  }
 } driver;
+
+std::mutex interrupting;
+std::condition_variable interrupted;
+int interruptions = 0;
 
 template <typename Call>
 Call* real(const char* name) {
@@ -49,9 +62,7 @@ Call* real(const char* name) {
 }
 
 SQLRETURN failWith(std::string state, int number, std::string words) {
-  driver.state = std::move(state);
-  driver.number = number;
-  driver.words = std::move(words);
+  driver.told = {{std::move(state), number, std::move(words)}};
   return SQL_ERROR;
 }
 
@@ -76,8 +87,8 @@ class DriverCalls : public ::testing::Test {
 
   const testing::TemporaryFolder folder_;
   const std::string path_ = (folder_.path() / "calls.db").string();
-  OdbcConnection connection_{
-      data::ConnectionText("ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_))};
+  const data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" + data::quoteConnectionValue(path_)};
+  OdbcConnection connection_{text_};
 };
 
 TEST_F(DriverCalls, ACommandThatChangesNoRowIsNoFailure) {
@@ -102,17 +113,20 @@ TEST_F(DriverCalls, AConnectionCarriesOneStatementAtATime) {
 TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
   const std::map<std::string, Reason> reasons{
       {"Constraint", Reason::Constraint}, {"Busy", Reason::Busy},       {"TooLong", Reason::TooLong},
-      {"Storage", Reason::Storage},       {"TimeOut", Reason::TimeOut}, {"Connection", Reason::Connection}};
+      {"Storage", Reason::Storage},       {"TimeOut", Reason::TimeOut}, {"Connection", Reason::Connection},
+      {"Statement", Reason::Statement}};
   for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "failures")) {
     SCOPED_TRACE(row[0]);
-    driver.state.clear();
+    driver.told.clear();
     connection_.run("select 1");
     const int number = std::stoi(row[0].substr(6));
-    failWith(row[0].substr(0, 5), number, "[Driver][Server] the words");
+    driver.told = {{"01000", 5701, "[Driver][Server]Changed database context."},
+                   {row[0].substr(0, 5), number, "[Driver][Server] the words"},
+                   {"42000", 3621, "[Driver][Server]The statement has been terminated."}};
     const data::DataError failure = failureOf([&] { connection_.run("select 2"); });
     EXPECT_EQ(failure.reason(), reasons.at(row[1]));
     EXPECT_EQ(failure.number(), number);
-    EXPECT_TRUE(std::string_view(failure.what()).starts_with(row[2])) << failure.what();
+    EXPECT_EQ(failure.what(), row[2]);
     EXPECT_EQ(failure.statement(), "select 2");
   }
 }
@@ -122,7 +136,7 @@ TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsTol
     OdbcConnection connection{data::ConnectionText("ODBC Driver=SQLite3;Database=x;" + text)};
     return std::string(failureOf([&] { connection.run("select 1"); }).what());
   };
-  failWith("28000", 18456, "Login failed for sa with very-hidden");
+  driver.told = {{"08001", 0, "Unable to connect"}, {"28000", 18456, "Login failed for sa with very-hidden"}};
   for (const char* const key : {"Password", "PWD"})
     EXPECT_EQ(told("UID=sa;" + std::string(key) + "=very-hidden"),
               "پايگاه داده نام کاربر يا رمز را نپذيرفت. متن اتصال را اصلاح نماييد. (18456, 28000)");
@@ -133,17 +147,61 @@ TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsTol
   }
 }
 
-TEST_F(DriverCalls, AProcedureGetsItsValuesWhole) {
+TEST_F(DriverCalls, ASessionTellsTheDriverAllThisFromOpeningToClosing) {
   static constexpr data::Parameter kParameters[] = {
       {"@Title", data::ParameterType::Text, 20}, {"@Amount", data::ParameterType::Money},
       {"@Day", data::ParameterType::DateTime},   {"@Number", data::ParameterType::Int},
       {"@None", data::ParameterType::Int},       {"@Long", data::ParameterType::Text, 3}};
   const data::Value values[] = {
       "حساب", *data::Money::parse("12.3456"), data::DateTime{2024, 2, 29, 13, 14, 15}, -7, {}, "😀😀"};
-  EXPECT_EQ(connection_.call({"spAny", kParameters}, values), 77);
-  EXPECT_EQ(driver.bound, (std::vector<std::string>{"WVARCHAR(20) حساب", "DECIMAL(19,4) 12.3456",
-                                                    "TIMESTAMP(23,3) 2024-2-29 13:14:15", "INTEGER(10) -7",
-                                                    "INTEGER(10) null", "WVARCHAR(4) 😀😀"}));
+  driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+  driver.answers = {"select 65001",  "+select " + std::to_string(db::schemaVersion()),
+                    "select 5 as a", "+select 6",
+                    "select 7",      "+select 8"};
+  driver.returns = 77;
+  {
+    OdbcConnection server(data::ConnectionText("Data Source=srv;PWD=x;Connect Timeout=7"),
+                          std::chrono::milliseconds(2500));
+    EXPECT_EQ(server.run("select 'ی' as a")->value(0, 0).toText(), "5");
+    EXPECT_EQ(server.call({"spAny", kParameters}, values), 77);
+  }
+  std::string record;
+  for (const std::string& call : driver.calls) record += call + "\n";
+  std::string wanted;
+  for (const std::string& call : testing::linesOf("engines/odbc/driver_text.txt", "calls"))
+    wanted += call + "\n";
+  EXPECT_EQ(record, wanted);
+}
+
+TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
+  driver.answers = {"select 1", "+select 2"};
+  EXPECT_EQ(connection_.run("\n/* a trigger selects */ UPDATE t set ID = 1"), std::nullopt);
+  for (const auto& read : {std::function([&] { connection_.run("select 1"); }),
+                           {[&] { connection_.walk("select 1", [](auto&) { return true; }); }},
+                           {[&] { connection_.search(inView({}, 9)); }}}) {
+    driver.told.clear();
+    driver.answers = {"select 1 as ID", "+fail"};
+    EXPECT_EQ(failureOf(read).reason(), Reason::Busy);
+    driver.told.clear();
+    driver.answers = {"select 1 as ID"};
+    driver.rows = 0;
+    EXPECT_EQ(failureOf(read).reason(), Reason::Busy) << driver.last;
+    driver.rows.reset();
+  }
+  driver.told.clear();
+  driver.answers = {"select 1"};
+  EXPECT_EQ(failureOf([&] {
+              connection_.call({"spAny", {}}, {});
+            }).reason(),
+            Reason::Statement)
+      << "a procedure without a return value";
+  failWith("42000", 208, "");
+  driver.dead = true;
+  driver.calls.clear();
+  EXPECT_EQ(failureOf([&] { connection_.run("select 1"); }).reason(), Reason::Connection);
+  driver.told.clear();
+  connection_.run("select 1");
+  EXPECT_EQ(driver.connections(), 1);
 }
 
 TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
@@ -157,18 +215,19 @@ TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
 TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
   const data::ConnectionText text("Data Source=srv;Initial Catalog=books;ODBC Driver=FreeTDS");
+  const auto version = [](int more) { return "+select " + std::to_string(db::schemaVersion() + more); };
   for (const auto& [page, sent] :
        {std::pair(1256, "select 'ي' as a"), {1252, "select 'ي' as a"}, {65001, "select 'ی' as a"}}) {
-    driver.answers = {db::schemaVersion(), page};
+    driver.answers = {"select " + std::to_string(page), version(0)};
     OdbcConnection connection(text);
     connection.run("select 'ی' as a");
     EXPECT_EQ(driver.last, sent) << page;
   }
   for (const int other : {-1, 1}) {
-    driver.answers = {db::schemaVersion() + other, 1256};
+    driver.answers = {"select 1256", version(other)};
     OdbcConnection connection(text);
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
-    driver.answers = {db::schemaVersion() + other, 1256};
+    driver.answers = {"select 1256", version(other)};
     OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
   }
@@ -196,22 +255,33 @@ TEST_F(DriverCalls, ASearchGoesOnBehindRowsWithoutAName) {
 }
 
 TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerIsSilent) {
-  connection_.run(
-      "create view v as with recursive n(ID) as (select 1 union all select ID + 1 from n limit 20000000) "
-      "select ID from n");
-  for (const auto& [state, lost] : {std::pair("HY008", 0), {"HY000", 1}}) {
+  for (const auto& [state, lost, reason] : {std::tuple("HY008", 0, Reason::Cancelled),
+                                            {"HY000", 1, Reason::Cancelled},
+                                            {"HY008", 0, Reason::Misuse}}) {
     bool begun = false;
+    interruptions = 0;
+    driver.silence = state;
     data::SearchRequest request = inView({}, 1);
-    request.cancelled = [&, state = state] {
-      if (!std::exchange(begun, true)) return false;
-      failWith(state, 0, "");
-      return true;
+    request.cancelled = [&, reason = reason] {
+      if (begun && reason == Reason::Misuse) throw data::DataError(reason, 0, "");
+      return std::exchange(begun, true);
     };
-    EXPECT_EQ(failureOf([&] { connection_.search(request); }).reason(), Reason::Cancelled);
-    driver.state.clear();
-    driver.connections = 0;
-    EXPECT_EQ(connection_.run("select count(*) from (select ID from v limit 5000000)")->count(), 1U);
-    EXPECT_EQ(driver.connections, lost) << state;
+    EXPECT_EQ(failureOf([&] { connection_.search(request); }).reason(), reason);
+    driver = {};
+    driver.waits = true;
+    interruptions = 0;
+    EXPECT_EQ(connection_.run("select 1")->count(), 1U);
+    EXPECT_EQ(interruptions, 0);
+    EXPECT_EQ(driver.connections(), lost) << state;
+  }
+  for (const auto& [state, open] : {std::pair("HY008", false), {"HY000", true}}) {
+    driver = {};
+    driver.silence = state;
+    interruptions = 0;
+    OdbcConnection hasty(text_, std::chrono::milliseconds(1));
+    const data::DataError late = failureOf([&] { hasty.run("select 1"); });
+    EXPECT_EQ(late.reason(), Reason::TimeOut);
+    EXPECT_EQ(late.leavesOpen(), open) << state;
   }
 }
 
@@ -219,14 +289,22 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
 }  // namespace ledgertree::engines::odbc
 
 using ledgertree::engines::odbc::driver;
+using ledgertree::engines::odbc::failWith;
 using ledgertree::engines::odbc::real;
+
+static void note(const std::string& call) { driver.calls.push_back(call); }
+
+static std::string narrow(const SQLWCHAR* text, SQLINTEGER length) {
+  return ledgertree::text::utf8Text(
+      std::u16string(reinterpret_cast<const char16_t*>(text), static_cast<std::size_t>(length)));
+}
 
 extern "C" {
 
 SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQLSMALLINT length,
                             SQLWCHAR* out, SQLSMALLINT room, SQLSMALLINT* needed, SQLUSMALLINT completion) {
-  ++driver.connections;
-  if (!driver.state.empty()) return SQL_ERROR;
+  note("connect " + narrow(in, length) + " " + std::to_string(completion));
+  if (!driver.told.empty()) return SQL_ERROR;
   if (!driver.server.empty()) {
     in = reinterpret_cast<SQLWCHAR*>(driver.server.data());
     length = static_cast<SQLSMALLINT>(driver.server.size());
@@ -235,36 +313,87 @@ SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQ
                                                                 needed, completion);
 }
 
-static SQLRETURN answer(SQLHSTMT statement) {
-  std::u16string words = ledgertree::text::wideText("select " + std::to_string(driver.answers.back()));
-  driver.answers.pop_back();
-  return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(
-      statement, reinterpret_cast<SQLWCHAR*>(words.data()), static_cast<SQLINTEGER>(words.size()));
+static SQLRETURN answer(SQLHSTMT statement, std::string words) {
+  if (!driver.answers.empty()) {
+    words = driver.answers.front().substr(driver.answers.front().starts_with('+') ? 1 : 0);
+    driver.answers.pop_front();
+  }
+  if (words == "fail") return failWith("40001", 1205, "deadlock");
+  std::u16string wide = ledgertree::engines::odbc::inWordsOfSqlite(words);
+  return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(statement, reinterpret_cast<SQLWCHAR*>(wide.data()),
+                                                          static_cast<SQLINTEGER>(wide.size()));
 }
 
 SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) {
-  using ledgertree::engines::odbc::failWith;
-  if (!driver.state.empty()) return SQL_ERROR;
+  using namespace ledgertree::engines::odbc;
+  driver.last = narrow(text, length);
+  note("send " + driver.last);
+  if (!driver.told.empty()) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");
-  const std::string narrow = ledgertree::text::utf8Text(
-      std::u16string(reinterpret_cast<const char16_t*>(text), static_cast<std::size_t>(length)));
-  if (narrow.starts_with("{? = CALL spAny(")) {
-    EXPECT_EQ(narrow, "{? = CALL spAny( ?, ?, ?, ?, ?, ?) }");
-    **driver.result = 77;
-    return SQL_SUCCESS;
+  std::unique_lock lock(interrupting);
+  const auto over = [] { return interruptions != 0; };
+  if (driver.waits) interrupted.wait_for(lock, std::chrono::milliseconds(300), over);
+  if (driver.silence) {
+    interrupted.wait(lock, over);
+    return failWith(*driver.silence, 0, "");
   }
-  driver.last = narrow;
-  const bool first = narrow.find("; set textsize 2147483647; set lock_timeout 29000; ") != std::string::npos;
-  EXPECT_EQ(narrow.starts_with("declare @First"), first) << narrow;
-  if (first) return answer(statement);
-  std::u16string words = ledgertree::engines::odbc::inWordsOfSqlite(narrow);
-  const SQLRETURN result = real<decltype(SQLExecDirectW)>("SQLExecDirectW")(
-      statement, reinterpret_cast<SQLWCHAR*>(words.data()), static_cast<SQLINTEGER>(words.size()));
+  lock.unlock();
+  const SQLRETURN result = answer(statement, driver.last);
   SQLSMALLINT columns = 0;
   if (SQL_SUCCEEDED(result)) SQLNumResultCols(statement, &columns);
   if (columns != 0) driver.open.insert(statement);
   return driver.tellsNoRows && SQL_SUCCEEDED(result) && columns == 0 ? SQL_NO_DATA : result;
+}
+
+SQLRETURN SQLCancel(SQLHSTMT statement) {
+  if (!driver.silence && !driver.waits) return real<decltype(SQLCancel)>("SQLCancel")(statement);
+  const std::lock_guard lock(ledgertree::engines::odbc::interrupting);
+  ++ledgertree::engines::odbc::interruptions;
+  ledgertree::engines::odbc::interrupted.notify_one();
+  return SQL_SUCCESS;
+}
+
+SQLRETURN SQLDrivers(SQLHENV, SQLUSMALLINT direction, SQLCHAR* name, SQLSMALLINT, SQLSMALLINT*, SQLCHAR*,
+                     SQLSMALLINT, SQLSMALLINT*) {
+  static int place = 0;
+  place = direction == SQL_FETCH_FIRST ? 0 : place + 1;
+  std::strcpy(reinterpret_cast<char*>(name), place == 0 ? "SQLite3" : "FreeTDS");
+  return place < 2 ? SQL_SUCCESS : SQL_NO_DATA;
+}
+
+SQLRETURN SQLAllocHandle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
+  note("open " + std::to_string(type));
+  return real<decltype(SQLAllocHandle)>("SQLAllocHandle")(type, parent, handle);
+}
+
+SQLRETURN SQLDisconnect(SQLHDBC connection) {
+  note("disconnect");
+  return real<decltype(SQLDisconnect)>("SQLDisconnect")(connection);
+}
+
+SQLRETURN SQLSetEnvAttr(SQLHENV environment, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
+  return real<decltype(SQLSetEnvAttr)>("SQLSetEnvAttr")(environment, attribute, value, length);
+}
+
+SQLRETURN SQLSetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
+  return real<decltype(SQLSetConnectAttrW)>("SQLSetConnectAttrW")(connection, attribute, value, length);
+}
+
+SQLRETURN SQLSetStmtAttrW(SQLHSTMT statement, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
+  return real<decltype(SQLSetStmtAttrW)>("SQLSetStmtAttrW")(statement, attribute, value, length);
+}
+
+SQLRETURN SQLGetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER room,
+                             SQLINTEGER* length) {
+  if (attribute != SQL_ATTR_CONNECTION_DEAD)
+    return real<decltype(SQLGetConnectAttrW)>("SQLGetConnectAttrW")(connection, attribute, value, room,
+                                                                    length);
+  *static_cast<SQLUINTEGER*>(value) = driver.dead ? SQL_CD_TRUE : SQL_CD_FALSE;
+  return SQL_SUCCESS;
 }
 
 SQLRETURN SQLDescribeColW(SQLHSTMT statement, SQLUSMALLINT place, SQLWCHAR* name, SQLSMALLINT room,
@@ -277,52 +406,57 @@ SQLRETURN SQLDescribeColW(SQLHSTMT statement, SQLUSMALLINT place, SQLWCHAR* name
 }
 
 SQLRETURN SQLFetch(SQLHSTMT statement) {
-  if (driver.rows && (*driver.rows)-- == 0)
-    return ledgertree::engines::odbc::failWith("40001", 1205, "deadlock");
+  if (driver.rows && (*driver.rows)-- == 0) return failWith("40001", 1205, "deadlock");
   return real<decltype(SQLFetch)>("SQLFetch")(statement);
 }
 
 SQLRETURN SQLMoreResults(SQLHSTMT statement) {
   driver.open.erase(statement);
-  if (!driver.answers.empty()) {
+  if (!driver.answers.empty() && driver.answers.front().starts_with('+')) {
     SQLFreeStmt(statement, SQL_CLOSE);
-    return answer(statement);
+    return answer(statement, {});
   }
-  return driver.result ? SQL_NO_DATA : real<decltype(SQLMoreResults)>("SQLMoreResults")(statement);
+  if (driver.result != nullptr && driver.returns) {
+    *driver.result = *driver.returns;
+    *driver.resultLength = sizeof(SQLINTEGER);
+  }
+  return driver.told.empty() ? real<decltype(SQLMoreResults)>("SQLMoreResults")(statement) : SQL_NO_DATA;
 }
 
 SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle) {
   driver.open.erase(handle);
+  note("close " + std::to_string(type));
   return real<decltype(SQLFreeHandle)>("SQLFreeHandle")(type, handle);
 }
 
 SQLRETURN SQLGetDiagRecW(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT place, SQLWCHAR* state,
                          SQLINTEGER* number, SQLWCHAR* message, SQLSMALLINT room, SQLSMALLINT* length) {
-  if (driver.state.empty())
+  if (driver.told.empty())
     return real<decltype(SQLGetDiagRecW)>("SQLGetDiagRecW")(type, handle, place, state, number, message, room,
                                                             length);
-  if (place > 1) return SQL_NO_DATA;
-  const std::u16string words = ledgertree::text::wideText(driver.words);
-  std::copy_n(driver.state.c_str(), driver.state.size() + 1, state);
+  if (static_cast<std::size_t>(place) > driver.told.size()) return SQL_NO_DATA;
+  const auto& record = driver.told[static_cast<std::size_t>(place) - 1];
+  const std::u16string words = ledgertree::text::wideText(record.message);
+  std::copy_n(record.state.c_str(), record.state.size() + 1, state);
   std::copy_n(words.c_str(), words.size() + 1, message);
-  *number = driver.number;
+  *number = record.number;
   return SQL_SUCCESS;
 }
 
-SQLRETURN SQLBindParameter(SQLHSTMT statement, SQLUSMALLINT place, SQLSMALLINT use, SQLSMALLINT here,
+SQLRETURN SQLBindParameter(SQLHSTMT /*statement*/, SQLUSMALLINT place, SQLSMALLINT use, SQLSMALLINT here,
                            SQLSMALLINT there, SQLULEN size, SQLSMALLINT decimals, SQLPOINTER data,
                            SQLLEN room, SQLLEN* length) {
+  const auto told = [&](const char* type, const std::string& value) {
+    note("bind " + std::to_string(place) + " " + type + "(" + std::to_string(size) + "," +
+         std::to_string(decimals) + ") " + (*length == SQL_NULL_DATA ? "null" : value) + " " +
+         std::to_string(room));
+  };
   if (use == SQL_PARAM_OUTPUT) {
     driver.result = static_cast<SQLINTEGER*>(data);
-    *length = sizeof(SQLINTEGER);
-    return real<decltype(SQLBindParameter)>("SQLBindParameter")(statement, place, use, here, there, size,
-                                                                decimals, data, room, length);
+    driver.resultLength = length;
+    told("RETURN", "");
+    return SQL_SUCCESS;
   }
-  const std::string digits = decimals == 0 ? "" : "," + std::to_string(decimals);
-  const auto told = [&](const char* type, const std::string& value) {
-    driver.bound.push_back(std::string(type) + "(" + std::to_string(size) + digits + ") " +
-                           (*length == SQL_NULL_DATA ? "null" : value));
-  };
   const auto bytes = static_cast<std::size_t>(std::max<SQLLEN>(*length, 0));
   if (here == SQL_C_WCHAR && there == SQL_WVARCHAR)
     told("WVARCHAR",
