@@ -114,7 +114,6 @@ void ListBoxView::detach() {
 DropDownListView::DropDownListView(ui::DropDownList& control, QWidget& parent)
     : ViewOf(control), box_(new Combo(&parent)), model_(control) {
   box_->setModel(&model_);
-  box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   box_->view()->setLayoutDirection(Qt::RightToLeft);
   connect(box_, &QComboBox::activated, this, [this](int row) {
     if (!standing()) return;

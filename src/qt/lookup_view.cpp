@@ -101,7 +101,6 @@ LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->header()->setStretchLastSection(false);
   list_->header()->setSectionResizeMode(LookupModel::kText, QHeaderView::Stretch);

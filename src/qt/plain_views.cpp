@@ -197,7 +197,6 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)
     : ViewOf(control), bar_(new Bar(&parent)) {
-  bar_->setAlignment(Qt::AlignCenter);
   sync(ui::Change::Value);
 }
 
@@ -205,7 +204,6 @@ void ProgressBarView::sync(ui::Change change) {
   if (change != ui::Change::Value) return;
   auto& bar = static_cast<Bar&>(*bar_);
   bar.words = toQt(control().text());
-  bar.setTextVisible(!bar.words.isEmpty());
   // A work of nothing is done; without a maximum the bar would run to and fro.
   bar.setMaximum(std::max(control().maximum(), 1));
   // At 0 the style would still draw a sliver.

@@ -126,7 +126,6 @@ LanguageTag::LanguageTag(QWidget& editor) : QLabel(&editor) {
   setCursor(Qt::ArrowCursor);
   setAutoFillBackground(true);
   setBackgroundRole(QPalette::Window);
-  setForegroundRole(QPalette::WindowText);
   setContentsMargins(3, 0, 3, 0);
   QLabel::hide();
 }

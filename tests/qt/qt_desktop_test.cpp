@@ -246,12 +246,18 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
 TEST(QtDesktop, TimersTickAndIdleWorkRunsBetweenEvents) {
   Screen screen;
   ui::Timer timer(*screen.form, "Timer1", 5ms);
+  ui::Timer rest(*screen.form, "TreeRest", 1s);
   int ticks = 0;
   timer.onTick = [&] { ++ticks; };
   QTest::qWait(20);
   EXPECT_EQ(ticks, 0);
   screen.show();
   EXPECT_TRUE(QTest::qWaitFor([&] { return ticks >= 2; }, 30000));
+  const auto left = [&] { return screen.window().findChildren<QTimer*>().back()->remainingTime(); };
+  QTest::qSleep(400);
+  const int before = left();
+  rest.restart();
+  EXPECT_GT(left(), before) << "the interval begins anew";
   screen.form->hide();
   ticks = 0;
   QTest::qWait(20);

@@ -9,9 +9,12 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTextEdit>
 #include <QTreeView>
+#include <fstream>
+#include <iterator>
 #include <map>
 
 #include "qt/tree_model.h"
@@ -51,6 +54,7 @@ const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std
     {"wait",
      [](auto&, auto& it, auto&) { EXPECT_TRUE(QTest::qWaitFor([&] { return it.withinReach(); }, 30000)); }},
     {"focus", [](auto&, auto& control, auto&) { control.focus(); }},
+    {"down", [](auto& widget, auto&, auto& to) { widget.window()->move(90, std::stoi(to)); }},
     {"show", [](auto&, auto& control, auto& how) { control.setVisible(how == "on"); }},
     {"enable", [](auto&, auto& control, auto& how) { control.setEnabled(how == "on"); }},
     {"text", [](auto&, auto& control, auto& text) { dynamic_cast<ui::TextField&>(control).setText(text); }},
@@ -95,7 +99,14 @@ std::string lineOf(const QLineEdit& line) {
   seen += fromQt(text);
   if (list == nullptr || !list->isVisible()) return seen;
   const std::string picked = fromQt(list->currentIndex().data().toString());
-  return seen + " / " + std::to_string(list->model()->rowCount()) + " [" + picked + "]";
+  const QRect field(line.mapToGlobal(QPoint(0, 0)), line.size());
+  const QRect& open = list->window()->geometry();
+  const bool whole = list->verticalScrollBar()->isVisible() == (list->model()->rowCount() > 10);
+  const bool below = open.top() == field.bottom() + 1;
+  const bool beside = open.right() == field.right() || open.left() == line.screen()->geometry().left();
+  const bool near = beside && (below || open.bottom() == field.top() - 1);
+  seen += !near || !whole ? " ? " : below ? " / " : " \\ ";
+  return seen + std::to_string(list->model()->rowCount()) + " [" + picked + "]";
 }
 
 }  // namespace
@@ -160,6 +171,11 @@ std::string Desk::seen(const ui::Control& control) const {
   for (const QModelIndex& row : view->selectionModel()->selectedRows(view->model()->columnCount() - 1))
     rows += (rows.empty() ? "" : " ") + std::to_string(row.row());
   return rows;
+}
+
+void expectTable(const std::string& name, const std::string& description) {
+  std::ifstream table(LEDGERTREE_SOURCES "/tests/qt/screens/" + name + ".txt");
+  EXPECT_EQ(description, std::string(std::istreambuf_iterator<char>(table), {})) << name;
 }
 
 Screen::Form::Form(ui::Surroundings surroundings)

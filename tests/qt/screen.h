@@ -27,6 +27,7 @@ namespace ledgertree::test {
 class MemoryLookup : public ui::LookupField {
  public:
   using LookupField::LookupField;
+  using LookupField::setActive;
   std::vector<ui::LookupRow> all;
   std::size_t page = 20;
   std::function<void()> onPicked;
@@ -96,6 +97,9 @@ class Desk {
   /// selected.
   [[nodiscard]] std::string seen(const ui::Control& control) const;
 };
+
+/// Compares a description with tests/qt/screens/`name`.txt.
+void expectTable(const std::string& name, const std::string& description);
 
 /// A form of every kind of control, which says what happens to its buttons, lists and grid.
 class Screen : public Desk {

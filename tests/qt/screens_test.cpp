@@ -8,8 +8,6 @@
 #include <QToolButton>
 #include <QTreeView>
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 
@@ -159,11 +157,6 @@ std::string described(ui::Form& form, std::vector<std::string>& layouts) {
   }
   window.detach();
   return text;
-}
-
-void expectTable(const std::string& name, const std::string& description) {
-  std::ifstream table(LEDGERTREE_SOURCES "/tests/qt/screens/" + name + ".txt");
-  EXPECT_EQ(description, std::string(std::istreambuf_iterator<char>(table), {})) << name;
 }
 
 /// The screens as they open on the demo chart, whose nine groups are of each nature, open and closed.
