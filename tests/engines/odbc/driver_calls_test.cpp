@@ -169,6 +169,10 @@ TEST_F(DriverCalls, ASessionTellsTheDriverAllThisFromOpeningToClosing) {
 TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   driver.answers = {"select 1", "+select 2"};
   EXPECT_EQ(connection_.run("-- one\n/* a trigger selects */ UPDATE t set ID = 1"), std::nullopt);
+  driver.answers = {"create table x(ID)", "+select 5"};
+  int seen = 0;
+  connection_.walk("exec x", [&](auto&) { return ++seen == 0; });
+  EXPECT_EQ(seen, 1);
   for (const auto& read : {std::function([&] { connection_.run("select 1"); }),
                            {[&] { connection_.walk("select 1", [](auto&) { return true; }); }},
                            {[&] { connection_.search(inView({}, 9)); }}}) {
@@ -219,7 +223,9 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
   for (const int other : {-1, 1}) {
     driver.answers = {"select 1256", version(other)};
     OdbcConnection connection(text);
+    driver.calls.clear();
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
+    EXPECT_EQ(std::count(driver.calls.begin(), driver.calls.end(), "disconnect"), 1);
     driver.answers = {"select 1256", version(other)};
     OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));

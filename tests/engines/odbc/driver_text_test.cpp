@@ -28,6 +28,8 @@ TEST(DriverText, SpeaksTheWordsOfTheDriver) {
 TEST(DriverText, TakesTheDriverThatIsNamed) {
   EXPECT_TRUE(
       written("Data Source=srv;ODBC Driver=FreeTDS", kBoth).starts_with("Driver=FreeTDS;Server=srv;"));
+  EXPECT_EQ(driverText(data::ConnectionText("Server=s;ODBC Driver=SQL Server"), {}).dialect,
+            Dialect::Microsoft);
   EXPECT_EQ(written("ODBC Driver=SQLite3;Database=/tmp/a b.db", {}),
             "Driver=SQLite3;Database={/tmp/a b.db};");
   for (const char* const key : {"Connect Timeout", "Connection Timeout", "Timeout"})
