@@ -17,6 +17,7 @@
 #include "data/data_error.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "engines/sqlite/errors.h"
 #include "support/failure.h"
 #include "support/small_disk.h"
 #include "support/temporary_database.h"
@@ -51,6 +52,14 @@ class FileFaults : public ::testing::Test {
 
   testing::TemporaryFolder folder;
 };
+
+TEST_F(FileFaults, WhatSqliteFailsWithIsToldInTheWordsOfAPerson) {
+  for (const auto& row : testing::tableOf("engines/sqlite/dialect.txt", "failures")) {
+    const data::DataError failure = engineError(std::stoi(row[0]), "X constraint failed: t.A", "s");
+    EXPECT_EQ(std::to_string(static_cast<int>(failure.reason())) + " " + failure.what(), row[1]) << row[0];
+    EXPECT_EQ(failure.number(), std::stoi(row[0]));
+  }
+}
 
 /// A function that a program gives each of its connections, and how often it was called.
 int planted = 0;
