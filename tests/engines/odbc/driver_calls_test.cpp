@@ -168,12 +168,12 @@ TEST_F(DriverCalls, ASessionTellsTheDriverAllThisFromOpeningToClosing) {
 
 TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   driver.answers = {"select 1", "+select 2"};
-  EXPECT_EQ(connection_.run("\n/* a trigger selects */ UPDATE t set ID = 1"), std::nullopt);
+  EXPECT_EQ(connection_.run("-- one\n/* a trigger selects */ UPDATE t set ID = 1"), std::nullopt);
   for (const auto& read : {std::function([&] { connection_.run("select 1"); }),
                            {[&] { connection_.walk("select 1", [](auto&) { return true; }); }},
                            {[&] { connection_.search(inView({}, 9)); }}}) {
     driver.told.clear();
-    driver.answers = {"select 1 as ID", "+fail"};
+    driver.answers = {"select 1 as ID", "+fail", "+late"};
     EXPECT_EQ(failureOf(read).reason(), Reason::Busy);
     driver.told.clear();
     driver.answers = {"select 1 as ID"};
@@ -224,6 +224,10 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
     OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
   }
+  driver.answers = {"fail"};
+  driver.dead = true;
+  EXPECT_EQ(failureOf([&] { OdbcConnection(text).run("select 1"); }).reason(), Reason::Connection);
+  EXPECT_EQ(driver.last.substr(0, 8), "declare ");
 }
 
 TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
@@ -250,6 +254,10 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
   request.text = " 9 ";
   for (const auto& batches : {std::vector<std::string>{"1", "2"}, {"2,3", "4,5"}, {"4,5", "5,6", "6"}})
     page(batches);
+  request.slice = std::chrono::milliseconds(1);
+  driver.waits = true;
+  page({"1"});
+  driver.waits = false;
   for (const auto& [type, id] : {std::pair(SQL_VARCHAR, "2"),
                                  {SQL_WVARCHAR, "3"},
                                  {SQL_INTEGER, "4"},
@@ -329,6 +337,7 @@ static SQLRETURN answer(SQLHSTMT statement, std::string words) {
     driver.answers.pop_front();
   }
   if (words == "fail") return failWith("40001", 1205, "deadlock");
+  if (words == "late") return failWith("HYT00", 0, "");
   std::u16string wide = ledgertree::engines::odbc::inWordsOfSqlite(words);
   return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(statement, reinterpret_cast<SQLWCHAR*>(wide.data()),
                                                           static_cast<SQLINTEGER>(wide.size()));

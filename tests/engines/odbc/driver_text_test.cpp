@@ -30,7 +30,9 @@ TEST(DriverText, TakesTheDriverThatIsNamed) {
       written("Data Source=srv;ODBC Driver=FreeTDS", kBoth).starts_with("Driver=FreeTDS;Server=srv;"));
   EXPECT_EQ(written("ODBC Driver=SQLite3;Database=/tmp/a b.db", {}),
             "Driver=SQLite3;Database={/tmp/a b.db};");
-  EXPECT_EQ(driverText(data::ConnectionText("Data Source=s;Connect Timeout=4"), kBoth).loginSeconds, 4);
+  for (const char* const key : {"Connect Timeout", "Connection Timeout", "Timeout"})
+    EXPECT_EQ(
+        driverText(data::ConnectionText(std::string("Data Source=s;") + key + "=4"), kBoth).loginSeconds, 4);
   EXPECT_EQ(driverText(data::ConnectionText("Data Source=s;Connect Timeout=0"), kBoth).loginSeconds, 15);
 }
 
