@@ -10,6 +10,7 @@
 #include <QValidator>
 #include <map>
 
+#include "qt/appearance.h"
 #include "qt/text.h"
 #include "ui/key.h"
 
@@ -105,14 +106,23 @@ void typeByMethod(const Typist& typist, bool readOnly, QInputMethodEvent& event,
 
 void nameEditingCommands(QMenu& menu) {
   static const std::map<QString, const char*> kNames = {
-      {QStringLiteral("edit-undo"), "واگرد"},       {QStringLiteral("edit-redo"), "ازنو"},
-      {QStringLiteral("edit-cut"), "برش"},          {QStringLiteral("edit-copy"), "رونوشت"},
-      {QStringLiteral("edit-paste"), "چسباندن"},    {QStringLiteral("edit-delete"), "حذف"},
+      {QStringLiteral("undo"), "واگرد"},
+      {QStringLiteral("redo"), "ازنو"},
+      {QStringLiteral("cut"), "برش"},
+      {QStringLiteral("copy"), "رونوشت"},
+      {QStringLiteral("paste"), "چسباندن"},
+      {QStringLiteral("delete"), "حذف"},
       {QStringLiteral("select-all"), "انتخاب همه"},
   };
+  menu.setAttribute(Qt::WA_WindowPropagation);
   menu.setLayoutDirection(Qt::RightToLeft);
+  dress(menu);
   for (QAction* action : menu.actions()) {
-    const auto name = kNames.find(action->objectName());
+    // Those of a line have no name in some versions of the toolkit, only their English text.
+    QString command = action->objectName().remove(QLatin1String("edit-"));
+    if (command.isEmpty())
+      command = action->text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')).toLower();
+    const auto name = kNames.find(command.replace(QLatin1Char(' '), QLatin1Char('-')));
     if (name == kNames.end()) continue;
     const qsizetype keys = action->text().indexOf(QLatin1Char('\t'));
     action->setText(QString::fromUtf8(name->second) + (keys < 0 ? QString() : action->text().mid(keys)));

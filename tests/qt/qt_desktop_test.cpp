@@ -7,8 +7,10 @@
 #include <QCursor>
 #include <QFile>
 #include <QImage>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTextEdit>
 #include <QVBoxLayout>
 #include <thread>
 
@@ -49,7 +51,9 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
   };
   dialog.cmdOk.onGotFocus = [&] { said.emplace_back("focus"); };
   soon([&] {
-    EXPECT_TRUE(screen.desktop.windowOf(dialog)->isModal());
+    const QWidget& window = *screen.desktop.windowOf(dialog);
+    EXPECT_TRUE(window.isModal() && !window.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
+    EXPECT_LT((window.geometry().center() - screen.window().geometry().center()).manhattanLength(), 9);
     screen.click(dialog.cmdOk);
   });
   screen.desktop.showModal(dialog);
@@ -220,6 +224,8 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
       EXPECT_EQ(dialog.focusWidget()->palette().color(QPalette::Button), qt::colourOf(12893913));
       QTest::keyClick(dialog.focusWidget(), Qt::Key_C, Qt::ControlModifier);
       EXPECT_EQ(QApplication::clipboard()->text().size(), 10'018);
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_PageDown);
+      EXPECT_GT(dialog.findChild<QTextEdit*>()->verticalScrollBar()->value(), 0);
       for (const Qt::Key key : keys) QTest::keyClick(dialog.focusWidget(), key);
     };
     EXPECT_EQ(answer(press), given);

@@ -26,8 +26,11 @@ class Started {
   /// By a plan for it, whose literals are those of the statement found last.
   Started(Session& open, std::string_view statement, std::shared_ptr<Plan> plan)
       : open_(open), statement_(statement), writes_(plan->writes()) {
+    const LetGo behind{open_.plans()};
     if (writes_) open_.requireFile(Clock::now(), true);
     while (!step(plan)) plan = open_.plans().find(statement_);
+    // To let go makes SQLite forget why it failed.
+    if (result_ != SQLITE_ROW && result_ != SQLITE_DONE) fail(open_, statement_);
   }
 
   [[nodiscard]] Plan::Run& run() { return *run_; }
@@ -40,11 +43,18 @@ class Started {
   }
 
  private:
+  struct LetGo {
+    Plans& plans;
+    ~LetGo() { plans.letGo(); }
+  };
+
   /// Makes the first step. False where SQLite had to prepare the plan anew, since it was made by another
   /// schema: the statement begins again, a write since it was taken back.
   bool step(const std::shared_ptr<Plan>& plan) {
     Plans& plans = open_.plans();
     run_.emplace(plan, plans.literals());
+    // A write that begins as a reading can't wait for another program's write.
+    if (writes_) plans.letGo();
     result_ = plans.firstStep(*run_);
     if (!run_->isPreparedAnew()) return true;
     const bool renewed = plans.renew();
@@ -163,6 +173,7 @@ std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statemen
   return command(nullptr, [statement](Session& open, Watch::Command&) {
     // Its literals are those of the statement.
     static_cast<void>(open.plans().find(statement));
+    open.plans().letGo();
     Translation translation = translate(statement, open.plans().tables());
     translation.sql.insert(0, "EXPLAIN QUERY PLAN ");
     Started started(open, statement, std::make_shared<Plan>(open.handle(), translation, statement));

@@ -158,7 +158,12 @@ std::shared_ptr<Plan> Plans::find(std::string_view statement) {
       return std::make_shared<Plan>(database_, translate(statement, tables_), statement);
     }
   }
-  return prepare(statement, renew() ? nullptr : shape);
+  try {
+    return prepare(statement, renew() ? nullptr : shape);
+  } catch (...) {
+    letGo();
+    throw;
+  }
 }
 
 bool Plans::renew() {

@@ -99,6 +99,9 @@ class Plans {
   /// Drops all plans where the schema has changed since they were made: columns may have other types, and
   /// tables other keys. True then.
   bool renew();
+  /// Behind find() and renew(), once the plan has begun: until then they may keep the file locked for
+  /// reading.
+  void letGo() { tables_.letGo(); }
   [[nodiscard]] Tables& tables() { return tables_; }
 
   /// The number of shapes held.

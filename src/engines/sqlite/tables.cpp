@@ -92,8 +92,8 @@ bool Tables::isLookUp(std::string_view name, std::string_view column,
 
 bool Tables::renew() {
   if (!probe_) probe_ = prepare("SELECT 1 FROM sqlite_schema LIMIT 1", {});
+  letGo();
   step(probe_);
-  sqlite3_reset(probe_.get());
   // A step finds the schema changed, and has the statement prepared again.
   const int preparations = sqlite3_stmt_status(probe_.get(), SQLITE_STMTSTATUS_REPREPARE, 1);
   if (preparations == 0) return false;

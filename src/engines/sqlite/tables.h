@@ -32,8 +32,11 @@ class Tables final : public tsql::Columns {
   [[nodiscard]] bool isLookUp(std::string_view table, std::string_view column,
                               const std::vector<std::string_view>& fixed);
 
-  /// Forgets what it has read where the schema has changed since it was last called; true then.
+  /// Forgets what it has read where the schema has changed since it was last called; true then. The file
+  /// stays locked for reading until letGo(), so that what is made by this schema also begins by it, under one
+  /// lock.
   bool renew();
+  void letGo() { sqlite3_reset(probe_.get()); }
 
  private:
   struct Column {
