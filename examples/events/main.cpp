@@ -1,5 +1,6 @@
-// A host that reacts to everything that a person does to the chart: beside the chart it keeps a diary, and its
-// title tells of unsaved work. With a file and an account it shows that account, prints the diary, and ends.
+// A host that reacts to everything that a person does to the chart: beside the chart it keeps a diary, and
+// its title tells of unsaved work. With a file and an account it shows that account, prints the diary, and
+// ends.
 
 #include <ledgertree/chart_events.h>
 #include <ledgertree/demo_chart.h>
@@ -20,12 +21,24 @@ QString diaryLine(const ledgertree::ChartEvent& event) {
   using Kind = ledgertree::ChartEvent::Kind;
   QString line;
   switch (event.kind) {
-    case Kind::Created: line = "created"; break;
-    case Kind::Changed: line = "changed"; break;
-    case Kind::Deleted: line = "deleted"; break;
-    case Kind::Recoded: line = "recoded"; break;
-    case Kind::ChangedBelow: line = "changed what is below"; break;
-    case Kind::Shown: line = event.accounts.empty() ? "nothing is shown" : "shown"; break;
+    case Kind::Created:
+      line = "created";
+      break;
+    case Kind::Changed:
+      line = "changed";
+      break;
+    case Kind::Deleted:
+      line = "deleted";
+      break;
+    case Kind::Recoded:
+      line = "recoded";
+      break;
+    case Kind::ChangedBelow:
+      line = "changed what is below";
+      break;
+    case Kind::Shown:
+      line = event.accounts.empty() ? "nothing is shown" : "shown";
+      break;
   }
   for (const std::int32_t account : event.accounts) line += " " + QString::number(account);
   return line;
