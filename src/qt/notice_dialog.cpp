@@ -75,7 +75,7 @@ class Dialog : public QDialog {
  private:
   QFrame* makePanel(const NoticeDialog& notice);
   void makeText(const NoticeDialog& notice, QFrame& panel);
-  QPushButton* makeButton(const char* caption, NoticeDialog::Answer given, const NoticeDialog& notice);
+  QPushButton* makeButton(const QString& caption, NoticeDialog::Answer given, const NoticeDialog& notice);
   void answerWith(NoticeDialog::Answer given);
 
   bool question_;
@@ -97,10 +97,12 @@ Dialog::Dialog(const NoticeDialog& notice)
   buttons->addStretch();
   QPushButton* safe = nullptr;
   if (question_) {
-    buttons->addWidget(makeButton("بلي", NoticeDialog::Answer::Yes, notice));
-    buttons->addWidget(safe = makeButton("خير", NoticeDialog::Answer::No, notice));
+    buttons->addWidget(makeButton(QString::fromUtf8("بلي"), NoticeDialog::Answer::Yes, notice));
+    buttons->addWidget(safe = makeButton(QString::fromUtf8("خير"), NoticeDialog::Answer::No, notice));
   } else {
-    buttons->addWidget(safe = makeButton("تاييد", NoticeDialog::Answer::Yes, notice));
+    buttons->addWidget(safe = makeButton(QString::fromUtf8("تاييد"), NoticeDialog::Answer::Yes, notice));
+    if (!notice.secondButton.isEmpty())
+      buttons->addWidget(makeButton(notice.secondButton, NoticeDialog::Answer::Second, notice));
   }
   buttons->addStretch();
   layout->addLayout(buttons);
@@ -154,8 +156,9 @@ void Dialog::makeText(const NoticeDialog& notice, QFrame& panel) {
   text_->setFixedSize(width + bar, std::min(height, highest));
 }
 
-QPushButton* Dialog::makeButton(const char* caption, NoticeDialog::Answer given, const NoticeDialog& notice) {
-  auto* button = new QPushButton(QString::fromUtf8(caption), this);
+QPushButton* Dialog::makeButton(const QString& caption, NoticeDialog::Answer given,
+                                const NoticeDialog& notice) {
+  auto* button = new QPushButton(caption, this);
   QPalette colours = palette();
   const QColor ground = notice.button;
   colours.setColor(QPalette::Button, ground);
