@@ -35,11 +35,20 @@ QColor inkOn(const QColor& ground) {
   return light > 0.55 ? QColor(Qt::black) : QColor(Qt::white);
 }
 
-/// The sign beside the message: an exclamation mark, or a question mark in Persian.
+/// Good news bear one of these titles.
+bool isGoodNews(const NoticeDialog& notice) {
+  return notice.title == QString::fromUtf8("اتمام عمليات") || notice.title == QString::fromUtf8("اطلاع");
+}
+
+/// The sign beside the message: a question mark in Persian, a tick for good news, else an exclamation mark.
 class Sign : public QWidget {
  public:
-  Sign(QWidget& parent, bool question, const QColor& colour)
-      : QWidget(&parent), question_(question), colour_(colour) {
+  Sign(QWidget& parent, const NoticeDialog& notice)
+      : QWidget(&parent),
+        question_(notice.kind == NoticeDialog::Kind::Question),
+        tick_(isGoodNews(notice)),
+        colour_(notice.button) {
+    setObjectName("Sign");
     const int side = fontMetrics().height() * 2;
     setFixedSize(side, side);
   }
@@ -51,6 +60,7 @@ class Sign : public QWidget {
     painter.setBrush(colour_);
     painter.setPen(Qt::NoPen);
     painter.drawEllipse(rect().adjusted(1, 1, -1, -1));
+    if (tick_ && !question_) return paintTick(painter);
     QFont large = font();
     large.setPixelSize(std::max(height() * 6 / 10, 8));
     large.setBold(true);
@@ -60,7 +70,15 @@ class Sign : public QWidget {
   }
 
  private:
+  void paintTick(QPainter& painter) const {
+    const double side = height();
+    painter.setPen(QPen(inkOn(colour_), side / 10, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(
+        QPolygonF{{0.28 * side, 0.52 * side}, {0.44 * side, 0.68 * side}, {0.73 * side, 0.34 * side}});
+  }
+
   bool question_;
+  bool tick_;
   QColor colour_;
 };
 
@@ -123,7 +141,7 @@ QFrame* Dialog::makePanel(const NoticeDialog& notice) {
   const int gap = fontMetrics().height();
   layout->setContentsMargins(gap, gap, gap, gap);
   layout->setSpacing(gap);
-  layout->addWidget(new Sign(*panel, question_, notice.button), 0, Qt::AlignTop);
+  layout->addWidget(new Sign(*panel, notice), 0, Qt::AlignTop);
   layout->addWidget(text_, 0, Qt::AlignVCenter);
   return panel;
 }
