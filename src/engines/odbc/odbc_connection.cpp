@@ -52,9 +52,9 @@ class OdbcConnection::Walk {
   void show(const std::function<bool(const data::Rows& row)>& visit) {
     data::Rows row = set_ ? set_->emptyRows() : data::Rows();
     while (next(row)) {
-      const Watch::Clock::time_point shown = Watch::Clock::now();
+      if (execution_) execution_->pause();
       if (!visit(row)) return;
-      if (execution_) execution_->extend(Watch::Clock::now() - shown);
+      if (execution_) execution_->resume();
     }
     if (failure_) std::rethrow_exception(failure_);
     if (execution_) execution_->finish();
@@ -63,6 +63,7 @@ class OdbcConnection::Walk {
   /// Reads what is left, and leaves the connection to others.
   void keepRest() noexcept {
     if (!execution_) return;
+    execution_->resume();
     try {
       if (set_) {
         rest_ = set_->emptyRows();
