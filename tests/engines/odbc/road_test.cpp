@@ -106,8 +106,8 @@ TEST(Road, AnAnswerThatIsLostLeavesOpenWhatWasWrittenAndTheNextCommandGoesOn) {
   if (!testing::onServer()) GTEST_SKIP() << "LEDGERTREE_TEST_CONNECTION names no server";
   TcpProxy proxy(testing::testServer());
   const data::ConnectionText road(TcpProxy::through(proxy, testing::testServer()) + ";Connect Timeout=2");
-  OdbcConnection direct{data::ConnectionText(testing::testServer())};
-  OdbcConnection connection(road, milliseconds(1500));
+  OdbcConnection direct(data::ConnectionText(testing::testServer()), data::kCommandTimeOut, Versions::Any);
+  OdbcConnection connection(road, milliseconds(1500), Versions::Any);
   direct.run("drop table if exists odbcRoad");
   direct.run("create table odbcRoad(ID int primary key)");
   int id = 0;
@@ -115,9 +115,9 @@ TEST(Road, AnAnswerThatIsLostLeavesOpenWhatWasWrittenAndTheNextCommandGoesOn) {
     proxy.set(Road::Open);
     EXPECT_EQ(connection.run("select count(*) from odbcRoad")->value(0, 0).toText(), std::to_string(id));
     proxy.setBehind(u"insert odbcRoad", lost);
-    EXPECT_TRUE(testing::failureOf([&] {
-                  connection.run("insert odbcRoad values(" + std::to_string(++id) + ")");
-                }).leavesOpen());
+    const data::DataError failure =
+        testing::failureOf([&] { connection.run("insert odbcRoad values(" + std::to_string(++id) + ")"); });
+    EXPECT_TRUE(failure.leavesOpen()) << failure.what();
     EXPECT_EQ(direct.run("select count(*) from odbcRoad")->value(0, 0).toText(), std::to_string(id));
   }
   direct.run("drop table odbcRoad");
