@@ -1,13 +1,10 @@
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <thread>
 
 #include "engines/odbc/odbc_connection.h"
 #include "support/failure.h"
+#include "support/tcp_proxy.h"
 #include "support/temporary_database.h"
 
 namespace ledgertree::engines::odbc {
@@ -49,48 +46,18 @@ TEST_F(OdbcConnectionTest, TellsFailuresAndGoesOn) {
   EXPECT_EQ(failureOf([&] { connection_.run("select '\xD9'"); }).reason(), Reason::Misuse);
 }
 
-/// A server that takes connections, and says nothing or hangs up.
-class Listener {
- public:
-  explicit Listener(bool hangsUp) : socket_(socket(AF_INET, SOCK_STREAM, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), size), 0);
-    listen(socket_, 4);
-    getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size);
-    port_ = ntohs(address.sin_port);
-    if (hangsUp) {
-      thread_ = std::thread([this] {
-        for (int taken = accept(socket_, nullptr, nullptr); taken >= 0;
-             taken = accept(socket_, nullptr, nullptr))
-          close(taken);
-      });
-    }
-  }
-  ~Listener() {
-    shutdown(socket_, SHUT_RDWR);
-    if (thread_.joinable()) thread_.join();
-    close(socket_);
-  }
-  [[nodiscard]] std::string text() const {
-    return "Data Source=127.0.0.1," + std::to_string(port_) +
-           ";Initial Catalog=books;User ID=sa;Password=\"very;hid}den\";Connect Timeout=1;ODBC "
-           "Driver=FreeTDS";
-  }
-
- private:
-  int socket_;
-  int port_ = 0;
-  std::thread thread_;
-};
+std::string behind(const testing::TcpProxy& proxy) {
+  return testing::TcpProxy::through(proxy,
+                                    "Initial Catalog=books;User ID=sa;Password=\"very;hid}den\";Connect "
+                                    "Timeout=1;ODBC Driver=FreeTDS");
+}
 
 TEST(OdbcConnecting, FailsInTimeAndNeverShowsThePassword) {
-  const Listener deaf(false);
-  const Listener hostile(true);
+  testing::TcpProxy deaf("127.0.0.1", 1);
+  deaf.set(testing::TcpProxy::Road::Silent);
+  const testing::TcpProxy hostile("127.0.0.1", 1);
   for (const std::string& text :
-       {deaf.text(), hostile.text(), deaf.text() + ";Password=p",
+       {behind(deaf), behind(hostile), behind(deaf) + ";Password=p",
         std::string("ODBC Driver=/nowhere/libodbc-none.so;Database=x;UID=sa;PWD=\"very;hid}den\"")}) {
     OdbcConnection connection{data::ConnectionText(text)};
     for (int attempt = 0; attempt < 2; ++attempt) {
