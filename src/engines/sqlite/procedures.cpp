@@ -184,7 +184,8 @@ std::int32_t ProcedureRunner::updateAccount(Values values) {
     refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
   }
   // A code that exists is the only reason for a 0.
-  if (look(kAccountExists, values.first(1), 0) == 0) refuseMissing(data::kAccountIsGone, "spAccountUpdateAccounts");
+  if (look(kAccountExists, values.first(1), 0) == 0)
+    refuseMissing(data::kAccountIsGone, "spAccountUpdateAccounts");
   return 0;
 }
 
