@@ -39,12 +39,16 @@ void AccountDeletion::deleteShownAccount() {
   try {
     if (read && read->id == account) gateway->cnMainData.handOver({.account = read});
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));
+    shell_.news.add(ChartEvent::Kind::Deleted, {account});
     record_.goIdle();
     tree_.refreshTree();
-  } catch (const std::exception& failure) {
-    const auto* const refused = dynamic_cast<const data::DataError*>(&failure);
-    if (refused != nullptr && refused->number() == data::kAccountChanged) return showChanged(account);
-    // Whatever the reason, the person is told of a dependency.
+  } catch (const data::DataError& failure) {
+    // Whatever the reason, the person is told of a dependency; but for what is known to be none.
+    using Reason = data::DataError::Reason;
+    if (failure.number() == data::kAccountChanged) return showChanged(account);
+    if (failure.reason() == Reason::Denied || failure.reason() == Reason::Busy) throw;
+    shell_.showErrorNotice(shell::kTitleError, kDependency);
+  } catch (const std::exception&) {
     shell_.showErrorNotice(shell::kTitleError, kDependency);
   }
 }

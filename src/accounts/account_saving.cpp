@@ -18,8 +18,6 @@ namespace {
 
 constexpr std::string_view kCodeExists = "عمليات ثبت بدليل وحود حسابي با كد مورد نظر با موفقيت انجام نشد";
 
-constexpr std::string_view kGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
 constexpr std::string_view kNothingYet = " هنوز چيزي ثبت نشده است.";
 constexpr std::string_view kRowIsWritten =
     " خود حساب پيش از آن ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است.";
@@ -92,7 +90,7 @@ bool AccountSaving::settle(const Progress& progress) {
   const data::Account& read = progress.stored.value();
   const auto theirs = record_.readAgain(read.id);
   if (!theirs) {
-    shell_.showErrorNotice(shell::kTitleSaveError, kGone);
+    shell_.showErrorNotice(shell::kTitleSaveError, data::kAccountIsGone);
     return false;
   }
   data::Account merged = progress.typed;
@@ -148,6 +146,7 @@ bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
   unanswered_.forget();
   if (!account) return false;
   goOnAsEdit(*account);
+  shell_.news.add(ChartEvent::Kind::Created, {*account});
   shell_.showErrorNotice(shell::kTitleSaveError, kFound);
   return true;
 }
@@ -212,6 +211,7 @@ void AccountSaving::run(Progress& progress) {
   progress.stored = data::asStored(account);
   progress.stored->relation = relation;
   progress.written = Written::Account;
+  shell_.news.add(isNew ? ChartEvent::Kind::Created : ChartEvent::Kind::Changed, {account.id});
   giveRelation(*gateway, account, progress);
   progress.written = Written::Relation;
   if (!isNew) writeDescendants(*gateway, account);

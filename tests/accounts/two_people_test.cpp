@@ -66,7 +66,9 @@ class Accountant {
     form = std::make_unique<mainform::FormMain>(shell);
     form->load();
     desktop.show(*form);
-    faults.onCommand = [turn = std::move(turn)](const std::string&) { turn(); };
+    faults.onCommand = [turn = std::move(turn)](const std::string& command) {
+      if (!command.starts_with("search")) turn();  // a look-up may be on a thread of its own
+    };
     faults.onAnswer = [done = std::move(done)](const std::string& command, const auto&) { done(command); };
   }
 
