@@ -114,11 +114,11 @@ class Search {
     bool isFirst = true;
     Execution execution(session_, text, &request_.cancelled);
     for (bool result = execution.send(text); result && !isFull(); result = execution.nextResult()) {
-      ResultSet set(execution.statement());
+      ResultSet set(execution);
       if (set.columns() == 0) continue;
       if (!isFirst) position_ = Position(next(position_.pass));
       isFirst = false;
-      seen += take(execution, set);
+      seen += take(set);
       if (position_.pass == Pass::Begins && request_.early && page_.rows.count() != 0 && seen < size)
         request_.early(page_.rows);
     }
@@ -128,17 +128,14 @@ class Search {
   }
 
   /// Adds the hits of one statement. Gives the number of its rows.
-  std::size_t take(Execution& execution, ResultSet& set) {
+  std::size_t take(ResultSet& set) {
     const Position from = position_;
     std::size_t behind = from.passed;
     std::size_t seen = 0;
     data::Rows row = set.emptyRows();
     while (!isFull() && set.next()) {
       row.clearRows();
-      if (!set.addCells(row)) {
-        execution.noteFailure();
-        break;
-      }
+      if (!set.addCells(row)) break;
       ++seen;
       if (behind != 0 && from.id == idOf(row)) {
         --behind;
@@ -148,7 +145,6 @@ class Search {
       goPast(row, set);
       if (isOfPass(row)) copy(row, page_.rows);
     }
-    if (set.failed()) execution.noteFailure();
     return seen;
   }
 
