@@ -33,11 +33,10 @@ class Batch {
     if (!bound) execution.noteFailure();
     std::optional<std::int32_t> number;
     for (bool result = bound && execution.send(text_); result; result = execution.nextResult()) {
-      ResultSet set(execution.statement());
+      ResultSet set(execution);
       if (number || set.columns() == 0) continue;
       data::Rows rows = set.emptyRows();
       if (set.next() && set.addCells(rows)) number = rows.value(0, 0).toInt32();
-      if (set.failed()) execution.noteFailure();
     }
     execution.finish();
     return number;
