@@ -30,9 +30,9 @@ AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& she
 
 void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
+  const std::optional<data::Account> read = screen_.AsRead;
   // The account that the question is about, whatever the host puts on the screen while it is up.
   const std::int32_t account = screen_.accountID();
-  const std::optional<data::Account> read = screen_.AsRead;
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
