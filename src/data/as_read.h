@@ -15,7 +15,7 @@ namespace ledgertree::data {
 /// the numbers below, and nothing of it is done.
 struct AsRead {
   std::optional<Account> account = {};  ///< nothing ahead of an insert; the day of creation isn't compared
-  std::int32_t parentID = -1;      ///< below 1: there is none, or nobody knows its code
+  std::int32_t parentID = -1;           ///< below 1: there is none, or nobody knows its code
   std::string parentCode = {};
 };
 
