@@ -173,7 +173,7 @@ void frmAccountDifferences::accept() {
   accepted_ = open == lines_.end();
   if (accepted_) return hide();
   shell_.showErrorNotice(shell::kTitleProblem,
-                         "«" + open->name + "» را هر دو تغيير داديد. يکي از دو مقدار را انتخاب کنيد.");
+                         "يکي از دو مقدار را انتخاب کنيد: «" + open->name + "» را هر دو تغيير داديد.");
   flxGroups.selectRow(static_cast<int>(open - lines_.begin()));
   flxGroups.focus();
 }
