@@ -17,9 +17,6 @@ constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
-constexpr const char* kGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
-
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
 std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
@@ -58,7 +55,7 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule 
     if (!looking) return;
     try {
       const bool there = loadAccount(screen_.sltAccount.AccountID());
-      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(kGone);
+      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(data::kAccountIsGone);
     } catch (...) {
       // The account that was there stays, with its title: a command would work on it below the other's.
       screen_.sltAccount.setAccountID(screen_.AccountOnRecord);
@@ -125,6 +122,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
+  screen_.AsRead.reset();
   screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
@@ -142,15 +140,27 @@ void AccountRecord::clearAccountFields() {
   screen_.sltAccount.setAccountID(-1);
 }
 
-bool AccountRecord::loadAccount(std::int32_t id) {
+std::optional<data::Account> AccountRecord::readAgain(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  const auto account = readAccount(*gateway, id);
+  return readAccount(*gateway, id);
+}
+
+void AccountRecord::goOnWith(const data::Account& typed, const data::Account& stored) {
+  const auto showClass = typed.relation ? classRule_(typed.relation->classID) : nullptr;
+  clearAccountFields();
+  fill(typed, showClass);
+  screen_.AsRead = stored;
+}
+
+bool AccountRecord::loadAccount(std::int32_t id) {
+  const auto account = readAgain(id);
   if (account) fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
   return account.has_value();
 }
 
 void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {
   beginRecord(account.id);
+  screen_.AsRead = account;
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());
