@@ -48,6 +48,16 @@ class Radio : public QRadioButton {
   }
 };
 
+/// Tab comes to the button of a group that is chosen, from which the arrow keys go on; to all of them where
+/// none is.
+void giveOneTabStop(const QWidget& frame) {
+  const auto group = frame.findChildren<Radio*>(Qt::FindDirectChildrenOnly);
+  const bool chosen =
+      std::any_of(group.begin(), group.end(), [](const Radio* one) { return one->isChecked(); });
+  for (Radio* one : group)
+    one->setFocusPolicy(chosen && !one->isChecked() ? Qt::ClickFocus : Qt::StrongFocus);
+}
+
 class Box : public QCheckBox {
  public:
   using QCheckBox::QCheckBox;
@@ -157,7 +167,9 @@ RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : Vi
 }
 
 void RadioButtonView::sync(ui::Change change) {
-  if (change == ui::Change::Value) button_->setChecked(control().value());
+  if (change != ui::Change::Value) return;
+  button_->setChecked(control().value());
+  giveOneTabStop(*button_->parentWidget());
 }
 
 void RadioButtonView::chooseNeighbour(int step) {

@@ -150,12 +150,14 @@ def keep_periods(desk):
     desk.books_say((1,), "select count(distinct n) from (select count(*) n from tblAccountPeriodAccount "
                    "where PeriodID in (3, 4) group by PeriodID)")
 
-    desk.press("نمايش دوره هاي مالي")
+    desk.go("نمايش کامل درخت")
+    desk.key("Right")
     tree = desk.go("درخت حسابها")
     desk.key("End", "Left")
     until("the accounts of a year", lambda: [c for c in walk(tree) if c.get_name().startswith("1 ...")])
     desk.picture("tree-by-periods")
-    desk.press("نمايش کامل درخت")
+    desk.go("نمايش دوره هاي مالي")
+    desk.key("Right")
 
     desk.press("پنهان از دوره مالي")
     desk.window(HIDE)

@@ -61,6 +61,7 @@ void Commands::wireMenu() {
 
 void Commands::wireKeys() {
   screen_.addShortcut(ui::KeyChord::ctrlAnd('F'), [this] { screen_.sltAccount.focus(); });
+  screen_.addShortcut(ui::KeyChord::of(ui::Key::F6), [this] { changeSides(); });
 }
 
 void Commands::startNew() {
@@ -70,6 +71,17 @@ void Commands::startNew() {
 void Commands::startEdit() {
   if (!shell_.permits(data::Permission::EditAccount)) return;
   record_.startEditAccount(screen_.accountID());
+  screen_.txtTitle.focus();
+}
+
+void Commands::changeSides() {
+  ui::Control* const here = screen_.focused();
+  if (here != &screen_.treeAccount) {
+    beforeTree_ = here;
+    return screen_.treeAccount.focus();
+  }
+  const bool back = beforeTree_ != nullptr && beforeTree_->withinReach();
+  (back ? *beforeTree_ : screen_.sltAccount).focus();
 }
 
 void Commands::cancel() {

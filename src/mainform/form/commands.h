@@ -31,6 +31,8 @@ class Commands {
   void wireKeys();
   void startNew();
   void startEdit();
+  /// Takes the focus to the tree, and from there back to where it was.
+  void changeSides();
   void cancel();
   void exit();
   /// Whether what is being typed may go: asked where something is.
@@ -43,6 +45,7 @@ class Commands {
   shell::Shell& shell_;
   AccountRecord& record_;
   AccountTree& tree_;
+  ui::Control* beforeTree_ = nullptr;
 };
 
 }  // namespace ledgertree::mainform

@@ -167,7 +167,7 @@ void GuideWindow::open(QWidget& asker, const QStringList& sections, const QStrin
   guide->activateWindow();
   guide->text_->setFocus();
   guide->showSection(sections);
-  if (!message.isEmpty()) guide->text_->search(message.left(message.indexOf('\n')));
+  if (!message.isEmpty()) guide->find(message.left(message.indexOf('\n')));
 }
 
 void GuideWindow::showSection(const QStringList& names) {
@@ -180,18 +180,26 @@ void GuideWindow::showSection(const QStringList& names) {
     break;
   }
   const int position = heading == nullptr ? 0 : heading->position;
-  {
-    const QSignalBlocker quiet(contents_);
-    int row = -1;
-    while (row + 1 < contents_->count() && contents_->item(row + 1)->data(Qt::UserRole).toInt() <= position)
-      ++row;
-    contents_->setCurrentRow(row);
-  }
+  markContents(position);
   text_->scrollTo(position);
 }
 
+void GuideWindow::markContents(int position) {
+  const QSignalBlocker quiet(contents_);
+  int row = -1;
+  while (row + 1 < contents_->count() && contents_->item(row + 1)->data(Qt::UserRole).toInt() <= position)
+    ++row;
+  contents_->setCurrentRow(row);
+}
+
+bool GuideWindow::find(const QString& text, bool backwards) {
+  const bool found = text_->search(text, backwards);
+  if (found) markContents(text_->textCursor().selectionStart());
+  return found;
+}
+
 void GuideWindow::searchOn(bool backwards) {
-  const bool found = search_->text().isEmpty() || text_->search(search_->text(), backwards);
+  const bool found = search_->text().isEmpty() || find(search_->text(), backwards);
   QPalette colours = palette();
   if (!found) colours.setColor(QPalette::Text, QColor(0xB0, 0x20, 0x20));
   search_->setPalette(colours);

@@ -78,6 +78,10 @@ class GuideWindow : public QWidget {
   void fillContents();
   void layOut();
   void showSection(const QStringList& names);
+  /// Shows the next place of a text, and its section in the contents; false where there is none.
+  bool find(const QString& text, bool backwards = false);
+  /// The section of a place becomes the current one of the contents.
+  void markContents(int position);
   void searchOn(bool backwards);
   void standAbove(QWidget& window);
   void standAboveNext();
