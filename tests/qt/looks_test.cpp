@@ -144,18 +144,26 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
   form.sltParent.setActive(false);
   form.views.setEnabled(false);
   look("== out of reach\n");
-  for (const auto kind : {qt::NoticeDialog::Kind::Question, qt::NoticeDialog::Kind::Notice}) {
-    qt::NoticeDialog notice{.title = "پرسش", .message = "؟", .kind = kind};
+  using Kind = qt::NoticeDialog::Kind;
+  for (const auto& [kind, title] : {std::pair(Kind::Question, "پرسش"),
+                                    {Kind::Notice, "اشکال"},
+                                    {Kind::Notice, "اطلاع"},
+                                    {Kind::Notice, "اتمام عمليات"}}) {
+    qt::NoticeDialog notice;
+    notice.title = title;
+    notice.message = "؟";
+    notice.kind = kind;
     QTimer::singleShot(0, &screen.window(), [&] {
       QWidget& dialog = *QApplication::activeModalWidget();
-      looks += "== notice\n" + looksOf(dialog, "");
-      // In the middle of the sign: a line from above, or a bow.
-      QWidget* sign =
-          dialog.findChild<QFrame*>()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly).back();
-      const int side = sign->width() * 3 / 5;
-      const QImage middle = painted(*sign, {sign->width() / 5, sign->width() / 5, side, side});
+      looks += "== notice\n" + looksOf(dialog, "", looks);
+      // In the middle of the sign: a line from above, a bow, or for good news a tick.
+      auto& sign = *dialog.findChild<QWidget*>("Sign");
+      const int side = sign.width() * 3 / 5;
+      const QImage middle = painted(sign, {sign.width() / 5, sign.width() / 5, side, side});
       const QRect drawn = ink(middle, middle.rect());
-      looks += drawn.width() * 3 > drawn.height() ? "a bow\n" : "a line\n";
+      looks += drawn.width() > drawn.height()       ? "a tick\n"
+               : drawn.width() * 3 > drawn.height() ? "a bow\n"
+                                                    : "a line\n";
       dialog.close();
     });
     notice.ask();
