@@ -193,6 +193,7 @@ void frmAutoCodding::writeCodes(data::DtEn& gateway) {
   while (done < codes.size()) {
     gateway.cnMainData.Execute("Update tblAccount  Set Code = " + data::quoteText(codes[done].code) +
                                " Where ID = " + std::to_string(codes[done].account));
+    shell_.news.add(ChartEvent::Kind::Recoded, {codes[done].account});
     progress.advance(static_cast<std::int32_t>(++done));
   }
 }
@@ -215,12 +216,14 @@ void frmAutoCodding::readMotherAgain() {
 }
 
 void frmAutoCodding::copyToDescendants(std::string_view column) {
-  const std::string account = std::to_string(klmMotherAcc.AccountID());
+  const std::int32_t mother = klmMotherAcc.AccountID();
+  const std::string account = std::to_string(mother);
   const std::string name(column);
   const auto gateway = shell_.dtEn();
   gateway->cnMainData.Execute(
       "Update tblAccount  Set " + name + " = (select max(" + name + ") from tblAccount Where ID= " + account +
       " )  Where ID In ( Select ChildID From tblAccountParent Where ID = " + account + ")");
+  shell_.news.add(ChartEvent::Kind::ChangedBelow, {mother});
 }
 
 void showAutoCodding(shell::Shell& shell) {

@@ -96,8 +96,8 @@ TEST_F(ViewSearch, PagesAndSlicesGiveEveryRowOnce) {
     request.text = "دفتر ۱۹۹۹";
     hits.clear();
     readAll(request, hits);
-    EXPECT_EQ(hits, (std::set<std::int64_t>{1999, 19990, 19991, 19992, 19993, 19994, 19995, 19996, 19997,
-                                            19998, 19999}));
+    EXPECT_EQ(hits, (std::set<std::int64_t>{1999, 11999, 19990, 19991, 19992, 19993, 19994, 19995, 19996,
+                                            19997, 19998, 19999}));
   }
 }
 
@@ -186,6 +186,9 @@ TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
   EXPECT_EQ(reasonOf(), data::DataError::Reason::Cancelled);
   request.cancelled = [] { return false; };
   EXPECT_EQ(connection.search(request).rows.count(), 0U);
+  request.cancelled = []() -> bool { throw data::DataError(data::DataError::Reason::TooLong, 0, ""); };
+  EXPECT_EQ(reasonOf(), data::DataError::Reason::TooLong);
+  request.cancelled = nullptr;
 
   for (const char* const name :
        {"", "tblAccount;", "tblAccount Where 1=1", "(select 1)", "[a", "a'b", "vwNone", "a.b.c"}) {
