@@ -230,7 +230,7 @@ class BothDatabases(Story):
         for name in named(self.embedded, "'trigger'", "tbl_name = 'tblAccount'"):
             self.embedded.execute(f"drop trigger {name}")
         ends = set()
-        for _ in range(120):
+        for _ in range(80):
             accounts = chance.sample(range(1, 60), 20)
             parents = {one: chance.choice([None, 99, *accounts[:place]]) for place, one in enumerate(accounts)}
             if chance.random() < 0.4:
