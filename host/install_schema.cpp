@@ -17,6 +17,7 @@
 #include "db/schema.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
+#include "ledgertree/version.h"
 #include "ledgertree_scripts.h"
 #include "text/characters.h"
 
@@ -156,6 +157,10 @@ bool check(const std::string& text) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  if (count == 2 && arguments[1] == std::string_view("--version")) {
+    std::cout << "ledgertree-schema " LEDGERTREE_VERSION "\n";
+    return 0;
+  }
   try {
     const std::optional<Options> options = readOptions(count, arguments);
     if (!options) {
