@@ -20,9 +20,11 @@ int pragma(SQLite::Database& database, const char* name) {
   return database.execAndGet(std::string("pragma ") + name).getInt();
 }
 
-bool isPresent(SQLite::Database& database) {
-  return pragma(database, "user_version") == schemaVersion() &&
-         pragma(database, "application_id") == kApplicationId && treeLooksTrue(database);
+/// Whether nothing is to be done.
+bool isPresent(SQLite::Database& database, Mend mend) {
+  return mend != Mend::Everything && pragma(database, "user_version") == schemaVersion() &&
+         pragma(database, "application_id") == kApplicationId &&
+         (mend == Mend::Nothing || treeLooksTrue(database));
 }
 
 void runScripts(SQLite::Database& database, const std::vector<std::string_view>& paths) {
@@ -94,12 +96,11 @@ std::vector<std::string> takeUp(SQLite::Database& database, int version) {
 
 std::vector<std::string> openSchema(SQLite::Database& database, const std::function<void()>& onTakeUp,
                                     Mend mend) {
-  const auto isDone = [&] { return mend == Mend::WhatLooksWrong && isPresent(database); };
-  if (isDone()) return {};
+  if (isPresent(database, mend)) return {};
   const LooseReferences loose(database);
   // Another program may be at the same work at this moment; who comes second finds it done.
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-  if (isDone()) return {};
+  if (isPresent(database, mend)) return {};
   std::vector<std::string> found;
   if (isChart(database)) {
     requireChart(database);

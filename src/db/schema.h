@@ -8,8 +8,8 @@
 
 namespace ledgertree::db {
 
-/// Which trees of files of the present version are mended.
-enum class Mend { WhatLooksWrong, Everything };
+/// Which trees of files of the present version are mended. Nothing: of a file that was looked at lately.
+enum class Mend { Nothing, WhatLooksWrong, Everything };
 
 /// Brings an opened database file to the present schema: creates it in an empty file, takes up that of an
 /// older version, leaves a present one alone whose tree looks true (a few reads, no write). All of it or
