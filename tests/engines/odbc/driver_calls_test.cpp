@@ -152,6 +152,8 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     EXPECT_EQ(failure.what(), row[2]);
     EXPECT_EQ(failure.statement(), "select 2");
   }
+  for (const std::string& unreadable : {std::string("select 1\0", 9), std::string("select '\xD9'")})
+    EXPECT_EQ(failureOf([&] { connection_.run(unreadable); }).reason(), Reason::Misuse);
 }
 
 TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsToldAsThat) {
@@ -232,6 +234,11 @@ TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
     EXPECT_EQ(std::to_string(value.variant().index()) + " <" + value.toText() + ">", row[2])
         << row[0] << row[1];
   }
+  std::string notes;
+  for (int count = 0; count < 5000; ++count) notes += "abc ";
+  const auto rows = connection_.run("select replace(hex(zeroblob(5000)), '00', 'abc ') as Notes");
+  EXPECT_EQ(rows->columns(), std::vector<std::string>{"Notes"});
+  EXPECT_EQ(rows->text(0, 0), notes);
 }
 
 TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
