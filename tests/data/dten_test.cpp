@@ -180,6 +180,10 @@ TEST_F(DtEnTest, ParametersReadAsNumbersWhateverTheirColumnHoldsAndMissingOnesHa
   database_.answer(edit.substr(0, edit.find(" and")), "Value", {" 1 "});
   EXPECT_FALSE(readSystemParameters(dten_).MultiEntityMode);
   EXPECT_TRUE(readSystemParameters(dten_).EditCodeAllowed);
+  database_.failure = DataError::Reason::Connection;
+  const auto read = [&] { return readSystemParameters(dten_); };
+  EXPECT_EQ(ledgertree::testing::failureOf(read).reason(), DataError::Reason::Connection);
+  database_.failure = DataError::Reason::Statement;
 
   for (const Value& complete : {Value(1), Value("1"), Value(" 1.0 "), Value(1.0)}) {
     parameter(302, {complete});
