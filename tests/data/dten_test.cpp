@@ -75,18 +75,6 @@ TEST_F(DtEnTest, AHandleWalksItsRowsAndRefusesWhatItsStateDoesNotAllow) {
   EXPECT_EQ(first.toInt32(), 10) << "a field outlives its rows";
 }
 
-TEST_F(DtEnTest, TheGuardClosesOnTheWayOutOfAFailure) {
-  const DataError failure = ledgertree::testing::failureOf([&] {
-    const OpenRows accounts(dten_.rssqlAccounts, kChildren);
-    OpenRows lookUp(dten_.rssqlAccGroupL, kNothing);
-    lookUp.close();
-    EXPECT_EQ(dten_.rssqlAccGroupL.State(), 0);
-    dten_.cnMainData.Execute("Update nowhere Set x = 1");
-  });
-  EXPECT_EQ(failure.number(), 208);
-  expectAllClosed();
-}
-
 TEST_F(DtEnTest, TheConnectionOpensAtTheFirstCommandAndAnewForANewText) {
   EXPECT_EQ(database_.opened, 0);
   dten_.rssqlAccounts.Open(kChildren);
