@@ -4,6 +4,7 @@
 #include <exception>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "accounts/save_validation.h"
 #include "accounts/typed_account.h"
@@ -61,10 +62,12 @@ class AccountSaving {
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
                                                          const data::Account& account);
-  /// Writes the relation; what that takes from the account leaves the screen.
-  void giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way);
+  /// Writes the relation; what that takes from the account leaves it, and the screen.
+  void giveRelation(data::DtEn& gateway, data::Account& account, SaveWay way);
   void writeDescendants(data::DtEn& gateway, const data::Account& account);
-  void refresh(const Progress& progress);
+  /// Shows what the database holds of the account now.
+  void refresh(data::DtEn& gateway, SaveWay way, const data::Account& account);
+  [[nodiscard]] std::vector<data::Command> questionsOfRefresh(SaveWay way, const data::Account& account);
   void recover(const Progress& progress, const std::exception& failure);
   /// Puts a new account that is written already under edit: another insert would be refused for its code.
   void goOnAsEdit(std::int32_t account);

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "data/ahead.h"
 #include "data/data_error.h"
 #include "data/dten.h"
 #include "data/numbers.h"
@@ -10,6 +11,17 @@
 
 namespace ledgertree::data {
 namespace {
+
+constexpr std::string_view kCodeIsNumeric = "Select Value From tblTarvoSystemParameters Where ID = 301";
+constexpr std::string_view kMultiEntityMode =
+    "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1";
+constexpr std::string_view kEditCodeAllowed =
+    "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1";
+constexpr std::string_view kPositionInEntityTest =
+    "Select Value From tblTarvoSystemParameters Where ID = 210";
+constexpr std::string_view kCodingMode = "Select Value From tblTarvoSystemParameters Where ID = 307";
+constexpr std::string_view kShowCompleteCode = "Select Value From tblTarvoSystemParameters Where ID = 302";
+constexpr std::string_view kBasePath = "Select * From vwTarvoBasePath";
 
 /// The first row's column of a statement; NULL where there is no row.
 Value readFirst(RecordHandle& handle, std::string_view statement, std::string_view column) {
@@ -38,9 +50,9 @@ bool isOne(const Value& value) {
 
 /// Whether the statement finds the row of a switch that is on. A server compares the column as a number, in
 /// the other rows too, and refuses where one is none ("yes"); then the row's value is read and judged here.
-bool isOn(RecordHandle& handle, const std::string& statement) {
+bool isOn(RecordHandle& handle, std::string_view statement) {
   try {
-    handle.Source(statement);
+    handle.Source(std::string(statement));
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
@@ -51,26 +63,32 @@ bool isOn(RecordHandle& handle, const std::string& statement) {
 
 }  // namespace
 
+std::vector<Command> systemParameterQuestions() {
+  // In the order in which they are asked.
+  constexpr std::string_view kStatements[] = {kCodeIsNumeric,        kMultiEntityMode, kEditCodeAllowed,
+                                              kPositionInEntityTest, kCodingMode,      kShowCompleteCode,
+                                              kBasePath};
+  std::vector<Command> questions;
+  for (const std::string_view statement : kStatements)
+    questions.push_back({.statement = std::string(statement)});
+  return questions;
+}
+
 SystemParameters readSystemParameters(DtEn& data) {
+  const Ahead ahead(data.cnMainData, systemParameterQuestions());
   RecordHandle& config = data.rssqlKelmoSystemConfig;
   SystemParameters parameters;
-  parameters.CodeIsNumeric = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 301", "Value"), "301");
-  parameters.MultiEntityMode =
-      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1");
-  parameters.EditCodeAllowed =
-      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1");
-  parameters.PositionInEntityTest = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 210", "Value"), "210");
-  parameters.CodingMode = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 307", "Value"), "307");
+  parameters.CodeIsNumeric = asSetting(readFirst(config, kCodeIsNumeric, "Value"), "301");
+  parameters.MultiEntityMode = isOn(config, kMultiEntityMode);
+  parameters.EditCodeAllowed = isOn(config, kEditCodeAllowed);
+  parameters.PositionInEntityTest = asSetting(readFirst(config, kPositionInEntityTest, "Value"), "210");
+  parameters.CodingMode = asSetting(readFirst(config, kCodingMode, "Value"), "307");
 
-  config.Source("Select Value From tblTarvoSystemParameters Where ID = 302");
+  config.Source(std::string(kShowCompleteCode));
   if (const OpenRows rows(config); rows->RecordCount() != 0) {
     parameters.ShowCompleteCode = isOne(rows->Fields("Value"));
   }
-  parameters.BasePath =
-      readFirst(data.rssqlTarvoBasePath, "Select * From vwTarvoBasePath", "BasePath").toText();
+  parameters.BasePath = readFirst(data.rssqlTarvoBasePath, kBasePath, "BasePath").toText();
   return parameters;
 }
 

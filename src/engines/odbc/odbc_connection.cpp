@@ -1,34 +1,16 @@
 #include "engines/odbc/odbc_connection.h"
 
-#include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "data/catalogue.h"
 #include "engines/odbc/execution.h"
+#include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/result_sets.h"
 #include "engines/odbc/view_search.h"
 
 namespace ledgertree::engines::odbc {
-namespace {
-
-/// Statements that give no rows, whatever their triggers select.
-bool changesRows(std::string_view statement) {
-  constexpr std::string_view kWords[] = {"insert", "update", "delete", "merge", "truncate"};
-  return std::any_of(std::begin(kWords), std::end(kWords),
-                     [statement](std::string_view word) { return beginsWithWord(statement, word); });
-}
-
-void readAll(Execution& execution, ResultSet& set, data::Rows& rows) {
-  while (set.next()) {
-    if (!set.addCells(rows)) return execution.noteFailure();
-  }
-  if (set.failed()) execution.noteFailure();
-}
-
-}  // namespace
-
 /// A walk over the rows of a statement. A connection carries one statement at a time: where another command
 /// comes between two rows, the rest of the rows is kept first.
 class OdbcConnection::Walk {
@@ -66,7 +48,7 @@ class OdbcConnection::Walk {
     try {
       if (set_) {
         rest_ = set_->emptyRows();
-        readAll(*execution_, *set_, rest_);
+        execution_->read(*set_, rest_);
       }
       execution_->finish();
     } catch (...) {
@@ -137,11 +119,26 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
       ResultSet set(execution.statement());
       if (set.columns() == 0) continue;
       rows = set.emptyRows();
-      readAll(execution, set, *rows);
+      execution.read(set, *rows);
     }
     execution.finish();
     return rows;
   });
+}
+
+data::Answers OdbcConnection::runTogether(std::span<const data::Command> commands) {
+  if (commands.size() < 2) return Connection::runTogether(commands);
+  data::Answers answers;
+  try {
+    command([this, commands, &answers](Session& session) {
+      const bool takesBatches = session.dialect() != Dialect::Other;
+      if (takesBatches) sendPacket(session, commands, answers.ran);
+      if (!takesBatches) answers = Connection::runTogether(commands);
+    });
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
 }
 
 void OdbcConnection::walk(std::string_view statement,

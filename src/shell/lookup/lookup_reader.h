@@ -34,8 +34,12 @@ struct LookupAnswer {
 /// data::DataError.
 class LookupReader {
  public:
+  /// What asks for the row of an ID.
+  [[nodiscard]] static std::string rowStatement(std::string_view view, std::int32_t id);
   /// The row of an ID; id -1 where there is none.
   [[nodiscard]] ui::LookupRow read(data::Connection& connection, const std::string& view, std::int32_t id);
+  /// The same of the rows that the statement gave.
+  [[nodiscard]] ui::LookupRow readIn(const data::Rows& rows, const std::string& view);
   /// The Name of an ID; empty where there is none.
   [[nodiscard]] static std::string nameOf(data::Connection& connection, std::string_view view,
                                           std::int32_t id);
