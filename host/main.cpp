@@ -12,8 +12,8 @@
 #include <exception>
 
 #include "ledgertree/demo_chart.h"
-#include "ledgertree/hidden_commands.h"
 #include "ledgertree/ledger_tree_control.h"
+#include "ledgertree/offers.h"
 #include "ledgertree/pictures.h"
 #include "ledgertree/qt_desktop.h"
 #include "ledgertree/screen_in_host.h"
@@ -98,7 +98,7 @@ int drawInstead(const Options& options) {
 
 int openChart(const Options& options, bool display) {
   ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
-  ledgertree::offerHiddenCommands(true);
+  ledgertree::offer(ledgertree::everyOffer());
   ledgertree::LedgerTreeControl control;
   control.OLEConnectionString(connectionText(options).toStdString());
   control.UserID(options.user);

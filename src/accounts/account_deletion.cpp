@@ -3,6 +3,7 @@
 #include <exception>
 #include <string>
 
+#include "data/data_error.h"
 #include "shell/lookup/all_chosen.h"
 
 namespace ledgertree::accounts {
@@ -33,8 +34,12 @@ void AccountDeletion::deleteShownAccount() {
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));
     record_.goIdle();
     tree_.refreshTree();
+  } catch (const data::DataError& failure) {
+    // Whatever the reason, the person is told of a dependency; but for what is known to be none.
+    using Reason = data::DataError::Reason;
+    if (failure.reason() == Reason::Denied || failure.reason() == Reason::Busy) throw;
+    shell_.showErrorNotice(shell::kTitleError, kDependency);
   } catch (const std::exception&) {
-    // Whatever the reason, the person is told of a dependency.
     shell_.showErrorNotice(shell::kTitleError, kDependency);
   }
 }

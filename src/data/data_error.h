@@ -18,6 +18,7 @@ class DataError : public std::runtime_error {
   enum class Reason {
     Statement,   ///< the engine refused or failed a statement
     Constraint,  ///< a key, a reference or a rule of the database refused a write
+    Denied,      ///< the user has no right to it
     Connection,  ///< the connection can't be opened, or broke
     Busy,        ///< another program holds the data, and the time-out ran out
     TimeOut,     ///< the statement ran past its time-out; see leavesOpen()

@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 
 #include "data/dten.h"
 #include "data/permissions.h"
+#include "ledgertree/offers.h"
 #include "shell/background.h"
 #include "shell/host_context.h"
 #include "shell/outside_components.h"
@@ -44,9 +46,10 @@ class Shell {
   std::string pickerConnection;
   /// Today, and the time of day.
   Clock clock;
-  /// Whether the commands that stand hidden are offered from the next load of a form on.
-  bool offersHiddenCommands = false;
+  /// What the host offers beyond the screens as they are; counts from the next load of a form on.
+  std::set<Offer> offers;
 
+  [[nodiscard]] bool isOffered(Offer what) const { return offers.contains(what); }
   [[nodiscard]] ui::Desktop& desktop() const { return desktop_; }
   /// What a form of the product stands on: this desktop, and a notice for what nobody caught.
   [[nodiscard]] ui::Surroundings surroundings();

@@ -111,7 +111,7 @@ TEST_F(AutoCodding, TheSecondLevelGetsOneSeriesOfSixDigits) {
     screen.klmFlatButton1.click();
     EXPECT_FALSE(screen.klmFlatButton1.visible()) << "hidden unless the host offers it";
   });
-  shell.offersHiddenCommands = true;
+  shell.offers = {Offer::HiddenCommands};
   recode([&](frmAutoCodding& screen) { go(screen, "the second level"); });
 }
 
@@ -120,7 +120,7 @@ TEST_F(AutoCodding, TypeAndNatureOfTheMotherGoToAllBelow) {
 }
 
 TEST_F(AutoCodding, WhatStopsHalfWayTellsHowFarItCameAndGoesOnFromThere) {
-  shell.offersHiddenCommands = true;
+  shell.offers = {Offer::HiddenCommands};
   recode([&](frmAutoCodding& screen) { go(screen, "half the way"); });
 }
 

@@ -8,7 +8,7 @@ namespace {
 class CommandsStory : public ScreenStory {
  protected:
   CommandsStory() {
-    shell.offersHiddenCommands = true;
+    shell.offers = {Offer::HiddenCommands};
     start();
   }
 };

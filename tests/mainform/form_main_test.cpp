@@ -159,7 +159,7 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
 TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   setParameter(302, "'0'");
   start();
-  shell.offersHiddenCommands = true;
+  shell.offers = {Offer::HiddenCommands};
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
   walk("nobody can press what is hidden");
   form->close();

@@ -4,7 +4,6 @@
 
 #include "data/catalogue.h"
 #include "data/connection_text.h"
-#include "data/data_error.h"
 
 namespace ledgertree::testing {
 
@@ -35,6 +34,7 @@ class FaultyConnection : public data::Connection {
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
   void whileWaiting(std::function<bool()> givesUp) override { engine_->whileWaiting(std::move(givesUp)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
+  [[nodiscard]] bool answersLate() const override { return engine_->answersLate(); }
 
   data::SearchPage search(const data::SearchRequest& request) override {
     faults_.pass("search " + request.view);
@@ -60,9 +60,10 @@ void Faults::failAt(int n) {
   countdown_ = n;
 }
 
-void Faults::failWhere(std::string text) {
+void Faults::failWhere(std::string text, data::DataError::Reason reason) {
   const std::lock_guard guard(lock_);
   failing_ = std::move(text);
+  reason_ = reason;
 }
 
 void Faults::heal() {
@@ -89,7 +90,7 @@ void Faults::pass(const std::string& command) {
   const bool named = !failing_.empty() && command.find(failing_) != std::string::npos;
   if (!counted && !named) return;
   ++failures_;
-  throw data::DataError(data::DataError::Reason::Storage, 10, std::string(kMessage), command);
+  throw data::DataError(reason_, 10, std::string(kMessage), command);
 }
 
 }  // namespace ledgertree::testing

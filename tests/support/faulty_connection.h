@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "data/connection.h"
+#include "data/data_error.h"
 #include "support/server_chart.h"
 
 namespace ledgertree::testing {
@@ -25,7 +26,7 @@ class Faults {
   /// Fails the n-th command from now, 1 being the next, and no other.
   void failAt(int n);
   /// Fails each command whose text holds this, letter by letter; empty stops.
-  void failWhere(std::string text);
+  void failWhere(std::string text, data::DataError::Reason reason = data::DataError::Reason::Storage);
   /// Nothing fails any more.
   void heal();
 
@@ -50,6 +51,7 @@ class Faults {
   mutable std::mutex lock_;
   std::vector<std::string> commands_;
   std::string failing_;
+  data::DataError::Reason reason_ = data::DataError::Reason::Storage;
   int countdown_ = 0;
   int failures_ = 0;
 };

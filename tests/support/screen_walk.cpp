@@ -109,6 +109,7 @@ ScreenWalk::ScreenWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Fault
   acts["pass"] = [this](auto&) { desktop_.tick(); };
   acts["frame"] = [this](auto&) { desktop_.shownForms.back()->closeByPerson(); };
   acts["fail"] = [&faults](auto& text) { faults.failWhere(text); };
+  acts["deny"] = [&faults](auto& text) { faults.failWhere(text, data::DataError::Reason::Denied); };
   acts["heal"] = [&faults](auto&) { faults.heal(); };
   acts["at"] = [this](auto& name) {
     field_ = &dynamic_cast<ui::TextField&>(*desktop_.shownForms.back()->find(name));

@@ -22,8 +22,8 @@ namespace ledgertree::testing {
 /// x"); "click", "tick", "expand" or "collapse" and the key of a node. "at txtCode" goes to a field of text;
 /// from then on "type x" or a key answers with the text, "^" at its caret, while "text x" and "caret 3" are
 /// the program's. "yes", "no" and "neither" in front answer the question that comes up. "frame" closes the
-/// form by its frame, "pass" lets time pass, and statements with the text behind "fail" fail until "heal".
-/// Blanks at the ends of a text stand between apostrophes.
+/// form by its frame, "pass" lets time pass, and statements with the text behind "fail" fail until "heal",
+/// and behind "deny" for a missing right. Blanks at the ends of a text stand between apostrophes.
 class ScreenWalk {
  public:
   /// What a step of a story does; what it answers is seen.

@@ -73,7 +73,7 @@ frmAutoCodding::frmAutoCodding(shell::Shell& shell)
 void frmAutoCodding::loadControls() {
   shell_.chooseKeyboardLayout();
   klmMotherAcc.setClosingFlag(false);
-  klmFlatButton1.setVisible(shell_.offersHiddenCommands);
+  klmFlatButton1.setVisible(shell_.isOffered(Offer::HiddenCommands));
   progressBar.setVisible(false);
   for (ui::TextField* code : {&txtMotherCode, &txtSimpleCode}) {
     code->setMaximumLength(kLongestCode);

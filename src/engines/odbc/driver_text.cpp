@@ -225,6 +225,7 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
   Writer writer(result.text, result.dialect);
   writer.add("Driver", result.driver);
   const Security security = securityOf(text);
+  result.encrypts = security.encrypt;
   switch (result.dialect) {
     case Dialect::Microsoft:
       writeMicrosoft(text, security, writer);

@@ -20,6 +20,7 @@ struct DriverText {
   Dialect dialect = Dialect::Other;
   std::string driver;     ///< the name under which it is installed
   Secret<char> text;      ///< "Driver={…};Server=…;…;PWD=…"
+  bool encrypts = false;  ///< the text asks for encryption
   int loginSeconds = 15;  ///< the time-out of the connecting: `Connect Timeout`, or 15
 };
 

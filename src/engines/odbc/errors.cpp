@@ -20,12 +20,47 @@ constexpr const char* kExists = "چنين سطري قبلا ثبت شده است
 constexpr const char* kReferred =
     "سطري که به آن اشاره ميشود وجود ندارد، يا سطر ديگري به اين سطر وابسته است. اطلاعات را دوباره بخوانيد.";
 constexpr const char* kBusy = "پايگاه داده در دست برنامه ديگري است. کمي صبر نماييد و دوباره تلاش نماييد.";
+constexpr const char* kDeadlock =
+    "اين کار با کار هم زمان برنامه ديگري برخورد کرد و انجام نشد. دوباره تلاش نماييد.";
+constexpr const char* kConflict =
+    "برنامه ديگري همين اطلاعات را هم زمان تغيير داد و اين کار انجام نشد. اطلاعات را دوباره بخوانيد و دوباره "
+    "تلاش نماييد.";
 constexpr const char* kFull = "فضاي پايگاه داده پر است. مدير پايگاه داده را آگاه نماييد.";
+constexpr const char* kFullLog =
+    "جاي ثبت تراکنشهاي (log) پايگاه داده پر است. از مدير پايگاه داده بخواهيد آن را خالي نمايد.";
 constexpr const char* kReadOnly = "پايگاه داده فقط خواندني است. مدير پايگاه داده را آگاه نماييد.";
 constexpr const char* kDamaged = "پايگاه داده آسيب ديده است. مدير پايگاه داده را آگاه نماييد.";
 constexpr const char* kCut = "متن از جاي خود در پايگاه داده بلندتر است. آن را کوتاه کنيد و دوباره ثبت کنيد.";
 constexpr const char* kLogin = "پايگاه داده نام کاربر يا رمز را نپذيرفت. متن اتصال را اصلاح نماييد.";
 constexpr const char* kNoDatabase = "اين پايگاه داده باز نميشود. نام آن و اجازه کاربر را بررسي نماييد.";
+constexpr const char* kDisabled =
+    "اين کاربر در سرور پايگاه داده غيرفعال شده است. از مدير پايگاه داده بخواهيد او را فعال نمايد.";
+constexpr const char* kNoMember =
+    "اين کاربر به پايگاه داده راه ندارد. از مدير پايگاه داده بخواهيد او را به کاربران آن بيفزايد و عضو نقش "
+    "LedgerTreeUsers نمايد.";
+constexpr const char* kRestoring =
+    "پايگاه داده در حال بازگرداني از نسخه پشتيبان است. پس از پايان آن دوباره تلاش نماييد.";
+constexpr const char* kNoTls =
+    "سرور پايگاه داده ارتباط رمزنگاري شده (TLS) را نپذيرفت. از مدير پايگاه داده بخواهيد آن را در سرور فراهم "
+    "نمايد، يا «Use Encryption for Data» را از متن اتصال برداريد.";
+constexpr const char* kNoRight =
+    "کاربر پايگاه داده اجازه اين کار را ندارد. از مدير پايگاه داده بخواهيد او را عضو نقش LedgerTreeUsers "
+    "نمايد.";
+constexpr const char* kNoTable =
+    "جدول يا نمايي که برنامه به آن نياز دارد در اين پايگاه داده نيست. از مدير پايگاه داده بخواهيد آن را با "
+    "ledgertree-schema نصب نمايد.";
+constexpr const char* kNoColumn =
+    "ستوني که برنامه به آن نياز دارد در اين پايگاه داده نيست. از مدير پايگاه داده بخواهيد جدول و نماي آن را "
+    "بررسي نمايد و ledgertree-schema را دوباره اجرا نمايد.";
+constexpr const char* kNoProcedure =
+    "روالي که برنامه به آن نياز دارد در اين پايگاه داده نيست. از مدير پايگاه داده بخواهيد آن را با "
+    "ledgertree-schema نصب نمايد.";
+constexpr const char* kNoNumber =
+    "در پايگاه داده جايي که بايد عدد باشد متن ديگري نوشته شده است. از مدير پايگاه داده بخواهيد آن را اصلاح "
+    "نمايد.";
+constexpr const char* kWrongOptions =
+    "روال يا تريگري در پايگاه داده با تنظيمات (SET) نادرست ساخته شده است و چيزي ثبت نشد. از مدير پايگاه داده "
+    "بخواهيد آن را با quoted_identifier و ansi_nulls روشن دوباره بسازد.";
 constexpr const char* kBroken =
     "ارتباط با پايگاه داده قطع شد و معلوم نيست که آخرين عمليات انجام شده باشد. شبکه را بررسي نماييد، اطلاعات "
     "را دوباره بخوانيد و دوباره تلاش نماييد.";
@@ -44,19 +79,31 @@ constexpr Told kTold[] = {
     {2601, Reason::Constraint, kExists},
     {547, Reason::Constraint, kReferred},
     {515, Reason::Constraint, "مقدار لازم وارد نشده است. آن را وارد نماييد."},
-    {1205, Reason::Busy, kBusy},
+    {1205, Reason::Busy, kDeadlock},
     {1222, Reason::Busy, kBusy},
+    {3960, Reason::Busy, kConflict},
+    {208, Reason::Statement, kNoTable},
+    {207, Reason::Statement, kNoColumn},
+    {2812, Reason::Statement, kNoProcedure},
+    {245, Reason::Statement, kNoNumber},
+    {8114, Reason::Statement, kNoNumber},
+    {1934, Reason::Statement, kWrongOptions},
+    {229, Reason::Denied, kNoRight},
+    {230, Reason::Denied, kNoRight},
     {2628, Reason::TooLong, kCut},
     {8152, Reason::TooLong, kCut},
     {1101, Reason::Storage, kFull},
     {1105, Reason::Storage, kFull},
-    {9002, Reason::Storage, kFull},
+    {9002, Reason::Storage, kFullLog},
     {3906, Reason::Storage, kReadOnly},
     {823, Reason::Storage, kDamaged},
     {824, Reason::Storage, kDamaged},
     {825, Reason::Storage, kDamaged},
     {18456, Reason::Connection, kLogin},
     {18452, Reason::Connection, kLogin},
+    {18470, Reason::Connection, kDisabled},
+    {916, Reason::Denied, kNoMember},
+    {927, Reason::Statement, kRestoring},
     {911, Reason::Connection, kNoDatabase},
     {4060, Reason::Connection, kNoDatabase},
     {18486, Reason::Connection, kLogin},
@@ -89,6 +136,16 @@ const Record& decisive(const std::vector<Record>& told) {
 std::string behind(const Record& record) {
   return " (" + record.message + (record.message.empty() ? "" : " ") + std::to_string(record.number) + ", " +
          record.state + ")";
+}
+
+/// Whether a server that was reached ended the connection over its encryption. Microsoft's driver says so;
+/// FreeTDS only that the log-in failed, without a reason of the server's.
+bool refusedEncryption(const std::vector<Record>& told) {
+  constexpr int kLoginFailed = 20002;
+  return std::any_of(told.begin(), told.end(), [](const Record& one) {
+    const auto says = [&one](const char* word) { return one.message.find(word) != std::string::npos; };
+    return one.number == kLoginFailed || says("SSL") || says("TLS") || says("ncryption");
+  });
 }
 
 const Told* toldOf(int number) {
@@ -134,7 +191,7 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
   return {Reason::Statement, record.number, data::kStatementRefused + behind(record), where};
 }
 
-data::DataError openError(const std::vector<Record>& told, std::string_view secret) {
+data::DataError openError(const std::vector<Record>& told, std::string_view secret, bool encrypts) {
   Record record = decisive(told);
   // A driver that can't be loaded is told of by the driver manager, as a mere message.
   const bool noDriver = std::any_of(told.begin(), told.end(), [](const Record& one) {
@@ -145,7 +202,10 @@ data::DataError openError(const std::vector<Record>& told, std::string_view secr
       std::find_if(told.begin(), told.end(), [](const Record& one) { return toldOf(one.number) != nullptr; });
   if (reason != told.end()) record = *reason;
   const Told* const known = toldOf(record.number);
-  const char* const text = noDriver ? kNoDriver : known != nullptr ? known->text : kNoAnswer;
+  const char* const text = noDriver                              ? kNoDriver
+                           : known != nullptr                    ? known->text
+                           : encrypts && refusedEncryption(told) ? kNoTls
+                                                                 : kNoAnswer;
   // Stars in the place of a short password would show which letters it has.
   if (!secret.empty() && record.message.find(secret) != std::string::npos) record.message.clear();
   return {Reason::Connection, record.number, text + behind(record)};

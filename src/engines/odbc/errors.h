@@ -22,8 +22,10 @@ struct Record {
 /// A failed call as the product tells it: what a person may meet in Persian, saying what to do next, and
 /// behind it the server's words, number and state. The first record that is no mere message counts.
 [[nodiscard]] data::DataError callError(const std::vector<Record>& told, std::string_view statement);
-/// Why a connection couldn't be opened; always Reason::Connection. The secret doesn't stand in it.
-[[nodiscard]] data::DataError openError(const std::vector<Record>& told, std::string_view secret);
+/// Why a connection couldn't be opened, one that `encrypts` where it was asked to; always Reason::Connection.
+/// The secret doesn't stand in it.
+[[nodiscard]] data::DataError openError(const std::vector<Record>& told, std::string_view secret,
+                                        bool encrypts = false);
 
 /// The connection broke while a statement ran.
 [[nodiscard]] data::DataError brokenError(const std::vector<Record>& told, std::string_view statement);

@@ -67,7 +67,7 @@ void Session::open(const data::ConnectionText& text) {
                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
   if (SQL_SUCCEEDED(result)) return;
   std::string password = passwordOf(text);
-  const data::DataError failure = openError(records(connection_), password);
+  const data::DataError failure = openError(records(connection_), password, driver.encrypts);
   wipe(password);
   throw failure;
 }

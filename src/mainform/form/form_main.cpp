@@ -66,7 +66,7 @@ void FormMain::load() {
   settings = data::readSystemParameters(*shell_.dtEn());
   connectSelectors();
   showEntityFields();
-  commands_.offerHidden(shell_.offersHiddenCommands);
+  commands_.offerHidden(shell_.isOffered(Offer::HiddenCommands));
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();

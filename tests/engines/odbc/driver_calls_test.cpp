@@ -112,7 +112,7 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
   const std::map<std::string, Reason> reasons{
       {"Constraint", Reason::Constraint}, {"Busy", Reason::Busy},       {"TooLong", Reason::TooLong},
       {"Storage", Reason::Storage},       {"TimeOut", Reason::TimeOut}, {"Connection", Reason::Connection},
-      {"Statement", Reason::Statement}};
+      {"Statement", Reason::Statement},   {"Denied", Reason::Denied}};
   for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "failures")) {
     SCOPED_TRACE(row[0]);
     driver.told.clear();
@@ -138,6 +138,10 @@ TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsTol
   for (const char* const key : {"Password", "PWD"})
     EXPECT_EQ(told("UID=sa;" + std::string(key) + "=very-hidden"),
               "پايگاه داده نام کاربر يا رمز را نپذيرفت. متن اتصال را اصلاح نماييد. (18456, 28000)");
+  failWith("08001", 0, "Unable to connect");
+  driver.told.push_back({"01000", 20002, "connection failed"});
+  EXPECT_TRUE(told("").starts_with("پايگاه داده در دسترس نيست."));
+  EXPECT_TRUE(told("Encrypt=yes").starts_with("سرور پايگاه داده ارتباط رمزنگاري شده (TLS) را نپذيرفت."));
   for (const auto& [state, words] :
        {std::pair("IM002", "no"), {"IM003", "no"}, {"01000", "Can't open lib 'x'"}}) {
     failWith(state, 0, "[unixODBC][Driver Manager]" + std::string(words));

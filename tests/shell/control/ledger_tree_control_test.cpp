@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "data/data_error.h"
-#include "ledgertree/hidden_commands.h"
+#include "ledgertree/offers.h"
 #include "shell/control/control_house.h"
 
 namespace ledgertree::testing {
@@ -159,9 +159,9 @@ TEST(ControlSessionStory, AProcessHasOneDesktop) {
   EXPECT_THROW(ControlSession::install(std::make_unique<ScriptedDesktop>()), std::logic_error);
   LedgerTreeControl().OLEConnectionString("Provider=X");
   EXPECT_EQ(installed.shell().context.gConnectionString, "Provider=X");
-  for (const bool offer : {true, false}) {
-    offerHiddenCommands(offer);
-    EXPECT_EQ(installed.shell().offersHiddenCommands, offer);
+  for (const std::set<Offer>& offers : {everyOffer(), {}}) {
+    offer(offers);
+    EXPECT_EQ(installed.shell().offers, offers);
   }
 }
 

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <set>
+
+#include "ledgertree/export.h"
+
+namespace ledgertree {
+
+/// What goes beyond the screens as they are without a word from the host. An offer adds controls, entries and
+/// keys; it moves and renames nothing.
+enum class Offer {
+  /// Commands that work and stand hidden otherwise: the menu "مشاهده" with its button (details shown or not,
+  /// whole codes or short ones in the tree), the export of the chart to a spreadsheet, for which the host
+  /// registers the component SheetKit.SheetWriter, and the numbering of the second level.
+  HiddenCommands,
+};
+
+/// Offers these, and nothing else, to all users of the process. At first nothing is offered.
+///
+/// It holds for all controls and takes effect when the screen is next opened; a screen that is open stays as
+/// it is. Call it after a desktop was installed (see qt_desktop.h), on the user-interface thread. Throws
+/// std::logic_error without a desktop.
+LEDGERTREE_API void offer(const std::set<Offer>& offers);
+
+/// Everything that there is to offer.
+LEDGERTREE_API std::set<Offer> everyOffer();
+
+}  // namespace ledgertree

@@ -1,0 +1,11 @@
+#include "ledgertree/offers.h"
+
+#include "shell/control/ledger_tree_control_session.h"
+
+namespace ledgertree {
+
+void offer(const std::set<Offer>& offers) { ControlSession::process().shell().offers = offers; }
+
+std::set<Offer> everyOffer() { return {Offer::HiddenCommands}; }
+
+}  // namespace ledgertree
