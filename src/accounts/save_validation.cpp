@@ -55,8 +55,8 @@ SaveWay SaveValidation::checkParent(const data::Account& account, std::int32_t l
   if (account.id == account.parentID) return refuseParent(kOwnParent);
   if (account.parentID == lastNewParent) return SaveWay::PlainEdit;
   const std::string parent = std::to_string(account.parentID);
-  const std::string below = "Select * From tblAccountParent where ID=" + std::to_string(account.id) +
-                            " And ChildID=" + parent;
+  const std::string below =
+      "Select * From tblAccountParent where ID=" + std::to_string(account.id) + " And ChildID=" + parent;
   const std::string documents = "Select * From tblAccountDocumentDetail where accountID=" + parent;
   const data::Ahead ahead(gateway_.cnMainData, {{.statement = below}, {.statement = documents}});
   below_.emplace(gateway_.rssqlChkChillds, below);

@@ -76,8 +76,8 @@ class Connection {
   /// that which costs nobody else anything; then they cost less than one by one. It's no place for writes.
   virtual void readTogether(const std::function<void()>& work) { work(); }
 
-  /// Runs commands in their order, up to the first that fails: none behind that one has run. Each is what `run`
-  /// or `call` would make of it, final when it has ended. An engine that answers late sends them as one
+  /// Runs commands in their order, up to the first that fails: none behind that one has run. Each is what
+  /// `run` or `call` would make of it, final when it has ended. An engine that answers late sends them as one
   /// question; they have the time-out of one command then, and a failure that leaves open whether its command
   /// was carried out (see DataError::leavesOpen) leaves it open of all behind it, too. Where each question
   /// depends on the answer to the one before, see readTogether. Throws nothing of the commands.

@@ -134,13 +134,11 @@ std::int32_t DtEn::spAccountGetCurrentUserPeriod(std::int32_t userID) {
 }
 
 std::int32_t DtEn::spAccountInsertAccount(const Account& account) {
-  return cnMainData.call(procedures::spAccountInsertAccount,
-                                argumentsOf(account, AccountCall::Insert));
+  return cnMainData.call(procedures::spAccountInsertAccount, argumentsOf(account, AccountCall::Insert));
 }
 
 std::int32_t DtEn::spAccountUpdateAccounts(const Account& account) {
-  return cnMainData.call(procedures::spAccountUpdateAccounts,
-                                argumentsOf(account, AccountCall::Update));
+  return cnMainData.call(procedures::spAccountUpdateAccounts, argumentsOf(account, AccountCall::Update));
 }
 
 std::int32_t DtEn::spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,

@@ -65,9 +65,9 @@ bool isOn(RecordHandle& handle, std::string_view statement) {
 
 std::vector<Command> systemParameterQuestions() {
   // In the order in which they are asked.
-  constexpr std::string_view kStatements[] = {kCodeIsNumeric,        kMultiEntityMode, kEditCodeAllowed,
-                                              kPositionInEntityTest, kCodingMode,      kShowCompleteCode,
-                                              kBasePath};
+  constexpr std::string_view kStatements[] = {
+      kCodeIsNumeric, kMultiEntityMode,  kEditCodeAllowed, kPositionInEntityTest,
+      kCodingMode,    kShowCompleteCode, kBasePath};
   std::vector<Command> questions;
   for (const std::string_view statement : kStatements)
     questions.push_back({.statement = std::string(statement)});

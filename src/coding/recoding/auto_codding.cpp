@@ -228,8 +228,7 @@ void frmAutoCodding::tellHowFar(const std::exception& failure) {
   std::string far = (open == 0 ? "كد " : "كد دست كم ") + text(done) + " حساب از " + text(codes.size());
   far += open == 0 ? " حساب تغيير كرد و آخرين كد تازه «" + codes[done - 1].code + "» است. "
                    : " حساب تغيير كرد و شايد كد تا " + text(open) + " حساب پس از آن هم تغيير كرده باشد. ";
-  shell_.showErrorNotice(shell::kTitleError,
-                         std::string(failure.what()) + "\n" + far + std::string(kGoOn));
+  shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\n" + far + std::string(kGoOn));
 }
 
 /// The mother account may be one of those that got a new code. Its old one must not go into the codes of its

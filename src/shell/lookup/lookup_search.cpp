@@ -72,7 +72,8 @@ data::Connection& LookupSearch::connection() {
 
 ui::LookupRow LookupSearch::readRow(std::int32_t id) {
   if (shell_.hasDtEn()) {
-    const auto rows = shell_.dtEn()->cnMainData.askedAhead(connectionText_, LookupReader::rowStatement(view_, id));
+    const auto rows =
+        shell_.dtEn()->cnMainData.askedAhead(connectionText_, LookupReader::rowStatement(view_, id));
     if (rows) return reader_.readIn(*rows, view_);
   }
   return reader_.read(connection(), view_, id);
