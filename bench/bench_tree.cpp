@@ -158,7 +158,7 @@ void clearShowToFirstLevel(benchmark::State& state) {
   const Chart& chart = Chart::of(state, 10);
   ControlSession session(std::make_unique<IdleDesktop>());
   engines::sqlite::registerEmbedded(session.shell().providers);
-  LedgerTreeControl control(session);
+  LedgerTreeControl control = session.makeControl();
   control.OLEConnectionString(chart.connectionText());
   control.UserID(1);
   sideBySide(

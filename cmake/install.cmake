@@ -27,10 +27,17 @@ install(DIRECTORY docs/ DESTINATION ${LEDGERTREE_DOCS}/docs COMPONENT runtime)
 # Development: what a host is built with.
 install(DIRECTORY include/ledgertree DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development
   FILES_MATCHING PATTERN "*.h")
+install(FILES ${PROJECT_BINARY_DIR}/include/ledgertree/version.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/ledgertree COMPONENT development)
 install(EXPORT LedgerTreeTargets NAMESPACE LedgerTree:: DESTINATION ${LEDGERTREE_PACKAGE} COMPONENT development)
 configure_package_config_file(cmake/LedgerTreeConfig.cmake.in ${PROJECT_BINARY_DIR}/LedgerTreeConfig.cmake
   INSTALL_DESTINATION ${LEDGERTREE_PACKAGE} PATH_VARS LEDGERTREE_COMPONENTS LEDGERTREE_SQL)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/LedgerTreeConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/LedgerTreeConfig.cmake ${PROJECT_BINARY_DIR}/LedgerTreeConfigVersion.cmake
   DESTINATION ${LEDGERTREE_PACKAGE} COMPONENT development)
+# For a host that isn't built by CMake; like find_package it finds the rest from where it stands itself.
+set(LEDGERTREE_PKGCONFIG ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH LEDGERTREE_PREFIX_FROM_PC /${LEDGERTREE_PKGCONFIG} /)
+configure_file(cmake/ledgertree.pc.in ${PROJECT_BINARY_DIR}/ledgertree.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ledgertree.pc DESTINATION ${LEDGERTREE_PKGCONFIG} COMPONENT development)
 install(DIRECTORY examples DESTINATION ${LEDGERTREE_DOCS} COMPONENT development)

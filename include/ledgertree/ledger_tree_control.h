@@ -44,8 +44,6 @@ class LEDGERTREE_API LedgerTreeControl {
  public:
   /// Properties have their defaults, as after InitProperties.
   LedgerTreeControl();
-  /// For tests: a control on a session of its own.
-  explicit LedgerTreeControl(ControlSession& session);
   LedgerTreeControl(const LedgerTreeControl&) = delete;
   LedgerTreeControl& operator=(const LedgerTreeControl&) = delete;
   ~LedgerTreeControl();
@@ -110,6 +108,9 @@ class LEDGERTREE_API LedgerTreeControl {
   void OnPropertyChanged(std::function<void(std::string_view name)> listener);
 
  private:
+  friend class ControlSession;
+  explicit LedgerTreeControl(ControlSession& session);
+
   struct Properties;
   ControlSession& session_;
   std::unique_ptr<Properties> properties_;

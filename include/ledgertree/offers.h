@@ -10,12 +10,14 @@ namespace ledgertree {
 /// keys; it moves and renames nothing.
 enum class Offer {
   /// Commands that work and stand hidden otherwise: the menu "مشاهده" with its button (details shown or not,
-  /// whole codes or short ones in the tree), the export of the chart to a spreadsheet, for which the host
-  /// registers the component SheetKit.SheetWriter, and the numbering of the second level.
+  /// whole codes or short ones in the tree), and the numbering of the second level.
   HiddenCommands,
+  /// The export of the chart to a spreadsheet, by the component SheetKit.SheetWriter.
+  Export,
 };
 
-/// Offers these, and nothing else, to all users of the process. At first nothing is offered.
+/// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users
+/// calls this ahead of the ClearShow of each.
 ///
 /// It holds for all controls and takes effect when the screen is next opened; a screen that is open stays as
 /// it is. Call it after a desktop was installed (see qt_desktop.h), on the user-interface thread. Throws

@@ -2,8 +2,6 @@
 
 #include "ledgertree/export.h"
 
-class QWidget;
-
 namespace ledgertree {
 
 /// How the screens appear in a host that is a Qt Widgets application.
@@ -11,8 +9,6 @@ struct QtDesktopOptions {
   /// False for a host that takes no modeless form: LedgerTreeControl::ClearShow and View then return when the
   /// person has left the screen.
   bool modelessForms = true;
-  /// Where the main screen appears; null gives it a window of its own. See placeScreen in screen_in_host.h.
-  QWidget* container = nullptr;
 };
 
 /// Makes this process draw its screens with Qt, and makes the database engines known. Call it once, after the

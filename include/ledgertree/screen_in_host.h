@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 
 #include "ledgertree/export.h"
@@ -21,6 +22,12 @@ LEDGERTREE_API void placeScreen(QWidget* container);
 /// Whether the screen is up. It isn't after a ClearShow for a user without the permission, or whose load
 /// failed: ClearShow returns normally then.
 [[nodiscard]] LEDGERTREE_API bool screenIsOpen();
+
+/// The account on the record (tblAccount.ID); 0 where the record is blank, or the screen isn't open.
+[[nodiscard]] LEDGERTREE_API std::int32_t shownAccount();
+
+/// Whether a new account or an edit was begun and is neither saved nor given up.
+[[nodiscard]] LEDGERTREE_API bool hasUnsavedWork();
 
 /// Leaves the screen as its own button for it does: a person in the middle of a new account or an edit is
 /// asked first. True where it is closed then, or was before; false where the person stays, or where the

@@ -32,6 +32,7 @@ void AccountDeletion::deleteShownAccount() {
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
   try {
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));
+    shell_.news.add(ChartEvent::Kind::Deleted, {account});
     record_.goIdle();
     tree_.refreshTree();
   } catch (const data::DataError& failure) {

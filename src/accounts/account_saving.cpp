@@ -86,6 +86,7 @@ bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
   unanswered_.forget();
   if (!account) return false;
   goOnAsEdit(*account);
+  shell_.news.add(ChartEvent::Kind::Created, {*account});
   shell_.showErrorNotice(shell::kTitleSaveError, kFound);
   return true;
 }
@@ -145,6 +146,7 @@ void AccountSaving::run(Progress& progress) {
   if (!written) return screen_.cmdNew.focus();
   progress.account = account.id = *written;
   progress.written = Written::Account;
+  shell_.news.add(isNew ? ChartEvent::Kind::Created : ChartEvent::Kind::Changed, {account.id});
   giveRelation(*gateway, account, progress.way);
   progress.written = Written::Relation;
   if (!isNew) writeDescendants(*gateway, account);

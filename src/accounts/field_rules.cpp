@@ -71,7 +71,7 @@ void FieldRules::wireRadios() {
 }
 
 void FieldRules::parentRule() {
-  if (screen_.formMode != FormMode::ModeNew && screen_.formMode != FormMode::ModeEdit) return;
+  if (!screen_.isTyping()) return;
   screen_.txtMotherCode.setText(screen_.sltParent.AccountCode());
   inherit(screen_.sltParent.AccountID());
   proposeCode();
@@ -123,8 +123,7 @@ void FieldRules::offerEntitiesOf(const std::optional<EntityClass>& chosen, bool 
   if (!chosen) return offerNoEntity();
   shell::Selector& entity = screen_.sltEntity;
   const std::string before = entity.MajorView();
-  if (screen_.formMode == FormMode::ModeNew || screen_.formMode == FormMode::ModeEdit)
-    entity.setIsActive(true);
+  if (screen_.isTyping()) entity.setIsActive(true);
   entity.setMajorView(chosen->viewMajor);
   entity.setMinorView(chosen->viewMinor);
   entity.setSelectorTitle(chosen->name);

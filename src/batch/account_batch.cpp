@@ -70,7 +70,11 @@ void frmAccountBatch::deleteAll(data::DtEn& gateway, const std::string& below) {
                                 "Select * From tblAccount Where ID in (" + below + ") order by Nolevel desc");
   shell::WorkProgress progress(*this, progressBar, accounts->RecordCount());
   for (std::int32_t done = 0; !accounts->Eof(); accounts->MoveNext(), progress.advance(++done)) {
-    if (gateway.spAccountDeleteAccount(accounts->Fields("ID").toInt32()) != 0) continue;
+    const std::int32_t account = accounts->Fields("ID").toInt32();
+    if (gateway.spAccountDeleteAccount(account) != 0) {
+      shell_.news.add(ChartEvent::Kind::Deleted, {account});
+      continue;
+    }
     shell_.showErrorNotice(shell::kTitleError, "حساب " + accounts->Fields("title").toText() + " به كد " +
                                                    accounts->Fields("Code").toText() +
                                                    " به دليل وابستگي حذف نشد. ");

@@ -88,14 +88,12 @@ std::optional<Rows> MainConnection::askedAhead(std::string_view connectionText, 
   return known ? std::move(known->rows) : std::nullopt;
 }
 
-void MainConnection::Execute(std::span<const std::string> statements, std::size_t& done) {
+Answers MainConnection::Execute(std::span<const std::string> statements) {
   forgetAnswers();
   std::vector<Command> commands;
   commands.reserve(statements.size());
   for (const std::string& statement : statements) commands.push_back({.statement = statement});
-  const Answers answers = port().runTogether(commands);
-  done += answers.ran.size();
-  if (answers.failure) std::rethrow_exception(answers.failure);
+  return port().runTogether(commands);
 }
 
 }  // namespace ledgertree::data

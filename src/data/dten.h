@@ -29,9 +29,9 @@ class MainConnection {
   void ConnectionString(std::string text);
   /// Runs a statement and gives nothing of it to the caller.
   void Execute(std::string_view statement) { static_cast<void>(run(statement)); }
-  /// Runs writing statements in their order up to the first that fails, and counts in `done` those that ran.
-  /// Where an answer takes long they go together. Throws the failure.
-  void Execute(std::span<const std::string> statements, std::size_t& done);
+  /// Runs writing statements in their order up to the first that fails; where an answer takes long they go
+  /// together. Throws nothing of the statements.
+  [[nodiscard]] Answers Execute(std::span<const std::string> statements);
   /// How many statements of a long series are to be executed at a time, so that they are one question.
   [[nodiscard]] std::size_t together() { return port().answersLate() ? kMostTogether : 1; }
 

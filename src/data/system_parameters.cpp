@@ -13,10 +13,8 @@ namespace ledgertree::data {
 namespace {
 
 constexpr std::string_view kCodeIsNumeric = "Select Value From tblTarvoSystemParameters Where ID = 301";
-constexpr std::string_view kMultiEntityMode =
-    "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1";
-constexpr std::string_view kEditCodeAllowed =
-    "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1";
+constexpr std::string_view kMultiEntityMode = "Select * From tblTarvoSystemParameters Where ID = 311";
+constexpr std::string_view kEditCodeAllowed = "Select * From tblTarvoSystemParameters Where ID = 319";
 constexpr std::string_view kPositionInEntityTest =
     "Select Value From tblTarvoSystemParameters Where ID = 210";
 constexpr std::string_view kCodingMode = "Select Value From tblTarvoSystemParameters Where ID = 307";
@@ -48,30 +46,33 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
-/// Whether the statement finds the row of a switch that is on. A server compares the column as a number, in
-/// the other rows too, and refuses where one is none ("yes"); then the row's value is read and judged here.
-bool isOn(RecordHandle& handle, std::string_view statement) {
+/// What asks whether a parameter that is a switch is on.
+std::string switchStatement(std::string_view row) { return std::string(row) + " and Value=1"; }
+
+/// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
+/// too, and refuses where one is none ("yes"); then the row's value is read and judged here.
+bool isOn(RecordHandle& handle, std::string_view row) {
   try {
-    handle.Source(std::string(statement));
+    handle.Source(switchStatement(row));
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
     if (refusal.reason() != DataError::Reason::Statement) throw;
   }
-  return isOne(readFirst(handle, statement.substr(0, statement.find(" and ")), "Value"));
+  return isOne(readFirst(handle, row, "Value"));
 }
 
 }  // namespace
 
 std::vector<Command> systemParameterQuestions() {
   // In the order in which they are asked.
-  constexpr std::string_view kStatements[] = {
-      kCodeIsNumeric, kMultiEntityMode,  kEditCodeAllowed, kPositionInEntityTest,
-      kCodingMode,    kShowCompleteCode, kBasePath};
-  std::vector<Command> questions;
-  for (const std::string_view statement : kStatements)
-    questions.push_back({.statement = std::string(statement)});
-  return questions;
+  return {{.statement = std::string(kCodeIsNumeric)},
+          {.statement = switchStatement(kMultiEntityMode)},
+          {.statement = switchStatement(kEditCodeAllowed)},
+          {.statement = std::string(kPositionInEntityTest)},
+          {.statement = std::string(kCodingMode)},
+          {.statement = std::string(kShowCompleteCode)},
+          {.statement = std::string(kBasePath)}};
 }
 
 SystemParameters readSystemParameters(DtEn& data) {

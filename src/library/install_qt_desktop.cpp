@@ -14,7 +14,6 @@ namespace ledgertree {
 void installQtDesktop(const QtDesktopOptions& options) {
   auto desktop = std::make_unique<qt::QtDesktop>();
   desktop->setModelessAllowed(options.modelessForms);
-  if (options.container != nullptr) desktop->embed("FormMain", options.container);
   shell::Shell& shell = ControlSession::install(std::move(desktop)).shell();
   engines::sqlite::registerEmbedded(shell.providers);
   engines::odbc::registerOdbc(shell.providers);

@@ -18,9 +18,6 @@ constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
-constexpr const char* kGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
-
 std::vector<data::Command> accountQuestions(std::int32_t id) {
   const std::string number = std::to_string(id);
   return {{.statement = "Select * From vwAccount where ID=" + number},
@@ -69,7 +66,7 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule 
     if (!looking) return;
     try {
       const bool there = loadAccount(screen_.sltAccount.AccountID());
-      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(kGone);
+      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(data::kAccountIsGone);
     } catch (...) {
       // The account that was there stays, with its title: a command would work on it below the other's.
       screen_.sltAccount.setAccountID(screen_.AccountOnRecord);

@@ -47,6 +47,10 @@ class MainScreen : public ui::Form {
   /// The connection text of the database that the record was read from, or is typed for.
   std::string RecordSource;
   FormMode formMode = FormMode::ModeIdle;
+  /// Whether a new account or an edit is begun.
+  [[nodiscard]] bool isTyping() const {
+    return formMode == FormMode::ModeNew || formMode == FormMode::ModeEdit;
+  }
   std::int16_t NatureValue = 0;     ///< 0 debit, 1 credit, 2 both
   std::int16_t PermanentValue = 0;  ///< 0 temporary, 1 permanent
   std::int16_t ClosedValue = 0;     ///< 0 open, 1 closed

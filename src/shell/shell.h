@@ -11,6 +11,7 @@
 #include "data/permissions.h"
 #include "ledgertree/offers.h"
 #include "shell/background.h"
+#include "shell/chart_news.h"
 #include "shell/host_context.h"
 #include "shell/outside_components.h"
 #include "ui/desktop.h"
@@ -48,6 +49,8 @@ class Shell {
   Clock clock;
   /// What the host offers beyond the screens as they are; counts from the next load of a form on.
   std::set<Offer> offers;
+  /// What the host is told when the act is over.
+  ChartNews news;
 
   [[nodiscard]] bool isOffered(Offer what) const { return offers.contains(what); }
   [[nodiscard]] ui::Desktop& desktop() const { return desktop_; }

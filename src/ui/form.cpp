@@ -17,7 +17,9 @@ struct FormLife {
   bool closing = false;
 
   static void endAct(const std::shared_ptr<FormLife>& life) {
-    if (--life->acts == 0 && life->closing && life->form != nullptr) life->form->finishClose();
+    if (--life->acts != 0 || life->form == nullptr) return;
+    if (life->closing) return life->form->finishClose();
+    if (life->form->onRest) life->form->onRest();
   }
 };
 

@@ -118,6 +118,8 @@ class Form {
   [[nodiscard]] bool beginCommand();
   /// Whether an event procedure of this form is running.
   [[nodiscard]] bool inAct() const;
+  /// Runs when the outermost of its event procedures has returned, unless the form closes then.
+  std::function<void()> onRest;
   /// Runs after the form was unloaded; the owner may destroy it there.
   std::function<void()> onClosed;
 

@@ -12,7 +12,7 @@ namespace {
 class HandOver : public BulkHouse {
  protected:
   HandOver() {
-    shell.offers = {Offer::HiddenCommands};
+    shell.offers = {Offer::HiddenCommands, Offer::Export};
     shell.context.gEmployeeID = -7;
     person.acts["know"] = [this](auto& name) { know(name); };
     // It is known and can't be made: with the error of that number, or with any other failure.

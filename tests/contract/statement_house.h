@@ -78,7 +78,7 @@ class StatementHouse : public ControlHouse {
     db::createDemoChart(model);
     database.fillWithDemoChart();
     if (!onServer()) embedded.emplace(database.file().string());
-    shell.offers = {Offer::HiddenCommands};
+    shell.offers = {Offer::HiddenCommands, Offer::Export};
     faults.onAnswer = [this](const std::string& statement, const auto& rows) {
       // What asks for a right, for a period or for the columns of a view alone stands elsewhere.
       const bool elsewhere = statement.starts_with("spTarvo") || statement.starts_with("spAccountGet") ||

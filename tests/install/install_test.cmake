@@ -1,5 +1,5 @@
 # Installs the package into a folder that it wasn't configured for, compiles its headers alone, and builds and runs the
-# host of examples/embedding on it.
+# hosts of examples/ on it.
 #   cmake -DBUILD=<build tree> -DSOURCE=<project> -DSCRATCH=<folder> -DCXX=<compiler> -DGENERATOR=Ninja
 #         -P install_test.cmake
 cmake_minimum_required(VERSION 3.25)
@@ -46,6 +46,16 @@ run(${CMAKE_COMMAND} --build ${host})
 set(ENV{QT_QPA_PLATFORM} offscreen)
 run(${host}/ledger-office --chart ${SCRATCH}/office.db --picture ${SCRATCH}/office.png)
 run(${host}/ledger-office --chart ${SCRATCH}/office.db --account 25 --picture ${SCRATCH}/account.png)
+# By pkg-config, wherever the package is now; what it prints is what the host was told.
+file(GLOB_RECURSE pkgconfig ${package}/ledgertree.pc)
+get_filename_component(pkgconfig ${pkgconfig} DIRECTORY)
+set(ENV{PKG_CONFIG_PATH} ${pkgconfig})
+run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${SOURCE}/examples/events -B ${host}/events -DCMAKE_CXX_COMPILER=${CXX})
+run(${CMAKE_COMMAND} --build ${host}/events)
+execute_process(COMMAND ${host}/events/ledger-events ${SCRATCH}/office.db 25 OUTPUT_VARIABLE diary)
+if(NOT diary MATCHES "shown 25\n$")
+  message(FATAL_ERROR "the example of events printed\n${diary}")
+endif()
 # The demo host that came with the package finds its library and its plug-ins where they are now.
 run(${package}/bin/ledgertree-demo --chart ${SCRATCH}/office.db --pictures ${SCRATCH})
 foreach(picture office account view)

@@ -8,7 +8,7 @@ namespace {
 class CommandsStory : public ScreenStory {
  protected:
   CommandsStory() {
-    shell.offers = {Offer::HiddenCommands};
+    shell.offers = {Offer::HiddenCommands, Offer::Export};
     start();
   }
 };

@@ -159,13 +159,17 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
 TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   setParameter(302, "'0'");
   start();
-  shell.offers = {Offer::HiddenCommands};
+  shell.offers = {Offer::HiddenCommands, Offer::Export};
   EXPECT_FALSE(form->cmdOperations.visible()) << "at the next load";
   walk("nobody can press what is hidden");
   form->close();
   start();
   EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->mnuExcelLevel.visible());
   walk("the commands that a host can offer");
+  form->close();
+  shell.offers = {Offer::Export};
+  start();
+  EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->cmdOperations.visible());
 }
 
 TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {

@@ -207,7 +207,10 @@ void frmAutoCodding::writeCodes(data::DtEn& gateway) {
     for (std::size_t next = done; next < std::min(done + together, codes.size()); ++next)
       statements.push_back("Update tblAccount  Set Code = " + data::quoteText(codes[next].code) +
                            " Where ID = " + std::to_string(codes[next].account));
-    gateway.cnMainData.Execute(statements, done);
+    const data::Answers answers = gateway.cnMainData.Execute(statements);
+    for (std::size_t ran = 0; ran < answers.ran.size(); ++ran)
+      shell_.news.add(ChartEvent::Kind::Recoded, {codes[done++].account});
+    if (answers.failure) std::rethrow_exception(answers.failure);
     const bool slow = std::chrono::steady_clock::now() - begin > kLongestStandstill;
     if (slow && together > 1) together /= 2;
     progress.advance(static_cast<std::int32_t>(done));
@@ -241,12 +244,14 @@ void frmAutoCodding::readMotherAgain() {
 }
 
 void frmAutoCodding::copyToDescendants(std::string_view column) {
-  const std::string account = std::to_string(klmMotherAcc.AccountID());
+  const std::int32_t mother = klmMotherAcc.AccountID();
+  const std::string account = std::to_string(mother);
   const std::string name(column);
   const auto gateway = shell_.dtEn();
   gateway->cnMainData.Execute(
       "Update tblAccount  Set " + name + " = (select max(" + name + ") from tblAccount Where ID= " + account +
       " )  Where ID In ( Select ChildID From tblAccountParent Where ID = " + account + ")");
+  shell_.news.add(ChartEvent::Kind::ChangedBelow, {mother});
 }
 
 void showAutoCodding(shell::Shell& shell) {

@@ -124,10 +124,20 @@ std::string_view withoutNames(std::string_view message) {
   return message.substr(std::min(message.find_first_not_of(' '), message.size()));
 }
 
+/// Whether the connection is gone. FreeTDS has numbers of its own for that, and tells it as a mere message:
+/// it couldn't read or write, or the server ended it.
+bool isLost(const Record& record) {
+  constexpr int kOfFreeTds[] = {20004, 20006, 20017, 20047};
+  return record.state.starts_with("08") ||
+         (record.state.starts_with("01") && std::any_of(std::begin(kOfFreeTds), std::end(kOfFreeTds),
+                                                        [&](int number) { return number == record.number; }));
+}
+
 const Record& decisive(const std::vector<Record>& told) {
   static const Record kNothing{"HY000", 0, ""};
-  const auto failure = std::find_if(told.begin(), told.end(),
-                                    [](const Record& record) { return !record.state.starts_with("01"); });
+  const auto failure = std::find_if(told.begin(), told.end(), [](const Record& record) {
+    return !record.state.starts_with("01") || isLost(record);
+  });
   if (failure != told.end()) return *failure;
   return told.empty() ? kNothing : told.front();
 }
@@ -183,7 +193,7 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
   // The time-out of a statement is one that the server has confirmed, that of the connection isn't.
   if (record.state == "HYT00" || record.state == "HYT01")
     return timeOutError(statement, record.state == "HYT00");
-  if (record.state.starts_with("08")) return brokenError(told, statement);
+  if (isLost(record)) return brokenError(told, statement);
   if (record.state.starts_with("23")) {
     return {Reason::Constraint, record.number,
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};

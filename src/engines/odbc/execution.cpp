@@ -62,13 +62,6 @@ bool Execution::nextResult() {
   return false;
 }
 
-void Execution::read(ResultSet& set, data::Rows& rows) {
-  while (set.next()) {
-    if (!set.addCells(rows)) return noteFailure();
-  }
-  if (set.failed()) noteFailure();
-}
-
 void Execution::noteFailure() {
   if (!failure_) failure_ = records(statement_);
 }

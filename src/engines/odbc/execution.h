@@ -8,7 +8,6 @@
 
 #include "engines/odbc/errors.h"
 #include "engines/odbc/handle.h"
-#include "engines/odbc/result_sets.h"
 #include "engines/odbc/session.h"
 #include "engines/odbc/watch.h"
 
@@ -33,8 +32,6 @@ class Execution {
   [[nodiscard]] bool send(std::string_view text);
   /// Goes to the next result; what is left of this one is passed over.
   [[nodiscard]] bool nextResult();
-  /// Appends the rows that are left of a result; a failure is noted.
-  void read(ResultSet& set, data::Rows& rows);
   /// The results from here on belong to another command of a packet.
   void goOnWith(std::string_view name) { name_ = name; }
   /// Notes that a call on this statement failed; the first failure is the command's.
@@ -42,8 +39,9 @@ class Execution {
   [[nodiscard]] bool failed() const { return failure_.has_value(); }
   /// Reads to the end and throws the failure of the command, where there was one.
   void finish();
-  /// Time that isn't the server's.
-  void extend(Watch::Clock::duration time) { watched_.extend(time); }
+  /// The time between these two isn't the server's.
+  void pause() { watched_.pause(); }
+  void resume() { watched_.resume(); }
 
  private:
   Session& session_;

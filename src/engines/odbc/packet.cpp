@@ -8,7 +8,7 @@
 #include "data/catalogue.h"
 #include "data/data_error.h"
 #include "data/quote_text.h"
-#include "engines/odbc/execution.h"
+#include "engines/odbc/result_sets.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -68,16 +68,16 @@ void readAnswers(Execution& execution, std::span<const data::Command> sent, std:
   bool atEnd = false;
   for (bool result = true; result && !execution.failed(); result = execution.nextResult()) {
     const data::Command& command = sent[ran.size()];
-    ResultSet set(execution.statement());
+    ResultSet set(execution);
     data::Rows rows = set.emptyRows();
     if (!isMark(rows)) {
       const bool reads = command.procedure == nullptr && !changesRows(command.statement);
       if (set.columns() == 0 || !reads || answer.rows) continue;
-      execution.read(set, rows);
+      set.addRows(rows);
       answer.rows = std::move(rows);
       continue;
     }
-    execution.read(set, rows);
+    set.addRows(rows);
     if (execution.failed()) break;
     if (command.procedure != nullptr) answer.result = rows.value(0, 0).toInt32();
     atEnd = ran.size() + 1 == sent.size();

@@ -26,10 +26,12 @@ Commands::Commands(MainScreen& screen, shell::Shell& shell, AccountRecord& recor
   wireKeys();
 }
 
-void Commands::offerHidden(bool offer) {
-  for (ui::MenuEntry* entry : {&screen_.mnuOperations, &screen_.mnuExcelCode, &screen_.i342})
-    entry->setVisible(offer);
-  screen_.cmdOperations.setVisible(offer);
+void Commands::showOffers() {
+  const bool hidden = shell_.isOffered(Offer::HiddenCommands);
+  screen_.mnuOperations.setVisible(hidden);
+  screen_.cmdOperations.setVisible(hidden);
+  for (ui::MenuEntry* entry : {&screen_.mnuExcelCode, &screen_.i342})
+    entry->setVisible(shell_.isOffered(Offer::Export));
 }
 
 void Commands::wireBar() {
@@ -71,7 +73,7 @@ void Commands::startEdit() {
 }
 
 void Commands::cancel() {
-  const bool typing = screen_.formMode == FormMode::ModeNew || screen_.formMode == FormMode::ModeEdit;
+  const bool typing = screen_.isTyping();
   if (!mayGiveUp({.title = "انصراف از ثبت حساب ", .text = " آيا مطمئن هستيد؟"},
                  {.title = "انصراف از ثبت تغييرات حساب ", .text = " آيا مطمئن هستيد؟ "}))
     return;

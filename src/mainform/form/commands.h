@@ -15,8 +15,8 @@ class Commands {
  public:
   Commands(MainScreen& screen, shell::Shell& shell, AccountRecord& record, AccountTree& tree);
 
-  /// Shows the commands that stand hidden otherwise, or hides them.
-  void offerHidden(bool offer);
+  /// Shows what the host offers of the commands that are hidden otherwise, and hides the rest.
+  void showOffers();
   /// Whether the screen may be left: asked where something is being typed.
   [[nodiscard]] bool mayLeave();
 

@@ -35,7 +35,11 @@ FormMain::FormMain(shell::Shell& shell)
       screens_(*this, shell, tree_) {
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
-  record_.onShown = [this](std::int32_t accountID) { tree_.keepHighlightFor(accountID); };
+  record_.onShown = [this](std::int32_t accountID) {
+    tree_.keepHighlightFor(accountID);
+    shell_.news.add(ChartEvent::Kind::Shown,
+                    accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
+  };
   onCommand = [this] {
     // Where the host has named another database meanwhile, that counts from the next ClearShow or View on: a
     // screen that is opened from here lists what its commands change.
@@ -66,7 +70,7 @@ void FormMain::load() {
   settings = data::readSystemParameters(*shell_.dtEn());
   connectSelectors();
   showEntityFields();
-  commands_.offerHidden(shell_.isOffered(Offer::HiddenCommands));
+  commands_.showOffers();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();

@@ -55,7 +55,7 @@ void SecondaryScreens::deleteInBatch() {
 /// The record holds codes and a parent as they were when the typing began: its save would undo a recoding,
 /// and write below an account that is gone.
 bool SecondaryScreens::refusedWhileTyping() {
-  if (screen_.formMode != FormMode::ModeNew && screen_.formMode != FormMode::ModeEdit) return false;
+  if (!screen_.isTyping()) return false;
   shell_.showErrorNotice(shell::kTitleProblem,
                          "حسابي در حال ثبت يا اصلاح است. نخست آن را ثبت کنيد يا از آن انصراف دهيد.");
   return true;

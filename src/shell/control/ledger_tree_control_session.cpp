@@ -6,6 +6,7 @@
 #include "data/connection_text.h"
 #include "data/permissions.h"
 #include "data/system_parameters.h"
+#include "ledgertree/ledger_tree_control.h"
 
 namespace ledgertree {
 
@@ -23,7 +24,21 @@ std::unique_ptr<ControlSession>& processSession() {
 }  // namespace
 
 ControlSession::ControlSession(std::unique_ptr<ui::Desktop> desktop)
-    : desktop_(std::move(desktop)), shell_(*desktop_) {}
+    : desktop_(std::move(desktop)), shell_(*desktop_) {
+  shell_.news.onFirst = [this] { tellNews(); };
+}
+
+LedgerTreeControl ControlSession::makeControl() { return LedgerTreeControl(*this); }
+
+void ControlSession::tellNews() {
+  desktop_->whenIdle([this] {
+    if (form_ && form_->inAct()) return;
+    // A copy: the host may set another listener while it hears of this.
+    const auto listener = onEvent;
+    for (const ChartEvent& event : shell_.news.take())
+      if (listener) listener(event);
+  });
+}
 
 ControlSession& ControlSession::process() {
   if (!processSession())
@@ -41,6 +56,9 @@ mainform::FormMain& ControlSession::loadedForm() {
   if (!form_) {
     auto form = std::make_unique<mainform::FormMain>(shell_);
     form->load();
+    form->onRest = [this] {
+      if (!shell_.news.empty()) tellNews();
+    };
     form->onClosed = [this] { formClosed(); };
     form_ = std::move(form);
   }
@@ -78,6 +96,7 @@ void ControlSession::dropUnshown() {
 void ControlSession::formClosed() {
   form_.reset();
   cameUp_ = false;
+  if (!shell_.news.empty()) tellNews();
   // Later, since the form closes in the middle of what a person does to it.
   desktop_->whenIdle([this] {
     if (onLeft && !form_) onLeft();

@@ -6,11 +6,14 @@
 #include <vector>
 
 #include "data/packet.h"
+#include "ledgertree/chart_events.h"
 #include "mainform/form/form_main.h"
 #include "shell/shell.h"
 #include "ui/desktop.h"
 
 namespace ledgertree {
+
+class LedgerTreeControl;
 
 /// What all controls of a process share: a Shell, and the one FormMain while it is loaded. A test makes its
 /// own.
@@ -23,6 +26,8 @@ class ControlSession {
   /// Makes the session of the process; a second desktop throws std::logic_error.
   static ControlSession& install(std::unique_ptr<ui::Desktop> desktop);
 
+  /// A control on this session; a host's own are on that of the process.
+  [[nodiscard]] LedgerTreeControl makeControl();
   [[nodiscard]] shell::Shell& shell() { return shell_; }
   /// Ahead of a call that shows the form, with or without another record: asks the person where it would drop
   /// what is being typed, and leaves a form that shows another database. False where the person stays;
@@ -39,9 +44,13 @@ class ControlSession {
   [[nodiscard]] mainform::FormMain* form() const { return form_.get(); }
   /// Runs when nothing else does, after the form was left; not where it was loaded anew by then.
   std::function<void()> onLeft;
+  /// Told of each event, in their order, when no event procedure of the form runs.
+  std::function<void(const ChartEvent&)> onEvent;
 
  private:
   void formClosed();
+  /// When nothing else runs; where an event procedure does, its end comes back to this.
+  void tellNews();
 
   std::unique_ptr<ui::Desktop> desktop_;
   shell::Shell shell_;

@@ -50,7 +50,7 @@ class ControlHouse : public ::testing::Test {
   shell::Shell& shell = session.shell();
   ScriptedDesktop& desktop = static_cast<ScriptedDesktop&>(shell.desktop());
   ScriptedNotices notices{shell.components};
-  LedgerTreeControl control{session};
+  LedgerTreeControl control = session.makeControl();
   /// What the host says and calls are steps, too; "thrown" in front where a call fails.
   ScreenWalk person{desktop, notices, faults};
 };

@@ -58,7 +58,7 @@ TEST_F(ControlStory, WhoWorksIsHandedOverByEachCallAndByNothingElse) {
   person.go("shell/control/commands.txt", "who works", worker);
   EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
   // Another control of the host says who works from its own call on.
-  LedgerTreeControl other(session);
+  LedgerTreeControl other = session.makeControl();
   other.OLEConnectionString(text);
   other.View(std::int16_t{1});
   EXPECT_EQ(worker(), "0 0 0 ");
@@ -149,6 +149,34 @@ TEST_F(ControlStory, TheHostHearsWhenTheScreenWasLeftForGood) {
   person.go(
       "shell/control/commands.txt", "leaving the screen", [] { return std::string("open"); },
       [&] { return std::exchange(left, {}); });
+}
+
+TEST_F(ControlStory, TheHostHearsWhatWasDoneToTheChartWhenTheActIsOver) {
+  const std::map<ChartEvent::Kind, std::string> kinds{
+      {ChartEvent::Kind::Created, "created"}, {ChartEvent::Kind::Changed, "changed"},
+      {ChartEvent::Kind::Deleted, "deleted"}, {ChartEvent::Kind::Recoded, "recoded"},
+      {ChartEvent::Kind::Shown, "shown"},     {ChartEvent::Kind::ChangedBelow, "changed below"}};
+  std::string heard;
+  session.onEvent = [&](const ChartEvent& event) {
+    heard += (heard.empty() ? "" : ", ") + kinds.at(event.kind);
+    for (const std::int32_t account : event.accounts) heard += " " + std::to_string(account);
+    EXPECT_TRUE(session.form() == nullptr || !session.form()->inAct());
+  };
+  const auto inside = [&](const char* screen, const char* steps) {
+    desktop.inModal(screen, [this, &heard, steps](ui::Form&) {
+      person.act(steps);
+      desktop.tick();
+      EXPECT_EQ(heard, "") << "the screen is still open";
+    });
+  };
+  inside("frmAccountBatch", "sltParent 97; yes cmdDelete; cmdCancel");
+  inside(
+      "frmAutoCodding",
+      "klmMotherAcc 98; txtSimpleCode 11; pass; yes cmdAutoCodding; yes cmdAccountType; yes cmdRemanedType");
+  person.go("shell/control/commands.txt", "what the host hears", [&] {
+    desktop.tick();
+    return std::exchange(heard, {});
+  });
 }
 
 TEST(ControlSessionStory, AProcessHasOneDesktop) {
@@ -304,7 +332,7 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
   EXPECT_EQ(properties(control), all);
 
   MapStore store;
-  LedgerTreeControl other(session);
+  LedgerTreeControl other = session.makeControl();
   EXPECT_EQ(properties(other), standard);
   other.WriteProperties(store);
   EXPECT_EQ(store.values.size(), 0U) << "what is as at the beginning needs no place";

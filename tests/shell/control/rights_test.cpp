@@ -25,7 +25,7 @@ class RightsStory : public ControlHouse {
         "insert into tblUser (ID, Name) values (1, 'حسابدار'), (2, 'مدير');"
         "insert into tblAccount (ID, Code, Title) values (5, '1', 'دارايي'), (6, '2', 'بدهي');"
         "insert into tblTarvoSystemParameters (ID, Value) values (311, '1')");
-    shell.offers = {Offer::HiddenCommands};
+    shell.offers = {Offer::HiddenCommands, Offer::Export};
     for (const std::string name : {"SheetKit.SheetWriter", "PactKit.PactEditor"}) {
       shell.components.add(name, [this, name] {
         made += name;
