@@ -3,7 +3,23 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/data_error.h"
+
 namespace ledgertree::data {
+namespace {
+
+/// Whoever asks such a server again at once waits as long again.
+bool hasLostServer(const std::exception_ptr& failure) {
+  try {
+    std::rethrow_exception(failure);
+  } catch (const DataError& error) {
+    return error.reason() == DataError::Reason::Connection || error.reason() == DataError::Reason::TimeOut;
+  } catch (...) {
+    return false;
+  }
+}
+
+}  // namespace
 
 Ahead::Ahead(MainConnection& connection, std::vector<Command> commands) : connection_(connection) {
   for (Command& command : commands) {
@@ -39,8 +55,11 @@ void Ahead::send(const Asked& first) {
     place++->state = State::Answered;
   }
   if (!answers.failure) return;
-  place->failure = answers.failure;
-  place->state = State::Answered;
+  const std::size_t failed = hasLostServer(answers.failure) ? packet.size() - answers.ran.size() : 1;
+  for (std::size_t rest = 0; rest < failed; ++rest, ++place) {
+    place->failure = answers.failure;
+    place->state = State::Answered;
+  }
 }
 
 std::optional<Answer> MainConnection::answer(const Command& command) {

@@ -14,9 +14,10 @@ namespace ledgertree::data {
 /// they are answered from that packet when they are given; elsewhere this does nothing.
 ///
 /// Nothing else changes by it: each command is still given on its handle, in its turn, letter by letter; one
-/// that failed in the packet fails then, and those behind it go together once more. But a command may run
-/// that isn't given in the end, so that only what writes nothing stands here. Any command that writes makes
-/// the answers void, and what is then given is asked anew.
+/// that failed in the packet fails then, and those behind it go together once more, or fail in the same way
+/// where the server didn't answer. But a command may run that isn't given in the end, so that only what
+/// writes nothing stands here. Any command that writes makes the answers void, and what is then given is
+/// asked anew.
 ///
 /// Blocks may nest; a command that an outer block has an answer to isn't asked again for the inner one.
 class Ahead {
