@@ -22,7 +22,7 @@ struct Procedure;
 inline constexpr std::chrono::seconds kConnectTimeOut{15};
 inline constexpr std::chrono::seconds kCommandTimeOut{30};
 
-/// In which order the rows of a search come. "Begins" is said of folded letters (see fold.h).
+/// In which order the rows of a search come. What a row is to a text, data::SearchRank says.
 enum class SearchOrder {
   Key,   ///< of ID: the cheapest
   Name,  ///< those whose first column begins with the text, then the rest; each by that column as a name
@@ -36,15 +36,18 @@ struct SearchRequest {
   std::string view;                  ///< a plain name, optionally schema-qualified; anything else is refused
   std::vector<std::string> columns;  ///< the text columns that are shown and searched, in this order
   SearchOrder order = SearchOrder::Key;  ///< Key where there are no columns
-  std::string text;                      ///< what the person typed; blank offers every row
-  std::string continuation;              ///< SearchPage::continuation of the page before; empty for the first
-  std::size_t limit = 100;               ///< the rows of a page
+  std::string text;          ///< what the person typed, words in any order; blank offers every row
+  std::string continuation;  ///< SearchPage::continuation of the page before; empty for the first
+  std::size_t limit = 100;   ///< the rows of a page
   /// The longest that one call works. A call that runs out of it gives the hits that it has, with a
   /// continuation, so that a search on the user-interface thread goes on between two events. 0: no bound.
   std::chrono::milliseconds slice{0};
   /// Asked about every few milliseconds, on whatever thread, but only while the search runs; true ends the
   /// search with DataError::Reason::Cancelled.
   std::function<bool()> cancelled;
+  /// Called once at most, on the thread of the search, with the first rows of the page where the engine has
+  /// them well ahead of the others. The page begins with them all the same.
+  std::function<void(const Rows&)> early{};
 };
 
 struct SearchPage {

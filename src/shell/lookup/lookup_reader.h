@@ -13,6 +13,13 @@
 
 namespace ledgertree::shell {
 
+struct LookupAnswer {
+  std::vector<ui::LookupRow> hits;
+  std::string continuation;  ///< empty at the end
+  std::size_t found = 0;     ///< rows of the piece, those that were left out among them
+  bool early = false;        ///< the rest of the piece is under way
+};
+
 /// The next piece of a search in a view.
 struct LookupQuestion {
   std::string view;  ///< a plain name
@@ -22,12 +29,10 @@ struct LookupQuestion {
   std::size_t limit = 0;
   std::chrono::milliseconds slice{0};  ///< see data::SearchRequest
   std::function<bool()> cancelled;
-};
-
-struct LookupAnswer {
-  std::vector<ui::LookupRow> hits;
-  std::string continuation;  ///< empty at the end
-  std::size_t found = 0;     ///< rows of the piece, those that were left out among them
+  /// Gets the first hits where the engine has them well ahead of the others; the answer has the others then.
+  std::function<void(LookupAnswer)> early{};
+  /// Of the view, where they are known, see LookupReader::columnsOf: else they are asked for first.
+  std::vector<std::string> columns{};
 };
 
 /// Reads rows of views for selectors and pickers over whatever connection it is given. Everything throws
@@ -43,6 +48,10 @@ class LookupReader {
   /// The Name of an ID; empty where there is none.
   [[nodiscard]] static std::string nameOf(data::Connection& connection, std::string_view view,
                                           std::int32_t id);
+  /// The columns that a list shows, once the view was read; empty until then.
+  [[nodiscard]] std::vector<std::string> columnsOf(const std::string& view) const {
+    return view_ == view ? columns_ : std::vector<std::string>();
+  }
   [[nodiscard]] LookupAnswer answer(data::Connection& connection, const LookupQuestion& question);
   /// The row that the text of a question can only mean, see ui::LookupField::wishOne. It asks on until that
   /// is clear or `patience` has passed, and then only a whole code or text that it has met counts.
