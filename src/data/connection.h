@@ -16,6 +16,7 @@
 
 namespace ledgertree::data {
 
+struct AsRead;
 class ConnectionText;
 struct Procedure;
 
@@ -89,6 +90,11 @@ class Connection {
   /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters.
   /// A text longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
   virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
+
+  /// What was read of an account that the next command writes, a procedure or a statement. Comparison and
+  /// write are one there: the command fails, with nothing done, where the database holds something else by
+  /// then; see AsRead. It counts for that one command, whatever becomes of it.
+  virtual void handOver(const AsRead& read) = 0;
 
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }

@@ -41,6 +41,8 @@ class MainConnection {
   /// What a selector asks that has a connection of its own, with that connection's text: the rows where the
   /// statement stands in a block ahead on the same database, else nothing, and the selector asks itself.
   [[nodiscard]] std::optional<Rows> askedAhead(std::string_view connectionText, std::string_view statement);
+  /// What the next command is compared with; see Connection::handOver.
+  void handOver(const AsRead& read) { port().handOver(read); }
 
   /// The connection behind, opened if need be. For walks over many rows.
   [[nodiscard]] Connection& port();

@@ -133,6 +133,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
+  screen_.AsRead.reset();
   screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
@@ -150,12 +151,24 @@ void AccountRecord::clearAccountFields() {
   screen_.sltAccount.setAccountID(-1);
 }
 
-bool AccountRecord::loadAccount(std::int32_t id) {
+std::optional<data::Account> AccountRecord::readAgain(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  const auto account = readAccount(*gateway, id);
+  return readAccount(*gateway, id);
+}
+
+void AccountRecord::goOnWith(const data::Account& typed, const data::Account& stored) {
+  const auto showClass = typed.relation ? classRule_(typed.relation->classID) : nullptr;
+  clearAccountFields();
+  fill(typed, showClass);
+  screen_.AsRead = stored;
+}
+
+bool AccountRecord::loadAccount(std::int32_t id) {
+  const auto account = readAgain(id);
   if (!account) return false;
   std::vector<data::Command> questions;
   addLookUps(*account, questions);
+  const auto gateway = shell_.dtEn();
   const data::Ahead ahead(gateway->cnMainData, std::move(questions));
   fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
   return true;
@@ -184,6 +197,7 @@ std::vector<data::Command> AccountRecord::questionsOf(const data::Account& accou
 
 void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {
   beginRecord(account.id);
+  screen_.AsRead = account;
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -64,6 +65,10 @@ class AccountRecord {
   [[nodiscard]] bool loadAccount(std::int32_t id);
   /// What showing an account will ask, for who asks ahead (see data::Ahead) and knows what is stored of it.
   [[nodiscard]] std::vector<data::Command> questionsOf(const data::Account& account);
+  /// The account as it is stored now; nothing where it has no row. It shows nothing of it.
+  [[nodiscard]] std::optional<data::Account> readAgain(std::int32_t id);
+  /// Puts an account under edit as if it had been typed over what is `stored`.
+  void goOnWith(const data::Account& typed, const data::Account& stored);
   /// Enables and shows what the mode allows.
   void applyFormMode();
 

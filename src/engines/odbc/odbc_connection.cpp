@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "data/catalogue.h"
+#include "engines/odbc/compared_write.h"
 #include "engines/odbc/execution.h"
 #include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
@@ -104,7 +105,12 @@ auto OdbcConnection::command(Work work) {
 }
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
-  return command([statement](Session& session) {
+  const auto read = std::exchange(read_, std::nullopt);
+  return command([statement, &read](Session& session) -> std::optional<data::Rows> {
+    if (read && session.dialect() != Dialect::Other) {
+      runCompared(session, *read, statement);
+      return std::nullopt;
+    }
     Execution execution(session, statement);
     const bool reads = !changesRows(statement);
     std::optional<data::Rows> rows;
@@ -122,7 +128,7 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
 }
 
 data::Answers OdbcConnection::runTogether(std::span<const data::Command> commands) {
-  if (commands.size() < 2) return Connection::runTogether(commands);
+  if (commands.size() < 2 || read_) return Connection::runTogether(commands);
   data::Answers answers;
   try {
     command([this, commands, &answers](Session& session) {
@@ -146,9 +152,12 @@ void OdbcConnection::walk(std::string_view statement,
 }
 
 std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return command(
-      [&procedure, values](Session& session) { return callProcedure(session, procedure, values); });
+  return command([&procedure, values, &read](Session& session) {
+    return read && session.dialect() != Dialect::Other ? callCompared(session, *read, procedure, values)
+                                                       : callProcedure(session, procedure, values);
+  });
 }
 
 data::SearchPage OdbcConnection::search(const data::SearchRequest& request) {
