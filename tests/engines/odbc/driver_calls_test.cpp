@@ -51,8 +51,10 @@ struct Driver {
   SQLINTEGER* result = nullptr;
   SQLLEN* resultLength = nullptr;
 
-  [[nodiscard]] auto connections() const {
-    return std::count_if(calls.begin(), calls.end(), [](auto& call) { return call.starts_with("connect "); });
+  /// The calls with these words in them.
+  [[nodiscard]] auto count(const char* words) const {
+    return std::count_if(calls.begin(), calls.end(),
+                         [words](auto& call) { return call.find(words) != call.npos; });
   }
 } driver;
 
@@ -152,6 +154,8 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     EXPECT_EQ(failure.what(), row[2]);
     EXPECT_EQ(failure.statement(), "select 2");
   }
+  for (const std::string& unreadable : {std::string("select 1\0", 9), std::string("select '\xD9'")})
+    EXPECT_EQ(failureOf([&] { connection_.run(unreadable); }).reason(), Reason::Misuse);
 }
 
 TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsToldAsThat) {
@@ -222,7 +226,7 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   EXPECT_EQ(failureOf([&] { connection_.run("select 1"); }).reason(), Reason::Connection);
   driver.told.clear();
   connection_.run("select 1");
-  EXPECT_EQ(driver.connections(), 1);
+  EXPECT_EQ(driver.count("connect Driver"), 1);
 }
 
 TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
@@ -269,6 +273,11 @@ TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
     EXPECT_EQ(std::to_string(value.variant().index()) + " <" + value.toText() + ">", row[2])
         << row[0] << row[1];
   }
+  std::string notes;
+  for (int count = 0; count < 5000; ++count) notes += "abc ";
+  const auto rows = connection_.run("select replace(hex(zeroblob(5000)), '00', 'abc ') as Notes");
+  EXPECT_EQ(rows->columns(), std::vector<std::string>{"Notes"});
+  EXPECT_EQ(rows->text(0, 0), notes);
 }
 
 TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
@@ -304,13 +313,9 @@ TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
         if (driver.failed.empty()) break;
         const std::string failed = std::exchange(driver.failed, {});
         EXPECT_EQ(server.run("select 1")->value(0, 0), data::Value(1)) << failed;
-        record.push_back(failed + ": " + told + ", " + std::to_string(driver.connections()));
+        record.push_back(failed + ": " + told + ", " + std::to_string(driver.count("connect Driver")));
       }
-      const auto count = [](const char* kind) {
-        return std::count_if(driver.calls.begin(), driver.calls.end(),
-                             [kind](auto& one) { return one.starts_with(kind); });
-      };
-      EXPECT_EQ(count("open "), count("close ")) << record.back();
+      EXPECT_EQ(driver.count("open "), driver.count("close ")) << record.back();
     }
     record.emplace_back("all");
   }
@@ -335,13 +340,11 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
     OdbcConnection connection(text);
     driver.calls.clear();
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
-    EXPECT_EQ(std::count(driver.calls.begin(), driver.calls.end(), "disconnect"), 1);
+    EXPECT_EQ(driver.count("disconnect"), 1);
     driver.answers = {"select 1256", version(other)};
     OdbcConnection installer(text, std::chrono::hours(2), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
-    EXPECT_EQ(std::count_if(driver.calls.begin(), driver.calls.end(),
-                            [](auto& call) { return call.find("lock_timeout 30000;") != call.npos; }),
-              1);
+    EXPECT_EQ(driver.count("lock_timeout 30000;"), 1);
   }
   driver.answers = {"fail"};
   driver.dead = true;
@@ -432,7 +435,7 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     interruptions = 0;
     EXPECT_EQ(connection_.run("select 1")->count(), 1U);
     EXPECT_EQ(interruptions, 0);
-    EXPECT_EQ(driver.connections(), lost) << state;
+    EXPECT_EQ(driver.count("connect Driver"), lost) << state;
   }
   for (const auto& [state, open] : {std::pair("HY008", false), {"HY000", true}}) {
     driver = {};
@@ -445,7 +448,7 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     driver.silence.reset();
     driver.told.clear();
     hasty.run("select 1");
-    EXPECT_EQ(driver.connections(), 2) << "nobody knows what runs on the first";
+    EXPECT_EQ(driver.count("connect Driver"), 2) << "nobody knows what runs on the first";
   }
 }
 
