@@ -229,6 +229,43 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   EXPECT_EQ(driver.count("connect Driver"), 1);
 }
 
+TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
+  static constexpr data::Parameter kNumber[] = {{"@Number", data::ParameterType::Int}};
+  static const data::Procedure asking{"spAny", kNumber};
+  const std::vector<data::Command> commands{{.statement = "select 'ی', N'ی'"},
+                                            {.procedure = &asking, .values = {-7}},
+                                            {.statement = "update t set ID = 1"}};
+  driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+  OdbcConnection server(data::ConnectionText("Data Source=srv"));
+  driver.answers = {"select 1256", "+select " + std::to_string(db::schemaVersion())};
+  server.run("select 1");
+  const auto sent = [&](const std::vector<std::string>& answers) {
+    driver.told.clear();
+    driver.answers = {answers.begin(), answers.end()};
+    return server.runTogether(commands);
+  };
+  const std::string mark = "+select 7 as LedgerTreeResult";
+  data::Answers answers = sent({"select 5 as a", "+select 6 as a", mark, "+select 9 as b", mark, mark});
+  EXPECT_EQ(
+      driver.last,
+      "declare @Result int begin try exec(N'select ''ي'', N''ی'''); select @Result as LedgerTreeResult "
+      "exec @Result = spAny -7; select @Result as LedgerTreeResult exec(N'update t set ID = 1'); select "
+      "@Result as LedgerTreeResult end try begin catch; throw; end catch");
+  ASSERT_EQ(answers.ran.size(), 3U);
+  EXPECT_EQ(testing::allRows(*answers.ran[0].rows), "5");
+  EXPECT_TRUE(!answers.ran[1].rows && answers.ran[1].result == 7 && !answers.ran[2].rows);
+  // What fails behind the last mark fails the last command, and so does an end without a mark.
+  for (const auto& [told, ran] : {std::pair(std::vector<std::string>{"fail"}, 0U),
+                                  {{"select 5 as a", mark, "+fail"}, 1U},
+                                  {{"select 5 as a", mark, mark, mark, "+fail"}, 2U},
+                                  {{"select 5 as a", mark, mark}, 2U}}) {
+    answers = sent(told);
+    ASSERT_EQ(answers.ran.size(), ran);
+    const data::DataError failure = failureOf([&] { std::rethrow_exception(answers.failure); });
+    EXPECT_EQ(failure.statement(), ran == 1 ? "spAny" : commands[ran].statement);
+  }
+}
+
 TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
   for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "types")) {
     driver.type = static_cast<SQLSMALLINT>(std::stoi(row[0]));
