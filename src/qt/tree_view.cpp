@@ -131,7 +131,8 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
   branches->setEditTriggers(QAbstractItemView::NoEditTriggers);
   branches->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   branches->setTextElideMode(Qt::ElideNone);
-  branches->setAutoScroll(false);  // it would open what is above the picked node, and the control wouldn't know
+  // By itself it opens what is above the picked node, and the control wouldn't know.
+  branches->setAutoScroll(false);
   branches->header()->setStretchLastSection(false);
   branches->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   branches->onClick = [this](NodeId node) {
