@@ -50,7 +50,6 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
   setWindowTitle(toQt(form.caption()));
   setObjectName(toQt(form.name()));
   setSpokenRole(*this, QAccessible::Window);
-  setAttribute(Qt::WA_InputMethodEnabled, false);
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -94,7 +93,6 @@ void FormWindow::detach() {
   byFocusWidget_.clear();
   byControl_.clear();
   menus_.detach();
-  for (QTimer* timer : timers_) timer->stop();
   for (ControlView* view : views_) view->detach();
 }
 

@@ -122,13 +122,13 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
     if (standing()) this->control().press(key, extend);
   };
   table->onResized = [this] { layOutColumns(); };
-  showSelection();
 }
 
 void GridView::rescaled(const Scale& scale) {
   scale_ = scale;
   table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
   layOutColumns();
+  showSelection();  // behind the columns: the cursor needs one that is seen
 }
 
 void GridView::layOutColumns() {
@@ -166,7 +166,6 @@ void GridView::showSelection() {
                             model_.index(std::max(current, end), model_.columnCount() - 1));
   if (selection.selection() != rows) selection.select(rows, QItemSelectionModel::ClearAndSelect);
   if (selection.currentIndex().row() == current) return;
-  // The cursor needs a column that is seen.
   int column = 0;
   while (column + 1 < model_.columnCount() && table_->isColumnHidden(column)) ++column;
   selection.setCurrentIndex(model_.index(current, column), QItemSelectionModel::NoUpdate);

@@ -116,10 +116,7 @@ DropDownListView::DropDownListView(ui::DropDownList& control, QWidget& parent)
   box_->setModel(&model_);
   box_->view()->setLayoutDirection(Qt::RightToLeft);
   connect(box_, &QComboBox::activated, this, [this](int row) {
-    if (!standing()) return;
-    const ui::Form::Act act(this->control().form());
-    this->control().choose(row);
-    if (act.formStands() && standing()) sync(ui::Change::Selection);
+    if (standing()) this->control().choose(row);
   });
   sync(ui::Change::Selection);
 }

@@ -154,7 +154,6 @@ void Dialog::makeText(const NoticeDialog& notice, QFrame& panel) {
   text_->setFrameShape(QFrame::NoFrame);
   text_->viewport()->setAutoFillBackground(false);
   text_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  text_->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   text_->document()->setDocumentMargin(2);
   text_->setPlainText(notice.message);
   text_->setAccessibleName(notice.message.left(1000));

@@ -131,6 +131,8 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
   branches->setEditTriggers(QAbstractItemView::NoEditTriggers);
   branches->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   branches->setTextElideMode(Qt::ElideNone);
+  // By itself it opens what is above the picked node, and the control wouldn't know.
+  branches->setAutoScroll(false);
   branches->header()->setStretchLastSection(false);
   branches->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   branches->onClick = [this](NodeId node) {
@@ -193,7 +195,6 @@ void TreeView::showSelection() {
     return;
   }
   tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
-  // The view would open the nodes above by itself, and the control would not know.
   for (NodeId above = control().parent(control().selected()); above != kNoNode;
        above = control().parent(above)) {
     if (!control().expanded(above)) return;

@@ -54,19 +54,7 @@ TEST(Controls, ATextAtRestShowsItsBeginningAndIsGoneOnWithWhereItWasLeft) {
   auto& form = *screen.form;
   form.setFirstFocus(form.cmdNew);
   screen.show();
-  const std::string text = "آغاز" + std::string(300, 'x') + "پايان";
-  auto& line = screen.widget<QLineEdit>(form.txtTitle);
-  auto& notes = screen.widget<QTextEdit>(form.txtNotes);
-  form.txtTitle.setText(text);
-  form.txtNotes.setText(text);
-  EXPECT_EQ(form.txtTitle.caret(), 309U);
-  EXPECT_EQ(line.cursorPosition() + notes.textCursor().position(), 0);
-  form.txtTitle.focus();
-  EXPECT_EQ(line.cursorPosition(), 309);
-  form.txtTitle.setCaret(7);
-  EXPECT_EQ(line.cursorPosition(), 7);
-  form.txtNotes.focus();
-  EXPECT_EQ(notes.textCursor().position(), 309);
+  screen.go("texts at rest");
   // By Tab the whole of a line is selected.
   form.txtCode.setText("1234");
   form.txtTitle.focus();
@@ -74,10 +62,10 @@ TEST(Controls, ATextAtRestShowsItsBeginningAndIsGoneOnWithWhereItWasLeft) {
   EXPECT_EQ(screen.widget<QLineEdit>(form.txtCode).selectedText(), "1234");
   // The row that a look-up holds, once it is left.
   const auto& field = screen.widget<QLineEdit>(form.sltParent);
-  form.sltParent.all.push_back({99, text, "9999"});
+  form.sltParent.all.push_back({99, std::string(300, 'x'), "9999"});
   form.sltParent.focus();
   screen.type(form.sltParent, "9999\r");
-  EXPECT_EQ(field.selectedText().size(), 309);
+  EXPECT_EQ(field.selectedText().size(), 300);
   form.cmdNew.focus();
   EXPECT_EQ(field.cursorPosition(), 0);
   EXPECT_FALSE(field.hasSelectedText());
@@ -85,9 +73,20 @@ TEST(Controls, ATextAtRestShowsItsBeginningAndIsGoneOnWithWhereItWasLeft) {
 
 TEST(Controls, TheFocusGoesOnFromWhatIsTakenOutOfReach) {
   Screen screen;
+  auto& form = *screen.form;
+  for (ui::Control* control : form.controls()) {
+    control->onGotFocus = [&form, control] { form.said.push_back(control->name()); };
+    control->onLostFocus = [&form, control] { form.said.push_back("-" + control->name()); };
+  }
+  form.setFirstFocus(form.cmdExit);
   screen.show();
-  screen.form->lstPeriod.select(0);
+  form.lstPeriod.select(0);
   screen.go("taken out of reach");
+  // The form hears of the move when the program is done.
+  form.record.setEnabled(false);
+  EXPECT_TRUE(form.said.empty() && form.focused() == &form.txtNotes);
+  Screen::settle();
+  EXPECT_EQ(form.said, (std::vector<std::string>{"-txtNotes", "cmdExit"}));
 }
 
 TEST(Controls, NothingHappensToAFormInTheMiddleOfItsWork) {

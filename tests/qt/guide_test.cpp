@@ -209,6 +209,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   // It says the same letter in either way, and goes with the screen.
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("سرفصل‌هاي بدون سند")));
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("پنهان كردن سرفصلهای")));
+  EXPECT_TRUE(guide->text().search(QString::fromUtf8("شمارهگذاری")));
   EXPECT_FALSE(guide->text().search("no such words"));
   guide->findChild<QLineEdit*>()->setText(QString::fromUtf8("حساب"));
   const auto place = [&] { return guide->text().textCursor().position(); };
@@ -218,11 +219,34 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_GT(after, before);
   QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_LT(place(), after);
+  // What isn't found behind the last place is looked for from the other end.
+  guide->text().scrollTo(0);
+  QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_GT(place(), after);
+  QTest::keyClick(guide.data(), Qt::Key_F, Qt::ControlModifier);
+  auto& line = *guide->findChild<QLineEdit*>();
+  EXPECT_TRUE(line.hasFocus() && line.selectedText() == line.text());
+  // A key that is held opens it once, and a click on an entry leads there again.
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier, {}, true);
+  QApplication::sendEvent(&window(), &held);
+  EXPECT_TRUE(line.hasFocus());
+  QScrollBar& bar = *guide->text().verticalScrollBar();
+  auto& contents = *guide->findChild<QListWidget*>();
+  for (int time = 0; time < 2; ++time) {
+    bar.setValue(0);
+    QTest::mouseClick(contents.viewport(), Qt::LeftButton, {},
+                      contents.visualItemRect(contents.item(5)).center());
+    EXPECT_GT(bar.value(), 0);
+  }
   guide->findChild<QListWidget*>()->setFocus();
   QTest::keyClick(guide->windowHandle(), Qt::Key_Tab);
   EXPECT_EQ(guide->focusWidget(), guide->findChild<QLineEdit*>());
   expectRoomForTables(guide->text());
+  const auto first = [&] { return guide->text().cursorForPosition({200, 2}).block(); };
+  const QTextBlock read = first();
   guide->resize(600, 500);
+  Screen::settle();
+  EXPECT_EQ(first(), read) << "in another width one reads on at the same place";
   const QUrl picture("pictures/guide/FormMain.png");
   const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
   EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";

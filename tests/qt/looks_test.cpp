@@ -4,6 +4,7 @@
 #include <map>
 #include <tuple>
 
+#include "qt/appearance.h"
 #include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
 #include "screen.h"
@@ -32,7 +33,8 @@ const QWidget& asMade(const QWidget& widget) {
 /// All but what hangs on the fonts and the sizes of a machine, or is told in another way.
 QString written(const QMetaProperty& property, const QVariant& value) {
   static const QRegularExpression left(
-      "^(x|y|(min.*|max.*|line|)([wW]idth|[hH]eight)|.*SectionSize|indentation|objectName|enabled|visible|"
+      "^(x|y|(min.*|max.*|line|frame|)([wW]idth|[hH]eight)|.*SectionSize|indentation|objectName|enabled|"
+      "visible|"
       "cursorPosition|focus|html|markdown|isActiveWindow|font|layoutDirection|windowTitle|plainText|count)$");
   if (left.match(property.name()).hasMatch()) return {};
   if (value.metaType().id() == QMetaType::QCursor) return QString::number(value.value<QCursor>().shape());
@@ -66,9 +68,14 @@ QString looksOf(const QWidget& widget) {
   add(widget.style() == QApplication::style(), "undressed");
   add(around == nullptr || widget.layoutDirection() != around->layoutDirection(),
       widget.layoutDirection() == Qt::RightToLeft ? "rightToLeft" : "leftToRight");
-  add(around != nullptr && widget.fontInfo().pixelSize() < around->fontInfo().pixelSize(), "small");
-  add(widget.contentsMargins() != made.contentsMargins(),
-      QString("margins=%1").arg(widget.contentsMargins().left()));
+  const bool bar = widget.inherits("QProgressBar");
+  add(!bar && around != nullptr && widget.fontInfo().pixelSize() < around->fontInfo().pixelSize(), "small");
+  add(bar && widget.fontMetrics().height() > widget.height(), "cut");
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  const int margin = label != nullptr             ? label->contentsMargins().left()
+                     : widget.layout() != nullptr ? widget.layout()->contentsMargins().left()
+                                                  : 9;
+  add(margin < 9 && (label == nullptr || margin > 0), QString("margins=%1").arg(margin));
   add(widget.isWindow(),
       QString::number(widget.windowFlags().toInt(), 16) + " «" + widget.windowTitle() + "»");
   for (const QAction* action : widget.actions())
@@ -112,11 +119,15 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
   auto& form = *screen.form;
   screen.show();
   form.setCaption("سرفصل حسابها - مشاهده");
+  form.progress.setProgress(1, 2, "");
   form.cmdSave.setHint("ثبت حساب & <b>");
   form.sltParent.setHint("حساب مادر");
   std::string looks = "\n" + looksOf(screen.window(), "");
   const auto look = [&](const char* state) { looks += state + looksOf(screen.window(), "", looks); };
   form.sltParent.focus();
+  screen.desktop.chooseKeyboardLayout("00000429");
+  look("== Persian\n");
+  screen.press(form.sltParent, Qt::Key_F8);
   screen.type(form.sltParent, "105");
   look("== searching\n");
   form.cmdNew.focus();
@@ -133,35 +144,98 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
   form.sltParent.setActive(false);
   form.views.setEnabled(false);
   look("== out of reach\n");
-  qt::NoticeDialog notice;
-  notice.title = "پرسش";
-  notice.message = "؟";
-  notice.kind = qt::NoticeDialog::Kind::Question;
-  QTimer::singleShot(0, &screen.window(), [&] {
-    QWidget& dialog = *QApplication::activeModalWidget();
-    looks += "== notice\n" + looksOf(dialog, "");
-    dialog.close();
-  });
-  notice.ask();
-  const auto signOf = [&](const char* title) {
-    QImage sign;
-    notice = {};
+  using Kind = qt::NoticeDialog::Kind;
+  for (const auto& [kind, title] : {std::pair(Kind::Question, "پرسش"),
+                                    {Kind::Notice, "اشکال"},
+                                    {Kind::Notice, "اطلاع"},
+                                    {Kind::Notice, "اتمام عمليات"}}) {
+    qt::NoticeDialog notice;
     notice.title = title;
+    notice.message = "؟";
+    notice.kind = kind;
     QTimer::singleShot(0, &screen.window(), [&] {
       QWidget& dialog = *QApplication::activeModalWidget();
-      sign = dialog.findChild<QWidget*>("Sign")->grab().toImage();
+      looks += "== notice\n" + looksOf(dialog, "", looks);
+      // In the middle of the sign: a line from above, a bow, or for good news a tick.
+      auto& sign = *dialog.findChild<QWidget*>("Sign");
+      const int side = sign.width() * 3 / 5;
+      const QImage middle = painted(sign, {sign.width() / 5, sign.width() / 5, side, side});
+      const QRect drawn = ink(middle, middle.rect());
+      looks += drawn.width() > drawn.height()       ? "a tick\n"
+               : drawn.width() * 3 > drawn.height() ? "a bow\n"
+                                                    : "a line\n";
       dialog.close();
     });
     notice.ask();
-    return sign;
-  };
-  EXPECT_EQ(signOf("اتمام عمليات"), signOf("اطلاع")) << "good news bear a tick";
-  EXPECT_NE(signOf("اشکال"), signOf("اطلاع"));
+  }
   qt::GuideWindow::open(screen.window(), {}, {});
   QTest::keyClicks(qt::GuideWindow::standing()->findChild<QLineEdit*>(), "zz");
   looks += "== guide\n" + looksOf(*qt::GuideWindow::standing(), "");
   qt::GuideWindow::standing()->close();
   expectTable("looks", looks.substr(1));
+}
+
+/// Where everything in a window stands and how large it is.
+std::string measuresOf(const QWidget& window) {
+  QString words;
+  QDebug out(&words);
+  out << window.size();
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    out << "\n"
+        << widget->objectName() << widget->metaObject()->className() << widget->font() << widget->geometry();
+    for (const char* size : {"iconSize", "indentation", "defaultSectionSize"}) out << widget->property(size);
+  }
+  return fromQt(words);
+}
+
+TEST(ScreenLooks, AWindowThatGrewWithTheFontIsAsOneThatWasMadeSo) {
+  const QFont before = QApplication::font();
+  const auto measures = [&](int made, int grown, bool resizable) {
+    QFont font = before;
+    font.setPixelSize(made);
+    QApplication::setFont(font);
+    Screen screen;
+    screen.form->setResizable(resizable);
+    screen.form->setFirstFocus(screen.form->sltParent);
+    screen.show();
+    screen.desktop.chooseKeyboardLayout("00000429");
+    font.setPixelSize(grown);
+    QApplication::setFont(font);
+    if (resizable) screen.window().resize(520, 400);
+    const auto& ground = *screen.window().findChild<QScrollArea*>();
+    const auto settled = [&] {
+      return ground.font().pixelSize() == grown && ground.viewport()->size() == ground.widget()->size();
+    };
+    EXPECT_TRUE(QTest::qWaitFor(settled, 30000)) << "all of it is seen";
+    return measuresOf(screen.window());
+  };
+  for (const bool resizable : {false, true}) EXPECT_EQ(measures(4, 6, resizable), measures(6, 6, resizable));
+  QApplication::setFont(before);
+}
+
+TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
+  Screen screen;
+  screen.show();
+  // Those of a bar on what is done and on what isn't.
+  QWidget& bar = screen.widget(screen.form->progress);
+  const auto half = [&](const char* words, int side) {
+    screen.form->progress.setProgress(1, 2, words);
+    return painted(bar, {side * bar.width() / 2, 0, bar.width() / 2, bar.height()});
+  };
+  for (const int side : {0, 1}) EXPECT_NE(half("حساب حساب حساب حساب", side), half("", side)) << side;
+  // The border of a frame ends at its title.
+  QWidget& frame = screen.widget(screen.form->record);
+  const QImage picture = painted(frame);
+  const int line = frame.fontMetrics().height();
+  const auto ground = picture.pixel(frame.width() / 2, line * 2 / 3);
+  EXPECT_EQ(picture.pixel(frame.width() - line / 2 - 1, line / 2), ground);
+  EXPECT_NE(picture.pixel(frame.width() / 4, line / 2), ground);
+  // The box that one ticks is as large as the letters.
+  QCheckBox box;
+  box.setFont(QFont("", 40));
+  qt::dress(box);
+  EXPECT_GE(box.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &box), box.fontInfo().pixelSize());
 }
 
 }  // namespace

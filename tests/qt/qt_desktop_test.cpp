@@ -4,9 +4,11 @@
 #include <malloc.h>
 
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QCursor>
 #include <QFile>
 #include <QImage>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -54,13 +56,17 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
     const QWidget& window = *screen.desktop.windowOf(dialog);
     EXPECT_TRUE(window.isModal() && !window.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     EXPECT_LT((window.geometry().center() - screen.window().geometry().center()).manhattanLength(), 9);
+    // A program that takes the focus elsewhere meanwhile doesn't move the person.
+    screen.form->txtTitle.setEnabled(false);
+    Screen::settle();
+    screen.form->txtTitle.setEnabled(true);
     screen.click(dialog.cmdOk);
   });
   screen.desktop.showModal(dialog);
   EXPECT_EQ(said, (std::vector<std::string>{"focus", "ok", "still here"}));
   EXPECT_FALSE(dialog.isShown());
-  EXPECT_EQ(screen.form->focused(), &screen.form->txtTitle);
   Screen::settle();
+  EXPECT_EQ(screen.form->focused(), &screen.form->txtTitle);
   EXPECT_EQ(QApplication::focusWidget(), &screen.widget(screen.form->txtTitle));
   // An application that ends takes the form off the screen.
   soon([&] {
@@ -152,13 +158,26 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   screen.desktop.setModelessAllowed(true);
   auto host = std::make_unique<QWidget>();
   host->resize(1200, 600);
-  auto* place = new QWidget(host.get());
-  (new QVBoxLayout(host.get()))->addWidget(place);
+  auto* places = new QVBoxLayout(host.get());
+  QWidget *before = new QPushButton, *place = new QWidget, *after = new QPushButton;
+  for (QWidget* below : {before, place, after}) places->addWidget(below);
   host->show();
   screen.desktop.embed("FormTest", place);
   screen.show();
   EXPECT_EQ(screen.window().window(), host.get());
   EXPECT_GT(screen.form->size().width, screen.form->designSize().width);
+  // The Tab key goes through the screen where it stands.
+  screen.form->hide();
+  screen.show();
+  QString way;
+  before->setFocus();
+  do {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    way += QApplication::focusWidget()->objectName() + " ";
+  } while (!before->hasFocus() && way.size() < 300);
+  EXPECT_EQ(way.toStdString(),
+            "cmdNew cmdSave cmdExit optAll optPeriodic tree txtTitle txtCode txtMother  txtNotes lstBranches "
+            "chkDeep lstPeriod grid   ");
   QWidget another;
   another.show();
   another.activateWindow();
@@ -205,10 +224,11 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   screen.desktop.setPointer(ui::Pointer::Hourglass);
   EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
   const auto answer = [&](std::function<void(QWidget&)> act) {
-    soon([act] {
+    soon([&screen, act] {
       QWidget& dialog = *QApplication::activeModalWidget();
       EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::CrossCursor);
       EXPECT_LE(dialog.height(), dialog.screen()->geometry().height());
+      EXPECT_LT((dialog.geometry().center() - screen.window().geometry().center()).manhattanLength(), 9);
       act(dialog);
     });
     notice->call("ClearShow", {});
@@ -297,7 +317,14 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
   QCoreApplication::postEvent(
       screen.widget<QTableView>(screen.form->grid).viewport(),
       new QMouseEvent(QEvent::MouseButtonPress, place, place, Qt::LeftButton, Qt::LeftButton, {}));
+  QWidget& bar = *screen.widget<QTableView>(screen.form->grid).verticalScrollBar();
+  QCoreApplication::postEvent(&bar,
+                              new QWheelEvent(place, place, {}, {0, -120}, {}, {}, Qt::NoScrollPhase, false));
+  QCoreApplication::postEvent(&screen.widget(screen.form->txtCode),
+                              new QContextMenuEvent(QContextMenuEvent::Keyboard, {9, 9}, {9, 9}));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
+  EXPECT_EQ(bar.property("value").toInt(), 0);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
   press(Qt::Key_Escape, "");
   EXPECT_TRUE(screen.desktop.repaintAndHearEscape(*screen.form));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
@@ -312,7 +339,15 @@ TEST(QtDesktop, APictureOfTheScreenIsWrittenOrTheCallFails) {
   EXPECT_THROW(screen.desktop.renderToPng(*screen.form, path), std::runtime_error) << "nothing is shown";
   screen.show();
   screen.desktop.renderToPng(*screen.form, path, {1100, 500});
-  EXPECT_EQ(QImage(QString::fromStdString(path)).size(), QSize(1100, 500));
+  EXPECT_EQ(QImage(QString::fromStdString(path)).size(),
+            QSize(1100, 500) * screen.window().devicePixelRatio());
+  // Of the whole screen it stays, whatever size a program asks for, until a picture wants another one.
+  screen.window().showMaximized();
+  const QSize whole = screen.window().size();
+  screen.form->resize({9000, 3000});
+  EXPECT_EQ(screen.window().size(), whole);
+  screen.desktop.renderToPng(*screen.form, path, {900, 400});
+  EXPECT_FALSE(screen.window().isMaximized());
   EXPECT_THROW(screen.desktop.renderToPng(*screen.form, path + "/no/such/folder.png"), std::runtime_error);
 }
 

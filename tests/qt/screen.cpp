@@ -51,6 +51,23 @@ const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std
      [](auto& widget, auto&, auto& text) {
        clickAt(widget, qt::toQt(text), dynamic_cast<QTreeView&>(widget).indentation() / 2);
      }},
+    {"far", [](auto& widget, auto&, auto& text) { clickAt(widget, qt::toQt(text), 40); }},
+    {"select",
+     [](auto&, auto& control, auto& key) {
+       auto& tree = dynamic_cast<ui::Tree&>(control);
+       tree.select(tree.find(key));
+     }},
+    {"away",
+     [](auto& widget, auto&, auto&) {
+       QEvent left(QEvent::WindowDeactivate);
+       QApplication::sendEvent(&widget, &left);
+     }},
+    {"commit",
+     [](auto& widget, auto&, auto& text) {
+       QInputMethodEvent typed;
+       typed.setCommitString(qt::toQt(text));
+       QApplication::sendEvent(&widget, &typed);
+     }},
     {"wait",
      [](auto&, auto& it, auto&) { EXPECT_TRUE(QTest::qWaitFor([&] { return it.withinReach(); }, 30000)); }},
     {"focus", [](auto&, auto& control, auto&) { control.focus(); }},
@@ -81,6 +98,37 @@ void doAt(QWidget& widget, ui::Control& control, const QString& doing) {
   }
 }
 
+/// What a control holds: the properties of its widget by their names.
+std::map<const char*, QVariant> heldBy(const ui::Control& control) {
+  if (const auto* field = dynamic_cast<const ui::TextField*>(&control))
+    return {{field->multiline() ? "plainText" : "text", qt::toQt(field->text()).replace(QChar::Nbsp, ' ')},
+            {"readOnly", field->locked()}};
+  if (const auto* field = dynamic_cast<const ui::LookupField*>(&control))
+    return {{"text", qt::toQt(field->text())}, {"readOnly", !field->isActive()}};
+  if (const auto* radio = dynamic_cast<const ui::RadioButton*>(&control))
+    return {{"checked", radio->value()}};
+  if (const auto* box = dynamic_cast<const ui::CheckBox*>(&control)) return {{"checked", box->value() == 1}};
+  if (const auto* list = dynamic_cast<const ui::DropDownList*>(&control))
+    return {{"currentIndex", list->selected()}, {"count", static_cast<int>(list->items().size())}};
+  return {};
+}
+
+/// The row of a list or grid, and the node of a tree.
+void expectPicked(const ui::Control& control, const QAbstractItemView& view) {
+  const QModelIndex at = view.currentIndex();
+  if (const auto* tree = dynamic_cast<const ui::Tree*>(&control)) {
+    EXPECT_EQ(qt::TreeModel::nodeOf(at), tree->selected());
+    EXPECT_EQ(view.selectionModel()->hasSelection(), at.isValid());
+    const auto& lines = dynamic_cast<const QTreeView&>(view);
+    for (QModelIndex line = view.model()->index(0, 0); line.isValid(); line = lines.indexBelow(line))
+      EXPECT_EQ(lines.isExpanded(line), tree->expanded(qt::TreeModel::nodeOf(line)));
+  }
+  const auto* list = dynamic_cast<const ui::ListBox*>(&control);
+  const auto* grid = dynamic_cast<const ui::Grid*>(&control);
+  EXPECT_TRUE(list == nullptr || at.row() == list->selected());
+  EXPECT_TRUE(grid == nullptr || at.row() == grid->currentRow());
+}
+
 std::string linesOf(const QTreeView& view) {
   std::string lines;
   for (QModelIndex line = view.model()->index(0, 0); line.isValid(); line = view.indexBelow(line)) {
@@ -90,13 +138,16 @@ std::string linesOf(const QTreeView& view) {
   return lines;
 }
 
+std::string languageOf(const QWidget& editor) {
+  const auto* tag = editor.findChild<QLabel*>();
+  return tag != nullptr && tag->isVisible() ? fromQt(tag->text()) + ": " : "";
+}
+
 std::string lineOf(const QLineEdit& line) {
-  const auto* tag = line.findChild<QLabel*>();
   const auto* list = line.findChild<QTreeView*>();
   QString text = line.text();
   text.insert(line.cursorPosition(), '^');
-  std::string seen = tag != nullptr && tag->isVisible() ? fromQt(tag->text()) + ": " : "";
-  seen += fromQt(text);
+  std::string seen = languageOf(line) + fromQt(text);
   if (list == nullptr || !list->isVisible()) return seen;
   const std::string picked = fromQt(list->currentIndex().data().toString());
   const QRect field(line.mapToGlobal(QPoint(0, 0)), line.size());
@@ -125,16 +176,38 @@ void Desk::go(ui::Form& form, const std::string& section, const std::function<st
         settle();
       },
       [&] {
-        if (const auto* field = dynamic_cast<const ui::TextField*>(at)) {
-          const QVariant shown = widget(*at).property(field->multiline() ? "plainText" : "text");
-          EXPECT_EQ(qt::toQt(field->text()).replace(QChar::Nbsp, ' '), shown.toString());
-        }
+        expectShown(form);
         const ui::Control* focused = form.focused();
         if (focused == before || focused == nullptr) return seen(*at);
-        EXPECT_EQ(QApplication::focusWidget(), &widget(*focused));
         return ::ledgertree::testing::trimmed(seen(*at) + " -> " + focused->name());
       },
       told);
+}
+
+void Desk::expectShown(const ui::Form& form) const {
+  for (const ui::Control* control : form.controls()) {
+    SCOPED_TRACE(control->name());
+    const QWidget& drawn = widget(*control);
+    EXPECT_EQ(drawn.isVisible(), control->shown());
+    EXPECT_EQ(drawn.isVisible() && drawn.isEnabled(), control->withinReach());
+    for (const auto& [name, value] : heldBy(*control)) EXPECT_EQ(drawn.property(name), value) << name;
+    const auto* view = qobject_cast<const QAbstractItemView*>(&drawn);
+    if (view != nullptr) expectPicked(*control, *view);
+    if (control != form.focused() || !drawn.isActiveWindow()) continue;
+    EXPECT_EQ(QApplication::focusWidget(), &drawn);
+    const auto* editor = qobject_cast<const QTextEdit*>(&drawn);
+    const bool tree = dynamic_cast<const ui::Tree*>(control) != nullptr;  // its node may be in a closed one
+    const bool picked = view != nullptr && view->currentIndex().isValid();
+    const auto* area = qobject_cast<const QAbstractScrollArea*>(&drawn);
+    if (picked || editor != nullptr) {
+      const QRect at = picked ? view->visualRect(view->currentIndex()) : editor->cursorRect();
+      EXPECT_TRUE(area->viewport()->rect().contains(at.center()) || (tree && at.isEmpty()));
+    }
+    // The language is told where it covers no bar.
+    const auto* tag = drawn.findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+    EXPECT_TRUE(editor == nullptr || tag->isHidden() ||
+                !tag->geometry().intersects(editor->verticalScrollBar()->parentWidget()->geometry()));
+  }
 }
 
 void Desk::act(ui::Form& form, const std::string& step) const {
@@ -157,7 +230,7 @@ std::string Desk::seen(const ui::Control& control) const {
   if (const auto* editor = qobject_cast<const QTextEdit*>(&drawn)) {
     QString text = qt::toQt(dynamic_cast<const ui::TextField&>(control).text());
     text.insert(editor->textCursor().position(), '^');
-    return fromQt(text.replace('\n', "//").replace(QChar::Nbsp, '~'));
+    return languageOf(drawn) + fromQt(text.replace('\n', "//").replace(QChar::Nbsp, '~'));
   }
   if (const auto* button = qobject_cast<const QAbstractButton*>(&drawn))
     return button->isCheckable() ? (button->isChecked() ? "on" : "off") : fromQt(button->text());
@@ -171,6 +244,19 @@ std::string Desk::seen(const ui::Control& control) const {
   for (const QModelIndex& row : view->selectionModel()->selectedRows(view->model()->columnCount() - 1))
     rows += (rows.empty() ? "" : " ") + std::to_string(row.row());
   return rows;
+}
+
+QImage painted(QWidget& widget, QRect part) {
+  if (part.isEmpty()) part = widget.rect();
+  return widget.grab(part).toImage().scaled(part.size());
+}
+
+QRect ink(const QImage& picture, const QRect& part) {
+  QRegion found;
+  for (int y = part.top(); y <= part.bottom(); ++y)
+    for (int x = part.left(); x <= part.right(); ++x)
+      if (picture.pixel(x, y) != picture.pixel(0, 0)) found += QRect(x, y, 1, 1);
+  return found.boundingRect();
 }
 
 void expectTable(const std::string& name, const std::string& description) {
@@ -187,6 +273,8 @@ Screen::Form::Form(ui::Surroundings surroundings)
   txtMother.setLeftToRight(true);
   txtMother.setLocked(true);
   txtNotes.setMultiline(true);
+  lblNotes.setWraps(true);
+  lblNotes.setStrong(true);
   cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
   addShortcut(ui::KeyChord::ctrlAnd('F'), [this] { sltParent.focus(); });
   setCancelButton(cmdExit);

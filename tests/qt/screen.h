@@ -90,6 +90,8 @@ class Desk {
   void go(
       ui::Form& form, const std::string& section,
       const std::function<std::string()>& told = [] { return std::string(); }) const;
+  /// What the controls hold is what their widgets show, and whoever has the focus sees where he is.
+  void expectShown(const ui::Form& form) const;
   /// One step alone.
   void act(ui::Form& form, const std::string& step) const;
   /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
@@ -97,6 +99,11 @@ class Desk {
   /// selected.
   [[nodiscard]] std::string seen(const ui::Control& control) const;
 };
+
+/// What a widget, or a part of it, shows, a dot for each of its own however many dots the screen has.
+[[nodiscard]] QImage painted(QWidget& widget, QRect part = {});
+/// Where something is painted in a part of a picture, whose corner shows the ground.
+[[nodiscard]] QRect ink(const QImage& picture, const QRect& part);
 
 /// Compares a description with tests/qt/screens/`name`.txt.
 void expectTable(const std::string& name, const std::string& description);
@@ -125,6 +132,7 @@ class Screen : public Desk {
     ui::TextField txtMother{*this, "txtMother", {1500, 700, 1850, 330}, &record};
     MemoryLookup sltParent{*this, "sltParent", {1500, 1100, 3850, 330}, &record};
     ui::TextField txtNotes{*this, "txtNotes", {1500, 1500, 3850, 800}, &record};
+    ui::Label lblNotes{*this, "lblNotes", {5400, 1500, 1250, 700}, "توضيح:", &record};
     ui::CheckBox chkDeep{*this, "chkDeep", {3500, 2400, 1850, 300}, "با زيرشاخهها", &record};
     ui::DropDownList lstPeriod{*this, "lstPeriod", {1500, 2400, 1900, 330}, &record};
     ui::ListBox lstBranches{*this, "lstBranches", {60, 300, 1380, 1500}, &record};

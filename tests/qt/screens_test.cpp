@@ -108,7 +108,7 @@ void readBlock(const ui::Frame* frame, const std::string& indent, const qt::Form
 }
 
 std::string headOf(const ui::Form& form, qt::FormWindow& window) {
-  const QColor ground = window.grab().toImage().pixelColor(1, window.height() - 2);
+  const QColor ground = painted(window).pixelColor(1, window.height() - 2);
   std::string text = form.name() + " «" + fromQt(window.windowTitle()) + "» " +
                      std::to_string(form.designSize().width) + "x" +
                      std::to_string(form.designSize().height) + " " + fromQt(ground.name()) + " " +
@@ -297,7 +297,7 @@ TEST_F(Screens, EachModeOffersWhatItNeeds) {
 /// The lines of a tree as they are painted: the colour of each folder, and whether it bears the dark badge.
 std::string folders(qt::FormWindow& window, const ui::Tree& tree) {
   window.resize(1400, 900);
-  const QImage screen = window.grab().toImage();
+  const QImage screen = painted(window);
   const auto& view = dynamic_cast<const QTreeView&>(*window.widgetOf(tree));
   const int side = view.iconSize().width();
   const int box =
@@ -308,19 +308,23 @@ std::string folders(qt::FormWindow& window, const ui::Tree& tree) {
     const QPoint corner =
         view.viewport()->mapTo(&window, QPoint(item.right() - side - box - 2, item.center().y() - side / 2));
     const QColor folder = screen.pixelColor(corner + QPoint(side / 4, side * 3 / 4));
-    const QColor badge = screen.pixelColor(corner + QPoint(side * 3 / 4, side * 5 / 8));
+    const auto dark = [&](int place) {
+      return screen.pixelColor(corner + QPoint(side * 3 / 4, place)).lightness() < 80;
+    };
     const char* colour = folder.red() < 128 ? "blue" : folder.green() < 128 ? "red" : "yellow";
     lines += folder.hsvSaturation() < 99 ? "none" : colour;
-    lines += badge.lightness() < 80 ? "* " : " ";
+    lines += dark(side * 5 / 8) || dark(side * 9 / 16) ? "* " : " ";
   }
   return lines;
 }
 
 TEST_F(Screens, FoldersTellNatureAndStateByTheirColours) {
   EXPECT_TRUE(qt::folderIcon(0).isNull() && qt::folderIcon(7).isNull());
-  const QImage drawn = qt::folderIcon(4).pixmap(32, 32).toImage();
+  const QImage drawn = qt::folderIcon(4).pixmap(32, 32).toImage().scaled(32, 32);
   for (const auto& [height, inked] : {std::pair{7, false}, {9, true}, {26, true}, {28, false}})
     EXPECT_EQ(drawn.pixelColor(6, height).alpha() > 128, inked) << height;
+  const QImage faint = qt::folderIcon(4).pixmap(32, 32, QIcon::Disabled).toImage().scaled(32, 32);
+  EXPECT_LT(faint.pixelColor(6, 20).alpha(), drawn.pixelColor(6, 20).alpha() * 3 / 4);
   const char* const groups = "red red yellow blue red* yellow* blue* red* yellow* blue* ";
   EXPECT_EQ(folders(*window, form->treeAccount), groups);
   form->treeAccount.click(form->treeAccount.children(form->treeAccount.roots().front())[2]);

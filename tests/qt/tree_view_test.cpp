@@ -56,21 +56,12 @@ class TreeScreen : public Screen {
   QTreeView* view = nullptr;
 };
 
-/// Where something is painted in a part of a picture.
-QRect ink(const QImage& picture, const QRect& part) {
-  QRegion found;
-  for (int y = part.top(); y <= part.bottom(); ++y)
-    for (int x = part.left(); x <= part.right(); ++x)
-      if (picture.pixel(x, y) != picture.pixel(0, 0)) found += QRect(x, y, 1, 1);
-  return found.boundingRect();
-}
-
 TEST(TreeView, MarksPointToTheLeftOrDownAndStandWhereSomethingIsBelow) {
   TreeScreen screen;
   auto& tree = screen.form->tree;
   tree.remove(tree.children(tree.find("r.3")).front());
   const auto mark = [&](const char* key) {
-    return screen.view->viewport()->grab(QRect(screen.mark(key) - QPoint(7, 7), QSize(15, 15))).toImage();
+    return painted(*screen.view->viewport(), QRect(screen.mark(key) - QPoint(7, 7), QSize(15, 15)));
   };
   EXPECT_TRUE(ink(mark("r.3"), {0, 0, 15, 15}).isEmpty());
   const QImage closed = mark("r.1");

@@ -294,6 +294,11 @@ def main(host, folder):
         afternoon(desk)
         desk.leave()
 
+        # Who may not see the chart is told so, and the program ends.
+        desk.open(host, chart, "--user", "3", title="خطا")
+        desk.press("تاييد")
+        desk.leave()
+
 
 if __name__ == "__main__":
     main(*sys.argv[1:])

@@ -93,10 +93,10 @@ class Desk:
     def run(self, *command):
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout
 
-    def open(self, host, chart, *options, **environment):
+    def open(self, host, chart, *options, title=MAIN, **environment):
         self.program = self.start([host, "--chart", chart, *options], **environment)
         self.books = sqlite3.connect(chart, timeout=30)
-        return self.window(MAIN)
+        return self.window(title)
 
     def leave(self):
         """The program has to have ended by itself, in order."""

@@ -1,10 +1,19 @@
 #!/usr/bin/env bash
-# Gives a command a display of its own with three screens, and a session bus; both end with it.
+# run.sh <command>... <folder>: gives a tour a display of its own with three screens, a session bus and a folder; all
+# end with it, and only the pictures go to the folder that is named. So two tours don't disturb one another.
 set -euo pipefail
-numbers=$(mktemp)
+scratch=$(mktemp -d)
+numbers=$scratch/numbers
 Xvfb -displayfd 6 -screen 0 1366x768x24 -screen 1 1024x600x24 -screen 2 3840x2160x24 -nolisten tcp -noreset \
   6>"$numbers" 2>/dev/null &
 server=$!
-trap 'kill "$server"; rm -f "$numbers"' EXIT
+folder=${!#}
+keep() {
+  kill "$server"
+  mkdir -p "$folder"
+  cp "$scratch"/tour/*.png "$folder" || true
+  rm -rf "$scratch"
+}
+trap keep EXIT
 for _ in $(seq 600); do [ -s "$numbers" ] && break; kill -0 "$server"; sleep 0.05; done
-DISPLAY=":$(cat "$numbers")" dbus-run-session -- "$@"
+DISPLAY=":$(cat "$numbers")" dbus-run-session -- "${@:1:$#-1}" "$scratch/tour"
