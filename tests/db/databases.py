@@ -237,6 +237,8 @@ class BothDatabases(Story):
                 parents[accounts[chance.randrange(4)]] = chance.choice(accounts)
             wrong = [(one, chance.randrange(60)) for one in chance.sample(range(1, 60), chance.choice([0, 0, 3]))]
             gone = [one for one in accounts if chance.random() < chance.choice([0, 0, 0.2])]
+            # A branch that agrees with itself, under an ancestor that it doesn't have; one ancestor instead of another.
+            top, swapped = (chance.choice([*accounts, *[None] * 20]) for _ in range(2))
             for db in (self.embedded, server.db):
                 db.execute("delete from tblAccountParent")
                 db.execute("delete from tblAccount")
@@ -248,6 +250,11 @@ class BothDatabases(Story):
                         parent = parents[parent]
                     db.execute("update tblAccount set NoLevel = ? where ID = ?", [len(above) + 1, one])
                     db.executemany("insert into tblAccountParent values (?, ?)", [(a, one) for a in above])
+                    if top in (one, *above):
+                        db.execute("insert into tblAccountParent values (77, ?)", [one])
+                        db.execute("update tblAccount set NoLevel = NoLevel + 1 where ID = ?", [one])
+                    if swapped == one and above:
+                        db.execute("update tblAccountParent set ID = 78 where ChildID = ? and ID = ?", [one, above[-1]])
                 db.executemany("insert or ignore into tblAccountParent values (?, ?)", wrong)
                 db.executemany("delete from tblAccountParent where ChildID = ? and ID % 2 = 0", [(one,) for one in gone])
                 db.executemany("update tblAccount set NoLevel = 1 where ID = ?", [(one,) for one in gone[:2]])
