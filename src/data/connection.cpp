@@ -1,5 +1,6 @@
 #include "data/connection.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "data/connection_text.h"
@@ -18,6 +19,12 @@ std::string shownName(const std::string& provider) {
 }
 
 }  // namespace
+
+bool onlyReads(std::string_view statement) {
+  constexpr std::string_view kSelect = "select";
+  statement.remove_prefix(std::min(statement.find_first_not_of(" \t\r\n"), statement.size()));
+  return text::equalsIgnoringCase(statement.substr(0, kSelect.size()), kSelect);
+}
 
 void Providers::add(std::string provider, ConnectionOpener opener) {
   for (auto& [name, known] : openers_) {

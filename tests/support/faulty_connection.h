@@ -35,6 +35,8 @@ class Faults {
   /// The commands since the last call: statements, names of procedures, "search " and a view.
   [[nodiscard]] std::vector<std::string> take();
 
+  /// The engine answers late, as over a network. What is heard below is heard on its thread.
+  bool late = false;
   /// Hears each command ahead of its run; what it throws is the command's failure. For stories on one thread.
   std::function<void(const std::string& command)> onCommand;
   /// Hears what each statement that ran gave; a procedure gives nothing.

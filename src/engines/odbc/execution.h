@@ -18,7 +18,8 @@ namespace ledgertree::engines::odbc {
 class Execution {
  public:
   /// `name` is what an error calls the command: the statement, or the procedure.
-  Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled = nullptr);
+  Execution(Session& session, std::string_view name, bool onlyReads,
+            const std::function<bool()>* cancelled = nullptr);
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
 
@@ -37,6 +38,8 @@ class Execution {
  private:
   Session& session_;
   std::string_view name_;
+  bool onlyReads_;
+  std::function<bool()> givenUp_;  ///< empty where nobody would
   Handle statement_;
   Watch::Command watched_;
   std::optional<std::vector<Record>> failure_;

@@ -239,7 +239,7 @@ class Search {
     const Position from = position_;
     std::size_t behind = from.passed;
     std::size_t seen = 0;
-    Execution execution(session_, text, &request_.cancelled);
+    Execution execution(session_, text, true, &request_.cancelled);
     bool atEnd = false;
     for (bool result = execution.send(text); result; result = execution.nextResult()) {
       ResultSet set(execution.statement());

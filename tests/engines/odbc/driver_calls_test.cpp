@@ -40,6 +40,7 @@ struct Driver {
   std::vector<std::string> calls;      ///< what changes the state of the driver, in order
   std::optional<SQLSMALLINT> type;     ///< of every column
   std::optional<int> rows;             ///< that come ahead of a deadlock
+  int deadlocks = 0;                   ///< ahead of the next answer
   bool dead = false;                   ///< the connection
   std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
   bool waits = false;                  ///< commands wait whether they are interrupted
@@ -121,11 +122,12 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     driver.told = {{"01000", 5701, "[Driver][Server]Changed database context."},
                    {row[0].substr(0, 5), number, "[Driver][Server] the words"},
                    {"42000", 3621, "[Driver][Server]The statement has been terminated."}};
-    const data::DataError failure = failureOf([&] { connection_.run("select 2"); });
+    EXPECT_FALSE(failureOf([&] { connection_.run("select 2"); }).leavesOpen());
+    const data::DataError failure = failureOf([&] { connection_.run("update t set a = 2"); });
     EXPECT_EQ(failure.reason(), reasons.at(row[1]));
     EXPECT_EQ(failure.number(), number);
     EXPECT_EQ(failure.what(), row[2]);
-    EXPECT_EQ(failure.statement(), "select 2");
+    EXPECT_EQ(failure.statement(), "update t set a = 2");
   }
 }
 
@@ -182,7 +184,7 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
                            {[&] { connection_.search(inView({}, 9)); }}}) {
     driver.told.clear();
     driver.answers = {"select 1 as ID", "+fail", "+late"};
-    EXPECT_EQ(failureOf(read).reason(), Reason::Busy);
+    EXPECT_EQ(failureOf(read).reason(), Reason::Constraint);
     driver.told.clear();
     driver.answers = {"select 1 as ID"};
     driver.rows = 0;
@@ -203,6 +205,25 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   driver.told.clear();
   connection_.run("select 1");
   EXPECT_EQ(driver.connections(), 1);
+}
+
+TEST_F(DriverCalls, WhatLostAgainstAnotherProgramIsTriedAgainButNotInTheMiddleOfATransaction) {
+  const auto tries = [&](OdbcConnection& connection, int deadlocks) {
+    driver.calls.clear();
+    driver.told.clear();
+    driver.deadlocks = deadlocks;
+    bool told = false;
+    try {
+      connection.run("select 1 as tries");
+    } catch (const data::DataError& failure) {
+      told = failure.reason() == Reason::Busy;
+    }
+    return std::pair(told, std::count(driver.calls.begin(), driver.calls.end(), "send select 1 as tries"));
+  };
+  EXPECT_EQ(tries(connection_, 3), std::pair(false, 4L));
+  EXPECT_EQ(tries(connection_, 4), std::pair(true, 4L));
+  OdbcConnection installer(text_, std::chrono::seconds(30), Versions::Any);
+  EXPECT_EQ(tries(installer, 1), std::pair(true, 1L));
 }
 
 TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
@@ -346,7 +367,7 @@ static SQLRETURN answer(SQLHSTMT statement, std::string words) {
     words = driver.answers.front().substr(driver.answers.front().starts_with('+') ? 1 : 0);
     driver.answers.pop_front();
   }
-  if (words == "fail") return failWith("40001", 1205, "deadlock");
+  if (words == "fail") return failWith("23000", 2627, "there already");
   if (words == "late") return failWith("HYT00", 0, "");
   std::u16string wide = ledgertree::engines::odbc::inWordsOfSqlite(words);
   return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(statement, reinterpret_cast<SQLWCHAR*>(wide.data()),
@@ -357,6 +378,8 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   using namespace ledgertree::engines::odbc;
   driver.last = narrow(text, length);
   note("send " + driver.last);
+  if (driver.deadlocks >= 0 && driver.last.ends_with("tries")) driver.told.clear();
+  if (driver.deadlocks-- > 0) return failWith("40001", 1205, "deadlock");
   if (!driver.told.empty()) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");
