@@ -14,6 +14,10 @@ namespace ledgertree::data {
 
 class RecordHandle;
 
+/// What a person hears who works on an account that has no row any more.
+inline constexpr const char* kAccountIsGone =
+    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
+
 /// The entity class and the entity object of an account; -1 for none.
 struct AccountRelation {
   std::int32_t classID = -1;

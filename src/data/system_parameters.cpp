@@ -36,17 +36,18 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
-/// Whether the statement finds the row of a switch that is on. A server compares the column as a number, in
-/// the other rows too, and refuses where one is none ("yes"); then the row's value is read and judged here.
-bool isOn(RecordHandle& handle, const std::string& statement) {
+/// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
+/// too, and refuses where one is none ("yes"); then the row's value is read and judged here.
+bool isOn(RecordHandle& handle, int parameter) {
+  const std::string row = "Select * From tblTarvoSystemParameters Where ID = " + std::to_string(parameter);
   try {
-    handle.Source(statement);
+    handle.Source(row + " and Value=1");
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
     if (refusal.reason() != DataError::Reason::Statement) throw;
   }
-  return isOne(readFirst(handle, statement.substr(0, statement.find(" and ")), "Value"));
+  return isOne(readFirst(handle, row, "Value"));
 }
 
 }  // namespace
@@ -56,10 +57,8 @@ SystemParameters readSystemParameters(DtEn& data) {
   SystemParameters parameters;
   parameters.CodeIsNumeric = asSetting(
       readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 301", "Value"), "301");
-  parameters.MultiEntityMode =
-      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1");
-  parameters.EditCodeAllowed =
-      isOn(config, "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1");
+  parameters.MultiEntityMode = isOn(config, 311);
+  parameters.EditCodeAllowed = isOn(config, 319);
   parameters.PositionInEntityTest = asSetting(
       readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 210", "Value"), "210");
   parameters.CodingMode = asSetting(

@@ -17,9 +17,6 @@ constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
-constexpr const char* kGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
-
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
 std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
@@ -58,7 +55,7 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule 
     if (!looking) return;
     try {
       const bool there = loadAccount(screen_.sltAccount.AccountID());
-      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(kGone);
+      if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(data::kAccountIsGone);
     } catch (...) {
       // The account that was there stays, with its title: a command would work on it below the other's.
       screen_.sltAccount.setAccountID(screen_.AccountOnRecord);

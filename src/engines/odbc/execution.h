@@ -32,8 +32,9 @@ class Execution {
   void noteFailure();
   /// Reads to the end and throws the failure of the command, where there was one.
   void finish();
-  /// Time that isn't the server's.
-  void extend(Watch::Clock::duration time) { watched_.extend(time); }
+  /// The time between these two isn't the server's.
+  void pause() { watched_.pause(); }
+  void resume() { watched_.resume(); }
 
  private:
   Session& session_;

@@ -29,11 +29,8 @@ bool changesRows(std::string_view statement) {
                      [statement](std::string_view word) { return beginsWithWord(statement, word); });
 }
 
-void readAll(Execution& execution, ResultSet& set, data::Rows& rows) {
-  while (set.next()) {
-    if (!set.addCells(rows)) return execution.noteFailure();
-  }
-  if (set.failed()) execution.noteFailure();
+void readAll(ResultSet& set, data::Rows& rows) {
+  while (set.next() && set.addCells(rows)) continue;
 }
 
 }  // namespace
@@ -52,7 +49,7 @@ class OdbcConnection::Walk {
     execution_.emplace(session, statement, data::onlyReads(statement));
     bool result = execution_->send(statement);
     for (; result; result = execution_->nextResult()) {
-      set_.emplace(execution_->statement());
+      set_.emplace(*execution_);
       if (set_->columns() != 0) return;
     }
     set_.reset();
@@ -61,9 +58,9 @@ class OdbcConnection::Walk {
   void show(const std::function<bool(const data::Rows& row)>& visit) {
     data::Rows row = set_ ? set_->emptyRows() : data::Rows();
     while (next(row)) {
-      const Watch::Clock::time_point shown = Watch::Clock::now();
+      if (execution_) execution_->pause();
       if (!visit(row)) return;
-      if (execution_) execution_->extend(Watch::Clock::now() - shown);
+      if (execution_) execution_->resume();
     }
     if (failure_) std::rethrow_exception(failure_);
     if (execution_) execution_->finish();
@@ -72,10 +69,11 @@ class OdbcConnection::Walk {
   /// Reads what is left, and leaves the connection to others.
   void keepRest() noexcept {
     if (!execution_) return;
+    execution_->resume();
     try {
       if (set_) {
         rest_ = set_->emptyRows();
-        readAll(*execution_, *set_, rest_);
+        readAll(*set_, rest_);
       }
       execution_->finish();
     } catch (...) {
@@ -96,13 +94,7 @@ class OdbcConnection::Walk {
       ++place_;
       return true;
     }
-    if (!set_ || !set_->next()) {
-      if (set_ && set_->failed()) execution_->noteFailure();
-      return false;
-    }
-    if (set_->addCells(row)) return true;
-    execution_->noteFailure();
-    return false;
+    return set_ && set_->next() && set_->addCells(row);
   }
 
   OdbcConnection& connection_;
@@ -171,10 +163,10 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
     bool result = execution.send(statement);
     for (; result; result = execution.nextResult()) {
       if (!reads || rows) continue;
-      ResultSet set(execution.statement());
+      ResultSet set(execution);
       if (set.columns() == 0) continue;
       rows = set.emptyRows();
-      readAll(execution, set, *rows);
+      readAll(set, *rows);
     }
     execution.finish();
     return rows;

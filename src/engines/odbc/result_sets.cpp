@@ -31,24 +31,28 @@ void addDecimalText(data::Rows& rows, std::string text) {
 
 }  // namespace
 
-ResultSet::ResultSet(const Handle& statement) : statement_(statement) {
+ResultSet::ResultSet(Execution& execution) : execution_(execution) {
+  const SQLHSTMT statement = execution.statement().get();
   SQLSMALLINT count = 0;
-  if (!SQL_SUCCEEDED(SQLNumResultCols(statement.get(), &count))) return;
+  bool told = SQL_SUCCEEDED(SQLNumResultCols(statement, &count));
   std::array<char16_t, 512> name{};
-  for (SQLSMALLINT place = 1; place <= count; ++place) {
+  for (SQLSMALLINT place = 1; told && place <= count; ++place) {
     Column column;
     SQLSMALLINT length = 0;
     SQLULEN size = 0;
     SQLSMALLINT decimals = 0;
     SQLSMALLINT nullable = 0;
     name[0] = u'\0';
-    SQLDescribeColW(statement.get(), static_cast<SQLUSMALLINT>(place),
-                    reinterpret_cast<SQLWCHAR*>(name.data()), static_cast<SQLSMALLINT>(name.size()), &length,
-                    &column.type, &size, &decimals, &nullable);
+    told = SQL_SUCCEEDED(SQLDescribeColW(
+        statement, static_cast<SQLUSMALLINT>(place), reinterpret_cast<SQLWCHAR*>(name.data()),
+        static_cast<SQLSMALLINT>(name.size()), &length, &column.type, &size, &decimals, &nullable));
     column.name = text::utf8Text(std::u16string(name.data()));
     column.kind = kindOf(column.type);
     columns_.push_back(std::move(column));
   }
+  if (told) return;
+  execution.noteFailure();
+  columns_.clear();
 }
 
 ResultSet::Kind ResultSet::kindOf(SQLSMALLINT type) {
@@ -88,14 +92,16 @@ data::Rows ResultSet::emptyRows() const {
 }
 
 bool ResultSet::next() {
-  const SQLRETURN result = SQLFetch(statement_.get());
-  failed_ = !SQL_SUCCEEDED(result) && result != SQL_NO_DATA;
+  const SQLRETURN result = SQLFetch(execution_.statement().get());
+  if (!SQL_SUCCEEDED(result) && result != SQL_NO_DATA) execution_.noteFailure();
   return SQL_SUCCEEDED(result);
 }
 
 bool ResultSet::addCells(data::Rows& rows) {
   for (std::size_t place = 0; place < columns_.size(); ++place) {
-    if (!addCell(rows, static_cast<SQLUSMALLINT>(place + 1), columns_[place].kind)) return false;
+    if (addCell(rows, static_cast<SQLUSMALLINT>(place + 1), columns_[place].kind)) continue;
+    execution_.noteFailure();
+    return false;
   }
   return true;
 }
@@ -103,7 +109,8 @@ bool ResultSet::addCells(data::Rows& rows) {
 bool ResultSet::addCell(data::Rows& rows, SQLUSMALLINT place, Kind kind) {
   SQLLEN length = 0;
   const auto read = [&](SQLSMALLINT type, SQLPOINTER into, std::size_t size) {
-    return SQL_SUCCEEDED(SQLGetData(statement_.get(), place, type, into, static_cast<SQLLEN>(size), &length));
+    return SQL_SUCCEEDED(
+        SQLGetData(execution_.statement().get(), place, type, into, static_cast<SQLLEN>(size), &length));
   };
   switch (kind) {
     case Kind::Integer: {
@@ -139,7 +146,7 @@ bool ResultSet::addCell(data::Rows& rows, SQLUSMALLINT place, Kind kind) {
 bool ResultSet::addDecimal(data::Rows& rows, SQLUSMALLINT place) {
   std::array<char, 128> digits{};
   SQLLEN length = 0;
-  if (!SQL_SUCCEEDED(SQLGetData(statement_.get(), place, SQL_C_CHAR, digits.data(),
+  if (!SQL_SUCCEEDED(SQLGetData(execution_.statement().get(), place, SQL_C_CHAR, digits.data(),
                                 static_cast<SQLLEN>(digits.size()), &length))) {
     return false;
   }
@@ -157,7 +164,7 @@ bool ResultSet::addText(data::Rows& rows, SQLUSMALLINT place) {
   while (true) {
     SQLLEN left = 0;
     const SQLRETURN result =
-        SQLGetData(statement_.get(), place, SQL_C_WCHAR, piece.data(), sizeof piece, &left);
+        SQLGetData(execution_.statement().get(), place, SQL_C_WCHAR, piece.data(), sizeof piece, &left);
     if (result == SQL_NO_DATA) break;
     if (!SQL_SUCCEEDED(result)) return false;
     if (left == SQL_NULL_DATA) {

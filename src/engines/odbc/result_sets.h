@@ -4,22 +4,22 @@
 #include <vector>
 
 #include "data/rows.h"
-#include "engines/odbc/handle.h"
+#include "engines/odbc/execution.h"
 
 namespace ledgertree::engines::odbc {
 
-/// The columns of the result set that a statement stands on, and its rows.
+/// The columns of the result set that a command stands on, and its rows. What fails here is noted as a
+/// failure of the command.
 class ResultSet {
  public:
-  explicit ResultSet(const Handle& statement);
+  explicit ResultSet(Execution& execution);
 
   [[nodiscard]] std::size_t columns() const { return columns_.size(); }
   /// Whether the column holds text of the code page, not Unicode.
   [[nodiscard]] bool isNarrowText(std::size_t column) const;
   [[nodiscard]] data::Rows emptyRows() const;
-  /// Goes to the next row. False behind the last one, and where it failed: `failed()` tells.
-  bool next();
-  [[nodiscard]] bool failed() const { return failed_; }
+  /// Goes to the next row. False behind the last one, and where it failed.
+  [[nodiscard]] bool next();
   /// Appends the cells of the row. False where reading one of them failed.
   [[nodiscard]] bool addCells(data::Rows& rows);
 
@@ -36,11 +36,10 @@ class ResultSet {
   bool addDecimal(data::Rows& rows, SQLUSMALLINT place);
   bool addText(data::Rows& rows, SQLUSMALLINT place);
 
-  const Handle& statement_;
+  Execution& execution_;
   std::vector<Column> columns_;
   std::u16string wide_;
   std::string text_;
-  bool failed_ = false;
 };
 
 }  // namespace ledgertree::engines::odbc

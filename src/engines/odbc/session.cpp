@@ -95,9 +95,12 @@ void Session::prepareServer(Versions versions) {
     SQLINTEGER answer = 0;
     SQLLEN length = SQL_NULL_DATA;
     SQLSMALLINT columns = 0;
-    SQLNumResultCols(statement.get(), &columns);
-    if (columns == 0 || !SQL_SUCCEEDED(SQLFetch(statement.get()))) continue;
-    SQLGetData(statement.get(), 1, SQL_C_SLONG, &answer, sizeof answer, &length);
+    result = SQLNumResultCols(statement.get(), &columns);
+    if (SQL_SUCCEEDED(result) && columns == 0) continue;
+    if (SQL_SUCCEEDED(result)) result = SQLFetch(statement.get());
+    if (SQL_SUCCEEDED(result))
+      result = SQLGetData(statement.get(), 1, SQL_C_SLONG, &answer, sizeof answer, &length);
+    if (!SQL_SUCCEEDED(result)) throw openError(records(statement), {});
     answers.push_back(length == SQL_NULL_DATA ? 0 : answer);
   }
   // A server that doesn't understand the question at all is taken as it is.

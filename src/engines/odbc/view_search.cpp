@@ -242,15 +242,12 @@ class Search {
     Execution execution(session_, text, true, &request_.cancelled);
     bool atEnd = false;
     for (bool result = execution.send(text); result; result = execution.nextResult()) {
-      ResultSet set(execution.statement());
+      ResultSet set(execution);
       if (set.columns() == 0) continue;
       data::Rows row = set.emptyRows();
       while (rows.count() < limit && set.next()) {
         row.clearRows();
-        if (!set.addCells(row)) {
-          execution.noteFailure();
-          break;
-        }
+        if (!set.addCells(row)) break;
         ++seen;
         if (behind != 0 && from.id == idOf(row)) {
           --behind;
@@ -260,7 +257,6 @@ class Search {
         pass(row, set);
         if (isOfPass(row)) copy(row, rows);
       }
-      if (set.failed()) execution.noteFailure();
       atEnd = rows.count() < limit && seen < size;
       break;
     }

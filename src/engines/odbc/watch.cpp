@@ -11,6 +11,8 @@ namespace {
 constexpr std::chrono::milliseconds kBetweenQuestions{5};
 /// An interruption that came ahead of what it was to interrupt is lost, and has to be repeated.
 constexpr std::chrono::milliseconds kBetweenInterruptions{200};
+/// To be woken at each row would cost more than to look now and then whether a pause is over.
+constexpr std::chrono::milliseconds kBetweenLooks{200};
 
 }  // namespace
 
@@ -30,6 +32,7 @@ Watch::Command::Command(Watch& watch, const Handle& statement, Clock::time_point
     const std::lock_guard lock(watch_.mutex_);
     watch_.statement_ = statement.get();
     watch_.deadline_ = deadline;
+    watch_.pausedSince_.reset();
     watch_.cancelled_ = cancelled != nullptr && *cancelled ? cancelled : nullptr;
     watch_.stop_ = Stop::None;
     watch_.failure_ = nullptr;
@@ -43,9 +46,16 @@ Watch::Command::~Command() {
   watch_.statement_ = SQL_NULL_HANDLE;
 }
 
-void Watch::Command::extend(Clock::duration time) {
+void Watch::Command::pause() {
   const std::lock_guard lock(watch_.mutex_);
-  watch_.deadline_ += time;
+  watch_.pausedSince_ = Clock::now();
+}
+
+void Watch::Command::resume() {
+  const std::lock_guard lock(watch_.mutex_);
+  if (!watch_.pausedSince_) return;
+  watch_.deadline_ += Clock::now() - *watch_.pausedSince_;
+  watch_.pausedSince_.reset();
 }
 
 bool Watch::Command::stopped() {
@@ -80,8 +90,8 @@ void Watch::keep() {
       changed_.wait(lock);
       continue;
     }
-    if (stop_ == Stop::None) decide();
-    Clock::time_point next = deadline_;
+    if (stop_ == Stop::None && !pausedSince_) decide();
+    Clock::time_point next = pausedSince_ ? Clock::now() + kBetweenLooks : deadline_;
     if (stop_ != Stop::None) {
       // The statement can't go away meanwhile: its command waits for the lock.
       SQLCancel(statement_);

@@ -5,6 +5,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <thread>
 
@@ -33,8 +34,9 @@ class Watch {
     Command& operator=(const Command&) = delete;
     ~Command();
 
-    /// Time that isn't the engine's.
-    void extend(Clock::duration time);
+    /// The time between these two isn't the engine's; it may be longer than all that the command has.
+    void pause();
+    void resume();
     /// Whether the command was interrupted.
     [[nodiscard]] bool stopped();
     /// Throws the reason for which the command was stopped; returns where it wasn't. `ended`: the server has
@@ -57,6 +59,7 @@ class Watch {
   bool over_ = false;
   SQLHANDLE statement_ = SQL_NULL_HANDLE;  ///< the one that runs
   Clock::time_point deadline_;
+  std::optional<Clock::time_point> pausedSince_;
   const std::function<bool()>* cancelled_ = nullptr;
   Stop stop_ = Stop::None;
   std::exception_ptr failure_;  ///< what `cancelled` threw

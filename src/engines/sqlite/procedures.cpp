@@ -135,8 +135,6 @@ class Use {
 
 constexpr const char* kParentIsGone =
     "حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.";
-constexpr const char* kAccountIsGone =
-    "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
 
 }  // namespace
 
@@ -186,7 +184,8 @@ std::int32_t ProcedureRunner::updateAccount(Values values) {
     refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
   }
   // A code that exists is the only reason for a 0.
-  if (look(kAccountExists, values.first(1), 0) == 0) refuseMissing(kAccountIsGone, "spAccountUpdateAccounts");
+  if (look(kAccountExists, values.first(1), 0) == 0)
+    refuseMissing(data::kAccountIsGone, "spAccountUpdateAccounts");
   return 0;
 }
 
@@ -226,7 +225,7 @@ std::int32_t ProcedureRunner::insertRelatedObject(Values values) {
     changes.end();
   } catch (const SQLite::Exception& failure) {
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
-    refuseMissing(kAccountIsGone, "spAccountInsertRelatedObject");
+    refuseMissing(data::kAccountIsGone, "spAccountInsertRelatedObject");
   }
   return 1;
 }

@@ -14,6 +14,7 @@
 #include <mutex>
 #include <regex>
 #include <set>
+#include <thread>
 
 #include "data/catalogue.h"
 #include "db/version.h"
@@ -32,18 +33,21 @@ using testing::failureOf;
 /// How the driver answers from now on.
 struct Driver {
   std::vector<Record> told;            ///< of the failure of every command; empty for none
+  int failing = 0;                     ///< the call from now on that fails
+  std::string failed;                  ///< its name
   bool tellsNoRows = false;            ///< of commands that gave none
   std::set<SQLHSTMT> open;             ///< statements with rows that nobody has read
   std::u16string server;               ///< the file that stands for a server; empty for none
   std::deque<std::string> answers;     ///< in the place of the file's own; "+": a further one to the command
+  std::string always;                  ///< behind those, to all that isn't the opening's
   std::string last;                    ///< the command that came last
   std::vector<std::string> calls;      ///< what changes the state of the driver, in order
   std::optional<SQLSMALLINT> type;     ///< of every column
-  std::optional<int> rows;             ///< that come ahead of a deadlock
   int deadlocks = 0;                   ///< ahead of the next answer
   bool dead = false;                   ///< the connection
   std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
-  bool waits = false;                  ///< commands wait whether they are interrupted
+  bool waits = false;                  ///< commands and rows wait whether they are interrupted
+  int lost = 0;                        ///< interruptions that come to nothing
   std::optional<int> returns;          ///< what a procedure gives behind its last result
   SQLINTEGER* result = nullptr;
   SQLLEN* resultLength = nullptr;
@@ -60,6 +64,13 @@ int interruptions = 0;
 template <typename Call>
 Call* real(const char* name) {
   return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name));
+}
+
+/// Whether this call is the one that fails.
+bool fails(const char* name) {
+  if (--driver.failing != 0) return false;
+  driver.failed = name;
+  return true;
 }
 
 SQLRETURN failWith(std::string state, int number, std::string words) {
@@ -100,13 +111,27 @@ TEST_F(DriverCalls, ACommandThatChangesNoRowIsNoFailure) {
 
 TEST_F(DriverCalls, AConnectionCarriesOneStatementAtATime) {
   connection_.run("create table t(ID integer)");
-  connection_.run("insert into t values (1), (2), (3)");
+  connection_.run("insert into t values (1), (2), (3), (4), (5)");
   std::string seen;
   connection_.walk("select ID from t order by ID", [&](const data::Rows& row) {
-    seen += row.value(0, 0).toText() + connection_.run("select count(*) from t")->value(0, 0).toText() + " ";
-    return true;
+    seen += row.value(0, 0).toText();
+    connection_.run("update t set ID = ID + 10 where ID = " + row.value(0, 0).toText());
+    connection_.walk("select count(*) from t where ID > 10", [&](const data::Rows& inner) {
+      seen += "(" + inner.value(0, 0).toText() + ")";
+      return false;
+    });
+    return row.value(0, 0) != data::Value(4);
   });
-  EXPECT_EQ(seen, "13 23 33 ");
+  EXPECT_EQ(seen, "1(1)2(2)3(3)4(4)");
+  EXPECT_EQ(connection_.run("select max(ID) from t")->value(0, 0).toText(), "14");
+  // Who looks at a row longer than a command may take has kept nobody waiting.
+  OdbcConnection hasty(text_, std::chrono::milliseconds(500));
+  interruptions = 0;
+  hasty.walk("select ID from t", [&](const data::Rows&) {
+    if (!std::exchange(driver.waits, true)) std::this_thread::sleep_for(std::chrono::milliseconds(1300));
+    return (seen += "r").size() < 18;
+  });
+  EXPECT_EQ(interruptions, 0);
 }
 
 TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
@@ -185,11 +210,6 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
     driver.told.clear();
     driver.answers = {"select 1 as ID", "+fail", "+late"};
     EXPECT_EQ(failureOf(read).reason(), Reason::Constraint);
-    driver.told.clear();
-    driver.answers = {"select 1 as ID"};
-    driver.rows = 0;
-    EXPECT_EQ(failureOf(read).reason(), Reason::Busy) << driver.last;
-    driver.rows.reset();
   }
   driver.told.clear();
   driver.answers = {"select 1"};
@@ -226,12 +246,61 @@ TEST_F(DriverCalls, WhatLostAgainstAnotherProgramIsTriedAgainButNotInTheMiddleOf
   EXPECT_EQ(tries(installer, 1), std::pair(true, 1L));
 }
 
-TEST_F(DriverCalls, ADecimalNumberComesWholeWithoutItsZeroToo) {
-  driver.type = SQL_DECIMAL;
-  for (const auto& [sent, amount] : {std::pair{".5", "0.5"}, {"-.5", "-0.5"}, {"-12.3456", "-12.3456"}}) {
-    const auto rows = connection_.run("select '" + std::string(sent) + "' as Amount");
-    EXPECT_EQ(rows->value(0, 0), data::Value(*data::Money::parse(amount)));
+TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
+  for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "types")) {
+    driver.type = static_cast<SQLSMALLINT>(std::stoi(row[0]));
+    const data::Value value = connection_.run("select " + row[1] + " as a")->value(0, 0);
+    EXPECT_EQ(std::to_string(value.variant().index()) + " <" + value.toText() + ">", row[2])
+        << row[0] << row[1];
   }
+}
+
+TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
+  static constexpr data::Parameter kParameters[] = {{"@Number", data::ParameterType::Int}};
+  const std::function<void(OdbcConnection&)> commands[] = {
+      [](auto& server) { server.run("select 'x' as a"); },
+      [](auto& server) {
+        server.walk("select 'x' as a", [&](auto&) { return server.run("select 1"), true; });
+      },
+      [](auto& server) { server.search(inView({"Code"}, 9)); },
+      [](auto& server) {
+        server.call({"spAny", kParameters}, {{data::Value(1)}});
+      }};
+  std::vector<std::string> record;
+  for (const auto& command : commands) {
+    for (int call = 1;; ++call) {
+      driver = {};
+      driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+      driver.always = "select 1 as ID, 'x' as Code";
+      driver.returns = 0;
+      std::string told = "nothing";
+      {
+        OdbcConnection server(data::ConnectionText("Data Source=srv"));
+        if (&command != commands) server.run("select 1");  // the opening fails in the first alone
+        driver.failing = call;
+        try {
+          command(server);
+        } catch (const data::DataError& failure) {
+          const std::string message = failure.what();
+          told = std::to_string(static_cast<int>(failure.reason())) + " " +
+                 message.substr(message.rfind('(') + 1);
+        }
+        if (driver.failed.empty()) break;
+        const std::string failed = std::exchange(driver.failed, {});
+        EXPECT_EQ(server.run("select 1")->value(0, 0), data::Value(1)) << failed;
+        record.push_back(failed + ": " + told + ", " + std::to_string(driver.connections()));
+      }
+      const auto count = [](const char* kind) {
+        return std::count_if(driver.calls.begin(), driver.calls.end(),
+                             [kind](auto& one) { return one.starts_with(kind); });
+      };
+      EXPECT_EQ(count("open "), count("close ")) << record.back();
+    }
+    record.emplace_back("all");
+  }
+  const std::vector<std::string> expected = testing::linesOf("engines/odbc/driver_text.txt", "failing calls");
+  ASSERT_EQ(record.size(), expected.size());
+  for (std::size_t line = 0; line < record.size(); ++line) EXPECT_EQ(record[line], expected[line]) << line;
 }
 
 TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
@@ -252,8 +321,11 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
     EXPECT_EQ(std::count(driver.calls.begin(), driver.calls.end(), "disconnect"), 1);
     driver.answers = {"select 1256", version(other)};
-    OdbcConnection installer(text, std::chrono::seconds(30), Versions::Any);
+    OdbcConnection installer(text, std::chrono::hours(2), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
+    EXPECT_EQ(std::count_if(driver.calls.begin(), driver.calls.end(),
+                            [](auto& call) { return call.find("lock_timeout 30000;") != call.npos; }),
+              1);
   }
   driver.answers = {"fail"};
   driver.dead = true;
@@ -288,6 +360,9 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
   request.slice = std::chrono::milliseconds(1);
   driver.waits = true;
   page({"1"});
+  request.text = "حیک";
+  request.continuation.clear();
+  page({"1"});
   driver.waits = false;
   for (const auto& [type, id] : {std::pair(SQL_VARCHAR, "2"),
                                  {SQL_WVARCHAR, "3"},
@@ -304,12 +379,17 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
 }
 
 TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerIsSilent) {
+  data::SearchRequest unwanted = inView({}, 1);
+  unwanted.cancelled = [] { return true; };
+  EXPECT_EQ(failureOf([&] { connection_.search(unwanted); }).reason(), Reason::Cancelled);
+  EXPECT_EQ(driver.last, "") << "nothing is asked for nobody";
   for (const auto& [state, lost, reason] : {std::tuple("HY008", 0, Reason::Cancelled),
                                             {"HY000", 1, Reason::Cancelled},
                                             {"HY008", 0, Reason::Misuse}}) {
     bool begun = false;
     interruptions = 0;
     driver.silence = state;
+    driver.lost = lost;
     data::SearchRequest request = inView({}, 1);
     request.cancelled = [&, reason = reason] {
       if (begun && reason == Reason::Misuse) throw data::DataError(reason, 0, "");
@@ -328,9 +408,13 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     driver.silence = state;
     interruptions = 0;
     OdbcConnection hasty(text_, std::chrono::milliseconds(1));
-    const data::DataError late = failureOf([&] { hasty.run("select 1"); });
+    const data::DataError late = failureOf([&] { hasty.run("update t set ID = 1"); });
     EXPECT_EQ(late.reason(), Reason::TimeOut);
     EXPECT_EQ(late.leavesOpen(), open) << state;
+    driver.silence.reset();
+    driver.told.clear();
+    hasty.run("select 1");
+    EXPECT_EQ(driver.connections(), 2) << "nobody knows what runs on the first";
   }
 }
 
@@ -338,10 +422,13 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
 }  // namespace ledgertree::engines::odbc
 
 using ledgertree::engines::odbc::driver;
+using ledgertree::engines::odbc::fails;
 using ledgertree::engines::odbc::failWith;
 using ledgertree::engines::odbc::real;
 
 static void note(const std::string& call) { driver.calls.push_back(call); }
+
+static bool isInterrupted() { return ledgertree::engines::odbc::interruptions > driver.lost; }
 
 static std::string narrow(const SQLWCHAR* text, SQLINTEGER length) {
   return ledgertree::text::utf8Text(
@@ -352,6 +439,7 @@ extern "C" {
 
 SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQLSMALLINT length,
                             SQLWCHAR* out, SQLSMALLINT room, SQLSMALLINT* needed, SQLUSMALLINT completion) {
+  if (fails("connect")) return SQL_ERROR;
   note("connect " + narrow(in, length) + " " + std::to_string(completion));
   if (!driver.told.empty()) return SQL_ERROR;
   if (!driver.server.empty()) {
@@ -363,6 +451,12 @@ SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQ
 }
 
 static SQLRETURN answer(SQLHSTMT statement, std::string words) {
+  if (driver.answers.empty() && !driver.always.empty()) {
+    if (words.starts_with("declare @First"))
+      driver.answers = {"select 65001", "+select " + std::to_string(ledgertree::db::schemaVersion())};
+    else
+      words = driver.always;
+  }
   if (!driver.answers.empty()) {
     words = driver.answers.front().substr(driver.answers.front().starts_with('+') ? 1 : 0);
     driver.answers.pop_front();
@@ -380,26 +474,25 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   note("send " + driver.last);
   if (driver.deadlocks >= 0 && driver.last.ends_with("tries")) driver.told.clear();
   if (driver.deadlocks-- > 0) return failWith("40001", 1205, "deadlock");
-  if (!driver.told.empty()) return SQL_ERROR;
+  if (!driver.told.empty() || fails("send")) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");
   std::unique_lock lock(interrupting);
-  const auto over = [] { return interruptions != 0; };
-  if (driver.waits) interrupted.wait_for(lock, std::chrono::milliseconds(300), over);
+  if (driver.waits) interrupted.wait_for(lock, std::chrono::milliseconds(300), isInterrupted);
   if (driver.silence) {
-    interrupted.wait(lock, over);
+    if (!interrupted.wait_for(lock, std::chrono::seconds(10), isInterrupted)) return failWith("08S01", 0, "");
     return failWith(*driver.silence, 0, "");
   }
   lock.unlock();
   const SQLRETURN result = answer(statement, driver.last);
   SQLSMALLINT columns = 0;
-  if (SQL_SUCCEEDED(result)) SQLNumResultCols(statement, &columns);
+  if (SQL_SUCCEEDED(result)) real<decltype(SQLNumResultCols)>("SQLNumResultCols")(statement, &columns);
   if (columns != 0) driver.open.insert(statement);
   return driver.tellsNoRows && SQL_SUCCEEDED(result) && columns == 0 ? SQL_NO_DATA : result;
 }
 
 SQLRETURN SQLCancel(SQLHSTMT statement) {
-  if (!driver.silence && !driver.waits) return real<decltype(SQLCancel)>("SQLCancel")(statement);
+  if (!driver.silence && !driver.waits) real<decltype(SQLCancel)>("SQLCancel")(statement);
   const std::lock_guard lock(ledgertree::engines::odbc::interrupting);
   ++ledgertree::engines::odbc::interruptions;
   ledgertree::engines::odbc::interrupted.notify_one();
@@ -415,8 +508,10 @@ SQLRETURN SQLDrivers(SQLHENV, SQLUSMALLINT direction, SQLCHAR* name, SQLSMALLINT
 }
 
 SQLRETURN SQLAllocHandle(SQLSMALLINT type, SQLHANDLE parent, SQLHANDLE* handle) {
-  note("open " + std::to_string(type));
-  return real<decltype(SQLAllocHandle)>("SQLAllocHandle")(type, parent, handle);
+  if (fails("open")) return SQL_ERROR;
+  const SQLRETURN result = real<decltype(SQLAllocHandle)>("SQLAllocHandle")(type, parent, handle);
+  if (SQL_SUCCEEDED(result)) note("open " + std::to_string(type));
+  return result;
 }
 
 SQLRETURN SQLDisconnect(SQLHDBC connection) {
@@ -425,16 +520,19 @@ SQLRETURN SQLDisconnect(SQLHDBC connection) {
 }
 
 SQLRETURN SQLSetEnvAttr(SQLHENV environment, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  if (fails("set")) return SQL_ERROR;
   note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
   return real<decltype(SQLSetEnvAttr)>("SQLSetEnvAttr")(environment, attribute, value, length);
 }
 
 SQLRETURN SQLSetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  if (fails("set")) return SQL_ERROR;
   note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
   return real<decltype(SQLSetConnectAttrW)>("SQLSetConnectAttrW")(connection, attribute, value, length);
 }
 
 SQLRETURN SQLSetStmtAttrW(SQLHSTMT statement, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER length) {
+  if (fails("set")) return SQL_ERROR;
   note("set " + std::to_string(attribute) + " " + std::to_string(reinterpret_cast<std::size_t>(value)));
   return real<decltype(SQLSetStmtAttrW)>("SQLSetStmtAttrW")(statement, attribute, value, length);
 }
@@ -451,19 +549,36 @@ SQLRETURN SQLGetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute, SQLPOINTE
 SQLRETURN SQLDescribeColW(SQLHSTMT statement, SQLUSMALLINT place, SQLWCHAR* name, SQLSMALLINT room,
                           SQLSMALLINT* length, SQLSMALLINT* type, SQLULEN* size, SQLSMALLINT* decimals,
                           SQLSMALLINT* nullable) {
+  if (fails("describe")) return SQL_ERROR;
   const SQLRETURN result = real<decltype(SQLDescribeColW)>("SQLDescribeColW")(
       statement, place, name, room, length, type, size, decimals, nullable);
   if (*type != SQL_INTEGER) *type = driver.type.value_or(*type);
   return result;
 }
 
+SQLRETURN SQLNumResultCols(SQLHSTMT statement, SQLSMALLINT* count) {
+  if (fails("count columns")) return SQL_ERROR;
+  return real<decltype(SQLNumResultCols)>("SQLNumResultCols")(statement, count);
+}
+
+SQLRETURN SQLGetData(SQLHSTMT statement, SQLUSMALLINT column, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
+                     SQLLEN* length) {
+  if (fails("get")) return SQL_ERROR;
+  return real<decltype(SQLGetData)>("SQLGetData")(statement, column, type, value, room, length);
+}
+
 SQLRETURN SQLFetch(SQLHSTMT statement) {
-  if (driver.rows && (*driver.rows)-- == 0) return failWith("40001", 1205, "deadlock");
+  if (fails("fetch")) return SQL_ERROR;
+  if (driver.waits) {
+    std::unique_lock lock(ledgertree::engines::odbc::interrupting);
+    ledgertree::engines::odbc::interrupted.wait_for(lock, std::chrono::milliseconds(300), isInterrupted);
+  }
   return real<decltype(SQLFetch)>("SQLFetch")(statement);
 }
 
 SQLRETURN SQLMoreResults(SQLHSTMT statement) {
   driver.open.erase(statement);
+  if (fails("more")) return SQL_ERROR;
   if (!driver.answers.empty() && driver.answers.front().starts_with('+')) {
     SQLFreeStmt(statement, SQL_CLOSE);
     return answer(statement, {});
@@ -483,11 +598,13 @@ SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle) {
 
 SQLRETURN SQLGetDiagRecW(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT place, SQLWCHAR* state,
                          SQLINTEGER* number, SQLWCHAR* message, SQLSMALLINT room, SQLSMALLINT* length) {
-  if (driver.told.empty())
+  static const std::vector<ledgertree::engines::odbc::Record> kHurt{{"HY001", 0, "[Driver]no memory"}};
+  const auto& told = driver.failed.empty() ? driver.told : kHurt;
+  if (told.empty())
     return real<decltype(SQLGetDiagRecW)>("SQLGetDiagRecW")(type, handle, place, state, number, message, room,
                                                             length);
-  if (static_cast<std::size_t>(place) > driver.told.size()) return SQL_NO_DATA;
-  const auto& record = driver.told[static_cast<std::size_t>(place) - 1];
+  if (static_cast<std::size_t>(place) > told.size()) return SQL_NO_DATA;
+  const auto& record = told[static_cast<std::size_t>(place) - 1];
   const std::u16string words = ledgertree::text::wideText(record.message);
   std::copy_n(record.state.c_str(), record.state.size() + 1, state);
   std::copy_n(words.c_str(), words.size() + 1, message);
@@ -503,6 +620,7 @@ SQLRETURN SQLBindParameter(SQLHSTMT /*statement*/, SQLUSMALLINT place, SQLSMALLI
          std::to_string(decimals) + ") " + (*length == SQL_NULL_DATA ? "null" : value) + " " +
          std::to_string(room));
   };
+  if (fails("bind")) return SQL_ERROR;
   if (use == SQL_PARAM_OUTPUT) {
     driver.result = static_cast<SQLINTEGER*>(data);
     driver.resultLength = length;

@@ -19,6 +19,7 @@
 #include "engines/sqlite/embedded_connection.h"
 #include "engines/sqlite/errors.h"
 #include "support/failure.h"
+#include "support/first_version.h"
 #include "support/small_disk.h"
 #include "support/temporary_database.h"
 #include "support/text_table.h"
@@ -95,6 +96,13 @@ TEST_F(FileFaults, AFileThatIsntThereIsMadeAndAnythingElseIsToldApart) {
   EmbeddedConnection fresh((root / "حساب‌ها.db").string());
   EXPECT_EQ(number(fresh, kCount), 0);
   EXPECT_TRUE(std::filesystem::exists(root / "حساب‌ها.db"));
+  const std::filesystem::path home = std::filesystem::current_path();
+  std::filesystem::current_path(root);
+  for (const char* const special : {":memory:", "file:books.db?mode=memory"}) {
+    EXPECT_EQ(EmbeddedConnection(special).run(kCount)->count(), 1U);
+    EXPECT_TRUE(std::filesystem::exists(root / special));
+  }
+  std::filesystem::current_path(home);
 
   EXPECT_EQ(failureOfOpening(root / "none" / "books.db").reason(), Reason::Connection);
   EXPECT_FALSE(std::filesystem::exists(root / "none"));
@@ -134,7 +142,10 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EmbeddedConnection connection(file.string());
   connection.run("Insert into tblAccount (Code, Title) values ('1', 'a')");
   vanish();
+  std::ofstream(file.string() + "-wal") << "another file's";
   EXPECT_EQ(failureOf([&] { connection.run(renamed(1, "b")); }).reason(), Reason::Connection);
+  EXPECT_EQ(std::filesystem::file_size(file.string() + "-wal"), 14U);
+  vanish();
   EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
   EXPECT_FALSE(std::filesystem::exists(file));
 
@@ -189,6 +200,13 @@ TEST_F(FileFaults, AFullDiskFailsTheStatementAndLosesNothing) {
   disk.grow();
   connection.run(account);
   EXPECT_EQ(number(connection, kCount), written + 1);
+}
+
+TEST_F(FileFaults, AnOlderFileIsTakenUpHoweverLongThatTakes) {
+  const std::filesystem::path file = folder.path() / "books.db";
+  static_cast<void>(testing::firstVersion(file));
+  EmbeddedConnection connection(file.string(), {milliseconds(0), milliseconds(5000)});
+  EXPECT_GT(number(connection, kCount), 0);
 }
 
 class Commands : public ::testing::Test {
@@ -257,6 +275,14 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
       failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
       Reason::Busy);
   EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
+  int questions = 0;
+  connection.whileWaiting([&] {
+    EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Busy) << "in the middle of a step";
+    return ++questions == 1 ? throw std::runtime_error("no answer") : questions == 3;
+  });
+  EXPECT_EQ(failureOf([&] { connection.run(renamed(7, "x")); }).reason(), Reason::Busy);
+  EXPECT_EQ(questions, 3);
+  connection.whileWaiting({});
   std::thread release([this] {
     std::this_thread::sleep_for(milliseconds(60));
     database.execute("rollback");

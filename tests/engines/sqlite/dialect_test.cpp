@@ -59,6 +59,19 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
   }
 }
 
+TEST_F(Dialect, AValueComesAsItWasStoredWhereItIsntWhatItsColumnSays) {
+  database.execute(
+      "create table tblHost (Amount money, Day datetime, Some); insert into tblHost values (15000, "
+      "'2024-01-02', 7), (1.5, 2.5, 2.5), ('x', '1403/01/01', 't'), (null, null, null), (x'41', 8, x'42')");
+  const auto rows = connection.run("select * from tblHost");
+  std::string found;
+  for (std::size_t row = 0; row < rows->count(); ++row)
+    for (std::size_t column = 0; column < 3; ++column)
+      found += std::to_string(rows->value(row, column).variant().index()) +
+               rows->value(row, column).toText() + (column < 2 ? " " : "; ");
+  EXPECT_EQ(found, "31.5 52024-01-02 00:00:00 17; 21.5 22.5 22.5; 4x 41403/01/01 4t; 0 0 0; 4A 18 4B; ");
+}
+
 TEST_F(Dialect, NamesComeAsInADictionaryAndCodesAsTheyAreWritten) {
   std::istringstream names(
       "بانک پاسارگاد/بانک ملی/بانک‌دار/بانکها/پروژه/"

@@ -186,6 +186,9 @@ TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
   EXPECT_EQ(reasonOf(), data::DataError::Reason::Cancelled);
   request.cancelled = [] { return false; };
   EXPECT_EQ(connection.search(request).rows.count(), 0U);
+  request.cancelled = []() -> bool { throw data::DataError(data::DataError::Reason::TooLong, 0, ""); };
+  EXPECT_EQ(reasonOf(), data::DataError::Reason::TooLong);
+  request.cancelled = nullptr;
 
   for (const char* const name :
        {"", "tblAccount;", "tblAccount Where 1=1", "(select 1)", "[a", "a'b", "vwNone", "a.b.c"}) {
