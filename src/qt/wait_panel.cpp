@@ -20,6 +20,7 @@ WaitPanel::WaitPanel(QWidget* window)
     setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setAttribute(Qt::WA_ShowWithoutActivating);
   }
+  setObjectName("WaitPanel");
   setFont(screenFont());
   setPalette(screenPalette(QColor(0xFF, 0xF7, 0xD6)));
   setAutoFillBackground(true);

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QFile>
 #include <QImage>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -16,7 +17,6 @@
 
 #include "qt/appearance.h"
 #include "qt/notice_dialog.h"
-#include "qt/wait_panel.h"
 #include "screen.h"
 #include "shell/outside_components.h"
 
@@ -309,7 +309,7 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
   press(Qt::Key_A, "a");
   QCoreApplication::postEvent(&screen.window(), new QCloseEvent);
   EXPECT_FALSE(waits());
-  auto* const button = screen.window().findChild<WaitPanel*>()->findChild<QPushButton*>();
+  auto* const button = screen.window().findChild<QFrame*>("WaitPanel")->findChild<QPushButton*>();
   EXPECT_TRUE(button->isVisible() && screen.window().rect().contains(button->parentWidget()->geometry()));
   for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
     QCoreApplication::postEvent(
@@ -319,7 +319,7 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
   EXPECT_TRUE(waits());
   EXPECT_FALSE(idle);
   screen.desktop.endWait();
-  EXPECT_EQ(screen.window().findChild<WaitPanel*>(), nullptr);
+  EXPECT_EQ(screen.window().findChild<QFrame*>("WaitPanel"), nullptr);
   QCoreApplication::processEvents();
   EXPECT_TRUE(idle);
   EXPECT_EQ(screen.form->txtTitle.text(), "");

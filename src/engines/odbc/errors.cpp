@@ -184,7 +184,8 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
   const Record& record = decisive(told);
   const std::string where(statement);
   if (const Told* const known = toldOf(record.number)) {
-    return {known->reason, record.number, known->text + behind(record), where};
+    // A server that refuses says that nothing was done.
+    return data::DataError(known->reason, record.number, known->text + behind(record), where).undone();
   }
   if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
   // The time-out of a statement is one that the server has confirmed, that of the connection isn't.
