@@ -15,13 +15,14 @@
 
 namespace ledgertree::data {
 
+struct AsRead;
 class ConnectionText;
 struct Procedure;
 
 inline constexpr std::chrono::seconds kConnectTimeOut{15};
 inline constexpr std::chrono::seconds kCommandTimeOut{30};
 
-/// In which order the rows of a search come. "Begins" is said of folded letters (see fold.h).
+/// In which order the rows of a search come. What a row is to a text, data::SearchRank says.
 enum class SearchOrder {
   Key,   ///< of ID: the cheapest
   Name,  ///< those whose first column begins with the text, then the rest; each by that column as a name
@@ -35,15 +36,18 @@ struct SearchRequest {
   std::string view;                  ///< a plain name, optionally schema-qualified; anything else is refused
   std::vector<std::string> columns;  ///< the text columns that are shown and searched, in this order
   SearchOrder order = SearchOrder::Key;  ///< Key where there are no columns
-  std::string text;                      ///< what the person typed; blank offers every row
-  std::string continuation;              ///< SearchPage::continuation of the page before; empty for the first
-  std::size_t limit = 100;               ///< the rows of a page
+  std::string text;          ///< what the person typed, words in any order; blank offers every row
+  std::string continuation;  ///< SearchPage::continuation of the page before; empty for the first
+  std::size_t limit = 100;   ///< the rows of a page
   /// The longest that one call works. A call that runs out of it gives the hits that it has, with a
   /// continuation, so that a search on the user-interface thread goes on between two events. 0: no bound.
   std::chrono::milliseconds slice{0};
   /// Asked about every few milliseconds, on whatever thread, but only while the search runs; true ends the
   /// search with DataError::Reason::Cancelled.
   std::function<bool()> cancelled;
+  /// Called once at most, on the thread of the search, with the first rows of the page where the engine has
+  /// them well ahead of the others. The page begins with them all the same.
+  std::function<void(const Rows&)> early{};
 };
 
 /// Who keeps a person company while a command lasts. Both may be empty.
@@ -86,6 +90,11 @@ class Connection {
   /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters.
   /// A text longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
   virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
+
+  /// What was read of an account that the next command writes, a procedure or a statement. Comparison and
+  /// write are one there: the command fails, with nothing done, where the database holds something else by
+  /// then; see AsRead. It counts for that one command, whatever becomes of it.
+  virtual void handOver(const AsRead& read) = 0;
 
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }

@@ -30,6 +30,9 @@ class MainConnection {
   /// Runs a statement and gives nothing of it to the caller.
   void Execute(std::string_view statement);
 
+  /// What the next command is compared with; see Connection::handOver.
+  void handOver(const AsRead& read) { port().handOver(read); }
+
   /// The connection behind, opened if need be. For the handles and procedures of DtEn and for walks over many
   /// rows.
   [[nodiscard]] Connection& port();

@@ -122,6 +122,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
+  screen_.AsRead.reset();
   screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
@@ -139,15 +140,27 @@ void AccountRecord::clearAccountFields() {
   screen_.sltAccount.setAccountID(-1);
 }
 
-bool AccountRecord::loadAccount(std::int32_t id) {
+std::optional<data::Account> AccountRecord::readAgain(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  const auto account = readAccount(*gateway, id);
+  return readAccount(*gateway, id);
+}
+
+void AccountRecord::goOnWith(const data::Account& typed, const data::Account& stored) {
+  const auto showClass = typed.relation ? classRule_(typed.relation->classID) : nullptr;
+  clearAccountFields();
+  fill(typed, showClass);
+  screen_.AsRead = stored;
+}
+
+bool AccountRecord::loadAccount(std::int32_t id) {
+  const auto account = readAgain(id);
   if (account) fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
   return account.has_value();
 }
 
 void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {
   beginRecord(account.id);
+  screen_.AsRead = account;
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());

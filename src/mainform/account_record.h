@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -57,6 +58,10 @@ class AccountRecord {
   /// Fills the fields from the database; an ID without a row leaves them as they are, and gives false. It
   /// doesn't change the mode.
   [[nodiscard]] bool loadAccount(std::int32_t id);
+  /// The account as it is stored now; nothing where it has no row. It shows nothing of it.
+  [[nodiscard]] std::optional<data::Account> readAgain(std::int32_t id);
+  /// Puts an account under edit as if it had been typed over what is `stored`.
+  void goOnWith(const data::Account& typed, const data::Account& stored);
   /// Enables and shows what the mode allows.
   void applyFormMode();
 

@@ -192,8 +192,11 @@ bool AwaitedConnection::waitLonger(const Manner& manner, Clock::time_point begun
 template <typename Work>
 auto AwaitedConnection::ask(const Manner& manner, Work work) {
   const auto answer = std::make_shared<Answer<std::invoke_result_t<Work, data::Connection&>>>();
-  ready(manner).post(
-      [answer, work = std::move(work)](data::Connection& engine) { answer->take(work, engine); });
+  auto read = std::exchange(read_, std::nullopt);
+  ready(manner).post([answer, read = std::move(read), work = std::move(work)](data::Connection& engine) {
+    if (read) engine.handOver(*read);
+    answer->take(work, engine);
+  });
   await(manner, answer->failure);
   return std::move(*answer->result);
 }
@@ -211,8 +214,11 @@ std::int32_t AwaitedConnection::call(const data::Procedure& procedure, std::span
 }
 
 data::SearchPage AwaitedConnection::search(const data::SearchRequest& request) {
+  data::SearchRequest asked = request;
+  // Nobody on this thread could do anything with them ahead of the page.
+  asked.early = nullptr;
   return ask({.cancelled = request.cancelled},
-             [request](data::Connection& engine) { return engine.search(request); });
+             [asked](data::Connection& engine) { return engine.search(asked); });
 }
 
 std::vector<std::string> AwaitedConnection::takeNews() {

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "data/as_read.h"
 #include "data/connection.h"
 #include "shell/background.h"
 #include "shell/database_waits.h"
@@ -39,6 +40,7 @@ class AwaitedConnection final : public data::Connection {
   /// The rows are shown on this thread, some hundreds at a time.
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] std::vector<std::string> takeNews() override;
   [[nodiscard]] bool answersLate() const override { return true; }
@@ -64,6 +66,7 @@ class AwaitedConnection final : public data::Connection {
   DatabaseWaits& waits_;
   Background& background_;
   Make make_;
+  std::optional<data::AsRead> read_;  ///< handed over, until the next command
   std::shared_ptr<Line> line_;
 };
 

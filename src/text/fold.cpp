@@ -25,7 +25,7 @@ constexpr char32_t smallOfPair(char32_t letter, unsigned capital) {
 }
 
 constexpr char32_t foldLatin(char32_t letter) {
-  if (letter == 0x00A0) return ' ';
+  if (letter == 0x00A0) return kDropped;
   if (within(letter, 0x00C0, 0x00DE) && letter != 0x00D7) return letter + 0x20;
   if (letter == 0x0130 || letter == 0x0131) return 'i';
   if (letter == 0x0178) return 0x00FF;
@@ -106,13 +106,16 @@ constexpr char32_t foldTwoBytes(char32_t letter) {
 constexpr char32_t foldRest(char32_t letter) {
   const bool unseen = within(letter, 0x200B, 0x200F) || within(letter, 0x202A, 0x202E) || letter == 0x2060 ||
                       within(letter, 0x2066, 0x2069) || letter == 0xFEFF;
-  if (unseen) return kDropped;
+  if (unseen || isBlank(letter)) return kDropped;
   if (within(letter, 0x1E00, 0x1E95) || within(letter, 0x1EA0, 0x1EFF)) return smallOfPair(letter, 0);
   if (within(letter, 0xFF21, 0xFF3A)) return letter + 0x20;
   return letter;
 }
 
-constexpr char32_t foldAscii(char32_t letter) { return within(letter, 'A', 'Z') ? letter + 0x20 : letter; }
+constexpr char32_t foldAscii(char32_t letter) {
+  if (isBlank(letter)) return kDropped;
+  return within(letter, 'A', 'Z') ? letter + 0x20 : letter;
+}
 
 /// What stands for a character in the folded text: nothing, one byte or two.
 struct Folded {

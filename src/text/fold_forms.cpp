@@ -15,9 +15,10 @@ FoldForms makeFoldForms() {
     }
   };
   // Everything that fold() changes lies in these.
-  add(U' ', U'\u07FF');
+  add(U'\t', U'\u07FF');
   add(U'\u1E00', U'\u1EFF');
   add(U'\u2000', U'\u206F');
+  add(U'\u3000', U'\u3000');
   add(U'\uFEFF', U'\uFF5A');
   return forms;
 }

@@ -24,16 +24,13 @@ const std::string* firstBehind(const std::vector<std::string>& forms, std::strin
 }  // namespace
 
 FoldedBeginning::FoldedBeginning(std::string_view folded, bool whole) : whole_(whole) {
-  const auto allow = [this](std::string_view letter) {
-    const auto known = foldForms().find(letter);
-    letters_.push_back(known == foldForms().end() ? Forms{std::string(letter)} : known->second);
-  };
   while (!folded.empty()) {
     const std::string_view letter = folded.substr(0, characterLength(folded));
     folded.remove_prefix(letter.size());
-    allow(letter);
+    const auto known = foldForms().find(letter);
+    letters_.push_back(known == foldForms().end() ? Forms{std::string(letter)} : known->second);
   }
-  allow(" ");
+  letters_.emplace_back();
 }
 
 FoldedBeginning::Place FoldedBeginning::look(std::string_view text) {

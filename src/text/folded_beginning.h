@@ -17,7 +17,7 @@ class FoldedBeginning {
     Nowhere  ///< none is behind the text
   };
 
-  /// `whole`: but for blanks at the end, nothing stands behind the beginning.
+  /// `whole`: nothing stands behind the beginning but what folding drops.
   FoldedBeginning(std::string_view folded, bool whole);
   /// Where the first of them is, from a text of the list on.
   [[nodiscard]] Place look(std::string_view text);
@@ -36,7 +36,7 @@ class FoldedBeginning {
   /// Where the next one is behind a place at which what is there doesn't fit.
   [[nodiscard]] Place goBehind(std::size_t letter, std::size_t place);
 
-  std::vector<Forms> letters_;  ///< in all their forms; the last is what may stand at the end
+  std::vector<Forms> letters_;  ///< in all their forms; none at the end
   bool whole_;
   std::string text_;
   std::vector<Step> steps_;

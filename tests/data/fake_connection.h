@@ -47,6 +47,7 @@ class FakeConnection : public Connection {
     checkArguments(procedure, values);
     return database_.procedure(procedure, values);
   }
+  void handOver(const AsRead& /*read*/) override {}
   SearchPage search(const SearchRequest& /*request*/) override { return {}; }
 
  private:

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/as_read.h"
 #include "data/catalogue.h"
 #include "data/connection_text.h"
 
@@ -13,7 +14,7 @@ class FaultyConnection : public data::Connection {
       : faults_(faults), engine_(std::move(engine)) {}
 
   std::optional<data::Rows> run(std::string_view statement) override {
-    faults_.pass(std::string(statement));
+    pass(std::string(statement));
     auto rows = engine_->run(statement);
     faults_.answered(std::string(statement), rows);
     return rows;
@@ -25,12 +26,13 @@ class FaultyConnection : public data::Connection {
   }
 
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override {
-    faults_.pass(std::string(procedure.name));
+    pass(std::string(procedure.name));
     const std::int32_t result = engine_->call(procedure, values);
     faults_.answered(std::string(procedure.name), std::nullopt);
     return result;
   }
 
+  void handOver(const data::AsRead& read) override { read_ = read; }
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
@@ -42,8 +44,16 @@ class FaultyConnection : public data::Connection {
   }
 
  private:
+  /// A command that fails here never reaches the engine, nor does what was handed over for it.
+  void pass(const std::string& command) {
+    const auto read = std::exchange(read_, std::nullopt);
+    faults_.pass(command);
+    if (read) engine_->handOver(*read);
+  }
+
   Faults& faults_;
   std::unique_ptr<data::Connection> engine_;
+  std::optional<data::AsRead> read_;
 };
 
 void Faults::putInto(data::Providers& providers, std::string provider) {

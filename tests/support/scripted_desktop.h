@@ -19,6 +19,7 @@ class ScriptedDesktop : public ui::Desktop {
 
   /// What the person does in the next modal form of that name, which the frame closes if it is still up then.
   void inModal(std::string formName, Person person);
+  void forgetScripts() { scripts_.clear(); }
   /// The modal forms that came up without a script, and the scripts that no form came up for.
   [[nodiscard]] std::vector<std::string> surprises() const;
 

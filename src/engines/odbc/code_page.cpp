@@ -102,7 +102,10 @@ bool isNameLetter(char letter) {
 class StatementFold {
  public:
   StatementFold(std::string_view statement, CodePage page)
-      : rest_(statement), page_(page), reads_(beginsWithWord(statement, "select")) {
+      : rest_(statement),
+        page_(page),
+        // A search declares its patterns ahead of what it reads.
+        reads_(beginsWithWord(statement, "select") || beginsWithWord(statement, "declare")) {
     folded_.reserve(statement.size());
   }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "data/catalogue.h"
+#include "engines/odbc/compared_write.h"
 #include "engines/odbc/errors.h"
 #include "engines/odbc/execution.h"
 #include "engines/odbc/procedure_call.h"
@@ -156,7 +157,12 @@ bool OdbcConnection::mayComeAgain(const data::DataError& failure) const {
 }
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
-  return command([statement](Session& session) {
+  const auto read = std::exchange(read_, std::nullopt);
+  return command([statement, &read](Session& session) -> std::optional<data::Rows> {
+    if (read && session.dialect() != Dialect::Other) {
+      runCompared(session, *read, statement);
+      return std::nullopt;
+    }
     Execution execution(session, statement, data::onlyReads(statement));
     const bool reads = !changesRows(statement);
     std::optional<data::Rows> rows;
@@ -190,9 +196,12 @@ void OdbcConnection::walk(std::string_view statement,
 }
 
 std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return command(
-      [&procedure, values](Session& session) { return callProcedure(session, procedure, values); });
+  return command([&procedure, values, &read](Session& session) {
+    return read && session.dialect() != Dialect::Other ? callCompared(session, *read, procedure, values)
+                                                       : callProcedure(session, procedure, values);
+  });
 }
 
 data::SearchPage OdbcConnection::search(const data::SearchRequest& request) {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <utility>
 
+#include "data/as_read.h"
 #include "data/connection.h"
 #include "data/connection_text.h"
 #include "engines/odbc/session.h"
@@ -35,6 +36,7 @@ class OdbcConnection final : public data::Connection {
   std::optional<data::Rows> run(std::string_view statement) override;
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] bool answersLate() const override { return true; }
   void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
@@ -55,7 +57,8 @@ class OdbcConnection final : public data::Connection {
   std::unique_ptr<Session> session_;
   data::Waiting waiting_;
   bool wasOpen_ = false;
-  Walk* walk_ = nullptr;  ///< the innermost that runs
+  std::optional<data::AsRead> read_;  ///< handed over, until the next command
+  Walk* walk_ = nullptr;              ///< the innermost that runs
 };
 
 }  // namespace ledgertree::engines::odbc

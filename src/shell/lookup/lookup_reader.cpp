@@ -5,7 +5,6 @@
 
 #include "data/data_error.h"
 #include "data/quote_text.h"
-#include "text/characters.h"
 #include "text/fold.h"
 
 namespace ledgertree::shell {
@@ -35,9 +34,6 @@ struct Single {
   }
   [[nodiscard]] ui::LookupRow get() const { return count == 1 ? row : ui::LookupRow(); }
 };
-
-/// What a text is compared by as a whole.
-std::string whole(std::string_view text) { return std::string(text::trimmed(text::fold(text))); }
 
 data::Rows rowsOf(data::Connection& connection, std::string_view view, const std::string& condition) {
   std::string statement = "Select * From ";
@@ -72,23 +68,38 @@ std::string LookupReader::nameOf(data::Connection& connection, std::string_view 
 }
 
 LookupAnswer LookupReader::answer(data::Connection& connection, const LookupQuestion& question) {
-  if (columns_.empty() || view_ != question.view)
-    learnColumns(question.view, rowsOf(connection, question.view, "ID=-1"));
+  // What goes by its code has one: that needs no question.
   const bool byCode = question.order == data::SearchOrder::Code;
-  const data::SearchPage page =
-      connection.search({.view = question.view,
-                         .columns = byCode ? std::vector(columns_.rbegin(), columns_.rend()) : columns_,
-                         .order = question.order,
-                         .text = question.text,
-                         .continuation = question.continuation,
-                         .limit = question.limit,
-                         .slice = question.slice,
-                         .cancelled = question.cancelled});
-  LookupAnswer answer{.hits = {}, .continuation = page.continuation, .found = page.rows.count()};
-  for (std::size_t row = 0; row < page.rows.count(); ++row) {
-    ui::LookupRow hit = lookupRow(page.rows, row);
-    if (hit.id != -1) answer.hits.push_back(std::move(hit));
+  if (!byCode && (columns_.empty() || view_ != question.view))
+    learnColumns(question.view, rowsOf(connection, question.view, "ID=-1"));
+  std::size_t given = 0;
+  const auto answerOf = [&given](const data::Rows& rows) {
+    LookupAnswer answer{.hits = {}, .continuation = {}, .found = rows.count() - given};
+    for (; given < rows.count(); ++given) {
+      ui::LookupRow hit = lookupRow(rows, given);
+      if (hit.id != -1) answer.hits.push_back(std::move(hit));
+    }
+    return answer;
+  };
+  data::SearchRequest request{.view = question.view,
+                              .columns = byCode ? std::vector<std::string>{"Code", "Name"} : columns_,
+                              .order = question.order,
+                              .text = question.text,
+                              .continuation = question.continuation,
+                              .limit = question.limit,
+                              .slice = question.slice,
+                              .cancelled = question.cancelled,
+                              .early = {}};
+  if (question.early) {
+    request.early = [&](const data::Rows& rows) {
+      LookupAnswer first = answerOf(rows);
+      first.early = true;
+      question.early(std::move(first));
+    };
   }
+  const data::SearchPage page = connection.search(request);
+  LookupAnswer answer = answerOf(page.rows);
+  answer.continuation = page.continuation;
   return answer;
 }
 
@@ -97,7 +108,7 @@ ui::LookupRow LookupReader::one(data::Connection& connection, LookupQuestion que
   const auto end = std::chrono::steady_clock::now() + patience;
   const auto late = [end] { return std::chrono::steady_clock::now() > end; };
   question.cancelled = late;
-  const std::string wanted = whole(question.text);
+  const std::string wanted = text::fold(question.text);
   const bool byCode = question.order == data::SearchOrder::Code;
   // Where all hits count, none has to come ahead of another.
   if (!byCode && !first) question.order = data::SearchOrder::Key;
@@ -114,11 +125,11 @@ ui::LookupRow LookupReader::one(data::Connection& connection, LookupQuestion que
     }
     for (const ui::LookupRow& row : found.hits) {
       if (first) return row;
-      const bool ofThatCode = whole(row.code) == wanted;
+      const bool ofThatCode = text::fold(row.code) == wanted;
       if (byCode && !ofThatCode && ofCode.count != 0) return ofCode.get();
       hit.meet(row);
       if (ofThatCode) ofCode.meet(row);
-      if (whole(row.text) == wanted) ofText.meet(row);
+      if (text::fold(row.text) == wanted) ofText.meet(row);
     }
     question.continuation = std::move(found.continuation);
     if (question.continuation.empty() && ofCode.count + ofText.count == 0) return hit.get();

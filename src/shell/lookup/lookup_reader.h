@@ -13,6 +13,13 @@
 
 namespace ledgertree::shell {
 
+struct LookupAnswer {
+  std::vector<ui::LookupRow> hits;
+  std::string continuation;  ///< empty at the end
+  std::size_t found = 0;     ///< rows of the piece, those that were left out among them
+  bool early = false;        ///< the rest of the piece is under way
+};
+
 /// The next piece of a search in a view.
 struct LookupQuestion {
   std::string view;  ///< a plain name
@@ -22,12 +29,8 @@ struct LookupQuestion {
   std::size_t limit = 0;
   std::chrono::milliseconds slice{0};  ///< see data::SearchRequest
   std::function<bool()> cancelled;
-};
-
-struct LookupAnswer {
-  std::vector<ui::LookupRow> hits;
-  std::string continuation;  ///< empty at the end
-  std::size_t found = 0;     ///< rows of the piece, those that were left out among them
+  /// Gets the first hits where the engine has them well ahead of the others; the answer has the others then.
+  std::function<void(LookupAnswer)> early{};
 };
 
 /// Reads rows of views for selectors and pickers over whatever connection it is given. Everything throws

@@ -148,7 +148,8 @@ LookupQuestion LookupSearch::question(std::string text) const {
           .continuation = {},
           .limit = kPageRows,
           .slice = kSlice,
-          .cancelled = {}};
+          .cancelled = {},
+          .early = {}};
 }
 
 LookupQuestion LookupSearch::question(const Run& run) const {
@@ -187,7 +188,7 @@ void LookupSearch::ask(const std::shared_ptr<Run>& run) {
 }
 
 void LookupSearch::answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure) {
-  run.waiting = false;
+  run.waiting = answer.early;
   try {
     if (failure) std::rethrow_exception(failure);
   } catch (const std::exception& told) {
@@ -201,8 +202,8 @@ void LookupSearch::take(Run& run, LookupAnswer answer) {
   run.continuation = std::move(answer.continuation);
   run.found += answer.found;
   const bool more = !run.continuation.empty();
-  const bool searching = more && run.found < kPageRows;
-  if (searching) schedule();
+  const bool searching = answer.early || (more && run.found < kPageRows);
+  if (searching && !run.waiting) schedule();
   // The list keeps the rows of the search before until there is a hit, or will be none.
   if (searching && answer.hits.empty()) return;
   const bool append = std::exchange(run.shown, true);

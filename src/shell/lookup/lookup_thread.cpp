@@ -64,6 +64,9 @@ struct LookupThread::State {
       changed.notify_all();
       const auto givenUp = [this, cancelled = asked->question.cancelled] { return cancelled() || isOver(); };
       asked->question.cancelled = givenUp;
+      asked->question.early = [&](LookupAnswer first) {
+        if (!givenUp()) asked->done(std::move(first), nullptr);
+      };
       LookupAnswer answer;
       std::exception_ptr failure;
       try {

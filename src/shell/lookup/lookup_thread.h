@@ -16,7 +16,7 @@ namespace ledgertree::shell {
 /// moment; never more than kMostThreads.
 class LookupThread {
  public:
-  /// Called on the thread; with a failure the answer is empty.
+  /// Called on the thread, with an early answer ahead of the whole one; with a failure the answer is empty.
   using Done = std::function<void(LookupAnswer answer, const std::exception_ptr& failure)>;
   /// Makes a connection, on the thread of the owner. It isn't open yet.
   using Connect = std::function<std::unique_ptr<data::Connection>()>;

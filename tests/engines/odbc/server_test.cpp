@@ -85,42 +85,6 @@ TEST_F(OdbcServer, CallsProceduresWhateverTheySayInBetween) {
   for (const std::size_t column : {1U, 2U, 3U}) EXPECT_TRUE(rows->isNull(2, column));
 }
 
-TEST_F(OdbcServer, SearchesPageByPage) {
-  run("create table odbcTable(ID int primary key, Code varchar(20), Name varchar(50))");
-  for (int id = 1; id <= 30; ++id) {
-    const std::string code = id % 10 == 0 ? "null" : "'" + std::to_string(id / 2) + "'";
-    run("insert odbcTable values(" + std::to_string(id) + ", " + code + ", 'حساب يك_" + std::to_string(id) +
-        (id % 2 == 0 ? " [ك%ا\u200Cلا]')" : " Bank')"));
-  }
-  run("create view odbcView as select * from odbcTable");
-  const auto find = [&](std::string text, std::size_t limit = 4) {
-    data::SearchRequest request;
-    request.view = "dbo.odbcView";
-    request.columns = {"Code", "Name"};
-    request.order = data::SearchOrder::Code;
-    request.text = std::move(text);
-    request.limit = limit;
-    std::string found;
-    do {
-      const data::SearchPage page = connection_->search(request);
-      for (std::size_t row = 0; row < page.rows.count(); ++row)
-        found += page.rows.value(row, 0).toText() + " ";
-      request.continuation = page.continuation;
-    } while (!request.continuation.empty());
-    return found;
-  };
-  EXPECT_EQ(find(""), find("", 1000));
-  EXPECT_EQ(find("").substr(0, 9), "10 20 30 ");
-  EXPECT_EQ(find("یک_۱۱"), "11 ");
-  EXPECT_EQ(find("1"), "2 3 21 22 23 24 25 26 27 28 29 10 1 11 12 13 14 15 16 17 18 19 ")
-      << "the code, those that begin so, the rest, each by its code";
-  EXPECT_EQ(find("bANK"), find("BANK", 100));
-  EXPECT_EQ(find("bANK").size(), 40U) << "the 15 rows with an odd ID";
-  EXPECT_EQ(find("[ک%آلا]"), find("لا"));
-  EXPECT_EQ(find("يك%1"), "");
-  EXPECT_EQ(find("😀"), "");
-}
-
 TEST_F(OdbcServer, GivesUpWhatTakesTooLongAndGoesOn) {
   run("create table odbcTable(ID int primary key, Name varchar(50))");
   run("create view odbcView as select a.ID, a.Name from odbcTable a, odbcTable b, odbcTable c");
