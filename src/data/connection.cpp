@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/catalogue.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
 #include "text/characters.h"
@@ -24,6 +25,27 @@ bool onlyReads(std::string_view statement) {
   constexpr std::string_view kSelect = "select";
   statement.remove_prefix(std::min(statement.find_first_not_of(" \t\r\n"), statement.size()));
   return text::equalsIgnoringCase(statement.substr(0, kSelect.size()), kSelect);
+}
+
+bool onlyRead(std::span<const Command> commands) {
+  return std::all_of(commands.begin(), commands.end(), [](const Command& command) {
+    return command.procedure != nullptr ? command.procedure->onlyReads : onlyReads(command.statement);
+  });
+}
+
+Answers Connection::runTogether(std::span<const Command> commands) {
+  Answers answers;
+  try {
+    for (const auto& [statement, procedure, values] : commands) {
+      Answer answer;
+      if (procedure != nullptr) answer.result = call(*procedure, values);
+      if (procedure == nullptr) answer.rows = run(statement);
+      answers.ran.push_back(std::move(answer));
+    }
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
 }
 
 void Providers::add(std::string provider, ConnectionOpener opener) {

@@ -213,6 +213,27 @@ std::int32_t AwaitedConnection::call(const data::Procedure& procedure, std::span
              });
 }
 
+data::Answers AwaitedConnection::runTogether(std::span<const data::Command> commands) {
+  const auto begun = Clock::now();
+  data::Answers answers;
+  try {
+    answers = ask({.onlyReads = data::onlyRead(commands)},
+                  [kept = std::vector(commands.begin(), commands.end())](data::Connection& engine) {
+                    return engine.runTogether(kept);
+                  });
+    if (answers.failure) std::rethrow_exception(answers.failure);
+  } catch (const data::DataError& failure) {
+    // What the wait itself came to was noted, and gave no answers.
+    const bool ofEngine = answers.failure != nullptr;
+    const bool given = ofEngine && failure.reason() == Reason::Cancelled;
+    const data::DataError told = given ? data::DataError(Reason::Cancelled, 0, data::kGivenUp) : failure;
+    answers.failure = std::make_exception_ptr(ofEngine ? waits_.noted(told, Clock::now() - begun) : told);
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
+}
+
 data::SearchPage AwaitedConnection::search(const data::SearchRequest& request) {
   data::SearchRequest asked = request;
   // Nobody on this thread could do anything with them ahead of the page.

@@ -40,6 +40,7 @@ class AwaitedConnection final : public data::Connection {
   /// The rows are shown on this thread, some hundreds at a time.
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  data::Answers runTogether(std::span<const data::Command> commands) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] std::vector<std::string> takeNews() override;

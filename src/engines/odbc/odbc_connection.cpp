@@ -1,6 +1,5 @@
 #include "engines/odbc/odbc_connection.h"
 
-#include <algorithm>
 #include <exception>
 #include <thread>
 #include <utility>
@@ -9,6 +8,7 @@
 #include "engines/odbc/compared_write.h"
 #include "engines/odbc/errors.h"
 #include "engines/odbc/execution.h"
+#include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/result_sets.h"
 #include "engines/odbc/view_search.h"
@@ -22,17 +22,6 @@ using Reason = data::DataError::Reason;
 constexpr std::chrono::milliseconds kFirstPause{10};
 /// Between two attempts to open anew what was open.
 constexpr std::chrono::milliseconds kBetweenOpenings{500};
-
-/// Statements that give no rows, whatever their triggers select.
-bool changesRows(std::string_view statement) {
-  constexpr std::string_view kWords[] = {"insert", "update", "delete", "merge", "truncate"};
-  return std::any_of(std::begin(kWords), std::end(kWords),
-                     [statement](std::string_view word) { return beginsWithWord(statement, word); });
-}
-
-void readAll(ResultSet& set, data::Rows& rows) {
-  while (set.next() && set.addCells(rows)) continue;
-}
 
 }  // namespace
 
@@ -74,7 +63,7 @@ class OdbcConnection::Walk {
     try {
       if (set_) {
         rest_ = set_->emptyRows();
-        readAll(*set_, rest_);
+        set_->addRows(rest_);
       }
       execution_->finish();
     } catch (...) {
@@ -172,11 +161,34 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
       ResultSet set(execution);
       if (set.columns() == 0) continue;
       rows = set.emptyRows();
-      readAll(set, *rows);
+      set.addRows(*rows);
     }
     execution.finish();
     return rows;
   });
+}
+
+data::Answers OdbcConnection::runTogether(std::span<const data::Command> commands) {
+  if (commands.size() < 2 || read_) return Connection::runTogether(commands);
+  data::Answers answers;
+  try {
+    bool begun = false;
+    command(
+        [this, commands, &answers, &begun](Session& session) {
+          try {
+            const bool takesBatches = session.dialect() != Dialect::Other;
+            if (takesBatches) sendPacket(session, commands, answers.ran);
+            if (!takesBatches) answers = Connection::runTogether(commands);
+          } catch (...) {
+            begun = !answers.ran.empty();
+            throw;
+          }
+        },
+        &begun);
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
 }
 
 void OdbcConnection::walk(std::string_view statement,

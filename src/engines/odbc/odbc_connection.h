@@ -34,6 +34,7 @@ class OdbcConnection final : public data::Connection {
   ~OdbcConnection() override;
 
   std::optional<data::Rows> run(std::string_view statement) override;
+  data::Answers runTogether(std::span<const data::Command> commands) override;
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
@@ -45,7 +46,8 @@ class OdbcConnection final : public data::Connection {
   class Walk;
 
   /// Carries out a command on the session, opened if need be. A session that broke is closed behind it. What
-  /// lost against another program, and so wrote nothing, is carried out again, unless its rows are `shown`.
+  /// lost against another program, and so wrote nothing, is carried out again, unless its rows are `shown` or
+  /// a part of it is done.
   template <typename Work>
   auto command(Work work, const bool* shown = nullptr);
   void open();
