@@ -33,15 +33,14 @@ class Faults {
 
   /// The commands that failed since the last heal(), or since the beginning.
   [[nodiscard]] int failures() const;
-  /// Answers count as late, as over a network, on whichever engine.
+  /// Answers count as late, as over a network, on whichever engine. What is heard below is heard on the
+  /// connection's thread then.
   std::atomic<bool> late = false;
   /// How often the engines were asked since the last call; a packet is one question.
   [[nodiscard]] int trips() { return trips_.exchange(0); }
   /// The commands since the last call: statements, names of procedures, "search " and a view.
   [[nodiscard]] std::vector<std::string> take();
 
-  /// The engine answers late, as over a network. What is heard below is heard on its thread.
-  bool late = false;
   /// Hears each command ahead of its run; what it throws is the command's failure. For stories on one thread.
   std::function<void(const std::string& command)> onCommand;
   /// Hears what each statement that ran gave; a procedure gives nothing.

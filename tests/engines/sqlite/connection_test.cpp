@@ -287,10 +287,11 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   EXPECT_EQ(questions * 10 + over, 31);
   // What only computes for long asks, too.
   bool reads = false;
-  hasty.whileWaiting({.givesUp = [&](bool harmless) { return reads = harmless; }, .over = {}});
+  connection.whileWaiting({.givesUp = [&](bool harmless) { return reads = harmless; }, .over = {}});
   const std::string many = " from tblAccount a, tblAccount b, tblAccount c, tblAccount d";
-  const data::DataError given = failureOf([&] { hasty.run("Select count(*) as cnt" + many); });
+  const data::DataError given = failureOf([&] { connection.run("Select count(*) as cnt" + many); });
   EXPECT_TRUE(reads && given.reason() == Reason::Cancelled) << given.what();
+  connection.whileWaiting({});
   std::thread release([this] {
     std::this_thread::sleep_for(milliseconds(60));
     database.execute("rollback");
