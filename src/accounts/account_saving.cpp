@@ -6,6 +6,7 @@
 
 #include "accounts/account_differences.h"
 #include "accounts/relation_cases.h"
+#include "data/ahead.h"
 #include "data/numbers.h"
 #include "shell/lookup/all_chosen.h"
 
@@ -216,7 +217,7 @@ void AccountSaving::run(Progress& progress) {
   progress.written = Written::Relation;
   if (!isNew) writeDescendants(*gateway, account);
   progress.written = Written::Everything;
-  refresh(progress);
+  refresh(*gateway, progress.way, account);
   screen_.cmdNew.focus();
 }
 
@@ -283,10 +284,11 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, con
   return std::nullopt;
 }
 
-void AccountSaving::giveRelation(data::DtEn& gateway, const data::Account& account, Progress& progress) {
+void AccountSaving::giveRelation(data::DtEn& gateway, data::Account& account, Progress& progress) {
   const RelationOutcome outcome =
       writeRelation(gateway, account, progress.way, screen_.settings, progress.stored.value());
   if (outcome.reset != Reset::None) {
+    account.groupID = -1;
     screen_.sltGroup.Clear();
     screen_.GroupValue = -1;
   }
@@ -309,11 +311,27 @@ void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& a
   gateway.cnMainData.Execute(std::string(statement) + std::to_string(account.id) + ")");
 }
 
-void AccountSaving::refresh(const Progress& progress) {
-  switch (progress.way) {
+/// In the order in which `refresh` asks, as far as what was saved tells it.
+std::vector<data::Command> AccountSaving::questionsOfRefresh(SaveWay way, const data::Account& account) {
+  std::vector<data::Command> questions;
+  const auto add = [&questions](std::vector<data::Command> more) {
+    questions.insert(questions.end(), more.begin(), more.end());
+  };
+  const bool treeFirst = way == SaveWay::GuardedEdit;
+  if (treeFirst) add(tree_.questionsOfRefresh());
+  if (!treeFirst) screen_.sltAccount.addQuestion(account.id, questions);
+  if (way == SaveWay::PlainEdit) screen_.sltAccount.addQuestion(account.id, questions);
+  add(record_.questionsOf(account));
+  if (!treeFirst) add(tree_.questionsOfRefresh());
+  return questions;
+}
+
+void AccountSaving::refresh(data::DtEn& gateway, SaveWay way, const data::Account& account) {
+  const data::Ahead ahead(gateway.cnMainData, questionsOfRefresh(way, account));
+  switch (way) {
     case SaveWay::GuardedEdit:
       tree_.refreshTree();
-      record_.showAccount(progress.account);
+      record_.showAccount(account.id);
       return screen_.treeAccount.focus();
     case SaveWay::PlainEdit:
       screen_.sltAccount.ReloadAccounts();
@@ -321,7 +339,7 @@ void AccountSaving::refresh(const Progress& progress) {
     default:
       break;
   }
-  screen_.sltAccount.setAccountID(progress.account);
+  screen_.sltAccount.setAccountID(account.id);
   record_.showAccount(screen_.sltAccount.AccountID());
   tree_.refreshTree();
 }

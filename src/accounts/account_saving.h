@@ -4,6 +4,7 @@
 #include <exception>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "accounts/save_validation.h"
 #include "accounts/typed_account.h"
@@ -70,10 +71,12 @@ class AccountSaving {
   /// The account's ID; nothing where its code exists, which is told.
   [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, const Progress& progress,
                                                          const data::Account& account);
-  /// Writes the relation; what that takes from the account leaves the screen.
-  void giveRelation(data::DtEn& gateway, const data::Account& account, Progress& progress);
+  /// Writes the relation; what that takes from the account leaves it, and the screen.
+  void giveRelation(data::DtEn& gateway, data::Account& account, Progress& progress);
   void writeDescendants(data::DtEn& gateway, const data::Account& account);
-  void refresh(const Progress& progress);
+  /// Shows what the database holds of the account now.
+  void refresh(data::DtEn& gateway, SaveWay way, const data::Account& account);
+  [[nodiscard]] std::vector<data::Command> questionsOfRefresh(SaveWay way, const data::Account& account);
   void recover(const Progress& progress, const std::exception& failure);
   /// The save has met another's change. True where it can begin anew, with what the person has decided; else
   /// the person knows all there is to know.

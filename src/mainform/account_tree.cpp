@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "data/ahead.h"
 #include "data/numbers.h"
 #include "text/characters.h"
 
@@ -60,6 +61,14 @@ std::string parentsBelow(const NodeKey& key) {
                 " and (Select max(c.ID) from tblAccount c Where c.ParentID=p.ID))";
   return "Select p.ID from tblAccount p" + underParent(key) + between +
          " and exists (Select ID from tblAccount" + inPeriod(period) + " and ParentID=p.ID)";
+}
+
+std::vector<data::Command> questionsOfPeriods() {
+  return {{.statement = std::string(kPeriods)}, {.statement = periodsWithAccounts()}};
+}
+
+std::vector<data::Command> questionsOfLevel(const NodeKey& key) {
+  return {{.statement = levelStatement(key)}, {.statement = parentsBelow(key)}};
 }
 
 /// The numbers in the column ID, in ascending order.
@@ -194,6 +203,7 @@ void AccountTree::readChildren(data::DtEn& gateway, const NodeKey& key, ui::Node
 }
 
 void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
+  const data::Ahead ahead(gateway.cnMainData, questionsOfPeriods());
   const data::OpenRows periods(gateway.rssqlAccCostCenter, kPeriods);
   const std::vector<std::int32_t> withAccounts = sortedIDs(gateway.rssqlAccountChilds, periodsWithAccounts());
   const ui::Tree::Batch batch(screen_.treeAccount);
@@ -206,6 +216,7 @@ void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
 }
 
 void AccountTree::addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId parent) {
+  const data::Ahead ahead(gateway.cnMainData, questionsOfLevel(key));
   data::OpenRows accounts(gateway.rssqlAccCostCenter, levelStatement(key));
   const std::vector<std::int32_t> withChildren = sortedIDs(gateway.rssqlAccountChilds, parentsBelow(key));
   const LevelRow row(*accounts);
@@ -267,6 +278,10 @@ void AccountTree::refreshTree() {
   fillNodeChildren(kRootKey);
   tree.setExpanded(root, true);
   tree.setVisible(true);
+}
+
+std::vector<data::Command> AccountTree::questionsOfRefresh() const {
+  return screen_.optPeriodic.value() ? questionsOfPeriods() : questionsOfLevel({});
 }
 
 void AccountTree::expanded(ui::NodeId node) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -25,7 +26,8 @@ class ScriptedDesktop : public ui::Desktop {
 
   /// Time passes: every timer of the shown forms ticks once, and what waits for idleness runs.
   void tick();
-  /// Runs what waits for idleness, until nothing does.
+  /// Runs what waits for idleness, until nothing does and, as far as there is patience, no look-up on the
+  /// screen searches any more.
   void settle();
 
   // ui::Desktop
@@ -48,6 +50,7 @@ class ScriptedDesktop : public ui::Desktop {
   /// The number of the error with which `show` refuses; 0 shows.
   int refusal = 0;
   int version = 5;
+  std::chrono::seconds patience{0};
   ui::Pointer pointer = ui::Pointer::Default;
   int hourglasses = 0;
   int repaints = 0;
@@ -66,6 +69,7 @@ class ScriptedDesktop : public ui::Desktop {
   bool escape = false;
 
  private:
+  [[nodiscard]] bool searching() const;
   void bringUp(ui::Form& form);
   void takeOff(ui::Form& form);
 

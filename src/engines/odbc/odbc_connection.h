@@ -28,6 +28,7 @@ class OdbcConnection final : public data::Connection {
   ~OdbcConnection() override;
 
   std::optional<data::Rows> run(std::string_view statement) override;
+  data::Answers runTogether(std::span<const data::Command> commands) override;
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
