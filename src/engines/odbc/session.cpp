@@ -9,12 +9,16 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// What the server is told and asked first. Long text comes whole whatever the driver's configuration says,
-/// and whoever waits for a lock learns that it is one before the command's time-out. Servers that speak the
-/// protocol without being SQL Server may lose their checks of references where a session's first table
-/// variable, as the triggers declare one, comes later than the first of these checks: it comes here.
+/// What the server is told and asked first. Whoever writes to a table with an index on a computed column
+/// needs six settings on and one off, whatever the driver or the database has as its own. Long text comes
+/// whole whatever the driver's configuration says, and whoever waits for a lock learns that it is one before
+/// the command's time-out. Servers that speak the protocol without being SQL Server may lose their checks of
+/// references where a session's first table variable, as the triggers declare one, comes later than the first
+/// of these checks: it comes here.
 constexpr std::string_view kPrepare =
-    "declare @First table (ID int); set arithabort on; set textsize 2147483647; set lock_timeout ";
+    "declare @First table (ID int); set ansi_nulls, ansi_padding, ansi_warnings, arithabort, "
+    "concat_null_yields_null, quoted_identifier on; set numeric_roundabort off; set textsize 2147483647; "
+    "set lock_timeout ";
 constexpr std::string_view kAskCodePage =
     "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
     "'Collation')), 'CodePage')); ";

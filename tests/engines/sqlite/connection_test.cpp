@@ -207,6 +207,16 @@ TEST_F(FileFaults, AnOlderFileIsTakenUpHoweverLongThatTakes) {
   static_cast<void>(testing::firstVersion(file));
   EmbeddedConnection connection(file.string(), {milliseconds(0), milliseconds(5000)});
   EXPECT_GT(number(connection, kCount), 0);
+
+  SQLite::Database other(file.string(), SQLite::OPEN_READWRITE);
+  other.exec("drop trigger trAccountMove");
+  for (const bool wasOpen : {true, false}) {
+    EmbeddedConnection later(file.string(), {}, std::make_shared<std::atomic<bool>>(wasOpen));
+    number(later, kCount);
+    EXPECT_EQ(other.execAndGet("select count(*) from sqlite_schema where name = 'trAccountMove'").getInt(),
+              wasOpen ? 0 : 1)
+        << "a process looks once at a file";
+  }
 }
 
 class Commands : public ::testing::Test {
