@@ -348,7 +348,7 @@ class BothDatabases(Story):
         without = [file.name for folder in ("sqlserver", "sqlserver/steps", "demo/sqlserver")
                    for file in (SCRIPTS / folder).glob("*.sql") if settings not in file.read_text()]
         self.assertEqual(sorted(without), ["000_database.sql", "001_version.sql", "002_codes.sql", "003_compare_read.sql",
-                                           "032_host_indexes.sql",
+                                           "005_children.sql", "032_host_indexes.sql",
                                            "070_rights.sql", "900_end.sql"])
 
     def test_what_the_host_has_stays_and_the_charts_own_is_made_anew(self):

@@ -129,7 +129,7 @@ TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBackAndIsToldWithItsPla
     EXPECT_EQ(failure.number(), 102);
     EXPECT_EQ(failure.statement(), server.batches[batch - 1]);
     if (failure.statement().find("create index ixAccountTitle") != std::string::npos) {
-      EXPECT_EQ(std::string(failure.what()), "db/sqlserver/030_indexes.sql, the batch at line 16: no room");
+      EXPECT_EQ(std::string(failure.what()), "db/sqlserver/030_indexes.sql, the batch at line 21: no room");
     }
     EXPECT_EQ(server.batches.size(), batch + 1);
     EXPECT_EQ(server.batches.back(), "if @@trancount > 0 rollback transaction");
