@@ -81,9 +81,15 @@ Value RecordHandle::Fields(std::size_t place) const {
 }
 
 std::string RecordHandle::Text(std::size_t place) const {
+  std::string text;
+  AppendText(place, text);
+  return text;
+}
+
+void RecordHandle::AppendText(std::size_t place, std::string& text) const {
   requireRow();
-  const std::string_view text = rows_->text(row_, place);
-  return text.empty() ? rows_->value(row_, place).toText() : std::string(text);
+  const std::string_view cell = rows_->text(row_, place);
+  text += cell.empty() ? rows_->value(row_, place).toText() : cell;
 }
 
 void RecordHandle::requireOpen(std::string_view operation) const {

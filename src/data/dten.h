@@ -93,10 +93,11 @@ class RecordHandle {
   /// that names it, the handle and the columns that there are.
   [[nodiscard]] Value Fields(std::string_view column) const;
   /// For a walk over many rows, which looks for each column once: the place of a column, what stands there in
-  /// the current row, and that as a text.
+  /// the current row, and that as a text, or behind one.
   [[nodiscard]] std::size_t Column(std::string_view column) const;
   [[nodiscard]] Value Fields(std::size_t place) const;
   [[nodiscard]] std::string Text(std::size_t place) const;
+  void AppendText(std::size_t place, std::string& text) const;
 
   [[nodiscard]] const std::string& name() const { return name_; }
 
@@ -154,7 +155,7 @@ class DtEn {
   RecordHandle rssqlBufferQuery;         ///< small reads of the main form
   RecordHandle rssqlRetriveTree;         ///< the deletion of the shown account
   RecordHandle rssqlAccPeriodSpec;       ///< the current period
-  RecordHandle rssqlAccountChilds;       ///< the child count of a tree node
+  RecordHandle rssqlAccountChilds;       ///< which nodes of the tree have children
   RecordHandle rssqlAccLevelCodeLength;  ///< the code of a parent, for a tree label
   RecordHandle rssqlAccounts;            ///< walks over accounts: batch deletion, recoding
   RecordHandle rssqlAccGroupL;           ///< look-ups while another handle walks

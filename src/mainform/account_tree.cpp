@@ -1,8 +1,12 @@
 #include "mainform/account_tree.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
+#include "data/ahead.h"
 #include "data/numbers.h"
 #include "text/characters.h"
 
@@ -18,12 +22,17 @@ constexpr int kRootImage = 1;
 /// Longer than a key that is held down takes to come again.
 constexpr std::chrono::milliseconds kRest{150};
 
-/// The accounts of a period (-1: of all) below a parent (-1: at the top). The two statements of a level, for
-/// its rows and for the count of each row's children, ask under the same condition.
-std::string underParent(const NodeKey& key) {
-  const std::string period = std::to_string(key.period);
+/// The accounts of a period (-1: of all), which is a number or a column of the statement around it.
+std::string inPeriod(const std::string& period) {
   return " where (ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period +
-         ") or -1=" + period + ")" + " and IsNull(ParentID,-1)=" + std::to_string(key.account);
+         ") or -1=" + period + ")";
+}
+
+constexpr std::string_view kUnder = " and IsNull(ParentID,-1)=";
+
+/// Those of them below a parent (-1: at the top).
+std::string underParent(const NodeKey& key) {
+  return inPeriod(std::to_string(key.period)).append(kUnder) + std::to_string(key.account);
 }
 
 constexpr std::string_view kPeriods = "select * from tblAccountPeriod order by FarsibeginDate Desc";
@@ -33,15 +42,91 @@ std::string levelStatement(const NodeKey& key) {
          " Order by Code";
 }
 
+/// Which periods have accounts at the top.
+std::string periodsWithAccounts() {
+  return "Select p.ID from tblAccountPeriod p where exists (Select ID from tblAccount" +
+         inPeriod("p.ID").append(kUnder) + "-1)";
+}
+
+/// Which accounts of a level have children, under the condition that the level itself has. Of a parent none
+/// of whose children is in a period each child would be looked up there: whether the period has any account
+/// between the first child and the last one takes three looks.
+std::string parentsBelow(const NodeKey& key) {
+  const std::string period = std::to_string(key.period);
+  const std::string between =
+      key.period == -1
+          ? ""
+          : " and exists (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period +
+                " and x.AccountID between (Select min(c.ID) from tblAccount c Where c.ParentID=p.ID)"
+                " and (Select max(c.ID) from tblAccount c Where c.ParentID=p.ID))";
+  return "Select p.ID from tblAccount p" + underParent(key) + between +
+         " and exists (Select ID from tblAccount" + inPeriod(period) + " and ParentID=p.ID)";
+}
+
+std::vector<data::Command> questionsOfPeriods() {
+  return {{.statement = std::string(kPeriods)}, {.statement = periodsWithAccounts()}};
+}
+
+std::vector<data::Command> questionsOfLevel(const NodeKey& key) {
+  return {{.statement = levelStatement(key)}, {.statement = parentsBelow(key)}};
+}
+
+/// The numbers in the column ID, in ascending order.
+std::vector<std::int32_t> sortedIDs(data::RecordHandle& handle, const std::string& statement) {
+  const data::OpenRows rows(handle, statement);
+  std::vector<std::int32_t> ids;
+  ids.reserve(static_cast<std::size_t>(rows->RecordCount()));
+  for (const std::size_t id = rows->Column("ID"); !rows->Eof(); rows->MoveNext())
+    ids.push_back(rows->Fields(id).toInt32());
+  std::sort(ids.begin(), ids.end());
+  return ids;
+}
+
+bool isAmong(const std::vector<std::int32_t>& sorted, std::int32_t id) {
+  return std::binary_search(sorted.begin(), sorted.end(), id);
+}
+
 std::int32_t smallNumber(const data::Value& value, std::int32_t greatest) {
   const std::int32_t number = value.isNull() ? 0 : value.toInt32();
   return number < 0 || number > greatest ? 0 : number;
 }
 
-/// One image for each nature, open and closed.
-int imageOf(const data::RecordHandle& row) {
-  return 1 + smallNumber(row.Fields("AccountNatureID"), 2) + 3 * smallNumber(row.Fields("IsClosed"), 1);
-}
+/// The columns of a level's rows, each looked for once.
+struct LevelRow {
+  explicit LevelRow(const data::RecordHandle& rows)
+      : rows_(rows),
+        id_(rows.Column("ID")),
+        isClosed_(rows.Column("IsClosed")),
+        nature_(rows.Column("AccountNatureID")),
+        code_(rows.Column("Code")),
+        title_(rows.Column("Title")) {}
+
+  [[nodiscard]] std::int32_t id() const { return rows_.Fields(id_).toInt32(); }
+  /// One for each nature, open and closed.
+  [[nodiscard]] int image() const {
+    return 1 + smallNumber(rows_.Fields(nature_), 2) + 3 * smallNumber(rows_.Fields(isClosed_), 1);
+  }
+  /// With the code less as many characters ahead.
+  [[nodiscard]] std::string label(std::size_t cut) const {
+    std::string label;
+    label.reserve(kUsualLabel);
+    rows_.AppendText(code_, label);
+    if (cut != 0) label.erase(0, label.size() - text::withoutFirstCharacters(label, cut).size());
+    label += " ... ";
+    rows_.AppendText(title_, label);
+    return label;
+  }
+
+ private:
+  static constexpr std::size_t kUsualLabel = 64;
+
+  const data::RecordHandle& rows_;
+  std::size_t id_;
+  std::size_t isClosed_;
+  std::size_t nature_;
+  std::size_t code_;
+  std::size_t title_;
+};
 
 }  // namespace
 
@@ -71,28 +156,22 @@ bool AccountTree::nodeHasChildren(std::string_view key) {
   const auto parsed = parseNodeKey(key);
   if (!parsed) return false;
   const auto gateway = shell_.dtEn();
-  return hasChildren(*gateway, *parsed);
-}
-
-bool AccountTree::hasChildren(data::DtEn& gateway, const NodeKey& key) {
-  const data::OpenRows rows(gateway.rssqlAccountChilds,
-                            "Select count(*) as cnt from tblAccount " + underParent(key) + " ");
+  const data::OpenRows rows(gateway->rssqlAccountChilds,
+                            "Select count(*) as cnt from tblAccount " + underParent(*parsed) + " ");
   return !rows->Eof() && rows->Fields("cnt").toInt64() > 0;
 }
 
 std::string AccountTree::stripParentCode(std::int32_t accountID, std::string_view code) {
   const auto gateway = shell_.dtEn();
-  return shortCode(*gateway, accountID, code);
+  return std::string(text::withoutFirstCharacters(code, parentCodeLength(*gateway, accountID)));
 }
 
-std::string AccountTree::shortCode(data::DtEn& gateway, std::int32_t accountID, std::string_view code) {
+std::size_t AccountTree::parentCodeLength(data::DtEn& gateway, std::int32_t accountID) {
   const data::OpenRows parent(
       gateway.rssqlAccLevelCodeLength,
       "select Code from tblAccount Where ID in (Select x.ParentID from tblAccount x Where x.ID=" +
           std::to_string(accountID) + ")");
-  if (parent->Eof()) return std::string(code);
-  const std::size_t length = text::characterCount(parent->Fields("Code").toText());
-  return std::string(text::withoutFirstCharacters(code, length));
+  return parent->Eof() ? 0 : text::characterCount(parent->Fields("Code").toText());
 }
 
 void AccountTree::fillNodeChildren(std::string_view key) {
@@ -124,47 +203,51 @@ void AccountTree::readChildren(data::DtEn& gateway, const NodeKey& key, ui::Node
 }
 
 void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
-  const ui::Tree::Batch batch(screen_.treeAccount);
+  const data::Ahead ahead(gateway.cnMainData, questionsOfPeriods());
   const data::OpenRows periods(gateway.rssqlAccCostCenter, kPeriods);
+  const std::vector<std::int32_t> withAccounts = sortedIDs(gateway.rssqlAccountChilds, periodsWithAccounts());
+  const ui::Tree::Batch batch(screen_.treeAccount);
   for (; !periods->Eof(); periods->MoveNext()) {
     const std::int32_t period = periods->Fields("ID").toInt32();
     const ui::NodeId node =
         screen_.treeAccount.add(root, makeNodeKey(period, -1), periods->Fields("Name").toText(), kRootImage);
-    const NodeKey key{.period = period, .account = -1};
-    if (hasChildren(gateway, key)) addPlaceholder(node, key);
+    if (isAmong(withAccounts, period)) addPlaceholder(node, {.period = period, .account = -1});
   }
 }
 
 void AccountTree::addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId parent) {
+  const data::Ahead ahead(gateway.cnMainData, questionsOfLevel(key));
   data::OpenRows accounts(gateway.rssqlAccCostCenter, levelStatement(key));
-  if (!dropMoved(accounts, key.period, parent)) {
+  const std::vector<std::int32_t> withChildren = sortedIDs(gateway.rssqlAccountChilds, parentsBelow(key));
+  const LevelRow row(*accounts);
+  // They have one parent.
+  const bool isShort = !screen_.settings.ShowCompleteCode && !accounts->Eof();
+  const std::size_t cut = isShort ? parentCodeLength(gateway, row.id()) : 0;
+  std::vector<std::string> keys;
+  keys.reserve(static_cast<std::size_t>(accounts->RecordCount()));
+  for (; !accounts->Eof(); accounts->MoveNext()) keys.push_back(makeNodeKey(key.period, row.id()));
+  if (!dropMoved(keys, parent)) {
     accounts.close();
     return refreshTree();
   }
   const ui::Tree::Batch batch(screen_.treeAccount);
-  for (; !accounts->Eof(); accounts->MoveNext()) {
-    const std::int32_t account = accounts->Fields("ID").toInt32();
-    std::string label = accounts->Fields("Code").toText();
-    if (!screen_.settings.ShowCompleteCode) label = shortCode(gateway, account, label);
-    label += " ... ";
-    label += accounts->Fields("Title").toText();
-    const ui::NodeId node = screen_.treeAccount.add(parent, makeNodeKey(key.period, account),
-                                                    std::move(label), imageOf(*accounts.operator->()));
-    const NodeKey own{.period = key.period, .account = account};
-    if (hasChildren(gateway, own)) addPlaceholder(node, own);
+  accounts->MoveFirst();
+  for (std::string& own : keys) {
+    const ui::NodeId node = screen_.treeAccount.addNew(parent, std::move(own), row.label(cut), row.image());
+    if (isAmong(withChildren, row.id())) addPlaceholder(node, {.period = key.period, .account = row.id()});
+    accounts->MoveNext();
   }
 }
 
-bool AccountTree::dropMoved(data::OpenRows& accounts, std::int32_t period, ui::NodeId node) {
+bool AccountTree::dropMoved(const std::vector<std::string>& keys, ui::NodeId node) {
   ui::Tree& tree = screen_.treeAccount;
-  for (; !accounts->Eof(); accounts->MoveNext()) {
-    const ui::NodeId moved = tree.find(makeNodeKey(period, accounts->Fields("ID").toInt32()));
+  for (const std::string& key : keys) {
+    const ui::NodeId moved = tree.find(key);
     if (moved == ui::kNoNode) continue;
     for (ui::NodeId above = node; above != ui::kNoNode; above = tree.parent(above))
       if (above == moved) return false;
     tree.remove(moved);
   }
-  if (accounts->RecordCount() != 0) accounts->MoveFirst();
   return true;
 }
 
@@ -173,7 +256,7 @@ bool AccountTree::dropMoved(data::OpenRows& accounts, std::int32_t period, ui::N
 void AccountTree::addPlaceholder(ui::NodeId node, const NodeKey& key) {
   std::string own =
       key.account < 1 ? makeNodeKey(key.account, key.period) : makeNodeKey(key.period, key.account);
-  screen_.treeAccount.add(node, own.append(kPlaceholder), std::string(kPlaceholder));
+  screen_.treeAccount.addNew(node, own.append(kPlaceholder), std::string(kPlaceholder));
 }
 
 /// A level that couldn't be read whole isn't shown in part: it can be opened again.
@@ -198,7 +281,7 @@ void AccountTree::refreshTree() {
 }
 
 std::vector<data::Command> AccountTree::questionsOfRefresh() const {
-  return {{.statement = screen_.optPeriodic.value() ? std::string(kPeriods) : levelStatement({})}};
+  return screen_.optPeriodic.value() ? questionsOfPeriods() : questionsOfLevel({});
 }
 
 void AccountTree::expanded(ui::NodeId node) {

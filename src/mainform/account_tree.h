@@ -30,6 +30,9 @@ struct NodeKey {
 /// control: a level is read when its parent is first opened, and a refresh throws everything away. It writes
 /// nothing.
 ///
+/// A level of any size takes two statements, and where codes are shortened a third one: its rows, which of
+/// them have children, and the code of their parent.
+///
 /// Choosing a node by the keys is a click on it after a short rest, so that a key can be held down; whoever
 /// must not come ahead of that click calls `settle`.
 ///
@@ -71,10 +74,11 @@ class AccountTree {
   void readChildren(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
   void addPeriods(data::DtEn& gateway, ui::NodeId root);
   void addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
-  /// False where the node itself stands below one of them.
-  [[nodiscard]] bool dropMoved(data::OpenRows& accounts, std::int32_t period, ui::NodeId node);
-  [[nodiscard]] bool hasChildren(data::DtEn& gateway, const NodeKey& key);
-  [[nodiscard]] std::string shortCode(data::DtEn& gateway, std::int32_t accountID, std::string_view code);
+  /// Takes the nodes of these keys out of their old places. False where `node` itself stands below one of
+  /// them.
+  [[nodiscard]] bool dropMoved(const std::vector<std::string>& keys, ui::NodeId node);
+  /// 0 where it has no parent.
+  [[nodiscard]] std::size_t parentCodeLength(data::DtEn& gateway, std::int32_t accountID);
   void addPlaceholder(ui::NodeId node, const NodeKey& key);
   void takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore);
 

@@ -53,6 +53,8 @@ NodeId Tree::takeSlot() {
 }
 
 void Tree::enterKeys() const {
+  if (unentered_.empty()) return;
+  keys_.reserve(keys_.size() + unentered_.size());
   for (const NodeId node : unentered_) keys_.try_emplace(slot(node).key, node);
   unentered_.clear();
 }

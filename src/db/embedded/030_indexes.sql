@@ -4,6 +4,8 @@
 create index ixAccountTree on tblAccount (ifnull(ParentID, -1), Code);
 -- The greatest code among siblings, the siblings of a recoding, the children that a deletion looks for.
 create index ixAccountParent on tblAccount (ParentID, Code);
+-- Which accounts have children, and between which numbers those lie.
+create index ixAccountChildren on tblAccount (ParentID);
 -- A level in the order of its last six characters, for the code proposal, and any other look at one level.
 create index ixAccountLevel on tblAccount (NoLevel, substr(Code, -6) collate nocase);
 -- An account of the same title on a level; accounts by title.

@@ -6,6 +6,11 @@ if not exists (select 1 from sys.indexes where object_id = object_id(N'dbo.tblAc
   create index ixAccountParent on dbo.tblAccount (ParentID, Code);
 GO
 
+-- Which accounts have children, and between which numbers those lie.
+if not exists (select 1 from sys.indexes where object_id = object_id(N'dbo.tblAccount') and name like N'ixAccountChildren%')
+  create index ixAccountChildren on dbo.tblAccount (ParentID, ID);
+GO
+
 -- A level of the chart, for the code proposal and the recoding.
 if not exists (select 1 from sys.indexes where object_id = object_id(N'dbo.tblAccount') and name like N'ixAccountLevel%')
   create index ixAccountLevel on dbo.tblAccount (NoLevel, Code);

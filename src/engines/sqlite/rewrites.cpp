@@ -17,19 +17,20 @@ namespace {
 
 // Memberships.
 
-/// Whether a condition finds its rows by an index: a column, or isnull of one, that equals a literal.
-bool findsRows(const Expression& condition) {
+/// Whether a condition finds the rows of a table by an index: a column that equals a given value, or isnull
+/// of one that equals a literal. For a column SQLite would convert the value of isnull, which its index
+/// isn't.
+bool findsRows(const Expression& condition, std::string_view source) {
   if (condition.kind != Kind::Compare || condition.sign != "=") return false;
-  const auto isKey = [](const Expression& side) {
-    return side.kind == Kind::Column ||
-           (side.kind == Kind::Call && side.name == "isnull" && side.operands.front()->kind == Kind::Column);
-  };
-  const auto isLiteral = [](const Expression& side) {
-    return side.kind == Kind::Number || side.kind == Kind::Text;
+  const auto findsBy = [source](const Expression& key, const Expression& value) {
+    const bool isReplaced = key.kind == Kind::Call && key.name == "isnull";
+    const Expression& column = isReplaced ? *key.operands.front() : key;
+    return column.kind == Kind::Column && !isGiven(column, source) && isGiven(value, source) &&
+           !(isReplaced && value.kind == Kind::Column);
   };
   const Expression& left = *condition.operands[0];
   const Expression& right = *condition.operands[1];
-  return (isKey(left) && isLiteral(right)) || (isKey(right) && isLiteral(left));
+  return findsBy(left, right) || findsBy(right, left);
 }
 
 /// The list of an IN that is one plain select of one column from one table.
@@ -82,8 +83,8 @@ void membershipToLookUp(ExpressionPtr& condition, const Source& source, Tables& 
 void membershipsToLookUps(ExpressionPtr& where, const Source& source, Tables& tables) {
   const auto parts = conjuncts(where);
   for (ExpressionPtr* const part : parts) {
-    const bool found = std::any_of(parts.begin(), parts.end(), [part](ExpressionPtr* other) {
-      return other != part && findsRows(**other);
+    const bool found = std::any_of(parts.begin(), parts.end(), [&](ExpressionPtr* other) {
+      return other != part && findsRows(**other, source.exposedName());
     });
     if (found) membershipToLookUp(*part, source, tables);
   }

@@ -32,15 +32,20 @@ ExpressionPtr existsOf(SelectCore core) {
   return whole;
 }
 
+bool isGiven(const Expression& value, std::string_view source) {
+  if (value.kind == Kind::Number || value.kind == Kind::Text) return true;
+  return value.kind == Kind::Column && !value.qualifier.empty() && !isColumnOf(value, source);
+}
+
 std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source) {
   std::vector<std::string_view> fixed;
   for (const ExpressionPtr* const part : conjuncts(where)) {
     if ((*part)->kind != Kind::Compare || (*part)->sign != "=") continue;
     const Expression* column = (*part)->operands[0].get();
     const Expression* value = (*part)->operands[1].get();
-    if (value->kind != Kind::Number) std::swap(column, value);
-    const bool isOwn = column->qualifier.empty() || text::equalsIgnoringCase(column->qualifier, source);
-    if (value->kind == Kind::Number && column->kind == Kind::Column && isOwn && isNumber(*column))
+    if (!isGiven(*value, source)) std::swap(column, value);
+    if (isGiven(*value, source) && isNumber(*value) && column->kind == Kind::Column &&
+        !isGiven(*column, source) && isNumber(*column))
       fixed.push_back(column->name);
   }
   return fixed;

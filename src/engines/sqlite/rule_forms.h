@@ -34,8 +34,11 @@ using Kind = Expression::Kind;
 [[nodiscard]] bool asksForRows(const Select& exists);
 [[nodiscard]] ExpressionPtr existsOf(SelectCore core);
 
-/// The columns of a table, of numbers, that the conditions hold to one literal each. A bare column is taken
-/// for one of the table.
+/// Whether a value is the same for all rows of the only table of a select: a literal, or a column that its
+/// prefix tells to be of a statement around it.
+[[nodiscard]] bool isGiven(const Expression& value, std::string_view source);
+/// The columns of the only table of a select, of numbers, that the conditions hold to one given number each.
+/// A bare column is taken for one of the table.
 [[nodiscard]] std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source);
 
 }  // namespace ledgertree::engines::sqlite

@@ -17,10 +17,6 @@ constexpr std::size_t kMostNames = 256;
 constexpr const char* kDatabase = "main";
 
 constexpr const char* kColumns = "SELECT name, type FROM pragma_table_xinfo(?1)";
-constexpr const char* kPrimaryKey = "SELECT name FROM pragma_table_xinfo(?1) WHERE pk";
-constexpr const char* kIndexes =
-    "SELECT l.seq, l.\"unique\", i.name FROM pragma_index_list(?1) l, "
-    "pragma_index_info(l.name) i WHERE NOT l.partial ORDER BY l.seq, i.seqno";
 
 std::string cell(sqlite3_stmt* row, int column) {
   const unsigned char* const text = sqlite3_column_text(row, column);
@@ -91,7 +87,7 @@ bool Tables::isLookUp(std::string_view name, std::string_view column,
 }
 
 bool Tables::renew() {
-  if (!probe_) probe_ = prepare("SELECT 1 FROM sqlite_schema LIMIT 1", {});
+  if (!probe_) probe_ = prepare("SELECT 1 FROM sqlite_schema LIMIT 1");
   letGo();
   step(probe_);
   // A step finds the schema changed, and has the statement prepared again.
@@ -120,34 +116,44 @@ const std::vector<Thing>& Tables::kept(ByName<Thing>& things, std::string_view n
 
 std::vector<Tables::Column> Tables::readColumns(const std::string& view) {
   std::vector<Column> found;
-  for (const Query columns = prepare(kColumns, view); step(columns);)
-    found.push_back({cell(columns.get(), 0), typeOfDeclared(cell(columns.get(), 1))});
+  const Query columns = prepare(kColumns);
+  sqlite3_bind_text(columns.get(), 1, view.c_str(), -1, SQLITE_TRANSIENT);
+  while (step(columns)) found.push_back({cell(columns.get(), 0), typeOfDeclared(cell(columns.get(), 1))});
   return found;
 }
 
 std::vector<Tables::Index> Tables::readIndexes(const std::string& table) {
   std::vector<Index> found;
+  if (!isTable(table)) return found;
   std::vector<std::string> key;
-  for (const Query columns = prepare(kPrimaryKey, table); step(columns);)
-    key.push_back(cell(columns.get(), 0));
+  for (const Query columns = ask("table_xinfo", table); step(columns);)
+    if (sqlite3_column_int(columns.get(), 5) != 0) key.push_back(cell(columns.get(), 1));
   // A key of one column may have no index beside the table itself; a longer one always has.
   if (key.size() == 1) found.push_back({std::move(key), true});
-  int last = -1;
-  for (const Query indexes = prepare(kIndexes, table); step(indexes);) {
-    const int index = sqlite3_column_int(indexes.get(), 0);
-    if (index != last) found.push_back({{}, sqlite3_column_int(indexes.get(), 1) != 0});
-    last = index;
-    found.back().columns.push_back(cell(indexes.get(), 2));
+  for (const Query indexes = ask("index_list", table); step(indexes);) {
+    const bool isPartial = sqlite3_column_int(indexes.get(), 4) != 0;
+    if (isPartial) continue;
+    Index& index = found.emplace_back();
+    index.isUnique = sqlite3_column_int(indexes.get(), 2) != 0;
+    for (const Query columns = ask("index_info", cell(indexes.get(), 1)); step(columns);)
+      index.columns.push_back(cell(columns.get(), 2));
   }
   return found;
 }
 
-Tables::Query Tables::prepare(const char* sql, std::string_view name) {
+/// The pragma itself: as the table that SQLite makes of it, it takes several times as long, at the first
+/// statement of a period on every connection.
+Tables::Query Tables::ask(const char* pragma, const std::string& name) {
+  const std::unique_ptr<char, decltype(&sqlite3_free)> sql(
+      sqlite3_mprintf("PRAGMA %s.%s(%Q)", kDatabase, pragma, name.c_str()), sqlite3_free);
+  return prepare(sql.get());
+}
+
+Tables::Query Tables::prepare(const char* sql) {
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v2(database_, sql, -1, &prepared, nullptr);
   Query query(prepared);
   if (result != SQLITE_OK) throw lastError(database_, sql);
-  sqlite3_bind_text64(prepared, 1, name.data(), name.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
   return query;
 }
 

@@ -60,7 +60,8 @@ class Tables final : public tsql::Columns {
                                  std::vector<Thing> (Tables::*read)(const std::string& name));
   std::vector<Column> readColumns(const std::string& view);
   std::vector<Index> readIndexes(const std::string& table);
-  Query prepare(const char* sql, std::string_view name);
+  Query ask(const char* pragma, const std::string& name);
+  Query prepare(const char* sql);
   bool step(const Query& query);
 
   sqlite3* database_;

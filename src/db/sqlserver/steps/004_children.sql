@@ -1,0 +1,1 @@
+-- Nothing to do: 030_indexes.sql makes the index that is missing.
