@@ -70,10 +70,11 @@ std::optional<Answer> MainConnection::answer(const Command& command) {
   };
   for (Ahead* const block : ahead_)
     if (auto* const asked = block->find(command, Ahead::State::Answered)) return give(*asked);
-  for (auto block = ahead_.rbegin(); block != ahead_.rend(); ++block) {
-    auto* const asked = (*block)->find(command, Ahead::State::Waiting);
+  // The outer blocks know more of what comes.
+  for (Ahead* const block : ahead_) {
+    auto* const asked = block->find(command, Ahead::State::Waiting);
     if (asked == nullptr) continue;
-    (*block)->send(*asked);
+    block->send(*asked);
     return give(*asked);
   }
   return std::nullopt;

@@ -1,8 +1,12 @@
 #include "mainform/form/secondary_screens.h"
 
+#include <utility>
+#include <vector>
+
 #include "batch/account_batch.h"
 #include "batch/hand_over.h"
 #include "coding/recoding/auto_codding.h"
+#include "data/ahead.h"
 #include "entities/rel_classes.h"
 
 namespace ledgertree::mainform {
@@ -41,6 +45,11 @@ std::int32_t SecondaryScreens::accountToWorkOn() const {
 void SecondaryScreens::recode() {
   if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
   coding::showAutoCodding(shell_);
+  const auto gateway = shell_.dtEn();
+  std::vector<data::Command> questions;
+  screen_.sltAccount.addQuestion(screen_.accountID(), questions);
+  for (data::Command& question : tree_.questionsOfRefresh()) questions.push_back(std::move(question));
+  const data::Ahead ahead(gateway->cnMainData, std::move(questions));
   screen_.sltAccount.setAccountID(screen_.accountID());
   // The ID outlives its account behind a deletion: nothing is on the screen then.
   if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
