@@ -70,14 +70,18 @@ class frmAccountRelClasses::Statements {
       return Outcome::Done;
     } catch (const data::DataError& failure) {
       cameLate_ = failure.cameLate();
-      return failure.reason() == data::DataError::Reason::Constraint ? Outcome::Refused : Outcome::Failed;
+      if (failure.reason() == data::DataError::Reason::Constraint) return Outcome::Refused;
+      anyFailed_ = true;
+      return Outcome::Failed;
     }
   }
   bool done(const std::string& statement) { return run(statement) == Outcome::Done; }
+  [[nodiscard]] bool anyFailed() const { return anyFailed_; }
 
  private:
   data::RecordHandle& handle_;
   bool cameLate_ = false;
+  bool anyFailed_ = false;
 };
 
 frmAccountRelClasses::frmAccountRelClasses(shell::Shell& shell)
@@ -96,7 +100,8 @@ frmAccountRelClasses::frmAccountRelClasses(shell::Shell& shell)
       cmdOk(*this, "cmdOk", {1530, 4680, 1290, 405}, "ثبت"),
       cmdCancel(*this, "cmdCancel", {150, 4680, 1290, 405}, "خروج"),
       Timer1(*this, "Timer1", 30ms),
-      shell_(shell) {
+      shell_(shell),
+      read_(shell) {
   shell_.chooseKeyboardLayout();
   bindSelectors();
   dressControls();
@@ -164,14 +169,22 @@ void frmAccountRelClasses::open(std::int32_t accountID) {
 }
 
 void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
-  const auto gateway = shell_.dtEn();
   lstClasses.clearItems();
   rows_.clear();
   left_.clear();
-  const auto addLine = [this](const std::string& level, const std::string& name, std::int32_t classID) {
+  shell::RowsAsRead::Rows read;
+  readClasses(accountID, [&](const std::string& level, const std::string& name, std::int32_t classID) {
     rows_.emplace_back(level);
     lstClasses.addItem(itemText(level, name), classID);
-  };
+    read[keyOf({.classID = classID, .level = level})] = itemText(level, name);
+  });
+  read_.keep(std::move(read));
+}
+
+void frmAccountRelClasses::readClasses(
+    std::int32_t accountID,
+    const std::function<void(const std::string&, const std::string&, std::int32_t)>& visit) {
+  const auto gateway = shell_.dtEn();
   {
     const data::OpenRows classes(
         gateway->rssqlAccCostCenter,
@@ -179,8 +192,8 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
         "tblAccountClass , tblAccountRelatedClasses Where ID=ClassID and AccountID=" +
             std::to_string(accountID) + " Order by Sequence");
     for (; !classes->Eof(); classes->MoveNext())
-      addLine(classes->Fields("Sequence").toText(), classes->Fields("Name").toText(),
-              classes->Fields("ID").toInt32());
+      visit(classes->Fields("Sequence").toText(), classes->Fields("Name").toText(),
+            classes->Fields("ID").toInt32());
   }
   // A class that is gone has its line too: what no line shows leaves the account with the next save.
   const data::OpenRows gone(
@@ -190,8 +203,30 @@ void frmAccountRelClasses::fillRelClasses(std::int32_t accountID) {
           "x.ID=tblAccountRelatedClasses.ClassID) Order by Sequence");
   for (; !gone->Eof(); gone->MoveNext()) {
     const std::int32_t classID = gone->Fields("ClassID").toInt32();
-    addLine(gone->Fields("Sequence").toText(), shell::unlistedText(classID), classID);
+    visit(gone->Fields("Sequence").toText(), shell::unlistedText(classID), classID);
   }
+}
+
+shell::RowsAsRead::Rows frmAccountRelClasses::storedClasses(std::int32_t accountID) {
+  shell::RowsAsRead::Rows stored;
+  readClasses(accountID, [&](const std::string& level, const std::string& name, std::int32_t classID) {
+    stored[keyOf({.classID = classID, .level = level})] = itemText(level, name);
+  });
+  return stored;
+}
+
+void frmAccountRelClasses::tellWhatCameBetween(std::int32_t accountID) {
+  using Meant = shell::RowsAsRead::Meant;
+  shell::RowsAsRead::Rows written;
+  for (std::size_t line = 0; line < rows_.size(); ++line)
+    written[keyOf(shown(line))] = lstClasses.items()[line].text;
+  // Where the reading fails nothing is known of what is stored.
+  read_.forget();
+  shell::RowsAsRead::Rows now = storedClasses(accountID);
+  read_.keep(written);
+  read_.tellBehind(std::move(now), [&](const std::string& key) {
+    return written.contains(key) ? Meant::There : Meant::Gone;
+  });
 }
 
 void frmAccountRelClasses::add() {
@@ -261,9 +296,12 @@ void frmAccountRelClasses::save() {
                            "اين فاصله برطرف شود.");
     return;
   }
-  writeClasses(accountID);
+  if (!read_.mayWrite(storedClasses(accountID))) return;
+  const bool all = writeClasses(accountID);
+  if (!all) read_.forget();
   shell_.showErrorNotice("اتمام عمليات", "عمليات ثبت با موفقيت انجام شد.");
   saved_ = true;
+  if (all) tellWhatCameBetween(accountID);
 }
 
 bool frmAccountRelClasses::repeatsClass() const {
@@ -289,7 +327,7 @@ frmAccountRelClasses::Row frmAccountRelClasses::shown(std::size_t line) const {
 /// Updates or inserts each line, then deletes the classes that left the list. An update finds a row by its
 /// class, and would bring those of a class on several levels to one: where there is such a class, the rows
 /// are moved one by one ahead of it.
-void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
+bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
   Statements statements(*gateway);
@@ -316,6 +354,7 @@ void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   }
   statements.run("Delete tblAccountRelatedClasses Where AccountID = " + account + " and ClassID not in " +
                  classes);
+  return !statements.anyFailed();
 }
 
 /// The row that the line shows is there. One that it stood for before, and that couldn't be moved, goes with

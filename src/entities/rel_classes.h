@@ -2,11 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "shell/lookup/selector.h"
+#include "shell/rows_as_read.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
@@ -70,9 +72,18 @@ class frmAccountRelClasses : public ui::Form {
     std::string level;
   };
   class Statements;
+  [[nodiscard]] static std::string keyOf(const Row& row) {
+    return row.level + ":" + std::to_string(row.classID);
+  }
   [[nodiscard]] Row shown(std::size_t line) const;
   [[nodiscard]] std::optional<std::string> takeRowThatLeft(std::int32_t classID, const std::string& level);
-  void writeClasses(std::int32_t accountID);
+  /// False where the database failed one of the statements.
+  [[nodiscard]] bool writeClasses(std::int32_t accountID);
+  /// Visits the stored classes: level, name, ID.
+  void readClasses(std::int32_t accountID,
+                   const std::function<void(const std::string&, const std::string&, std::int32_t)>& visit);
+  [[nodiscard]] shell::RowsAsRead::Rows storedClasses(std::int32_t accountID);
+  void tellWhatCameBetween(std::int32_t accountID);
   void deleteRowsThatLeft(Statements& statements, const std::string& account);
   void moveRows(Statements& statements, const std::string& account);
   void standsFor(std::size_t line, const Row& row);
@@ -80,6 +91,7 @@ class frmAccountRelClasses : public ui::Form {
   [[nodiscard]] bool isTaken(const Row& row) const;
 
   shell::Shell& shell_;
+  shell::RowsAsRead read_;
   /// The level of the row that each line of the list stands for; nothing for a line that has none yet.
   std::vector<std::optional<std::string>> rows_;
   /// The rows whose lines left the list.

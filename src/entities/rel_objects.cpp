@@ -49,6 +49,8 @@ constexpr const char* kNotRead =
     "موجوديتهاي اين نوع به طور کامل خوانده نشده اند. نوع موجوديت را دوباره انتخاب کنيد.";
 constexpr const char* kNoPlainView =
     "نام نماي موجوديتهاي اين نوع معتبر نيست. نام نما را در تعريف نوع موجوديت اصلاح کنيد.";
+/// Stands for all objects among the keys of those that are stored.
+constexpr const char* kAll = "all";
 constexpr const char* kNoClass = "نوع موجوديت انتخاب نشده است. ابتدا يک نوع موجوديت را انتخاب کنيد.";
 constexpr const char* kNoNodeSelected = "ابتدا يکي از گره هاي درخت را انتخاب کنيد.";
 constexpr const char* kHintText =
@@ -78,7 +80,8 @@ frmAccountRelObjects::frmAccountRelObjects(shell::Shell& shell)
       cmdCancel(*this, "cmdCancel", kCancel, "خروج"),
       progressBar(*this, "ProgressBar", kProgress),
       shell_(shell),
-      objects_(treeObjects, shell) {
+      objects_(treeObjects, shell),
+      read_(shell) {
   setResizable(true);
   shell_.chooseKeyboardLayout();
   bindSelector();
@@ -208,6 +211,7 @@ void frmAccountRelObjects::readClass() {
   const auto gateway = shell_.dtEn();
   const bool all = includesAllObjects(*gateway);
   curViewMajor_ = viewMajor(*gateway);
+  read_.keep(storedObjects(all));
   chkAllObjects.setValue(all ? 1 : 0);
   chkAllObjects.setEnabled(true);
   enableObjects();
@@ -266,11 +270,43 @@ void frmAccountRelObjects::save() {
     return;
   }
   const std::int32_t accountID = sltAccount.SelectedID();
+  const auto gateway = shell_.dtEn();
+  if (!read_.mayWrite(storedObjects(includesAllObjects(*gateway)))) return;
+  // Until all of it is written nothing is known of what is stored.
+  read_.forget();
   writeIncludeAllObjects();
   const std::size_t written = saveRelObjects(accountID, curClassID_);
   if (!all && written == 0) shell_.showErrorNotice("اشكال", "هيچ مورد انتخاب شده يافت نشد!");
   shell_.showErrorNotice("اطلاع", "عمل ثبت انجام شد.");
   saved_ = true;
+  tellWhatCameBetween();
+}
+
+shell::RowsAsRead::Rows frmAccountRelObjects::storedObjects(bool all) {
+  const auto gateway = shell_.dtEn();
+  shell::RowsAsRead::Rows stored = shell::RowsAsRead::rowsOf(
+      gateway->rssqlTarvoBasePath,
+      "Select ObjectID from tblAccountRelatedClassesDetail Where AccountID = " +
+          std::to_string(sltAccount.SelectedID()) + " and ClassID = " + std::to_string(curClassID_),
+      "ObjectID", "ObjectID");
+  if (all) stored[kAll] = chkAllObjects.caption();
+  return stored;
+}
+
+void frmAccountRelObjects::tellWhatCameBetween() {
+  using Meant = shell::RowsAsRead::Meant;
+  shell::RowsAsRead::Rows written;
+  if (chkAllObjects.value() == 1) {
+    written[kAll] = chkAllObjects.caption();
+  } else {
+    for (const std::string& object : objects_.chosenObjects()) written[object] = object;
+  }
+  const auto gateway = shell_.dtEn();
+  shell::RowsAsRead::Rows now = storedObjects(includesAllObjects(*gateway));
+  read_.keep(written);
+  read_.tellBehind(std::move(now), [&](const std::string& key) {
+    return written.contains(key) ? Meant::There : Meant::Gone;
+  });
 }
 
 void frmAccountRelObjects::writeIncludeAllObjects() {

@@ -5,6 +5,7 @@
 
 #include "entities/object_tree.h"
 #include "shell/lookup/selector.h"
+#include "shell/rows_as_read.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
@@ -66,12 +67,16 @@ class frmAccountRelObjects : public ui::Form {
   void unmarkBranches();
 
   void save();
+  /// The stored objects of the chosen class, and whether all of them count.
+  [[nodiscard]] shell::RowsAsRead::Rows storedObjects(bool all);
+  void tellWhatCameBetween();
   void writeIncludeAllObjects();
   /// Rewrites the rows of the chosen objects; gives how many there are now.
   std::size_t saveRelObjects(std::int32_t accountID, std::int32_t classID);
 
   shell::Shell& shell_;
   ObjectTree objects_;
+  shell::RowsAsRead read_;
   /// The class chosen last, and the view of its objects.
   std::int32_t curClassID_ = -1;
   std::string curViewMajor_;

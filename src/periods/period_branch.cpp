@@ -15,6 +15,8 @@ constexpr ui::Size kSize{7800, 5280};
 
 enum Column { kNumber, kName, kPeriodID };
 
+using Meant = shell::RowsAsRead::Meant;
+
 /// The documents that forbid hiding an account, but for the condition on their period.
 std::string documentsOf(const std::string& account) {
   return "select d.ID "
@@ -29,6 +31,17 @@ std::string documentsOf(const std::string& account, const std::string& period) {
          " and (exists(select p.* from tblAccountPeriod p where d.FarsiDocumentDate between p.FarsiBeginDate"
          " and p.FarsiEndDate and p.ID=" +
          period + ") or -1=" + period + ")";
+}
+
+std::string periodsOf(std::int32_t accountID) {
+  return "select *,(select x.Name from vwAccountPeriodMajor x Where x.ID=PeriodID) as PeriodName"
+         " from tblAccountPeriodAccount Where AccountID=" +
+         std::to_string(accountID);
+}
+
+/// Whether a command on one period, or on all (-1), is about a period.
+std::function<bool(const std::string&)> about(const std::string& period) {
+  return [period](const std::string& one) { return period == "-1" || one == period; };
 }
 
 std::string documentsOfAnyPeriod(const std::string& account) {
@@ -53,7 +66,8 @@ FormPeriodBranch::FormPeriodBranch(shell::Shell& shell)
       cmdDeleteRows(*this, "cmdDeleteRows", {5025, 4665, 2550, 405}, "حذف رديفهاي انتخاب شده"),
       cmdDeleteAllRows(*this, "cmdDeleteAllRows", {2925, 4665, 1950, 405}, "حذف همه رديفها"),
       cmdExit(*this, "cmdExit", {225, 4665, 1500, 405}, "خروج"),
-      shell_(shell) {
+      shell_(shell),
+      read_(shell) {
   loadControls();
 }
 
@@ -110,18 +124,34 @@ void FormPeriodBranch::setCommandsInReach(bool inReach) {
   }
 }
 
-void FormPeriodBranch::refreshPeriodGrid(std::int32_t accountID) {
+void FormPeriodBranch::refreshPeriodGrid(std::int32_t accountID) { read_.keep(showPeriods(accountID)); }
+
+shell::RowsAsRead::Rows FormPeriodBranch::showPeriods(std::int32_t accountID) {
   flxPeriodBranch.clearRows();
+  // Where the reading fails nothing is known of what is stored.
+  read_.forget();
   const auto gateway = shell_.dtEn();
-  for (const data::OpenRows periods(
-           gateway->rssqlAccCostCenter,
-           "select *,(select x.Name from vwAccountPeriodMajor x Where x.ID=PeriodID) as PeriodName"
-           " from tblAccountPeriodAccount Where AccountID=" +
-               std::to_string(accountID));
-       !periods->Eof(); periods->MoveNext()) {
-    flxPeriodBranch.addRow({std::to_string(flxPeriodBranch.rowCount() + 1),
-                            periods->Fields("PeriodName").toText(), periods->Fields("PeriodID").toText()});
+  shell::RowsAsRead::Rows shown;
+  for (const data::OpenRows periods(gateway->rssqlAccCostCenter, periodsOf(accountID)); !periods->Eof();
+       periods->MoveNext()) {
+    const std::string period = periods->Fields("PeriodID").toText();
+    shown[period] = periods->Fields("PeriodName").toText();
+    flxPeriodBranch.addRow({std::to_string(flxPeriodBranch.rowCount() + 1), shown[period], period});
   }
+  return shown;
+}
+
+shell::RowsAsRead::Rows FormPeriodBranch::storedPeriods(std::int32_t accountID) {
+  const auto gateway = shell_.dtEn();
+  return shell::RowsAsRead::rowsOf(gateway->rssqlAccCostCenter, periodsOf(accountID), "PeriodID",
+                                   "PeriodName");
+}
+
+bool FormPeriodBranch::mayWrite() {
+  const std::int32_t accountID = sltAccount.SelectedID();
+  if (read_.mayWrite(storedPeriods(accountID))) return true;
+  refreshPeriodGrid(accountID);
+  return false;
 }
 
 std::vector<FormPeriodBranch::Period> FormPeriodBranch::selectedPeriods() const {
@@ -150,7 +180,7 @@ bool FormPeriodBranch::periodsAreClear() {
 }
 
 void FormPeriodBranch::addToPeriods() {
-  if (!periodsAreClear()) return;
+  if (!periodsAreClear() || !mayWrite()) return;
   const auto gateway = shell_.dtEn();
   const std::string account = std::to_string(sltAccount.SelectedID());
   const std::string period = std::to_string(sltPeriod.SelectedID());
@@ -166,7 +196,7 @@ void FormPeriodBranch::addToPeriods() {
               " and not exists(select x.* from tblAccountPeriodAccount x"
               " where x.PeriodID=tblAccountPeriod.ID and x.AccountID=" +
               account + "))");
-  written();
+  written(about(period), Meant::Unknown);
 }
 
 void FormPeriodBranch::hideFromPeriods() {
@@ -182,31 +212,41 @@ void FormPeriodBranch::hideFromPeriods() {
     sltPeriod.focus();
     return;
   }
+  if (!mayWrite()) return;
   execute(shell_, *gateway,
           "delete tblAccountPeriodAccount Where AccountID=" + account + " and (PeriodID=" + period +
               " or -1=" + period + ")");
-  written();
+  written(about(period), Meant::Gone);
 }
 
 void FormPeriodBranch::hideSelectedRows() {
   if (flxPeriodBranch.rowCount() < 1) return;
   if (!confirms(shell_, "پرسش براي حذف", "آيا براي پنهان کردن رديف(هاي) انتخابي مطمئن هستيد؟")) return;
+  const std::vector<Period> selected = selectedPeriods();
+  if (!mayWrite()) return;
   const auto gateway = shell_.dtEn();
   const std::int32_t accountID = sltAccount.SelectedID();
   try {
-    for (const Period& period : selectedPeriods()) {
+    for (const Period& period : selected) {
       hideFromPeriod(*gateway, std::to_string(accountID), period);
     }
   } catch (const data::DataError& failure) {
     refreshAfterFailure(accountID, failure);
     throw;
   }
-  written();
+  // One of them may have stayed for its documents, which was told.
+  written(
+      [&selected](const std::string& period) {
+        return std::any_of(selected.begin(), selected.end(),
+                           [&](const Period& one) { return std::to_string(one.id) == period; });
+      },
+      Meant::Unknown);
 }
 
 void FormPeriodBranch::refreshAfterFailure(std::int32_t accountID, const data::DataError& failure) {
   // The rows ahead of the failing one are hidden, and may not stay in the grid. What the person hears of is
   // that failure: a second one leaves the grid empty, which shows nothing that isn't so.
+  read_.forget();
   if (failure.cameLate()) return flxPeriodBranch.clearRows();
   try {
     refreshPeriodGrid(accountID);
@@ -241,14 +281,20 @@ void FormPeriodBranch::hideAllRows() {
     sltPeriod.focus();
     return;
   }
+  if (!mayWrite()) return;
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where AccountID=" + account);
-  written();
+  written(about("-1"), Meant::Gone);
 }
 
-void FormPeriodBranch::written() {
+void FormPeriodBranch::written(const std::function<bool(const std::string& period)>& about,
+                               shell::RowsAsRead::Meant left) {
   // Ahead of the reading: where that fails, the caller still hears of the change.
   ChangedFlag = true;
-  refreshPeriodGrid(sltAccount.SelectedID());
+  shell::RowsAsRead behind = read_;
+  shell::RowsAsRead::Rows now = showPeriods(sltAccount.SelectedID());
+  read_.keep(now);
+  behind.tellBehind(std::move(now),
+                    [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
 }
 
 }  // namespace ledgertree::periods

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "data/data_error.h"
 #include "data/dten.h"
 #include "shell/lookup/selector.h"
+#include "shell/rows_as_read.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
@@ -59,6 +61,8 @@ class FormPeriodBranch : public ui::Form {
   void loadControls();
   void setCommandsInReach(bool inReach);
   void refreshPeriodGrid(std::int32_t accountID);
+  /// Reads the periods of the account into the grid, and gives them.
+  shell::RowsAsRead::Rows showPeriods(std::int32_t accountID);
   void refreshAfterFailure(std::int32_t accountID, const data::DataError& failure);
   [[nodiscard]] std::vector<Period> selectedPeriods() const;
   /// A period is chosen, or the person means all of them.
@@ -70,9 +74,15 @@ class FormPeriodBranch : public ui::Form {
   void hideAllRows();
   /// Hides the account from one period, or tells what stands in the way.
   void hideFromPeriod(data::DtEn& gateway, const std::string& account, const Period& period);
-  void written();
+  [[nodiscard]] shell::RowsAsRead::Rows storedPeriods(std::int32_t accountID);
+  /// Whether the periods of the account are what the grid shows, or the person goes on all the same.
+  [[nodiscard]] bool mayWrite();
+  /// Shows the grid anew, and tells what somebody else did in between. `left` is what the command was to
+  /// leave of the periods that it was about.
+  void written(const std::function<bool(const std::string& period)>& about, shell::RowsAsRead::Meant left);
 
   shell::Shell& shell_;
+  shell::RowsAsRead read_;
 };
 
 }  // namespace ledgertree::periods

@@ -51,6 +51,8 @@ TEST_F(TwoPeople, ASaveThatMeetsAnothersChangeShowsBothAndSavesWhatIsDecided) {
   go("two people at one account");
 }
 
+constexpr int kBlocks = 8;
+
 /// Two accountants at two screens of their own, who take turns before each command.
 class Accountant {
  public:
@@ -267,11 +269,12 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
 TEST_P(Interleavings, LoseNoValueThatNobodyWasToldOf) {
   hire();
   const int count = amountOfWork("LEDGERTREE_INTERLEAVINGS", onServer() ? 8 : 400, onServer() ? 80 : 10000);
-  for (int seed = GetParam(); seed < count && !HasFailure(); seed += 4) run(static_cast<unsigned>(seed));
+  for (int seed = GetParam(); seed < count && !HasFailure(); seed += kBlocks)
+    run(static_cast<unsigned>(seed));
   EXPECT_TRUE(onServer() || meetings_ > 0) << "two people never met";
 }
 
-INSTANTIATE_TEST_SUITE_P(Blocks, Interleavings, ::testing::Range(0, 4));
+INSTANTIATE_TEST_SUITE_P(Blocks, Interleavings, ::testing::Range(0, kBlocks));
 
 }  // namespace
 }  // namespace ledgertree::testing

@@ -68,6 +68,26 @@ TEST_F(RelClasses, WhatTheListShowsIsStoredAndEachRowKeepsHowItsObjectsCount) {
   }
 }
 
+TEST_F(RelClasses, WhatSomebodyElseDidToTheListIsToldAheadAndBehind) {
+  related("(10, 1, 1, 0)");
+  classesOf(10, [&](frmAccountRelClasses& form) {
+    add(form, "پروژه", 2);
+    given("insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (10, 3, 1)");
+    static_cast<void>(stored());
+    EXPECT_NE(toldBy(form.cmdOk).find("آن را تغيير داده است: افزوده شده «1#30_بانکها»"), std::string::npos);
+    EXPECT_EQ(stored(), "");
+    faults.onAnswer = [&](const std::string& command, const auto&) {
+      if (command.starts_with("Delete"))
+        database.execute("delete from tblAccountRelatedClasses where ClassID = 2 and AccountID = 10");
+    };
+    const std::string told = toldBy(form.cmdOk);
+    EXPECT_TRUE(told.starts_with(kSaved)) << "what was told counts as read: " << told;
+    EXPECT_NE(told.find("تغيير داد: برداشته شده «2#_پروژه ها»"), std::string::npos) << told;
+    EXPECT_EQ(stored(), "classes: -10|3|1|null");
+    faults.onAnswer = nullptr;
+  });
+}
+
 TEST_F(RelClasses, OneWaitForALockIsEnough) {
   related("(10, 1, 1, 0)");
   classesOf(10, [&](frmAccountRelClasses& form) {
@@ -75,7 +95,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     add(form, "بانک", 2);
     int waited = 0;
     faults.onCommand = [&](const std::string& command) {
-      if (command.find("RelatedClasses") == std::string::npos) return;
+      if (command.starts_with("Select") || command.find("RelatedClasses") == std::string::npos) return;
       ++waited;
       EXPECT_EQ(desktop.pointer, ui::Pointer::Hourglass);
       throw data::DataError(data::DataError::Reason::Busy, 5, "locked");

@@ -146,6 +146,22 @@ TEST_F(PeriodBranchTest, EveryFailureLeavesTheScreenAndTheDataInOrder) {
   }
 }
 
+TEST_F(PeriodBranchTest, WhatSomebodyElseDidToTheListIsToldAheadAndBehind) {
+  members("(21,1)");
+  EXPECT_TRUE(show(21, [&](FormPeriodBranch& screen) {
+    given("insert into tblAccountPeriodAccount (AccountID, PeriodID) values (21, 2)");
+    EXPECT_NE(toldBy(screen.cmdDeleteAllRows).find("داده است: افزوده شده «سال 1404»"), std::string::npos);
+    EXPECT_EQ(screen.flxPeriodBranch.rowCount(), 3) << "nothing was hidden, and the grid shows it";
+    faults.onAnswer = [&](const std::string& command, const auto&) {
+      if (command.starts_with("delete"))
+        database.execute("insert into tblAccountPeriodAccount (AccountID, PeriodID) values (21, 3)");
+    };
+    EXPECT_NE(toldBy(screen.cmdDeleteAllRows).find("تغيير داد: افزوده شده «سال 1405»"), std::string::npos);
+    faults.onAnswer = nullptr;
+    static_cast<void>(moves());
+  }));
+}
+
 TEST_F(PeriodBranchTest, AFailureAheadOfTheShowingGoesToTheCaller) {
   faults.failWhere("PeriodName");
   EXPECT_THROW(static_cast<void>(screens.ShowPeriodBranch(21)), data::DataError);
