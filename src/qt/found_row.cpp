@@ -81,8 +81,8 @@ void FoundRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   initStyleOption(&item, index);
   const QStyle& style = item.widget != nullptr ? *item.widget->style() : *QApplication::style();
   const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &item, item.widget) + 1;
-  const QRect room = style.subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
-                         .adjusted(margin, 0, -margin, 0);
+  const QRect room =
+      style.subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget).adjusted(margin, 0, -margin, 0);
   QFont bold(item.font);
   bold.setBold(true);
   const QString text = QFontMetrics(bold).elidedText(item.text, Qt::ElideRight, room.width());

@@ -16,7 +16,8 @@ enum FoundRowRole {
 /// The first unit of each stretch and the one behind it.
 using Stretches = QList<QPair<qsizetype, qsizetype>>;
 
-/// Draws a cell of a look-up's list: what was typed is bold, and where the row belongs stands behind it in grey.
+/// Draws a cell of a look-up's list: what was typed is bold, and where the row belongs stands behind it in
+/// grey.
 class FoundRowDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

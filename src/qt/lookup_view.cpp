@@ -38,8 +38,8 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
   const auto row = static_cast<std::size_t>(index.row());
   if (row >= shown_.size() || row >= field_->rows().size())
     return index.column() != kText || role >= kTypedRole ? QString()
-           : searching_            ? QStringLiteral("...")
-                                   : QString::fromUtf8("موردي پيدا نشد");
+           : searching_                                  ? QStringLiteral("...")
+                                                         : QString::fromUtf8("موردي پيدا نشد");
   const ui::LookupRow& found = field_->rows()[row];
   if (role == kPlaceRole) return index.column() == kText ? toQt(found.place) : QString();
   const std::string& cell = index.column() == kCode ? found.code : found.text;
@@ -152,7 +152,9 @@ void LookupPopup::place() {
   constexpr int kLeastWidthInLetters = 36;
   const int line = list_->sizeHintForRow(0) > 0 ? list_->sizeHintForRow(0) : fontMetrics().height() + 4;
   const int rows = std::clamp(list_->model()->rowCount(), 1, kMostRows);
-  const auto heightOf = [](const QLabel& label) { return label.text().isEmpty() ? 0 : label.sizeHint().height(); };
+  const auto heightOf = [](const QLabel& label) {
+    return label.text().isEmpty() ? 0 : label.sizeHint().height();
+  };
   const int height = rows * line + 4 + heightOf(*title_) + heightOf(*count_);
   const int width = std::max(line_.width(), fontMetrics().averageCharWidth() * kLeastWidthInLetters);
   const QRect below(line_.mapToGlobal(QPoint(0, line_.height())), QSize(line_.width(), 0));

@@ -102,7 +102,8 @@ void LookupField::showPlaces(const std::vector<LookupRow>& places) {
 
 std::string LookupField::count() const {
   if (typed_.words.empty() || stale_ || searching_ || highlighted_ < 0) return {};
-  return std::to_string(highlighted_ + 1) + " از " + (hasMore_ ? "بيش از " : "") + std::to_string(rows_.size());
+  return std::to_string(highlighted_ + 1) + " از " + (hasMore_ ? "بيش از " : "") +
+         std::to_string(rows_.size());
 }
 
 void LookupField::highlight(int index) {

@@ -62,7 +62,8 @@ class LookupField : public Control {
   [[nodiscard]] std::vector<text::Stretch> typedIn(std::string_view text) const {
     return text::stretchesOf(typed_, text);
   }
-  /// The highlighted row among the hits, "12 از 340"; empty while they are sought, and where nothing is typed.
+  /// The highlighted row among the hits, "12 از 340"; empty while they are sought, and where nothing is
+  /// typed.
   [[nodiscard]] std::string count() const;
 
   // A person. Each does nothing while the field isn't active.

@@ -69,7 +69,8 @@ TEST_F(Searches, TellTheParentsOfTheAccountsFound) {
   database.execute(
       "update tblAccount set ParentID = 3 where ID = 4; update tblAccount set ParentID = 1 where ID = 3");
   std::string told;
-  for (const auto& [id, text, code, listed, place] : shell::LookupReader::parentsOf(*connection, {1, 3, 4, 99}))
+  for (const auto& [id, text, code, listed, place] :
+       shell::LookupReader::parentsOf(*connection, {1, 3, 4, 99}))
     told += std::to_string(id) + ": " + text + "|";
   EXPECT_EQ(told, joiners("3: بانك ملي|4: حساب~هاي جاري / بانك ملي|"));
 }

@@ -73,7 +73,8 @@ std::vector<ui::LookupRow> LookupReader::parentsOf(data::Connection& connection,
   std::string ids;
   for (const std::int32_t id : accounts) ids += (ids.empty() ? "" : ",") + std::to_string(id);
   const auto rows = connection.run(
-      "Select p.ChildID, a.Title From tblAccountParent p inner join tblAccount a on a.ID = p.ID Where p.ChildID "
+      "Select p.ChildID, a.Title From tblAccountParent p inner join tblAccount a on a.ID = p.ID Where "
+      "p.ChildID "
       "in (" +
       ids + ") Order by a.NoLevel desc");
   std::map<std::int32_t, std::string> parents;

@@ -37,9 +37,9 @@ struct LookupSearch::Run {
   LookupSearch* search = nullptr;
   std::string text;
   std::string continuation;
-  std::size_t found = 0;  ///< rows of the present page
-  bool shown = false;     ///< the list has rows of this search
-  bool waiting = false;   ///< an answer is under way
+  std::size_t found = 0;                 ///< rows of the present page
+  bool shown = false;                    ///< the list has rows of this search
+  bool waiting = false;                  ///< an answer is under way
   std::vector<std::int32_t> parentless;  ///< hits whose parents aren't told yet
   /// Given up for a newer search; a thread asks it.
   std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
@@ -188,16 +188,16 @@ void LookupSearch::askParents(const std::shared_ptr<Run>& run) {
   }
 }
 
-void LookupSearch::ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered answered) {
+void LookupSearch::ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken) {
   if (!thread_) thread_.emplace(shell_.background, [this] { return shell_.providers.open(connectionText_); });
   question.slice = {};
   question.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
-  thread_->ask(std::move(question), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run), answered](
+  thread_->ask(std::move(question), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run), taken](
                                         LookupAnswer answer, const std::exception_ptr& failure) {
     auto kept = std::make_shared<LookupAnswer>(std::move(answer));
-    desktop.whenIdle([asking, kept, failure, answered] {
+    desktop.whenIdle([asking, kept, failure, taken] {
       const auto asker = asking.lock();
-      if (asker) (asker->search->*answered)(*asker, std::move(*kept), failure);
+      if (asker) (asker->search->*taken)(*asker, std::move(*kept), failure);
     });
   });
 }

@@ -59,8 +59,8 @@ class LookupSearch {
   void setView(std::string view);
   /// Rows come by Name, or, from a view that has one, by Code.
   void setOrder(data::SearchOrder order) { order_ = order; }
-  /// The rows are accounts: once the hits of a text are there and the list rests, one more question tells their
-  /// parents. What fails then isn't told; the hits stand without them.
+  /// The rows are accounts: once the hits of a text are there and the list rests, one more question tells
+  /// their parents. What fails then isn't told; the hits stand without them.
   void tellParents(ShowPlaces tell) { showPlaces_ = std::move(tell); }
   /// Closes the connection and ends the search.
   void close();
@@ -97,9 +97,9 @@ class LookupSearch {
   [[nodiscard]] LookupQuestion question(const Run& run) const;
   void advance(const std::shared_ptr<Run>& run);
   void askParents(const std::shared_ptr<Run>& run);
-  /// Has a question answered on the thread; `answered` is called here, unless the search is over by then.
+  /// Has a question answered on the thread; `taken` is called here, unless the search is over by then.
   using Answered = void (LookupSearch::*)(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
-  void ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered answered);
+  void ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken);
   void answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
   void parentsAnswered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
   void take(Run& run, LookupAnswer answer);
