@@ -51,7 +51,8 @@ class SearchRank {
   }
 
  private:
-  [[nodiscard]] bool isSeveral() const { return words_.words.size() > 1; }
+  /// Not where one word was typed once.
+  [[nodiscard]] bool isSeveral() const { return words_.words.front().size() != text().size(); }
   /// Whether no word is missing any more, with those of this column.
   [[nodiscard]] bool holdsTheRest();
   /// The best that a row can still become from a column on.

@@ -93,7 +93,7 @@ TEST(SearchWords, AreMarkedInTheTextAsItIsWritten) {
       {"جاری حساب", "[حساب]\u200Cهاي [جاري]"},  // the words
       {"معین", "كد [مُعِين] ۱"},
       {"۱۲", "[12] و [١٢]"},
-      {"ملیم لیم", "[مليملي]"},  // they overlap
+      {"ملیم لیملی", "[مليملي]"},  // they overlap
       {"A a", "b[a]"},
       {" ", "هيچ"},
       {"بانک", "بان"},
