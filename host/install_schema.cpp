@@ -11,6 +11,7 @@
 #include "data/connection.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
+#include "ledgertree/version.h"
 #include "ledgertree_scripts.h"
 
 namespace {
@@ -103,6 +104,10 @@ void install(const Options& options) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  if (count == 2 && arguments[1] == std::string_view("--version")) {
+    std::cout << "ledgertree-schema " LEDGERTREE_VERSION "\n";
+    return 0;
+  }
   try {
     const std::optional<Options> options = readOptions(count, arguments);
     if (!options) {

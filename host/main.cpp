@@ -17,6 +17,7 @@
 #include "ledgertree/pictures.h"
 #include "ledgertree/qt_desktop.h"
 #include "ledgertree/screen_in_host.h"
+#include "ledgertree/version.h"
 
 namespace {
 
@@ -44,6 +45,7 @@ Options readOptions(const QCoreApplication& application) {
   QCommandLineParser parser;
   parser.setApplicationDescription("Opens the chart of accounts of a database, as a host application does.");
   parser.addHelpOption();
+  parser.addVersionOption();
   parser.addOptions({
       {"connection", "The OLE DB connection text of the database; without it, the file of --chart.", "text"},
       {"chart",
@@ -131,6 +133,7 @@ int main(int argumentCount, char** arguments) {
   doWithoutDisplay();
   const QApplication application(argumentCount, arguments);
   QApplication::setApplicationName("ledgertree-demo");
+  QApplication::setApplicationVersion(LEDGERTREE_VERSION);
   QGuiApplication::setDesktopFileName("ledgertree-demo");
   const bool display = QGuiApplication::platformName() != "offscreen";
   try {

@@ -1,5 +1,7 @@
 #include "pactkit/cost_centers.h"
 
+#include <utility>
+
 #include "data/numbers.h"
 #include "data/quote_text.h"
 #include "text/characters.h"
@@ -23,8 +25,8 @@ CostCenters::CostCenters(shell::Shell& shell)
       txtCode(*this, "txtCode", {4650, 3975, 1725, 330}),
       lblName(*this, "lblName", {6450, 4470, 1125, 270}, "نام:"),
       txtName(*this, "txtName", {225, 4440, 6150, 330}),
-      cmdAdd(*this, "cmdAdd", {6075, 5070, 1500, 405}, "جديد"),
-      cmdRename(*this, "cmdRename", {4425, 5070, 1500, 405}, "اصلاح"),
+      cmdNew(*this, "cmdNew", {6075, 5070, 1500, 405}, "جديد"),
+      cmdSave(*this, "cmdSave", {4425, 5070, 1500, 405}, "ثبت"),
       cmdDelete(*this, "cmdDelete", {2775, 5070, 1500, 405}, "حذف"),
       cmdExit(*this, "cmdExit", {225, 5070, 1500, 405}, "خروج"),
       shell_(shell) {
@@ -44,12 +46,12 @@ void CostCenters::loadControls() {
   txtName.setMaximumLength(kNameLength);
   txtName.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   grid.onSelectionChange = [this] { showSelected(); };
-  cmdAdd.onClick = [this] { add(); };
-  cmdRename.onClick = [this] { rename(); };
+  cmdNew.onClick = [this] { startNew(); };
+  cmdSave.onClick = [this] { save(); };
   cmdDelete.onClick = [this] { remove(); };
-  cmdExit.onClick = [this] { close(); };
-  cmdAdd.setShortcut(ui::KeyChord::ctrlAnd('N'));
-  cmdRename.setShortcut(ui::KeyChord::ctrlAnd('E'));
+  cmdExit.onClick = [this] { exit(); };
+  cmdNew.setShortcut(ui::KeyChord::ctrlAnd('N'));
+  cmdSave.setShortcut(ui::KeyChord::ctrlAnd('S'));
   cmdDelete.setShortcut(ui::KeyChord::ctrlAnd('D'));
   setCancelButton(cmdExit);
   setFirstFocus(grid);
@@ -78,10 +80,36 @@ std::int32_t CostCenters::selectedID() const {
 
 void CostCenters::showSelected() {
   const bool any = grid.currentRow() != ui::Grid::kNone;
-  txtCode.setText(any ? grid.text(grid.currentRow(), kCode) : "");
-  txtName.setText(any ? grid.text(grid.currentRow(), kName) : "");
-  cmdRename.setEnabled(any);
+  show(any ? Typed{.code = grid.text(grid.currentRow(), kCode), .name = grid.text(grid.currentRow(), kName)}
+           : Typed{});
+  isNew_ = false;
+  cmdSave.setEnabled(any);
   cmdDelete.setEnabled(any);
+}
+
+void CostCenters::show(Typed center) {
+  txtCode.setText(center.code);
+  txtName.setText(center.name);
+  shown_ = std::move(center);
+}
+
+void CostCenters::startNew() {
+  if (!mayDropTyped()) return;
+  show({});
+  isNew_ = true;
+  cmdSave.setEnabled(true);
+  cmdDelete.setEnabled(false);
+  txtCode.focus();
+}
+
+bool CostCenters::mayDropTyped() {
+  if (txtCode.text() == shown_.code && txtName.text() == shown_.name) return true;
+  return shell_.askConfirmNotice("مراكز هزينه", "آنچه نوشته ايد ثبت نشده است. آيا از آن منصرف شده ايد؟") ==
+         shell::Answer::Yes;
+}
+
+void CostCenters::exit() {
+  if (mayDropTyped()) close();
 }
 
 std::int32_t CostCenters::firstID(const std::string& statement) {
@@ -109,24 +137,20 @@ CostCenters::Typed CostCenters::typedFor(std::int32_t id) {
   return {};
 }
 
-void CostCenters::add() {
-  const Typed typed = typedFor(kNone);
-  if (typed.name.empty()) return;
-  const auto gateway = shell_.dtEn();
-  gateway->cnMainData.Execute("Insert Into tblAccCostCenter (Code,Name) Values(" +
-                              data::quoteText(typed.code) + "," + data::quoteText(typed.name) + ")");
-  readAndSelect(firstID("Select ID From tblAccCostCenter Where Name = " + data::quoteText(typed.name) +
-                        " Order By ID desc"));
-}
-
-void CostCenters::rename() {
-  const std::int32_t id = selectedID();
+void CostCenters::save() {
+  const std::int32_t id = isNew_ ? kNone : selectedID();
   const Typed typed = typedFor(id);
   if (typed.name.empty()) return;
   const auto gateway = shell_.dtEn();
-  gateway->cnMainData.Execute("Update tblAccCostCenter Set Code = " + data::quoteText(typed.code) +
-                              ",Name = " + data::quoteText(typed.name) + " Where ID = " + std::to_string(id));
-  readAndSelect(id);
+  const std::string code = data::quoteText(typed.code);
+  const std::string name = data::quoteText(typed.name);
+  if (!isNew_) {
+    gateway->cnMainData.Execute("Update tblAccCostCenter Set Code = " + code + ",Name = " + name +
+                                " Where ID = " + std::to_string(id));
+    return readAndSelect(id);
+  }
+  gateway->cnMainData.Execute("Insert Into tblAccCostCenter (Code,Name) Values(" + code + "," + name + ")");
+  readAndSelect(firstID("Select ID From tblAccCostCenter Where Name = " + name + " Order By ID desc"));
 }
 
 void CostCenters::remove() {

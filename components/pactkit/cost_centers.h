@@ -13,7 +13,7 @@
 namespace ledgertree::pactkit {
 
 /// The cost and income centres of tblAccCostCenter: lists, adds, renames and removes them. One that an
-/// account refers to (tblAccount.PositionID) isn't removed. Each command writes at once.
+/// account refers to (tblAccount.PositionID) isn't removed.
 class CostCenters : public ui::Form {
  public:
   /// `shell` outlives the form, and its gateway has a connection.
@@ -27,8 +27,8 @@ class CostCenters : public ui::Form {
   ui::TextField txtCode;
   ui::Label lblName;
   ui::TextField txtName;
-  ui::PushButton cmdAdd;
-  ui::PushButton cmdRename;
+  ui::PushButton cmdNew;
+  ui::PushButton cmdSave;
   ui::PushButton cmdDelete;
   ui::PushButton cmdExit;
 
@@ -47,11 +47,20 @@ class CostCenters : public ui::Form {
   /// The fields, if they can be stored for that centre; else the person is told. An empty name means no.
   [[nodiscard]] Typed typedFor(std::int32_t id);
   [[nodiscard]] std::int32_t firstID(const std::string& statement);
-  void add();
-  void rename();
+  void show(Typed center);
+  /// Blanks the fields for a centre that isn't there yet; only the save writes it.
+  void startNew();
+  void save();
   void remove();
+  void exit();
+  /// Whether the fields are as they were shown; else the person is asked.
+  [[nodiscard]] bool mayDropTyped();
 
   shell::Shell& shell_;
+  /// What stood in the fields before the person wrote into them.
+  Typed shown_;
+  /// What is typed is a new centre, whatever row is selected.
+  bool isNew_ = false;
 };
 
 }  // namespace ledgertree::pactkit

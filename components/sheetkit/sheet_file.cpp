@@ -50,17 +50,17 @@ constexpr std::int64_t kRowsAStep = 256;
 
 }  // namespace
 
-bool writeSheet(data::Connection& connection, std::string_view statement, const fs::path& file,
-                const Progress& progress, std::int64_t mostRows) {
+std::int64_t writeSheet(data::Connection& connection, std::string_view statement, const fs::path& file,
+                        const Progress& progress, std::int64_t mostRows) {
   SheetLayout layout;
   bool goesOn = progress(0, 0);
-  if (!goesOn) return false;
+  if (!goesOn) return 0;
   connection.walk(statement, [&](const data::Rows& row) {
     layout.measure(row);
     if (layout.rows() % kRowsAStep == 0) goesOn = progress(layout.rows(), 0);
     return goesOn && layout.rows() <= mostRows;
   });
-  if (!goesOn) return false;
+  if (!goesOn) return 0;
   const auto refuseTooMany = [mostRows] {
     throw std::runtime_error("تعداد حسابها از گنجايش صفحه گسترده (" + std::to_string(mostRows) +
                              " رديف) بيشتر است. فايلي نوشته نشد.");
@@ -78,10 +78,10 @@ bool writeSheet(data::Connection& connection, std::string_view statement, const 
     if (++done % kRowsAStep == 0) goesOn = progress(done, layout.rows());
     return goesOn;
   });
-  if (!goesOn || !progress(done, std::max(done, layout.rows()))) return false;
+  if (!goesOn || !progress(done, std::max(done, layout.rows()))) return 0;
   book.close();
   made.takePlace();
-  return true;
+  return done;
 }
 
 }  // namespace ledgertree::sheetkit

@@ -25,11 +25,11 @@ using Progress = std::function<bool(std::int64_t done, std::int64_t all)>;
 /// The workbook is made under another name beside `file` and takes its place when it is whole; on every other
 /// path nothing of it is left, and what stood there stays.
 ///
-/// False where `progress` gave it up. Throws data::DataError where the database fails, and std::runtime_error
-/// with a text for the person for more than `mostRows` rows (ahead of the first byte) or a file that can't be
-/// written.
-[[nodiscard]] bool writeSheet(data::Connection& connection, std::string_view statement,
-                              const std::filesystem::path& file, const Progress& progress,
-                              std::int64_t mostRows = kMostRows);
+/// Gives the number of rows below the heading, 0 where `progress` gave it up. Throws data::DataError where
+/// the database fails, and std::runtime_error with a text for the person for more than `mostRows` rows (ahead
+/// of the first byte) or a file that can't be written.
+[[nodiscard]] std::int64_t writeSheet(data::Connection& connection, std::string_view statement,
+                                      const std::filesystem::path& file, const Progress& progress,
+                                      std::int64_t mostRows = kMostRows);
 
 }  // namespace ledgertree::sheetkit

@@ -2,13 +2,16 @@
 
 #include <QApplication>
 #include <QDate>
+#include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLibraryInfo>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QStandardPaths>
 #include <QTranslator>
+#include <QUrl>
 #include <exception>
 #include <string>
 #include <utility>
@@ -28,8 +31,9 @@ namespace {
 constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
 constexpr const char* kSuffix = ".xlsx";
 
-/// In the person's documents, or at home where there is no such folder, named by the day: "سرفصل حسابها
-/// 1405-09-01.xlsx".
+/// In the person's documents, or at home where there is no such folder, named by the day: "1405-09-01
+/// سرفصل حسابها.xlsx". The day comes first: behind letters that read from right to left a name shows it
+/// the wrong way round.
 QString proposedFile() {
   const QDate today = QDate::currentDate();
   const QString day =
@@ -37,7 +41,7 @@ QString proposedFile() {
           .replace('/', '-');
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   return QDir(QDir(folder).exists() && !folder.isEmpty() ? folder : QDir::homePath())
-      .filePath(QString::fromUtf8("سرفصل حسابها ") + day + kSuffix);
+      .filePath(day + QString::fromUtf8(" سرفصل حسابها") + kSuffix);
 }
 
 /// The toolkit's own words in Persian while this stands, such as the question of a file that is there
@@ -82,6 +86,17 @@ void tell(const QString& message) {
   notice.ask();
 }
 
+/// What was written, and where; the folder is opened where the person wants it.
+void tellWritten(std::int64_t accounts, const QString& file) {
+  qt::NoticeDialog notice;
+  notice.title = QString::fromUtf8("اتمام عمليات");
+  notice.message =
+      QString::fromUtf8("%1 حساب در اين فايل نوشته شد:\n").arg(accounts) + QDir::toNativeSeparators(file);
+  notice.secondButton = QString::fromUtf8("باز کردن پوشه");
+  if (notice.ask() == qt::NoticeDialog::Answer::Second)
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).path()));
+}
+
 }  // namespace
 
 void SheetWriter::set(std::string_view member, const data::Value& value) {
@@ -104,10 +119,13 @@ void SheetWriter::call(std::string_view member, const std::vector<data::Value>& 
 
 void SheetWriter::exportToExcel(std::string_view statement) const {
   const QString file = askForFile();
-  if (!file.isEmpty()) write(statement, qt::fromQt(file));
+  if (file.isEmpty()) return;
+  // Nothing is told of a work that the person gave up.
+  if (const std::int64_t accounts = write(statement, qt::fromQt(file)); accounts > 0)
+    tellWritten(accounts, file);
 }
 
-void SheetWriter::write(std::string_view statement, const std::string& file) const {
+std::int64_t SheetWriter::write(std::string_view statement, const std::string& file) const {
   QProgressDialog dialog(QString::fromUtf8(kTitle), QString::fromUtf8("انصراف"), 0, 0,
                          QApplication::activeWindow());
   dialog.setWindowTitle(QString::fromUtf8(kTitle));
@@ -125,17 +143,15 @@ void SheetWriter::write(std::string_view statement, const std::string& file) con
   dialog.setAutoReset(false);
   dialog.setAutoClose(false);
   const auto connection = components::engines().open(given_.OLEConnectionString);
-  const bool written =
-      writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
-                 [&](std::int64_t done, std::int64_t all) {
-                   if (all > 0)
-                     dialog.setLabelText(done < all ? QString::fromUtf8("%1 حساب از %2").arg(done).arg(all)
-                                                    : QString::fromUtf8("فايل در حال بسته شدن است..."));
-                   dialog.setMaximum(static_cast<int>(all));
-                   dialog.setValue(static_cast<int>(done));  // paints
-                   return !dialog.wasCanceled();
-                 });
-  static_cast<void>(written);  // given up: there is no file, and the person knows why
+  return writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
+                    [&](std::int64_t done, std::int64_t all) {
+                      if (all > 0)
+                        dialog.setLabelText(done < all ? QString::fromUtf8("%1 حساب از %2").arg(done).arg(all)
+                                                       : QString::fromUtf8("فايل در حال بسته شدن است..."));
+                      dialog.setMaximum(static_cast<int>(all));
+                      dialog.setValue(static_cast<int>(done));  // paints
+                      return !dialog.wasCanceled();
+                    });
 }
 
 }  // namespace ledgertree::sheetkit

@@ -18,7 +18,8 @@ class SheetWriter : public shell::OutsideComponent {
 
  private:
   void exportToExcel(std::string_view statement) const;
-  void write(std::string_view statement, const std::string& file) const;
+  /// Gives the number of accounts, 0 where the person gave it up.
+  std::int64_t write(std::string_view statement, const std::string& file) const;
 
   components::Given given_;
 };

@@ -193,6 +193,9 @@ void Workbook::close() {
   requireRoom();
   const auto columns = static_cast<lxw_col_t>(std::max<std::size_t>(layout_.headings().size(), 1) - 1);
   if (nextRow_ > 1) require(worksheet_autofilter(sheet_, 0, 0, nextRow_ - 1, columns));
+  // A code is a text of digits on purpose: no green corner on each.
+  const std::string codes = "A2:A" + std::to_string(std::max(nextRow_, 2U));
+  require(worksheet_ignore_errors(sheet_, LXW_IGNORE_NUMBER_STORED_AS_TEXT, codes.c_str()));
   require(workbook_close(book_.release()));  // closing frees it, whether it goes well or not
 }
 

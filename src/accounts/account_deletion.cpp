@@ -1,8 +1,10 @@
 #include "accounts/account_deletion.h"
 
 #include <exception>
+#include <optional>
 #include <string>
 
+#include "data/as_read.h"
 #include "data/data_error.h"
 #include "shell/lookup/all_chosen.h"
 
@@ -14,6 +16,9 @@ constexpr std::string_view kQuestionTitle = "حذف حساب ";
 constexpr std::string_view kQuestion = "آيا از حذف حساب مورد نظر اطمينان داريد؟ ";
 constexpr std::string_view kDependency =
     "به اين سرفصل حساب وابستگي وجود دارد. بنابراين امکان حذف آن وجود ندارد.";
+constexpr std::string_view kChanged =
+    "پس از نمايش اين حساب، کاربر ديگري آن را تغيير داده است و حذف نشد. اکنون با تغييرات او نمايش داده ميشود؛ "
+    "اگر باز هم ميخواهيد، آن را حذف کنيد.";
 
 }  // namespace
 
@@ -25,12 +30,14 @@ AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& she
 
 void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
+  const std::optional<data::Account> read = screen_.AsRead;
   // The account that the question is about, whatever the host puts on the screen while it is up.
   const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
   try {
+    if (read && read->id == account) gateway->cnMainData.handOver({.account = read});
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));
     shell_.news.add(ChartEvent::Kind::Deleted, {account});
     record_.goIdle();
@@ -38,11 +45,18 @@ void AccountDeletion::deleteShownAccount() {
   } catch (const data::DataError& failure) {
     // Whatever the reason, the person is told of a dependency; but for what is known to be none.
     using Reason = data::DataError::Reason;
+    if (failure.number() == data::kAccountChanged) return showChanged(account);
     if (failure.reason() == Reason::Denied || failure.reason() == Reason::Busy) throw;
     shell_.showErrorNotice(shell::kTitleError, kDependency);
   } catch (const std::exception&) {
     shell_.showErrorNotice(shell::kTitleError, kDependency);
   }
+}
+
+/// The question was about what was shown, and the account isn't that any more.
+void AccountDeletion::showChanged(std::int32_t account) {
+  shell_.showErrorNotice(shell::kTitleError, kChanged);
+  record_.showAccount(account);
 }
 
 }  // namespace ledgertree::accounts

@@ -11,7 +11,8 @@ namespace ledgertree::accounts {
 /// through rssqlRetriveTree.
 ///
 /// It doesn't look up what depends on the account. The database refuses to delete one with children or
-/// documents, and whatever fails is told as a dependency.
+/// documents, and whatever fails is told as a dependency; but an account that somebody else has changed since
+/// it was shown stays, and is shown anew.
 class AccountDeletion {
  public:
   AccountDeletion(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
@@ -22,6 +23,8 @@ class AccountDeletion {
   void deleteShownAccount();
 
  private:
+  void showChanged(std::int32_t account);
+
   mainform::MainScreen& screen_;
   shell::Shell& shell_;
   mainform::AccountRecord& record_;

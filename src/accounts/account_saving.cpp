@@ -4,8 +4,9 @@
 #include <string>
 #include <utility>
 
+#include "accounts/account_differences.h"
 #include "accounts/relation_cases.h"
-#include "data/data_error.h"
+#include "data/ahead.h"
 #include "data/numbers.h"
 #include "shell/lookup/all_chosen.h"
 
@@ -17,6 +18,12 @@ using mainform::FormMode;
 namespace {
 
 constexpr std::string_view kCodeExists = "عمليات ثبت بدليل وحود حسابي با كد مورد نظر با موفقيت انجام نشد";
+
+constexpr std::string_view kNothingYet = " هنوز چيزي ثبت نشده است.";
+constexpr std::string_view kRowIsWritten =
+    " خود حساب پيش از آن ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است.";
+/// How often a save begins anew for the changes of others.
+constexpr int kMostRounds = 20;
 
 constexpr std::string_view kNothingWritten = "چيزي ثبت نشد. پس از رفع اشکال دوباره ثبت کنيد.";
 constexpr std::string_view kUnclear =
@@ -37,6 +44,10 @@ constexpr std::string_view kWithoutDescendants =
 constexpr std::string_view kNotReadBack =
     "حساب بطور کامل ثبت شد، ولي خواندن دوباره آن ممکن نشد. پس از رفع اشکال درخت حسابها را بازسازي کنيد.";
 
+bool isMeeting(const data::DataError& failure) {
+  return failure.number() == data::kAccountChanged || failure.number() == data::kParentChanged;
+}
+
 }  // namespace
 
 AccountSaving::AccountSaving(mainform::MainScreen& screen, shell::Shell& shell,
@@ -47,18 +58,69 @@ AccountSaving::AccountSaving(mainform::MainScreen& screen, shell::Shell& shell,
 
 void AccountSaving::save() {
   if (record_.refusedElsewhere()) return;
-  Progress progress;
-  try {
-    run(progress);
-  } catch (const std::exception& failure) {
-    recover(progress, failure);
+  // Changes that leave nothing to decide may come in a row, but the save has to end.
+  for (int rounds = 0; rounds < kMostRounds; ++rounds) {
+    Progress progress;
+    try {
+      return run(progress);
+    } catch (const data::DataError& failure) {
+      if (!isMeeting(failure) || rounds + 1 == kMostRounds) return recover(progress, failure);
+      if (!meet(progress, failure)) return;
+    } catch (const std::exception& failure) {
+      return recover(progress, failure);
+    }
   }
+}
+
+bool AccountSaving::meet(const Progress& progress, const data::DataError& failure) {
+  try {
+    keepStored(progress);
+    // The host has put another account on the screen: what is typed is gone.
+    if (screen_.RecordTurn == progress.sent.record && failure.number() == data::kAccountChanged)
+      return settle(progress);
+    shell_.showErrorNotice(shell::kTitleSaveError, failure.what());
+    if (screen_.RecordTurn == progress.sent.record) screen_.sltParent.ReloadAccounts();
+  } catch (const std::exception& second) {
+    recover(progress, second);
+  }
+  return false;
+}
+
+bool AccountSaving::settle(const Progress& progress) {
+  const auto gateway = shell_.dtEn();
+  const data::Account& read = progress.stored.value();
+  const auto theirs = record_.readAgain(read.id);
+  if (!theirs) {
+    shell_.showErrorNotice(shell::kTitleSaveError, data::kAccountIsGone);
+    return false;
+  }
+  data::Account merged = progress.typed;
+  if (othersChanged(differences(read, *theirs, progress.typed))) {
+    const bool rowIsWritten = progress.written == Written::Account;
+    frmAccountDifferences screen(shell_);
+    const auto decided = screen.merge(read, *theirs, progress.typed, AccountTexts(screen_, *gateway),
+                                      rowIsWritten ? kRowIsWritten : kNothingYet);
+    if (!decided || screen_.RecordTurn != progress.sent.record) return false;
+    merged = *decided;
+    merged.id = read.id;
+    record_.goOnWith(merged, *theirs);
+    return true;
+  }
+  screen_.AsRead = theirs;
+  return true;
+}
+
+/// What was written of a save that didn't come to its end is what the next one is compared with.
+void AccountSaving::keepStored(const Progress& progress) {
+  if (screen_.RecordTurn != progress.sent.record) return;
+  const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
+  if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
+  if (progress.stored) screen_.AsRead = progress.stored;
 }
 
 /// Puts the form where the next save can do the rest.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
-  const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
-  if (rowIsWritten && progress.way == SaveWay::NewAccount) goOnAsEdit(progress.account);
+  keepStored(progress);
   shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
                                                      std::string(outcome(progress.written, failure)));
   // Another read may wait as long as the one that failed: the person hears of that one first.
@@ -131,6 +193,8 @@ void AccountSaving::run(Progress& progress) {
                    .code = account.code,
                    .title = account.title,
                    .parentID = account.parentID};
+  progress.typed = account;
+  if (!isNew) progress.stored = screen_.AsRead;
 
   SaveValidation validation(shell_, *gateway);
   progress.way = check(validation, typed);
@@ -141,16 +205,19 @@ void AccountSaving::run(Progress& progress) {
 
   if (isNew && unanswered_.isAbout(progress.sent) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
-  const auto written = writeAccount(*gateway, progress.way, account);
+  const auto written = writeAccount(*gateway, progress, account);
   if (!written) return screen_.cmdNew.focus();
   progress.account = account.id = *written;
+  const auto relation = progress.stored ? progress.stored->relation : std::nullopt;
+  progress.stored = data::asStored(account);
+  progress.stored->relation = relation;
   progress.written = Written::Account;
   shell_.news.add(isNew ? ChartEvent::Kind::Created : ChartEvent::Kind::Changed, {account.id});
-  giveRelation(*gateway, account, progress.way);
+  giveRelation(*gateway, account, progress);
   progress.written = Written::Relation;
   if (!isNew) writeDescendants(*gateway, account);
   progress.written = Written::Everything;
-  refresh(progress);
+  refresh(*gateway, progress.way, account);
   screen_.cmdNew.focus();
 }
 
@@ -199,9 +266,16 @@ bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) 
   return false;
 }
 
-std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, SaveWay way,
+std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, const Progress& progress,
                                                         const data::Account& account) {
-  const bool isNew = way == SaveWay::NewAccount;
+  const bool isNew = progress.way == SaveWay::NewAccount;
+  data::AsRead read{.account = progress.stored};
+  // A picker that couldn't read its account knows nothing of its code.
+  if (!screen_.sltParent.AccountTitle().empty()) {
+    read.parentID = account.parentID;
+    read.parentCode = screen_.sltParent.AccountCode();
+  }
+  gateway.cnMainData.handOver(read);
   const std::int32_t result =
       isNew ? gateway.spAccountInsertAccount(account) : gateway.spAccountUpdateAccounts(account);
   const bool refused = isNew ? result < 1 : result == 0;
@@ -210,9 +284,11 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, Sav
   return std::nullopt;
 }
 
-void AccountSaving::giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way) {
-  const RelationOutcome outcome = writeRelation(gateway, account, way, screen_.settings);
+void AccountSaving::giveRelation(data::DtEn& gateway, data::Account& account, Progress& progress) {
+  const RelationOutcome outcome =
+      writeRelation(gateway, account, progress.way, screen_.settings, progress.stored.value());
   if (outcome.reset != Reset::None) {
+    account.groupID = -1;
     screen_.sltGroup.Clear();
     screen_.GroupValue = -1;
   }
@@ -235,11 +311,27 @@ void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& a
   gateway.cnMainData.Execute(std::string(statement) + std::to_string(account.id) + ")");
 }
 
-void AccountSaving::refresh(const Progress& progress) {
-  switch (progress.way) {
+/// In the order in which `refresh` asks, as far as what was saved tells it.
+std::vector<data::Command> AccountSaving::questionsOfRefresh(SaveWay way, const data::Account& account) {
+  std::vector<data::Command> questions;
+  const auto add = [&questions](std::vector<data::Command> more) {
+    questions.insert(questions.end(), more.begin(), more.end());
+  };
+  const bool treeFirst = way == SaveWay::GuardedEdit;
+  if (treeFirst) add(tree_.questionsOfRefresh());
+  if (!treeFirst) screen_.sltAccount.addQuestion(account.id, questions);
+  if (way == SaveWay::PlainEdit) screen_.sltAccount.addQuestion(account.id, questions);
+  add(record_.questionsOf(account));
+  if (!treeFirst) add(tree_.questionsOfRefresh());
+  return questions;
+}
+
+void AccountSaving::refresh(data::DtEn& gateway, SaveWay way, const data::Account& account) {
+  const data::Ahead ahead(gateway.cnMainData, questionsOfRefresh(way, account));
+  switch (way) {
     case SaveWay::GuardedEdit:
       tree_.refreshTree();
-      record_.showAccount(progress.account);
+      record_.showAccount(account.id);
       return screen_.treeAccount.focus();
     case SaveWay::PlainEdit:
       screen_.sltAccount.ReloadAccounts();
@@ -247,7 +339,7 @@ void AccountSaving::refresh(const Progress& progress) {
     default:
       break;
   }
-  screen_.sltAccount.setAccountID(progress.account);
+  screen_.sltAccount.setAccountID(account.id);
   record_.showAccount(screen_.sltAccount.AccountID());
   tree_.refreshTree();
 }

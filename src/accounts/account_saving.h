@@ -4,10 +4,13 @@
 #include <exception>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "accounts/save_validation.h"
 #include "accounts/typed_account.h"
 #include "accounts/unanswered_save.h"
+#include "data/as_read.h"
+#include "data/data_error.h"
 #include "data/dten.h"
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
@@ -23,6 +26,10 @@ namespace ledgertree::accounts {
 /// and what wasn't, and the form stands so that another save does the rest: a new account whose row is
 /// written already is under edit from then on. Where the database didn't answer, the screen looks for the new
 /// account itself, behind the notice, and again ahead of the next save of it.
+///
+/// What somebody else has changed since the account was read is never written over untold: each write of the
+/// account is compared with what was read, in one with it. A save that meets such a change shows what both
+/// have made of the account, and begins anew with what the person has decided.
 class AccountSaving {
  public:
   AccountSaving(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
@@ -45,6 +52,9 @@ class AccountSaving {
     SaveWay way = SaveWay::Refused;
     std::int32_t account = -1;
     UnansweredSave::Sent sent;  ///< of a new account, ahead of its write
+    data::Account typed;
+    /// What the database holds of the account, as far as this screen knows.
+    std::optional<data::Account> stored;
   };
 
   void run(Progress& progress);
@@ -59,13 +69,20 @@ class AccountSaving {
   /// Asks the person where the class of the account is gone and the save would take something with it.
   [[nodiscard]] bool mayDropLostClass(const data::Account& account, SaveWay way);
   /// The account's ID; nothing where its code exists, which is told.
-  [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, SaveWay way,
+  [[nodiscard]] std::optional<std::int32_t> writeAccount(data::DtEn& gateway, const Progress& progress,
                                                          const data::Account& account);
-  /// Writes the relation; what that takes from the account leaves the screen.
-  void giveRelation(data::DtEn& gateway, const data::Account& account, SaveWay way);
+  /// Writes the relation; what that takes from the account leaves it, and the screen.
+  void giveRelation(data::DtEn& gateway, data::Account& account, Progress& progress);
   void writeDescendants(data::DtEn& gateway, const data::Account& account);
-  void refresh(const Progress& progress);
+  /// Shows what the database holds of the account now.
+  void refresh(data::DtEn& gateway, SaveWay way, const data::Account& account);
+  [[nodiscard]] std::vector<data::Command> questionsOfRefresh(SaveWay way, const data::Account& account);
   void recover(const Progress& progress, const std::exception& failure);
+  /// The save has met another's change. True where it can begin anew, with what the person has decided; else
+  /// the person knows all there is to know.
+  [[nodiscard]] bool meet(const Progress& progress, const data::DataError& failure);
+  [[nodiscard]] bool settle(const Progress& progress);
+  void keepStored(const Progress& progress);
   /// Puts a new account that is written already under edit: another insert would be refused for its code.
   void goOnAsEdit(std::int32_t account);
   /// Whether the account in doubt is there. It is under edit then, and the person knows.

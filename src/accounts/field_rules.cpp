@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"
+#include "mainform/account_record.h"
 
 namespace ledgertree::accounts {
 
@@ -137,7 +138,7 @@ void FieldRules::offerNoEntity() {
 
 std::optional<FieldRules::EntityClass> FieldRules::readClass(std::int32_t classID) {
   const auto gateway = shell_.dtEn();
-  gateway->rssqlAccountManager.Source("Select * from tblAccountClass where ID=" + std::to_string(classID));
+  gateway->rssqlAccountManager.Source(mainform::classStatement(classID));
   const data::OpenRows row(gateway->rssqlAccountManager);
   if (row->Eof()) return std::nullopt;
   return EntityClass{.viewMajor = row->Fields("ViewMajor").toText(),

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "data/as_read.h"
+
 namespace ledgertree::accounts {
 
 namespace {
@@ -119,7 +121,8 @@ Choice choose(SaveWay way, const data::Account& account, const data::SystemParam
 /// One account and the place that its record gives it.
 class Relation {
  public:
-  Relation(data::DtEn& gateway, const data::Account& account) : gateway_(gateway), account_(account) {}
+  Relation(data::DtEn& gateway, const data::Account& account, data::Account& stored)
+      : gateway_(gateway), account_(account), stored_(stored) {}
 
   /// Who stands in the place, as the notice names them; empty for nobody.
   [[nodiscard]] std::string holder(Test test) const {
@@ -130,19 +133,28 @@ class Relation {
 
   void give(Write write) {
     if (write == Add) {
+      compare();
       gateway_.spAccountInsertRelatedObject(account_.id, group(), entityClass(), object());
     }
     if (write == Delete) execute("Delete tblAccountRelatedObjects Where AccountID =" + id());
     if (write == DeleteAndInsert) execute("delete tblAccountRelatedObjects Where AccountID=" + id());
+    if (write == Delete || write == DeleteAndInsert) stored_.relation.reset();
     if (write == Insert || write == DeleteAndInsert) {
       execute(
           "INSERT INTO tblAccountRelatedObjects (AccountID,AccountGroupID,RelatedClassID,RelatedObjectID) "
           "VALUES (" +
           id() + "," + text(group()) + "," + text(entityClass()) + "," + text(object()) + ")");
     }
+    if (write != Nothing && write != Delete) {
+      stored_.relation = account_.relation;
+      stored_ = data::asStored(stored_);
+    }
   }
 
-  void takeAwayGroup() { execute("Update tblAccount Set GroupID = null Where ID =" + id()); }
+  void takeAwayGroup() {
+    execute("Update tblAccount Set GroupID = null Where ID =" + id());
+    stored_.groupID = -1;
+  }
 
  private:
   static std::string text(std::int32_t number) { return std::to_string(number); }
@@ -150,7 +162,11 @@ class Relation {
   [[nodiscard]] std::int32_t group() const { return account_.groupID; }
   [[nodiscard]] std::int32_t entityClass() const { return account_.relation->classID; }
   [[nodiscard]] std::int32_t object() const { return account_.relation->objectID; }
-  void execute(const std::string& statement) { gateway_.cnMainData.Execute(statement); }
+  void compare() { gateway_.cnMainData.handOver({.account = stored_}); }
+  void execute(const std::string& statement) {
+    compare();
+    gateway_.cnMainData.Execute(statement);
+  }
 
   [[nodiscard]] std::string statementOf(Test test) const {
     const std::string sameGroup =
@@ -178,6 +194,7 @@ class Relation {
 
   data::DtEn& gateway_;
   const data::Account& account_;
+  data::Account& stored_;
 };
 
 }  // namespace
@@ -193,8 +210,8 @@ std::string_view lostWithClass(const data::Account& account, SaveWay way,
 }
 
 RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account, SaveWay way,
-                              const data::SystemParameters& settings) {
-  Relation relation(gateway, account);
+                              const data::SystemParameters& settings, data::Account& stored) {
+  Relation relation(gateway, account, stored);
   const auto [reset, cell] = choose(way, account, settings);
   RelationOutcome outcome{.reset = reset, .message = {}};
   if (cell.kind != Cell::JustReset) {

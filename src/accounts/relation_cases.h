@@ -29,9 +29,13 @@ struct RelationOutcome {
 /// With several entities an account, relations are the business of another screen, and a guarded edit only
 /// clears those that this one made.
 ///
-/// Throws data::DataError; what was written by then stays, and another save of the account mends it.
+/// `stored` is what the database holds of the account as far as this screen knows; each write is compared
+/// with it, and it follows each write.
+///
+/// Throws data::DataError, with data::kAccountChanged where somebody came in between; what was written by
+/// then stays, and another save of the account mends it.
 [[nodiscard]] RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account, SaveWay way,
-                                            const data::SystemParameters& settings);
+                                            const data::SystemParameters& settings, data::Account& stored);
 
 /// What such a write takes off an account whose class has no row in tblAccountClass any more, in words for
 /// the person who is to be asked; empty for nothing.

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "data/ahead.h"
+
 namespace ledgertree::accounts {
 
 namespace {
@@ -53,10 +55,12 @@ SaveWay SaveValidation::checkParent(const data::Account& account, std::int32_t l
   if (account.id == account.parentID) return refuseParent(kOwnParent);
   if (account.parentID == lastNewParent) return SaveWay::PlainEdit;
   const std::string parent = std::to_string(account.parentID);
-  below_.emplace(gateway_.rssqlChkChillds, "Select * From tblAccountParent where ID=" +
-                                               std::to_string(account.id) + " And ChildID=" + parent);
-  documents_.emplace(gateway_.rssqlChkTrans,
-                     "Select * From tblAccountDocumentDetail where accountID=" + parent);
+  const std::string below =
+      "Select * From tblAccountParent where ID=" + std::to_string(account.id) + " And ChildID=" + parent;
+  const std::string documents = "Select * From tblAccountDocumentDetail where accountID=" + parent;
+  const data::Ahead ahead(gateway_.cnMainData, {{.statement = below}, {.statement = documents}});
+  below_.emplace(gateway_.rssqlChkChillds, below);
+  documents_.emplace(gateway_.rssqlChkTrans, documents);
   if (!(*below_)->Eof()) return refuseParent(kParentIsBelow);
   if (!(*documents_)->Eof()) return refuseParent(kParentHasDocuments);
   return SaveWay::GuardedEdit;

@@ -59,6 +59,20 @@ void read(Account& account, std::optional<DateTime> Account::*member, const Valu
   }
 }
 
+template <typename FieldOf>
+Account readAccount(const FieldOf& fieldOf) {
+  Account account;
+  for (const AccountField& field : kAccountFields) {
+    const Value stored = fieldOf(field.column);
+    std::visit([&](auto member) { read(account, member, stored); }, field.member);
+  }
+  return account;
+}
+
+Value firstIn(const Rows& rows, std::string_view column) {
+  return rows.value(0, rows.column(column).value());
+}
+
 }  // namespace
 
 Value valueOf(const Account& account, const AccountMember& member) {
@@ -74,17 +88,21 @@ std::vector<Value> argumentsOf(const Account& account, AccountCall call) {
 }
 
 Account accountIn(const RecordHandle& row) {
-  Account account;
-  for (const AccountField& field : kAccountFields) {
-    const Value stored = row.Fields(field.column);
-    std::visit([&](auto member) { read(account, member, stored); }, field.member);
-  }
-  return account;
+  return readAccount([&row](std::string_view column) { return row.Fields(column); });
+}
+
+Account accountIn(const Rows& rows) {
+  return readAccount([&rows](std::string_view column) { return firstIn(rows, column); });
 }
 
 AccountRelation relationIn(const RecordHandle& row) {
   return {.classID = referenceIn(row.Fields("RelatedClassID")),
           .objectID = referenceIn(row.Fields("RelatedObjectID"))};
+}
+
+AccountRelation relationIn(const Rows& rows) {
+  return {.classID = referenceIn(firstIn(rows, "RelatedClassID")),
+          .objectID = referenceIn(firstIn(rows, "RelatedObjectID"))};
 }
 
 }  // namespace ledgertree::data

@@ -13,6 +13,7 @@
 namespace ledgertree::data {
 
 class RecordHandle;
+class Rows;
 
 /// What a person hears who works on an account that has no row any more.
 inline constexpr const char* kAccountIsGone =
@@ -136,7 +137,10 @@ inline constexpr AccountField kAccountFields[] = {
 /// as a number. Throws std::range_error for a reference past 32 bits and for an amount past those of money,
 /// and std::invalid_argument for a date that is none.
 [[nodiscard]] Account accountIn(const RecordHandle& row);
+/// The same of the first row of an answer, which has to be there.
+[[nodiscard]] Account accountIn(const Rows& rows);
 /// The relation in the current row of a handle on tblAccountRelatedObjects. Throws as accountIn does.
 [[nodiscard]] AccountRelation relationIn(const RecordHandle& row);
+[[nodiscard]] AccountRelation relationIn(const Rows& rows);
 
 }  // namespace ledgertree::data

@@ -19,6 +19,21 @@ std::string shownName(const std::string& provider) {
 
 }  // namespace
 
+Answers Connection::runTogether(std::span<const Command> commands) {
+  Answers answers;
+  try {
+    for (const auto& [statement, procedure, values] : commands) {
+      Answer answer;
+      if (procedure != nullptr) answer.result = call(*procedure, values);
+      if (procedure == nullptr) answer.rows = run(statement);
+      answers.ran.push_back(std::move(answer));
+    }
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
+}
+
 void Providers::add(std::string provider, ConnectionOpener opener) {
   for (auto& [name, known] : openers_) {
     if (!text::equalsIgnoringCase(name, provider)) continue;

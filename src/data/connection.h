@@ -10,11 +10,13 @@
 #include <string_view>
 #include <vector>
 
+#include "data/packet.h"
 #include "data/rows.h"
 #include "data/value.h"
 
 namespace ledgertree::data {
 
+struct AsRead;
 class ConnectionText;
 struct Procedure;
 
@@ -78,9 +80,21 @@ class Connection {
   /// that which costs nobody else anything; then they cost less than one by one. It's no place for writes.
   virtual void readTogether(const std::function<void()>& work) { work(); }
 
+  /// Runs commands in their order, up to the first that fails: none behind that one has run. Each is what
+  /// `run` or `call` would make of it, final when it has ended. An engine that answers late sends them as one
+  /// question; they have the time-out of one command then, and a failure that leaves open whether its command
+  /// was carried out (see DataError::leavesOpen) leaves it open of all behind it, too. Where each question
+  /// depends on the answer to the one before, see readTogether. Throws nothing of the commands.
+  virtual Answers runTogether(std::span<const Command> commands);
+
   /// Calls a procedure and gives its return value. There are as many values as the procedure has parameters.
   /// A text longer than its parameter is refused with Reason::TooLong and a message that names the parameter.
   virtual std::int32_t call(const Procedure& procedure, std::span<const Value> values) = 0;
+
+  /// What was read of an account that the next command writes, a procedure or a statement. Comparison and
+  /// write are one there: the command fails, with nothing done, where the database holds something else by
+  /// then; see AsRead. It counts for that one command, whatever becomes of it.
+  virtual void handOver(const AsRead& read) = 0;
 
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }

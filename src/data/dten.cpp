@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "data/ahead.h"
 #include "data/catalogue.h"
 #include "data/data_error.h"
 
@@ -16,11 +17,10 @@ namespace {
 }  // namespace
 
 void MainConnection::ConnectionString(std::string text) {
+  forgetAnswers();
   connection_.reset();
   text_ = std::move(text);
 }
-
-void MainConnection::Execute(std::string_view statement) { static_cast<void>(port().run(statement)); }
 
 Connection& MainConnection::port() {
   if (!connection_) connection_ = providers_.open(text_);
@@ -29,7 +29,7 @@ Connection& MainConnection::port() {
 
 void RecordHandle::Open(std::string_view statement) {
   if (rows_) misuse(name_, "Open on an open handle");
-  rows_ = connection_.port().run(statement);
+  rows_ = connection_.run(statement);
   row_ = 0;
 }
 
@@ -125,33 +125,31 @@ std::vector<RecordHandle*> DtEn::handles() {
 
 std::int32_t DtEn::spTarvoHasPermission(std::int32_t userID, std::int32_t formPermissionID) {
   const std::array<Value, 2> values{userID, formPermissionID};
-  return cnMainData.port().call(procedures::spTarvoHasPermission, values);
+  return cnMainData.call(procedures::spTarvoHasPermission, values);
 }
 
 std::int32_t DtEn::spAccountGetCurrentUserPeriod(std::int32_t userID) {
   const std::array<Value, 1> values{userID};
-  return cnMainData.port().call(procedures::spAccountGetCurrentUserPeriod, values);
+  return cnMainData.call(procedures::spAccountGetCurrentUserPeriod, values);
 }
 
 std::int32_t DtEn::spAccountInsertAccount(const Account& account) {
-  return cnMainData.port().call(procedures::spAccountInsertAccount,
-                                argumentsOf(account, AccountCall::Insert));
+  return cnMainData.call(procedures::spAccountInsertAccount, argumentsOf(account, AccountCall::Insert));
 }
 
 std::int32_t DtEn::spAccountUpdateAccounts(const Account& account) {
-  return cnMainData.port().call(procedures::spAccountUpdateAccounts,
-                                argumentsOf(account, AccountCall::Update));
+  return cnMainData.call(procedures::spAccountUpdateAccounts, argumentsOf(account, AccountCall::Update));
 }
 
 std::int32_t DtEn::spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,
                                                 std::int32_t relatedClassID, std::int32_t relatedObjectID) {
   const std::array<Value, 4> values{accountID, accountGroupID, relatedClassID, relatedObjectID};
-  return cnMainData.port().call(procedures::spAccountInsertRelatedObject, values);
+  return cnMainData.call(procedures::spAccountInsertRelatedObject, values);
 }
 
 std::int32_t DtEn::spAccountDeleteAccount(std::int32_t id) {
   const std::array<Value, 1> values{id};
-  return cnMainData.port().call(procedures::spAccountDeleteAccount, values);
+  return cnMainData.call(procedures::spAccountDeleteAccount, values);
 }
 
 }  // namespace ledgertree::data

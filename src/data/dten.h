@@ -3,16 +3,20 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "data/account.h"
 #include "data/connection.h"
+#include "data/packet.h"
 #include "data/rows.h"
 #include "data/value.h"
 
 namespace ledgertree::data {
+
+class Ahead;
 
 /// The connection of the gateway: a connection text, and behind it a Connection that opens at the first
 /// command. A text that opens nothing fails each command anew; nothing is remembered of the attempt.
@@ -24,16 +28,36 @@ class MainConnection {
   /// Takes effect at the next command: an open connection is closed. Rows that a handle holds stay readable.
   void ConnectionString(std::string text);
   /// Runs a statement and gives nothing of it to the caller.
-  void Execute(std::string_view statement);
+  void Execute(std::string_view statement) { static_cast<void>(run(statement)); }
+  /// Runs writing statements in their order up to the first that fails; where an answer takes long they go
+  /// together. Throws nothing of the statements.
+  [[nodiscard]] Answers Execute(std::span<const std::string> statements);
+  /// How many statements of a long series are to be executed at a time, so that they are one question.
+  [[nodiscard]] std::size_t together() { return port().answersLate() ? kMostTogether : 1; }
 
-  /// The connection behind, opened if need be. For the handles and procedures of DtEn and for walks over many
-  /// rows.
+  // For the handles and procedures of DtEn: what was asked ahead is answered by that.
+  [[nodiscard]] std::optional<Rows> run(std::string_view statement);
+  [[nodiscard]] std::int32_t call(const Procedure& procedure, std::span<const Value> values);
+  /// What a selector asks that has a connection of its own, with that connection's text: the rows where the
+  /// statement stands in a block ahead on the same database, else nothing, and the selector asks itself.
+  [[nodiscard]] std::optional<Rows> askedAhead(std::string_view connectionText, std::string_view statement);
+  /// What the next command is compared with; see Connection::handOver.
+  void handOver(const AsRead& read) { port().handOver(read); }
+
+  /// The connection behind, opened if need be. For walks over many rows.
   [[nodiscard]] Connection& port();
 
  private:
+  friend class Ahead;
+
+  [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().answersLate(); }
+  [[nodiscard]] std::optional<Answer> answer(const Command& command);
+  void forgetAnswers();
+
   const Providers& providers_;
   std::string text_;
   std::unique_ptr<Connection> connection_;
+  std::vector<Ahead*> ahead_;  ///< the blocks that run, the innermost last
 };
 
 /// A named recordset handle: one object for the life of its DtEn, with one position.

@@ -1,5 +1,6 @@
 #include "data/permissions.h"
 
+#include "data/catalogue.h"
 #include "data/dten.h"
 
 namespace ledgertree::data {
@@ -19,6 +20,11 @@ std::string_view refusalTitle(Permission permission) {
       break;
   }
   return "خطا";
+}
+
+Command permissionQuestion(std::int32_t userID, Permission permission) {
+  return {.procedure = &procedures::spTarvoHasPermission,
+          .values = {userID, static_cast<std::int32_t>(permission)}};
 }
 
 bool isPermitted(DtEn& data, std::int32_t userID, Permission permission) {

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "data/packet.h"
+
 namespace ledgertree::data {
 
 class DtEn;
@@ -29,5 +31,7 @@ inline constexpr std::string_view kNotPermitted = "شما به انجام اين
 /// Asks the database, anew each time. A failure of the question goes to the caller, so that an operation
 /// never runs on an answer that there wasn't.
 [[nodiscard]] bool isPermitted(DtEn& data, std::int32_t userID, Permission permission);
+/// What that asks, for who knows beforehand that it will.
+[[nodiscard]] Command permissionQuestion(std::int32_t userID, Permission permission);
 
 }  // namespace ledgertree::data

@@ -3,6 +3,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "data/ahead.h"
 #include "data/data_error.h"
 #include "data/dten.h"
 #include "data/numbers.h"
@@ -10,6 +11,15 @@
 
 namespace ledgertree::data {
 namespace {
+
+constexpr std::string_view kCodeIsNumeric = "Select Value From tblTarvoSystemParameters Where ID = 301";
+constexpr std::string_view kMultiEntityMode = "Select * From tblTarvoSystemParameters Where ID = 311";
+constexpr std::string_view kEditCodeAllowed = "Select * From tblTarvoSystemParameters Where ID = 319";
+constexpr std::string_view kPositionInEntityTest =
+    "Select Value From tblTarvoSystemParameters Where ID = 210";
+constexpr std::string_view kCodingMode = "Select Value From tblTarvoSystemParameters Where ID = 307";
+constexpr std::string_view kShowCompleteCode = "Select Value From tblTarvoSystemParameters Where ID = 302";
+constexpr std::string_view kBasePath = "Select * From vwTarvoBasePath";
 
 /// The first row's column of a statement; NULL where there is no row.
 Value readFirst(RecordHandle& handle, std::string_view statement, std::string_view column) {
@@ -36,12 +46,14 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
+/// What asks whether a parameter that is a switch is on.
+std::string switchStatement(std::string_view row) { return std::string(row) + " and Value=1"; }
+
 /// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
 /// too, and refuses where one is none ("yes"); then the row's value is read and judged here.
-bool isOn(RecordHandle& handle, int parameter) {
-  const std::string row = "Select * From tblTarvoSystemParameters Where ID = " + std::to_string(parameter);
+bool isOn(RecordHandle& handle, std::string_view row) {
   try {
-    handle.Source(row + " and Value=1");
+    handle.Source(switchStatement(row));
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
@@ -52,24 +64,32 @@ bool isOn(RecordHandle& handle, int parameter) {
 
 }  // namespace
 
+std::vector<Command> systemParameterQuestions() {
+  // In the order in which they are asked.
+  return {{.statement = std::string(kCodeIsNumeric)},
+          {.statement = switchStatement(kMultiEntityMode)},
+          {.statement = switchStatement(kEditCodeAllowed)},
+          {.statement = std::string(kPositionInEntityTest)},
+          {.statement = std::string(kCodingMode)},
+          {.statement = std::string(kShowCompleteCode)},
+          {.statement = std::string(kBasePath)}};
+}
+
 SystemParameters readSystemParameters(DtEn& data) {
+  const Ahead ahead(data.cnMainData, systemParameterQuestions());
   RecordHandle& config = data.rssqlKelmoSystemConfig;
   SystemParameters parameters;
-  parameters.CodeIsNumeric = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 301", "Value"), "301");
-  parameters.MultiEntityMode = isOn(config, 311);
-  parameters.EditCodeAllowed = isOn(config, 319);
-  parameters.PositionInEntityTest = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 210", "Value"), "210");
-  parameters.CodingMode = asSetting(
-      readFirst(config, "Select Value From tblTarvoSystemParameters Where ID = 307", "Value"), "307");
+  parameters.CodeIsNumeric = asSetting(readFirst(config, kCodeIsNumeric, "Value"), "301");
+  parameters.MultiEntityMode = isOn(config, kMultiEntityMode);
+  parameters.EditCodeAllowed = isOn(config, kEditCodeAllowed);
+  parameters.PositionInEntityTest = asSetting(readFirst(config, kPositionInEntityTest, "Value"), "210");
+  parameters.CodingMode = asSetting(readFirst(config, kCodingMode, "Value"), "307");
 
-  config.Source("Select Value From tblTarvoSystemParameters Where ID = 302");
+  config.Source(std::string(kShowCompleteCode));
   if (const OpenRows rows(config); rows->RecordCount() != 0) {
     parameters.ShowCompleteCode = isOne(rows->Fields("Value"));
   }
-  parameters.BasePath =
-      readFirst(data.rssqlTarvoBasePath, "Select * From vwTarvoBasePath", "BasePath").toText();
+  parameters.BasePath = readFirst(data.rssqlTarvoBasePath, kBasePath, "BasePath").toText();
   return parameters;
 }
 

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
+
+#include "data/packet.h"
 
 namespace ledgertree::data {
 
@@ -23,5 +26,7 @@ struct SystemParameters {
 /// Reads them through rssqlKelmoSystemConfig and rssqlTarvoBasePath, both closed again on every path. Throws
 /// DataError, and std::range_error naming the parameter for a number that doesn't fit 16 bits.
 [[nodiscard]] SystemParameters readSystemParameters(DtEn& data);
+/// What that asks, for who knows beforehand that it will.
+[[nodiscard]] std::vector<Command> systemParameterQuestions();
 
 }  // namespace ledgertree::data

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/account.h"
+#include "data/ahead.h"
 #include "data/connection_text.h"
 #include "data/numbers.h"
 #include "mainform/form_mode.h"
@@ -17,17 +18,23 @@ constexpr std::string_view kElsewhere =
     "حساب روي صفحه از پايگاه داده ديگري است و در پايگاه داده کنوني چيزي تغيير نکرد. انصراف دهيد، درخت حسابها "
     "را بازسازي کنيد و حساب را دوباره انتخاب نماييد.";
 
+std::vector<data::Command> accountQuestions(std::int32_t id) {
+  const std::string number = std::to_string(id);
+  return {{.statement = "Select * From vwAccount where ID=" + number},
+          {.statement = "Select * from tblAccountRelatedObjects where AccountID =" + number}};
+}
+
 /// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
 /// two accounts on the screen.
 std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
-  data::OpenRows row(gateway.rssqlvwAccount, "Select * From vwAccount where ID=" + std::to_string(id));
+  const std::vector<data::Command> questions = accountQuestions(id);
+  const data::Ahead ahead(gateway.cnMainData, questions);
+  data::OpenRows row(gateway.rssqlvwAccount, questions[0].statement);
   if (row->Eof()) return std::nullopt;
   data::Account account = data::accountIn(*row);
   row.close();
 
-  const data::OpenRows related(
-      gateway.rssqlvwAccount,
-      "Select * from tblAccountRelatedObjects where AccountID =" + std::to_string(id));
+  const data::OpenRows related(gateway.rssqlvwAccount, questions[1].statement);
   if (!related->Eof()) account.relation = data::relationIn(*related);
   return account;
 }
@@ -46,6 +53,10 @@ SplitCode splitCode(std::string_view code, std::string_view parentCode) {
     // A parent's code such as "1E999" is no number that another code could begin with.
   }
   return behind({});
+}
+
+std::string classStatement(std::int32_t classID) {
+  return "Select * from tblAccountClass where ID=" + std::to_string(classID);
 }
 
 AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule)
@@ -122,6 +133,7 @@ void AccountRecord::loadInto(std::int32_t id) {
 void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
+  screen_.AsRead.reset();
   screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
@@ -139,15 +151,53 @@ void AccountRecord::clearAccountFields() {
   screen_.sltAccount.setAccountID(-1);
 }
 
-bool AccountRecord::loadAccount(std::int32_t id) {
+std::optional<data::Account> AccountRecord::readAgain(std::int32_t id) {
   const auto gateway = shell_.dtEn();
-  const auto account = readAccount(*gateway, id);
-  if (account) fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
-  return account.has_value();
+  return readAccount(*gateway, id);
+}
+
+void AccountRecord::goOnWith(const data::Account& typed, const data::Account& stored) {
+  const auto showClass = typed.relation ? classRule_(typed.relation->classID) : nullptr;
+  clearAccountFields();
+  fill(typed, showClass);
+  screen_.AsRead = stored;
+}
+
+bool AccountRecord::loadAccount(std::int32_t id) {
+  const auto account = readAgain(id);
+  if (!account) return false;
+  std::vector<data::Command> questions;
+  addLookUps(*account, questions);
+  const auto gateway = shell_.dtEn();
+  const data::Ahead ahead(gateway->cnMainData, std::move(questions));
+  fill(*account, account->relation ? classRule_(account->relation->classID) : nullptr);
+  return true;
+}
+
+/// In the order in which the rule of the class and `fill` ask. The entity isn't among them: which view it
+/// stands in is known when the class was read.
+void AccountRecord::addLookUps(const data::Account& account, std::vector<data::Command>& questions) {
+  const std::int32_t classID = account.relation ? account.relation->classID : -1;
+  if (classID > 0) questions.push_back({.statement = classStatement(classID)});
+  screen_.sltAccount.addQuestion(account.id, questions);
+  screen_.sltParent.addQuestion(account.parentID, questions);
+  screen_.sltGroup.addQuestion(account.groupID, questions);
+  screen_.sltBranch.addQuestion(account.branchID, questions);
+  screen_.sltPosition.addQuestion(account.positionID, questions);
+  screen_.sltEntityType.addQuestion(classID, questions);
+}
+
+std::vector<data::Command> AccountRecord::questionsOf(const data::Account& account) {
+  std::vector<data::Command> questions = accountQuestions(account.id);
+  addLookUps(account, questions);
+  // The class on the screen is most probably that of the account.
+  if (account.relation) screen_.sltEntity.addQuestion(account.relation->objectID, questions);
+  return questions;
 }
 
 void AccountRecord::fill(const data::Account& account, const std::function<void()>& showClass) {
   beginRecord(account.id);
+  screen_.AsRead = account;
   screen_.txtID.setText(std::to_string(account.id));
   for (const auto& [control, holds] : typedFields())
     (screen_.*control).setText(data::valueOf(account, holds).toText());

@@ -2,9 +2,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "data/packet.h"
 #include "mainform/main_screen.h"
 #include "shell/shell.h"
 
@@ -21,6 +24,9 @@ struct SplitCode {
 /// that leading zeros which the child doesn't repeat don't keep them together. A code that begins with
 /// neither is the account's own as a whole. The two parts joined are always the code again.
 [[nodiscard]] SplitCode splitCode(std::string_view code, std::string_view parentCode);
+
+/// What asks for the row of an entity class.
+[[nodiscard]] std::string classStatement(std::int32_t classID);
 
 /// The account on the screen, and the four modes in which the screen works: vwAccount and
 /// tblAccountRelatedObjects through the handle rssqlvwAccount, which is closed on every path. It writes
@@ -57,10 +63,17 @@ class AccountRecord {
   /// Fills the fields from the database; an ID without a row leaves them as they are, and gives false. It
   /// doesn't change the mode.
   [[nodiscard]] bool loadAccount(std::int32_t id);
+  /// What showing an account will ask, for who asks ahead (see data::Ahead) and knows what is stored of it.
+  [[nodiscard]] std::vector<data::Command> questionsOf(const data::Account& account);
+  /// The account as it is stored now; nothing where it has no row. It shows nothing of it.
+  [[nodiscard]] std::optional<data::Account> readAgain(std::int32_t id);
+  /// Puts an account under edit as if it had been typed over what is `stored`.
+  void goOnWith(const data::Account& typed, const data::Account& stored);
   /// Enables and shows what the mode allows.
   void applyFormMode();
 
  private:
+  void addLookUps(const data::Account& account, std::vector<data::Command>& questions);
   void fill(const data::Account& account, const std::function<void()>& showClass);
   void blankForNewAccount();
   void beginRecord(std::int32_t accountID);

@@ -26,6 +26,13 @@ std::string underParent(const NodeKey& key) {
          ") or -1=" + period + ")" + " and IsNull(ParentID,-1)=" + std::to_string(key.account);
 }
 
+constexpr std::string_view kPeriods = "select * from tblAccountPeriod order by FarsibeginDate Desc";
+
+std::string levelStatement(const NodeKey& key) {
+  return "Select ID,ParentID,IsClosed,AccountNatureID,Code,Title  from tblAccount " + underParent(key) +
+         " Order by Code";
+}
+
 std::int32_t smallNumber(const data::Value& value, std::int32_t greatest) {
   const std::int32_t number = value.isNull() ? 0 : value.toInt32();
   return number < 0 || number > greatest ? 0 : number;
@@ -118,8 +125,7 @@ void AccountTree::readChildren(data::DtEn& gateway, const NodeKey& key, ui::Node
 
 void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
   const ui::Tree::Batch batch(screen_.treeAccount);
-  const data::OpenRows periods(gateway.rssqlAccCostCenter,
-                               "select * from tblAccountPeriod order by FarsibeginDate Desc");
+  const data::OpenRows periods(gateway.rssqlAccCostCenter, kPeriods);
   for (; !periods->Eof(); periods->MoveNext()) {
     const std::int32_t period = periods->Fields("ID").toInt32();
     const ui::NodeId node =
@@ -130,9 +136,7 @@ void AccountTree::addPeriods(data::DtEn& gateway, ui::NodeId root) {
 }
 
 void AccountTree::addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId parent) {
-  data::OpenRows accounts(gateway.rssqlAccCostCenter,
-                          "Select ID,ParentID,IsClosed,AccountNatureID,Code,Title  from tblAccount " +
-                              underParent(key) + " Order by Code");
+  data::OpenRows accounts(gateway.rssqlAccCostCenter, levelStatement(key));
   if (!dropMoved(accounts, key.period, parent)) {
     accounts.close();
     return refreshTree();
@@ -191,6 +195,10 @@ void AccountTree::refreshTree() {
   fillNodeChildren(kRootKey);
   tree.setExpanded(root, true);
   tree.setVisible(true);
+}
+
+std::vector<data::Command> AccountTree::questionsOfRefresh() const {
+  return {{.statement = screen_.optPeriodic.value() ? std::string(kPeriods) : levelStatement({})}};
 }
 
 void AccountTree::expanded(ui::NodeId node) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "mainform/main_screen.h"
 #include "shell/shell.h"
@@ -51,6 +52,8 @@ class AccountTree {
   void fillNodeChildren(std::string_view key);
   /// Rebuilds the tree: its root and its first level.
   void refreshTree();
+  /// What that will ask, as far as it is known beforehand, for who asks ahead (see data::Ahead).
+  [[nodiscard]] std::vector<data::Command> questionsOfRefresh() const;
 
   /// Makes the click that waits for the end of the rest.
   void settle();

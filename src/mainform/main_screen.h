@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -44,6 +45,9 @@ class MainScreen : public ui::Form {
   /// Counts what came onto the record, a blank one included: who asked the person something meanwhile sees by
   /// it whether the record is still the one that was asked about.
   std::uint32_t RecordTurn = 0;
+  /// The account of the record as it was read, or as this screen has written it since; nothing for a blank
+  /// record. A write of the account is compared with it, so that nobody's change is lost.
+  std::optional<data::Account> AsRead;
   /// The connection text of the database that the record was read from, or is typed for.
   std::string RecordSource;
   FormMode formMode = FormMode::ModeIdle;

@@ -35,11 +35,20 @@ QColor inkOn(const QColor& ground) {
   return light > 0.55 ? QColor(Qt::black) : QColor(Qt::white);
 }
 
-/// The sign beside the message: an exclamation mark, or a question mark in Persian.
+/// Good news bear one of these titles.
+bool isGoodNews(const NoticeDialog& notice) {
+  return notice.title == QString::fromUtf8("اتمام عمليات") || notice.title == QString::fromUtf8("اطلاع");
+}
+
+/// The sign beside the message: a question mark in Persian, a tick for good news, else an exclamation mark.
 class Sign : public QWidget {
  public:
-  Sign(QWidget& parent, bool question, const QColor& colour)
-      : QWidget(&parent), question_(question), colour_(colour) {
+  Sign(QWidget& parent, const NoticeDialog& notice)
+      : QWidget(&parent),
+        question_(notice.kind == NoticeDialog::Kind::Question),
+        tick_(isGoodNews(notice)),
+        colour_(notice.button) {
+    setObjectName("Sign");
     const int side = fontMetrics().height() * 2;
     setFixedSize(side, side);
   }
@@ -51,6 +60,7 @@ class Sign : public QWidget {
     painter.setBrush(colour_);
     painter.setPen(Qt::NoPen);
     painter.drawEllipse(rect().adjusted(1, 1, -1, -1));
+    if (tick_ && !question_) return paintTick(painter);
     QFont large = font();
     large.setPixelSize(std::max(height() * 6 / 10, 8));
     large.setBold(true);
@@ -60,7 +70,15 @@ class Sign : public QWidget {
   }
 
  private:
+  void paintTick(QPainter& painter) const {
+    const double side = height();
+    painter.setPen(QPen(inkOn(colour_), side / 10, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(
+        QPolygonF{{0.28 * side, 0.52 * side}, {0.44 * side, 0.68 * side}, {0.73 * side, 0.34 * side}});
+  }
+
   bool question_;
+  bool tick_;
   QColor colour_;
 };
 
@@ -75,7 +93,7 @@ class Dialog : public QDialog {
  private:
   QFrame* makePanel(const NoticeDialog& notice);
   void makeText(const NoticeDialog& notice, QFrame& panel);
-  QPushButton* makeButton(const char* caption, NoticeDialog::Answer given, const NoticeDialog& notice);
+  QPushButton* makeButton(const QString& caption, NoticeDialog::Answer given, const NoticeDialog& notice);
   void answerWith(NoticeDialog::Answer given);
 
   bool question_;
@@ -97,10 +115,12 @@ Dialog::Dialog(const NoticeDialog& notice)
   buttons->addStretch();
   QPushButton* safe = nullptr;
   if (question_) {
-    buttons->addWidget(makeButton("بلي", NoticeDialog::Answer::Yes, notice));
-    buttons->addWidget(safe = makeButton("خير", NoticeDialog::Answer::No, notice));
+    buttons->addWidget(makeButton(QString::fromUtf8("بلي"), NoticeDialog::Answer::Yes, notice));
+    buttons->addWidget(safe = makeButton(QString::fromUtf8("خير"), NoticeDialog::Answer::No, notice));
   } else {
-    buttons->addWidget(safe = makeButton("تاييد", NoticeDialog::Answer::Yes, notice));
+    buttons->addWidget(safe = makeButton(QString::fromUtf8("تاييد"), NoticeDialog::Answer::Yes, notice));
+    if (!notice.secondButton.isEmpty())
+      buttons->addWidget(makeButton(notice.secondButton, NoticeDialog::Answer::Second, notice));
   }
   buttons->addStretch();
   layout->addLayout(buttons);
@@ -121,7 +141,7 @@ QFrame* Dialog::makePanel(const NoticeDialog& notice) {
   const int gap = fontMetrics().height();
   layout->setContentsMargins(gap, gap, gap, gap);
   layout->setSpacing(gap);
-  layout->addWidget(new Sign(*panel, question_, notice.button), 0, Qt::AlignTop);
+  layout->addWidget(new Sign(*panel, notice), 0, Qt::AlignTop);
   layout->addWidget(text_, 0, Qt::AlignVCenter);
   return panel;
 }
@@ -154,8 +174,9 @@ void Dialog::makeText(const NoticeDialog& notice, QFrame& panel) {
   text_->setFixedSize(width + bar, std::min(height, highest));
 }
 
-QPushButton* Dialog::makeButton(const char* caption, NoticeDialog::Answer given, const NoticeDialog& notice) {
-  auto* button = new QPushButton(QString::fromUtf8(caption), this);
+QPushButton* Dialog::makeButton(const QString& caption, NoticeDialog::Answer given,
+                                const NoticeDialog& notice) {
+  auto* button = new QPushButton(caption, this);
   QPalette colours = palette();
   const QColor ground = notice.button;
   colours.setColor(QPalette::Button, ground);

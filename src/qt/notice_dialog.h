@@ -10,16 +10,18 @@ class OutsideComponents;
 
 namespace ledgertree::qt {
 
-/// A message with one button, or a question with yes and no, in the colours that its caller gives.
+/// A message with one button or two, or a question with yes and no, in the colours that its caller gives.
 class NoticeDialog {
  public:
   enum class Kind { Notice, Question };
   /// None: the dialog was closed by its frame, or isn't asked yet.
-  enum class Answer { None = -1, No = 0, Yes = 1 };
+  enum class Answer { None = -1, No = 0, Yes = 1, Second = 2 };
 
   QString title;
   QString message;
   Kind kind = Kind::Notice;
+  /// What else a notice offers, beside "تاييد"; empty for nothing.
+  QString secondButton;
   QColor background = QColor(216, 190, 196);
   QColor button = QColor(125, 89, 99);
   QColor frame = QColor(225, 219, 219);

@@ -2,12 +2,16 @@
 
 #include <QApplication>
 #include <QDate>
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QTableView>
+#include <QTextBrowser>
 #include <QTextEdit>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <filesystem>
 #include <functional>
@@ -91,24 +95,38 @@ TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
   const auto today = QDate::currentDate();
   std::string day = data::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()});
   std::replace(day.begin(), day.end(), '/', '-');
+  // What opens a folder for a person.
+  QTextBrowser browser;
+  QDesktopServices::setUrlHandler("file", &browser, "setSource");
+  std::string message;
   for (const bool wanted : {false, true}) {
     const auto choose = [&](QWidget& question) {
+      if (auto* const told = question.findChild<QTextEdit*>(); told != nullptr) {
+        message = question.windowTitle().toStdString() + "|" + told->toPlainText().toStdString();
+        auto* const button = question.findChildren<QPushButton*>().last();
+        EXPECT_EQ(button->text().toStdString(), "باز کردن پوشه");
+        return button->click();
+      }
       auto& dialog = dynamic_cast<QFileDialog&>(question);
       EXPECT_EQ(dialog.windowTitle().toStdString(), "انتقال ساختار حسابها به اکسل");
       EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptSave);
       EXPECT_EQ(dialog.layoutDirection(), Qt::RightToLeft);
       EXPECT_EQ(QFileInfo(dialog.selectedFiles().front()).fileName().toStdString(),
-                "سرفصل حسابها " + day + ".xlsx");
+                day + " سرفصل حسابها.xlsx");
       EXPECT_EQ(dialog.labelText(QFileDialog::FileName).toStdString(), "نام فايل:");
       EXPECT_EQ(dialog.labelText(QFileDialog::Accept).toStdString(), "ثبت");
       EXPECT_EQ(dialog.labelText(QFileDialog::Reject).toStdString(), "انصراف");
       answer(question, folder.path() / "chart", wanted ? "accept" : "reject");
     };
     EXPECT_EQ(answering([&] { writer.call("ExportToExcel", {"Select Code, Title From vwAccount"}); }, choose),
-              1);
+              wanted ? 2 : 1);
     EXPECT_EQ(std::filesystem::exists(file), wanted);
   }
   EXPECT_GT(std::filesystem::file_size(file), 8000U);
+  EXPECT_EQ(message, "اتمام عمليات|" + std::to_string(database.number("select count(*) from tblAccount")) +
+                         " حساب در اين فايل نوشته شد:\n" + file.string());
+  QDesktopServices::unsetUrlHandler("file");
+  EXPECT_EQ(browser.source().toLocalFile().toStdString(), folder.path().string());
   // What fails is told, and leaves what was there.
   const auto intoOther = [&](QWidget& dialog) { answer(dialog, folder.path() / "other", "accept"); };
   int step = 0;

@@ -106,6 +106,7 @@ std::int32_t serve(const LedgerTreeRegistry* registry) {
   return 1;
 }
 std::int32_t refuse(const LedgerTreeRegistry* registry) { return serve(registry) - 1; }
+std::int32_t offerNothing(const LedgerTreeRegistry*) { return 1; }
 
 /// A plug-in planted in "System", and one that the package installed; what is in the files doesn't matter.
 class PlantedPlugins : public ::testing::Test {
@@ -126,7 +127,7 @@ class PlantedPlugins : public ::testing::Test {
     shell::ComponentPlugins::Platform platform = shell::pluginLibraries();
     platform.load = [&](const fs::path& plugin) {
       told += plugin.parent_path().filename().string() + " ";
-      return told == refusing ? &refuse : &serve;
+      return told == "System " && refusal != nullptr ? refusal : &serve;
     };
     shell::ComponentPlugins plugins(components, platform);
     plugins.setInstalledFolder(installed);
@@ -142,16 +143,18 @@ class PlantedPlugins : public ::testing::Test {
   const fs::path root = fs::path(LEDGERTREE_BUILT_COMPONENTS) / ("planted-" + std::to_string(::getpid()));
   const fs::path base = root / "base", system = base / "System", file = system / "libPactKit.so";
   const fs::path installed = root / "installed";
-  std::string refusing;
+  shell::RegisterComponents refusal = nullptr;  ///< of the planted one
 };
 
 TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
   const std::string path = base.string() + "/";
   if (!shell::pluginLibraries().distrust(file).empty()) GTEST_SKIP() << "the build is open to others";
   EXPECT_EQ(used(path), "System ");
-  refusing = "System ";
-  EXPECT_EQ(used(path), "System installed ") << "one that refuses hides none";
-  refusing.clear();
+  for (const shell::RegisterComponents unwilling : {&refuse, &offerNothing}) {
+    refusal = unwilling;
+    EXPECT_EQ(used(path), "System installed ") << "one that is unwilling hides none";
+  }
+  refusal = nullptr;
 
   const uid_t me = ::geteuid();
   constexpr uid_t kNobody = 65534;

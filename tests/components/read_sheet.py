@@ -1,6 +1,8 @@
 """Shows a workbook as lines of text: a second opinion on what was written."""
 
+import re
 import sys
+import zipfile
 
 import openpyxl
 
@@ -10,6 +12,8 @@ print("sheet", sheet.title, "rtl" if sheet.sheet_view.rightToLeft else "ltr", sh
 print("frozen", sheet.freeze_panes, "filter", sheet.auto_filter.ref, "repeated", sheet.print_title_rows)
 print("page", sheet.page_setup.orientation, "paper", sheet.page_setup.paperSize, "wide", sheet.page_setup.fitToWidth,
       "tall", sheet.page_setup.fitToHeight, "summary below", sheet.sheet_properties.outlinePr.summaryBelow)
+print("digits as text in", *re.findall('<ignoredError sqref="(.*?)" numberStoredAsText="1"',
+                                      zipfile.ZipFile(sys.argv[1]).read("xl/worksheets/sheet1.xml").decode()))
 print("widths", *(f"{sheet.column_dimensions[letter].width:.0f}" for letter in "ABCDEFGHI"))
 for row in sheet.iter_rows(max_row=int(sys.argv[2])):
     place = row[0].row

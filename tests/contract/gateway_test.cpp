@@ -85,6 +85,48 @@ TEST_F(Gateway, FailuresSayWhatWasWrongAndWithWhichStatement) {
             DataError::Reason::Misuse);
 }
 
+TEST_F(Gateway, APacketEndsAtItsFirstFailureAndSaysHowFarItCame) {
+  const auto call = [](std::vector<Value> values) {
+    return data::Command{.procedure = &data::procedures::spTarvoHasPermission, .values = std::move(values)};
+  };
+  const std::vector<data::Command> good{
+      {.statement = "Select Code,Title From tblAccount Where ID in (7,8) Order by Code"},
+      call({1, 301}),
+      call({3, 301}),
+      {.statement = "Update tblAccount Set Notes = 'O''Neil' Where ID=7"},
+      {.statement = "Delete tblAccountPeriodAccount Where AccountID=7"},
+      {.statement = "Select AccountID From tblAccountPeriodAccount Where AccountID=7"}};
+  const std::vector<data::Command> bad{
+      {.statement = "Insert Into tblAccountRelatedClasses (AccountID,ClassID,Sequence) Values(54,1,1)"},
+      {.statement = "Delete tblAccount Where ID=1"},  // the trigger refuses
+      {.statement = "Select Nothing From tblAccount"},
+      {.statement = "Select * From tblNowhere"},
+      {.statement = "Select 'x\xff' From tblAccount"},
+      call({1})};
+  for (const data::Command& failing : bad) {
+    SCOPED_TRACE(failing.statement);
+    database.execute("update tblAccount set Notes = 'before' where ID = 7");
+    std::vector<data::Command> packet = good;
+    packet.push_back(failing);
+    packet.push_back({.statement = "Update tblAccount Set Notes = 'behind' Where ID=7"});
+    const data::Answers answers = connection->runTogether(packet);
+    ASSERT_EQ(answers.ran.size(), good.size());
+    EXPECT_EQ(allRows(*answers.ran[0].rows), allRows(*connection->run(good[0].statement)));
+    EXPECT_TRUE(answers.ran[1].result != 0 && answers.ran[2].result == 0);
+    for (const std::size_t none : {1, 2, 3, 4}) EXPECT_FALSE(answers.ran[none].rows);
+    EXPECT_EQ(answers.ran[5].rows->count(), 0U);
+    EXPECT_EQ(database.text("select Notes from tblAccount where ID = 7"), "O'Neil");
+    const DataError told = failureOf([&] { std::rethrow_exception(answers.failure); });
+    const DataError alone = failureOf([&] {
+      std::rethrow_exception(connection->runTogether({&failing, 1}).failure);
+    });
+    EXPECT_EQ(told.reason(), alone.reason());
+    EXPECT_EQ(told.statement(), alone.statement());
+    EXPECT_EQ(std::string(told.what()), alone.what());
+  }
+  EXPECT_EQ(connection->runTogether(good).failure, nullptr);
+}
+
 class Rules : public Engine {
  protected:
   /// Who has which ancestors, and each account's level.

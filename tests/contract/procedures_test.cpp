@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "contract/engine.h"
-#include "data/account.h"
+#include "data/as_read.h"
+#include "data/quote_text.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -86,7 +87,7 @@ TEST_F(Procedures, ACodeExistsInAnyLetterCaseWithEitherYehAndKafAndWithBlanksBeh
 }
 
 TEST_F(Procedures, AccountsThatShareACodeFromBeforeKeepItAndNobodyElseGetsIt) {
-  database.execute("insert into tblAccount (Code) values ('9ك'), ('9ک'), ('8'), ('8'), ('7'), (null)");
+  database.execute("insert into tblAccount (Code) values ('9ك'), ('9ک'), ('8'), ('8'), ('7x'), (null)");
   const auto changed = [this](int place, const char* code) {
     const auto id = static_cast<int>(database.number("select min(ID) from tblAccount")) + place;
     return update(id, {.code = code, .title = "بانک"}) != 0;
@@ -96,7 +97,7 @@ TEST_F(Procedures, AccountsThatShareACodeFromBeforeKeepItAndNobodyElseGetsIt) {
   EXPECT_FALSE(changed(0, "9ک"));
   EXPECT_FALSE(changed(4, "9ک"));
   EXPECT_FALSE(changed(2, "8"));
-  EXPECT_FALSE(changed(5, "8"));
+  EXPECT_FALSE(changed(5, "7X"));
   EXPECT_EQ(insert({.code = "9ك"}), 0);
 }
 
@@ -221,6 +222,72 @@ TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
   EXPECT_EQ(failureOf([&] { insert({.parentID = 99, .code = "9901"}); }).number(), 51004);
   EXPECT_EQ(number("select @@trancount as cnt"), 0);
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 3) << "an error ends it";
+}
+
+/// Each column that an edit writes is changed by another program in turn.
+TEST_F(Procedures, AWriteIsRefusedWhereWhatWasReadIsNoLongerSo) {
+  const int mother = insert({.code = "1"});
+  Account read{.parentID = mother,
+               .code = "11",
+               .title = "بانک ",
+               .groupID = 4,
+               .notes = "O'N?",
+               .maxDebit = Money::fromTenThousandths(15000),
+               .relation = data::AccountRelation{3, 8}};
+  const int id = read.id = insert(read);
+  call(procedures::spAccountInsertRelatedObject, {id, 4, 3, 8});
+  const std::string where = " where ID = " + std::to_string(id);
+  const std::string related = " where AccountID = " + std::to_string(id);
+  const auto save = [&](std::string code = "1") {
+    connection->handOver({.account = read, .parentID = mother, .parentCode = std::move(code)});
+    return update(id, read);
+  };
+  EXPECT_EQ(save(), 1);
+  EXPECT_EQ(failureOf([&] { save("1 "); }).number(), data::kParentChanged);
+  const auto refused = [&](const std::string& change, const std::string& back) {
+    database.execute(change);
+    const std::string before = database.rows("select * from tblAccount");
+    const DataError failure = failureOf([&] { save(); });
+    EXPECT_EQ(failure.number(), data::kAccountChanged) << change;
+    EXPECT_EQ(failure.reason(), DataError::Reason::Constraint);
+    EXPECT_EQ(failureOf([&] {
+                connection->handOver({.account = read});
+                connection->run("Update tblAccount Set GroupID = null Where ID =" + std::to_string(id));
+              }).number(),
+              data::kAccountChanged);
+    EXPECT_EQ(database.rows("select * from tblAccount"), before);
+    database.execute(back);
+    EXPECT_EQ(save(), 1) << back;
+  };
+  for (const data::AccountField& field : data::kAccountFields) {
+    if (!data::isEdited(field) || field.column == "ParentID") continue;
+    const std::string set = "update tblAccount set " + std::string(field.column) + " = ";
+    const Value value = valueOf(read, field.member);
+    const bool text = field.type() == data::ParameterType::Text;
+    const auto* const amount = std::get_if<Money>(&value.variant());
+    const std::string now = value.isNull()      ? "null"
+                            : amount != nullptr ? database.amount(amount->tenThousandths())
+                                                : data::quoteText(value.toText());
+    const bool money = field.type() == data::ParameterType::Money;
+    refused(set + (text ? "'x'" : money ? database.amount(7) : "7") + where, set + now + where);
+    if (text) refused(set + data::quoteText(value.toText() + " ") + where, set + now + where);
+  }
+  refused("update tblAccount set ParentID = null" + where,
+          "update tblAccount set ParentID = " + std::to_string(mother) + where);
+  for (const char* column : {"RelatedClassID = ", "RelatedObjectID = "})
+    refused("update tblAccountRelatedObjects set " + std::string(column) + "9" + related,
+            "update tblAccountRelatedObjects set RelatedClassID = 3, RelatedObjectID = 8" + related);
+  refused("delete from tblAccountRelatedObjects" + related,
+          "insert into tblAccountRelatedObjects values (" + std::to_string(id) + ", 4, 3, 8)");
+
+  // It counts for one command, and for a new account the mother alone.
+  database.execute("update tblAccount set Notes = 'y'" + where);
+  EXPECT_EQ(update(id, read), 1);
+  connection->handOver({.account = {}, .parentID = mother, .parentCode = "2"});
+  EXPECT_EQ(failureOf([&] { insert({.parentID = mother, .code = "12"}); }).number(), data::kParentChanged);
+  connection->handOver({.account = read});
+  connection->run("Update tblAccount Set GroupID = null Where ID =" + std::to_string(id));
+  EXPECT_EQ(row(id), std::to_string(mother) + "|11|بانک |2|null");
 }
 
 }  // namespace

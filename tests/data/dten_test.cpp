@@ -75,18 +75,6 @@ TEST_F(DtEnTest, AHandleWalksItsRowsAndRefusesWhatItsStateDoesNotAllow) {
   EXPECT_EQ(first.toInt32(), 10) << "a field outlives its rows";
 }
 
-TEST_F(DtEnTest, TheGuardClosesOnTheWayOutOfAFailure) {
-  const DataError failure = ledgertree::testing::failureOf([&] {
-    const OpenRows accounts(dten_.rssqlAccounts, kChildren);
-    OpenRows lookUp(dten_.rssqlAccGroupL, kNothing);
-    lookUp.close();
-    EXPECT_EQ(dten_.rssqlAccGroupL.State(), 0);
-    dten_.cnMainData.Execute("Update nowhere Set x = 1");
-  });
-  EXPECT_EQ(failure.number(), 208);
-  expectAllClosed();
-}
-
 TEST_F(DtEnTest, TheConnectionOpensAtTheFirstCommandAndAnewForANewText) {
   EXPECT_EQ(database_.opened, 0);
   dten_.rssqlAccounts.Open(kChildren);
@@ -180,6 +168,10 @@ TEST_F(DtEnTest, ParametersReadAsNumbersWhateverTheirColumnHoldsAndMissingOnesHa
   database_.answer(edit.substr(0, edit.find(" and")), "Value", {" 1 "});
   EXPECT_FALSE(readSystemParameters(dten_).MultiEntityMode);
   EXPECT_TRUE(readSystemParameters(dten_).EditCodeAllowed);
+  database_.failure = DataError::Reason::Connection;
+  const auto read = [&] { return readSystemParameters(dten_); };
+  EXPECT_EQ(ledgertree::testing::failureOf(read).reason(), DataError::Reason::Connection);
+  database_.failure = DataError::Reason::Statement;
 
   for (const Value& complete : {Value(1), Value("1"), Value(" 1.0 "), Value(1.0)}) {
     parameter(302, {complete});

@@ -17,6 +17,7 @@ namespace ledgertree::data {
 /// A database of a few prepared answers, by statement. It keeps what it was asked.
 struct FakeDatabase {
   std::map<std::string, Rows, std::less<>> answers;  ///< a statement that isn't here fails
+  DataError::Reason failure = DataError::Reason::Statement;
   std::vector<std::string> asked;
   std::function<std::int32_t(const Procedure&, std::span<const Value>)> procedure;
   int opened = 0;
@@ -39,7 +40,7 @@ class FakeConnection : public Connection {
     if (statement.starts_with("Delete")) return std::nullopt;
     const auto found = database_.answers.find(statement);
     if (found == database_.answers.end())
-      throw DataError(DataError::Reason::Statement, 208, "no such table", std::string(statement));
+      throw DataError(database_.failure, 208, "no such table", std::string(statement));
     return found->second;
   }
   void walk(std::string_view /*statement*/, const std::function<bool(const Rows&)>& /*visit*/) override {}
@@ -47,6 +48,7 @@ class FakeConnection : public Connection {
     checkArguments(procedure, values);
     return database_.procedure(procedure, values);
   }
+  void handOver(const AsRead& /*read*/) override {}
   SearchPage search(const SearchRequest& /*request*/) override { return {}; }
 
  private:

@@ -24,6 +24,7 @@ TEST(ViewName, GoesIntoAStatementOnlyWhereItIsANameAndNothingElse) {
   for (const std::string& text : more) EXPECT_FALSE(plainViewName(text).has_value()) << text;
   EXPECT_FALSE(plainViewName(std::string("a\0b", 3)).has_value());
   EXPECT_TRUE(plainViewName(std::string(128, 'a') + "." + std::string(128, 'b')).has_value());
+  EXPECT_TRUE(plainViewName("[" + std::string(128, 'a') + "]").has_value());
   EXPECT_FALSE(plainViewName(std::string(129, 'a')).has_value());
   EXPECT_FALSE(plainViewName(std::string(10'000, 'a')).has_value());
 }

@@ -213,6 +213,13 @@ class BothDatabases(Story):
         self.assertEqual(set(named(server.db, "'table'")) - set(named(other.db, "'table'")),
                          {"tblTarvoBasePath", "tblUser", "tblUserPermission"})
 
+    def test_what_an_edit_writes_is_compared(self):
+        writes, compares = (self.server.kept["spAccount" + name][1] for name in ("UpdateAccounts", "CompareRead"))
+        at = writes.index("update") + 3
+        for place in range(at, writes.index("where", at)):
+            if writes[place] == "=":
+                self.assertIn(f"'LedgerTree.{writes[place - 1]}'", compares)
+
     def test_rights(self):
         needed = [f"select on tblAccount{name}" for name in ("", "Parent", "Period", "Document", "DocumentDetail", "Class")]
         needed += ["select on tblTarvoSystemParameters", "delete on tblAccount",
@@ -222,7 +229,7 @@ class BothDatabases(Story):
                    "select , insert , update , delete on tblAccountRelatedClasses",
                    "select , insert , delete on tblAccountRelatedClassesDetail"]
         needed += [f"select on {view}" for view in named(self.server.db, "'view'")]
-        needed += [f"execute on {name}" for name in PROCEDURES]
+        needed += [f"execute on {name}" for name in [*PROCEDURES, "spAccountCompareRead"]]
         given = ["select on tblLedgerTreeVersion to public", *(f"{right} to LedgerTreeUsers" for right in needed)]
         self.assertEqual(sorted(self.server.grants), sorted(given))
 

@@ -57,6 +57,7 @@ class ObedientServer : public data::Connection {
   }
   void walk(std::string_view, const std::function<bool(const data::Rows&)>&) override {}
   std::int32_t call(const data::Procedure&, std::span<const data::Value>) override { return 0; }
+  void handOver(const data::AsRead& /*read*/) override {}
   data::SearchPage search(const data::SearchRequest&) override { return {}; }
 
   std::vector<std::string> batches;

@@ -15,7 +15,8 @@ class RecordStory : public ScreenStory {
 TEST_F(RecordStory, AClickInTheTreeShowsAllThatIsKnownOfAnAccount) {
   walk("an account from the tree");
   EXPECT_EQ(form->datCreate.englishdate(), (data::DateTime{.year = 2023, .month = 3, .day = 21}));
-  for (const char* const none : {"3, IsPermanent = 2, IsClosed = 2", "-1, IsPermanent = -1, IsClosed = -1"}) {
+  for (const char* const none :
+       {"3, IsPermanent = 2, IsClosed = 2", "null, IsPermanent = null, IsClosed = null"}) {
     database.execute("update tblAccount set AccountNatureID = " + std::string(none) + " where ID = 1");
     walk("no button for the value");
   }

@@ -133,13 +133,30 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
   form.sltParent.setActive(false);
   form.views.setEnabled(false);
   look("== out of reach\n");
-  qt::NoticeDialog notice{.title = "پرسش", .message = "؟", .kind = qt::NoticeDialog::Kind::Question};
+  qt::NoticeDialog notice;
+  notice.title = "پرسش";
+  notice.message = "؟";
+  notice.kind = qt::NoticeDialog::Kind::Question;
   QTimer::singleShot(0, &screen.window(), [&] {
     QWidget& dialog = *QApplication::activeModalWidget();
     looks += "== notice\n" + looksOf(dialog, "");
     dialog.close();
   });
   notice.ask();
+  const auto signOf = [&](const char* title) {
+    QImage sign;
+    notice = {};
+    notice.title = title;
+    QTimer::singleShot(0, &screen.window(), [&] {
+      QWidget& dialog = *QApplication::activeModalWidget();
+      sign = dialog.findChild<QWidget*>("Sign")->grab().toImage();
+      dialog.close();
+    });
+    notice.ask();
+    return sign;
+  };
+  EXPECT_EQ(signOf("اتمام عمليات"), signOf("اطلاع")) << "good news bear a tick";
+  EXPECT_NE(signOf("اشکال"), signOf("اطلاع"));
   qt::GuideWindow::open(screen.window(), {}, {});
   QTest::keyClicks(qt::GuideWindow::standing()->findChild<QLineEdit*>(), "zz");
   looks += "== guide\n" + looksOf(*qt::GuideWindow::standing(), "");

@@ -219,6 +219,13 @@ TEST_F(Screens, HaveWhatTheirTablesSay) {
   pactkit::CostCenters costCenters(shell);
   costCenters.open();
   expectScreen(costCenters);
+
+  form->View(idOf("9"));
+  form->cmdEdit.click();
+  form->txtTitle.paste("نو");
+  database.execute("update tblAccount set Title = 'او' where Code = '9'");
+  expectNext("frmAccountDifferences");
+  form->cmdSave.click();
 }
 
 TEST_F(Screens, EachEntryOfTheMenuDoesItsOwn) {

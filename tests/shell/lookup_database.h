@@ -55,6 +55,7 @@ class LookupConnection : public data::Connection {
     return rows;
   }
 
+  void handOver(const data::AsRead& /*read*/) override {}
   data::SearchPage search(const data::SearchRequest& request) override {
     const bool byCode = request.order == data::SearchOrder::Code;
     database_.searches.push_back((byCode ? "by code: " : "") + request.text);

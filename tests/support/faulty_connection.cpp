@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/as_read.h"
 #include "data/catalogue.h"
 #include "data/connection_text.h"
 
@@ -13,37 +14,69 @@ class FaultyConnection : public data::Connection {
       : faults_(faults), engine_(std::move(engine)) {}
 
   std::optional<data::Rows> run(std::string_view statement) override {
-    faults_.pass(std::string(statement));
+    ++faults_.trips_;
+    pass(std::string(statement));
     auto rows = engine_->run(statement);
     faults_.answered(std::string(statement), rows);
     return rows;
   }
 
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override {
+    ++faults_.trips_;
     faults_.pass(std::string(statement));
     engine_->walk(statement, visit);
   }
 
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override {
-    faults_.pass(std::string(procedure.name));
+    ++faults_.trips_;
+    pass(std::string(procedure.name));
     const std::int32_t result = engine_->call(procedure, values);
     faults_.answered(std::string(procedure.name), std::nullopt);
     return result;
   }
 
+  data::Answers runTogether(std::span<const data::Command> commands) override {
+    ++faults_.trips_;
+    std::exception_ptr failure;
+    std::size_t passed = 0;
+    try {
+      for (; passed < commands.size(); ++passed) faults_.pass(wordsOf(commands[passed]));
+    } catch (...) {
+      failure = std::current_exception();
+    }
+    data::Answers answers = engine_->runTogether(commands.first(passed));
+    for (std::size_t place = 0; place < answers.ran.size(); ++place)
+      faults_.answered(wordsOf(commands[place]), answers.ran[place].rows);
+    if (!answers.failure) answers.failure = failure;
+    return answers;
+  }
+
+  void handOver(const data::AsRead& read) override { read_ = read; }
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
   void whileWaiting(std::function<bool()> givesUp) override { engine_->whileWaiting(std::move(givesUp)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
-  [[nodiscard]] bool answersLate() const override { return engine_->answersLate(); }
+  [[nodiscard]] bool answersLate() const override { return faults_.late || engine_->answersLate(); }
 
   data::SearchPage search(const data::SearchRequest& request) override {
+    ++faults_.trips_;
     faults_.pass("search " + request.view);
     return engine_->search(request);
   }
 
  private:
+  static std::string wordsOf(const data::Command& command) {
+    return command.procedure != nullptr ? std::string(command.procedure->name) : command.statement;
+  }
+  /// A command that fails here never reaches the engine, nor does what was handed over for it.
+  void pass(const std::string& command) {
+    const auto read = std::exchange(read_, std::nullopt);
+    faults_.pass(command);
+    if (read) engine_->handOver(*read);
+  }
+
   Faults& faults_;
   std::unique_ptr<data::Connection> engine_;
+  std::optional<data::AsRead> read_;
 };
 
 void Faults::putInto(data::Providers& providers, std::string provider) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -32,6 +33,10 @@ class Faults {
 
   /// The commands that failed since the last heal(), or since the beginning.
   [[nodiscard]] int failures() const;
+  /// Answers count as late, as over a network, on whichever engine.
+  std::atomic<bool> late = false;
+  /// How often the engines were asked since the last call; a packet is one question.
+  [[nodiscard]] int trips() { return trips_.exchange(0); }
   /// The commands since the last call: statements, names of procedures, "search " and a view.
   [[nodiscard]] std::vector<std::string> take();
 
@@ -54,6 +59,7 @@ class Faults {
   data::DataError::Reason reason_ = data::DataError::Reason::Storage;
   int countdown_ = 0;
   int failures_ = 0;
+  std::atomic<int> trips_ = 0;
 };
 
 }  // namespace ledgertree::testing

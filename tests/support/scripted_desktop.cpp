@@ -1,8 +1,11 @@
 #include "support/scripted_desktop.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 #include "ui/control.h"
+#include "ui/lookup_field.h"
 #include "ui/timer.h"
 
 namespace ledgertree::testing {
@@ -24,16 +27,31 @@ void ScriptedDesktop::tick() {
   settle();
 }
 
+/// Whether a look-up on the screen waits for rows, which may come from another thread.
+bool ScriptedDesktop::searching() const {
+  return std::any_of(shownForms.begin(), shownForms.end(), [](ui::Form* form) {
+    return std::any_of(form->controls().begin(), form->controls().end(), [](ui::Control* control) {
+      const auto* const field = dynamic_cast<ui::LookupField*>(control);
+      return field != nullptr && field->searching();
+    });
+  });
+}
+
 void ScriptedDesktop::settle() {
+  const auto end = std::chrono::steady_clock::now() + patience;
   for (;;) {
     std::function<void()> procedure;
     {
       const std::lock_guard guard(idleLock_);
-      if (idle_.empty()) return;
-      procedure = std::move(idle_.front());
-      idle_.pop_front();
+      if (!idle_.empty()) {
+        procedure = std::move(idle_.front());
+        idle_.pop_front();
+      } else if (!searching() || std::chrono::steady_clock::now() > end) {
+        return;
+      }
     }
-    procedure();
+    if (procedure) procedure();
+    if (!procedure) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
 

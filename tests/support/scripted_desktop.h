@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -19,12 +20,14 @@ class ScriptedDesktop : public ui::Desktop {
 
   /// What the person does in the next modal form of that name, which the frame closes if it is still up then.
   void inModal(std::string formName, Person person);
+  void forgetScripts() { scripts_.clear(); }
   /// The modal forms that came up without a script, and the scripts that no form came up for.
   [[nodiscard]] std::vector<std::string> surprises() const;
 
   /// Time passes: every timer of the shown forms ticks once, and what waits for idleness runs.
   void tick();
-  /// Runs what waits for idleness, until nothing does.
+  /// Runs what waits for idleness, until nothing does and, as far as there is patience, no look-up on the
+  /// screen searches any more.
   void settle();
 
   // ui::Desktop
@@ -47,6 +50,7 @@ class ScriptedDesktop : public ui::Desktop {
   /// The number of the error with which `show` refuses; 0 shows.
   int refusal = 0;
   int version = 5;
+  std::chrono::seconds patience{0};
   ui::Pointer pointer = ui::Pointer::Default;
   int hourglasses = 0;
   int repaints = 0;
@@ -65,6 +69,7 @@ class ScriptedDesktop : public ui::Desktop {
   bool escape = false;
 
  private:
+  [[nodiscard]] bool searching() const;
   void bringUp(ui::Form& form);
   void takeOff(ui::Form& form);
 

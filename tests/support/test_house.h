@@ -24,6 +24,7 @@ class TestHouse : public ::testing::Test {
     shell.clock = [] { return data::DateTime{.year = 2026, .month = 11, .day = 22}; };
     shell.context.gConnectionString = database.connectionText();
     shell.context.gUserID = 1;
+    desktop.patience = std::chrono::seconds(20);
     shell.resetDataConnection();
   }
 

@@ -216,6 +216,8 @@ def work_in_bulk(desk, folder):
     desk.picture("export")
     desk.key("Return")
     until("the sheet", lambda: os.path.exists(file))
+    desk.answer("اتمام عمليات", "تاييد", picture="exported")
+    desk.window(MAIN)
     codes = {row[0] for row in openpyxl.load_workbook(file).active.iter_rows(min_row=2, values_only=True)}
     assert codes == {code for code, in desk.books.execute("select Code from tblAccount")}, "the sheet isn't the chart"
 
@@ -223,11 +225,11 @@ def work_in_bulk(desk, folder):
 def keep_centres(desk):
     desk.choose("عمليات", "مراكز هزينه...", "Alt_L", "Down")
     desk.window(CENTRES)
-    desk.go("كد")
+    desk.key("ctrl+n")
     desk.type("500")
     desk.go("نام")
     desk.type("شعبه قم")
-    desk.key("ctrl+n")
+    desk.key("ctrl+s")
     desk.books_say(("500",), "select Code from tblAccCostCenter where Name = 'شعبه قم'")
     desk.picture("cost-centres")
     desk.key("Escape")

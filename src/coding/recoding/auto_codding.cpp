@@ -4,6 +4,8 @@
 #include <chrono>
 #include <utility>
 
+#include "data/ahead.h"
+#include "data/data_error.h"
 #include "data/numbers.h"
 #include "data/quote_text.h"
 #include "shell/lookup/all_chosen.h"
@@ -18,6 +20,9 @@ using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
 constexpr std::size_t kLongestCode = 20;
+/// The longest that the screen stands still for the codes of one packet; longer, and the next is half as
+/// large.
+constexpr std::chrono::seconds kLongestStandstill{1};
 /// Of the series on the second level, six digits.
 constexpr std::string_view kFirstOfSecondLevel = "000001";
 
@@ -29,12 +34,17 @@ constexpr std::string_view kBadSample =
     "نمونه اولين كد فرزند بايد فقط از ارقام تشكيل شده و حداكثر 14 رقم باشد. هيچ كدي تغيير نكرد.";
 
 constexpr std::string_view kGoOn =
-    "» است. پس از رفع اشكال، بي آنكه اين صفحه را ببنديد، همين فرمان را با همين حساب مادر و همين نمونه دوباره "
+    "پس از رفع اشكال، بي آنكه اين صفحه را ببنديد، همين فرمان را با همين حساب مادر و همين نمونه دوباره "
     "اجرا كنيد تا كار از نخستين حساب باقيمانده ادامه يابد.";
 
 void refuseLongCode(shell::Shell& shell, const std::string& code) {
   shell.showErrorNotice(shell::kTitleError,
                         "كد «" + code + "» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد.");
+}
+
+std::string parentStatement(const data::RecordHandle& account) {
+  return "Select * From tblAccount Where ID=" +
+         std::to_string(data::toNumber(account.Fields("ParentID").toText()).asInt32());
 }
 
 }  // namespace
@@ -153,11 +163,11 @@ std::vector<frmAutoCodding::NewCode> frmAutoCodding::secondLevel(data::DtEn& gat
   auto counter = CodeCounter::startingAt(kFirstOfSecondLevel);
   const data::OpenRows rows(gateway.rssqlAccounts,
                             "Select * From tblAccount Where Nolevel=2 Order By Left(Code,6),Code");
-  for (; !rows->Eof(); rows->MoveNext()) {
-    const data::OpenRows parent(
-        gateway.rssqlAccGroupL,
-        "Select * From tblAccount Where ID=" +
-            std::to_string(data::toNumber(rows->Fields("ParentID").toText()).asInt32()));
+  std::vector<data::Command> parents;
+  for (; !rows->Eof(); rows->MoveNext()) parents.push_back({.statement = parentStatement(*rows)});
+  const data::Ahead ahead(gateway.cnMainData, std::move(parents));
+  for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
+    const data::OpenRows parent(gateway.rssqlAccGroupL, parentStatement(*rows));
     if (parent->Eof()) continue;
     accounts.push_back({.account = rows->Fields("ID").toInt32(),
                         .code = parent->Fields("Code").toText() + counter->number()});
@@ -181,29 +191,47 @@ void frmAutoCodding::recode(data::DtEn& gateway, std::string command,
     writeCodes(gateway);
     unfinished_.reset();
   } catch (const std::exception& failure) {
-    if (unfinished_->done != 0) return tellHowFar(failure);
+    if (unfinished_->done != 0 || inDoubt(failure) != 0) return tellHowFar(failure);
     unfinished_.reset();
     throw;
   }
 }
 
 void frmAutoCodding::writeCodes(data::DtEn& gateway) {
-  auto& [command, codes, done] = *unfinished_;
+  auto& [command, codes, done, together] = *unfinished_;
   shell::WorkProgress progress(*this, progressBar, static_cast<std::int32_t>(codes.size()));
+  together = gateway.cnMainData.together();
   while (done < codes.size()) {
-    gateway.cnMainData.Execute("Update tblAccount  Set Code = " + data::quoteText(codes[done].code) +
-                               " Where ID = " + std::to_string(codes[done].account));
-    shell_.news.add(ChartEvent::Kind::Recoded, {codes[done].account});
-    progress.advance(static_cast<std::int32_t>(++done));
+    const auto begin = std::chrono::steady_clock::now();
+    std::vector<std::string> statements;
+    for (std::size_t next = done; next < std::min(done + together, codes.size()); ++next)
+      statements.push_back("Update tblAccount  Set Code = " + data::quoteText(codes[next].code) +
+                           " Where ID = " + std::to_string(codes[next].account));
+    const data::Answers answers = gateway.cnMainData.Execute(statements);
+    for (std::size_t ran = 0; ran < answers.ran.size(); ++ran)
+      shell_.news.add(ChartEvent::Kind::Recoded, {codes[done++].account});
+    if (answers.failure) std::rethrow_exception(answers.failure);
+    const bool slow = std::chrono::steady_clock::now() - begin > kLongestStandstill;
+    if (slow && together > 1) together /= 2;
+    progress.advance(static_cast<std::int32_t>(done));
   }
 }
 
+std::size_t frmAutoCodding::inDoubt(const std::exception& failure) const {
+  const auto& [command, codes, done, together] = *unfinished_;
+  const auto* error = dynamic_cast<const data::DataError*>(&failure);
+  if (error == nullptr || !error->leavesOpen() || together == 1) return 0;
+  return std::min(together, codes.size() - done);
+}
+
 void frmAutoCodding::tellHowFar(const std::exception& failure) {
-  const auto& [command, codes, done] = *unfinished_;
-  shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\nكد " + std::to_string(done) +
-                                                 " حساب از " + std::to_string(codes.size()) +
-                                                 " حساب تغيير كرد و آخرين كد تازه «" + codes[done - 1].code +
-                                                 std::string(kGoOn));
+  const auto& [command, codes, done, together] = *unfinished_;
+  const auto text = [](std::size_t number) { return std::to_string(number); };
+  const std::size_t open = inDoubt(failure);
+  std::string far = (open == 0 ? "كد " : "كد دست كم ") + text(done) + " حساب از " + text(codes.size());
+  far += open == 0 ? " حساب تغيير كرد و آخرين كد تازه «" + codes[done - 1].code + "» است. "
+                   : " حساب تغيير كرد و شايد كد تا " + text(open) + " حساب پس از آن هم تغيير كرده باشد. ";
+  shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\n" + far + std::string(kGoOn));
 }
 
 /// The mother account may be one of those that got a new code. Its old one must not go into the codes of its

@@ -26,6 +26,9 @@ namespace ledgertree::coding {
 /// final when it ends, so that what ran ahead of a failure stays. Whether another account has a new code
 /// isn't asked: a recoding passes through codes that exist.
 ///
+/// Where answers take long, as over a network, the codes of up to a hundred accounts go in one packet, which
+/// stops at its first failure; the bar moves by packets then.
+///
 /// A recoding that stops half-way tells how far it came, and the form keeps the rows that are left: the same
 /// command with the same mother and sample goes on with the first of them. Begun anew it would take the order
 /// of the codes that are half new.
@@ -61,6 +64,7 @@ class frmAutoCodding : public ui::Form {
     std::string command;  ///< what was asked for: the rows' statement, the mother's code and the sample
     std::vector<NewCode> codes;
     std::size_t done = 0;
+    std::size_t together = 1;  ///< how many codes were written at a time in the end
   };
 
   void loadControls();
@@ -81,6 +85,9 @@ class frmAutoCodding : public ui::Form {
   /// asked for where the same command stopped half-way before.
   void recode(data::DtEn& gateway, std::string command, const std::function<std::vector<NewCode>()>& codes);
   void writeCodes(data::DtEn& gateway);
+  /// How many accounts behind those that are done may have their new code, since the answer to a packet of
+  /// them never came.
+  [[nodiscard]] std::size_t inDoubt(const std::exception& failure) const;
   void tellHowFar(const std::exception& failure);
   /// Copies a column of the mother account to all accounts below it.
   void copyToDescendants(std::string_view column);

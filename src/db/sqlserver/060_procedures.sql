@@ -1,6 +1,8 @@
 -- The procedures of the chart. Each has done all of its work or none. A refusal (the result 0) changes nothing and leaves
 -- a transaction of the caller as it was; an error ends that transaction too.
 --
+-- Those that write an account compare first what was handed over, see spAccountCompareRead. Their results say nothing of it.
+--
 -- The -1 or 0 of a parent, group or class is stored as null, and the -1 of an object.
 set ansi_nulls on;
 set quoted_identifier on;
@@ -29,6 +31,55 @@ begin
 end;
 GO
 
+-- Compares what a screen read of the account and of its parent with what is stored, and fails with 51011 or 51012 where
+-- somebody else has changed it. A screen hands it over in the context of its session, under the names of the columns,
+-- ahead of the write that it counts for; whoever hands nothing over is compared with nothing. Texts are compared letter by
+-- letter, with case and blanks.
+if object_id(N'dbo.spAccountCompareRead') is not null drop procedure dbo.spAccountCompareRead;
+GO
+create procedure dbo.spAccountCompareRead @ID int
+as
+begin
+  set nocount on;
+  declare @Read int = cast(session_context(N'LedgerTree.ID') as int);
+  if @Read is not null
+  begin
+    exec sp_set_session_context N'LedgerTree.ID', null;
+    if exists (select 1 from dbo.tblAccount with (updlock, holdlock)
+               where ID = cast(session_context(N'LedgerTree.Parent') as int)
+                 and cast(isnull(Code, '') as varbinary(8000))
+                   <> cast(cast(session_context(N'LedgerTree.ParentCode') as varchar(8000)) as varbinary(8000)))
+      throw 51012, N'حساب مادر را پس از آن که خوانده شد کاربر ديگري جابجا کرده يا کد آن را تغيير داده است و چيزي ثبت نشد. حساب مادر را دوباره انتخاب نماييد.', 1;
+    if @Read = @ID and exists (select 1 from dbo.tblAccount where ID = @ID) and (
+      not exists (
+        select isnull(ParentID, -1), isnull(GroupID, -1), isnull(IsPermanent, -1), isnull(AccountNatureID, -1),
+               isnull(IsClosed, -1), isnull(BranchID, -1), isnull(PositionID, -1), MaxDebit, MaxCredit,
+               cast(isnull(Code, '') as varbinary(8000)), cast(isnull(Title, '') as varbinary(8000)),
+               cast(isnull(Notes, '') as varbinary(8000))
+        from dbo.tblAccount with (updlock, holdlock) where ID = @ID
+        intersect
+        select cast(session_context(N'LedgerTree.ParentID') as int), cast(session_context(N'LedgerTree.GroupID') as int),
+               cast(session_context(N'LedgerTree.IsPermanent') as int),
+               cast(session_context(N'LedgerTree.AccountNatureID') as int),
+               cast(session_context(N'LedgerTree.IsClosed') as int), cast(session_context(N'LedgerTree.BranchID') as int),
+               cast(session_context(N'LedgerTree.PositionID') as int),
+               cast(session_context(N'LedgerTree.MaxDebit') as money),
+               cast(session_context(N'LedgerTree.MaxCredit') as money),
+               cast(cast(session_context(N'LedgerTree.Code') as varchar(8000)) as varbinary(8000)),
+               cast(cast(session_context(N'LedgerTree.Title') as varchar(8000)) as varbinary(8000)),
+               cast(cast(session_context(N'LedgerTree.Notes') as varchar(8000)) as varbinary(8000)))
+      or cast(session_context(N'LedgerTree.Related') as int) <> case when exists (
+           select 1 from dbo.tblAccountRelatedObjects with (updlock, holdlock) where AccountID = @ID) then 1 else 0 end
+      or cast(session_context(N'LedgerTree.Related') as int) = 1 and not exists (
+           select 1 from dbo.tblAccountRelatedObjects
+           where AccountID = @ID
+             and isnull(RelatedClassID, -1) = cast(session_context(N'LedgerTree.RelatedClassID') as int)
+             and isnull(RelatedObjectID, -1) = cast(session_context(N'LedgerTree.RelatedObjectID') as int)))
+      throw 51011, N'اين حساب را پس از آن که خوانده شد کاربر ديگري تغيير داده است و اين تغيير ثبت نشد. حساب را دوباره بخوانيد.', 1;
+  end;
+end;
+GO
+
 -- Gives the ID of the new account; 0 where the code exists.
 if object_id(N'dbo.spAccountInsertAccount') is not null drop procedure dbo.spAccountInsertAccount;
 GO
@@ -43,6 +94,7 @@ begin
   declare @ID int = 0, @Found int;
   begin transaction;
   exec dbo.spAccountHoldChart;
+  exec dbo.spAccountCompareRead 0;
   if @ParentID > 0 and not exists (select 1 from dbo.tblAccount where ID = @ParentID)
     throw 51004, N'حساب مادر ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. حساب مادر ديگري انتخاب نماييد.', 1;
   exec @Found = dbo.spAccountFindCode @Code, 0;
@@ -74,6 +126,7 @@ begin
   declare @Done int = 0, @Found int;
   begin transaction;
   exec dbo.spAccountHoldChart;
+  exec dbo.spAccountCompareRead @ID;
   if not exists (select 1 from dbo.tblAccount where ID = @ID)
     throw 51004, N'اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.', 1;
   if @ParentID > 0 and not exists (select 1 from dbo.tblAccount where ID = @ParentID)
@@ -105,6 +158,7 @@ begin
   set nocount on;
   set xact_abort on;
   begin transaction;
+  exec dbo.spAccountCompareRead @AccountID;
   if not exists (select 1 from dbo.tblAccount with (updlock, holdlock) where ID = @AccountID)
     throw 51004, N'اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.', 1;
   delete from dbo.tblAccountRelatedObjects where AccountID = @AccountID;

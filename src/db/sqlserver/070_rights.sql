@@ -58,4 +58,6 @@ grant execute on dbo.spAccountInsertAccount to LedgerTreeUsers;
 grant execute on dbo.spAccountUpdateAccounts to LedgerTreeUsers;
 grant execute on dbo.spAccountInsertRelatedObject to LedgerTreeUsers;
 grant execute on dbo.spAccountDeleteAccount to LedgerTreeUsers;
+-- In one transaction with the statements that write a relation and take away a group.
+grant execute on dbo.spAccountCompareRead to LedgerTreeUsers;
 GO

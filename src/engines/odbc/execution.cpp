@@ -18,6 +18,18 @@ Watch::Clock::time_point deadline(const Session& session) {
 
 }  // namespace
 
+void requireCleanStatement(std::string_view text) {
+  if (text::isCleanText(text)) return;
+  throw data::DataError(data::DataError::Reason::Misuse, 0,
+                        "متن نويسه ناخوانا دارد. آن را پاک کنيد و دوباره بنويسيد.");
+}
+
+bool changesRows(std::string_view statement) {
+  constexpr std::string_view kWords[] = {"insert", "update", "delete", "merge", "truncate"};
+  return std::any_of(std::begin(kWords), std::end(kWords),
+                     [statement](std::string_view word) { return beginsWithWord(statement, word); });
+}
+
 Execution::Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled)
     : session_(session),
       name_(name),
@@ -29,10 +41,7 @@ Execution::Execution(Session& session, std::string_view name, const std::functio
 }
 
 bool Execution::send(std::string_view text) {
-  if (!text::isCleanText(text)) {
-    throw data::DataError(data::DataError::Reason::Misuse, 0,
-                          "متن نويسه ناخوانا دارد. آن را پاک کنيد و دوباره بنويسيد.");
-  }
+  requireCleanStatement(text);
   std::u16string wide = text::wideText(foldStatement(text, session_.codePage()));
   const SQLRETURN result = SQLExecDirectW(statement_.get(), reinterpret_cast<SQLWCHAR*>(wide.data()),
                                           static_cast<SQLINTEGER>(wide.size()));

@@ -13,11 +13,16 @@
 
 namespace ledgertree::engines::odbc {
 
+/// Throws data::DataError(Misuse) for a statement that isn't clean (see characters.h).
+void requireCleanStatement(std::string_view text);
+/// Statements that give no rows, whatever their triggers select.
+[[nodiscard]] bool changesRows(std::string_view statement);
+
 /// One command on an open session, from its sending to its last result. The server may send several results,
 /// with failures among them: what comes later is as much a part of the command as what comes first.
 class Execution {
  public:
-  /// `name` is what an error calls the command: the statement, or the procedure.
+  /// `name` is what an error calls the command: the statement, or the procedure. It outlives the execution.
   Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled = nullptr);
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
@@ -27,8 +32,11 @@ class Execution {
   [[nodiscard]] bool send(std::string_view text);
   /// Goes to the next result; what is left of this one is passed over.
   [[nodiscard]] bool nextResult();
+  /// The results from here on belong to another command of a packet.
+  void goOnWith(std::string_view name) { name_ = name; }
   /// Notes that a call on this statement failed; the first failure is the command's.
   void noteFailure();
+  [[nodiscard]] bool failed() const { return failure_.has_value(); }
   /// Reads to the end and throws the failure of the command, where there was one.
   void finish();
   /// The time between these two isn't the server's.

@@ -1,31 +1,17 @@
 #include "engines/odbc/odbc_connection.h"
 
-#include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "data/catalogue.h"
+#include "engines/odbc/compared_write.h"
 #include "engines/odbc/execution.h"
+#include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/result_sets.h"
 #include "engines/odbc/view_search.h"
 
 namespace ledgertree::engines::odbc {
-namespace {
-
-/// Statements that give no rows, whatever their triggers select.
-bool changesRows(std::string_view statement) {
-  constexpr std::string_view kWords[] = {"insert", "update", "delete", "merge", "truncate"};
-  return std::any_of(std::begin(kWords), std::end(kWords),
-                     [statement](std::string_view word) { return beginsWithWord(statement, word); });
-}
-
-void readAll(ResultSet& set, data::Rows& rows) {
-  while (set.next() && set.addCells(rows)) continue;
-}
-
-}  // namespace
-
 /// A walk over the rows of a statement. A connection carries one statement at a time: where another command
 /// comes between two rows, the rest of the rows is kept first.
 class OdbcConnection::Walk {
@@ -64,7 +50,7 @@ class OdbcConnection::Walk {
     try {
       if (set_) {
         rest_ = set_->emptyRows();
-        readAll(*set_, rest_);
+        set_->addRows(rest_);
       }
       execution_->finish();
     } catch (...) {
@@ -119,7 +105,12 @@ auto OdbcConnection::command(Work work) {
 }
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
-  return command([statement](Session& session) {
+  const auto read = std::exchange(read_, std::nullopt);
+  return command([statement, &read](Session& session) -> std::optional<data::Rows> {
+    if (read && session.dialect() != Dialect::Other) {
+      runCompared(session, *read, statement);
+      return std::nullopt;
+    }
     Execution execution(session, statement);
     const bool reads = !changesRows(statement);
     std::optional<data::Rows> rows;
@@ -129,11 +120,26 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
       ResultSet set(execution);
       if (set.columns() == 0) continue;
       rows = set.emptyRows();
-      readAll(set, *rows);
+      set.addRows(*rows);
     }
     execution.finish();
     return rows;
   });
+}
+
+data::Answers OdbcConnection::runTogether(std::span<const data::Command> commands) {
+  if (commands.size() < 2 || read_) return Connection::runTogether(commands);
+  data::Answers answers;
+  try {
+    command([this, commands, &answers](Session& session) {
+      const bool takesBatches = session.dialect() != Dialect::Other;
+      if (takesBatches) sendPacket(session, commands, answers.ran);
+      if (!takesBatches) answers = Connection::runTogether(commands);
+    });
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
 }
 
 void OdbcConnection::walk(std::string_view statement,
@@ -146,9 +152,12 @@ void OdbcConnection::walk(std::string_view statement,
 }
 
 std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return command(
-      [&procedure, values](Session& session) { return callProcedure(session, procedure, values); });
+  return command([&procedure, values, &read](Session& session) {
+    return read && session.dialect() != Dialect::Other ? callCompared(session, *read, procedure, values)
+                                                       : callProcedure(session, procedure, values);
+  });
 }
 
 data::SearchPage OdbcConnection::search(const data::SearchRequest& request) {

@@ -8,6 +8,7 @@
 #include <span>
 #include <string_view>
 
+#include "data/as_read.h"
 #include "data/connection.h"
 #include "data/connection_text.h"
 #include "engines/odbc/session.h"
@@ -27,8 +28,10 @@ class OdbcConnection final : public data::Connection {
   ~OdbcConnection() override;
 
   std::optional<data::Rows> run(std::string_view statement) override;
+  data::Answers runTogether(std::span<const data::Command> commands) override;
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] bool answersLate() const override { return true; }
 
@@ -43,7 +46,8 @@ class OdbcConnection final : public data::Connection {
   std::chrono::milliseconds command_;
   Versions versions_;
   std::unique_ptr<Session> session_;
-  Walk* walk_ = nullptr;  ///< the innermost that runs
+  std::optional<data::AsRead> read_;  ///< handed over, until the next command
+  Walk* walk_ = nullptr;              ///< the innermost that runs
 };
 
 }  // namespace ledgertree::engines::odbc

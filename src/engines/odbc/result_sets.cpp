@@ -106,6 +106,10 @@ bool ResultSet::addCells(data::Rows& rows) {
   return true;
 }
 
+void ResultSet::addRows(data::Rows& rows) {
+  while (next() && addCells(rows)) continue;
+}
+
 bool ResultSet::addCell(data::Rows& rows, SQLUSMALLINT place, Kind kind) {
   SQLLEN length = 0;
   const auto read = [&](SQLSMALLINT type, SQLPOINTER into, std::size_t size) {

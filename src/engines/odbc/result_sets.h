@@ -22,6 +22,8 @@ class ResultSet {
   [[nodiscard]] bool next();
   /// Appends the cells of the row. False where reading one of them failed.
   [[nodiscard]] bool addCells(data::Rows& rows);
+  /// Appends the rows that are left.
+  void addRows(data::Rows& rows);
 
  private:
   enum class Kind { Integer, Decimal, Double, DateTime, Text };

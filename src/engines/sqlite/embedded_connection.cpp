@@ -79,6 +79,44 @@ data::Rows readAll(Started& started) {
   return rows;
 }
 
+/// A transaction for a write and the comparison ahead of it. What doesn't come to its end is undone.
+class Compared {
+ public:
+  Compared(Session& open, const data::AsRead& read) : open_(open) {
+    // What still reads would keep the lock for writing away.
+    open.plans().letGo();
+    execute("begin immediate");
+    try {
+      data::requireAsRead(read, [&open](const std::string& statement) {
+        Started started(open, statement);
+        return readAll(started);
+      });
+    } catch (...) {
+      undo();
+      throw;
+    }
+  }
+  Compared(const Compared&) = delete;
+  Compared& operator=(const Compared&) = delete;
+  ~Compared() {
+    if (!ended_) undo();
+  }
+  void end() {
+    execute("commit");
+    ended_ = true;
+  }
+
+ private:
+  void execute(const char* statement) {
+    if (sqlite3_exec(open_.handle(), statement, nullptr, nullptr, nullptr) != SQLITE_OK)
+      fail(open_, statement);
+  }
+  void undo() { sqlite3_exec(open_.handle(), "rollback", nullptr, nullptr, nullptr); }
+
+  Session& open_;
+  bool ended_ = false;
+};
+
 }  // namespace
 
 /// Counts the running commands, and clears up behind the outermost.
@@ -108,8 +146,19 @@ auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work wo
   return work(open, watched);
 }
 
+template <typename Work>
+auto EmbeddedConnection::write(const std::optional<data::AsRead>& read, Work work) {
+  return command(nullptr, [&read, &work](Session& open, Watch::Command&) {
+    if (!read) return work(open);
+    Compared compared(open, *read);
+    auto result = work(open);
+    compared.end();
+    return result;
+  });
+}
+
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
-  return command(nullptr, [statement](Session& open, Watch::Command&) -> std::optional<data::Rows> {
+  return write(std::exchange(read_, std::nullopt), [statement](Session& open) -> std::optional<data::Rows> {
     Started started(open, statement);
     data::Rows rows = readAll(started);
     if (rows.columns().empty()) return std::nullopt;
@@ -145,8 +194,9 @@ void EmbeddedConnection::readTogether(const std::function<void()>& work) {
 }
 
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return command(nullptr, [&procedure, values](Session& open, Watch::Command&) {
+  return write(read, [&procedure, values](Session& open) {
     open.requireFile(Clock::now(), true);
     try {
       const std::int32_t result = open.procedures().call(procedure, values);

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/as_read.h"
 #include "data/connection.h"
 #include "engines/sqlite/session.h"
 
@@ -39,6 +40,7 @@ class EmbeddedConnection final : public data::Connection {
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   void readTogether(const std::function<void()>& work) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
+  void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   void whileWaiting(std::function<bool()> givesUp) override { givesUpWaiting_ = std::move(givesUp); }
   std::vector<std::string> takeNews() override;
@@ -55,12 +57,16 @@ class EmbeddedConnection final : public data::Connection {
   /// closed.
   template <typename Work>
   auto command(const std::function<bool()>* cancelled, Work work);
+  /// Carries out a command that writes, in one with the comparison where something was handed over.
+  template <typename Work>
+  auto write(const std::optional<data::AsRead>& read, Work work);
 
   std::string path_;
   TimeOuts timeOuts_;
   std::unique_ptr<Session> session_;
   std::function<bool()> givesUpWaiting_;
-  int commands_ = 0;  ///< how deep the running ones are nested
+  std::optional<data::AsRead> read_;  ///< handed over, until the next command
+  int commands_ = 0;                  ///< how deep the running ones are nested
   WasOpen wasOpen_;
 };
 

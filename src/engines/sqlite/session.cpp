@@ -121,14 +121,6 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
   }
 }
 
-Session::~Session() {
-  if (!lost_) return;
-  // The log that now stands beside the path may be another file's: closing must leave it alone.
-  int keep = 1;
-  sqlite3_file_control(handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
-  sqlite3_db_config(handle(), SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-}
-
 void Session::configure(std::chrono::milliseconds timeOut) {
   const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
   Watch::Command command(watch_, deadline);

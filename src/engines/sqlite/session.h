@@ -28,7 +28,6 @@ class Session {
   Session(std::string path, Missing missing, std::chrono::milliseconds timeOut);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
-  ~Session();
 
   /// Throws data::DataError(Connection) where the file has been deleted or replaced by another one. The
   /// session is of no use then. Asks the file system where the last look is some time ago, or `always`.

@@ -1,5 +1,9 @@
 #include "ledgertree/ledger_tree_control.h"
 
+#include <optional>
+#include <utility>
+
+#include "data/ahead.h"
 #include "data/numbers.h"
 #include "shell/control/ledger_tree_control_session.h"
 
@@ -86,10 +90,14 @@ void LedgerTreeControl::ClearShow() {
   takeIdentity();
   session_.shell().resetDataConnection();
   resolvePeriod();
+  const auto gateway = session_.shell().dtEn();
+  std::optional<data::Ahead> ahead(std::in_place, gateway->cnMainData, session_.questionsOfStart());
   if (!session_.shell().permits(data::Permission::ShowChart)) return;
 
   try {
-    session_.loadedForm().ClearShow();
+    mainform::FormMain& form = session_.loadedForm();
+    ahead.reset();
+    form.ClearShow();
   } catch (const ui::DesktopError&) {
     // A desktop that refuses for another reason than the form's kind isn't told of: the host asks.
   } catch (const std::exception& failure) {

@@ -1,8 +1,11 @@
 #include "shell/control/ledger_tree_control_session.h"
 
 #include <stdexcept>
+#include <utility>
 
 #include "data/connection_text.h"
+#include "data/permissions.h"
+#include "data/system_parameters.h"
 #include "ledgertree/ledger_tree_control.h"
 
 namespace ledgertree {
@@ -60,6 +63,15 @@ mainform::FormMain& ControlSession::loadedForm() {
     form_ = std::move(form);
   }
   return *form_;
+}
+
+std::vector<data::Command> ControlSession::questionsOfStart() const {
+  std::vector<data::Command> questions{
+      data::permissionQuestion(shell_.context.gUserID, data::Permission::ShowChart)};
+  if (!form_)
+    for (data::Command& parameter : data::systemParameterQuestions())
+      questions.push_back(std::move(parameter));
+  return questions;
 }
 
 bool ControlSession::makeWay(const std::string& connectionText, bool forAnotherRecord) {

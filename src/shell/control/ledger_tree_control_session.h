@@ -3,7 +3,9 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "data/packet.h"
 #include "ledgertree/chart_events.h"
 #include "mainform/form/form_main.h"
 #include "shell/shell.h"
@@ -36,6 +38,8 @@ class ControlSession {
   void dropUnshown();
   /// The main form, loaded if it isn't. Throws what its load throws, and is not loaded then.
   [[nodiscard]] mainform::FormMain& loadedForm();
+  /// What ClearShow asks from the right to see the chart on, as far as it is known ahead of the form's load.
+  [[nodiscard]] std::vector<data::Command> questionsOfStart() const;
   /// Null while it isn't loaded.
   [[nodiscard]] mainform::FormMain* form() const { return form_.get(); }
   /// Runs when nothing else does, after the form was left; not where it was loaded anew by then.

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "shell/lookup/lookup_search.h"
 #include "shell/shell.h"
@@ -35,6 +36,10 @@ class AccountPicker : public ui::LookupField {
   /// event.
   [[nodiscard]] std::int32_t AccountID() const { return held().id; }
   void setAccountID(std::int32_t id);
+  /// Adds what writing an ID will ask, for who asks ahead (see data::Ahead).
+  void addQuestion(std::int32_t id, std::vector<data::Command>& questions) {
+    search().addQuestion(id, questions);
+  }
   /// The whole code of the account held; empty for none.
   [[nodiscard]] const std::string& AccountCode() const { return held().code; }
   /// Its title; empty for none.

@@ -36,15 +36,17 @@ struct Single {
   [[nodiscard]] ui::LookupRow get() const { return count == 1 ? row : ui::LookupRow(); }
 };
 
-data::Rows rowsOf(data::Connection& connection, std::string_view view, const std::string& condition) {
-  std::string statement = "Select * From ";
-  statement.append(view);
-  auto rows = connection.run(statement.append(" Where ").append(condition));
+data::Rows rowsOf(data::Connection& connection, std::string_view view, std::int32_t id) {
+  auto rows = connection.run(LookupReader::rowStatement(view, id));
   if (!rows) throw data::DataError(data::DataError::Reason::Statement, 0, "پاسخي از پايگاه داده نيامد.");
   return std::move(*rows);
 }
 
 }  // namespace
+
+std::string LookupReader::rowStatement(std::string_view view, std::int32_t id) {
+  return "Select * From " + std::string(view) + " Where ID=" + std::to_string(id);
+}
 
 void LookupReader::learnColumns(const std::string& view, const data::Rows& rows) {
   if (!columns_.empty() && view_ == view) return;
@@ -58,13 +60,16 @@ void LookupReader::learnColumns(const std::string& view, const data::Rows& rows)
 }
 
 ui::LookupRow LookupReader::read(data::Connection& connection, const std::string& view, std::int32_t id) {
-  const data::Rows rows = rowsOf(connection, view, "ID=" + std::to_string(id));
+  return readIn(rowsOf(connection, view, id), view);
+}
+
+ui::LookupRow LookupReader::readIn(const data::Rows& rows, const std::string& view) {
   learnColumns(view, rows);
   return rows.count() == 0 ? ui::LookupRow() : lookupRow(rows, 0);
 }
 
 std::string LookupReader::nameOf(data::Connection& connection, std::string_view view, std::int32_t id) {
-  const data::Rows rows = rowsOf(connection, view, "ID=" + std::to_string(id));
+  const data::Rows rows = rowsOf(connection, view, id);
   return rows.count() == 0 ? std::string() : textAt(rows, 0, "Name");
 }
 
@@ -92,8 +97,11 @@ LookupAnswer LookupReader::answer(data::Connection& connection, const LookupQues
     return {.hits = parentsOf(connection, question.accounts), .continuation = {}};
   // What goes by its code has one: that needs no question.
   const bool byCode = question.order == data::SearchOrder::Code;
-  if (!byCode && (columns_.empty() || view_ != question.view))
-    learnColumns(question.view, rowsOf(connection, question.view, "ID=-1"));
+  if (!byCode && (columns_.empty() || view_ != question.view)) {
+    if (question.columns.empty()) learnColumns(question.view, rowsOf(connection, question.view, -1));
+    if (!question.columns.empty()) columns_ = question.columns;
+    view_ = question.view;
+  }
   std::size_t given = 0;
   const auto answerOf = [&given](const data::Rows& rows) {
     LookupAnswer answer{.hits = {}, .continuation = {}, .found = rows.count() - given};

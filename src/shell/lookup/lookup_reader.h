@@ -32,17 +32,27 @@ struct LookupQuestion {
   std::vector<std::int32_t> accounts;  ///< asks for the parents of these instead, see LookupReader::parentsOf
   /// Gets the first hits where the engine has them well ahead of the others; the answer has the others then.
   std::function<void(LookupAnswer)> early{};
+  /// Of the view, where they are known, see LookupReader::columnsOf: else they are asked for first.
+  std::vector<std::string> columns{};
 };
 
 /// Reads rows of views for selectors and pickers over whatever connection it is given. Everything throws
 /// data::DataError.
 class LookupReader {
  public:
+  /// What asks for the row of an ID.
+  [[nodiscard]] static std::string rowStatement(std::string_view view, std::int32_t id);
   /// The row of an ID; id -1 where there is none.
   [[nodiscard]] ui::LookupRow read(data::Connection& connection, const std::string& view, std::int32_t id);
+  /// The same of the rows that the statement gave.
+  [[nodiscard]] ui::LookupRow readIn(const data::Rows& rows, const std::string& view);
   /// The Name of an ID; empty where there is none.
   [[nodiscard]] static std::string nameOf(data::Connection& connection, std::string_view view,
                                           std::int32_t id);
+  /// The columns that a list shows, once the view was read; empty until then.
+  [[nodiscard]] std::vector<std::string> columnsOf(const std::string& view) const {
+    return view_ == view ? columns_ : std::vector<std::string>();
+  }
   [[nodiscard]] LookupAnswer answer(data::Connection& connection, const LookupQuestion& question);
   /// The titles of the parents of accounts, each one's from the nearest on, as the text of a row with its ID.
   /// One statement.

@@ -16,6 +16,9 @@ constexpr std::chrono::milliseconds kSlice{8};
 /// How long whoever leaves a field waits to hear what the text in it means.
 constexpr std::chrono::milliseconds kPatience{1000};
 
+/// Nothing is looked up for these.
+bool isNone(std::int32_t id) { return id == -1 || id == 0; }
+
 ui::LookupRow unlisted(std::int32_t id) {
   return {.id = id, .text = unlistedText(id), .code = {}, .listed = false};
 }
@@ -69,12 +72,25 @@ data::Connection& LookupSearch::connection() {
   return *connection_;
 }
 
+ui::LookupRow LookupSearch::readRow(std::int32_t id) {
+  if (shell_.hasDtEn()) {
+    const auto rows =
+        shell_.dtEn()->cnMainData.askedAhead(connectionText_, LookupReader::rowStatement(view_, id));
+    if (rows) return reader_.readIn(*rows, view_);
+  }
+  return reader_.read(connection(), view_, id);
+}
+
+void LookupSearch::addQuestion(std::int32_t id, std::vector<data::Command>& questions) const {
+  if (!isNone(id) && ready()) questions.push_back({.statement = LookupReader::rowStatement(view_, id)});
+}
+
 ui::LookupRow LookupSearch::read(std::int32_t id) {
   unread_ = false;
-  if (id == -1 || id == 0) return {};
+  if (isNone(id)) return {};
   if (ready()) {
     try {
-      ui::LookupRow row = reader_.read(connection(), view_, id);
+      ui::LookupRow row = readRow(id);
       told_.clear();
       return row.id == -1 && id > 0 ? unlisted(id) : row;
     } catch (const std::exception& failure) {
@@ -152,7 +168,8 @@ LookupQuestion LookupSearch::question(std::string text) const {
           .slice = kSlice,
           .cancelled = {},
           .accounts = {},
-          .early = {}};
+          .early = {},
+          .columns = reader_.columnsOf(view_)};
 }
 
 LookupQuestion LookupSearch::question(const Run& run) const {

@@ -69,6 +69,8 @@ class LookupSearch {
   /// one, or without a view to look in, is unlisted: it stays what it is, and shows that. Where it can't be
   /// read now, the answer holds the ID alone and `unread()` is true. Either way a save writes what was there.
   [[nodiscard]] ui::LookupRow read(std::int32_t id);
+  /// Adds what that will ask, for who asks ahead (see data::Ahead) on the gateway to the same database.
+  void addQuestion(std::int32_t id, std::vector<data::Command>& questions) const;
   [[nodiscard]] bool unread() const { return unread_; }
   /// The Name that another view has for an ID. Empty where there is none; its failures aren't told.
   [[nodiscard]] std::string nameIn(std::string_view view, std::int32_t id);
@@ -91,6 +93,7 @@ class LookupSearch {
 
   [[nodiscard]] bool ready() const { return !connectionText_.empty() && !view_.empty(); }
   [[nodiscard]] data::Connection& connection();
+  [[nodiscard]] ui::LookupRow readRow(std::int32_t id);
   void schedule();
   /// The first question of a text.
   [[nodiscard]] LookupQuestion question(std::string text) const;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/lookup/lookup_search.h"
 #include "shell/shell.h"
@@ -40,6 +41,10 @@ class Selector : public ui::LookupField {
   /// read now is held without its text, and read at the next use. Writing raises no event.
   [[nodiscard]] std::int32_t SelectedID() const { return held().id; }
   void setSelectedID(std::int32_t id) { hold(search_.read(id)); }
+  /// Adds what writing an ID will ask, for who asks ahead (see data::Ahead).
+  void addQuestion(std::int32_t id, std::vector<data::Command>& questions) const {
+    search_.addQuestion(id, questions);
+  }
   /// The text shown for the row picked: its Name; empty for none.
   [[nodiscard]] const std::string& SelectedText() const { return held().text; }
   [[nodiscard]] bool IsEmpty() const { return held().id == -1; }

@@ -5,7 +5,6 @@
 #include "engines/odbc/odbc_connection.h"
 #include "support/failure.h"
 #include "support/tcp_proxy.h"
-#include "support/temporary_database.h"
 
 namespace ledgertree::engines::odbc {
 namespace {
@@ -14,37 +13,6 @@ using Reason = data::DataError::Reason;
 using std::chrono::steady_clock;
 
 using testing::failureOf;
-
-/// The layer on a driver that needs no server: its database is a file. It has no Unicode calls, so that its
-/// texts are ASCII; what becomes of letters shows on a server.
-class OdbcConnectionTest : public ::testing::Test {
- protected:
-  const testing::TemporaryFolder folder_;
-  data::ConnectionText text_{"ODBC Driver=SQLite3;Database=" +
-                             data::quoteConnectionValue((folder_.path() / "odbc.db").string())};
-  OdbcConnection connection_{text_};
-};
-
-TEST_F(OdbcConnectionTest, ALongTextComesWholeAndNoRowIsNoFailure) {
-  std::string notes;
-  for (int count = 0; count < 5000; ++count) notes += "abc ";
-  const std::string made = "select replace(hex(zeroblob(5000)), '00', 'abc ') as Notes";
-  const auto rows = connection_.run(made);
-  EXPECT_EQ(rows->columns().at(0), "Notes");
-  EXPECT_EQ(rows->text(0, 0), notes);
-  EXPECT_EQ(connection_.run(made + " where 1 = 0")->count(), 0U);
-}
-
-TEST_F(OdbcConnectionTest, TellsFailuresAndGoesOn) {
-  connection_.run("create table t(ID integer primary key)");
-  const data::DataError unknown = failureOf([&] { connection_.run("select Nothing from t"); });
-  EXPECT_EQ(unknown.reason(), Reason::Statement);
-  EXPECT_EQ(std::string(unknown.what()).find(data::kStatementRefused), 0U);
-  EXPECT_NE(std::string(unknown.what()).find("Nothing"), std::string::npos);
-  EXPECT_EQ(unknown.statement(), "select Nothing from t");
-  EXPECT_EQ(failureOf([&] { connection_.run(std::string("select 1\0", 9)); }).reason(), Reason::Misuse);
-  EXPECT_EQ(failureOf([&] { connection_.run("select '\xD9'"); }).reason(), Reason::Misuse);
-}
 
 std::string behind(const testing::TcpProxy& proxy) {
   return testing::TcpProxy::through(proxy,

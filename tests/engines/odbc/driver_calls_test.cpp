@@ -51,8 +51,10 @@ struct Driver {
   SQLINTEGER* result = nullptr;
   SQLLEN* resultLength = nullptr;
 
-  [[nodiscard]] auto connections() const {
-    return std::count_if(calls.begin(), calls.end(), [](auto& call) { return call.starts_with("connect "); });
+  /// The calls with these words in them.
+  [[nodiscard]] auto count(const char* words) const {
+    return std::count_if(calls.begin(), calls.end(),
+                         [words](auto& call) { return call.find(words) != call.npos; });
   }
 } driver;
 
@@ -152,6 +154,8 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     EXPECT_EQ(failure.what(), row[2]);
     EXPECT_EQ(failure.statement(), "select 2");
   }
+  for (const std::string& unreadable : {std::string("select 1\0", 9), std::string("select '\xD9'")})
+    EXPECT_EQ(failureOf([&] { connection_.run(unreadable); }).reason(), Reason::Misuse);
 }
 
 TEST_F(DriverCalls, APasswordThatTheDriverRepeatsIsntShownAndAMissingDriverIsToldAsThat) {
@@ -222,7 +226,44 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
   EXPECT_EQ(failureOf([&] { connection_.run("select 1"); }).reason(), Reason::Connection);
   driver.told.clear();
   connection_.run("select 1");
-  EXPECT_EQ(driver.connections(), 1);
+  EXPECT_EQ(driver.count("connect Driver"), 1);
+}
+
+TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
+  static constexpr data::Parameter kNumber[] = {{"@Number", data::ParameterType::Int}};
+  static const data::Procedure asking{"spAny", kNumber};
+  const std::vector<data::Command> commands{{.statement = "select 'ی', N'ی'"},
+                                            {.procedure = &asking, .values = {-7}},
+                                            {.statement = "update t set ID = 1"}};
+  driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+  OdbcConnection server(data::ConnectionText("Data Source=srv"));
+  driver.answers = {"select 1256", "+select " + std::to_string(db::schemaVersion())};
+  server.run("select 1");
+  const auto sent = [&](const std::vector<std::string>& answers) {
+    driver.told.clear();
+    driver.answers = {answers.begin(), answers.end()};
+    return server.runTogether(commands);
+  };
+  const std::string mark = "+select 7 as LedgerTreeResult";
+  data::Answers answers = sent({"select 5 as a", "+select 6 as a", mark, "+select 9 as b", mark, mark});
+  EXPECT_EQ(
+      driver.last,
+      "declare @Result int begin try exec(N'select ''ي'', N''ی'''); select @Result as LedgerTreeResult "
+      "exec @Result = spAny -7; select @Result as LedgerTreeResult exec(N'update t set ID = 1'); select "
+      "@Result as LedgerTreeResult end try begin catch; throw; end catch");
+  ASSERT_EQ(answers.ran.size(), 3U);
+  EXPECT_EQ(testing::allRows(*answers.ran[0].rows), "5");
+  EXPECT_TRUE(!answers.ran[1].rows && answers.ran[1].result == 7 && !answers.ran[2].rows);
+  // What fails behind the last mark fails the last command, and so does an end without a mark.
+  for (const auto& [told, ran] : {std::pair(std::vector<std::string>{"fail"}, 0U),
+                                  {{"select 5 as a", mark, "+fail"}, 1U},
+                                  {{"select 5 as a", mark, mark, mark, "+fail"}, 2U},
+                                  {{"select 5 as a", mark, mark}, 2U}}) {
+    answers = sent(told);
+    ASSERT_EQ(answers.ran.size(), ran);
+    const data::DataError failure = failureOf([&] { std::rethrow_exception(answers.failure); });
+    EXPECT_EQ(failure.statement(), ran == 1 ? "spAny" : commands[ran].statement);
+  }
 }
 
 TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
@@ -232,6 +273,11 @@ TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
     EXPECT_EQ(std::to_string(value.variant().index()) + " <" + value.toText() + ">", row[2])
         << row[0] << row[1];
   }
+  std::string notes;
+  for (int count = 0; count < 5000; ++count) notes += "abc ";
+  const auto rows = connection_.run("select replace(hex(zeroblob(5000)), '00', 'abc ') as Notes");
+  EXPECT_EQ(rows->columns(), std::vector<std::string>{"Notes"});
+  EXPECT_EQ(rows->text(0, 0), notes);
 }
 
 TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
@@ -267,13 +313,9 @@ TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
         if (driver.failed.empty()) break;
         const std::string failed = std::exchange(driver.failed, {});
         EXPECT_EQ(server.run("select 1")->value(0, 0), data::Value(1)) << failed;
-        record.push_back(failed + ": " + told + ", " + std::to_string(driver.connections()));
+        record.push_back(failed + ": " + told + ", " + std::to_string(driver.count("connect Driver")));
       }
-      const auto count = [](const char* kind) {
-        return std::count_if(driver.calls.begin(), driver.calls.end(),
-                             [kind](auto& one) { return one.starts_with(kind); });
-      };
-      EXPECT_EQ(count("open "), count("close ")) << record.back();
+      EXPECT_EQ(driver.count("open "), driver.count("close ")) << record.back();
     }
     record.emplace_back("all");
   }
@@ -298,13 +340,11 @@ TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
     OdbcConnection connection(text);
     driver.calls.clear();
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
-    EXPECT_EQ(std::count(driver.calls.begin(), driver.calls.end(), "disconnect"), 1);
+    EXPECT_EQ(driver.count("disconnect"), 1);
     driver.answers = {"select 1256", version(other)};
     OdbcConnection installer(text, std::chrono::hours(2), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
-    EXPECT_EQ(std::count_if(driver.calls.begin(), driver.calls.end(),
-                            [](auto& call) { return call.find("lock_timeout 30000;") != call.npos; }),
-              1);
+    EXPECT_EQ(driver.count("lock_timeout 30000;"), 1);
   }
   driver.answers = {"fail"};
   driver.dead = true;
@@ -395,7 +435,7 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     interruptions = 0;
     EXPECT_EQ(connection_.run("select 1")->count(), 1U);
     EXPECT_EQ(interruptions, 0);
-    EXPECT_EQ(driver.connections(), lost) << state;
+    EXPECT_EQ(driver.count("connect Driver"), lost) << state;
   }
   for (const auto& [state, open] : {std::pair("HY008", false), {"HY000", true}}) {
     driver = {};
@@ -408,7 +448,7 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     driver.silence.reset();
     driver.told.clear();
     hasty.run("select 1");
-    EXPECT_EQ(driver.connections(), 2) << "nobody knows what runs on the first";
+    EXPECT_EQ(driver.count("connect Driver"), 2) << "nobody knows what runs on the first";
   }
 }
 

@@ -50,7 +50,9 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
       "update tblAccount set Title = 'صندوق' where ID = 12;"
       "insert into tblAccountBranch values (9, null, 'Ab', '12');"
       "create view vwHost as select ID, Address, Name || 'c' as Made, ID + 0.5 as More, null as Nil, "
-      "9223372036854775807 as Most from tblAccountBranch");
+      "9223372036854775807 as Most from tblAccountBranch;"
+      "create table tblHost (Amount money, Day datetime, Some); insert into tblHost values (15000, "
+      "'2024-01-02', 7), (1.5, 2.5, 2.5), ('x', '1403/01/01', 't'), (null, null, null), (x'41', 8, x'42')");
   connection.run("insert into tblAccountBranch (select 8, null, 'aB', '7')");
   for (const auto& row : testing::tableOf("engines/sqlite/dialect.txt", "answers")) {
     std::string found = testing::allRows(*connection.run(row[0]));
@@ -59,27 +61,14 @@ TEST_F(Dialect, TextComparesWithoutCaseAndBlanksBehindAndNumbersStillAdd) {
   }
 }
 
-TEST_F(Dialect, AValueComesAsItWasStoredWhereItIsntWhatItsColumnSays) {
-  database.execute(
-      "create table tblHost (Amount money, Day datetime, Some); insert into tblHost values (15000, "
-      "'2024-01-02', 7), (1.5, 2.5, 2.5), ('x', '1403/01/01', 't'), (null, null, null), (x'41', 8, x'42')");
-  const auto rows = connection.run("select * from tblHost");
-  std::string found;
-  for (std::size_t row = 0; row < rows->count(); ++row)
-    for (std::size_t column = 0; column < 3; ++column)
-      found += std::to_string(rows->value(row, column).variant().index()) +
-               rows->value(row, column).toText() + (column < 2 ? " " : "; ");
-  EXPECT_EQ(found, "31.5 52024-01-02 00:00:00 17; 21.5 22.5 22.5; 4x 41403/01/01 4t; 0 0 0; 4A 18 4B; ");
-}
-
 TEST_F(Dialect, NamesComeAsInADictionaryAndCodesAsTheyAreWritten) {
   std::istringstream names(
       "بانک پاسارگاد/بانک ملی/بانک‌دار/بانکها/پروژه/"
-      "چاه/علي/علی/كارخانه/کاشی/گذر/يخچال/یزد");
+      "چاه/على/علي/علی/كارخانه/کاشی/گذر/يخچال/یزد");
   std::vector<std::int64_t> asInADictionary;
   std::map<std::string, std::int64_t> asWritten;
   for (std::string name; std::getline(names, name, '/');) {
-    const auto id = 100 + static_cast<std::int64_t>(7 * asInADictionary.size() % 13);
+    const auto id = 100 + static_cast<std::int64_t>(3 * asInADictionary.size() % 17);
     asInADictionary.push_back(asWritten[name] = id);
     // By a program that knows nothing of dictionaries.
     database.execute("insert into tblAccountBranch (ID, Code, Name) values (" + std::to_string(id) + ", '" +

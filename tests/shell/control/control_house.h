@@ -24,6 +24,7 @@ class ControlHouse : public ::testing::Test {
     faults.putInto(shell.providers);
     control.OLEConnectionString(database.connectionText());
     control.UserID(1);
+    desktop.patience = std::chrono::seconds(20);
     const auto number = [](const std::string& text) { return static_cast<std::int16_t>(std::stoi(text)); };
     person.acts["ClearShow"] = [this](auto&) { control.ClearShow(); };
     person.acts["View"] = [=, this](auto& account) { control.View(number(account)); };

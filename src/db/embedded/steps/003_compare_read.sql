@@ -1,0 +1,1 @@
+-- Nothing to do: on a server the procedures compare from here on; here the engine does.

@@ -1,0 +1,1 @@
+-- The procedures compare what was read with what is stored ahead of their write. They are made anew behind the steps.

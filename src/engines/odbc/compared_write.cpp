@@ -1,0 +1,100 @@
+#include "engines/odbc/compared_write.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engines/odbc/argument.h"
+#include "engines/odbc/execution.h"
+#include "engines/odbc/result_sets.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+using data::ParameterType;
+
+/// A batch whose question marks get their values one by one.
+class Batch {
+ public:
+  explicit Batch(Session& session) : session_(session) {}
+
+  void say(std::string_view words) { text_.append(words); }
+  void say(const data::Parameter& parameter, const data::Value& value) {
+    text_ += "?";
+    arguments_.emplace_back(parameter, value, session_.codePage());
+  }
+  /// Gives the number in the first answer; nothing where there is none. Throws data::DataError.
+  std::optional<std::int32_t> run(std::string_view name) {
+    Execution execution(session_, name);
+    SQLUSMALLINT place = 1;
+    bool bound = true;
+    for (Argument& argument : arguments_) bound = bound && argument.bind(execution.statement(), place++);
+    if (!bound) execution.noteFailure();
+    std::optional<std::int32_t> number;
+    for (bool result = bound && execution.send(text_); result; result = execution.nextResult()) {
+      ResultSet set(execution);
+      if (number || set.columns() == 0) continue;
+      data::Rows rows = set.emptyRows();
+      if (set.next() && set.addCells(rows)) number = rows.value(0, 0).toInt32();
+    }
+    execution.finish();
+    return number;
+  }
+
+ private:
+  Session& session_;
+  std::string text_;
+  std::vector<Argument> arguments_;
+};
+
+void handOver(Batch& batch, const data::AsRead& read) {
+  const auto say = [&batch](std::string_view name, ParameterType type, const data::Value& value,
+                            int width = 0) {
+    batch.say("exec sp_set_session_context N'LedgerTree." + std::string(name) + "', ");
+    batch.say({.name = name, .type = type, .width = width}, value);
+    batch.say("; ");
+  };
+  say("ID", ParameterType::Int, read.account ? read.account->id : 0);
+  say("Parent", ParameterType::Int, read.parentID);
+  say("ParentCode", ParameterType::Text, read.parentCode, 20);
+  if (!read.account) return;
+  for (const data::AccountField& field : data::kAccountFields)
+    if (data::isEdited(field))
+      say(field.column, field.type(), valueOf(*read.account, field.member), field.update);
+  const data::AccountRelation related = read.account->relation.value_or(data::AccountRelation());
+  say("Related", ParameterType::Int, read.account->relation ? 1 : 0);
+  say("RelatedClassID", ParameterType::Int, related.classID);
+  say("RelatedObjectID", ParameterType::Int, related.objectID);
+}
+
+}  // namespace
+
+std::int32_t callCompared(Session& session, const data::AsRead& read, const data::Procedure& procedure,
+                          std::span<const data::Value> values) {
+  Batch batch(session);
+  handOver(batch, read);
+  batch.say("declare @Result int; exec @Result = " + std::string(procedure.name));
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    batch.say(place == 0 ? " " : ", ");
+    batch.say(procedure.parameters[place], values[place]);
+  }
+  batch.say("; select @Result as Result");
+  if (const auto result = batch.run(procedure.name)) return *result;
+  throw data::DataError(data::DataError::Reason::Statement, 0,
+                        data::kStatementRefused + std::string(" (no return value)"),
+                        std::string(procedure.name));
+}
+
+void runCompared(Session& session, const data::AsRead& read, std::string_view statement) {
+  Batch batch(session);
+  batch.say("begin try begin transaction; ");
+  handOver(batch, read);
+  batch.say("exec dbo.spAccountCompareRead " + std::to_string(read.account ? read.account->id : 0) + "; ");
+  batch.say(statement);
+  batch.say(
+      "; commit transaction; end try begin catch if @@trancount > 0 rollback transaction; throw; end catch");
+  static_cast<void>(batch.run(statement));
+}
+
+}  // namespace ledgertree::engines::odbc

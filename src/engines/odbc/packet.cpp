@@ -1,0 +1,110 @@
+#include "engines/odbc/packet.h"
+
+#include <exception>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "data/catalogue.h"
+#include "data/data_error.h"
+#include "data/quote_text.h"
+#include "engines/odbc/result_sets.h"
+
+namespace ledgertree::engines::odbc {
+namespace {
+
+constexpr std::string_view kBegin = "declare @Result int begin try ";
+constexpr std::string_view kEnd = "end try begin catch; throw; end catch";
+/// What stands behind a command that has ended.
+constexpr std::string_view kMark = "; select @Result as LedgerTreeResult ";
+constexpr std::string_view kMarkColumn = "LedgerTreeResult";
+
+std::string_view nameOf(const data::Command& command) {
+  return command.procedure != nullptr ? command.procedure->name : std::string_view(command.statement);
+}
+
+std::string callText(const data::Command& command) {
+  data::checkArguments(*command.procedure, command.values);
+  std::string text = "exec @Result = " + std::string(command.procedure->name);
+  const char* between = " ";
+  for (const data::Value& value : command.values) {
+    text += std::exchange(between, ", ") + (value.isNull() ? "null" : std::to_string(value.toInt64()));
+  }
+  return text;
+}
+
+std::string textOf(const data::Command& command, CodePage page) {
+  if (command.procedure != nullptr) return callText(command);
+  requireCleanStatement(command.statement);
+  return "exec(N" + data::quoteText(foldStatement(command.statement, page)) + ")";
+}
+
+/// A batch of as many commands as can be sent.
+struct Batch {
+  Batch(std::span<const data::Command> commands, CodePage page) : text(kBegin) {
+    try {
+      for (const data::Command& command : commands) {
+        text.append(textOf(command, page)).append(kMark);
+        ++size;
+      }
+    } catch (const data::DataError&) {
+      refusal = std::current_exception();
+    }
+    text.append(kEnd);
+  }
+
+  std::string text;
+  std::size_t size = 0;
+  std::exception_ptr refusal;  ///< of the command behind them
+};
+
+bool isMark(const data::Rows& rows) {
+  return rows.columns().size() == 1 && rows.columns().front() == kMarkColumn;
+}
+
+/// The answers of the batch; the last command's only if nothing failed behind it either.
+void readAnswers(Execution& execution, std::span<const data::Command> sent, std::vector<data::Answer>& ran) {
+  data::Answer answer;
+  bool atEnd = false;
+  for (bool result = true; result && !execution.failed(); result = execution.nextResult()) {
+    const data::Command& command = sent[ran.size()];
+    ResultSet set(execution);
+    data::Rows rows = set.emptyRows();
+    if (!isMark(rows)) {
+      const bool reads = command.procedure == nullptr && !changesRows(command.statement);
+      if (set.columns() == 0 || !reads || answer.rows) continue;
+      set.addRows(rows);
+      answer.rows = std::move(rows);
+      continue;
+    }
+    set.addRows(rows);
+    if (execution.failed()) break;
+    if (command.procedure != nullptr) answer.result = rows.value(0, 0).toInt32();
+    atEnd = ran.size() + 1 == sent.size();
+    if (atEnd) break;
+    ran.push_back(std::exchange(answer, {}));
+    execution.goOnWith(nameOf(sent[ran.size()]));
+  }
+  execution.finish();
+  if (!atEnd) {
+    throw data::DataError(data::DataError::Reason::Statement, 0,
+                          data::kStatementRefused + std::string(" (no end)"),
+                          std::string(nameOf(sent[ran.size()])));
+  }
+  ran.push_back(std::move(answer));
+}
+
+}  // namespace
+
+void sendPacket(Session& session, std::span<const data::Command> commands, std::vector<data::Answer>& ran) {
+  const Batch batch(commands, session.codePage());
+  const auto sent = commands.first(batch.size);
+  if (!sent.empty()) {
+    Execution execution(session, nameOf(sent.front()));
+    if (!execution.send(batch.text)) execution.finish();
+    readAnswers(execution, sent, ran);
+  }
+  if (batch.refusal) std::rethrow_exception(batch.refusal);
+}
+
+}  // namespace ledgertree::engines::odbc
