@@ -1,39 +1,56 @@
-// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server, takes up one of
-// an older version, and fills in the demo chart where it is asked for. It needs no display.
+// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server or takes up one
+// of an older version, brings a file of the embedded engine to the present schema, fills in the demo chart,
+// or checks whether a chart is true. It needs no display.
 
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "data/connection.h"
+#include "data/connection_text.h"
+#include "db/check.h"
+#include "db/schema.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
 #include "ledgertree/version.h"
 #include "ledgertree_scripts.h"
+#include "text/characters.h"
 
 namespace {
 
 namespace db = ledgertree::db;
 namespace data = ledgertree::data;
+namespace text = ledgertree::text;
 
 constexpr const char* kUsage =
     "usage: ledgertree-schema --install-schema TEXT [--dry-run] [--without SCRIPT]... [--install-demo]\n"
     "       ledgertree-schema --install-demo TEXT\n"
+    "       ledgertree-schema --check TEXT\n"
     "TEXT is the OLE DB connection text of the database; \"-\" reads it from the standard input, so that a\n"
-    "password stands in no list of processes.\n"
-    "  --dry-run         shows what would be done, and does nothing\n"
-    "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n";
+    "password stands in no list of processes. \"Provider=SQLite;Data Source=PATH\" is a file that is there.\n"
+    "  --dry-run         shows what would be done on a server, and does nothing\n"
+    "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n"
+    "  --check           tells what isn't true of the accounts, and changes nothing\n"
+    "The exit status is 0; 1 where something failed, 2 for arguments that make no sense, 3 where a check "
+    "found\n"
+    "something.\n";
 
 /// An index on a large table of the host takes its time.
 constexpr std::chrono::hours kLongestBatch{2};
+
+/// The exit status of a check that found something.
+constexpr int kUntrue = 3;
 
 struct Options {
   bool schema = false;
   bool dryRun = false;
   bool demo = false;
+  bool check = false;
   db::LeftOut without;
   std::optional<std::string> text;
 };
@@ -47,6 +64,8 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.schema = true;
     } else if (argument == "--install-demo") {
       options.demo = true;
+    } else if (argument == "--check") {
+      options.check = true;
     } else if (argument == "--dry-run") {
       options.dryRun = true;
     } else if (argument == "--without" && place + 1 < count) {
@@ -57,7 +76,7 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.text = argument;
     }
   }
-  if (!options.text || (!options.schema && !options.demo)) return std::nullopt;
+  if (!options.text || options.check == (options.schema || options.demo)) return std::nullopt;
   if (!options.schema && (options.dryRun || !options.without.empty())) return std::nullopt;
   if (*options.text == "-") std::getline(std::cin, *options.text);
   return options;
@@ -90,15 +109,49 @@ void showPlan(data::Connection& connection, const Options& options) {
   std::cout << "\nnothing was changed\n";
 }
 
-void install(const Options& options) {
+/// The path of the file that a text names; nothing for a server.
+std::optional<std::string> fileOf(const std::string& text) {
+  const data::ConnectionText parts(text);
+  if (!text::equalsIgnoringCase(parts.provider(), "SQLite")) return std::nullopt;
+  return parts.require("Data Source");
+}
+
+void installFile(const std::string& path, const Options& options) {
+  if (options.dryRun || !options.without.empty())
+    throw std::runtime_error("--dry-run and --without are for a server");
+  SQLite::Database database = db::openChartFile(path, true);
+  if (options.schema)
+    for (const std::string& line : db::openSchema(database, {}, db::Mend::Everything)) print(line);
+  if (options.demo) db::createDemoChart(database);
+  print("done");
+}
+
+std::unique_ptr<data::Connection> openServer(const std::string& text) {
   data::Providers providers;
   namespace odbc = ledgertree::engines::odbc;
   odbc::registerOdbc(providers, kLongestBatch, odbc::Versions::Any);
-  const auto connection = providers.open(*options.text);
+  return providers.open(text);
+}
+
+void installServer(const Options& options) {
+  const auto connection = openServer(*options.text);
   if (options.dryRun) return showPlan(*connection, options);
   if (options.schema) db::installServerSchema(*connection, print, options.without);
   if (options.demo) db::installServerDemo(*connection, print);
-  std::cout << "done\n";
+  print("done");
+}
+
+/// Gives whether all is true.
+bool check(const std::string& text) {
+  std::size_t faults = 0;
+  if (const auto path = fileOf(text)) {
+    SQLite::Database database = db::openChartFile(*path, false);
+    faults = db::checkChart(database, print);
+  } else {
+    faults = db::checkChart(*openServer(text), print);
+  }
+  print(faults == 0 ? "all is true" : "nothing was changed");
+  return faults == 0;
 }
 
 }  // namespace
@@ -114,7 +167,11 @@ int main(int count, char** arguments) {
       std::cerr << kUsage;
       return 2;
     }
-    install(*options);
+    if (options->check) return check(*options->text) ? 0 : kUntrue;
+    if (const auto path = fileOf(*options->text))
+      installFile(*path, *options);
+    else
+      installServer(*options);
     return 0;
   } catch (const std::exception& failure) {
     std::cerr << "ledgertree-schema: " << failure.what() << '\n';

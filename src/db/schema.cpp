@@ -6,6 +6,7 @@
 
 #include "data/data_error.h"
 #include "db/scripts.h"
+#include "db/tree.h"
 #include "db/version.h"
 #include "ledgertree_scripts.h"
 
@@ -19,13 +20,21 @@ int pragma(SQLite::Database& database, const char* name) {
   return database.execAndGet(std::string("pragma ") + name).getInt();
 }
 
-bool isPresent(SQLite::Database& database) {
-  return pragma(database, "user_version") == schemaVersion() &&
-         pragma(database, "application_id") == kApplicationId;
+/// Whether nothing is to be done.
+bool isPresent(SQLite::Database& database, Mend mend) {
+  return mend != Mend::Everything && pragma(database, "user_version") == schemaVersion() &&
+         pragma(database, "application_id") == kApplicationId &&
+         (mend == Mend::Nothing || treeLooksTrue(database));
 }
 
 void runScripts(SQLite::Database& database, const std::vector<std::string_view>& paths) {
   for (const std::string_view path : paths) database.exec(std::string(embeddedText(path)));
+}
+
+[[noreturn]] void refuseOthersFile() {
+  throw data::DataError(
+      data::DataError::Reason::Connection, 0,
+      "اين فايل پايگاه داده برنامه ديگري است و حسابها در آن نگهداري نميشود. فايل ديگري انتخاب نماييد.");
 }
 
 /// Refuses what isn't an empty file: another program made it.
@@ -33,9 +42,11 @@ void requireEmpty(SQLite::Database& database) {
   if (pragma(database, "application_id") == 0 && pragma(database, "user_version") == 0 &&
       database.execAndGet("select count(*) from sqlite_schema").getInt() == 0)
     return;
-  throw data::DataError(
-      data::DataError::Reason::Connection, 0,
-      "اين فايل پايگاه داده برنامه ديگري است و حسابها در آن نگهداري نميشود. فايل ديگري انتخاب نماييد.");
+  refuseOthersFile();
+}
+
+bool isChart(SQLite::Database& database) {
+  return pragma(database, "application_id") == kApplicationId && pragma(database, "user_version") > 0;
 }
 
 /// A step may make a table anew under its old name: no row that refers to it goes with the old one, and the
@@ -74,23 +85,27 @@ std::vector<std::string> takeUp(SQLite::Database& database, int version) {
     database.exec(std::string(embeddedText(step.script)));
   }
   runScripts(database, {"db/embedded/040_triggers.sql", "db/embedded/051_views.sql"});
+  if (const int mended = mendTree(database); mended > 0)
+    found.push_back("شاخه و سطح " + std::to_string(mended) +
+                    " حساب در اين فايل درست نبود، زيرا برنامه ديگري آنها را بدون قاعده هاي فايل نوشته بود. "
+                    "اکنون بر اساس حساب مادر اصلاح شد.");
   return found;
 }
 
 }  // namespace
 
-std::vector<std::string> openSchema(SQLite::Database& database, const std::function<void()>& onTakeUp) {
-  if (isPresent(database)) return {};
+std::vector<std::string> openSchema(SQLite::Database& database, const std::function<void()>& onTakeUp,
+                                    Mend mend) {
+  if (isPresent(database, mend)) return {};
   const LooseReferences loose(database);
   // Another program may be at the same work at this moment; who comes second finds it done.
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
-  if (isPresent(database)) return {};
+  if (isPresent(database, mend)) return {};
   std::vector<std::string> found;
-  const int version = pragma(database, "user_version");
-  if (pragma(database, "application_id") == kApplicationId && version > 0) {
-    if (version > schemaVersion()) requireSchemaVersion(version);
+  if (isChart(database)) {
+    requireChart(database);
     if (onTakeUp) onTakeUp();
-    found = takeUp(database, version);
+    found = takeUp(database, pragma(database, "user_version"));
   } else {
     requireEmpty(database);
     runScripts(database, scriptsIn("db/embedded/"));
@@ -101,13 +116,27 @@ std::vector<std::string> openSchema(SQLite::Database& database, const std::funct
   return found;
 }
 
+void requireChart(SQLite::Database& database) {
+  if (!isChart(database)) refuseOthersFile();
+  const int version = pragma(database, "user_version");
+  if (version > schemaVersion()) requireSchemaVersion(version);
+}
+
+SQLite::Database openChartFile(const std::string& path, bool forWriting) {
+  constexpr int kWaitForOthers = 30'000;  // milliseconds
+  SQLite::Database database(path, forWriting ? SQLite::OPEN_READWRITE : SQLite::OPEN_READONLY,
+                            kWaitForOthers);
+  database.exec("pragma trusted_schema = off; pragma cell_size_check = on");
+  return database;
+}
+
 void createDemoChart(SQLite::Database& database) {
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
   if (database.execAndGet("select exists (select 1 from tblAccount)").getInt() != 0) {
     throw data::DataError(data::DataError::Reason::Misuse, 0,
                           "The demo chart needs a database without accounts.");
   }
-  runScripts(database, demoScripts("db/demo/embedded/"));
+  runScripts(database, scriptsWithOwn("db/demo/", "embedded"));
   transaction.commit();
 }
 

@@ -65,9 +65,9 @@ std::vector<std::string_view> scriptsIn(std::string_view folder) {
   return paths;
 }
 
-std::vector<std::string_view> demoScripts(std::string_view folder) {
-  std::vector<std::string_view> paths = scriptsIn("db/demo/");
-  const std::vector<std::string_view> own = scriptsIn(folder);
+std::vector<std::string_view> scriptsWithOwn(const std::string& folder, std::string_view engine) {
+  std::vector<std::string_view> paths = scriptsIn(folder);
+  const std::vector<std::string_view> own = scriptsIn(folder + std::string(engine) + "/");
   paths.insert(paths.end(), own.begin(), own.end());
   const auto name = [](std::string_view path) { return path.substr(path.rfind('/') + 1); };
   std::sort(paths.begin(), paths.end(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -9,9 +10,10 @@ namespace ledgertree::db {
 /// folders below it don't count.
 [[nodiscard]] std::vector<std::string_view> scriptsIn(std::string_view folder);
 
-/// The scripts of the demo chart in the order in which they run, that of their names: what both databases
-/// share, and those of the folder, which say what this one says differently.
-[[nodiscard]] std::vector<std::string_view> demoScripts(std::string_view folder);
+/// The scripts of both databases and those of one, in the order in which they run, that of their names: what
+/// stands in a folder ("db/demo/"), and what the folder of the engine below it ("embedded") says differently.
+[[nodiscard]] std::vector<std::string_view> scriptsWithOwn(const std::string& folder,
+                                                           std::string_view engine);
 
 /// A part of a script that is sent as one: what stands between two lines that say GO.
 struct Batch {

@@ -1,6 +1,7 @@
 #include "db/server_schema.h"
 
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,10 +15,15 @@ namespace {
 constexpr std::string_view kScripts = "db/sqlserver/";
 constexpr std::string_view kSteps = "db/sqlserver/steps/";
 
-void runScript(data::Connection& connection, std::string_view path) {
+/// Tells the texts in the first column of an answer.
+void tell(const std::optional<data::Rows>& rows, const Report& report) {
+  for (std::size_t row = 0; rows && row < rows->count(); ++row) report(rows->text(row, 0));
+}
+
+void runScript(data::Connection& connection, std::string_view path, const Report& report) {
   for (const Batch& batch : batchesOf(embeddedText(path))) {
     try {
-      connection.run(batch.text);
+      tell(connection.run(batch.text), report);
     } catch (const data::DataError& failure) {
       throw data::DataError(
           failure.reason(), failure.number(),
@@ -55,7 +61,7 @@ void runScripts(data::Connection& connection, const std::vector<std::string_view
                 const Report& report) {
   for (const std::string_view path : paths) {
     report(path);
-    runScript(connection, path);
+    runScript(connection, path, report);
   }
 }
 
@@ -82,9 +88,7 @@ ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut
 }
 
 void reportStep(data::Connection& connection, const Step& step, const Report& report) {
-  if (step.report.empty()) return;
-  const auto rows = connection.run(embeddedText(step.report));
-  for (std::size_t row = 0; rows && row < rows->count(); ++row) report(rows->text(row, 0));
+  if (!step.report.empty()) tell(connection.run(embeddedText(step.report)), report);
 }
 
 void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut) {
@@ -101,7 +105,7 @@ void installServerSchema(data::Connection& connection, const Report& report, con
 }
 
 void installServerDemo(data::Connection& connection, const Report& report) {
-  inTransaction(connection, [&] { runScripts(connection, demoScripts("db/demo/sqlserver/"), report); });
+  inTransaction(connection, [&] { runScripts(connection, scriptsWithOwn("db/demo/", "sqlserver"), report); });
 }
 
 }  // namespace ledgertree::db

@@ -10,8 +10,8 @@
 
 namespace ledgertree::db {
 
-/// Told what is done, line by line: each script ("db/sqlserver/010_tables.sql") ahead of it, and what was
-/// found of rows that stay as they are.
+/// Told what is done, line by line: each script ("db/sqlserver/010_tables.sql") ahead of it, what was found
+/// of rows that stay as they are, and what a script says of those that it changed.
 using Report = std::function<void(std::string_view line)>;
 
 /// The scripts to leave out, by name ("031_tree_index.sql").
@@ -33,8 +33,10 @@ void reportStep(data::Connection& connection, const Step& step, const Report& re
 
 /// Brings a database of SQL Server to the present schema: takes up an older one step by step, and runs the
 /// scripts, which make what is missing, and the views, triggers and procedures of the chart anew. Tables and
-/// what belongs to the host stay as they are but for the steps. Everything happens in one transaction: what
-/// fails leaves the database as it was, and whoever works meanwhile waits.
+/// what belongs to the host stay as they are but for the steps. Ancestors and levels that aren't what the
+/// parents say are made so; accounts that are below themselves are refused, with their IDs (number 51009).
+/// Everything happens in one transaction: what fails leaves the database as it was, and whoever works
+/// meanwhile waits.
 ///
 /// Throws data::DataError that names the script and the line of the batch that failed.
 void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut = {});

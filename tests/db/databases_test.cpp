@@ -70,7 +70,8 @@ class Record {
     for (const data::AccountField& field : data::kAccountFields) accounts.append(", ").append(field.column);
     for (const std::string& query :
          {accounts + " from tblAccount order by ID",
-          std::string("select * from tblAccountRelatedObjects order by 1, 2, 3, 4")}) {
+          std::string("select AccountID, AccountGroupID, RelatedClassID, RelatedObjectID from "
+                      "tblAccountRelatedObjects order by 1, 2, 3, 4")}) {
       std::string rows = database_.rows(query);
       std::replace(rows.begin(), rows.end(), '\n', ';');
       file_ << "rows " << query << "=" << rows << "\n";

@@ -1,6 +1,7 @@
 #include "db/schema.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <filesystem>
 #include <fstream>
@@ -30,6 +31,59 @@ TEST(Schema, LeavesTheFileOfAnotherOrANewerProgramAlone) {
     EXPECT_NE(std::string(failure.what()).find(words), std::string::npos) << failure.what();
     EXPECT_EQ(testing::allRows(database, "select name from sqlite_schema"), objects);
   }
+}
+
+TEST(Schema, ATreeThatTheTriggersDidntSeeIsMendedAndOneThatIsBrokenRefused) {
+  testing::TemporaryDatabase database;
+  SQLite::Database& file = database.other();
+  const std::string tree =
+      "select ID, NoLevel, (select group_concat(ID) from tblAccountParent where ChildID = a.ID) "
+      "from tblAccount a order by ID";
+  database.execute(
+      "insert into tblAccount (ID, ParentID, Code) values (1, null, '1'), (2, 1, '11'), (3, 2, '111')");
+  const std::string right = database.rows(tree);
+  const std::string triggers = "select name from sqlite_schema where type = 'trigger' order by name";
+  const std::string all = database.rows(triggers);
+  const auto opened = [&file] {
+    return openSchema(file).size() + (file.execAndGet("pragma foreign_keys").getInt() == 1 ? 0 : 100);
+  };
+  EXPECT_EQ(opened(), 0U);
+  for (const data::Rows names = database.read(triggers);
+       const std::size_t row : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U}) {
+    database.execute("drop trigger " + names.value(row, 0).toText());
+    EXPECT_EQ(opened(), 0U);
+    EXPECT_EQ(database.rows(triggers), all);
+  }
+  // Whoever has switched them off for a while leaves them as they were.
+  const auto unseen = [&](const std::string& statements) {
+    sqlite3_db_config(file.getHandle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+    database.execute(statements);
+    sqlite3_db_config(file.getHandle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 1, nullptr);
+  };
+  for (const char* const newest :
+       {"delete from tblAccountParent where ChildID = 3",
+        "delete from tblAccountParent where ChildID = 2; update tblAccount set NoLevel = 1 "
+        "where ID = 2"}) {
+    unseen(newest);
+    EXPECT_EQ(opened(), 1U) << newest;
+    EXPECT_EQ(database.rows(tree), right) << newest;
+  }
+  unseen(
+      "insert into tblAccount (ID, ParentID) values (4, null); delete from tblAccountParent where ChildID = "
+      "3");
+  EXPECT_EQ(opened(), 0U) << "that is too much for a look";
+  EXPECT_EQ(openSchema(file, {}, Mend::Everything).size(), 1U);
+  EXPECT_EQ(database.rows(tree), right + "\n4|1|null");
+
+  unseen("update tblAccount set ParentID = 3 where ID = 1; update tblAccount set ParentID = 2 where ID = 4");
+  const std::string circle = database.rows(tree);
+  const data::DataError failure = testing::failureOf([&] { return openSchema(file); });
+  EXPECT_NE(std::string(failure.what()).find(": «1» (1)، «11» (2)، «111» (3). "), std::string::npos)
+      << failure.what();
+  EXPECT_EQ(database.rows(tree), circle);
+  database.execute("update tblAccount set ParentID = null where ID = 1");
+  EXPECT_EQ(opened(), 1U);
+  EXPECT_EQ(database.rows(tree), right + "\n4|3|1,2");
 }
 
 TEST(Schema, AnEmptyFileThatCantBeWrittenFails) {

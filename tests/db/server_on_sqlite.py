@@ -7,8 +7,8 @@ statements) is carried out here. It knows the words of the scripts and no others
 import re
 import sqlite3
 
-WORD = re.compile(r"--[^\n]*|N?'(?:[^']|'')*'|@{0,2}\w+|<>|<=|>=|\|\||\S")
-BEGINS = "begin return throw drop create exec set insert update delete rollback alter".split()
+WORD = re.compile(r"--[^\n]*|N?'(?:[^']|'')*'|(?:@{0,2}|#)\w+|<>|<=|>=|\|\||\S")
+BEGINS = "begin return throw drop create exec set insert update delete select rollback alter".split()
 #: What SQLite has to be told in other words.
 OTHERWISE = {
     "collationproperty(cast(databasepropertyex(db_name(), 'Collation') as varchar(128)), 'CodePage')": "1256",
@@ -21,7 +21,10 @@ OTHERWISE = {
     "nchar(": "char(",
     "right(BasePath, 1)": "substr(BasePath, -1)",
     "dateadd(day, x.Day, p.BeginDate)": "datetime(p.BeginDate, '+' || x.Day || ' days')",
-    "sys.indexes": "(select name, tbl_name as object_id from sqlite_schema where type = 'index')",
+    "sys.indexes": "(select name, tbl_name as object_id, 0 as is_primary_key from sqlite_schema where type = 'index'"
+                   " union all select key_of(sql), name, 1 from sqlite_schema where type = 'table' and key_of(sql) > '')",
+    "sys.triggers": "temp.triggers",
+    "len(": "length(",
     " with (updlock, holdlock)": "",
     "isnull(": "ifnull(",
     "getdate()": "(datetime('now', 'localtime'))",
@@ -59,15 +62,19 @@ class Server:
         self.otherwise = {**OTHERWISE, **(otherwise or {})}
         self.kept, self.grants, self.locks = {}, [], []  # procedures, triggers and roles: head and body
         self.transactions = self.identity = self.changed = 0
+        self.told = []  # the rows of queries
         self.firing = self.locked = False
         names = "select 1 from sqlite_schema where name = ?"
         for function in ("object_id", "database_principal_id"):
             self.db.create_function(
                 function, 1, lambda name: name if name in self.kept or self.db.execute(names, [name]).fetchone() else None)
         self.db.create_function("session_context", 1, lambda name: None)  # nobody hands anything over
-        columns = "select cid from pragma_table_xinfo(?) where name = ?"
+        columns = "select cid, type = 'INTEGER' and pk from pragma_table_xinfo(?) where name = ?"
         self.db.create_function(
-            "columnproperty", 3, lambda table, name, _: (self.db.execute(columns, [table, name]).fetchone() or [None])[0])
+            "columnproperty", 3, lambda table, name, about:
+                (self.db.execute(columns, [table, name]).fetchone() or [None] * 2)[about == "IsIdentity"])
+        self.db.create_function("key_of", 1, lambda sql: (re.findall(r"constraint (\w+) primary key", sql) or [""])[0])
+        self.db.execute("create temp table triggers (name text collate nocase primary key, parent_id, is_disabled default 0)")
 
     def install(self, *folders):
         files = [file for folder in folders for file in folder.glob("*.sql")]
@@ -147,9 +154,10 @@ class Batch:
 
     def simple(self, first, second, at, end):
         server, third = self.server, (self.words[at + 2:] + [""])[0]
-        if first == "declare" and third == "table":
-            server.execute(f'drop table if exists temp."{second}"')
-            server.execute(f'create temp table "{second}" {self.sql(at + 3, end)}')
+        if first == "declare" and third == "table" or first == "create" and third[0] == "#":
+            name = second if first == "declare" else third
+            server.execute(f'drop table if exists temp."{name}"')
+            server.execute(f'create temp table "{name}" {self.sql(at + 3, end)}')
         elif first == "declare":
             self.variables[second] = self.value(self.words.index("=", at) + 1, end) if "=" in self.words[at:end] else None
         elif first == "set":
@@ -158,7 +166,7 @@ class Batch:
         elif first == "return":
             raise Returned(self.value(at + 1, end))
         elif first == "throw":
-            raise self.failure if end == at + 1 else Thrown(int(second), self.words[at + 3][1:-1])
+            raise self.failure if end == at + 1 else Thrown(int(second), self.value(at + 3, at + 4))
         elif first == "exec" and second == "(":
             server.run(third[1:-1].replace("''", "'"))
         elif first == "exec" and second[0] == "@" and self.words[at + 3] in server.kept:
@@ -176,8 +184,13 @@ class Batch:
         elif first == "create" and second in ("procedure", "trigger", "role"):
             body = find(self.words, at, "as")
             server.kept[third] = (" ".join(self.words[at + 3:body]), self.words[body + 1:end])
+            if second == "trigger":
+                server.execute(f"replace into triggers (name, parent_id) values ('{third}', '{self.words[at + 4]}')")
         elif first == "drop" and third in server.kept:
             del server.kept[third]
+            server.execute(f"delete from triggers where name = '{third}'")
+        elif first == "alter" and "primary" in self.words[at:end]:
+            self.add(third, self.sql(at + 4, end))
         elif first == "grant":
             server.grants.append(" ".join(self.words[at + 1:end]))
         elif first in ("begin", "commit", "rollback"):
@@ -188,7 +201,22 @@ class Batch:
         elif first in ("insert", "update", "delete"):
             self.change(first, at, end)
         else:
-            server.execute(self.sql(at, end))
+            server.told += server.execute(self.sql(at, end), self.used(self.sql(at, end)))
+
+    def add(self, table, column):
+        """A column in a table that is made anew with its rows, since SQLite gives no key to one that is there."""
+        execute = self.server.execute
+        made, = execute(f"select sql from sqlite_schema where name = '{table}'")[0]
+        columns = ", ".join(name for name, in execute(f"select name from pragma_table_info('{table}')"))
+        indexes = execute(f"select sql from sqlite_schema where tbl_name = '{table}' and type = 'index' and sql > ''")
+        execute("pragma legacy_alter_table = on")
+        execute(f"alter table {table} rename to Kept")
+        execute(self.typed(made[:made.rindex(")")] + ", " + column + " )"))
+        execute(f"insert into {table} ({columns}) select {columns} from Kept")
+        execute("drop table Kept")
+        for index, in indexes:
+            execute(index)
+        execute("pragma legacy_alter_table = off")
 
     def change(self, act, at, end):
         """A statement that writes, and the triggers behind it."""
@@ -206,7 +234,10 @@ class Batch:
             return
         server.execute("savepoint work")
         try:
-            self.note(table, sql)
+            if any("instead of" in head for head, _ in heads):
+                self.note_only(table, sql)
+            else:
+                self.note(table, sql)
             server.firing = True
             for _, body in heads:
                 try:
@@ -240,6 +271,15 @@ class Batch:
             for event in events:
                 execute(f'drop trigger if exists temp."{event}"')
 
+    def note_only(self, table, sql):
+        """Puts the rows of an insert into "inserted" and nowhere else."""
+        columns = ", ".join(f"{name} default {default}" if default else name for _, name, _, _, default, _ in
+                            self.server.execute(f"pragma table_info({table})"))
+        self.server.execute("drop table if exists temp.inserted")
+        self.server.execute(f"create temp table inserted ({columns})")
+        sql = sql.replace(f"insert into {table}", "insert into temp.inserted", 1)
+        self.server.execute(sql, self.used(sql))
+
     def value(self, at, end):
         sql = self.sql(at, end)
         return self.server.execute("select " + sql, self.used(sql))[0][0] if sql else 0
@@ -255,13 +295,16 @@ class Batch:
                 word = "||"
             elif word in ("@@rowcount", "@@trancount"):
                 word = str(self.server.changed if word == "@@rowcount" else self.server.transactions)
-            elif word[0] == "@" and word not in self.variables:
+            elif word[0] in "@#" and word not in self.variables:
                 word = f'"{word}"'
             said.append(word)
         text = " ".join(said).replace(" . ", ".").replace(" (", "(")
         text = text.replace("scope_identity( )", str(self.server.identity))
         text = text.replace("error_number( )", str(self.failure.args[0] if self.failure else 0))
-        if text.startswith("create table"):  # texts compare as people read, and keys are never given twice
-            text = re.sub(r"(n?varchar\( \d+ \))", r"\1 collate nocase", text)
-            text = re.sub(r"(integer not null constraint \w+ primary key)", r"\1 autoincrement", text)
-        return text
+        return self.typed(text) if text.startswith("create table") else text
+
+    @staticmethod
+    def typed(text):
+        """Texts compare as people read, and keys are never given twice."""
+        text = re.sub(r"(n?varchar\( \d+ \))(?! collate)", r"\1 collate nocase", text)
+        return re.sub(r"(integer not null constraint \w+ primary key)(?! auto)", r"\1 autoincrement", text)

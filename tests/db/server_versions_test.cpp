@@ -4,6 +4,7 @@
 #include <regex>
 
 #include "data/data_error.h"
+#include "db/check.h"
 #include "db/scripts.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
@@ -92,8 +93,8 @@ TEST(ServerVersions, AnOlderDatabaseTakesTheStepsAheadOfTheScripts) {
   std::string scripts;
   for (const char* script :
        {"000_database", "001_version", "010_tables", "020_host_tables", "030_indexes", "031_tree_index",
-        "032_host_indexes", "033_code_index", "040_triggers", "050_host_views", "051_views", "060_procedures",
-        "061_host_procedures", "070_rights"})
+        "032_host_indexes", "033_code_index", "040_triggers", "045_ancestors", "050_host_views", "051_views",
+        "060_procedures", "061_host_procedures", "070_rights"})
     scripts += std::string("db/sqlserver/") + script + ".sql\n";
   EXPECT_EQ(install(none), scripts);
   EXPECT_EQ(install(present), scripts);
@@ -109,7 +110,7 @@ TEST(ServerVersions, TheDemoComesInOneTransactionToo) {
   std::string told;
   installServerDemo(server, [&told](std::string_view script) { told.append(script) += ' '; });
   EXPECT_EQ(told,
-            "db/demo/sqlserver/000_begin.sql db/demo/010_host.sql db/demo/sqlserver/015_keys.sql "
+            "db/demo/sqlserver/000_begin.sql db/demo/010_host.sql "
             "db/demo/020_accounts.sql db/demo/030_use.sql db/demo/sqlserver/900_end.sql ");
   for (const char* words :
        {"begin transaction;", "@Resource = N'LedgerTree schema', @LockMode = 'Exclusive'", "@Got < 0 throw"})
@@ -128,7 +129,7 @@ TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBackAndIsToldWithItsPla
     EXPECT_EQ(failure.number(), 102);
     EXPECT_EQ(failure.statement(), server.batches[batch - 1]);
     if (failure.statement().find("create index ixAccountTitle") != std::string::npos) {
-      EXPECT_EQ(std::string(failure.what()), "db/sqlserver/030_indexes.sql, the batch at line 13: no room");
+      EXPECT_EQ(std::string(failure.what()), "db/sqlserver/030_indexes.sql, the batch at line 16: no room");
     }
     EXPECT_EQ(server.batches.size(), batch + 1);
     EXPECT_EQ(server.batches.back(), "if @@trancount > 0 rollback transaction");
@@ -138,7 +139,7 @@ TEST(ServerVersions, AFailureOfWhateverBatchTakesTheWholeBackAndIsToldWithItsPla
 TEST(ServerVersions, APlanOnlyReads) {
   ObedientServer server(1);
   for (const Step& step : planServerSchema(server).steps) reportStep(server, step, [](std::string_view) {});
-  EXPECT_EQ(server.batches.size(), 2U);
+  EXPECT_EQ(server.batches.size(), 3U);
   for (const std::string& batch : server.batches)
     EXPECT_FALSE(std::regex_search(batch, std::regex("(create|alter|insert|update|delete) "))) << batch;
 }
@@ -154,16 +155,10 @@ class OnServer : public ::testing::Test {
     faults.putInto(any);
     connection = any.open(testing::testServer());
     shape = shapeNow();
-    // Whatever ends this story halfway, the next one installs the schema.
+    // However this story ends, the next one makes the schema anew.
     connection->run("delete tblLedgerTreeStories where Kind = 'schema'");
-    const data::Rows made =
-        *connection->run(testing::linesOf("db/stories.txt", "made on the server").front());
-    for (std::size_t row = 0; row < made.count(); ++row)
-      connection->run("drop " + std::string(made.text(row, 0)));
+    testing::ServerChart::dropSchema(*connection);
     for (const Batch& batch : batchesOf(testing::keptVersion("sqlserver-1.sql"))) connection->run(batch.text);
-  }
-  void TearDown() override {
-    if (connection) installServerSchema(*connection, [](std::string_view) {});
   }
 
   /// What the queries of a section of stories.txt find.
@@ -210,6 +205,31 @@ TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
   EXPECT_EQ(rows() + shapeNow(), kept + shape);
   EXPECT_TRUE(told.starts_with("account 4 shares its code with another one: 9Ak\n")) << told;
   EXPECT_EQ(screen(), "nothing failed");
+
+  // Accounts of before the triggers, and of while they were off.
+  connection->run("delete tblAccountParent");
+  EXPECT_NE(
+      failureOf([&] { connection->run("update tblAccount set ParentID = 3 where ID = 1"); }).find("زير خودش"),
+      std::string::npos);
+  const std::string untrue = "more or fewer ancestors than the level says: ";
+  told.clear();
+  const auto note = [&told](std::string_view line) { told.append(line) += '\n'; };
+  EXPECT_GT(checkChart(*connection, note), 0U);
+  EXPECT_NE(told.find(untrue), std::string::npos) << told;
+  told.clear();
+  install();
+  EXPECT_NE(told.find("accounts were made anew by their parents"), std::string::npos) << told;
+  EXPECT_EQ(rows() + shapeNow(), kept + shape);
+  connection->run("drop trigger trAccountTree");
+  connection->run("update tblAccount set ParentID = 3 where ID = 1");
+  EXPECT_NE(failureOf(install).find("These accounts are below themselves: 1 2 3."), std::string::npos)
+      << failureOf(install);
+  connection->run("update tblAccount set ParentID = null where ID = 1");
+  install();
+  told.clear();
+  static_cast<void>(checkChart(*connection, note));
+  EXPECT_EQ(told.find(untrue), std::string::npos) << told;
+  EXPECT_EQ(rows() + shapeNow(), kept + shape);
 
   connection->run("insert into tblLedgerTreeVersion (Version) values (1000)");
   EXPECT_NE(screen().find("نسخه جديدتري"), std::string::npos);

@@ -77,7 +77,8 @@ TEST(Versions, AnOlderFileIsTakenUpWithAllItsRowsToWhatANewOneIs) {
     expected["view vwAccountGroup"] = hostsView;
   }
 
-  database.exec("pragma foreign_keys = on");
+  // As other programs may have left the tree.
+  database.exec("pragma foreign_keys = on; delete from tblAccountParent where ChildID % 2 = 0");
   int times = 0;
   const std::vector<std::string> found = openSchema(database, [&times] { ++times; });
   EXPECT_EQ(times, 1);
@@ -85,7 +86,8 @@ TEST(Versions, AnOlderFileIsTakenUpWithAllItsRowsToWhatANewOneIs) {
   EXPECT_EQ(rowsOf(database, columns), repaired(rows));
   EXPECT_EQ(database.execAndGet("pragma integrity_check").getString(), "ok");
   EXPECT_EQ(testing::allRows(database, "pragma foreign_keys; "), "1");
-  ASSERT_EQ(found.size(), 1U);
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_NE(found.back().find("بر اساس حساب مادر اصلاح شد"), std::string::npos) << found.back();
   EXPECT_NE(found.front().find(": «9Ak»، «9ك»، «حي1»"), std::string::npos) << found.front();
 
   SQLite::Database reader((folder.path() / "chart.db").string(), SQLite::OPEN_READONLY);

@@ -60,7 +60,7 @@ std::string translated(std::string_view statement) {
   };
   if (statement.find("insert or ignore") != std::string_view::npos)
     within("begin try", "end try begin catch end catch");
-  for (const std::string table : {"tblAccount", "tblAccountDocumentDetail", "tblAccCostCenter"}) {
+  for (const std::string table : {"tblAccount", "tblAccountDocumentDetail"}) {
     const std::string setting = "set identity_insert dbo." + table;
     if (text.find("into " + table + " (ID,") != std::string::npos) within(setting + " on", setting + " off");
   }
@@ -161,9 +161,23 @@ void ServerChart::installSchema() {
   if (query("select 1 as Found from tblLedgerTreeStories where Kind = 'schema' and Name = N'" + scripts + "'")
           .count() != 0)
     return;
-  db::installServerSchema(connection_, [](std::string_view) {});
+  // Anew, whatever version was there.
   connection_.run("delete tblLedgerTreeStories where Kind = 'schema'");
+  dropSchema(connection_);
+  db::installServerSchema(connection_, [](std::string_view) {});
   connection_.run("insert into tblLedgerTreeStories (Kind, Name) values ('schema', N'" + scripts + "')");
+}
+
+void ServerChart::dropSchema(data::Connection& connection) {
+  // What refers to others goes first.
+  const data::Rows made = *connection.run(
+      "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name "
+      "from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo' "
+      "and name like '[tvs][bwp]%' and name <> 'tblLedgerTreeStories' order by case name "
+      "when 'vwAccount' then 0 when 'tblAccountDocument' then 2 when 'tblAccount' then 3 else 1 end, type "
+      "desc");
+  for (std::size_t row = 0; row < made.count(); ++row)
+    connection.run("drop " + std::string(made.text(row, 0)));
 }
 
 void ServerChart::dropWhatStoriesMade() {
@@ -179,11 +193,8 @@ void ServerChart::empty() {
   std::string batch = "update tblAccount set ParentID = null; truncate table tblAccountDocumentDetail;";
   for (const std::string table : kTables) batch += "delete " + table + ";";
   // A key that was given once makes sure which one comes next.
-  batch +=
-      "insert into tblAccount (Code) values (null); delete tblAccount;"
-      "insert into tblAccCostCenter (Name) values (0); delete tblAccCostCenter";
-  connection_.run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1);" +
-                  "dbcc checkident ('tblAccCostCenter', reseed, 1)");
+  batch += "insert into tblAccount (Code) values (null); delete tblAccount";
+  connection_.run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1)");
 }
 
 void ServerChart::execute(const std::string& statements) {

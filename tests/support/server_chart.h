@@ -30,6 +30,8 @@ class ServerChart {
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);
   void fillWithDemoChart();
+  /// Takes away all that the scripts of any version make.
+  static void dropSchema(data::Connection& connection);
 
  private:
   void takeDatabase();

@@ -11,7 +11,8 @@
 
 -- Not for reading: an insert here joins an account, with all that is below it, to its parent. It presumes that the
 -- ancestors are true within the branch of each child, and nothing about those of the account itself: a REPLACE leaves
--- the ancestors of the account that it put away, a missing parent that appears finds its children there.
+-- the ancestors of the account that it put away, a missing parent that appears finds its children there. Whether the
+-- account would come below itself is asked of the parents, which are always there.
 drop view if exists vwAccountBranch;
 create view vwAccountBranch as select ID, ParentID from tblAccount where 0;
 
@@ -35,10 +36,10 @@ create trigger trAccountBranch instead of insert on vwAccountBranch
 when exists (select 1 from tblAccount where ParentID = new.ID)
 begin
   select raise(abort, 'حساب نميتواند زير خودش يا زير يکي از زيرشاخه هاي خودش قرار گيرد. حساب مادر ديگري انتخاب نماييد.')
-    where exists (select 1 from tblAccount
-                  where ID in (select p.ID from tblAccountParent p where p.ChildID = new.ParentID
-                               union all select new.ParentID)
-                    and +ParentID = new.ID);
+    where new.ID in (with recursive Above (ID) as (
+                       select new.ParentID
+                       union select a.ParentID from Above join tblAccount a on a.ID = Above.ID)
+                     select ID from Above);
 
   -- The branch leaves the ancestors that it had.
   delete from tblAccountParent

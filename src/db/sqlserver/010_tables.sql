@@ -1,4 +1,7 @@
 -- The tables of the chart.
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
+GO
 
 -- The accounts, one row each. 040_triggers.sql keeps NoLevel.
 if object_id(N'dbo.tblAccount') is null
@@ -46,13 +49,15 @@ if object_id(N'dbo.tblAccountPeriodAccount') is null
   );
 GO
 
--- The group, entity class and entity object of an account; null stands for none.
+-- The group, entity class and entity object of an account; null stands for none. RelationID means nothing to the chart: a
+-- table is replicated, and its changes are tracked, by a key.
 if object_id(N'dbo.tblAccountRelatedObjects') is null
   create table dbo.tblAccountRelatedObjects (
     AccountID int not null constraint fkRelatedObjectsAccount references dbo.tblAccount (ID) on delete cascade,
     AccountGroupID int null,
     RelatedClassID int null,
-    RelatedObjectID int null
+    RelatedObjectID int null,
+    RelationID int identity (1, 1) not null constraint pkRelatedObjects primary key
   );
 GO
 

@@ -1,6 +1,9 @@
 -- What belongs to the host application: periods, documents, groups, branches, cost centres, entities, users, settings.
 -- A table that is there stays as it is. No account refers to them by a declared reference, since a host may empty and
 -- fill them as it likes, and 0 means none. The keys of what fits a 16-bit field stay within it.
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
+GO
 
 if object_id(N'dbo.tblAccountPeriod') is null
   create table dbo.tblAccountPeriod (
@@ -52,14 +55,29 @@ if object_id(N'dbo.tblAccountBranch') is null
   );
 GO
 
--- The cost and income centres, which an account names as its position.
+-- The cost and income centres, which an account names as its position. Their keys end at 32767, and an identity would skip
+-- a thousand of them whenever the server is killed: a row that comes without a key gets the one behind the greatest. A
+-- host that adds a column names it in the trigger too.
 if object_id(N'dbo.tblAccCostCenter') is null
+begin
   create table dbo.tblAccCostCenter (
-    ID int identity (1, 1) not null constraint pkAccCostCenter primary key constraint ckAccCostCenterID check (ID between 1 and 32767),
+    ID int not null constraint dfAccCostCenterID default 0,
     Code varchar(20) null,
     Name varchar(100) not null,
-    Description varchar(250) null
+    Description varchar(250) null,
+    constraint pkAccCostCenter primary key (ID),
+    constraint ckAccCostCenterID check (ID between 1 and 32767)
   );
+  exec (N'create trigger dbo.trAccCostCenterKey on dbo.tblAccCostCenter instead of insert
+as
+begin
+  set nocount on;
+  declare @Last int = (select isnull(max(ID), 0) from dbo.tblAccCostCenter with (updlock, holdlock));
+  insert into dbo.tblAccCostCenter (ID, Code, Name, Description)
+    select case when ID > 0 then ID else @Last + row_number() over (order by ID) end, Code, Name, Description
+    from inserted;
+end;');
+end;
 GO
 
 -- The entity classes. A class names two views: ViewMajor lists its objects (ID, ParentID, Name), ViewMinor says more

@@ -1,5 +1,8 @@
 -- An index here serves the statements named with it; each costs something at every save, so none is here on suspicion.
 -- An index whose name goes on counts as the same: a DBA who wants more columns in one makes it under a longer name.
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
+GO
 
 -- The greatest code among siblings, the siblings of a recoding, the children that a deletion looks for.
 if not exists (select 1 from sys.indexes where object_id = object_id(N'dbo.tblAccount') and name like N'ixAccountParent%')

@@ -7,12 +7,7 @@
 -- procedure that was made with quoted_identifier or ansi_nulls off: its writes to tblAccount fail with error 1934. A
 -- host that has such writers leaves this script out. Without it the screens show the same, and a level of the tree is
 -- found by a look at all accounts.
-set ansi_nulls on;
-set ansi_padding on;
-set ansi_warnings on;
-set arithabort on;
-set concat_null_yields_null on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
 set numeric_roundabort off;
 GO
 

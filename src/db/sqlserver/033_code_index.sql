@@ -1,12 +1,7 @@
 -- The test for an existing code, see CodeKey in 010_tables.sql. Not unique: a recoding passes through equal codes, and
 -- older databases have them. What 031_tree_index.sql says of an index on a computed column holds here too; without it a
 -- save looks at all accounts.
-set ansi_nulls on;
-set ansi_padding on;
-set ansi_warnings on;
-set arithabort on;
-set concat_null_yields_null on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
 set numeric_roundabort off;
 GO
 

@@ -1,8 +1,8 @@
 -- The rules that hold for every program that writes: tblAccountParent and NoLevel follow ParentID, no account is below
 -- itself, an account with children or documents stays, one that goes takes along what belongs to it alone. Each trigger
 -- stands a statement of many rows.
-set ansi_nulls on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
 GO
 
 -- Until the transaction ends, nobody else inserts or moves accounts, or gives one a code by a procedure. Two moves at
@@ -28,17 +28,23 @@ begin
   set nocount on;
   if not exists (select 1 from inserted) return;
 
-  -- The accounts that came under another parent, and with them all that is below.
-  declare @Branch table (ID int not null primary key, Round int null);
-  insert into @Branch (ID)
-    select i.ID from inserted i left join deleted d on d.ID = i.ID
+  -- The accounts that came under another parent, and with them all that is below: by the parents themselves, since who
+  -- is below whom isn't known by their ancestors before these are made.
+  declare @Branch table (ID int not null primary key, Step int not null, Round int null);
+  insert into @Branch (ID, Step)
+    select i.ID, 0 from inserted i left join deleted d on d.ID = i.ID
     where d.ID is null or isnull(d.ParentID, -1) <> isnull(i.ParentID, -1);
   if exists (select 1 from @Branch)
   begin
     exec dbo.spAccountHoldChart;
-    insert into @Branch (ID)
-      select distinct p.ChildID from dbo.tblAccountParent p join @Branch b on b.ID = p.ID
-      where p.ChildID not in (select ID from @Branch);
+    declare @Step int = 0;
+    while exists (select 1 from @Branch where Step = @Step)
+    begin
+      insert into @Branch (ID, Step)
+        select a.ID, @Step + 1 from @Branch b join dbo.tblAccount a on a.ParentID = b.ID
+        where b.Step = @Step and a.ID not in (select ID from @Branch);
+      set @Step = @Step + 1;
+    end;
     delete from dbo.tblAccountParent where ChildID in (select ID from @Branch);
 
     -- They get their ancestors anew, parents ahead of children: first those whose parent stayed where it was.
@@ -53,9 +59,9 @@ begin
         from @Branch b join dbo.tblAccount a on a.ID = b.ID join dbo.tblAccountParent p on p.ChildID = a.ParentID
         where b.Round = @Round
         union all
-        select a.ParentID, a.ID
-        from @Branch b join dbo.tblAccount a on a.ID = b.ID
-        where b.Round = @Round and a.ParentID is not null;
+        select m.ID, a.ID
+        from @Branch b join dbo.tblAccount a on a.ID = b.ID join dbo.tblAccount m on m.ID = a.ParentID
+        where b.Round = @Round;
       set @Round = @Round + 1;
       update b set Round = @Round
         from @Branch b join dbo.tblAccount a on a.ID = b.ID join @Branch m on m.ID = a.ParentID
@@ -80,7 +86,8 @@ end;
 GO
 
 -- The declared references refuse a deletion before this trigger is asked, and take along what belongs to the account.
--- What is repeated here holds where the host's tables have no such references.
+-- What is repeated here holds where the host's tables have no such references; the locks see a line that isn't committed
+-- yet, also where reading sees the rows of before (read_committed_snapshot).
 if object_id(N'dbo.trAccountDelete') is not null drop trigger dbo.trAccountDelete;
 GO
 create trigger dbo.trAccountDelete on dbo.tblAccount after delete
@@ -89,7 +96,7 @@ begin
   set nocount on;
   if exists (select 1 from deleted d join dbo.tblAccount a on a.ParentID = d.ID)
     throw 51002, N'اين حساب زيرشاخه دارد. بنابراين امکان حذف آن وجود ندارد.', 1;
-  if exists (select 1 from deleted d join dbo.tblAccountDocumentDetail l on l.AccountID = d.ID)
+  if exists (select 1 from deleted d join dbo.tblAccountDocumentDetail l with (updlock, holdlock) on l.AccountID = d.ID)
     throw 51003, N'براي اين حساب سند حسابداري ثبت شده است. بنابراين امکان حذف آن وجود ندارد.', 1;
   delete from dbo.tblAccountParent where ChildID in (select ID from deleted);
   delete from dbo.tblAccountPeriodAccount where AccountID in (select ID from deleted);

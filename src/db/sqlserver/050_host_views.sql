@@ -3,8 +3,8 @@
 --
 -- The selectors: the major view of a pair has ID, Name (the text shown) and, where there is one, Code; the minor view
 -- has ID and Name, a second text that tells like ones apart.
-set ansi_nulls on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
 GO
 
 if object_id(N'dbo.vwTarvoBasePath') is null

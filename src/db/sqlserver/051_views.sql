@@ -1,9 +1,10 @@
 -- The views of the chart.
-set ansi_nulls on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
 GO
 
--- One row an account, with the texts of the export beside it: group, nature, type, status, cost centre.
+-- One row an account, with the texts of the export beside it: group, nature, type, status, cost centre. A host's view may
+-- give an ID twice; the account stays one.
 if object_id(N'dbo.vwAccount') is not null drop view dbo.vwAccount;
 GO
 create view dbo.vwAccount
@@ -17,8 +18,8 @@ select a.ID, a.ParentID, a.Code, a.Title, a.NoLevel, a.GroupID, a.BranchID, a.Po
        cast(case isnull(a.IsClosed, 0) when 0 then N'باز' when 1 then N'بسته' end as nvarchar(20)) as RemainedType,
        c.Name as AccContract
 from dbo.tblAccount a
-  left join dbo.vwAccountGroup g on g.ID = a.GroupID
-  left join dbo.vwPosition_Employee_Special3 c on c.ID = a.PositionID;
+  left join (select ID, min(Name) as Name from dbo.vwAccountGroup group by ID) g on g.ID = a.GroupID
+  left join (select ID, min(Name) as Name from dbo.vwPosition_Employee_Special3 group by ID) c on c.ID = a.PositionID;
 GO
 
 if object_id(N'dbo.vwAccountRelatedObjects') is not null drop view dbo.vwAccountRelatedObjects;

@@ -4,8 +4,8 @@
 -- Those that write an account compare first what was handed over, see spAccountCompareRead. Their results say nothing of it.
 --
 -- The -1 or 0 of a parent, group or class is stored as null, and the -1 of an object.
-set ansi_nulls on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
 GO
 
 -- Gives 1 where an account other than @ID has the code, as CodeKey compares codes. Accounts that share one from before

@@ -1,7 +1,7 @@
 -- The two procedures that ask the host about a user, only where they are missing: nothing here replaces the security of
 -- a host. These stand-ins read tblUser and tblUserPermission.
-set ansi_nulls on;
-set quoted_identifier on;
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
 GO
 
 -- Gives 1 where the user has the right, 0 where not.

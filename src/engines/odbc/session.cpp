@@ -9,12 +9,16 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// What the server is told and asked first. Long text comes whole whatever the driver's configuration says,
-/// and whoever waits for a lock learns that it is one before the command's time-out. Servers that speak the
-/// protocol without being SQL Server may lose their checks of references where a session's first table
-/// variable, as the triggers declare one, comes later than the first of these checks: it comes here.
+/// What the server is told and asked first. Whoever writes to a table with an index on a computed column
+/// needs six settings on and one off, whatever the driver or the database has as its own. Long text comes
+/// whole whatever the driver's configuration says, and whoever waits for a lock learns that it is one before
+/// the command's time-out. Servers that speak the protocol without being SQL Server may lose their checks of
+/// references where a session's first table variable, as the triggers declare one, comes later than the first
+/// of these checks: it comes here.
 constexpr std::string_view kPrepare =
-    "declare @First table (ID int); set arithabort on; set textsize 2147483647; set lock_timeout ";
+    "declare @First table (ID int); set ansi_nulls, ansi_padding, ansi_warnings, arithabort, "
+    "concat_null_yields_null, quoted_identifier on; set numeric_roundabort off; set textsize 2147483647; "
+    "set lock_timeout ";
 constexpr std::string_view kAskCodePage =
     "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
     "'Collation')), 'CodePage')); ";
@@ -56,6 +60,14 @@ Session::~Session() { SQLDisconnect(connection_.get()); }
 void Session::open(const data::ConnectionText& text) {
   const DriverText driver = driverText(text, environment_.drivers());
   dialect_ = driver.dialect;
+  auto failure = connect(text, driver);
+  if (failure && driver.hasPartner && servesElsewhere(failure->number()) &&
+      !connect(text, driverText(text, environment_.drivers(), true)))
+    return;
+  if (failure) throw *failure;
+}
+
+std::optional<data::DataError> Session::connect(const data::ConnectionText& text, const DriverText& driver) {
   Secret<char16_t> wide;
   text::appendWide(driver.text.view(), wide);
   SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
@@ -65,11 +77,11 @@ void Session::open(const data::ConnectionText& text) {
   const SQLRETURN result =
       SQLDriverConnectW(connection_.get(), nullptr, letters, static_cast<SQLSMALLINT>(wide.view().size()),
                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-  if (SQL_SUCCEEDED(result)) return;
+  if (SQL_SUCCEEDED(result)) return std::nullopt;
   std::string password = passwordOf(text);
-  const data::DataError failure = openError(records(connection_), password, driver.encrypts);
+  data::DataError failure = openError(records(connection_), password, driver.encrypts);
   wipe(password);
-  throw failure;
+  return failure;
 }
 
 void Session::prepareServer(Versions versions) {

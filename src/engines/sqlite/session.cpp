@@ -112,7 +112,7 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
       searches_(database_.getHandle()),
       identity_(fileIdentity(path_)) {
   try {
-    configure(timeOut);
+    configure(missing, timeOut);
   } catch (const SQLite::Exception& failure) {
     const data::DataError told = engineError(failure, {});
     refuseFile(told.reason(), told.number(), told.what(), path_);
@@ -121,7 +121,7 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
   }
 }
 
-void Session::configure(std::chrono::milliseconds timeOut) {
+void Session::configure(Missing missing, std::chrono::milliseconds timeOut) {
   const Watch::Clock::time_point deadline = Watch::Clock::now() + timeOut;
   Watch::Command command(watch_, deadline);
   watch_.attach(handle());
@@ -133,7 +133,9 @@ void Session::configure(std::chrono::milliseconds timeOut) {
       if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
       database_.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
       // Looks at what the file is before anything is written to it.
-      auto news = db::openSchema(database_, [&command] { command.extend(kTakeUp); });
+      const auto mend = missing == Missing::Create ? db::Mend::WhatLooksWrong : db::Mend::Nothing;
+      auto news = db::openSchema(
+          database_, [&command] { command.extend(kTakeUp); }, mend);
       if (!news.empty()) news_ = std::move(news);
       database_.exec("PRAGMA journal_mode = WAL");
       return;

@@ -20,6 +20,7 @@ namespace ledgertree::engines::sqlite {
 /// need be since it was taken up, writes ahead to a log, and is on the disk when a statement returns.
 class Session {
  public:
+  /// Refuse: the file was open before in this process, so that its tree needs no look again either.
   enum class Missing { Create, Refuse };
 
   /// Opens a file; one that isn't there is created or refused, its folder has to be there. Throws
@@ -44,7 +45,7 @@ class Session {
   [[nodiscard]] bool lost() const { return lost_; }
 
  private:
-  void configure(std::chrono::milliseconds timeOut);
+  void configure(Missing missing, std::chrono::milliseconds timeOut);
 
   std::string path_;
   Watch watch_;

@@ -68,7 +68,7 @@ void LookupSearch::close() {
 }
 
 data::Connection& LookupSearch::connection() {
-  if (!connection_) connection_ = shell_.providers.open(connectionText_);
+  if (!connection_) connection_ = shell_.connectionTo(connectionText_);
   return *connection_;
 }
 

@@ -1,6 +1,9 @@
 -- The demo chart, for a database whose tables are empty. Run these scripts and those beside their folder in one session,
 -- in the order of their names. LedgerTree's own installer folds the letters that code page 1256 lacks, the Persian yeh
 -- above all; a tool that sends the scripts as they are loses them.
+set ansi_nulls, ansi_padding, ansi_warnings, arithabort, concat_null_yields_null, quoted_identifier on;
+set numeric_roundabort off;
+GO
 if exists (select 1 from dbo.tblAccount) or exists (select 1 from dbo.tblAccountPeriod)
   or exists (select 1 from dbo.tblAccountDocument) or exists (select 1 from dbo.tblAccountGroup)
   or exists (select 1 from dbo.tblAccountBranch) or exists (select 1 from dbo.tblAccCostCenter)
@@ -18,5 +21,5 @@ insert into dbo.DemoMoney values (1);
 GO
 
 set dateformat ymd;
-set identity_insert dbo.tblAccCostCenter on;
+set identity_insert dbo.tblAccount on;
 GO

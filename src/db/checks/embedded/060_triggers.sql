@@ -1,0 +1,5 @@
+-- Without them nothing keeps the tree.
+select 'a trigger that is missing' as Fault, null as ID, t.column1 as Code
+from (values ('trAccountLeaf'), ('trAccountBranch'), ('trAccountInsert'), ('trAccountMove'),
+  ('trAccountRenumber'), ('trAccountLevel'), ('trAccountDelete'), ('trRelatedObjectsInsert'), ('trRelatedObjectsUpdate')) t
+where not exists (select 1 from sqlite_schema s where s.type = 'trigger' and s.name = t.column1);

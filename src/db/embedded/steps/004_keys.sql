@@ -1,0 +1,1 @@
+-- Tables have a key of their own here, whether declared or not, and none skips a number.
