@@ -44,6 +44,7 @@ void FieldRules::wireLayout() {
   const auto choose = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   for (const mainform::TypedField& field : mainform::typedFields())
     (screen_.*field.control).onGotFocus = choose;
+  screen_.sltAccount.onGotFocus = choose;
   screen_.sltParent.onGotFocus = choose;
   screen_.sltGroup.onGotFocus = choose;
 }

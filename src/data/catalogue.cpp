@@ -68,8 +68,8 @@ bool fits(const Parameter& parameter, const Value& value) {
 }  // namespace
 
 namespace procedures {
-const Procedure spTarvoHasPermission{"spTarvoHasPermission", kHasPermission};
-const Procedure spAccountGetCurrentUserPeriod{"spAccountGetCurrentUserPeriod", kGetCurrentUserPeriod};
+const Procedure spTarvoHasPermission{"spTarvoHasPermission", kHasPermission, true};
+const Procedure spAccountGetCurrentUserPeriod{"spAccountGetCurrentUserPeriod", kGetCurrentUserPeriod, true};
 const Procedure spAccountInsertAccount{"spAccountInsertAccount", kInsertAccount};
 const Procedure spAccountUpdateAccounts{"spAccountUpdateAccounts", kUpdateAccounts};
 const Procedure spAccountInsertRelatedObject{"spAccountInsertRelatedObject", kInsertRelatedObject};

@@ -19,6 +19,7 @@ struct Parameter {
 struct Procedure {
   std::string_view name;
   std::span<const Parameter> parameters;
+  bool onlyReads = false;
 };
 
 /// The six procedures that the system calls. What their results mean stands at the operations of DtEn.

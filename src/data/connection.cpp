@@ -1,7 +1,9 @@
 #include "data/connection.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "data/catalogue.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
 #include "text/characters.h"
@@ -18,6 +20,18 @@ std::string shownName(const std::string& provider) {
 }
 
 }  // namespace
+
+bool onlyReads(std::string_view statement) {
+  constexpr std::string_view kSelect = "select";
+  statement.remove_prefix(std::min(statement.find_first_not_of(" \t\r\n"), statement.size()));
+  return text::equalsIgnoringCase(statement.substr(0, kSelect.size()), kSelect);
+}
+
+bool onlyRead(std::span<const Command> commands) {
+  return std::all_of(commands.begin(), commands.end(), [](const Command& command) {
+    return command.procedure != nullptr ? command.procedure->onlyReads : onlyReads(command.statement);
+  });
+}
 
 Answers Connection::runTogether(std::span<const Command> commands) {
   Answers answers;

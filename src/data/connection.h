@@ -51,6 +51,14 @@ struct SearchRequest {
   std::function<void(const Rows&)> early{};
 };
 
+/// Who keeps a person company while a command lasts. Both may be empty.
+struct Waiting {
+  /// Asked some twenty times a second; true gives the command up. `harmless`: it only reads, or hasn't begun.
+  std::function<bool(bool harmless)> givesUp;
+  /// A command in whose course that was asked is over.
+  std::function<void()> over;
+};
+
 struct SearchPage {
   Rows rows;                 ///< ID, then the columns asked for
   std::string continuation;  ///< empty where the rows are at their end
@@ -99,12 +107,12 @@ class Connection {
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }
 
-  /// Asked some twenty times a second while a command waits for another program's lock; true gives the wait
-  /// up, and the command fails with Reason::Busy. Empty stops the asking. What uses the connection meanwhile
-  /// fails in the same way. An engine that waits at the other end of a network doesn't ask.
-  /// By value: an engine that asks keeps it.
+  /// Asks `waiting` while a command lasts. A command that is given up fails with Reason::Cancelled, or, where
+  /// it waits for another program's lock, with Reason::Busy. An engine that answers late asks on a thread of
+  /// its own, any other on the thread of the command; what uses the connection meanwhile fails with
+  /// Reason::Busy. By value: an engine that asks keeps it.
   // NOLINTNEXTLINE(performance-unnecessary-value-param)
-  virtual void whileWaiting(std::function<bool()> givesUp) { static_cast<void>(givesUp); }
+  virtual void whileWaiting(Waiting waiting) { static_cast<void>(waiting); }
 
   /// What there is to tell a person about the data, once: what was found when a database of an older version
   /// was taken up at the opening.
@@ -113,6 +121,12 @@ class Connection {
   /// One page of the rows of a view whose text holds what the person typed, letters folded (see fold.h).
   virtual SearchPage search(const SearchRequest& request) = 0;
 };
+
+/// Whether a statement begins with "select" and so changes nothing. Fast, and no for whatever begins
+/// otherwise.
+[[nodiscard]] bool onlyReads(std::string_view statement);
+/// Whether all of these commands do.
+[[nodiscard]] bool onlyRead(std::span<const Command> commands);
 
 /// Makes a connection for a text whose provider it knows. It opens nothing.
 using ConnectionOpener = std::function<std::unique_ptr<Connection>(const ConnectionText&)>;

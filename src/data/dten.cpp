@@ -23,7 +23,7 @@ void MainConnection::ConnectionString(std::string text) {
 }
 
 Connection& MainConnection::port() {
-  if (!connection_) connection_ = providers_.open(text_);
+  if (!connection_) connection_ = make_(text_);
   return *connection_;
 }
 
@@ -101,8 +101,8 @@ void RecordHandle::requireRow() const {
   if (row_ >= rows_->count()) misuse(name_, "Fields past the last row");
 }
 
-DtEn::DtEn(const Providers& providers)
-    : cnMainData(providers),
+DtEn::DtEn(MainConnection::Make make)
+    : cnMainData(std::move(make)),
       rssqlAccCostCenter(cnMainData, "rssqlAccCostCenter", "select * From tblAccCostCenter"),
       rssqlBufferQuery(cnMainData, "rssqlBufferQuery", "Select * from tblAccountClass"),
       rssqlRetriveTree(cnMainData, "rssqlRetriveTree", "select * from tblUser"),

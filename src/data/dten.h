@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "data/account.h"
@@ -22,7 +24,9 @@ class Ahead;
 /// command. A text that opens nothing fails each command anew; nothing is remembered of the attempt.
 class MainConnection {
  public:
-  explicit MainConnection(const Providers& providers) : providers_(providers) {}
+  /// Makes a connection for a connection text; it opens nothing.
+  using Make = std::function<std::unique_ptr<Connection>(std::string_view text)>;
+  explicit MainConnection(Make make) : make_(std::move(make)) {}
 
   [[nodiscard]] const std::string& ConnectionString() const { return text_; }
   /// Takes effect at the next command: an open connection is closed. Rows that a handle holds stay readable.
@@ -54,7 +58,7 @@ class MainConnection {
   [[nodiscard]] std::optional<Answer> answer(const Command& command);
   void forgetAnswers();
 
-  const Providers& providers_;
+  Make make_;
   std::string text_;
   std::unique_ptr<Connection> connection_;
   std::vector<Ahead*> ahead_;  ///< the blocks that run, the innermost last
@@ -144,8 +148,10 @@ class OpenRows {
 /// them ever opens the statement that it was declared with.
 class DtEn {
  public:
+  explicit DtEn(MainConnection::Make make);
   /// `providers` outlives the gateway.
-  explicit DtEn(const Providers& providers);
+  explicit DtEn(const Providers& providers)
+      : DtEn([&providers](std::string_view text) { return providers.open(text); }) {}
   DtEn(const DtEn&) = delete;
   DtEn& operator=(const DtEn&) = delete;
 

@@ -36,21 +36,25 @@ class SearchRank {
   template <typename TextOf>
   [[nodiscard]] Rank of(TextOf textOf) {
     if (text().empty()) return Holds;
-    missing_.assign(words_.words.begin(), words_.words.end());
+    if (isSeveral()) missing_.assign(words_.words.begin(), words_.words.end());
     Rank rank = None;
-    for (std::size_t column = 0; column < columns_ && rank > bestOf(column); ++column) {
+    for (std::size_t column = 0; column < columns_; ++column) {
+      if (rank != None && rank <= bestOf(column)) break;
       text::fold(textOf(column), folded_);
-      if (ranksBeginningOf(column) && folded_.starts_with(text())) {
+      const std::size_t place = folded_.find(text());
+      if (place == 0 && ranksBeginningOf(column))
         rank = std::min(rank, ofBeginning(column));
-      } else if (rank > Holds) {
-        std::erase_if(missing_, [this](auto word) { return folded_.find(word) != std::string::npos; });
-        if (missing_.empty()) rank = Holds;
-      }
+      else if (place != std::string::npos || (isSeveral() && rank == None && holdsTheRest()))
+        rank = std::min(rank, Holds);
     }
     return rank;
   }
 
  private:
+  /// Not where one word was typed once.
+  [[nodiscard]] bool isSeveral() const { return words_.words.front().size() != text().size(); }
+  /// Whether no word is missing any more, with those of this column.
+  [[nodiscard]] bool holdsTheRest();
   /// The best that a row can still become from a column on.
   [[nodiscard]] Rank bestOf(std::size_t column) const;
   /// The rank by a column that begins with the text.

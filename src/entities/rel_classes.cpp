@@ -56,27 +56,13 @@ std::string rowOnLevel(const std::string& account, const std::string& classID, c
 }  // namespace
 
 /// The statements of a save, one after the other. One that fails is skipped, as the insert of a row that is
-/// there already. Where the database let one wait in vain none is run any more: each would wait as long. A
-/// person may leave such a wait.
+/// there already. Where the database let one wait in vain none is run any more: each would wait as long.
 class frmAccountRelClasses::Statements {
  public:
   enum class Outcome { Done, Refused, Failed };
 
-  Statements(frmAccountRelClasses& form, data::DtEn& gateway)
-      : handle_(gateway.rssqlAccCostCenter),
-        connection_(gateway.cnMainData.port()),
-        progress_(form, form.progressBar, static_cast<std::int32_t>(form.rows_.size()),
-                  shell::WorkProgress::WayOut::Escape) {
-    connection_.whileWaiting([this] {
-      progress_.advance(lines_);
-      return progress_.givenUp();
-    });
-  }
-  Statements(const Statements&) = delete;
-  Statements& operator=(const Statements&) = delete;
-  ~Statements() { connection_.whileWaiting({}); }
+  explicit Statements(data::DtEn& gateway) : handle_(gateway.rssqlAccCostCenter) {}
 
-  void nextLine() { ++lines_; }
   Outcome run(const std::string& statement) {
     if (cameLate_) return Outcome::Failed;
     try {
@@ -91,9 +77,6 @@ class frmAccountRelClasses::Statements {
 
  private:
   data::RecordHandle& handle_;
-  data::Connection& connection_;
-  shell::WorkProgress progress_;
-  std::int32_t lines_ = 0;
   bool cameLate_ = false;
 };
 
@@ -112,7 +95,6 @@ frmAccountRelClasses::frmAccountRelClasses(shell::Shell& shell)
       cmdSelectObjects(*this, "cmdSelectObjects", {3750, 4110, 3600, 405}, "...انتخاب برخي از موجوديتها"),
       cmdOk(*this, "cmdOk", {1530, 4680, 1290, 405}, "ثبت"),
       cmdCancel(*this, "cmdCancel", {150, 4680, 1290, 405}, "خروج"),
-      progressBar(*this, "ProgressBar", {3030, 4710, 4320, 330}),
       Timer1(*this, "Timer1", 30ms),
       shell_(shell) {
   shell_.chooseKeyboardLayout();
@@ -142,8 +124,6 @@ void frmAccountRelClasses::dressControls() {
   lstClasses.setAccessibleName("انواع موجوديت مرتبط");
   cmdMoveDown.setAccessibleName("افزايش سطح");
   cmdMoveUp.setAccessibleName("كاهش سطح");
-  progressBar.setAccessibleName("پيشرفت کار");
-  progressBar.setVisible(false);
 
   cmdAdd.setShortcut(ui::KeyChord::ctrlAnd('N'));
   cmdDelete.setShortcut(ui::KeyChord::ctrlAnd('D'));
@@ -312,7 +292,7 @@ frmAccountRelClasses::Row frmAccountRelClasses::shown(std::size_t line) const {
 void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
-  Statements statements(*this, *gateway);
+  Statements statements(*gateway);
   const std::string account = std::to_string(accountID);
   const bool repeats = repeatsClass();
   if (repeats) {
@@ -328,7 +308,6 @@ void frmAccountRelClasses::writeClasses(std::int32_t accountID) {
       rows_[line] = row.level;
     if (statements.run(insertOfClass(account, classID, row.level)) != Statements::Outcome::Failed)
       standsFor(line, row);
-    statements.nextLine();
   }
   if (classes == "(") {
     classes = "(-1)";

@@ -46,7 +46,6 @@ class frmAccountRelClasses : public ui::Form {
   ui::PushButton cmdSelectObjects;
   ui::PushButton cmdOk;
   ui::PushButton cmdCancel;
-  ui::ProgressBar progressBar;
   ui::Timer Timer1;
 
  private:

@@ -11,6 +11,7 @@ namespace ledgertree {
 namespace {
 
 mainform::FormMain& openForm() {
+  ControlSession::process().requireAnswered();
   mainform::FormMain* form = ControlSession::process().form();
   if (form == nullptr) throw std::runtime_error("no screen is open");
   return *form;

@@ -30,7 +30,8 @@ bool hasUnsavedWork() {
 }
 
 bool leaveScreen() {
-  const ControlSession& session = ControlSession::process();
+  ControlSession& session = ControlSession::process();
+  if (session.shell().desktop().waiting()) return false;
   if (session.form() == nullptr) return true;
   if (session.form()->inAct()) return false;
   session.form()->cmdExit.click();

@@ -8,10 +8,21 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "qt/found_row.h"
 #include "qt/keys.h"
 #include "qt/text.h"
 
 namespace ledgertree::qt {
+namespace {
+
+Stretches typedIn(const ui::LookupField& field, const std::string& text) {
+  Stretches units;
+  for (const auto& stretch : field.typedIn(text))
+    units.push_back({toQt(text.substr(0, stretch.begin)).size(), toQt(text.substr(0, stretch.end)).size()});
+  return units;
+}
+
+}  // namespace
 
 int LookupModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(shown_.size()) + (searching_ || shown_.empty() ? 1 : 0);
@@ -22,14 +33,18 @@ QVariant LookupModel::data(const QModelIndex& index, int role) const {
   if (role == Qt::TextAlignmentRole)
     return QVariant::fromValue(
         int((index.column() == kCode ? Qt::AlignTrailing : Qt::AlignLeading) | Qt::AlignVCenter));
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != kTypedRole && role != kPlaceRole)
+    return {};
   const auto row = static_cast<std::size_t>(index.row());
   if (row >= shown_.size() || row >= field_->rows().size())
-    return index.column() != kText ? QString()
-           : searching_            ? QStringLiteral("...")
-                                   : QString::fromUtf8("موردي پيدا نشد");
+    return index.column() != kText || role >= kTypedRole ? QString()
+           : searching_                                  ? QStringLiteral("...")
+                                                         : QString::fromUtf8("موردي پيدا نشد");
   const ui::LookupRow& found = field_->rows()[row];
-  const QString text = toQt(index.column() == kCode ? found.code : found.text);
+  if (role == kPlaceRole) return index.column() == kText ? toQt(found.place) : QString();
+  const std::string& cell = index.column() == kCode ? found.code : found.text;
+  if (role == kTypedRole) return QVariant::fromValue(typedIn(*field_, cell));
+  const QString text = toQt(cell);
   return role == Qt::ToolTipRole ? literalTip(text) : text;
 }
 
@@ -100,16 +115,21 @@ LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
   list_->setMinimumSize(1, 1);
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
+  list_->setItemDelegate(new FoundRowDelegate(list_));
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->header()->setStretchLastSection(false);
   list_->header()->setSectionResizeMode(LookupModel::kText, QHeaderView::Stretch);
   list_->header()->setSectionResizeMode(LookupModel::kCode, QHeaderView::ResizeToContents);
+  count_ = new QLabel(this);
+  count_->setTextFormat(Qt::PlainText);
+  count_->setContentsMargins(4, 1, 4, 1);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(1, 1, 1, 1);
   layout->setSpacing(0);
   layout->addWidget(title_);
   layout->addWidget(list_);
+  layout->addWidget(count_);
   connect(list_, &QTreeView::clicked, this, [this](const QModelIndex& index) {
     if (onPick) onPick(index.row());
   });
@@ -118,9 +138,11 @@ LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
   });
 }
 
-void LookupPopup::open(const QString& title) {
+void LookupPopup::open(const QString& title, const QString& count) {
   title_->setText(title);
   title_->setVisible(!title.isEmpty());
+  count_->setText(count);
+  count_->setVisible(!count.isEmpty());
   place();
   if (!isVisible()) show();
 }
@@ -130,7 +152,10 @@ void LookupPopup::place() {
   constexpr int kLeastWidthInLetters = 36;
   const int line = list_->sizeHintForRow(0) > 0 ? list_->sizeHintForRow(0) : fontMetrics().height() + 4;
   const int rows = std::clamp(list_->model()->rowCount(), 1, kMostRows);
-  const int height = rows * line + 4 + (title_->text().isEmpty() ? 0 : title_->sizeHint().height());
+  const auto heightOf = [](const QLabel& label) {
+    return label.text().isEmpty() ? 0 : label.sizeHint().height();
+  };
+  const int height = rows * line + 4 + heightOf(*title_) + heightOf(*count_);
   const int width = std::max(line_.width(), fontMetrics().averageCharWidth() * kLeastWidthInLetters);
   const QRect below(line_.mapToGlobal(QPoint(0, line_.height())), QSize(line_.width(), 0));
   const QRect room = line_.screen()->availableGeometry();
@@ -266,7 +291,7 @@ void LookupView::focusCame() {
   if (!control().typing()) line_->selectAll();
   // What was left half-done goes on where it ended.
   if (control().unchosen()) line_->end(false);
-  if (control().listOpen()) popup_->open(toQt(control().title()));
+  if (control().listOpen()) popup_->open(toQt(control().title()), toQt(control().count()));
 }
 
 void LookupView::focusLeft(Qt::FocusReason reason) {
@@ -344,7 +369,7 @@ void LookupView::syncList() {
   model_.follow();
   popup_->highlight(control().highlighted());
   if (!control().listOpen()) return popup_->hide();
-  if (line_->window()->isVisible()) popup_->open(toQt(control().title()));
+  if (line_->window()->isVisible()) popup_->open(toQt(control().title()), toQt(control().count()));
 }
 
 void LookupView::showLanguage(std::optional<KeyboardLayout> layout) {

@@ -45,7 +45,8 @@ class LookupPopup : public QFrame {
   std::function<void(int)> onPick;
   std::function<void()> onEnd;
 
-  void open(const QString& title);
+  /// The title stands above the rows, the count below them; either may be empty.
+  void open(const QString& title, const QString& count);
   void place();
   void highlight(int row);
   [[nodiscard]] QTreeView& list() { return *list_; }
@@ -54,6 +55,7 @@ class LookupPopup : public QFrame {
   QWidget& line_;
   QLabel* title_;
   QTreeView* list_;
+  QLabel* count_;
 };
 
 class LookupView : public ViewOf<ui::LookupField> {

@@ -11,6 +11,7 @@
 #include "qt/form_window.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
+#include "qt/wait_panel.h"
 #include "ui/control.h"
 #include "ui/menu.h"
 
@@ -62,6 +63,9 @@ class EscapeAlone : public QObject {
  private:
   bool pressed_ = false;
 };
+
+/// What the application says of itself while one of its desktops waits.
+constexpr const char* kWaits = "ledgertreeWaits";
 
 int loopDepth() { return QThread::currentThread()->loopLevel(); }
 
@@ -126,6 +130,7 @@ void QtDesktop::show(ui::Form& form) {
 void QtDesktop::showModal(ui::Form& form) {
   if (qApp == nullptr) return;
   endWaiting();
+  const Apart apart(*this);
   const QPointer<FormWindow> window(&windowFor(form));
   const QPointer<QWidget> front(QApplication::activeWindow());
   const QPointer<QWidget> focus(QApplication::focusWidget());
@@ -206,6 +211,36 @@ bool QtDesktop::repaintAndHearEscape(ui::Form& form) {
   QApplication::processEvents();
   --repainting_;
   return escape.pressed();
+}
+
+bool QtDesktop::repainting() const {
+  return repainting_ > 0 || (qApp != nullptr && qApp->property(kWaits).toBool());
+}
+
+FormWindow* QtDesktop::frontWindow() const {
+  FormWindow* front = nullptr;
+  for (const auto& [form, window] : windows_) {
+    if (window.isNull() || !window->isVisible()) continue;
+    if (window->window() == QApplication::activeWindow()) return window;
+    // A modal window is above the others.
+    if (front == nullptr || window->showing() == FormWindow::Showing::Modal) front = window;
+  }
+  return front;
+}
+
+bool QtDesktop::showWait(std::string_view text, std::string_view wayOut) {
+  if (qApp == nullptr) return false;
+  if (waitPanel_.isNull()) waitPanel_ = new WaitPanel(frontWindow());
+  qApp->setProperty(kWaits, true);
+  waitPanel_->tell(text, wayOut);
+  const bool left = waitPanel_->takeEvents();
+  return left;
+}
+
+void QtDesktop::hideWait() {
+  if (qApp == nullptr) return;
+  qApp->setProperty(kWaits, false);
+  delete waitPanel_.data();
 }
 
 void QtDesktop::chooseKeyboardLayout(std::string_view layout) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -17,6 +18,7 @@ class QTimer;
 namespace ledgertree::qt {
 
 class FormWindow;
+class WaitPanel;
 
 /// The desktop on Qt 6 Widgets. It is made after the QApplication, and all of it but `whenIdle` belongs to
 /// the application's thread. When either of them ends, the forms that are still shown are taken off the
@@ -57,13 +59,19 @@ class QtDesktop : public QObject, public ui::Desktop {
 
   // For the windows.
   /// Whether what runs is a repaint in the middle of long work, in which no window may be closed.
-  [[nodiscard]] bool repainting() const { return repainting_ > 0; }
+  /// The plug-ins' desktops count too.
+  [[nodiscard]] bool repainting() const;
   void setKeyboardTarget(FormWindow* window);
   void forget(const FormWindow& window);
   /// Ends all windows at once: the application is ending.
   void endWindows();
 
+ protected:
+  bool showWait(std::string_view text, std::string_view wayOut) override;
+  void hideWait() override;
+
  private:
+  [[nodiscard]] FormWindow* frontWindow() const;
   FormWindow& windowFor(ui::Form& form);
   void endLater(FormWindow& window);
   void endWaiting();
@@ -73,6 +81,7 @@ class QtDesktop : public QObject, public ui::Desktop {
   std::unordered_map<std::string, QPointer<QWidget>> containers_;
   std::vector<QPointer<FormWindow>> ended_;
   QPointer<FormWindow> keyboardTarget_;
+  QPointer<WaitPanel> waitPanel_;
   std::mutex idleMutex_;
   std::deque<std::function<void()>> idle_;
   QTimer* idleTimer_;

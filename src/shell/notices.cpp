@@ -1,6 +1,7 @@
 #include <exception>
 #include <memory>
 
+#include "data/data_error.h"
 #include "shell/shell.h"
 
 namespace ledgertree::shell {
@@ -53,6 +54,8 @@ Answer Shell::askConfirmNotice(std::string_view title, std::string_view message)
 
 void Shell::reportFailure(const std::exception& failure) {
   desktop_.setPointer(ui::Pointer::Default);
+  const auto* const outage = dynamic_cast<const data::DataError*>(&failure);
+  if (outage != nullptr && outage->isRepeated()) return;
   showErrorNotice(kTitleError, failure.what());
 }
 

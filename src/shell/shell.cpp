@@ -3,6 +3,7 @@
 #include <ctime>
 
 #include "data/permissions.h"
+#include "shell/awaited_connection.h"
 
 namespace ledgertree::shell {
 
@@ -26,7 +27,7 @@ data::DateTime localNow() {
 
 }  // namespace
 
-Shell::Shell(ui::Desktop& desktop) : clock(localNow), desktop_(desktop) {}
+Shell::Shell(ui::Desktop& desktop) : waits(desktop), clock(localNow), desktop_(desktop) {}
 
 Shell::~Shell() = default;
 
@@ -35,8 +36,18 @@ ui::Surroundings Shell::surroundings() {
           .onFailure = [this](const std::exception& failure) { reportFailure(failure); }};
 }
 
+std::unique_ptr<data::Connection> Shell::connectionTo(std::string_view connectionText) {
+  auto engine = providers.open(connectionText);
+  if (engine->answersLate())
+    return std::make_unique<AwaitedConnection>(
+        waits, background, [this, text = std::string(connectionText)] { return providers.open(text); });
+  engine->whileWaiting(waits.shown());
+  return engine;
+}
+
 std::shared_ptr<data::DtEn> Shell::dtEn() {
-  if (!dtEn_) dtEn_ = std::make_shared<data::DtEn>(providers);
+  if (!dtEn_)
+    dtEn_ = std::make_shared<data::DtEn>([this](std::string_view text) { return connectionTo(text); });
   return dtEn_;
 }
 

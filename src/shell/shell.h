@@ -12,6 +12,7 @@
 #include "ledgertree/offers.h"
 #include "shell/background.h"
 #include "shell/chart_news.h"
+#include "shell/database_waits.h"
 #include "shell/host_context.h"
 #include "shell/outside_components.h"
 #include "ui/desktop.h"
@@ -43,6 +44,7 @@ class Shell {
   data::Providers providers;
   OutsideComponents components;
   Background background;
+  DatabaseWaits waits;
   /// The text that was given to one account picker serves all of them.
   std::string pickerConnection;
   /// Today, and the time of day.
@@ -56,6 +58,10 @@ class Shell {
   [[nodiscard]] ui::Desktop& desktop() const { return desktop_; }
   /// What a form of the product stands on: this desktop, and a notice for what nobody caught.
   [[nodiscard]] ui::Surroundings surroundings();
+
+  /// A connection for the user-interface thread: whatever it is asked, a person sees a long wait. It opens
+  /// nothing. Throws as data::Providers does for a text.
+  [[nodiscard]] std::unique_ptr<data::Connection> connectionTo(std::string_view connectionText);
 
   // The gateway.
   /// The gateway of the process, made on first use. An operation holds what it gets, so that a gateway that
@@ -73,7 +79,7 @@ class Shell {
   /// Without the component the answer is None.
   Answer askConfirmNotice(std::string_view title, std::string_view message);
   /// A failure that no event procedure caught: the pointer goes back to its default, and a notice tells of
-  /// it.
+  /// it, but for an outage that was told of already.
   void reportFailure(const std::exception& failure);
 
   /// Shows what the open database has to tell about its data, a notice a message.

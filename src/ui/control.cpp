@@ -33,7 +33,7 @@ void Control::setEnabled(bool enabled) {
 }
 
 bool Control::withinReach() const {
-  return visible_ && enabled_ && (frame_ == nullptr || frame_->withinReach());
+  return visible_ && enabled_ && (frame_ == nullptr ? !form_.desktop().waiting() : frame_->withinReach());
 }
 
 bool Control::shown() const { return visible_ && (frame_ == nullptr || frame_->shown()); }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <stdexcept>
 #include <string_view>
@@ -68,6 +69,55 @@ class Desktop {
   /// Runs a procedure on the user-interface thread when it has nothing else to do. May be called from any
   /// thread.
   virtual void whenIdle(std::function<void()> procedure) = 0;
+
+  /// Shows on top of everything what is waited for, or goes on showing it, and paints. Gives whether the
+  /// person took the way out, by its button or by Escape; an empty one isn't offered. Until endWait() nothing
+  /// else of the screens works: no key, no click, no timer, no idle work, no closing.
+  [[nodiscard]] bool keepWaiting(std::string_view text, std::string_view wayOut) {
+    waiting_ = true;
+    return showWait(text, wayOut);
+  }
+  void endWait() {
+    waiting_ = false;
+    hideWait();
+  }
+  [[nodiscard]] bool waiting() const { return waiting_; }
+
+  /// A person, a timer or the host has something done; what is done inside of it belongs to it, but for what
+  /// comes in over a form that it shows modally.
+  class Procedure {
+   public:
+    explicit Procedure(Desktop& desktop) : Procedure(desktop, desktop.procedure_) {
+      if (before_ == 0) desktop.procedure_ = ++desktop.procedures_;
+    }
+    Procedure(const Procedure&) = delete;
+    Procedure& operator=(const Procedure&) = delete;
+    ~Procedure() { desktop_.procedure_ = before_; }
+
+   protected:
+    Procedure(Desktop& desktop, std::uint64_t before) : desktop_(desktop), before_(before) {}
+    Desktop& desktop_;
+
+   private:
+    std::uint64_t before_;
+  };
+  /// The number of the procedure that runs, another one each time; 0 for none.
+  [[nodiscard]] std::uint64_t procedure() const { return procedure_; }
+
+ protected:
+  virtual bool showWait(std::string_view text, std::string_view wayOut) = 0;
+  virtual void hideWait() = 0;
+
+  /// The length of a modal showing.
+  class Apart : public Procedure {
+   public:
+    explicit Apart(Desktop& desktop) : Procedure(desktop, desktop.procedure_) { desktop_.procedure_ = 0; }
+  };
+
+ private:
+  bool waiting_ = false;
+  std::uint64_t procedure_ = 0;
+  std::uint64_t procedures_ = 0;
 };
 
 }  // namespace ledgertree::ui

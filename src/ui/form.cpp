@@ -87,6 +87,7 @@ bool Form::beginCommand() {
 }
 
 bool Form::press(const KeyChord& chord) {
+  if (desktop().waiting()) return true;
   const Act act(*this);
   // What waits may be what puts a button within reach.
   if (hasShortcut(chord) && !beginCommand()) return true;
@@ -128,7 +129,7 @@ void Form::setShown(bool shown) {
 }
 
 void Form::focusMoved(Control* control) {
-  if (focused_ == control) return;
+  if (focused_ == control || desktop().waiting()) return;
   const Act act(*this);
   Control* left = focused_;
   focused_ = control;
@@ -179,7 +180,7 @@ void Form::notify(Timer& timer) {
   for (FormObserver* observer : observers_) observer->timerChanged(timer);
 }
 
-Form::Act::Act(Form& form) : life_(form.life_) { ++life_->acts; }
+Form::Act::Act(Form& form) : Procedure(form.desktop()), life_(form.life_) { ++life_->acts; }
 
 Form::Act::~Act() { FormLife::endAct(life_); }
 

@@ -7,13 +7,13 @@
 #include <utility>
 #include <vector>
 
+#include "ui/desktop.h"
 #include "ui/geometry.h"
 #include "ui/key.h"
 
 namespace ledgertree::ui {
 
 class Control;
-class Desktop;
 class MenuEntry;
 class PushButton;
 class Timer;
@@ -124,7 +124,7 @@ class Form {
   std::function<void()> onClosed;
 
   /// A person, a timer or the desktop does something to a form. While one stands, the form isn't unloaded.
-  class Act {
+  class Act : private Desktop::Procedure {
    public:
     explicit Act(Form& form);
     Act(const Act&) = delete;

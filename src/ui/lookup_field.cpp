@@ -71,6 +71,7 @@ void LookupField::showRows(std::vector<LookupRow> rows, bool append, bool more, 
     rows_.insert(rows_.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
   } else {
     rows_ = std::move(rows);
+    typed_ = text::SearchWords(typing_ ? text_ : std::string());
     highlighted_ = -1;
     moved_ = false;
   }
@@ -90,6 +91,19 @@ void LookupField::showRows(std::vector<LookupRow> rows, bool append, bool more, 
   changed(Change::List);
   if (!searching && rows_.empty()) enterWaits_ = false;
   if (enterWaits_ && highlighted_ >= 0) pick(highlighted_);
+}
+
+void LookupField::showPlaces(const std::vector<LookupRow>& places) {
+  for (const LookupRow& place : places)
+    for (LookupRow& row : rows_)
+      if (row.id == place.id) row.place = place.text;
+  changed(Change::List);
+}
+
+std::string LookupField::count() const {
+  if (typed_.words.empty() || stale_ || searching_ || highlighted_ < 0) return {};
+  return std::to_string(highlighted_ + 1) + " از " + (hasMore_ ? "بيش از " : "") +
+         std::to_string(rows_.size());
 }
 
 void LookupField::highlight(int index) {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "text/search_words.h"
 #include "ui/control.h"
 #include "ui/key.h"
 
@@ -16,6 +17,7 @@ struct LookupRow {
   std::string text;      ///< what the field shows when the row is picked
   std::string code;      ///< shown beside the text; may be empty
   bool listed = true;    ///< false: nothing but the ID is known, the view has no row for it
+  std::string place{};   ///< where it belongs, shown paler behind the text; may be empty
 
   bool operator==(const LookupRow&) const = default;
 };
@@ -56,6 +58,13 @@ class LookupField : public Control {
   [[nodiscard]] bool searching() const { return searching_; }
   /// There are rows behind the last one; a scroll to the end brings them.
   [[nodiscard]] bool hasMore() const { return hasMore_; }
+  /// Where what was typed stands in a text of the list.
+  [[nodiscard]] std::vector<text::Stretch> typedIn(std::string_view text) const {
+    return text::stretchesOf(typed_, text);
+  }
+  /// The highlighted row among the hits, "12 از 340"; empty while they are sought, and where nothing is
+  /// typed.
+  [[nodiscard]] std::string count() const;
 
   // A person. Each does nothing while the field isn't active.
   /// Types at the end of the line, character by character. The first one replaces the text of a row held.
@@ -96,6 +105,8 @@ class LookupField : public Control {
   /// Replaces the rows (`append` false) or adds to them. May pick, when Enter was waiting for a hit: the
   /// control may be gone when it returns.
   void showRows(std::vector<LookupRow> rows, bool append, bool more, bool searching);
+  /// Tells where rows of the list belong: the texts of rows with their IDs.
+  void showPlaces(const std::vector<LookupRow>& places);
 
   // The wishes of the person.
   /// Search, and answer by showRows later. A newer wish takes the place of an older one.
@@ -132,6 +143,7 @@ class LookupField : public Control {
   std::string title_;
   std::string detail_;
   std::vector<LookupRow> rows_;
+  text::SearchWords typed_;  ///< of which the rows are the hits
   int highlighted_ = -1;
   bool active_ = true;
   bool listOpen_ = false;

@@ -34,7 +34,7 @@ void MenuEntry::setChecked(bool checked) {
 }
 
 bool MenuEntry::withinReach() const {
-  return visible_ && enabled_ && (parent_ == nullptr || parent_->withinReach());
+  return visible_ && enabled_ && (parent_ == nullptr ? !form_.desktop().waiting() : parent_->withinReach());
 }
 
 void MenuEntry::click() {

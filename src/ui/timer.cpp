@@ -3,7 +3,7 @@
 namespace ledgertree::ui {
 
 void Timer::tick() {
-  if (!onTick || form_.inAct()) return;
+  if (!onTick || form_.inAct() || form_.desktop().waiting()) return;
   const auto procedure = onTick;
   form_.call(procedure);
 }

@@ -4,6 +4,7 @@
 
 #include "contract/engine.h"
 #include "data/quote_text.h"
+#include "shell/lookup/lookup_reader.h"
 #include "support/text_table.h"
 
 namespace ledgertree::testing {
@@ -62,6 +63,16 @@ TEST_F(Searches, FindsWordsInAnyOrderWhateverBlanksAndJoinersStandBetween) {
     for (const auto& row : tableOf("contract/searches.txt", "by name"))
       EXPECT_EQ(found(row[0], data::SearchOrder::Name, limit), row[1]) << row[0] << " " << limit;
   }
+}
+
+TEST_F(Searches, TellTheParentsOfTheAccountsFound) {
+  database.execute(
+      "update tblAccount set ParentID = 3 where ID = 4; update tblAccount set ParentID = 1 where ID = 3");
+  std::string told;
+  for (const auto& [id, text, code, listed, place] :
+       shell::LookupReader::parentsOf(*connection, {1, 3, 4, 99}))
+    told += std::to_string(id) + ": " + text + "|";
+  EXPECT_EQ(told, joiners("3: بانك ملي|4: حساب~هاي جاري / بانك ملي|"));
 }
 
 }  // namespace

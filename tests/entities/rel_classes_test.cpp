@@ -90,8 +90,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     // On the embedded engine a person leaves the wait.
     if (onServer()) return;
     given("begin immediate");
-    desktop.onRepaint = [&] {
-      EXPECT_EQ(form.progressBar.text(), "0 از 3 (توقف: Esc)");
+    desktop.onWait = [&] {
       EXPECT_THROW(shell.dtEn()->cnMainData.Execute("Delete tblAccountRelatedClasses"), data::DataError);
       form.cmdOk.click();
       desktop.escape = true;
@@ -101,7 +100,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     form.cmdMoveDown.click();
     EXPECT_EQ(toldBy(form.cmdOk), kSaved);
     EXPECT_LT(std::chrono::steady_clock::now() - begun, data::kCommandTimeOut / 2);
-    desktop.onRepaint = nullptr;
+    EXPECT_EQ(desktop.waits, (std::vector<std::string>{"در انتظار پاسخ پايگاه داده|انصراف", "."}));
     given("rollback");
     EXPECT_EQ(storedBy(form.cmdOk), "classes: -10|2|1|null +10|2|2|null") << "the connection goes on";
   });

@@ -6,6 +6,7 @@
 #include <QScrollBar>
 #include <QTreeView>
 
+#include "qt/found_row.h"
 #include "screen.h"
 
 namespace ledgertree::test {
@@ -31,6 +32,8 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   screen.go("finding by typing");
   EXPECT_TRUE(screen.line->hasFocus()) << "the list leaves the focus where one types";
   EXPECT_EQ(screen.list->model()->index(0, 1).data().toString(), QStringLiteral("1050"));
+  EXPECT_EQ(screen.list->model()->index(0, 1).data(qt::kTypedRole).value<qt::Stretches>(),
+            (qt::Stretches{{0, 3}}));
   // What could mean several stays; Escape gives it up.
   screen.form->txtCode.focus();
   EXPECT_EQ(screen.seen(screen.field), "^105");

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QFile>
 #include <QImage>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -301,6 +302,26 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
   press(Qt::Key_Escape, "");
   EXPECT_TRUE(screen.desktop.repaintAndHearEscape(*screen.form));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
+  // A wait has a button, too, and lets nothing come back that a repaint might.
+  bool idle = false;
+  screen.desktop.whenIdle([&idle] { idle = true; });
+  const auto waits = [&] { return screen.desktop.keepWaiting("در انتظار", "انصراف"); };
+  press(Qt::Key_A, "a");
+  QCoreApplication::postEvent(&screen.window(), new QCloseEvent);
+  EXPECT_FALSE(waits());
+  auto* const button = screen.window().findChild<QFrame*>("WaitPanel")->findChild<QPushButton*>();
+  EXPECT_TRUE(button->isVisible() && screen.window().rect().contains(button->parentWidget()->geometry()));
+  for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease})
+    QCoreApplication::postEvent(
+        button, new QMouseEvent(type, place, button->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton, {}));
+  EXPECT_TRUE(waits());
+  press(Qt::Key_Escape, "");
+  EXPECT_TRUE(waits());
+  EXPECT_FALSE(idle);
+  screen.desktop.endWait();
+  EXPECT_EQ(screen.window().findChild<QFrame*>("WaitPanel"), nullptr);
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(idle);
   EXPECT_EQ(screen.form->txtTitle.text(), "");
   EXPECT_TRUE(screen.form->isShown() && screen.form->said.empty());
 }

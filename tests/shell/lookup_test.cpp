@@ -103,6 +103,12 @@ class Lookup : public ::testing::Test {
 TEST_F(Lookup, PersonPicksByTypingAPieceOfTheText) {
   go(screen->sltGroup, "picking by a piece of the text");
   EXPECT_EQ(screen->sltGroup.SelectedText(), "دارایی ثابت");
+  database.broken = false;
+  screen->sltGroup.type("دارا");
+  EXPECT_EQ(screen->sltGroup.count(), "");
+  desktop.settle();
+  screen->sltGroup.press(Key::Down);
+  EXPECT_EQ(screen->sltGroup.count(), "2 از 2");
 }
 
 TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
@@ -172,6 +178,7 @@ TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {
   EXPECT_EQ(std::count(database.searches.begin(), database.searches.end(), "ف"), 1);
   EXPECT_EQ(group.rows().size(), LookupSearch::kPageRows);
   EXPECT_EQ(group.text(), "فر");
+  EXPECT_EQ(group.count(), "1 از بيش از 100");
 }
 
 TEST_F(Lookup, ProgramWritesAnIDInAnyOrderAndRaisesNothing) {

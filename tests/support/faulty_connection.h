@@ -33,7 +33,8 @@ class Faults {
 
   /// The commands that failed since the last heal(), or since the beginning.
   [[nodiscard]] int failures() const;
-  /// Answers count as late, as over a network, on whichever engine.
+  /// Answers count as late, as over a network, on whichever engine. What is heard below is heard on the
+  /// connection's thread then.
   std::atomic<bool> late = false;
   /// How often the engines were asked since the last call; a packet is one question.
   [[nodiscard]] int trips() { return trips_.exchange(0); }

@@ -72,6 +72,7 @@ void ScriptedDesktop::show(ui::Form& form) {
 
 void ScriptedDesktop::showModal(ui::Form& form) {
   showings.push_back(form.name() + "!");
+  const Apart apart(*this);
   bringUp(form);
   const auto script = std::find_if(scripts_.begin(), scripts_.end(),
                                    [&](const Script& one) { return one.form == form.name(); });
@@ -107,6 +108,12 @@ void ScriptedDesktop::moveFocus(ui::Control& control) { control.form().focusMove
 void ScriptedDesktop::repaint(ui::Form&) {
   ++repaints;
   if (onRepaint) onRepaint();
+}
+
+bool ScriptedDesktop::showWait(std::string_view text, std::string_view wayOut) {
+  waits.emplace_back(std::string(text.substr(0, text.find(" ("))) + "|" + std::string(wayOut));
+  if (onWait) onWait();
+  return std::exchange(escape, false) && !wayOut.empty();
 }
 
 void ScriptedDesktop::whenIdle(std::function<void()> procedure) {

@@ -46,7 +46,13 @@ class ScriptedDesktop : public ui::Desktop {
   void chooseKeyboardLayout(std::string_view layout) override { layouts.emplace_back(layout); }
   [[nodiscard]] int operatingSystemVersion() const override { return version; }
   void whenIdle(std::function<void()> procedure) override;
+  bool showWait(std::string_view text, std::string_view wayOut) override;
+  void hideWait() override { waits.emplace_back("."); }
 
+  /// What a person was shown of waits, with what is offered behind it; runs in each of its paints. Escape is
+  /// the way out.
+  std::vector<std::string> waits;
+  std::function<void()> onWait;
   /// The number of the error with which `show` refuses; 0 shows.
   int refusal = 0;
   int version = 5;

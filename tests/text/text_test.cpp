@@ -8,6 +8,7 @@
 #include "data/quote_text.h"
 #include "text/characters.h"
 #include "text/fold.h"
+#include "text/search_words.h"
 #include "text/utf8.h"
 
 namespace ledgertree::text {
@@ -83,6 +84,32 @@ TEST(Fold, TakesForTheSameWhatAPersonWouldCallTheSame) {
   EXPECT_NE(fold("بانک"), fold("بانکی"));
   EXPECT_NE(fold("آب"), fold("آپ"));
   EXPECT_EQ(fold("bank ×÷ \"123\" 😀 漢字"), "bank×÷\"123\"😀漢字");
+}
+
+TEST(SearchWords, AreMarkedInTheTextAsItIsWritten) {
+  const std::pair<const char*, const char*> texts[] = {
+      {"حساب های", "[حساب\u200Cهاي] جاري"},  // as it was typed, across a joiner
+      {"حسابهای", "[حساب هاي] جاري"},
+      {"جاری حساب", "[حساب]\u200Cهاي [جاري]"},  // the words
+      {"معین", "كد [مُعِين] ۱"},
+      {"۱۲", "[12] و [١٢]"},
+      {"ملیم لیملی", "[مليملي]"},  // they overlap
+      {"A a", "b[a]"},
+      {" ", "هيچ"},
+      {"بانک", "بان"},
+  };
+  for (const auto& [typed, marked] : texts) {
+    std::string text(marked);
+    std::erase_if(text, [](char letter) { return letter == '[' || letter == ']'; });
+    std::string shown;
+    std::size_t place = 0;
+    for (const Stretch& stretch : stretchesOf(SearchWords(typed), text)) {
+      shown += text.substr(place, stretch.begin - place) + "[";
+      shown += text.substr(stretch.begin, stretch.end - stretch.begin) + "]";
+      place = stretch.end;
+    }
+    EXPECT_EQ(shown + text.substr(place), marked) << typed;
+  }
 }
 
 TEST(Fold, LeavesBrokenBytesAloneAndIsStable) {

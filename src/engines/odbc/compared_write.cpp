@@ -26,7 +26,7 @@ class Batch {
   }
   /// Gives the number in the first answer; nothing where there is none. Throws data::DataError.
   std::optional<std::int32_t> run(std::string_view name) {
-    Execution execution(session_, name);
+    Execution execution(session_, name, false);
     SQLUSMALLINT place = 1;
     bool bound = true;
     for (Argument& argument : arguments_) bound = bound && argument.bind(execution.statement(), place++);

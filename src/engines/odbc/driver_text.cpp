@@ -174,6 +174,19 @@ Security securityOf(const data::ConnectionText& text) {
           findSwitch(text, {"Trust Server Certificate", "TrustServerCertificate"})};
 }
 
+std::optional<std::string> partnerOf(const data::ConnectionText& text) {
+  return find(text, {"Failover Partner", "Failover_Partner", "FailoverPartner"});
+}
+
+/// "ReadOnly" or "ReadWrite"; nothing where the text has neither.
+std::optional<std::string> intentOf(const data::ConnectionText& text) {
+  const auto given = find(text, {"ApplicationIntent", "Application Intent"});
+  if (!given) return std::nullopt;
+  for (const char* const intent : {"ReadOnly", "ReadWrite"})
+    if (text::equalsIgnoringCase(*given, intent)) return intent;
+  refuseValue("Application Intent");
+}
+
 std::optional<std::string> serverOf(const data::ConnectionText& text) {
   return find(text, {"Data Source", "Server", "Address", "Addr", "Network Address"});
 }
@@ -193,15 +206,18 @@ void writeMicrosoft(const data::ConnectionText& text, const Security& security, 
   writer.add("Encrypt", security.encrypt ? "yes" : "no");
   writer.add("TrustServerCertificate", security.trust.value_or(false) ? "yes" : "no");
   if (security.integrated) writer.add("Trusted_Connection", "yes");
+  writer.addGiven("Failover_Partner", partnerOf(text));
+  if (const auto several = findSwitch(text, {"MultiSubnetFailover", "Multi Subnet Failover"}))
+    writer.add("MultiSubnetFailover", *several ? "yes" : "no");
 }
 
-void writeFreeTds(const data::ConnectionText& text, const Security& security, Writer& writer) {
+void writeFreeTds(const data::ConnectionText& text, const Security& security, bool partner, Writer& writer) {
   if (security.encrypt && !security.trust.value_or(false)) {
     refuse(
         "راه انداز FreeTDS گواهي سرور را بررسي نميکند. راه انداز مايکروسافت را نصب کنيد، يا در متن اتصال "
         "«Trust Server Certificate=True» بنويسيد.");
   }
-  const Server server = Server::parse(requireServer(text));
+  const Server server = Server::parse(partner ? partnerOf(text).value_or("") : requireServer(text));
   // A port says where the instance is; without one the server's list of instances is asked.
   if (server.instance.empty() || server.port != 0) {
     writer.add("Server", server.host);
@@ -218,7 +234,8 @@ void writeFreeTds(const data::ConnectionText& text, const Security& security, Wr
 
 }  // namespace
 
-DriverText driverText(const data::ConnectionText& text, const std::vector<std::string>& installed) {
+DriverText driverText(const data::ConnectionText& text, const std::vector<std::string>& installed,
+                      bool partner) {
   DriverText result;
   result.driver = chosenDriver(text, installed);
   result.dialect = dialectOf(result.driver);
@@ -231,7 +248,8 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
       writeMicrosoft(text, security, writer);
       break;
     case Dialect::FreeTds:
-      writeFreeTds(text, security, writer);
+      result.hasPartner = partnerOf(text).has_value();
+      writeFreeTds(text, security, partner, writer);
       break;
     case Dialect::Other:
       writer.addGiven("Server", serverOf(text));
@@ -247,6 +265,7 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
   if (result.dialect != Dialect::Other) {
     writer.add("APP", find(text, {"Application Name", "APP"}).value_or("LedgerTree"));
     writer.addGiven("WSID", find(text, {"Workstation ID", "WSID"}));
+    writer.addGiven("ApplicationIntent", intentOf(text));
   }
   result.loginSeconds = static_cast<int>(data::kConnectTimeOut.count());
   if (const auto seconds = find(text, {"Connect Timeout", "Connection Timeout", "Timeout"})) {

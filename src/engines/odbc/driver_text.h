@@ -18,10 +18,11 @@ enum class Dialect {
 /// What an ODBC driver is told to reach what an OLE DB connection text names.
 struct DriverText {
   Dialect dialect = Dialect::Other;
-  std::string driver;     ///< the name under which it is installed
-  Secret<char> text;      ///< "Driver={…};Server=…;…;PWD=…"
-  bool encrypts = false;  ///< the text asks for encryption
-  int loginSeconds = 15;  ///< the time-out of the connecting: `Connect Timeout`, or 15
+  std::string driver;       ///< the name under which it is installed
+  Secret<char> text;        ///< "Driver={…};Server=…;…;PWD=…"
+  bool hasPartner = false;  ///< there is one, and the driver is told only of the first server
+  bool encrypts = false;    ///< the text asks for encryption
+  int loginSeconds = 15;    ///< the time-out of the connecting: `Connect Timeout`, or 15
 };
 
 /// Translates an OLE DB connection text. `installed` are the names of the drivers of this machine.
@@ -30,12 +31,15 @@ struct DriverText {
 /// several, and FreeTDS where it isn't. The keys that are read, each with its other spellings: Data Source
 /// ("tcp:server\instance,port"), Initial Catalog, User ID, Password, Integrated Security or
 /// Trusted_Connection, Use Encryption for Data, Trust Server Certificate, Application Name, Workstation ID,
-/// Connect Timeout. Other keys mean nothing to it.
+/// Connect Timeout, Failover Partner, MultiSubnetFailover, Application Intent. Other keys mean nothing to it.
+/// FreeTDS tries all addresses of a name at once, without being told.
 ///
 /// Throws data::DataError(Reason::Connection) that names the key and never repeats a value: a missing Data
 /// Source, a port or a switch that is none, a control character, no driver, or a certificate to be checked by
 /// a driver that can't.
+///
+/// `partner`: what leads to the server that Failover Partner names, for a driver that doesn't know that key.
 [[nodiscard]] DriverText driverText(const data::ConnectionText& text,
-                                    const std::vector<std::string>& installed);
+                                    const std::vector<std::string>& installed, bool partner = false);
 
 }  // namespace ledgertree::engines::odbc

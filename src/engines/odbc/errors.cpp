@@ -64,13 +64,10 @@ constexpr const char* kWrongOptions =
 constexpr const char* kBroken =
     "ارتباط با پايگاه داده قطع شد و معلوم نيست که آخرين عمليات انجام شده باشد. شبکه را بررسي نماييد، اطلاعات "
     "را دوباره بخوانيد و دوباره تلاش نماييد.";
+constexpr const char* kBrokenReading =
+    "ارتباط با پايگاه داده قطع شد. شبکه را بررسي نماييد و دوباره تلاش نماييد.";
 constexpr const char* kNoAnswer =
     "پايگاه داده در دسترس نيست. نشاني سرور و شبکه را بررسي نماييد و دوباره تلاش نماييد.";
-constexpr const char* kStopped =
-    "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.";
-constexpr const char* kUnanswered =
-    "پايگاه داده در زمان تعيين شده پاسخ نداد و معلوم نيست که عمليات انجام شده باشد. اطلاعات را دوباره "
-    "بخوانيد و دوباره تلاش نماييد.";
 constexpr const char* kNoDriver = "راه انداز ODBC باز نميشود. نصب آن را بررسي نماييد.";
 
 /// By the server's own number.
@@ -183,17 +180,18 @@ std::vector<Record> records(const Handle& handle) {
   return told;
 }
 
-data::DataError callError(const std::vector<Record>& told, std::string_view statement) {
+data::DataError callError(const std::vector<Record>& told, std::string_view statement, bool onlyReads) {
   const Record& record = decisive(told);
   const std::string where(statement);
   if (const Told* const known = toldOf(record.number)) {
-    return {known->reason, record.number, known->text + behind(record), where};
+    // A server that refuses says that nothing was done.
+    return data::DataError(known->reason, record.number, known->text + behind(record), where).undone();
   }
   if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
   // The time-out of a statement is one that the server has confirmed, that of the connection isn't.
   if (record.state == "HYT00" || record.state == "HYT01")
-    return timeOutError(statement, record.state == "HYT00");
-  if (isLost(record)) return brokenError(told, statement);
+    return timeOutError(statement, onlyReads || record.state == "HYT00");
+  if (isLost(record)) return brokenError(told, statement, onlyReads);
   if (record.state.starts_with("23")) {
     return {Reason::Constraint, record.number,
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
@@ -218,18 +216,29 @@ data::DataError openError(const std::vector<Record>& told, std::string_view secr
                                                                  : kNoAnswer;
   // Stars in the place of a short password would show which letters it has.
   if (!secret.empty() && record.message.find(secret) != std::string::npos) record.message.clear();
-  return {Reason::Connection, record.number, text + behind(record)};
+  return data::DataError(Reason::Connection, record.number, text + behind(record)).undone();
 }
 
-data::DataError brokenError(const std::vector<Record>& told, std::string_view statement) {
+bool servesElsewhere(int number) {
+  // No number: nobody answered; so the driver's own ones. The others are those of a database that another
+  // server has at the moment, or none as yet.
+  constexpr int kElsewhere[] = {0, 904, 922, 954, 976, 978, 983, 4060, 4221, 6005, 17142};
+  return (number >= 10050 && number <= 10065) || (number >= 20000 && number <= 20100) ||
+         std::find(std::begin(kElsewhere), std::end(kElsewhere), number) != std::end(kElsewhere);
+}
+
+data::DataError brokenError(const std::vector<Record>& told, std::string_view statement, bool onlyReads) {
   const Record& record = decisive(told);
-  return {Reason::Connection, record.number, kBroken + behind(record), std::string(statement)};
+  const auto failure = [&](const char* words) {
+    return data::DataError(Reason::Connection, record.number, words + behind(record), std::string(statement));
+  };
+  return onlyReads ? failure(kBrokenReading).undone() : failure(kBroken);
 }
 
 data::DataError timeOutError(std::string_view statement, bool ended) {
   const std::string where(statement);
-  if (!ended) return {Reason::TimeOut, 0, kUnanswered, where};
-  return data::DataError(Reason::TimeOut, 0, kStopped, where).undone();
+  if (!ended) return {Reason::TimeOut, 0, data::kUnanswered, where};
+  return data::DataError(Reason::TimeOut, 0, data::kStopped, where).undone();
 }
 
 data::DataError cancelledError() {

@@ -16,6 +16,16 @@ Watch::Clock::time_point deadline(const Session& session) {
   return Watch::Clock::now() + session.commandTimeOut() + kGrace;
 }
 
+/// Whether whoever asked for a command gave it up, or whoever waits for it.
+std::function<bool()> questionOf(const data::Waiting* waiting, bool onlyReads,
+                                 const std::function<bool()>* cancelled) {
+  const bool cancels = cancelled != nullptr && *cancelled;
+  if (waiting == nullptr || !waiting->givesUp) return cancels ? *cancelled : nullptr;
+  return [waiting, onlyReads, cancelled = cancels ? *cancelled : nullptr] {
+    return waiting->givesUp(onlyReads) || (cancelled && cancelled());
+  };
+}
+
 }  // namespace
 
 void requireCleanStatement(std::string_view text) {
@@ -30,11 +40,14 @@ bool changesRows(std::string_view statement) {
                      [statement](std::string_view word) { return beginsWithWord(statement, word); });
 }
 
-Execution::Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled)
+Execution::Execution(Session& session, std::string_view name, bool onlyReads,
+                     const std::function<bool()>* cancelled)
     : session_(session),
       name_(name),
+      onlyReads_(onlyReads),
+      givenUp_(questionOf(session.waiting(), onlyReads, cancelled)),
       statement_(SQL_HANDLE_STMT, session.connection().get()),
-      watched_(session.watch(), statement_, deadline(session), cancelled) {
+      watched_(session.watch(), statement_, deadline(session), &givenUp_) {
   const auto seconds = (session.commandTimeOut().count() + 999) / 1000;
   SQLSetStmtAttrW(statement_.get(), SQL_ATTR_QUERY_TIMEOUT,
                   reinterpret_cast<SQLPOINTER>(static_cast<std::size_t>(seconds)), 0);  // NOLINT
@@ -73,10 +86,10 @@ void Execution::finish() {
   const bool acknowledged = std::any_of(failure_->begin(), failure_->end(),
                                         [](const Record& record) { return record.state == "HY008"; });
   if (watched_.stopped() && !acknowledged) session_.giveUp();
-  watched_.rethrowStop(name_, !session_.dead());
-  const data::DataError failure = callError(*failure_, name_);
+  watched_.rethrowStop(name_, onlyReads_ || !session_.dead());
+  const data::DataError failure = callError(*failure_, name_, onlyReads_);
   if (failure.reason() != data::DataError::Reason::Connection && session_.dead())
-    throw brokenError(*failure_, name_);
+    throw brokenError(*failure_, name_, onlyReads_);
   throw failure;
 }
 

@@ -22,8 +22,10 @@ void requireCleanStatement(std::string_view text);
 /// with failures among them: what comes later is as much a part of the command as what comes first.
 class Execution {
  public:
-  /// `name` is what an error calls the command: the statement, or the procedure. It outlives the execution.
-  Execution(Session& session, std::string_view name, const std::function<bool()>* cancelled = nullptr);
+  /// `name` is what an error calls the command: the statement, or the procedure. It outlives the
+  /// execution.
+  Execution(Session& session, std::string_view name, bool onlyReads,
+            const std::function<bool()>* cancelled = nullptr);
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
 
@@ -46,6 +48,8 @@ class Execution {
  private:
   Session& session_;
   std::string_view name_;
+  bool onlyReads_;
+  std::function<bool()> givenUp_;  ///< empty where nobody would
   Handle statement_;
   Watch::Command watched_;
   std::optional<std::vector<Record>> failure_;

@@ -1,10 +1,12 @@
 #include "engines/odbc/odbc_connection.h"
 
 #include <exception>
+#include <thread>
 #include <utility>
 
 #include "data/catalogue.h"
 #include "engines/odbc/compared_write.h"
+#include "engines/odbc/errors.h"
 #include "engines/odbc/execution.h"
 #include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
@@ -12,6 +14,17 @@
 #include "engines/odbc/view_search.h"
 
 namespace ledgertree::engines::odbc {
+namespace {
+
+using Reason = data::DataError::Reason;
+
+/// Doubled ahead of each further try: 20, 40, 80 milliseconds.
+constexpr std::chrono::milliseconds kFirstPause{10};
+/// Between two attempts to open anew what was open.
+constexpr std::chrono::milliseconds kBetweenOpenings{500};
+
+}  // namespace
+
 /// A walk over the rows of a statement. A connection carries one statement at a time: where another command
 /// comes between two rows, the rest of the rows is kept first.
 class OdbcConnection::Walk {
@@ -23,7 +36,7 @@ class OdbcConnection::Walk {
   ~Walk() { connection_.walk_ = outer_; }
 
   void start(Session& session, std::string_view statement) {
-    execution_.emplace(session, statement);
+    execution_.emplace(session, statement, data::onlyReads(statement));
     bool result = execution_->send(statement);
     for (; result; result = execution_->nextResult()) {
       set_.emplace(*execution_);
@@ -90,18 +103,46 @@ OdbcConnection::OdbcConnection(data::ConnectionText text, std::chrono::milliseco
 OdbcConnection::~OdbcConnection() = default;
 
 template <typename Work>
-auto OdbcConnection::command(Work work) {
+auto OdbcConnection::command(Work work, const bool* shown) {
   if (walk_ != nullptr) walk_->keepRest();
-  if (!session_) session_ = std::make_unique<Session>(text_, command_, versions_);
-  try {
-    return work(*session_);
-  } catch (const data::DataError& failure) {
-    // A statement that ran out of its time may not have ended on the server.
-    using Reason = data::DataError::Reason;
-    const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
-    if (unsure || (session_ && session_->dead())) session_.reset();
-    throw;
+  if (!session_) open();
+  session_->whileWaiting(waiting_);
+  const auto end = Watch::Clock::now() + command_;
+  for (int tried = 1;; ++tried) {
+    try {
+      return work(*session_);
+    } catch (const data::DataError& failure) {
+      // A statement that ran out of its time may not have ended on the server.
+      const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
+      if (unsure || (session_ && session_->dead())) session_.reset();
+      const auto pause = kFirstPause * (1 << tried);
+      const bool late = tried == kTries || Watch::Clock::now() + pause >= end;
+      if (late || (shown != nullptr && *shown) || !mayComeAgain(failure)) throw;
+      std::this_thread::sleep_for(pause);
+    }
   }
+}
+
+void OdbcConnection::open() {
+  const auto end = Watch::Clock::now() + data::kConnectTimeOut;
+  for (;;) {
+    try {
+      session_ = std::make_unique<Session>(text_, command_, versions_);
+      wasOpen_ = true;
+      return;
+    } catch (const data::DataError& failure) {
+      // What couldn't be opened is undone; a schema of another version isn't.
+      const bool comesBack = wasOpen_ && !failure.leavesOpen() && servesElsewhere(failure.number());
+      if (!comesBack || Watch::Clock::now() + kBetweenOpenings >= end) throw;
+    }
+    if (waiting_.givesUp && waiting_.givesUp(true)) throw cancelledError();
+    std::this_thread::sleep_for(kBetweenOpenings);
+  }
+}
+
+bool OdbcConnection::mayComeAgain(const data::DataError& failure) const {
+  // An installer's transaction ended with the refusal, and what came ahead of it in it is gone.
+  return session_ && failure.reason() == Reason::Busy && versions_ == Versions::Present;
 }
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
@@ -111,7 +152,7 @@ std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
       runCompared(session, *read, statement);
       return std::nullopt;
     }
-    Execution execution(session, statement);
+    Execution execution(session, statement, data::onlyReads(statement));
     const bool reads = !changesRows(statement);
     std::optional<data::Rows> rows;
     bool result = execution.send(statement);
@@ -131,11 +172,19 @@ data::Answers OdbcConnection::runTogether(std::span<const data::Command> command
   if (commands.size() < 2 || read_) return Connection::runTogether(commands);
   data::Answers answers;
   try {
-    command([this, commands, &answers](Session& session) {
-      const bool takesBatches = session.dialect() != Dialect::Other;
-      if (takesBatches) sendPacket(session, commands, answers.ran);
-      if (!takesBatches) answers = Connection::runTogether(commands);
-    });
+    bool begun = false;
+    command(
+        [this, commands, &answers, &begun](Session& session) {
+          try {
+            const bool takesBatches = session.dialect() != Dialect::Other;
+            if (takesBatches) sendPacket(session, commands, answers.ran);
+            if (!takesBatches) answers = Connection::runTogether(commands);
+          } catch (...) {
+            begun = !answers.ran.empty();
+            throw;
+          }
+        },
+        &begun);
   } catch (...) {
     answers.failure = std::current_exception();
   }
@@ -144,11 +193,18 @@ data::Answers OdbcConnection::runTogether(std::span<const data::Command> command
 
 void OdbcConnection::walk(std::string_view statement,
                           const std::function<bool(const data::Rows& row)>& visit) {
-  command([this, statement, &visit](Session& session) {
-    Walk walk(*this);
-    walk.start(session, statement);
-    walk.show(visit);
-  });
+  bool shown = false;
+  const auto show = [&](const data::Rows& row) {
+    shown = true;
+    return visit(row);
+  };
+  command(
+      [this, statement, &show](Session& session) {
+        Walk walk(*this);
+        walk.start(session, statement);
+        walk.show(show);
+      },
+      &shown);
 }
 
 std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {

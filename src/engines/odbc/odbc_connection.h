@@ -7,6 +7,7 @@
 #include <optional>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "data/as_read.h"
 #include "data/connection.h"
@@ -19,9 +20,14 @@ namespace ledgertree::engines::odbc {
 /// connection text. Statements go as they are, but for letters that the columns can't hold (see code_page.h).
 ///
 /// A connection that breaks fails the statement that met it, with data::DataError::Reason::Connection; the
-/// next one opens it anew. Nothing is sent twice: whether the failed statement was carried out nobody knows.
+/// next one opens it anew, and goes on trying for as long as connecting may take, since a database may be on
+/// its way from one server to another. Nothing of which nobody knows whether it was carried out is sent
+/// twice. What was refused for a deadlock, a lock or a conflict of versions wrote nothing: it is tried kTries
+/// times in all, as long as its time-out isn't over.
 class OdbcConnection final : public data::Connection {
  public:
+  static constexpr int kTries = 4;
+
   explicit OdbcConnection(data::ConnectionText text,
                           std::chrono::milliseconds command = data::kCommandTimeOut,
                           Versions versions = Versions::Present);
@@ -34,18 +40,25 @@ class OdbcConnection final : public data::Connection {
   void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] bool answersLate() const override { return true; }
+  void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
 
  private:
   class Walk;
 
-  /// Carries out a command on the session, opened if need be. A session that broke is closed behind it.
+  /// Carries out a command on the session, opened if need be. A session that broke is closed behind it. What
+  /// lost against another program, and so wrote nothing, is carried out again, unless its rows are `shown` or
+  /// a part of it is done.
   template <typename Work>
-  auto command(Work work);
+  auto command(Work work, const bool* shown = nullptr);
+  void open();
+  [[nodiscard]] bool mayComeAgain(const data::DataError& failure) const;
 
   data::ConnectionText text_;
   std::chrono::milliseconds command_;
   Versions versions_;
   std::unique_ptr<Session> session_;
+  data::Waiting waiting_;
+  bool wasOpen_ = false;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
   Walk* walk_ = nullptr;              ///< the innermost that runs
 };

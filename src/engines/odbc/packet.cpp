@@ -100,7 +100,7 @@ void sendPacket(Session& session, std::span<const data::Command> commands, std::
   const Batch batch(commands, session.codePage());
   const auto sent = commands.first(batch.size);
   if (!sent.empty()) {
-    Execution execution(session, nameOf(sent.front()));
+    Execution execution(session, nameOf(sent.front()), data::onlyRead(sent));
     if (!execution.send(batch.text)) execution.finish();
     readAnswers(execution, sent, ran);
   }

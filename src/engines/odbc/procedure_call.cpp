@@ -26,7 +26,7 @@ std::int32_t callProcedure(Session& session, const data::Procedure& procedure,
   }
   SQLINTEGER result = 0;
   SQLLEN length = SQL_NULL_DATA;
-  Execution execution(session, procedure.name);
+  Execution execution(session, procedure.name, procedure.onlyReads);
   bool bound = SQL_SUCCEEDED(SQLBindParameter(execution.statement().get(), 1, SQL_PARAM_OUTPUT, SQL_C_SLONG,
                                               SQL_INTEGER, 10, 0, &result, sizeof result, &length));
   SQLUSMALLINT place = 2;

@@ -60,6 +60,14 @@ Session::~Session() { SQLDisconnect(connection_.get()); }
 void Session::open(const data::ConnectionText& text) {
   const DriverText driver = driverText(text, environment_.drivers());
   dialect_ = driver.dialect;
+  auto failure = connect(text, driver);
+  if (failure && driver.hasPartner && servesElsewhere(failure->number()) &&
+      !connect(text, driverText(text, environment_.drivers(), true)))
+    return;
+  if (failure) throw *failure;
+}
+
+std::optional<data::DataError> Session::connect(const data::ConnectionText& text, const DriverText& driver) {
   Secret<char16_t> wide;
   text::appendWide(driver.text.view(), wide);
   SQLSetConnectAttrW(connection_.get(), SQL_ATTR_LOGIN_TIMEOUT,
@@ -69,11 +77,11 @@ void Session::open(const data::ConnectionText& text) {
   const SQLRETURN result =
       SQLDriverConnectW(connection_.get(), nullptr, letters, static_cast<SQLSMALLINT>(wide.view().size()),
                         nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-  if (SQL_SUCCEEDED(result)) return;
+  if (SQL_SUCCEEDED(result)) return std::nullopt;
   std::string password = passwordOf(text);
-  const data::DataError failure = openError(records(connection_), password, driver.encrypts);
+  data::DataError failure = openError(records(connection_), password, driver.encrypts);
   wipe(password);
-  throw failure;
+  return failure;
 }
 
 void Session::prepareServer(Versions versions) {

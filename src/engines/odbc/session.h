@@ -1,9 +1,11 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "data/connection.h"
 #include "data/connection_text.h"
 #include "engines/odbc/code_page.h"
 #include "engines/odbc/driver_text.h"
@@ -35,9 +37,15 @@ class Session {
   /// Whether the connection is of no use any more, as far as the driver knows or after giveUp().
   [[nodiscard]] bool dead() const;
   void giveUp() { givenUp_ = true; }
+  /// Who waits for the commands; it outlives them.
+  void whileWaiting(const data::Waiting& waiting) { waiting_ = &waiting; }
+  [[nodiscard]] const data::Waiting* waiting() const { return waiting_; }
 
  private:
   void open(const data::ConnectionText& text);
+  /// Gives the failure.
+  [[nodiscard]] std::optional<data::DataError> connect(const data::ConnectionText& text,
+                                                       const DriverText& driver);
   void prepareServer(Versions versions);
 
   Environment environment_;
@@ -47,6 +55,7 @@ class Session {
   CodePage codePage_ = CodePage::Unicode;
   std::chrono::milliseconds command_;
   bool givenUp_ = false;
+  const data::Waiting* waiting_ = nullptr;
 };
 
 }  // namespace ledgertree::engines::odbc

@@ -112,7 +112,7 @@ class Search {
     const std::string text = batch(size);
     std::size_t seen = 0;
     bool isFirst = true;
-    Execution execution(session_, text, &request_.cancelled);
+    Execution execution(session_, text, true, &request_.cancelled);
     for (bool result = execution.send(text); result && !isFull(); result = execution.nextResult()) {
       ResultSet set(execution);
       if (set.columns() == 0) continue;

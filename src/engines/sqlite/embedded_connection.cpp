@@ -135,20 +135,20 @@ class EmbeddedConnection::Running {
 };
 
 template <typename Work>
-auto EmbeddedConnection::command(const std::function<bool()>* cancelled, Work work) {
+auto EmbeddedConnection::command(bool onlyReads, const std::function<bool()>* cancelled, Work work) {
   Session& open = session();
   if (open.watch().asking()) throw engineError(SQLITE_BUSY, {}, {});
   const Running running(*this);
   const Clock::time_point now = Clock::now();
   Watch::Command watched(open.watch(), now + timeOuts_.command, cancelled);
-  open.watch().whileWaiting(givesUpWaiting_);
+  open.watch().whileWaiting(waiting_, onlyReads, now);
   open.requireFile(now, false);
   return work(open, watched);
 }
 
 template <typename Work>
-auto EmbeddedConnection::write(const std::optional<data::AsRead>& read, Work work) {
-  return command(nullptr, [&read, &work](Session& open, Watch::Command&) {
+auto EmbeddedConnection::write(bool onlyReads, const std::optional<data::AsRead>& read, Work work) {
+  return command(onlyReads, nullptr, [&read, &work](Session& open, Watch::Command&) {
     if (!read) return work(open);
     Compared compared(open, *read);
     auto result = work(open);
@@ -158,17 +158,18 @@ auto EmbeddedConnection::write(const std::optional<data::AsRead>& read, Work wor
 }
 
 std::optional<data::Rows> EmbeddedConnection::run(std::string_view statement) {
-  return write(std::exchange(read_, std::nullopt), [statement](Session& open) -> std::optional<data::Rows> {
-    Started started(open, statement);
-    data::Rows rows = readAll(started);
-    if (rows.columns().empty()) return std::nullopt;
-    return rows;
-  });
+  return write(data::onlyReads(statement), std::exchange(read_, std::nullopt),
+               [statement](Session& open) -> std::optional<data::Rows> {
+                 Started started(open, statement);
+                 data::Rows rows = readAll(started);
+                 if (rows.columns().empty()) return std::nullopt;
+                 return rows;
+               });
 }
 
 void EmbeddedConnection::walk(std::string_view statement,
                               const std::function<bool(const data::Rows& row)>& visit) {
-  command(nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
+  command(true, nullptr, [statement, &visit](Session& open, Watch::Command& watched) {
     Started started(open, statement);
     Plan::Run& run = started.run();
     int result = started.result();
@@ -186,7 +187,7 @@ void EmbeddedConnection::walk(std::string_view statement,
 }
 
 void EmbeddedConnection::readTogether(const std::function<void()>& work) {
-  command(nullptr, [&work](Session& open, Watch::Command&) {
+  command(true, nullptr, [&work](Session& open, Watch::Command&) {
     // While one is on a row, which there always is, what reads takes no lock of its own.
     const Started onRow(open, "select name from sqlite_schema");
     work();
@@ -196,7 +197,7 @@ void EmbeddedConnection::readTogether(const std::function<void()>& work) {
 std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return write(read, [&procedure, values](Session& open) {
+  return write(procedure.onlyReads, read, [&procedure, values](Session& open) {
     open.requireFile(Clock::now(), true);
     try {
       const std::int32_t result = open.procedures().call(procedure, values);
@@ -210,7 +211,7 @@ std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::spa
 }
 
 data::SearchPage EmbeddedConnection::search(const data::SearchRequest& request) {
-  return command(&request.cancelled, [&request](Session& open, Watch::Command&) {
+  return command(true, &request.cancelled, [&request](Session& open, Watch::Command&) {
     return open.searches().page(request, open.watch());
   });
 }
@@ -220,7 +221,7 @@ std::vector<std::string> EmbeddedConnection::takeNews() {
 }
 
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
-  return command(nullptr, [statement](Session& open, Watch::Command&) {
+  return command(true, nullptr, [statement](Session& open, Watch::Command&) {
     // Its literals are those of the statement.
     static_cast<void>(open.plans().find(statement));
     open.plans().letGo();

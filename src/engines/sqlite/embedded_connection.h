@@ -42,7 +42,7 @@ class EmbeddedConnection final : public data::Connection {
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
-  void whileWaiting(std::function<bool()> givesUp) override { givesUpWaiting_ = std::move(givesUp); }
+  void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
   std::vector<std::string> takeNews() override;
 
   /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
@@ -56,15 +56,15 @@ class EmbeddedConnection final : public data::Connection {
   /// Carries out a command on the open session, within its time-out. A session that has lost its file is
   /// closed.
   template <typename Work>
-  auto command(const std::function<bool()>* cancelled, Work work);
+  auto command(bool onlyReads, const std::function<bool()>* cancelled, Work work);
   /// Carries out a command that writes, in one with the comparison where something was handed over.
   template <typename Work>
-  auto write(const std::optional<data::AsRead>& read, Work work);
+  auto write(bool onlyReads, const std::optional<data::AsRead>& read, Work work);
 
   std::string path_;
   TimeOuts timeOuts_;
   std::unique_ptr<Session> session_;
-  std::function<bool()> givesUpWaiting_;
+  data::Waiting waiting_;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
   int commands_ = 0;                  ///< how deep the running ones are nested
   WasOpen wasOpen_;

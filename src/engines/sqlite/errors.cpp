@@ -85,10 +85,7 @@ data::DataError lastError(sqlite3* handle, std::string_view statement) {
 }
 
 data::DataError timeOutError(std::string_view statement) {
-  return data::DataError(Reason::TimeOut, SQLITE_INTERRUPT,
-                         "پايگاه داده در زمان تعيين شده پاسخ نداد و عمليات متوقف شد. دوباره تلاش نماييد.",
-                         std::string(statement))
-      .undone();
+  return data::DataError(Reason::TimeOut, SQLITE_INTERRUPT, data::kStopped, std::string(statement)).undone();
 }
 
 data::DataError cancelledError() {

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -43,24 +44,46 @@ void Watch::rethrowStop(std::string_view statement) {
   if (failure_) std::rethrow_exception(std::exchange(failure_, nullptr));
   if (stop_ == Stop::TimeOut) throw timeOutError(statement);
   if (stop_ == Stop::Cancelled) throw cancelledError();
+  if (stop_ == Stop::GivenUp)
+    throw data::DataError(data::DataError::Reason::Cancelled, SQLITE_INTERRUPT, data::kGivenUp,
+                          std::string(statement));
 }
 
-int Watch::onProgress(void* watch) { return static_cast<Watch*>(watch)->mustStop() ? 1 : 0; }
+void Watch::whileWaiting(const data::Waiting& waiting, bool onlyReads, Clock::time_point now) {
+  waiting_ = &waiting;
+  onlyReads_ = onlyReads;
+  nextLook_ = now + kLongestWait;
+}
+
+int Watch::onProgress(void* watch) {
+  Watch& self = *static_cast<Watch*>(watch);
+  const Clock::time_point now = Clock::now();
+  if (self.mustStop(now)) return 1;
+  if (now < self.nextLook_) return 0;
+  self.nextLook_ = now + kLongestWait;
+  if (self.givesUp(self.onlyReads_)) self.stop_ = Stop::GivenUp;
+  return self.stop_ == Stop::None ? 0 : 1;
+}
 
 /// A question that fails is a no: nothing may pass through SQLite, and the wait ends anyway. It may be
 /// replaced while it is put.
-bool Watch::givesUpWaiting() {
-  if (givesUpWaiting_ == nullptr || !*givesUpWaiting_) return false;
-  const std::function<bool()> question = *givesUpWaiting_;
-  asking_ = true;
+bool Watch::givesUp(bool harmless) {
+  if (waiting_ == nullptr || !waiting_->givesUp) return false;
+  const auto question = waiting_->givesUp;
+  asking_ = asked_ = true;
   bool givesUp = false;
   try {
-    givesUp = question();
+    givesUp = question(harmless);
   } catch (...) {
     givesUp = false;
   }
   asking_ = false;
   return givesUp;
+}
+
+void Watch::endWait() {
+  asked_ = false;
+  if (waiting_->over) waiting_->over();
 }
 
 int Watch::onBusy(void* watch, int attempts) {
@@ -71,7 +94,7 @@ int Watch::onBusy(void* watch, int attempts) {
     if (self.stop_ == Stop::TimeOut) self.stop_ = Stop::None;
     return 0;
   }
-  if (self.givesUpWaiting()) return 0;
+  if (self.givesUp(true)) return 0;
   const std::chrono::milliseconds wait = std::min(std::chrono::milliseconds(1 + attempts), kLongestWait);
   std::this_thread::sleep_for(std::min<Clock::duration>(wait, self.deadline_ - now));
   return 1;

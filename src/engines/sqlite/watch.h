@@ -5,12 +5,14 @@
 #include <functional>
 #include <string_view>
 
+#include "data/connection.h"
+
 struct sqlite3;
 
 namespace ledgertree::engines::sqlite {
 
 /// Keeps an eye on the running command of one SQLite connection: interrupts it at its deadline or when it was
-/// given up, and lets it wait for another program's lock until then.
+/// given up, lets it wait for another program's lock until then, and asks who keeps the person company.
 class Watch {
  public:
   using Clock = std::chrono::steady_clock;
@@ -36,6 +38,7 @@ class Watch {
     ~Command() {
       watch_.deadline_ = deadlineBefore_;
       watch_.cancelled_ = cancelledBefore_;
+      if (watch_.asked_) watch_.endWait();
     }
     /// Time that isn't the engine's.
     void extend(Clock::duration time) { watch_.deadline_ += time; }
@@ -46,8 +49,8 @@ class Watch {
     const std::function<bool()>* cancelledBefore_;
   };
 
-  /// Asked while a command waits for a lock; true gives the wait up. It outlives the command.
-  void whileWaiting(const std::function<bool()>& givesUp) { givesUpWaiting_ = &givesUp; }
+  /// Asked while the command that begins `now` lasts, from a moment on. It outlives the command.
+  void whileWaiting(const data::Waiting& waiting, bool onlyReads, Clock::time_point now);
 
   /// Whether that question is being put: SQLite is in the middle of a step, and takes no other command.
   [[nodiscard]] bool asking() const { return asking_; }
@@ -59,16 +62,20 @@ class Watch {
   void rethrowStop(std::string_view statement);
 
  private:
-  enum class Stop { None, TimeOut, Cancelled };
+  enum class Stop { None, TimeOut, Cancelled, GivenUp };
 
   static int onProgress(void* watch);
   static int onBusy(void* watch, int attempts);
-  [[nodiscard]] bool givesUpWaiting();
+  [[nodiscard]] bool givesUp(bool harmless);
+  void endWait();
 
   Clock::time_point deadline_ = Clock::time_point::max();
   const std::function<bool()>* cancelled_ = nullptr;
-  const std::function<bool()>* givesUpWaiting_ = nullptr;
+  const data::Waiting* waiting_ = nullptr;
+  bool onlyReads_ = false;
   bool asking_ = false;
+  bool asked_ = false;  ///< in the course of this command
+  Clock::time_point nextLook_{};
   Clock::time_point nextQuestion_{};
   Stop stop_ = Stop::None;
   std::exception_ptr failure_;  ///< what `cancelled` threw, which mustn't pass through SQLite

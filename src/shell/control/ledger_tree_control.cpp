@@ -86,6 +86,8 @@ LedgerTreeControl::LedgerTreeControl(ControlSession& session)
 LedgerTreeControl::~LedgerTreeControl() = default;
 
 void LedgerTreeControl::ClearShow() {
+  session_.requireAnswered();
+  const ui::Desktop::Procedure procedure(session_.shell().desktop());
   if (!session_.makeWay(properties_->oleConnectionString, false)) return;
   takeIdentity();
   session_.shell().resetDataConnection();
@@ -108,6 +110,8 @@ void LedgerTreeControl::ClearShow() {
 }
 
 void LedgerTreeControl::View(const PropertyValue& ID) {
+  session_.requireAnswered();
+  const ui::Desktop::Procedure procedure(session_.shell().desktop());
   if (!session_.makeWay(properties_->oleConnectionString, true)) return;
   takeIdentity();
   session_.shell().resetDataConnection();

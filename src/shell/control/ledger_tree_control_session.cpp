@@ -12,6 +12,8 @@ namespace ledgertree {
 
 namespace {
 
+constexpr const char* kWaiting =
+    "سرفصل حسابها منتظر پاسخ پايگاه داده است. پس از رسيدن پاسخ دوباره تلاش نماييد.";
 constexpr const char* kInTheMiddle =
     "سرفصل حسابها در ميان کار ديگري است و پايگاه داده آن اکنون عوض نميشود. آن کار را به پايان برسانيد و "
     "دوباره تلاش نماييد.";
@@ -63,6 +65,10 @@ mainform::FormMain& ControlSession::loadedForm() {
     form_ = std::move(form);
   }
   return *form_;
+}
+
+void ControlSession::requireAnswered() const {
+  if (desktop_->waiting()) throw std::runtime_error(kWaiting);
 }
 
 std::vector<data::Command> ControlSession::questionsOfStart() const {

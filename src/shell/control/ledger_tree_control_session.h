@@ -29,6 +29,9 @@ class ControlSession {
   /// A control on this session; a host's own are on that of the process.
   [[nodiscard]] LedgerTreeControl makeControl();
   [[nodiscard]] shell::Shell& shell() { return shell_; }
+  /// Ahead of each call of the host: throws while the screen waits for the database and lets nothing else
+  /// happen.
+  void requireAnswered() const;
   /// Ahead of a call that shows the form, with or without another record: asks the person where it would drop
   /// what is being typed, and leaves a form that shows another database. False where the person stays;
   /// nothing has changed then. Throws where the text is no connection text, and where the form is in the

@@ -13,6 +13,7 @@ AccountPicker::AccountPicker(ui::Form& form, Shell& shell, std::string name, ui:
       }) {
   search_.setView("vwAccountMajor");
   search_.setOrder(data::SearchOrder::Code);
+  search_.tellParents([this](const std::vector<ui::LookupRow>& parents) { showPlaces(parents); });
 }
 
 void AccountPicker::setPickerConnection(std::string text) {

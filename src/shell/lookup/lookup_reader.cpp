@@ -1,6 +1,7 @@
 #include "shell/lookup/lookup_reader.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "data/data_error.h"
@@ -72,7 +73,28 @@ std::string LookupReader::nameOf(data::Connection& connection, std::string_view 
   return rows.count() == 0 ? std::string() : textAt(rows, 0, "Name");
 }
 
+std::vector<ui::LookupRow> LookupReader::parentsOf(data::Connection& connection,
+                                                   const std::vector<std::int32_t>& accounts) {
+  std::string ids;
+  for (const std::int32_t id : accounts) ids += (ids.empty() ? "" : ",") + std::to_string(id);
+  const auto rows = connection.run(
+      "Select p.ChildID, a.Title From tblAccountParent p inner join tblAccount a on a.ID = p.ID Where "
+      "p.ChildID "
+      "in (" +
+      ids + ") Order by a.NoLevel desc");
+  std::map<std::int32_t, std::string> parents;
+  for (std::size_t row = 0; rows && row < rows->count(); ++row) {
+    std::string& text = parents[rows->value(row, 0).toInt32()];
+    text += (text.empty() ? "" : " / ") + rows->value(row, 1).toText();
+  }
+  std::vector<ui::LookupRow> answer;
+  for (auto& [id, text] : parents) answer.push_back({.id = id, .text = std::move(text), .code = {}});
+  return answer;
+}
+
 LookupAnswer LookupReader::answer(data::Connection& connection, const LookupQuestion& question) {
+  if (!question.accounts.empty())
+    return {.hits = parentsOf(connection, question.accounts), .continuation = {}};
   // What goes by its code has one: that needs no question.
   const bool byCode = question.order == data::SearchOrder::Code;
   if (!byCode && (columns_.empty() || view_ != question.view)) {

@@ -29,6 +29,7 @@ struct LookupQuestion {
   std::size_t limit = 0;
   std::chrono::milliseconds slice{0};  ///< see data::SearchRequest
   std::function<bool()> cancelled;
+  std::vector<std::int32_t> accounts;  ///< asks for the parents of these instead, see LookupReader::parentsOf
   /// Gets the first hits where the engine has them well ahead of the others; the answer has the others then.
   std::function<void(LookupAnswer)> early{};
   /// Of the view, where they are known, see LookupReader::columnsOf: else they are asked for first.
@@ -53,6 +54,10 @@ class LookupReader {
     return view_ == view ? columns_ : std::vector<std::string>();
   }
   [[nodiscard]] LookupAnswer answer(data::Connection& connection, const LookupQuestion& question);
+  /// The titles of the parents of accounts, each one's from the nearest on, as the text of a row with its ID.
+  /// One statement.
+  [[nodiscard]] static std::vector<ui::LookupRow> parentsOf(data::Connection& connection,
+                                                            const std::vector<std::int32_t>& accounts);
   /// The row that the text of a question can only mean, see ui::LookupField::wishOne. It asks on until that
   /// is clear or `patience` has passed, and then only a whole code or text that it has met counts.
   [[nodiscard]] ui::LookupRow one(data::Connection& connection, LookupQuestion question, bool first,

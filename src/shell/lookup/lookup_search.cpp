@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/view_name.h"
+#include "text/characters.h"
 
 namespace ledgertree::shell {
 
@@ -39,9 +40,10 @@ struct LookupSearch::Run {
   LookupSearch* search = nullptr;
   std::string text;
   std::string continuation;
-  std::size_t found = 0;  ///< rows of the present page
-  bool shown = false;     ///< the list has rows of this search
-  bool waiting = false;   ///< an answer is under way
+  std::size_t found = 0;                 ///< rows of the present page
+  bool shown = false;                    ///< the list has rows of this search
+  bool waiting = false;                  ///< an answer is under way
+  std::vector<std::int32_t> parentless;  ///< hits whose parents aren't told yet
   /// Given up for a newer search; a thread asks it.
   std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
 };
@@ -66,7 +68,7 @@ void LookupSearch::close() {
 }
 
 data::Connection& LookupSearch::connection() {
-  if (!connection_) connection_ = shell_.providers.open(connectionText_);
+  if (!connection_) connection_ = shell_.connectionTo(connectionText_);
   return *connection_;
 }
 
@@ -165,6 +167,7 @@ LookupQuestion LookupSearch::question(std::string text) const {
           .limit = kPageRows,
           .slice = kSlice,
           .cancelled = {},
+          .accounts = {},
           .early = {},
           .columns = reader_.columnsOf(view_)};
 }
@@ -180,7 +183,10 @@ void LookupSearch::advance(const std::shared_ptr<Run>& run) {
   run->waiting = false;
   LookupAnswer answer;
   try {
-    if (ready() && connection().answersLate()) return ask(run);
+    if (ready() && connection().answersLate()) {
+      run->waiting = true;
+      return ask(run, question(*run), &LookupSearch::answered);
+    }
     if (ready()) answer = reader_.answer(connection(), question(*run));
   } catch (const std::exception& failure) {
     return fail(failure);
@@ -188,18 +194,27 @@ void LookupSearch::advance(const std::shared_ptr<Run>& run) {
   take(*run, std::move(answer));
 }
 
-void LookupSearch::ask(const std::shared_ptr<Run>& run) {
-  run->waiting = true;
+void LookupSearch::askParents(const std::shared_ptr<Run>& run) {
+  LookupQuestion asked = question(run->text);
+  asked.accounts = run->parentless;
+  try {
+    if (connection().answersLate()) return ask(run, std::move(asked), &LookupSearch::parentsAnswered);
+    parentsAnswered(*run, reader_.answer(connection(), asked), nullptr);
+  } catch (const std::exception&) {
+    // The hits stand without them; whatever the person does next with the field tells of the failure.
+  }
+}
+
+void LookupSearch::ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken) {
   if (!thread_) thread_.emplace(shell_.background, [this] { return shell_.providers.open(connectionText_); });
-  LookupQuestion asked = question(*run);
-  asked.slice = {};
-  asked.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
-  thread_->ask(std::move(asked), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run)](
-                                     LookupAnswer answer, const std::exception_ptr& failure) {
+  question.slice = {};
+  question.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
+  thread_->ask(std::move(question), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run), taken](
+                                        LookupAnswer answer, const std::exception_ptr& failure) {
     auto kept = std::make_shared<LookupAnswer>(std::move(answer));
-    desktop.whenIdle([asking, kept, failure] {
+    desktop.whenIdle([asking, kept, failure, taken] {
       const auto asker = asking.lock();
-      if (asker) asker->search->answered(*asker, std::move(*kept), failure);
+      if (asker) (asker->search->*taken)(*asker, std::move(*kept), failure);
     });
   });
 }
@@ -214,6 +229,14 @@ void LookupSearch::answered(Run& run, LookupAnswer answer, const std::exception_
   take(run, std::move(answer));
 }
 
+void LookupSearch::parentsAnswered(Run& run, LookupAnswer answer, const std::exception_ptr& failure) {
+  if (failure) return;
+  run.parentless.clear();
+  // As in take().
+  const ShowPlaces show = showPlaces_;
+  show(answer.hits);
+}
+
 void LookupSearch::take(Run& run, LookupAnswer answer) {
   told_.clear();
   run.continuation = std::move(answer.continuation);
@@ -223,6 +246,13 @@ void LookupSearch::take(Run& run, LookupAnswer answer) {
   if (searching && !run.waiting) schedule();
   // The list keeps the rows of the search before until there is a hit, or will be none.
   if (searching && answer.hits.empty()) return;
+  if (showPlaces_ && text::trimmed(run.text) != "")
+    for (const ui::LookupRow& hit : answer.hits) run.parentless.push_back(hit.id);
+  if (!searching && !run.parentless.empty()) {
+    shell_.desktop().whenIdle([asking = std::weak_ptr<Run>(run_)] {
+      if (const auto asker = asking.lock()) asker->search->askParents(asker);
+    });
+  }
   const bool append = std::exchange(run.shown, true);
   // What the person does with the rows may destroy this search: nothing of it is touched behind the call.
   const Show show = show_;

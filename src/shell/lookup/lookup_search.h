@@ -45,6 +45,9 @@ class LookupSearch {
   /// The rows that a list shows before it is scrolled, and those that each scroll adds.
   static constexpr std::size_t kPageRows = 100;
 
+  /// Where rows of the list belong, as the texts of rows with their IDs.
+  using ShowPlaces = std::function<void(const std::vector<ui::LookupRow>& places)>;
+
   LookupSearch(Shell& shell, Show show);
   LookupSearch(const LookupSearch&) = delete;
   LookupSearch& operator=(const LookupSearch&) = delete;
@@ -56,6 +59,9 @@ class LookupSearch {
   void setView(std::string view);
   /// Rows come by Name, or, from a view that has one, by Code.
   void setOrder(data::SearchOrder order) { order_ = order; }
+  /// The rows are accounts: once the hits of a text are there and the list rests, one more question tells
+  /// their parents. What fails then isn't told; the hits stand without them.
+  void tellParents(ShowPlaces tell) { showPlaces_ = std::move(tell); }
   /// Closes the connection and ends the search.
   void close();
 
@@ -93,14 +99,19 @@ class LookupSearch {
   [[nodiscard]] LookupQuestion question(std::string text) const;
   [[nodiscard]] LookupQuestion question(const Run& run) const;
   void advance(const std::shared_ptr<Run>& run);
-  void ask(const std::shared_ptr<Run>& run);
+  void askParents(const std::shared_ptr<Run>& run);
+  /// Has a question answered on the thread; `taken` is called here, unless the search is over by then.
+  using Answered = void (LookupSearch::*)(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
+  void ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken);
   void answered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
+  void parentsAnswered(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
   void take(Run& run, LookupAnswer answer);
   void fail(const std::exception& failure);
   void failed(const std::exception& failure);
 
   Shell& shell_;
   Show show_;
+  ShowPlaces showPlaces_;
   std::string connectionText_;
   std::string view_;
   data::SearchOrder order_ = data::SearchOrder::Name;

@@ -43,6 +43,7 @@ struct Driver {
   std::string last;                    ///< the command that came last
   std::vector<std::string> calls;      ///< what changes the state of the driver, in order
   std::optional<SQLSMALLINT> type;     ///< of every column
+  int deadlocks = 0;                   ///< ahead of the next answer
   bool dead = false;                   ///< the connection
   std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
   bool waits = false;                  ///< commands and rows wait whether they are interrupted
@@ -148,11 +149,16 @@ TEST_F(DriverCalls, WhatTheServerSaysIsToldInTheWordsOfAPerson) {
     driver.told = {{"01000", 5701, "[Driver][Server]Changed database context."},
                    {row[0].substr(0, 5), number, "[Driver][Server] the words"},
                    {"42000", 3621, "[Driver][Server]The statement has been terminated."}};
-    const data::DataError failure = failureOf([&] { connection_.run("select 2"); });
+    const auto told = driver.told;
+    EXPECT_FALSE(failureOf([&] { connection_.run("select 2"); }).leavesOpen());
+    driver.told.clear();
+    connection_.run("select 1");
+    driver.told = told;
+    const data::DataError failure = failureOf([&] { connection_.run("update t set a = 2"); });
     EXPECT_EQ(failure.reason(), reasons.at(row[1]));
     EXPECT_EQ(failure.number(), number);
     EXPECT_EQ(failure.what(), row[2]);
-    EXPECT_EQ(failure.statement(), "select 2");
+    EXPECT_EQ(failure.statement(), "update t set a = 2");
   }
   for (const std::string& unreadable : {std::string("select 1\0", 9), std::string("select '\xD9'")})
     EXPECT_EQ(failureOf([&] { connection_.run(unreadable); }).reason(), Reason::Misuse);
@@ -211,7 +217,7 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
                            {[&] { connection_.search(inView({}, 9)); }}}) {
     driver.told.clear();
     driver.answers = {"select 1 as ID", "+fail", "+late"};
-    EXPECT_EQ(failureOf(read).reason(), Reason::Busy);
+    EXPECT_EQ(failureOf(read).reason(), Reason::Constraint);
   }
   driver.told.clear();
   driver.answers = {"select 1"};
@@ -264,6 +270,25 @@ TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
     const data::DataError failure = failureOf([&] { std::rethrow_exception(answers.failure); });
     EXPECT_EQ(failure.statement(), ran == 1 ? "spAny" : commands[ran].statement);
   }
+}
+
+TEST_F(DriverCalls, WhatLostAgainstAnotherProgramIsTriedAgainButNotInTheMiddleOfATransaction) {
+  const auto tries = [&](OdbcConnection& connection, int deadlocks) {
+    driver.calls.clear();
+    driver.told.clear();
+    driver.deadlocks = deadlocks;
+    bool told = false;
+    try {
+      connection.run("select 1 as tries");
+    } catch (const data::DataError& failure) {
+      told = failure.reason() == Reason::Busy;
+    }
+    return std::pair(told, std::count(driver.calls.begin(), driver.calls.end(), "send select 1 as tries"));
+  };
+  EXPECT_EQ(tries(connection_, 3), std::pair(false, 4L));
+  EXPECT_EQ(tries(connection_, 4), std::pair(true, 4L));
+  OdbcConnection installer(text_, std::chrono::seconds(30), Versions::Any);
+  EXPECT_EQ(tries(installer, 1), std::pair(true, 1L));
 }
 
 TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
@@ -442,7 +467,7 @@ TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerI
     driver.silence = state;
     interruptions = 0;
     OdbcConnection hasty(text_, std::chrono::milliseconds(1));
-    const data::DataError late = failureOf([&] { hasty.run("select 1"); });
+    const data::DataError late = failureOf([&] { hasty.run("update t set ID = 1"); });
     EXPECT_EQ(late.reason(), Reason::TimeOut);
     EXPECT_EQ(late.leavesOpen(), open) << state;
     driver.silence.reset();
@@ -495,7 +520,7 @@ static SQLRETURN answer(SQLHSTMT statement, std::string words) {
     words = driver.answers.front().substr(driver.answers.front().starts_with('+') ? 1 : 0);
     driver.answers.pop_front();
   }
-  if (words == "fail") return failWith("40001", 1205, "deadlock");
+  if (words == "fail") return failWith("23000", 2627, "there already");
   if (words == "late") return failWith("HYT00", 0, "");
   std::u16string wide = ledgertree::engines::odbc::inWordsOfSqlite(words);
   return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(statement, reinterpret_cast<SQLWCHAR*>(wide.data()),
@@ -506,6 +531,8 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   using namespace ledgertree::engines::odbc;
   driver.last = narrow(text, length);
   note("send " + driver.last);
+  if (driver.deadlocks >= 0 && driver.last.ends_with("tries")) driver.told.clear();
+  if (driver.deadlocks-- > 0) return failWith("40001", 1205, "deadlock");
   if (!driver.told.empty() || fails("send")) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");

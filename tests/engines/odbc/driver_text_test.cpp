@@ -36,6 +36,10 @@ TEST(DriverText, TakesTheDriverThatIsNamed) {
     EXPECT_EQ(
         driverText(data::ConnectionText(std::string("Data Source=s;") + key + "=4"), kBoth).loginSeconds, 4);
   EXPECT_EQ(driverText(data::ConnectionText("Data Source=s;Connect Timeout=0"), kBoth).loginSeconds, 15);
+  const data::ConnectionText partnered("Data Source=s;Failover Partner=other,1500");
+  EXPECT_TRUE(driverText(partnered, kFreeTdsOnly).hasPartner);
+  EXPECT_NE(driverText(partnered, kFreeTdsOnly, true).text.view().find("Server=other;Port=1500;"),
+            std::string_view::npos);
 }
 
 TEST(DriverText, RefusesWhatItCannotCarryAndNamesTheKeyAlone) {

@@ -1,0 +1,291 @@
+#include "shell/awaited_connection.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "data/catalogue.h"
+#include "data/data_error.h"
+
+namespace ledgertree::shell {
+namespace {
+
+using Reason = data::DataError::Reason;
+using Clock = std::chrono::steady_clock;
+
+/// How long a server has to say that it stopped what was given up.
+constexpr std::chrono::milliseconds kToStop{300};
+/// The rows of a walk that are handed over at a time.
+constexpr std::size_t kPiece = 500;
+
+/// What a task came to; neither while it is under way.
+template <typename Result>
+struct Answer {
+  std::optional<Result> result;
+  std::exception_ptr failure;
+
+  template <typename Work>
+  void take(Work& work, data::Connection& engine) {
+    try {
+      result.emplace(work(engine));
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  }
+};
+
+/// Shows the rows one by one; false where `visit` wants no more.
+bool showRows(const data::Rows& rows, const std::function<bool(const data::Rows& row)>& visit) {
+  data::Rows row = rows;
+  for (std::size_t place = 0; place < rows.count(); ++place) {
+    row.clearRows();
+    for (std::size_t column = 0; column < rows.columns().size(); ++column)
+      row.addValue(rows.value(place, column));
+    if (!visit(row)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+/// A connection of the engine and the thread that uses it; they hold each other until the thread ends. There
+/// is one task at a time, but a task that pauses lets others run in its middle.
+class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
+ public:
+  using Task = std::function<void(data::Connection&)>;
+
+  explicit Line(std::unique_ptr<data::Connection> engine) : engine_(std::move(engine)) {
+    engine_->whileWaiting({.givesUp = [this](bool) { return givenUp_.load(); }, .over = {}});
+  }
+
+  void begin(Background& background) {
+    background.run([line = shared_from_this()] { line->serve(); },
+                   [line = weak_from_this()] {
+                     if (const auto still = line.lock()) still->leave();
+                   });
+  }
+  void post(Task task) {
+    change([&] {
+      task_ = std::move(task);
+      idle_ = givenUp_ = false;
+    });
+  }
+  /// Whether the task ended or pauses, at the latest after that time.
+  [[nodiscard]] bool idleWithin(std::chrono::milliseconds time) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, time, [this] { return idle_; });
+  }
+  void giveUp() { givenUp_ = true; }
+  /// Nobody waits any more: the thread ends with what it is at.
+  void leave() {
+    change([this] { over_ = givenUp_ = true; });
+  }
+  /// In the middle of a task, on its thread; gives whether the task shall go on.
+  [[nodiscard]] bool pause() {
+    change([this] { idle_ = true; });
+    return serve();
+  }
+  void resume(bool goesOn) {
+    change([&] {
+      resumed_ = goesOn;
+      idle_ = givenUp_ = false;
+    });
+  }
+
+ private:
+  template <typename Change>
+  void change(Change change) {
+    {
+      const std::lock_guard lock(mutex_);
+      change();
+    }
+    changed_.notify_all();
+  }
+
+  bool serve() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      changed_.wait(lock, [this] { return over_ || resumed_ || task_; });
+      if (over_) return false;
+      if (resumed_) return *std::exchange(resumed_, std::nullopt);
+      Task task = std::exchange(task_, nullptr);
+      lock.unlock();
+      task(*engine_);
+      task = nullptr;
+      lock.lock();
+      idle_ = true;
+      changed_.notify_all();
+    }
+  }
+
+  std::unique_ptr<data::Connection> engine_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  Task task_;
+  std::optional<bool> resumed_;
+  bool idle_ = true;
+  bool over_ = false;
+  std::atomic<bool> givenUp_ = false;
+};
+
+void AwaitedConnection::leave() {
+  if (line_) line_->leave();
+  line_.reset();
+}
+
+AwaitedConnection::Line& AwaitedConnection::ready(const Manner& manner) {
+  waits_.require(manner.onlyReads);
+  if (!line_) {
+    auto line = std::make_shared<Line>(make_());
+    line->begin(background_);
+    line_ = std::move(line);
+  }
+  return *line_;
+}
+
+void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& failure) {
+  const auto begun = Clock::now();
+  bool gaveUp = false;
+  try {
+    gaveUp = !line_->idleWithin(DatabaseWaits::kBeforeShowing) && waitLonger(manner, begun);
+    if (failure) std::rethrow_exception(failure);
+  } catch (const data::DataError& told) {
+    // A search that ran out of its own time was given up by whoever asked, and by no person.
+    if (told.reason() == Reason::Cancelled && !gaveUp) throw;
+    const bool cancelled = told.reason() == Reason::Cancelled;
+    throw waits_.noted(cancelled ? data::DataError(Reason::Cancelled, 0, data::kGivenUp) : told,
+                       Clock::now() - begun);
+  }
+}
+
+bool AwaitedConnection::waitLonger(const Manner& manner, Clock::time_point begun) {
+  DatabaseWaits::Wait wait(waits_, begun);
+  std::optional<Clock::time_point> stopped;
+  bool gaveUp = false;
+  while (!line_->idleWithin(DatabaseWaits::kBetweenPaints)) {
+    if (wait.goesOn(manner.onlyReads)) gaveUp = true;
+    const auto now = Clock::now();
+    if (now - begun >= waits_.patience) {
+      leave();
+      throw manner.onlyReads ? data::DataError(Reason::TimeOut, 0, data::kStopped).undone()
+                             : data::DataError(Reason::TimeOut, 0, data::kUnanswered);
+    }
+    if (!stopped && (gaveUp || (manner.cancelled && manner.cancelled()))) {
+      stopped = now;
+      line_->giveUp();
+    }
+    if (stopped && now - *stopped >= kToStop) {
+      leave();
+      const data::DataError given(Reason::Cancelled, 0, data::kGivenUp);
+      throw gaveUp ? waits_.noted(given, now - begun) : given;
+    }
+  }
+  return gaveUp;
+}
+
+template <typename Work>
+auto AwaitedConnection::ask(const Manner& manner, Work work) {
+  const auto answer = std::make_shared<Answer<std::invoke_result_t<Work, data::Connection&>>>();
+  auto read = std::exchange(read_, std::nullopt);
+  ready(manner).post([answer, read = std::move(read), work = std::move(work)](data::Connection& engine) {
+    if (read) engine.handOver(*read);
+    answer->take(work, engine);
+  });
+  await(manner, answer->failure);
+  return std::move(*answer->result);
+}
+
+std::optional<data::Rows> AwaitedConnection::run(std::string_view statement) {
+  return ask({.onlyReads = data::onlyReads(statement)},
+             [text = std::string(statement)](data::Connection& engine) { return engine.run(text); });
+}
+
+std::int32_t AwaitedConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
+  return ask({.onlyReads = procedure.onlyReads},
+             [procedure, kept = std::vector(values.begin(), values.end())](data::Connection& engine) {
+               return engine.call(procedure, kept);
+             });
+}
+
+data::Answers AwaitedConnection::runTogether(std::span<const data::Command> commands) {
+  const auto begun = Clock::now();
+  data::Answers answers;
+  try {
+    answers = ask({.onlyReads = data::onlyRead(commands)},
+                  [kept = std::vector(commands.begin(), commands.end())](data::Connection& engine) {
+                    return engine.runTogether(kept);
+                  });
+    if (answers.failure) std::rethrow_exception(answers.failure);
+  } catch (const data::DataError& failure) {
+    // What the wait itself came to was noted, and gave no answers.
+    const bool ofEngine = answers.failure != nullptr;
+    const bool given = ofEngine && failure.reason() == Reason::Cancelled;
+    const data::DataError told = given ? data::DataError(Reason::Cancelled, 0, data::kGivenUp) : failure;
+    answers.failure = std::make_exception_ptr(ofEngine ? waits_.noted(told, Clock::now() - begun) : told);
+  } catch (...) {
+    answers.failure = std::current_exception();
+  }
+  return answers;
+}
+
+data::SearchPage AwaitedConnection::search(const data::SearchRequest& request) {
+  data::SearchRequest asked = request;
+  // Nobody on this thread could do anything with them ahead of the page.
+  asked.early = nullptr;
+  return ask({.cancelled = request.cancelled},
+             [asked](data::Connection& engine) { return engine.search(asked); });
+}
+
+std::vector<std::string> AwaitedConnection::takeNews() {
+  return ask({}, [](data::Connection& engine) { return engine.takeNews(); });
+}
+
+void AwaitedConnection::walk(std::string_view statement,
+                             const std::function<bool(const data::Rows& row)>& visit) {
+  Line& line = ready({});
+  const std::shared_ptr<Line> kept = line_;
+  const auto piece = std::make_shared<data::Rows>();
+  const auto answer = std::make_shared<Answer<bool>>();
+  line.post([&line, piece, answer, text = std::string(statement)](data::Connection& engine) {
+    const auto show = [&](const data::Rows& row) {
+      if (piece->columns().empty())
+        for (const std::string& column : row.columns()) piece->addColumn(column);
+      for (std::size_t column = 0; column < row.columns().size(); ++column)
+        piece->addValue(row.value(0, column));
+      return piece->count() < kPiece || line.pause();
+    };
+    const auto walked = [&](data::Connection& on) { return on.walk(text, show), true; };
+    answer->take(walked, engine);
+  });
+  const auto resume = [&](bool goesOn) {
+    if (answer->result) return;
+    // A command between two rows may have been left, and this line with it.
+    if (line_ != kept) throw data::DataError(Reason::TimeOut, 0, data::kStopped).undone();
+    line.resume(goesOn);
+    await({}, answer->failure);
+  };
+  await({}, answer->failure);
+  bool goesOn = true;
+  while (goesOn && piece->count() != 0) {
+    try {
+      goesOn = showRows(*piece, visit);
+    } catch (...) {
+      try {
+        if (line_ == kept) resume(false);
+      } catch (const data::DataError&) {
+        // What the visitor threw comes first.
+      }
+      throw;
+    }
+    piece->clearRows();
+    resume(goesOn);
+  }
+}
+
+}  // namespace ledgertree::shell
