@@ -120,7 +120,7 @@ def choose_by_tab(desk):
     desk.window(MAIN)
     assert desk.focused().get_name() == "حساب مادر", "the save leads to the field"
     desk.books_say((0,), "select count(*) from tblAccount where Title = 'صندوق یورو قم'")
-    desk.type("وق شعبه ق")
+    desk.type("وق شعبه قم")
     desk.key("Tab", "ctrl+s")
     desk.books_say(("10106",), "select p.Code from tblAccount a join tblAccount p on p.ID = a.ParentID "
                    "where a.Title = 'صندوق یورو قم'")
