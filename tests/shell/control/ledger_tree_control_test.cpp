@@ -210,8 +210,7 @@ TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
   int calls = 0;
   faults.onCommand = [&](const std::string& statement) {
     // A server is asked on a thread of its own, and a call in that time is refused.
-    if (statement.find("and exists") != std::string::npos && ++calls == 1 && !onServer())
-      control.ClearShow();
+    if (statement.find("and exists") != std::string::npos && ++calls == 1 && !onServer()) control.ClearShow();
   };
   control.ClearShow();
   mainform::FormMain* form = session.form();
