@@ -35,8 +35,9 @@ class Check {
     }
     checkObjects();
     for (const auto& [fault, found] : found_) {
-      const std::string more = found.count > kNamed ? " and others" : "";
-      told_(fault + ": " + std::to_string(found.count) + " -" + found.named + more);
+      std::string line = fault + ": " + std::to_string(found.count) + " -";
+      line.append(found.named).append(found.count > kNamed ? " and others" : "");
+      told_(line);
     }
     return found_.size();
   }
@@ -96,13 +97,16 @@ class Check {
         continue;
       }
       const std::string gone = " and not exists (select 1 from " + view + " v where v.ID = r.";
+      std::string question =
+          "select 'a relation to an object that has no row' as Fault, r.AccountID, null as Code "
+          "from tblAccountRelatedObjects r where r.RelatedClassID = ";
+      question.append(id).append(" and r.RelatedObjectID is not null").append(gone);
+      question.append(
+          "RelatedObjectID) union all select 'a chosen object that has no row', r.AccountID, null "
+          "from tblAccountRelatedClassesDetail r where r.ClassID = ");
+      question.append(id).append(gone).append("ObjectID)");
       try {
-        ask("select 'a relation to an object that has no row' as Fault, r.AccountID, null as Code "
-            "from tblAccountRelatedObjects r where r.RelatedClassID = " +
-            id + " and r.RelatedObjectID is not null" + gone +
-            "RelatedObjectID) union all select 'a chosen object that has no row', r.AccountID, null "
-            "from tblAccountRelatedClassesDetail r where r.ClassID = " +
-            id + gone + "ObjectID)");
+        ask(question);
       } catch (const data::DataError& failure) {
         if (failure.reason() != data::DataError::Reason::Statement) throw;
         add("a class whose view can't be read", id, view);
