@@ -42,6 +42,10 @@ class IdleDesktop : public ui::Desktop {
   /// The longest that one idle procedure ran since the last call.
   Clock::duration takeLongest() { return std::exchange(longest_, {}); }
 
+ protected:
+  bool showWait(std::string_view, std::string_view) override { return false; }
+  void hideWait() override {}
+
  private:
   std::deque<std::function<void()>> idle_;
   Clock::duration longest_{};
