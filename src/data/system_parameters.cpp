@@ -13,8 +13,15 @@ namespace ledgertree::data {
 namespace {
 
 constexpr std::string_view kCodeIsNumeric = "Select Value From tblTarvoSystemParameters Where ID = 301";
-constexpr std::string_view kMultiEntityMode = "Select * From tblTarvoSystemParameters Where ID = 311";
-constexpr std::string_view kEditCodeAllowed = "Select * From tblTarvoSystemParameters Where ID = 319";
+/// A parameter that is a switch: what asks whether it is on, and what asks for its row.
+struct Switch {
+  std::string_view isOn;
+  std::string_view row;
+};
+constexpr Switch kMultiEntityMode{.isOn = "Select * From tblTarvoSystemParameters Where ID = 311 and Value=1",
+                                  .row = "Select * From tblTarvoSystemParameters Where ID = 311"};
+constexpr Switch kEditCodeAllowed{.isOn = "Select * From tblTarvoSystemParameters Where ID = 319 and Value=1",
+                                  .row = "Select * From tblTarvoSystemParameters Where ID = 319"};
 constexpr std::string_view kPositionInEntityTest =
     "Select Value From tblTarvoSystemParameters Where ID = 210";
 constexpr std::string_view kCodingMode = "Select Value From tblTarvoSystemParameters Where ID = 307";
@@ -46,20 +53,17 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
-/// What asks whether a parameter that is a switch is on.
-std::string switchStatement(std::string_view row) { return std::string(row) + " and Value=1"; }
-
 /// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
 /// too, and refuses where one is none ("yes"); then the row's value is read and judged here.
-bool isOn(RecordHandle& handle, std::string_view row) {
+bool isOn(RecordHandle& handle, const Switch& parameter) {
   try {
-    handle.Source(switchStatement(row));
+    handle.Source(std::string(parameter.isOn));
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
     if (refusal.reason() != DataError::Reason::Statement) throw;
   }
-  return isOne(readFirst(handle, row, "Value"));
+  return isOne(readFirst(handle, parameter.row, "Value"));
 }
 
 }  // namespace
@@ -67,8 +71,8 @@ bool isOn(RecordHandle& handle, std::string_view row) {
 std::vector<Command> systemParameterQuestions() {
   // In the order in which they are asked.
   return {{.statement = std::string(kCodeIsNumeric)},
-          {.statement = switchStatement(kMultiEntityMode)},
-          {.statement = switchStatement(kEditCodeAllowed)},
+          {.statement = std::string(kMultiEntityMode.isOn)},
+          {.statement = std::string(kEditCodeAllowed.isOn)},
           {.statement = std::string(kPositionInEntityTest)},
           {.statement = std::string(kCodingMode)},
           {.statement = std::string(kShowCompleteCode)},
