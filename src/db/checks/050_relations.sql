@@ -33,7 +33,7 @@ select 'a line of a document that has no row', r.AccountID, null from tblAccount
 where not exists (select 1 from tblAccountDocument t where t.ID = r.DocumentID)
 union all
 select 'a group that has no row', r.ID, null from tblAccount r
-where r.GroupID is not null and not exists (select 1 from vwAccountGroup t where t.ID = r.GroupID)
+where r.GroupID <> 0 and not exists (select 1 from vwAccountGroup t where t.ID = r.GroupID)
 union all
 select 'a branch that has no row', r.ID, null from tblAccount r
 where r.BranchID <> 0 and not exists (select 1 from vwAccountBranchMajor t where t.ID = r.BranchID)
