@@ -222,11 +222,10 @@ void frmAccountRelClasses::tellWhatCameBetween(std::int32_t accountID) {
     written[keyOf(shown(line))] = lstClasses.items()[line].text;
   // Where the reading fails nothing is known of what is stored.
   read_.forget();
-  shell::RowsAsRead::Rows now = storedClasses(accountID);
+  const shell::RowsAsRead::Rows now = storedClasses(accountID);
   read_.keep(written);
-  read_.tellBehind(std::move(now), [&](const std::string& key) {
-    return written.contains(key) ? Meant::There : Meant::Gone;
-  });
+  read_.tellBehind(
+      now, [&](const std::string& key) { return written.contains(key) ? Meant::There : Meant::Gone; });
 }
 
 void frmAccountRelClasses::add() {

@@ -302,11 +302,10 @@ void frmAccountRelObjects::tellWhatCameBetween() {
     for (const std::string& object : objects_.chosenObjects()) written[object] = object;
   }
   const auto gateway = shell_.dtEn();
-  shell::RowsAsRead::Rows now = storedObjects(includesAllObjects(*gateway));
+  const shell::RowsAsRead::Rows now = storedObjects(includesAllObjects(*gateway));
   read_.keep(written);
-  read_.tellBehind(std::move(now), [&](const std::string& key) {
-    return written.contains(key) ? Meant::There : Meant::Gone;
-  });
+  read_.tellBehind(
+      now, [&](const std::string& key) { return written.contains(key) ? Meant::There : Meant::Gone; });
 }
 
 void frmAccountRelObjects::writeIncludeAllObjects() {

@@ -291,10 +291,9 @@ void FormPeriodBranch::written(const std::function<bool(const std::string& perio
   // Ahead of the reading: where that fails, the caller still hears of the change.
   ChangedFlag = true;
   shell::RowsAsRead behind = read_;
-  shell::RowsAsRead::Rows now = showPeriods(sltAccount.SelectedID());
+  const shell::RowsAsRead::Rows now = showPeriods(sltAccount.SelectedID());
   read_.keep(now);
-  behind.tellBehind(std::move(now),
-                    [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
+  behind.tellBehind(now, [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
 }
 
 }  // namespace ledgertree::periods

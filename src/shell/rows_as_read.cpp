@@ -38,7 +38,7 @@ RowsAsRead::Rows RowsAsRead::rowsOf(data::RecordHandle& handle, std::string_view
   return rows;
 }
 
-bool RowsAsRead::mayWrite(Rows now) {
+bool RowsAsRead::mayWrite(const Rows& now) {
   const std::optional<Rows> before = std::exchange(read_, now);
   if (!before) return true;
   std::string added;
@@ -52,7 +52,7 @@ bool RowsAsRead::mayWrite(Rows now) {
                                              std::string(kQuestion)) == Answer::Yes;
 }
 
-void RowsAsRead::tellBehind(Rows now, const std::function<Meant(const std::string& key)>& meant) {
+void RowsAsRead::tellBehind(const Rows& now, const std::function<Meant(const std::string& key)>& meant) {
   const Rows before = std::exchange(read_, now).value_or(now);
   std::string added;
   std::string removed;

@@ -30,12 +30,12 @@ class RowsAsRead {
   void forget() { read_.reset(); }
   /// Whether the screen may write, with `now` stored: where that isn't what was read, the person is told what
   /// the other has made of it, and decides. What is stored counts as read from then on.
-  [[nodiscard]] bool mayWrite(Rows now);
+  [[nodiscard]] bool mayWrite(const Rows& now);
   /// Tells where `now`, behind the writes, isn't what they should have left. `meant` says of a key whether it
   /// should be there; of one that the writes had nothing to do with, as it was; nothing where nobody can say.
   /// Counts as read then.
   enum class Meant { There, Gone, AsItWas, Unknown };
-  void tellBehind(Rows now, const std::function<Meant(const std::string& key)>& meant);
+  void tellBehind(const Rows& now, const std::function<Meant(const std::string& key)>& meant);
 
  private:
   Shell& shell_;

@@ -88,6 +88,7 @@ std::vector<ui::LookupRow> LookupReader::parentsOf(data::Connection& connection,
     text += (text.empty() ? "" : " / ") + rows->value(row, 1).toText();
   }
   std::vector<ui::LookupRow> answer;
+  answer.reserve(parents.size());
   for (auto& [id, text] : parents) answer.push_back({.id = id, .text = std::move(text), .code = {}});
   return answer;
 }

@@ -234,7 +234,7 @@ void LookupSearch::parentsAnswered(Run& run, LookupAnswer answer, const std::exc
   run.parentless.clear();
   // As in take().
   const ShowPlaces show = showPlaces_;
-  show(answer.hits);
+  show(std::move(answer.hits));
 }
 
 void LookupSearch::take(Run& run, LookupAnswer answer) {

@@ -46,7 +46,7 @@ class LookupSearch {
   static constexpr std::size_t kPageRows = 100;
 
   /// Where rows of the list belong, as the texts of rows with their IDs.
-  using ShowPlaces = std::function<void(const std::vector<ui::LookupRow>& places)>;
+  using ShowPlaces = std::function<void(std::vector<ui::LookupRow> places)>;
 
   LookupSearch(Shell& shell, Show show);
   LookupSearch(const LookupSearch&) = delete;
