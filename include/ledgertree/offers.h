@@ -14,6 +14,9 @@ enum class Offer {
   HiddenCommands,
   /// The export of the chart to a spreadsheet, by the component SheetKit.SheetWriter.
   Export,
+  /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
+  /// shows; while something is typed, a line tells that somebody else has changed the account.
+  OthersChanges,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

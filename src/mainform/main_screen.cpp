@@ -101,6 +101,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       cmdDeletePeriod(*this, "cmdDeletePeriod", {7680, 1140, 1920, 360}, "پنهان از دوره مالي"),
       treeAccount(*this, "treeAccount", {7680, 1530, 5880, 2700}),
       lblMessage(*this, "lblMessage", {9600, 4260, 3960, 270}),
+      lblOthers(*this, "lblOthers", {7680, 4260, 1890, 270}),
       Timer1(*this, "Timer1", 200ms),
       mnuFonc(*this, "mnuFonc", "عمليات"),
       mnuFonc1(*this, "mnuFonc1", "جديد..."),
@@ -165,6 +166,7 @@ void MainScreen::buildMenu() {
 
 void MainScreen::dressControls() {
   for (ui::PushButton* hidden : {&cmdOperations, &cmdi12, &cmdEditTree}) hidden->setVisible(false);
+  lblOthers.setVisible(false);
   datCreate.setVisible(false);
   // Nothing is under way at the start; who works long shows how far it is.
   progressBar.setVisible(false);
@@ -221,6 +223,7 @@ void MainScreen::nameControls() {
   name(treeAccount, "درخت حسابها");
   name(progressBar, "پيشرفت کار");
   name(lblMessage, "وضعيت فرم");
+  name(lblOthers, "تغييرات تازه");
 }
 
 std::int32_t MainScreen::accountID() const { return data::toNumber(txtID.text()).asInt32(); }

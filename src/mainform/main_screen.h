@@ -142,6 +142,7 @@ class MainScreen : public ui::Form {
   ui::PushButton cmdDeletePeriod;
   ui::Tree treeAccount;
   ui::Label lblMessage;
+  ui::Label lblOthers;
 
   ui::Timer Timer1;
 

@@ -32,11 +32,13 @@ FormMain::FormMain(shell::Shell& shell)
       commands_(*this, shell, record_, tree_),
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
-      screens_(*this, shell, tree_) {
+      screens_(*this, shell, tree_),
+      others_(*this, shell, record_, tree_) {
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
     tree_.keepHighlightFor(accountID);
+    others_.forgetWord();
     shell_.news.add(ChartEvent::Kind::Shown,
                     accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
   };
@@ -45,6 +47,7 @@ FormMain::FormMain(shell::Shell& shell)
     // screen that is opened from here lists what its commands change.
     shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
     tree_.settle();
+    others_.forgetWord();
   };
   Timer1.onTick = [this] { followRecord(*this); };
 }
@@ -74,6 +77,7 @@ void FormMain::load() {
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();
+  others_.begin();
   tree_.refreshTree();
   shell_.showNews();
 }
@@ -115,6 +119,7 @@ void FormMain::resized() {
   grow(frameMain, 0, 0, 0, dH);
   grow(FrameViewType, 0, 0, dW, 0);
   grow(lblMessage, dW, dH, 0, 0);
+  grow(lblOthers, 0, dH, dW, 0);
   grow(Frm7, 0, dH, 0, 0);
   for (ui::Control* control : std::initializer_list<ui::Control*>{
            &cmdRefreshAccountTree, &cmdCopyPeriod, &cmdDeletePeriod, &optPeriodAll, &optPeriodic})
