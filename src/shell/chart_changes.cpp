@@ -73,8 +73,8 @@ void ChartChanges::ask() {
 
 void ChartChanges::askAside(const std::string& connectionText) {
   if (!line_) line_ = std::make_shared<Line>(shell_.providers.open(connectionText));
-  const auto answered = [this, life = std::weak_ptr<bool>(life_), line = std::weak_ptr<Line>(line_)](
-                            const std::optional<Counts>& counts) {
+  const auto answered = [this, life = std::weak_ptr<bool>(life_),
+                         line = std::weak_ptr<Line>(line_)](const std::optional<Counts>& counts) {
     if (life.expired() || line.expired() || line.lock() != line_) return;
     asking_ = false;
     if (!counts) return failed();
@@ -98,13 +98,13 @@ void ChartChanges::askAside(const std::string& connectionText) {
 }
 
 void ChartChanges::take(Counts counts) {
-  failures_ = 0;
   found_ = std::move(counts);
   // A row that isn't among them is being written.
   moved_ = !known_ || std::any_of(found_.begin(), found_.end(), [this](const auto& count) {
     const auto before = known_->find(count.first);
     return before == known_->end() || before->second != count.second;
   });
+  if (!moved_) failures_ = 0;
 }
 
 void ChartChanges::seen() {
@@ -115,6 +115,7 @@ void ChartChanges::seen() {
 }
 
 void ChartChanges::failed() {
+  moved_ = false;
   failures_ = std::min(failures_ + 1, kMostFailures);
   rests_ = (1 << failures_) - 1;
 }

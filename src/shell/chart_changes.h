@@ -21,8 +21,7 @@ namespace ledgertree::shell {
 class ChartChanges {
  public:
   /// `onMoved` is called when an answer that came later says so, on the user-interface thread.
-  ChartChanges(Shell& shell, std::function<void()> onMoved)
-      : shell_(shell), onMoved_(std::move(onMoved)) {}
+  ChartChanges(Shell& shell, std::function<void()> onMoved) : shell_(shell), onMoved_(std::move(onMoved)) {}
   ChartChanges(const ChartChanges&) = delete;
   ChartChanges& operator=(const ChartChanges&) = delete;
   ~ChartChanges() { leave(); }
@@ -36,8 +35,11 @@ class ChartChanges {
   [[nodiscard]] bool moved() const { return moved_; }
   /// What the last answer told was read.
   void seen();
-  /// What was to be read couldn't be: the next question rests longer.
+  /// What was to be read couldn't be. The question rests for a while, and its answer counts as a change
+  /// again.
   void failed();
+  /// What was read is old, whatever was seen: the next answer counts as a change.
+  void forget() { known_.reset(); }
 
  private:
   struct Line;

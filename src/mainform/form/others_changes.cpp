@@ -7,6 +7,7 @@
 
 #include "accounts/account_texts.h"
 #include "accounts/differences.h"
+#include "data/ahead.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
 
@@ -83,10 +84,12 @@ void OthersChanges::say(const std::string& word) {
 
 void OthersChanges::ticked() {
   if (!offered_) return;
+  if (treeIsOld_ && !screen_.isTyping()) {
+    treeIsOld_ = false;
+    changes_.forget();
+  }
   changes_.ask();
-  const bool treeWaits = treeIsOld_ && !screen_.isTyping();
-  if (!changes_.moved() && !treeWaits) return;
-  if (!mayLook()) return;
+  if (!changes_.moved() || !mayLook()) return;
   try {
     if (screen_.isTyping()) {
       lookWhileTyping();
@@ -112,7 +115,6 @@ bool OthersChanges::recordIsFromHere() const {
 
 void OthersChanges::look() {
   std::string word = readTree();
-  treeIsOld_ = false;
   if (!word.empty()) say(word);
   append(word, "؛ ", readRecord());
   if (!word.empty()) say(word);
@@ -168,18 +170,19 @@ std::string OthersChanges::readRecord() {
   if (!recordIsFromHere()) return {};
   const data::Account before = *screen_.AsRead;
   const std::string parent = screen_.sltParent.AccountCode() + " " + screen_.sltParent.AccountTitle();
+  const auto gateway = shell_.dtEn();
+  const data::Ahead ahead(gateway->cnMainData, record_.questionsOf(before));
   const auto now = record_.readAgain(before.id);
   if (!now) {
     record_.goIdle();
     return std::string(kDeleted);
   }
   screen_.sltParent.ReloadAccounts();
-  const auto gateway = shell_.dtEn();
   const std::string names = namesOf(before, *now, accounts::AccountTexts(screen_, *gateway));
   const bool parentIsOther =
       parent != screen_.sltParent.AccountCode() + " " + screen_.sltParent.AccountTitle();
   if (names.empty() && !parentIsOther) return {};
-  static_cast<void>(record_.loadAccount(before.id));
+  record_.goOnWith(*now, *now);
   return names.empty() ? std::string(kParent) : std::string(kAccount) + names;
 }
 
