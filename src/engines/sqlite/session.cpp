@@ -110,6 +110,7 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
       database_(openFile(path_, missing)),
       plans_(database_.getHandle()),
       procedures_(database_),
+      marks_(database_),
       searches_(database_.getHandle()),
       identity_(fileIdentity(path_)) {
   try {
