@@ -67,8 +67,8 @@ std::optional<data::DateTime> since(data::DtEn& data) {
 Then accountAt(data::DtEn& data, std::int32_t accountID, const data::DateTime& moment) {
   const std::string id = std::to_string(accountID);
   const data::Rows now = ask(data, "select Code, Title, ParentID from tblAccount where ID = " + id);
-  Then then{.existed = now.count() != 0};
-  if (then.existed)
+  Then then;
+  if (now.count() != 0)
     then = {true, at(now, 0, "Code").toText(), at(now, 0, "Title").toText(), numberAt(now, 0, "ParentID")};
   // From today back to the first change behind the moment.
   const data::Rows changes = ask(data,

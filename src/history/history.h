@@ -21,11 +21,11 @@ namespace ledgertree::history {
 
 /// Which changes are read; what isn't set asks for nothing.
 struct Filter {
-  std::optional<data::DateTime> from;   ///< of operations that began then or later
-  std::optional<data::DateTime> until;  ///< of those that began before
-  std::optional<std::int32_t> userID;
-  std::optional<data::OperationKind> kind;
-  std::optional<std::int32_t> accountID;
+  std::optional<data::DateTime> from = {};   ///< of operations that began then or later
+  std::optional<data::DateTime> until = {};  ///< of those that began before
+  std::optional<std::int32_t> userID = {};
+  std::optional<data::OperationKind> kind = {};
+  std::optional<std::int32_t> accountID = {};
 };
 
 /// What became of a row.
@@ -85,10 +85,10 @@ struct Then {
 /// Why an operation can't be taken back.
 struct Standing {
   data::Obstacle why;
-  std::int32_t accountID = 0;            ///< 0: it is of no account
-  std::int64_t operation = 0;            ///< that has changed the account since; 0: none that is known
-  std::optional<std::int32_t> userID;    ///< whose that was
-  std::optional<data::DateTime> moment;  ///< when
+  std::int32_t accountID = 0;                 ///< 0: it is of no account
+  std::int64_t operation = 0;                 ///< that has changed the account since; 0: none that is known
+  std::optional<std::int32_t> userID = {};    ///< whose that was
+  std::optional<data::DateTime> moment = {};  ///< when
 };
 
 struct TakenBack {

@@ -12,6 +12,7 @@
 #include "db/check.h"
 #include "db/schema.h"
 #include "engines/sqlite/embedded_connection.h"
+#include "history/history.h"
 #include "support/amount_of_work.h"
 #include "support/failure.h"
 #include "support/temporary_database.h"
@@ -185,7 +186,8 @@ TEST_F(History, WhateverAnyProgramDoesTheMemoryRolledBackGivesTheStartAndForward
       "drop trigger trKeptOperationUpdate; update tblAccountOperation set Moment = '2020-01-01' "
       "where ID % 400 < 200 and ID <> (select max(ID) from tblAccountOperation)");
   remakeHistory(database->other());
-  const std::int64_t kept = database->number("select min(ID) from tblAccountOperation where Moment >= '2021-01-01'");
+  const std::int64_t kept =
+      database->number("select min(ID) from tblAccountOperation where Moment >= '2021-01-01'");
   EXPECT_GT(pruneHistory(database->other(), "2021-01-01"), 0);
   EXPECT_EQ(database->number("select min(ID) from tblAccountOperation"), kept);
   const Chart later = rolled(chart(), false);
@@ -267,6 +269,67 @@ TEST_F(History, OffItKeepsWhatItHasAndOnAgainItBeginsAnew) {
   EXPECT_THROW(static_cast<void>(pruneHistory(database->other(), "1404/01/01")), data::DataError);
 }
 
+TEST_F(History, IsReadPageByPageAndTakenBackByWhoMay) {
+  using history::Filter;
+  EXPECT_TRUE(history::since(gateway).has_value());
+  const data::DateTime start =
+      data::DateTime::parse(database->text("select Since from tblAccountMemory")).value();
+  {
+    const data::OperationBlock save(gateway.cnMainData, {OperationKind::EditAccount, 7});
+    gateway.cnMainData.Execute("update tblAccount set Code = '19', Notes = 'n' where ID = 2");
+    gateway.cnMainData.Execute(
+        "insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (2, 4, 1)");
+  }
+  database->execute(
+      "delete from tblAccount where ID = 3; update tblAccount set Title = 'z', ParentID = null where ID = 2");
+  const auto told = [this](const Filter& filter, std::int64_t before = 0, std::size_t limit = 100) {
+    const history::Page page = history::page(gateway, filter, before, limit);
+    std::string text;
+    for (const history::Change& change : page.changes) {
+      text += std::to_string(change.operation) + " " + std::to_string(change.userID.value_or(0)) + " " +
+              std::to_string(static_cast<int>(change.subject)) + "/" +
+              std::to_string(static_cast<int>(change.event)) + " " + std::to_string(change.accountID) + " " +
+              change.code + " " + change.title + ":";
+      for (const auto& [column, from, to] : change.fields)
+        text += " " + column + " " + testing::cellText(from) + ">" + testing::cellText(to);
+      text += "; ";
+    }
+    return text + std::to_string(page.next);
+  };
+  const std::string save =
+      "1 7 3/1 2 19 b: ClassID null>4 Sequence null>1; 1 7 0/2 2 19 b: Code 11>19 Notes null>n; ";
+  EXPECT_EQ(told({}, 0, 1), "3 0 0/2 2 19 z: ParentID 1>null Title b>z; 4");
+  EXPECT_EQ(told({}, 3), save + "0");
+  EXPECT_EQ(told({.from = start, .userID = 7}), save + "0");
+  EXPECT_EQ(told({.until = start}), "0");
+  EXPECT_EQ(told({.kind = OperationKind::EditAccount, .accountID = 3}), "0");
+  EXPECT_EQ(told({.kind = OperationKind::Other, .accountID = 3}).substr(0, 20), "2 0 0/3 3 111 c: ID ");
+
+  const history::Then then = history::accountAt(gateway, 2, start);
+  EXPECT_EQ(then.code + then.title + std::to_string(then.parentID.value_or(0)), "11b1");
+  EXPECT_TRUE(history::accountAt(gateway, 3, start).existed);
+  EXPECT_FALSE(history::accountAt(gateway, 3, {.year = 2999}).existed);
+
+  EXPECT_EQ(history::lastOperationOf(gateway, 7), 1);
+  EXPECT_EQ(history::takeBack(gateway, 7, 1).missing, std::vector{data::Permission::EditAccount});
+  EXPECT_EQ(chart().accounts.at("2").at("Code"), "19");
+  database->execute(
+      "insert into tblUser (ID, Name) values (7, 'g'); insert into tblUserPermission values (7, 30102);"
+      "update tblAccount set Notes = null where ID = 2");
+  const history::TakenBack refused = history::takeBack(gateway, 7, 1);
+  ASSERT_EQ(refused.standing.size(), 1U);
+  EXPECT_EQ(refused.standing[0].why, data::Obstacle::Changed);
+  EXPECT_EQ(refused.standing[0].operation, 4);
+  EXPECT_FALSE(refused.standing[0].userID.has_value());
+  EXPECT_EQ(refused.operation, 0);
+  database->execute("update tblAccount set Notes = 'n' where ID = 2");
+  EXPECT_EQ(history::takeBack(gateway, 7, 1).operation, 6);
+  EXPECT_EQ(history::lastOperationOf(gateway, 7), 0);
+  EXPECT_EQ(chart().accounts.at("2").at("Code"), "11");
+  EXPECT_EQ(history::takeBack(gateway, 7, 6).operation, 7) << "by the right of what was taken back";
+  EXPECT_EQ(history::lastOperationOf(gateway, 7), 1);
+}
+
 /// What stands in the way: the accounts, why, and by what.
 struct Way {
   const char* operation;  ///< of a user
@@ -283,8 +346,7 @@ TEST_F(History, AnOperationIsTakenBackWholeOrNotAtAll) {
   const Way ways[] = {
       {"update tblAccount set Code = 'n' + Code", "update tblAccount set Title = 'x' where ID = 2", ""},
       {"update tblAccount set Code = 'n' + Code", "update tblAccount set Code = 'x' where ID = 2", "2|1|2"},
-      {"update tblAccount set Code = 'n' + Code", "update tblAccount set Code = '1' where ID = 5",
-       "1|5|null\n5|1|2"},
+      {"update tblAccount set Code = 'n' + Code", "update tblAccount set Code = '1' where ID = 5", "5|1|2"},
       {"update tblAccount set Code = 'n' + Code where ID < 4",
        "update tblAccount set Code = '111' where ID = 5", "3|5|null"},
       {"update tblAccount set Code = 'n' + Code", "delete from tblAccount where ID = 5", "5|2|2"},
@@ -336,8 +398,7 @@ TEST_F(History, AnOperationIsTakenBackWholeOrNotAtAll) {
     const auto tables = [&other] {
       std::string all = testing::allRows(other, "select * from tblAccount order by ID");
       for (const LinkTable& table : linkTables())
-        all +=
-            "\n" + testing::allRows(other, "select * from " + std::string(table.name) + " order by 1, 2");
+        all += "\n" + testing::allRows(other, "select * from " + std::string(table.name) + " order by 1, 2");
       return all;
     };
     const auto takenBack = [&own](std::int64_t number) {

@@ -90,19 +90,18 @@ class Together {
     // What still reads would keep the lock for writing away.
     open.plans().letGo();
     execute(open.transaction().begin);
-    try {
-      // Nothing that runs from here on may have to be prepared anew: it couldn't be taken back alone.
-      open.plans().renew();
-      open.plans().letGo();
-    } catch (...) {
-      undo();
-      throw;
-    }
   }
   Together(const Together&) = delete;
   Together& operator=(const Together&) = delete;
   ~Together() {
     if (!ended_) undo();
+  }
+  /// Tells the triggers of the memory what the write belongs to.
+  void mark(const data::Operation& operation) {
+    // Nothing that runs from here on may have to be prepared anew: it couldn't be taken back alone.
+    open_.plans().renew();
+    open_.plans().letGo();
+    open_.marks().set(operation);
   }
   void end() {
     execute(open_.transaction().commit);
@@ -167,7 +166,7 @@ auto EmbeddedConnection::write(bool onlyReads, const std::optional<data::AsRead>
         return readAll(started);
       });
     }
-    if (operation) open.marks().set(*operation);
+    if (operation) together.mark(*operation);
     auto result = work(open);
     const std::int64_t number = operation ? open.marks().clear() : 0;
     together.end();
@@ -238,7 +237,7 @@ data::Rows EmbeddedConnection::takeBack(std::int64_t operation) {
     const auto held = operation_;
     Together together(open);
     try {
-      open.marks().set(*held);
+      together.mark(*held);
       TakeBack work(open.database(), operation);
       data::Rows obstacles = work.run();
       if (obstacles.count() != 0) return obstacles;

@@ -147,7 +147,7 @@ void TakeBack::undoLinks(bool came) {
     }
     for (std::int64_t time = 0; time < std::abs(link.times); ++time) {
       Change change{link.change, 0, link.account, 0, {}};
-      if (!ran(sql, change)) stands(Obstacle::Changed, link.account);
+      if (!ran(sql, change, Obstacle::Changed)) stands(Obstacle::Changed, link.account);
     }
   }
 }
@@ -188,7 +188,7 @@ void TakeBack::undoDeletion(const Change& change) {
   if (!ran(sql, change)) stands(Obstacle::Changed, change.account);
 }
 
-bool TakeBack::ran(const std::string& sql, const Change& change) {
+bool TakeBack::ran(const std::string& sql, const Change& change, Obstacle refused) {
   SQLite::Statement& statement = prepared(sql);
   statement.bind(1, change.number);
   try {
@@ -198,7 +198,7 @@ bool TakeBack::ran(const std::string& sql, const Change& change) {
   } catch (const SQLite::Exception& failure) {
     if (failure.getErrorCode() != SQLITE_CONSTRAINT) throw;
     statement.tryReset();
-    stands(Obstacle::Rule, change.account);
+    stands(refused, change.account);
     return true;
   }
 }

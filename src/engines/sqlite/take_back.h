@@ -54,8 +54,10 @@ class TakeBack {
   void undoInsert(const Change& change);
   void undoUpdate(const Change& change);
   void undoDeletion(const Change& change);
-  /// Runs the statement that undoes a change; a rule of the file that refuses it stands in the way.
-  [[nodiscard]] bool ran(const std::string& sql, const Change& change);
+  /// Runs the statement that undoes a change, and gives whether there was its row; what refuses it, a rule of
+  /// the file or the key of a table, stands in the way as told.
+  [[nodiscard]] bool ran(const std::string& sql, const Change& change,
+                         data::Obstacle refused = data::Obstacle::Rule);
   void findCodesTaken();
   void findDocumentsOfParents();
   [[nodiscard]] bool exists(const std::string& query, std::int64_t value);
