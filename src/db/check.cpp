@@ -29,7 +29,9 @@ class Check {
       : walk_(std::move(walk)), engine_(engine), told_(told) {}
 
   /// A trigger of the memory of the chart that isn't as it should be.
-  void addTrigger(const std::string& name) { add("a trigger of the memory that is missing or another", "", name); }
+  void addTrigger(const std::string& name) {
+    add("a trigger of the memory that is missing or another", "", name);
+  }
 
   std::size_t run() {
     for (const std::string_view script : scriptsWithOwn("db/checks/", engine_)) {

@@ -232,6 +232,9 @@ data::Rows EmbeddedConnection::takeBack(std::int64_t operation) {
   return command(false, nullptr, [this, operation](Session& open, Watch::Command& watched) {
     if (!operation_ || !open.marks().areKept())
       throw data::DataError(data::DataError::Reason::Misuse, 0, data::kNothingIsKept);
+    if (operation_->takesBack != operation)
+      throw data::DataError(data::DataError::Reason::Misuse, 0,
+                            "An operation is taken back in the middle of another one.");
     // As long as the operation took, and no shorter: it can be given up at any time.
     watched.extend(kLongestTakingBack);
     const auto held = operation_;
