@@ -60,7 +60,8 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
  public:
   using Task = std::function<void(data::Connection&)>;
 
-  explicit Line(std::unique_ptr<data::Connection> engine) : engine_(std::move(engine)) {
+  Line(std::unique_ptr<data::Connection> engine, std::chrono::milliseconds restAfter)
+      : engine_(std::move(engine)), restAfter_(restAfter) {
     engine_->whileWaiting({.givesUp = [this](bool) { return givenUp_.load(); }, .over = {}});
   }
 
@@ -110,8 +111,14 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
 
   bool serve() {
     std::unique_lock lock(mutex_);
+    const auto asked = [this] { return over_ || resumed_ || task_; };
     for (;;) {
-      changed_.wait(lock, [this] { return over_ || resumed_ || task_; });
+      if (!changed_.wait_for(lock, restAfter_, asked)) {
+        lock.unlock();
+        engine_->rest();
+        lock.lock();
+        changed_.wait(lock, asked);
+      }
       if (over_) return false;
       if (resumed_) return *std::exchange(resumed_, std::nullopt);
       Task task = std::exchange(task_, nullptr);
@@ -125,6 +132,7 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
   }
 
   std::unique_ptr<data::Connection> engine_;
+  std::chrono::milliseconds restAfter_;
   std::mutex mutex_;
   std::condition_variable changed_;
   Task task_;
@@ -141,8 +149,9 @@ void AwaitedConnection::leave() {
 
 AwaitedConnection::Line& AwaitedConnection::ready(const Manner& manner) {
   waits_.require(manner.onlyReads);
+  if (!manner.onlyReads) waits_.noteWrite();
   if (!line_) {
-    auto line = std::make_shared<Line>(make_());
+    auto line = std::make_shared<Line>(make_(), waits_.restAfter);
     line->begin(background_);
     line_ = std::move(line);
   }

@@ -63,6 +63,10 @@ class Shell {
   /// nothing. Throws as data::Providers does for a text.
   [[nodiscard]] std::unique_ptr<data::Connection> connectionTo(std::string_view connectionText);
 
+  /// Whether searches beside the user-interface thread may ask a readable secondary: the text says so with
+  /// "Search Intent=ReadOnly", and nothing was written from here, which might not have arrived there yet.
+  [[nodiscard]] bool mayAskSecondary(const std::string& connectionText) const;
+
   // The gateway.
   /// The gateway of the process, made on first use. An operation holds what it gets, so that a gateway that
   /// is replaced in the middle of it lives on to its end.

@@ -53,6 +53,7 @@ class FaultyConnection : public data::Connection {
 
   void handOver(const data::AsRead& read) override { read_ = read; }
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
+  void rest() override { engine_->rest(); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
   [[nodiscard]] bool answersLate() const override { return faults_.late || engine_->answersLate(); }
