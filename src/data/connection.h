@@ -115,8 +115,8 @@ class Connection {
   virtual void whileWaiting(Waiting waiting) { static_cast<void>(waiting); }
 
   /// Nobody will ask for long. What is held at the database's place, such as a session of a server, may be
-  /// given back; the next command takes it again, as the first one did. In the middle of a walk it does nothing.
-  /// Throws nothing.
+  /// given back; the next command takes it again, as the first one did. In the middle of a walk it does
+  /// nothing. Throws nothing.
   virtual void rest() {}
 
   /// What there is to tell a person about the data, once: what was found when a database of an older version

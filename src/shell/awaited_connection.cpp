@@ -1,5 +1,6 @@
 #include "shell/awaited_connection.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -162,7 +163,7 @@ void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& fa
   const auto begun = Clock::now();
   bool gaveUp = false;
   try {
-    gaveUp = !line_->idleWithin(DatabaseWaits::kBeforeShowing) && waitLonger(manner, begun);
+    gaveUp = waitFor(manner, begun);
     if (failure) std::rethrow_exception(failure);
   } catch (const data::DataError& told) {
     // A search that ran out of its own time was given up by whoever asked, and by no person.
@@ -173,8 +174,19 @@ void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& fa
   }
 }
 
+bool AwaitedConnection::waitFor(const Manner& manner, Clock::time_point begun) {
+  struct Noted {
+    DatabaseWaits& waits;
+    Clock::time_point begun;
+    ~Noted() { waits.noteWaited(Clock::now() - begun); }
+  } const noted{waits_, begun};
+  const auto unseen =
+      std::chrono::duration_cast<std::chrono::milliseconds>(DatabaseWaits::kBeforeShowing - waits_.waited());
+  return !line_->idleWithin(std::max(unseen, DatabaseWaits::kBetweenPaints)) && waitLonger(manner, begun);
+}
+
 bool AwaitedConnection::waitLonger(const Manner& manner, Clock::time_point begun) {
-  DatabaseWaits::Wait wait(waits_, begun);
+  DatabaseWaits::Wait wait(waits_, begun - waits_.waited());
   std::optional<Clock::time_point> stopped;
   bool gaveUp = false;
   while (!line_->idleWithin(DatabaseWaits::kBetweenPaints)) {

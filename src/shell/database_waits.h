@@ -31,6 +31,10 @@ class DatabaseWaits {
   /// later.
   std::chrono::milliseconds restAfter = std::chrono::minutes(5);
 
+  /// What the procedure that runs has waited for answers so far: many short commands are a long wait, too.
+  [[nodiscard]] std::chrono::steady_clock::duration waited() const;
+  void noteWaited(std::chrono::steady_clock::duration time);
+
   /// Something was written, or may have been, by a screen of this desktop or by what it called: from then on
   /// a read that may be of a moment before would show an older state than the person's own.
   void noteWrite() { wrote_ = true; }
@@ -74,6 +78,8 @@ class DatabaseWaits {
 
   ui::Desktop& desktop_;
   bool wrote_ = false;
+  std::uint64_t waitedIn_ = 0;  ///< the procedure
+  std::chrono::steady_clock::duration waited_{};
   std::optional<Outage> outage_;
   std::optional<Wait> wait_;  ///< of an engine on this thread
 };

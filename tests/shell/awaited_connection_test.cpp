@@ -30,6 +30,7 @@ struct Server {
   std::atomic<int> rests = 0;
 
   void hear(const std::string& words) {
+    if (words == "select slow") std::this_thread::sleep_for(250ms);
     std::unique_lock lock(mutex);
     heard += words + "; ";
     changed.wait(lock, [&] { return silentAbout.empty() || words.find(silentAbout) == std::string::npos; });
@@ -151,6 +152,19 @@ TEST_F(Awaited, APacketEndsAtItsFirstFailureAndTheNextCommandOpensWhatIsLost) {
     EXPECT_EQ(server.made, before + 1);
     server.keepSilentAbout("");
   }
+}
+
+TEST_F(Awaited, ManyShortCommandsOfOneActAreALongWait) {
+  const auto acts = [&](bool one) {
+    std::optional<ui::Desktop::Procedure> procedure;
+    for (int command = 0; command < 4; ++command) {
+      if (!one || !procedure) procedure.reset(), procedure.emplace(desktop);
+      connection.run("select slow");
+    }
+    return std::exchange(desktop.waits, {}).size() > 1;
+  };
+  EXPECT_FALSE(acts(false));
+  EXPECT_TRUE(acts(true));
 }
 
 TEST_F(Awaited, WhatNobodyAsksForLongIsGivenBackAndTakenAgain) {
