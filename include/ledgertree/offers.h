@@ -14,6 +14,12 @@ enum class Offer {
   HiddenCommands,
   /// The export of the chart to a spreadsheet, by the component SheetKit.SheetWriter.
   Export,
+  /// A divider between the record and the tree, moved with the mouse or, behind a Tab, by the arrow keys:
+  /// what the
+  /// tree gets by it the record scrolls over. Where it was put counts for the life of the process.
+  Divider,
+  /// The menu "راهنما", which opens what F1 opens.
+  Guide,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users
