@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qt/window_icon.h"
+
 namespace ledgertree::qt {
 
 namespace {
@@ -133,7 +135,8 @@ QFont screenFont() {
 
 QPalette screenPalette(const QColor& background) {
   const QColor text(0x1B, 0x22, 0x2C);
-  const QColor faint(0x6B, 0x75, 0x82);
+  // Faint and still read: what is out of reach shows values, and they stand on the ground of the screens too.
+  const QColor faint(0x4A, 0x55, 0x63);
   const QColor highlight(0x2F, 0x6F, 0xB7);
   QPalette palette;
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
@@ -165,6 +168,8 @@ QPalette screenPalette(const QColor& background) {
 
 void dress(QWidget& widget) {
   widget.setStyle(&screenStyle());
+  const bool window = widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog;
+  if (window && QApplication::windowIcon().isNull()) widget.setWindowIcon(windowIcon());
   for (QWidget* below : widget.findChildren<QWidget*>()) below->setStyle(&screenStyle());
 }
 
