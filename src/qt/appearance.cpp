@@ -80,6 +80,7 @@ class ScreenStyle : public QProxyStyle {
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
     const SteadyPalette steady(*option);
+    if (element == PE_Frame) return drawFrame(*option, *painter);
     const bool ofLine =
         element == PE_IndicatorArrowDown && qobject_cast<const QToolButton*>(widget) != nullptr;
     if (!ofLine && element != PE_IndicatorBranch)
@@ -90,6 +91,19 @@ class ScreenStyle : public QProxyStyle {
   }
 
  private:
+  /// The border of a list or a text. The toolkit's own is a line, which falls out of the clip on a side where
+  /// the pixels of the screen are a fraction of those of the window.
+  static void drawFrame(const QStyleOption& option, QPainter& painter) {
+    const QRectF edge(option.rect);
+    const QRectF inside = edge.adjusted(1, 1, -1, -1);
+    const QColor colour = option.palette.color(QPalette::Mid);
+    for (const QRectF& side :
+         {QRectF(edge.topLeft(), inside.topRight() + QPointF(1, 0)),
+          QRectF(inside.bottomLeft() - QPointF(1, 0), edge.bottomRight()),
+          QRectF(edge.topLeft(), inside.bottomLeft()), QRectF(inside.topRight(), edge.bottomRight())})
+      painter.fillRect(side, colour);
+  }
+
   /// A triangle: down where something is open, else to the side that the text runs to.
   static void drawMark(const QStyleOption& option, QPainter& painter, bool open, const QWidget* widget) {
     const double size = widget == nullptr ? 8 : widget->fontMetrics().height() * 0.5;
