@@ -51,6 +51,8 @@ class Shell {
   Clock clock;
   /// What the host offers beyond the screens as they are; counts from the next load of a form on.
   std::set<Offer> offers;
+  /// What a person gave to the tree of the width of the record, by the divider between them.
+  ui::Twips givenToTree = 0;
   /// What the host is told when the act is over.
   ChartNews news;
 
