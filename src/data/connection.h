@@ -127,6 +127,11 @@ class Connection {
   // NOLINTNEXTLINE(performance-unnecessary-value-param)
   virtual void whileWaiting(Waiting waiting) { static_cast<void>(waiting); }
 
+  /// Nobody will ask for long. What is held at the database's place, such as a session of a server, may be
+  /// given back; the next command takes it again, as the first one did. In the middle of a walk it does
+  /// nothing. Throws nothing.
+  virtual void rest() {}
+
   /// What there is to tell a person about the data, once: what was found when a database of an older version
   /// was taken up at the opening.
   [[nodiscard]] virtual std::vector<std::string> takeNews() { return {}; }

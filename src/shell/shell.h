@@ -52,6 +52,8 @@ class Shell {
   Clock clock;
   /// What the host offers beyond the screens as they are; counts from the next load of a form on.
   std::set<Offer> offers;
+  /// What a person gave to the tree of the width of the record, by the divider between them.
+  ui::Twips givenToTree = 0;
   /// What the host is told when the act is over.
   ChartNews news;
 
@@ -63,6 +65,10 @@ class Shell {
   /// A connection for the user-interface thread: whatever it is asked, a person sees a long wait. It opens
   /// nothing. Throws as data::Providers does for a text.
   [[nodiscard]] std::unique_ptr<data::Connection> connectionTo(std::string_view connectionText);
+
+  /// Whether searches beside the user-interface thread may ask a readable secondary: the text says so with
+  /// "Search Intent=ReadOnly", and nothing was written from here, which might not have arrived there yet.
+  [[nodiscard]] bool mayAskSecondary(const std::string& connectionText) const;
 
   // The gateway.
   /// The gateway of the process, made on first use. An operation holds what it gets, so that a gateway that

@@ -60,6 +60,7 @@ class FaultyConnection : public data::Connection {
     return engine_->takeBack(operation);
   }
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
+  void rest() override { engine_->rest(); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
   [[nodiscard]] bool answersLate() const override { return faults_.late || engine_->answersLate(); }
