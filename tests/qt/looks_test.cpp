@@ -240,9 +240,9 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   EXPECT_EQ(picture.pixel(frame.width() - line / 2 - 1, line / 2), ground);
   EXPECT_NE(picture.pixel(frame.width() / 4, line / 2), ground);
   // A host that writes from the left changes nothing.
-  const auto drawn = [&] {
-    return std::pair(painted(screen.window()), painted(*screen.window().findChild<QMenu*>()));
-  };
+  auto& menu = *screen.window().findChild<QMenu*>();
+  menu.adjustSize();
+  const auto drawn = [&] { return std::pair(painted(screen.window()), painted(menu)); };
   const auto own = drawn();
   const Qt::LayoutDirection host = QApplication::layoutDirection();
   QApplication::setLayoutDirection(host == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight);
