@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -88,7 +89,8 @@ class Product {
   std::optional<mainform::FormMain> form_;
 };
 
-/// What a save does, by hand.
+/// What a save does, by hand. It compares as well: the parent's code ahead of the account, and what was
+/// written of the account ahead of its relation.
 class ByHand {
  public:
   explicit ByHand(const std::string& file) : database_(file, SQLite::OPEN_READWRITE) {
@@ -98,6 +100,8 @@ class ByHand {
 
   void write(const std::string& ownCode, std::int32_t object) {
     const std::string code = mother_ + ownCode;
+    run("begin immediate");
+    requireSame(read("select ifnull(Code, '') from tblAccount where ID = ?", kParent).at(0), mother_);
     SQLite::Statement& insert = prepared(
         "insert into tblAccount (CreateDate, FarsiCreateDate, GroupID, IsPermanent, AccountNatureID, "
         "ParentID,"
@@ -110,12 +114,17 @@ class ByHand {
     insert.bind(4, "مانده اين حساب هر ماه با صورت حساب بانک مقابله مي شود");
     run(insert);
     account_ = static_cast<std::int32_t>(database_.getLastInsertRowid());
+    run("commit");
     SQLite::Statement& test = prepared(
         "select * from vwAccountRelatedObjects where AccountGroupID = 1 and RelatedClassID = 1 and "
         "RelatedObjectID = ?");
     test.bind(1, object);
     run(test);
-    database_.exec("begin immediate");
+    run("begin immediate");
+    requireSame(read("select * from tblAccount where ID = ?", account_).at(2), code);
+    requireSame(
+        std::to_string(read("select * from tblAccountRelatedObjects where AccountID = ?", account_).size()),
+        "0");
     SQLite::Statement& clear = prepared("delete from tblAccountRelatedObjects where AccountID = ?");
     clear.bind(1, account_);
     run(clear);
@@ -123,7 +132,7 @@ class ByHand {
     relate.bind(1, account_);
     relate.bind(2, object);
     run(relate);
-    database_.exec("commit");
+    run("commit");
   }
 
   /// The record, with the texts of what it refers to, and the first level of the tree with its counts.
@@ -163,6 +172,10 @@ class ByHand {
     const auto found = statements_.find(text);
     return found != statements_.end() ? found->second
                                       : statements_.try_emplace(text, database_, text).first->second;
+  }
+  void run(const char* text) { run(prepared(text)); }
+  static void requireSame(const std::string& now, const std::string& before) {
+    if (now != before) throw std::runtime_error("somebody else changed it");
   }
   static void run(SQLite::Statement& statement) {
     while (statement.executeStep()) benchmark::DoNotOptimize(statement.getColumn(0).getText());

@@ -14,6 +14,9 @@ enum class Offer {
   HiddenCommands,
   /// The export of the chart to a spreadsheet, by the component SheetKit.SheetWriter.
   Export,
+  /// The tree keeps its place where it is read again (behind a save, a deletion, F5 and all else that closes
+  /// it otherwise): what was open is open, and the account on the record is highlighted and in sight.
+  KeptPlace,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

@@ -318,11 +318,11 @@ std::vector<data::Command> AccountSaving::questionsOfRefresh(SaveWay way, const 
     questions.insert(questions.end(), more.begin(), more.end());
   };
   const bool treeFirst = way == SaveWay::GuardedEdit;
-  if (treeFirst) add(tree_.questionsOfRefresh());
+  if (treeFirst) add(tree_.questionsOfRefresh(account.id));
   if (!treeFirst) screen_.sltAccount.addQuestion(account.id, questions);
   if (way == SaveWay::PlainEdit) screen_.sltAccount.addQuestion(account.id, questions);
   add(record_.questionsOf(account));
-  if (!treeFirst) add(tree_.questionsOfRefresh());
+  if (!treeFirst) add(tree_.questionsOfRefresh(account.id));
   return questions;
 }
 

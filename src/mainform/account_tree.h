@@ -7,28 +7,16 @@
 #include <string_view>
 #include <vector>
 
+#include "mainform/chart_level.h"
 #include "mainform/main_screen.h"
 #include "shell/shell.h"
 
 namespace ledgertree::mainform {
 
-/// What the key of a tree node says. -1 as the period stands for all periods, -1 as the account for none.
-struct NodeKey {
-  std::int32_t period = -1;
-  std::int32_t account = -1;
-  bool operator==(const NodeKey&) const = default;
-};
-
-/// "period:account".
-[[nodiscard]] std::string makeNodeKey(std::int32_t period, std::int32_t account);
-/// Splits at the first colon; nothing for a key without one. Each side counts by its leading number, a blank
-/// one as -1. Throws std::range_error for a number past 32 bits.
-[[nodiscard]] std::optional<NodeKey> parseNodeKey(std::string_view key);
-
 /// The chart as a tree that is read one level at a time: tblAccount and tblAccountPeriod through the handles
 /// rssqlAccCostCenter, rssqlAccountChilds and rssqlAccLevelCodeLength. Nothing is kept outside the tree
-/// control: a level is read when its parent is first opened, and a refresh throws everything away. It writes
-/// nothing.
+/// control: a level is read when its parent is first opened, and a refresh throws everything away, or, where
+/// the host offers Offer::KeptPlace, reads again what is open. It writes nothing.
 ///
 /// A level of any size takes two statements, and where codes are shortened a third one: its rows, which of
 /// them have children, and the code of their parent.
@@ -53,10 +41,26 @@ class AccountTree {
   [[nodiscard]] std::string stripParentCode(std::int32_t accountID, std::string_view code);
   /// Reads the children of a node. Nothing for a key without a colon.
   void fillNodeChildren(std::string_view key);
-  /// Rebuilds the tree: its root and its first level.
+  /// Rebuilds the tree: its root and its first level. Where the host offers Offer::KeptPlace, what is open
+  /// stays open as by readAgain, and the account on the record is highlighted and in sight, with all above it
+  /// open; by periods, in one that is open and has it, or not at all.
   void refreshTree();
-  /// What that will ask, as far as it is known beforehand, for who asks ahead (see data::Ahead).
-  [[nodiscard]] std::vector<data::Command> questionsOfRefresh() const;
+  /// What that will ask with this account on the record, as far as it is known beforehand, for who asks ahead
+  /// (see data::Ahead).
+  [[nodiscard]] std::vector<data::Command> questionsOfRefresh(std::int32_t shown) const;
+  /// Reads what is open again, offered or not, and leaves everything where it stands: what is open, the
+  /// highlight with the click that may wait for its rest, and the rows in sight. What moved stands where it
+  /// is now, open as it was; what is gone is gone, the highlight with it; what was closed is read when it is
+  /// next opened. Nothing is clicked, and the record stays as it is.
+  ///
+  /// Two statements a level, whose codes may be short; on a server those of all levels go in packets. All of
+  /// it is read ahead of the first node that changes: a query that fails throws data::DataError and leaves
+  /// the tree as it was. Call it from an event procedure, in which nothing of the tree is being filled.
+  void readAgain();
+  /// Opens what is above an account, reads what is open again, highlights the account without a click and
+  /// brings it into sight; by periods below one that is open, or else the first. False where it isn't in the
+  /// tree. Throws data::DataError.
+  bool showAccount(std::int32_t accountID);
 
   /// Makes the click that waits for the end of the rest.
   void settle();
@@ -71,9 +75,9 @@ class AccountTree {
  private:
   void expanded(ui::NodeId node);
   void clicked(ui::NodeId node);
+  [[nodiscard]] std::string_view rootText() const;
+  void readAnew();
   void readChildren(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
-  void addPeriods(data::DtEn& gateway, ui::NodeId root);
-  void addAccounts(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
   /// Takes the nodes of these keys out of their old places. False where `node` itself stands below one of
   /// them.
   [[nodiscard]] bool dropMoved(const std::vector<std::string>& keys, ui::NodeId node);
@@ -81,6 +85,18 @@ class AccountTree {
   [[nodiscard]] std::size_t parentCodeLength(data::DtEn& gateway, std::int32_t accountID);
   void addPlaceholder(ui::NodeId node, const NodeKey& key);
   void takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore);
+
+  // What is open, read again.
+  struct OpenNode;
+  [[nodiscard]] std::vector<data::Command> questionsOfReading(std::int32_t accountID) const;
+  bool readWithAccount(std::int32_t accountID, bool opensPeriod);
+  [[nodiscard]] std::vector<NodeKey> openKeys() const;
+  [[nodiscard]] std::optional<std::int32_t> periodOf(data::DtEn& gateway, std::int32_t accountID,
+                                                     bool opensPeriod) const;
+  [[nodiscard]] OpenNode readOpen(data::DtEn& gateway, const std::vector<NodeKey>& open) const;
+  void putUp(const OpenNode& root);
+
+  static constexpr std::string_view kRootKey = "-1:-1";
 
   MainScreen& screen_;
   shell::Shell& shell_;

@@ -8,10 +8,7 @@ namespace ledgertree::qt {
 using ui::kNoNode;
 using ui::NodeId;
 
-TreeModel::TreeModel(const ui::Tree& tree) : tree_(&tree) {
-  toldRoots_ = tree.roots().size();
-  for (const NodeId root : tree.roots()) tellAll(root);
-}
+TreeModel::TreeModel(const ui::Tree& tree) : tree_(&tree) { tellRoots(); }
 
 NodeId TreeModel::nodeOf(const QModelIndex& index) {
   return index.isValid() ? static_cast<NodeId>(index.internalId()) : kNoNode;
@@ -80,6 +77,11 @@ Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
   return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable;
 }
 
+void TreeModel::tellRoots() {
+  toldRoots_ = tree_->roots().size();
+  for (const NodeId root : tree_->roots()) tellAll(root);
+}
+
 void TreeModel::tellAll(NodeId top) {
   std::vector<NodeId> waiting{top};
   while (!waiting.empty()) {
@@ -146,6 +148,15 @@ void TreeModel::follow(const ui::TreeChange& change) {
       break;
     case ui::TreeChange::Kind::Removed:
       removed(change.node);
+      break;
+    case ui::TreeChange::Kind::AboutToRenew:
+      beginResetModel();
+      toldRoots_ = 0;
+      told_.clear();
+      break;
+    case ui::TreeChange::Kind::Renewed:
+      tellRoots();
+      endResetModel();
       break;
     case ui::TreeChange::Kind::NodeChanged:
       if (const QModelIndex index = indexOf(change.node); index.isValid()) emit dataChanged(index, index);

@@ -39,6 +39,7 @@ class TreeModel : public QAbstractItemModel {
   [[nodiscard]] std::size_t& told(ui::NodeId parent);
   [[nodiscard]] std::size_t told(ui::NodeId parent) const;
   [[nodiscard]] const std::vector<ui::NodeId>& childrenOf(ui::NodeId parent) const;
+  void tellRoots();
   void tellAll(ui::NodeId top);
   void forget(ui::NodeId top);
   void childrenAdded(ui::NodeId parent);

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <algorithm>
 #include <functional>
 
@@ -188,23 +189,45 @@ void TreeView::openAsTheTree(NodeId parent, std::size_t first) {
   }
 }
 
-void TreeView::showSelection() {
+bool TreeView::isInSight(NodeId node) const {
+  for (NodeId above = control().parent(node); above != kNoNode; above = control().parent(above))
+    if (!control().expanded(above)) return false;
+  return true;
+}
+
+void TreeView::markSelection() {
   const QModelIndex index = model_.indexOf(control().selected());
-  if (!index.isValid()) {
+  if (index.isValid()) {
+    tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  } else {
     tree_->selectionModel()->clear();
-    return;
   }
-  tree_->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
-  for (NodeId above = control().parent(control().selected()); above != kNoNode;
-       above = control().parent(above)) {
-    if (!control().expanded(above)) return;
-  }
-  tree_->scrollTo(index);
+}
+
+void TreeView::showSelection() {
+  markSelection();
+  const QModelIndex index = tree_->currentIndex();
+  if (index.isValid() && isInSight(control().selected())) tree_->scrollTo(index);
+}
+
+void TreeView::keepPlace() {
+  const QModelIndex top = tree_->indexAt({tree_->viewport()->width() / 2, 0});
+  keptTop_ = top.isValid() ? control().key(TreeModel::nodeOf(top)) : std::string();
+  keptAcross_ = tree_->horizontalScrollBar()->value();
+}
+
+void TreeView::takePlace() {
+  openAsTheTree(kNoNode, 0);
+  markSelection();
+  const NodeId top = control().find(keptTop_);
+  if (top != kNoNode && isInSight(top)) tree_->scrollTo(model_.indexOf(top), QTreeView::PositionAtTop);
+  tree_->horizontalScrollBar()->setValue(keptAcross_);
 }
 
 void TreeView::follow(const ui::TreeChange& change) {
   const bool added = change.kind == ui::TreeChange::Kind::ChildrenAdded;
   const auto before = added ? static_cast<std::size_t>(model_.rowCount(model_.indexOf(change.node))) : 0;
+  if (change.kind == ui::TreeChange::Kind::AboutToRenew) keepPlace();
   model_.follow(change);
   switch (change.kind) {
     case ui::TreeChange::Kind::ChildrenAdded:
@@ -224,6 +247,9 @@ void TreeView::follow(const ui::TreeChange& change) {
       break;
     case ui::TreeChange::Kind::Selected:
       showSelection();
+      break;
+    case ui::TreeChange::Kind::Renewed:
+      takePlace();
       break;
     default:
       break;

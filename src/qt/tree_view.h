@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTreeView>
+#include <string>
 
 #include "qt/control_view.h"
 #include "qt/tree_model.h"
@@ -20,10 +21,18 @@ class TreeView : public ViewOf<ui::Tree> {
  private:
   /// Opens in the view what is open in the tree, below nodes that the view was just told of.
   void openAsTheTree(ui::NodeId parent, std::size_t first);
+  /// Whether all nodes above are open.
+  [[nodiscard]] bool isInSight(ui::NodeId node) const;
+  void markSelection();
   void showSelection();
+  void keepPlace();
+  void takePlace();
 
   QTreeView* tree_;
   TreeModel model_;
+  /// The node at the top of what is in sight, and how far that is to the side.
+  std::string keptTop_;
+  int keptAcross_ = 0;
 };
 
 }  // namespace ledgertree::qt

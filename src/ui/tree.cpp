@@ -14,6 +14,7 @@ const Tree::Node& Tree::at(NodeId node) const {
 }
 
 void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size_t count) {
+  if (renewing_) return;
   form().notify(*this, TreeChange{.kind = kind, .node = node, .first = first, .count = count});
 }
 
@@ -90,6 +91,17 @@ void Tree::endBatch() {
 
 Tree::Batch::Batch(Tree& tree) : tree_(tree) { ++tree_.batches_; }
 Tree::Batch::~Batch() { tree_.endBatch(); }
+
+Tree::Renewal::Renewal(Tree& tree) : tree_(tree) {
+  tree_.tell(TreeChange::Kind::AboutToRenew, kNoNode);
+  tree_.renewing_ = true;
+  tree_.clear();
+}
+
+Tree::Renewal::~Renewal() {
+  tree_.renewing_ = false;
+  tree_.tell(TreeChange::Kind::Renewed, kNoNode);
+}
 
 void Tree::remove(NodeId node) {
   const NodeId parent = at(node).parent;

@@ -20,13 +20,15 @@ struct TreeChange {
   enum class Kind {
     Cleared,        ///< there is no node any more
     ChildrenAdded,  ///< `count` nodes under `node` (kNoNode: at the top), from place `first` on
-    AboutToRemove,  ///< `node` and all below it go next: the one change that is told ahead
+    AboutToRemove,  ///< `node` and all below it go next: told ahead
     Removed,        ///< a child of `node` that stood at place `first` went, with all below it
     NodeChanged,    ///< text, image, tag or check of `node`
     Expanded,       ///< `node` is open
     Collapsed,      ///< `node` is closed
     EnsureVisible,  ///< scroll `node` into view
     Selected,       ///< the selection went to `node` (kNoNode: to none)
+    AboutToRenew,   ///< all nodes go next, and what comes is told as Renewed alone: told ahead as well
+    Renewed,        ///< the nodes, what is open and the selection may be others: the rows in sight stay
   };
   Kind kind;
   NodeId node = kNoNode;
@@ -91,6 +93,19 @@ class Tree : public Control {
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
     ~Batch();
+
+   private:
+    Tree& tree_;
+  };
+
+  /// While one stands, an emptied tree is put together anew, and its observers are told of nothing but the
+  /// end. Nothing may be shown or asked meanwhile.
+  class Renewal {
+   public:
+    explicit Renewal(Tree& tree);
+    Renewal(const Renewal&) = delete;
+    Renewal& operator=(const Renewal&) = delete;
+    ~Renewal();
 
    private:
     Tree& tree_;
@@ -167,6 +182,7 @@ class Tree : public Control {
   bool checkBoxes_ = false;
   std::vector<int> pictures_;
   int batches_ = 0;
+  bool renewing_ = false;
   struct Addition {
     NodeId parent;
     std::size_t first;

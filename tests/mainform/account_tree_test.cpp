@@ -29,6 +29,9 @@ class TreeStory : public FaultyHouse {
         " (2, 114), (2, 12), (3, 114)");
     desktop.show(screen);
     person.acts["refresh"] = [this](auto&) { tree.refreshTree(); };
+    person.acts["again"] = [this](auto&) { tree.readAgain(); };
+    person.acts["record"] = [this](auto& id) { screen.AccountOnRecord = std::stoi(id); };
+    person.acts["show"] = [this](auto& id) { clicks = tree.showAccount(std::stoi(id)) ? "" : "not there"; };
     person.acts["fill"] = [this](auto& key) { tree.fillNodeChildren(key); };
     person.acts["mode"] = [this](auto& mode) {
       screen.formMode = static_cast<mainform::FormMode>(std::stoi(mode));
@@ -84,6 +87,22 @@ TEST_F(TreeStory, ShortLabelsLoseAsManyCharactersAsTheParentsCodeHas) {
   database.execute("update tblAccount set Code = null where ID = 11");
   EXPECT_EQ(tree.stripParentCode(112, "1102"), "1102");
   EXPECT_EQ(tree.stripParentCode(-5, "x'y"), "x'y");
+}
+
+TEST_F(TreeStory, ItKeepsItsPlaceWhereTheHostOffersIt) {
+  shell.offers = {Offer::KeptPlace};
+  walk("a place that is kept by periods");
+  walk("a place that is kept");
+  screen.settings.ShowCompleteCode = false;
+  static_cast<void>(faults.take());
+  tree.readAgain();
+  EXPECT_EQ(faults.take().size(), 2U * 3) << "two for each level that is open";
+  EXPECT_EQ(screen.treeAccount.text(node("-1:117")), "01 ... وام");
+  const std::string before = shown(screen.treeAccount.roots());
+  database.execute("delete from tblAccount where ID = 116");
+  faults.failWhere("ParentID,-1)=12");
+  EXPECT_THROW(tree.readAgain(), data::DataError);
+  EXPECT_EQ(shown(screen.treeAccount.roots()), before) << "nothing of it goes ahead of a failure";
 }
 
 struct Restarts : ui::FormObserver {

@@ -118,6 +118,24 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   EXPECT_FALSE(screen.view->currentIndex().isValid());
   tree.clear();
   EXPECT_EQ(screen.seen(tree), "");
+
+  // Put together anew, with others above: the rows in sight stay, and so does what is open and selected.
+  screen.width = 100;
+  screen.addRoot();
+  tree.select(tree.find("r.2"));
+  const auto topRow = [&] { return screen.view->indexAt({screen.view->width() / 2, 0}).data().toString(); };
+  screen.view->scrollTo(screen.at("r.50"), QTreeView::PositionAtTop);
+  {
+    const ui::Tree::Renewal renewal(tree);
+    EXPECT_EQ(screen.view->model()->rowCount(), 0) << "the view is told of nothing in between";
+    screen.addRoot();
+    tree.remove(tree.find("r.4"));
+    tree.setExpanded(tree.find("r.3"), true);
+    tree.select(tree.find("r.2"));
+  }
+  EXPECT_EQ(topRow(), "r.50");
+  EXPECT_EQ(screen.view->currentIndex(), screen.at("r.2"));
+  EXPECT_TRUE(screen.view->isExpanded(screen.at("r.3")));
 }
 
 TEST(TreeView, CheckBoxesAreTickedByThePerson) {

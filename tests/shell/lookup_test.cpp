@@ -62,6 +62,7 @@ class Lookup : public ::testing::Test {
     const auto held = [&field] { return std::to_string(field.AccountID()) + "," + field.AccountCode(); };
     LookupWalk walk(field, held, [this] { return told(); });
     walk.acts["set"] = [&field](auto& id) { field.setAccountID(std::stoi(id)); };
+    walk.acts["rest"] = [this](auto&) { std::ranges::for_each(screen->timers(), &ui::Timer::tick); };
     walk.acts["reload"] = [&field](auto&) { field.ReloadAccounts(); };
     walk.acts["closing"] = [&field](auto& how) { field.setClosingFlag(how == "on"); };
     walk.acts["connect"] = [&field](auto&) { field.setPickerConnection(kText); };

@@ -85,7 +85,7 @@ class Compared {
   Compared(Session& open, const data::AsRead& read) : open_(open) {
     // What still reads would keep the lock for writing away.
     open.plans().letGo();
-    execute("begin immediate");
+    execute(open.transaction().begin);
     try {
       data::requireAsRead(read, [&open](const std::string& statement) {
         Started started(open, statement);
@@ -102,16 +102,21 @@ class Compared {
     if (!ended_) undo();
   }
   void end() {
-    execute("commit");
+    execute(open_.transaction().commit);
     ended_ = true;
   }
 
  private:
-  void execute(const char* statement) {
-    if (sqlite3_exec(open_.handle(), statement, nullptr, nullptr, nullptr) != SQLITE_OK)
-      fail(open_, statement);
+  void execute(SQLite::Statement& statement) {
+    const int result = statement.tryExecuteStep();
+    // The reset gives the step's error once more, by which it is told.
+    statement.tryReset();
+    if (result != SQLITE_DONE) fail(open_, statement.getQuery());
   }
-  void undo() { sqlite3_exec(open_.handle(), "rollback", nullptr, nullptr, nullptr); }
+  void undo() {
+    open_.transaction().rollback.tryExecuteStep();
+    open_.transaction().rollback.tryReset();
+  }
 
   Session& open_;
   bool ended_ = false;

@@ -109,6 +109,7 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
     : path_(std::move(path)),
       database_(openFile(path_, missing)),
       plans_(database_.getHandle()),
+      transaction_(database_),
       procedures_(database_),
       searches_(database_.getHandle()),
       identity_(fileIdentity(path_)) {

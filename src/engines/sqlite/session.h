@@ -16,6 +16,16 @@
 
 namespace ledgertree::engines::sqlite {
 
+/// What makes several statements one, prepared once.
+struct Transaction {
+  explicit Transaction(SQLite::Database& database)
+      : begin(database, "begin immediate"), commit(database, "commit"), rollback(database, "rollback") {}
+
+  SQLite::Statement begin;
+  SQLite::Statement commit;
+  SQLite::Statement rollback;
+};
+
 /// A database file that is open, and opened as one that nobody vouches for: it has the present schema, if
 /// need be since it was taken up, writes ahead to a log, and is on the disk when a statement returns.
 class Session {
@@ -37,6 +47,7 @@ class Session {
   [[nodiscard]] sqlite3* handle() { return database_.getHandle(); }
   [[nodiscard]] Watch& watch() { return watch_; }
   [[nodiscard]] Plans& plans() { return plans_; }
+  [[nodiscard]] Transaction& transaction() { return transaction_; }
   [[nodiscard]] ProcedureRunner& procedures() { return procedures_; }
   [[nodiscard]] ViewSearch& searches() { return searches_; }
   /// What there is to tell a person about a file that was taken up, once.
@@ -51,6 +62,7 @@ class Session {
   Watch watch_;
   SQLite::Database database_;
   Plans plans_;
+  Transaction transaction_;
   ProcedureRunner procedures_;
   ViewSearch searches_;
   std::optional<FileIdentity> identity_;

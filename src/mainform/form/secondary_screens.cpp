@@ -48,7 +48,8 @@ void SecondaryScreens::recode() {
   const auto gateway = shell_.dtEn();
   std::vector<data::Command> questions;
   screen_.sltAccount.addQuestion(screen_.accountID(), questions);
-  for (data::Command& question : tree_.questionsOfRefresh()) questions.push_back(std::move(question));
+  for (data::Command& question : tree_.questionsOfRefresh(screen_.AccountOnRecord))
+    questions.push_back(std::move(question));
   const data::Ahead ahead(gateway->cnMainData, std::move(questions));
   screen_.sltAccount.setAccountID(screen_.accountID());
   // The ID outlives its account behind a deletion: nothing is on the screen then.

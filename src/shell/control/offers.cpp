@@ -6,6 +6,6 @@ namespace ledgertree {
 
 void offer(const std::set<Offer>& offers) { ControlSession::process().shell().offers = offers; }
 
-std::set<Offer> everyOffer() { return {Offer::HiddenCommands, Offer::Export}; }
+std::set<Offer> everyOffer() { return {Offer::HiddenCommands, Offer::Export, Offer::KeptPlace}; }
 
 }  // namespace ledgertree

@@ -1,19 +1,30 @@
 #include "shell/lookup/account_picker.h"
 
+#include <chrono>
 #include <utility>
 
 namespace ledgertree::shell {
+namespace {
+
+/// Longer than the pause between two keys.
+constexpr std::chrono::milliseconds kRest{300};
+
+}  // namespace
 
 AccountPicker::AccountPicker(ui::Form& form, Shell& shell, std::string name, ui::Bounds bounds,
                              ui::Frame* frame)
     : ui::LookupField(form, std::move(name), bounds, frame),
       shell_(shell),
-      search_(shell, [this](std::vector<ui::LookupRow> rows, bool append, bool more, bool searching) {
-        showRows(std::move(rows), append, more, searching);
-      }) {
+      search_(shell,
+              [this](std::vector<ui::LookupRow> rows, bool append, bool more, bool searching) {
+                rest_.restart();
+                showRows(std::move(rows), append, more, searching);
+              }),
+      rest_(form, this->name() + "Rest", kRest) {
   search_.setView("vwAccountMajor");
   search_.setOrder(data::SearchOrder::Code);
   search_.tellParents([this](const std::vector<ui::LookupRow>& parents) { showPlaces(parents); });
+  rest_.onTick = [this] { search_.rested(); };
 }
 
 void AccountPicker::setPickerConnection(std::string text) {

@@ -7,6 +7,7 @@
 #include "shell/lookup/lookup_search.h"
 #include "shell/shell.h"
 #include "ui/lookup_field.h"
+#include "ui/timer.h"
 
 namespace ledgertree::shell {
 
@@ -72,6 +73,7 @@ class AccountPicker : public ui::LookupField {
 
   Shell& shell_;
   LookupSearch search_;
+  ui::Timer rest_;  ///< ticks when no rows have come for a moment
   std::int32_t position_ = -1;
   bool closing_ = false;
 };

@@ -194,12 +194,13 @@ void LookupSearch::advance(const std::shared_ptr<Run>& run) {
   take(*run, std::move(answer));
 }
 
-void LookupSearch::askParents(const std::shared_ptr<Run>& run) {
-  LookupQuestion asked = question(run->text);
-  asked.accounts = run->parentless;
+void LookupSearch::rested() {
+  if (!run_ || run_->waiting || run_->parentless.empty()) return;
+  LookupQuestion asked = question(run_->text);
+  asked.accounts = std::exchange(run_->parentless, {});
   try {
-    if (connection().answersLate()) return ask(run, std::move(asked), &LookupSearch::parentsAnswered);
-    parentsAnswered(*run, reader_.answer(connection(), asked), nullptr);
+    if (connection().answersLate()) return ask(run_, std::move(asked), &LookupSearch::parentsAnswered);
+    parentsAnswered(*run_, reader_.answer(connection(), asked), nullptr);
   } catch (const std::exception&) {
     // The hits stand without them; whatever the person does next with the field tells of the failure.
   }
@@ -229,9 +230,8 @@ void LookupSearch::answered(Run& run, LookupAnswer answer, const std::exception_
   take(run, std::move(answer));
 }
 
-void LookupSearch::parentsAnswered(Run& run, LookupAnswer answer, const std::exception_ptr& failure) {
+void LookupSearch::parentsAnswered(Run&, LookupAnswer answer, const std::exception_ptr& failure) {
   if (failure) return;
-  run.parentless.clear();
   // As in take().
   const ShowPlaces show = showPlaces_;
   show(std::move(answer.hits));
@@ -248,11 +248,6 @@ void LookupSearch::take(Run& run, LookupAnswer answer) {
   if (searching && answer.hits.empty()) return;
   if (showPlaces_ && text::trimmed(run.text) != "")
     for (const ui::LookupRow& hit : answer.hits) run.parentless.push_back(hit.id);
-  if (!searching && !run.parentless.empty()) {
-    shell_.desktop().whenIdle([asking = std::weak_ptr<Run>(run_)] {
-      if (const auto asker = asking.lock()) asker->search->askParents(asker);
-    });
-  }
   const bool append = std::exchange(run.shown, true);
   // What the person does with the rows may destroy this search: nothing of it is touched behind the call.
   const Show show = show_;

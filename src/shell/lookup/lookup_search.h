@@ -59,8 +59,7 @@ class LookupSearch {
   void setView(std::string view);
   /// Rows come by Name, or, from a view that has one, by Code.
   void setOrder(data::SearchOrder order) { order_ = order; }
-  /// The rows are accounts: once the hits of a text are there and the list rests, one more question tells
-  /// their parents. What fails then isn't told; the hits stand without them.
+  /// The rows are accounts, and `tell` shows the parents of those that a text found; see rested().
   void tellParents(ShowPlaces tell) { showPlaces_ = std::move(tell); }
   /// Closes the connection and ends the search.
   void close();
@@ -83,6 +82,9 @@ class LookupSearch {
   /// Shows the next rows of the search.
   void more();
   void stop();
+  /// The person types no more: one question tells the parents of the hits that are shown, unless that was
+  /// asked, or the search still runs. What fails then isn't told; the hits stand without them.
+  void rested();
   /// The person left the field: a failure is told again.
   void forgive() { told_.clear(); }
   /// Runs a procedure when the desktop is idle, unless the search is gone by then.
@@ -99,7 +101,6 @@ class LookupSearch {
   [[nodiscard]] LookupQuestion question(std::string text) const;
   [[nodiscard]] LookupQuestion question(const Run& run) const;
   void advance(const std::shared_ptr<Run>& run);
-  void askParents(const std::shared_ptr<Run>& run);
   /// Has a question answered on the thread; `taken` is called here, unless the search is over by then.
   using Answered = void (LookupSearch::*)(Run& run, LookupAnswer answer, const std::exception_ptr& failure);
   void ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken);
