@@ -17,6 +17,14 @@ enum class Offer {
   /// The tree keeps its place where it is read again (behind a save, a deletion, F5 and all else that closes
   /// it otherwise): what was open is open, and the account on the record is highlighted and in sight.
   KeptPlace,
+  /// A divider between the record and the tree, moved with the mouse or, behind a Tab, by the arrow keys:
+  /// what the tree gets by it the record scrolls over. Where it was put counts for the life of the process.
+  Divider,
+  /// The menu "راهنما", which opens what F1 opens.
+  Guide,
+  /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
+  /// shows; while something is typed, a line tells that somebody else has changed the account.
+  OthersChanges,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

@@ -13,6 +13,7 @@
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
+#include "ui/divider.h"
 #include "ui/form.h"
 #include "ui/menu.h"
 #include "ui/text_field.h"
@@ -142,6 +143,8 @@ class MainScreen : public ui::Form {
   ui::PushButton cmdDeletePeriod;
   ui::Tree treeAccount;
   ui::Label lblMessage;
+  ui::Label lblOthers;
+  ui::Divider divider;
 
   ui::Timer Timer1;
 
@@ -155,6 +158,7 @@ class MainScreen : public ui::Form {
   ui::MenuEntry mnuOperations;
   ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
       mnuViewCodeComplete;
+  ui::MenuEntry mnuHelp, mnuGuide;
 
  private:
   void buildMenu();

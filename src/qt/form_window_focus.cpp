@@ -11,6 +11,32 @@
 
 namespace ledgertree::qt {
 
+namespace {
+
+/// The scroll area's own way to do it takes the bar for one that runs from the left.
+void scrollTo(const QScrollArea& ground, const QWidget& widget) {
+  const QRect room = ground.viewport()->rect();
+  const QRect place(widget.mapTo(ground.viewport(), QPoint(0, 0)), widget.size());
+  int right = 0;
+  int down = 0;
+  if (place.right() > room.right()) {
+    right = room.right() - place.right();
+  } else if (place.left() < room.left()) {
+    right = std::min(room.left() - place.left(), room.right() - place.right());
+  }
+  if (place.top() < room.top()) {
+    down = room.top() - place.top();
+  } else if (place.bottom() > room.bottom()) {
+    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
+  }
+  QScrollBar& across = *ground.horizontalScrollBar();
+  across.setValue(across.value() + right);
+  QScrollBar& along = *ground.verticalScrollBar();
+  along.setValue(along.value() - down);
+}
+
+}  // namespace
+
 void FormWindow::moveFocus(ui::Control& control) {
   ControlView* view = viewOf(&control);
   if (view == nullptr || view->focusWidget() == nullptr) return;
@@ -35,25 +61,10 @@ void FormWindow::focusArrived(ControlView& view) {
 }
 
 void FormWindow::bringIntoView(const QWidget& widget) {
-  // The scroll area's own way to do it takes the bar for one that runs from the left.
-  const QRect room = scroll_->viewport()->rect();
-  const QRect place(widget.mapTo(scroll_->viewport(), QPoint(0, 0)), widget.size());
-  int right = 0;
-  int down = 0;
-  if (place.right() > room.right()) {
-    right = room.right() - place.right();
-  } else if (place.left() < room.left()) {
-    right = std::min(room.left() - place.left(), room.right() - place.right());
+  // A frame that scrolls first, then the window.
+  for (QWidget* around = widget.parentWidget(); around != this; around = around->parentWidget()) {
+    if (auto* ground = qobject_cast<QScrollArea*>(around)) scrollTo(*ground, widget);
   }
-  if (place.top() < room.top()) {
-    down = room.top() - place.top();
-  } else if (place.bottom() > room.bottom()) {
-    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
-  }
-  QScrollBar& across = *scroll_->horizontalScrollBar();
-  across.setValue(across.value() + right);
-  QScrollBar& along = *scroll_->verticalScrollBar();
-  along.setValue(along.value() - down);
 }
 
 void FormWindow::reportFocus() {

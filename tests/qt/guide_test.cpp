@@ -111,6 +111,7 @@ class Guide : public DemoChartScreen {
       const double whole = text.document()->documentLayout()->frameBoundingRect(frame).width();
       EXPECT_NEAR((second.left() - first.left()) / whole, table.columns() == 2 ? 0.7 : 0.3, 0.02);
       EXPECT_NEAR(second.left() - first.right(), 2 * table.format().cellPadding() + 1, 1);
+      EXPECT_EQ(table.format().borderStyle(), QTextFrameFormat::BorderStyle_Solid);
     }
   }
 
@@ -250,6 +251,11 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   const QUrl picture("pictures/guide/FormMain.png");
   const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
   EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";
+  // The entry of the menu leads where the key does.
+  form->mnuHelp.setVisible(true);
+  form->cmdDeletePeriod.focus();
+  form->mnuGuide.click();
+  EXPECT_EQ(guide->section().toStdString(), "FormMain.cmdDeletePeriod");
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 

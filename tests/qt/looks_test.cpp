@@ -7,6 +7,7 @@
 #include "qt/appearance.h"
 #include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
+#include "qt/wait_panel.h"
 #include "screen.h"
 
 namespace ledgertree::test {
@@ -70,7 +71,7 @@ QString looksOf(const QWidget& widget) {
       widget.layoutDirection() == Qt::RightToLeft ? "rightToLeft" : "leftToRight");
   const bool bar = widget.inherits("QProgressBar");
   add(!bar && around != nullptr && widget.fontInfo().pixelSize() < around->fontInfo().pixelSize(), "small");
-  add(bar && widget.fontMetrics().height() > widget.height(), "cut");
+  add(bar && widget.fontMetrics().height() > widget.height() - 3, "cut");
   const auto* label = qobject_cast<const QLabel*>(&widget);
   const int margin = label != nullptr             ? label->contentsMargins().left()
                      : widget.layout() != nullptr ? widget.layout()->contentsMargins().left()
@@ -168,11 +169,64 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
     });
     notice.ask();
   }
+  // A wait ahead of the first screen.
+  qt::WaitPanel wait(nullptr);
+  wait.tell("در انتظار", "انصراف");
+  looks += "== wait\n" + looksOf(wait, "");
+  wait.close();
   qt::GuideWindow::open(screen.window(), {}, {});
   QTest::keyClicks(qt::GuideWindow::standing()->findChild<QLineEdit*>(), "zz");
   looks += "== guide\n" + looksOf(*qt::GuideWindow::standing(), "");
   qt::GuideWindow::standing()->close();
   expectTable("looks", looks.substr(1));
+}
+
+/// How well the letters of a widget stand out of their ground, by its pixels: the ground is the colour of
+/// most of them, and the ink the one that is furthest from it.
+double contrastOf(QWidget& widget) {
+  const auto light = [](QRgb colour) {
+    const auto linear = [](int part) {
+      return part <= 10 ? part / 255.0 / 12.92 : std::pow((part / 255.0 + 0.055) / 1.055, 2.4);
+    };
+    return 0.05 + 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
+           0.0722 * linear(qBlue(colour));
+  };
+  // The corners and borders of the toolkit aren't read.
+  const QImage picture = painted(widget, widget.rect().adjusted(6, 3, -6, -3));
+  std::map<QRgb, int> colours;
+  for (int at = 0; at < picture.width() * picture.height(); ++at)
+    ++colours[picture.pixel(at % picture.width(), at / picture.width())];
+  const auto less = [](const auto& one, const auto& other) { return one.second < other.second; };
+  const double ground = light(std::max_element(colours.begin(), colours.end(), less)->first);
+  double best = 1;
+  for (const auto& [colour, count] : colours)
+    best = std::max({best, ground / light(colour), light(colour) / ground});
+  return best;
+}
+
+TEST(ScreenLooks, WhatIsReadStandsOutOfItsGround) {
+  Screen screen;
+  auto& form = *screen.form;
+  screen.show();
+  screen.type(form.txtCode, "105");
+  form.lstPeriod.choose(1);
+  for (const bool enabled : {true, false}) {
+    for (ui::Control* control : std::initializer_list<ui::Control*>{
+             &form.optAll, &form.chkDeep, &form.txtCode, &form.cmdNew, &form.lblCode, &form.lstPeriod}) {
+      control->setEnabled(enabled);
+      EXPECT_GE(contrastOf(screen.widget(*control)), 4.5) << control->name() << enabled;
+    }
+  }
+  qt::NoticeDialog notice;
+  notice.kind = qt::NoticeDialog::Kind::Question;
+  QTimer::singleShot(0, &screen.window(), [&] {
+    QWidget& dialog = *QApplication::activeModalWidget();
+    EXPECT_FALSE(dialog.windowIcon().isNull());
+    for (QPushButton* button : dialog.findChildren<QPushButton*>())
+      EXPECT_GE(contrastOf(*button), 4.5) << fromQt(button->text());
+    dialog.close();
+  });
+  notice.ask();
 }
 
 /// Where everything in a window stands and how large it is.
@@ -224,6 +278,8 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
     return painted(bar, {side * bar.width() / 2, 0, bar.width() / 2, bar.height()});
   };
   for (const int side : {0, 1}) EXPECT_NE(half("حساب حساب حساب حساب", side), half("", side)) << side;
+  screen.form->progress.setProgress(0, 2, "");
+  EXPECT_LT(bar.property("value").toInt(), 0) << "at 0 a sliver would be drawn";
   // The border of a frame ends at its title.
   QWidget& frame = screen.widget(screen.form->record);
   const QImage picture = painted(frame);
@@ -231,7 +287,23 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   const auto ground = picture.pixel(frame.width() / 2, line * 2 / 3);
   EXPECT_EQ(picture.pixel(frame.width() - line / 2 - 1, line / 2), ground);
   EXPECT_NE(picture.pixel(frame.width() / 4, line / 2), ground);
-  // The box that one ticks is as large as the letters.
+  // A host that writes from the left changes nothing.
+  auto& menu = *screen.window().findChild<QMenu*>();
+  menu.adjustSize();
+  const auto drawn = [&] { return std::pair(painted(screen.window()), painted(menu)); };
+  const auto own = drawn();
+  const Qt::LayoutDirection host = QApplication::layoutDirection();
+  QApplication::setLayoutDirection(host == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight);
+  EXPECT_TRUE(drawn() == own);
+  QApplication::setLayoutDirection(host);
+  // The pictures of a tree, and the box that one ticks, are as large as the letters.
+  const QFont font = QApplication::font();
+  QApplication::setFont(QFont(font.family(), 40));
+  Screen large;
+  large.show();
+  const auto& tree = large.widget<QTreeView>(large.form->tree);
+  EXPECT_GT(tree.iconSize().height() * 2, tree.fontMetrics().height());
+  QApplication::setFont(font);
   QCheckBox box;
   box.setFont(QFont("", 40));
   qt::dress(box);

@@ -7,22 +7,6 @@
 
 namespace ledgertree::mainform {
 
-namespace {
-
-/// A form that isn't larger keeps its layout, and its baseline.
-constexpr ui::Twips kSmallest = 6000;
-
-void grow(ui::Control& control, int left, int top, int width, int height) {
-  ui::Bounds bounds = control.bounds();
-  bounds.left += left;
-  bounds.top += top;
-  bounds.width += width;
-  bounds.height += height;
-  control.setBounds(bounds);
-}
-
-}  // namespace
-
 FormMain::FormMain(shell::Shell& shell)
     : MainScreen(shell),
       shell_(shell),
@@ -32,11 +16,14 @@ FormMain::FormMain(shell::Shell& shell)
       commands_(*this, shell, record_, tree_),
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
-      screens_(*this, shell, tree_) {
+      screens_(*this, shell, tree_),
+      others_(*this, shell, record_, tree_) {
+  wireLayout();
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
     tree_.keepHighlightFor(accountID);
+    others_.forgetWord();
     shell_.news.add(ChartEvent::Kind::Shown,
                     accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
   };
@@ -45,6 +32,7 @@ FormMain::FormMain(shell::Shell& shell)
     // screen that is opened from here lists what its commands change.
     shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
     tree_.settle();
+    others_.forgetWord();
   };
   Timer1.onTick = [this] { followRecord(*this); };
 }
@@ -70,10 +58,12 @@ void FormMain::load() {
   settings = data::readSystemParameters(*shell_.dtEn());
   connectSelectors();
   showEntityFields();
+  showDivider();
   commands_.showOffers();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();
+  others_.begin();
   tree_.refreshTree();
   shell_.showNews();
 }
@@ -93,33 +83,6 @@ void FormMain::connectSelectors() {
   sltEntity.setConnectionText(shell_.dtEn()->cnMainData.ConnectionString());
   for (shell::Selector* selector : {&sltGroup, &sltEntityType, &sltBranch, &sltPosition})
     selector->setConnectionText(shell_.context.gConnectionString);
-}
-
-/// With several entities an account, they are kept in dialogs of their own and leave the record.
-void FormMain::showEntityFields() {
-  const bool several = settings.MultiEntityMode;
-  cmdRelClasses.setVisible(several);
-  for (ui::Control* control :
-       std::initializer_list<ui::Control*>{&lblBranch, &lblPosition, &lblRelClass, &lblRelObject,
-                                           &sltPosition, &sltBranch, &sltEntityType, &sltEntity})
-    control->setVisible(!several);
-}
-
-/// The record keeps its width: all extra width goes to the tree, whose commands travel with its right edge.
-void FormMain::resized() {
-  if (size().width <= kSmallest || size().height <= kSmallest) return;
-  const int dW = size().width - baseline_.width;
-  const int dH = size().height - baseline_.height;
-  grow(treeAccount, 0, 0, dW, dH);
-  grow(progressBar, 0, 0, dW, 0);
-  grow(frameMain, 0, 0, 0, dH);
-  grow(FrameViewType, 0, 0, dW, 0);
-  grow(lblMessage, dW, dH, 0, 0);
-  grow(Frm7, 0, dH, 0, 0);
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &cmdRefreshAccountTree, &cmdCopyPeriod, &cmdDeletePeriod, &optPeriodAll, &optPeriodic})
-    grow(*control, dW, 0, 0, 0);
-  baseline_ = size();
 }
 
 void FormMain::unload() {
