@@ -17,6 +17,11 @@ enum class Offer {
   /// The tree keeps its place where it is read again (behind a save, a deletion, F5 and all else that closes
   /// it otherwise): what was open is open, and the account on the record is highlighted and in sight.
   KeptPlace,
+  /// A menu on an account of the tree, by the right button or the menu key: a new account below it, edit,
+  /// delete, its periods, copy its code. And on the title's picker: the account in the tree.
+  ContextMenu,
+  /// Enter goes to the next field, and with Shift back, where it has no other meaning.
+  EnterAsTab,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

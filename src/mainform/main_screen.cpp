@@ -135,7 +135,15 @@ MainScreen::MainScreen(shell::Shell& shell)
       mnuView2(*this, "mnuView2", "عدم مشاهده جزئيات..."),
       i2344(*this, "i2344", ""),
       mnuViewCode(*this, "mnuViewCode", "مشاهده كد حساب..."),
-      mnuViewCodeComplete(*this, "mnuViewCodeComplete", "مشاهده كد كامل حساب...", true, true) {
+      mnuViewCodeComplete(*this, "mnuViewCodeComplete", "مشاهده كد كامل حساب...", true, true),
+      mnuAccount(*this, "mnuAccount", "حساب"),
+      mnuNewBelow(*this, "mnuNewBelow", "حساب جديد زير اين حساب..."),
+      mnuEditAccount(*this, "mnuEditAccount", "اصلاح..."),
+      mnuDeleteAccount(*this, "mnuDeleteAccount", "حذف..."),
+      mnuPeriodsOfAccount(*this, "mnuPeriodsOfAccount", "تنظيم سالهاي مالي و شعب..."),
+      mnuAccountLine(*this, "mnuAccountLine", ""),
+      mnuCopyCode(*this, "mnuCopyCode", "کپي کد"),
+      mnuShowInTree(*this, "mnuShowInTree", "نمايش در درخت", false) {
   setResizable(true);
   buildMenu();
   dressControls();
@@ -158,6 +166,9 @@ void MainScreen::buildMenu() {
   i12.add(i342).add(mnuShublonError).add(mnuSameCoding).add(mnuAccountBatch);
   mnuOperations.add(mnuName).add(mnuCode).add(mnuNameAndCode).add(nlkjkfj);
   mnuOperations.add(mnuView1).add(mnuView2).add(i2344).add(mnuViewCode).add(mnuViewCodeComplete);
+  mnuAccount.add(mnuNewBelow).add(mnuEditAccount).add(mnuDeleteAccount).add(mnuPeriodsOfAccount);
+  mnuAccount.add(mnuAccountLine).add(mnuCopyCode);
+  sltAccount.setEntry(mnuShowInTree);
   addMenu(mnuFonc);
   addMenu(i12);
   addMenu(mnuOperations);

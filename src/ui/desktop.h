@@ -50,6 +50,9 @@ class Desktop {
   /// Opens a menu with its corner at a place of the form, and returns at once or when it closed.
   virtual void popUpMenu(Form& form, MenuEntry& menu, Twips left, Twips top) = 0;
 
+  /// Puts a text where another program can paste it from.
+  virtual void copyText(std::string_view text) = 0;
+
   virtual void setPointer(Pointer pointer) = 0;
   /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by
   /// focusMoved.

@@ -30,6 +30,7 @@ FormMain::FormMain(shell::Shell& shell)
       record_(*this, shell, [this](std::int32_t classID) { return rules_.ruleOfClass(classID); }),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),
+      accountMenu_(*this, shell, tree_),
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
       screens_(*this, shell, tree_) {
@@ -71,6 +72,7 @@ void FormMain::load() {
   connectSelectors();
   showEntityFields();
   commands_.showOffers();
+  accountMenu_.showOffer();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();

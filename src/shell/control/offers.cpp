@@ -6,6 +6,8 @@ namespace ledgertree {
 
 void offer(const std::set<Offer>& offers) { ControlSession::process().shell().offers = offers; }
 
-std::set<Offer> everyOffer() { return {Offer::HiddenCommands, Offer::Export, Offer::KeptPlace}; }
+std::set<Offer> everyOffer() {
+  return {Offer::HiddenCommands, Offer::Export, Offer::KeptPlace, Offer::ContextMenu, Offer::EnterAsTab};
+}
 
 }  // namespace ledgertree
