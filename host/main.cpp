@@ -31,6 +31,7 @@ struct Options {
   std::int16_t employee = 0;
   std::int16_t period = 0;
   bool modal = false;
+  bool exports = true;
 };
 
 std::int16_t smallNumber(const QCommandLineParser& parser, const QString& option) {
@@ -59,6 +60,7 @@ Options readOptions(const QCoreApplication& application) {
       {"period", "The ID of the current fiscal period; 0 asks the database for the user's.", "ID", "0"},
       {"view", "Opens the screen on one account, read-only.", "ID"},
       {"modal", "Takes no modeless form, as some hosts do."},
+      {"no-export", "Keeps the export to a spreadsheet from the user, as a host may."},
       {"pictures", "Where pictures of the screen go on a machine without a display.", "folder", "."},
   });
   parser.process(application);
@@ -70,7 +72,8 @@ Options readOptions(const QCoreApplication& application) {
           .position = smallNumber(parser, "position"),
           .employee = smallNumber(parser, "employee"),
           .period = smallNumber(parser, "period"),
-          .modal = parser.isSet("modal")};
+          .modal = parser.isSet("modal"),
+          .exports = !parser.isSet("no-export")};
 }
 
 /// A path as a value of a connection text, in which a quote stands twice.
@@ -100,7 +103,9 @@ int drawInstead(const Options& options) {
 
 int openChart(const Options& options, bool display) {
   ledgertree::installQtDesktop({.modelessForms = !options.modal || !display});
-  ledgertree::offer(ledgertree::everyOffer());
+  auto offers = ledgertree::everyOffer();
+  if (!options.exports) offers.erase(ledgertree::Offer::Export);
+  ledgertree::offer(offers);
   ledgertree::LedgerTreeControl control;
   control.OLEConnectionString(connectionText(options).toStdString());
   control.UserID(options.user);

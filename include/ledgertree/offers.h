@@ -17,6 +17,11 @@ enum class Offer {
   /// The tree keeps its place where it is read again (behind a save, a deletion, F5 and all else that closes
   /// it otherwise): what was open is open, and the account on the record is highlighted and in sight.
   KeptPlace,
+  /// A divider between the record and the tree, moved with the mouse or, behind a Tab, by the arrow keys:
+  /// what the tree gets by it the record scrolls over. Where it was put counts for the life of the process.
+  Divider,
+  /// The menu "راهنما", which opens what F1 opens.
+  Guide,
   /// A menu on an account of the tree, by the right button or the menu key: a new account below it, edit,
   /// delete, its periods, copy its code. And on the title's picker: the account in the tree.
   ContextMenu,

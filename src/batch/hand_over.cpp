@@ -89,6 +89,7 @@ void editCostCenters(shell::Shell& shell, std::string_view basePath) {
   const auto component = createRegistering(shell, "PactKit.PactEditor", basePath);
   if (!component) return;
   introduce(shell.context, *component);
+  shell.waits.noteWrite();
   skippingFailure([&] { component->call("ClearShow", {}); });
   shell.desktop().setPointer(ui::Pointer::Default);
 }

@@ -101,6 +101,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       cmdDeletePeriod(*this, "cmdDeletePeriod", {7680, 1140, 1920, 360}, "پنهان از دوره مالي"),
       treeAccount(*this, "treeAccount", {7680, 1530, 5880, 2700}),
       lblMessage(*this, "lblMessage", {9600, 4260, 3960, 270}),
+      divider(*this, "divider", {7620, 720, 60, 3810}),
       Timer1(*this, "Timer1", 200ms),
       mnuFonc(*this, "mnuFonc", "عمليات"),
       mnuFonc1(*this, "mnuFonc1", "جديد..."),
@@ -136,6 +137,8 @@ MainScreen::MainScreen(shell::Shell& shell)
       i2344(*this, "i2344", ""),
       mnuViewCode(*this, "mnuViewCode", "مشاهده كد حساب..."),
       mnuViewCodeComplete(*this, "mnuViewCodeComplete", "مشاهده كد كامل حساب...", true, true),
+      mnuHelp(*this, "mnuHelp", "راهنما", false),
+      mnuGuide(*this, "mnuGuide", "راهنماي سرفصل حسابها"),
       mnuAccount(*this, "mnuAccount", "حساب"),
       mnuNewBelow(*this, "mnuNewBelow", "حساب جديد زير اين حساب..."),
       mnuEditAccount(*this, "mnuEditAccount", "اصلاح..."),
@@ -172,11 +175,13 @@ void MainScreen::buildMenu() {
   addMenu(mnuFonc);
   addMenu(i12);
   addMenu(mnuOperations);
+  addMenu(mnuHelp.add(mnuGuide));
 }
 
 void MainScreen::dressControls() {
-  for (ui::PushButton* hidden : {&cmdOperations, &cmdi12, &cmdEditTree}) hidden->setVisible(false);
-  datCreate.setVisible(false);
+  for (ui::Control* hidden :
+       std::initializer_list<ui::Control*>{&cmdOperations, &cmdi12, &cmdEditTree, &datCreate, &divider})
+    hidden->setVisible(false);
   // Nothing is under way at the start; who works long shows how far it is.
   progressBar.setVisible(false);
   // The bar keeps its width when the window grows: a border would end in the middle of the screen.
@@ -204,6 +209,12 @@ void MainScreen::setShortcuts() {
   shortcut(cmdExit, ui::KeyChord::ctrlAnd('Q'));
   shortcut(cmdTools, ui::KeyChord::of(ui::Key::F10));
   shortcut(cmdRefreshAccountTree, ui::KeyChord::of(ui::Key::F5));
+  // The entries that are second roads to a button, and the guide, whose key every screen has.
+  mnuFonc1.setKeys(cmdNew.shortcut());
+  mnuFonc2.setKeys(cmdEdit.shortcut());
+  mnuFonc4.setKeys(cmdDelete.shortcut());
+  mnuFonc9.setKeys(cmdExit.shortcut());
+  mnuGuide.setKeys(ui::KeyChord::of(ui::Key::F1));
 }
 
 void MainScreen::nameControls() {
@@ -232,6 +243,8 @@ void MainScreen::nameControls() {
   name(treeAccount, "درخت حسابها");
   name(progressBar, "پيشرفت کار");
   name(lblMessage, "وضعيت فرم");
+  name(divider, "مرز درخت و مشخصات حساب");
+  divider.setHint("تقسيم صفحه ميان درخت و مشخصات حساب");
 }
 
 std::int32_t MainScreen::accountID() const { return data::toNumber(txtID.text()).asInt32(); }

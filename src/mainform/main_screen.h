@@ -13,6 +13,7 @@
 #include "shell/shell.h"
 #include "ui/buttons.h"
 #include "ui/control.h"
+#include "ui/divider.h"
 #include "ui/form.h"
 #include "ui/menu.h"
 #include "ui/text_field.h"
@@ -142,6 +143,7 @@ class MainScreen : public ui::Form {
   ui::PushButton cmdDeletePeriod;
   ui::Tree treeAccount;
   ui::Label lblMessage;
+  ui::Divider divider;
 
   ui::Timer Timer1;
 
@@ -155,6 +157,7 @@ class MainScreen : public ui::Form {
   ui::MenuEntry mnuOperations;
   ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
       mnuViewCodeComplete;
+  ui::MenuEntry mnuHelp, mnuGuide;
   /// What comes up on an account of the tree, and the entry of the title's picker.
   ui::MenuEntry mnuAccount;
   ui::MenuEntry mnuNewBelow, mnuEditAccount, mnuDeleteAccount, mnuPeriodsOfAccount, mnuAccountLine,

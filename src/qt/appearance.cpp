@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "qt/window_icon.h"
+
 namespace ledgertree::qt {
 
 namespace {
@@ -78,6 +80,7 @@ class ScreenStyle : public QProxyStyle {
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
     const SteadyPalette steady(*option);
+    if (element == PE_Frame) return drawFrame(*option, *painter);
     const bool ofLine =
         element == PE_IndicatorArrowDown && qobject_cast<const QToolButton*>(widget) != nullptr;
     if (!ofLine && element != PE_IndicatorBranch)
@@ -88,6 +91,19 @@ class ScreenStyle : public QProxyStyle {
   }
 
  private:
+  /// The border of a list or a text. The toolkit's own is a line, which falls out of the clip on a side where
+  /// the pixels of the screen are a fraction of those of the window.
+  static void drawFrame(const QStyleOption& option, QPainter& painter) {
+    const QRectF edge(option.rect);
+    const QRectF inside = edge.adjusted(1, 1, -1, -1);
+    const QColor colour = option.palette.color(QPalette::Mid);
+    for (const QRectF& side :
+         {QRectF(edge.topLeft(), inside.topRight() + QPointF(1, 0)),
+          QRectF(inside.bottomLeft() - QPointF(1, 0), edge.bottomRight()),
+          QRectF(edge.topLeft(), inside.bottomLeft()), QRectF(inside.topRight(), edge.bottomRight())})
+      painter.fillRect(side, colour);
+  }
+
   /// A triangle: down where something is open, else to the side that the text runs to.
   static void drawMark(const QStyleOption& option, QPainter& painter, bool open, const QWidget* widget) {
     const double size = widget == nullptr ? 8 : widget->fontMetrics().height() * 0.5;
@@ -133,7 +149,8 @@ QFont screenFont() {
 
 QPalette screenPalette(const QColor& background) {
   const QColor text(0x1B, 0x22, 0x2C);
-  const QColor faint(0x6B, 0x75, 0x82);
+  // Faint and still read: what is out of reach shows values, and they stand on the ground of the screens too.
+  const QColor faint(0x4A, 0x55, 0x63);
   const QColor highlight(0x2F, 0x6F, 0xB7);
   QPalette palette;
   for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
@@ -165,6 +182,8 @@ QPalette screenPalette(const QColor& background) {
 
 void dress(QWidget& widget) {
   widget.setStyle(&screenStyle());
+  const bool window = widget.windowType() == Qt::Window || widget.windowType() == Qt::Dialog;
+  if (window && QApplication::windowIcon().isNull()) widget.setWindowIcon(windowIcon());
   for (QWidget* below : widget.findChildren<QWidget*>()) below->setStyle(&screenStyle());
 }
 

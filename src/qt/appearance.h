@@ -18,7 +18,7 @@ namespace ledgertree::qt {
 [[nodiscard]] QFont screenFont();
 /// Colours that stay readable on a light `background`, also where the person's desktop is dark.
 [[nodiscard]] QPalette screenPalette(const QColor& background);
-/// Gives a widget and all below it the style of the screens.
+/// Gives a widget and all below it the style of the screens, and a window an icon where the host has none.
 void dress(QWidget& widget);
 [[nodiscard]] QColor toQt(ui::Colour colour);
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QScrollArea>
 #include <QWidget>
 #include <optional>
 
@@ -56,6 +57,17 @@ class ViewOf : public ControlView {
 
  private:
   Kind& control_;
+};
+
+/// Scrolls over what stands on it. It leaves to the window what is brought into view: the toolkit's own way,
+/// behind every Tab, takes its bar for one that runs from the left, and scrolls away from the field.
+class Ground : public QScrollArea {
+ public:
+  using QScrollArea::QScrollArea;
+
+ protected:
+  // NOLINTNEXTLINE(bugprone-parent-virtual-call): the class above is the one that scrolls
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 
 /// While one stands, what a widget tells is the echo of a program's change and no act of the person.

@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "qt/divider_view.h"
 #include "qt/grid_view.h"
 #include "qt/help_offer.h"
 #include "qt/labelling.h"
@@ -21,21 +22,6 @@
 #include "ui/timer.h"
 
 namespace ledgertree::qt {
-
-namespace {
-
-/// It leaves to the window what is brought into view: its own way, behind every Tab, takes its bar for one
-/// that runs from the left, and scrolls away from the field.
-class Ground : public QScrollArea {
- public:
-  using QScrollArea::QScrollArea;
-
- protected:
-  // NOLINTNEXTLINE(bugprone-parent-virtual-call): the class above is the one that scrolls
-  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
-};
-
-}  // namespace
 
 FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
     : form_(&form),
@@ -119,7 +105,7 @@ void FormWindow::build() {
 QWidget& FormWindow::parentFor(const ui::Control& control) {
   if (control.frame() == nullptr) return *canvas_;
   if (viewOf(control.frame()) == nullptr) control.frame()->accept(*this);
-  return viewOf(control.frame())->widget();
+  return static_cast<FrameView*>(viewOf(control.frame()))->ground();
 }
 
 void FormWindow::add(ControlView* view) {
@@ -134,6 +120,7 @@ void FormWindow::add(ControlView* view) {
 
 void FormWindow::visit(ui::CheckBox& control) { add(new CheckBoxView(control, parentFor(control))); }
 void FormWindow::visit(ui::DateDisplay& control) { add(new DateDisplayView(control, parentFor(control))); }
+void FormWindow::visit(ui::Divider& control) { add(new DividerView(control, parentFor(control))); }
 void FormWindow::visit(ui::DropDownList& control) { add(new DropDownListView(control, parentFor(control))); }
 void FormWindow::visit(ui::Frame& control) { add(new FrameView(control, parentFor(control))); }
 void FormWindow::visit(ui::Grid& control) { add(new GridView(control, parentFor(control))); }

@@ -68,6 +68,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   // ControlVisitor: makes the view of each kind.
   void visit(ui::CheckBox& control) override;
   void visit(ui::DateDisplay& control) override;
+  void visit(ui::Divider& control) override;
   void visit(ui::DropDownList& control) override;
   void visit(ui::Frame& control) override;
   void visit(ui::Grid& control) override;
@@ -92,7 +93,9 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void putUp();
   void fitWindow();
   void followSize();
-  /// The pixels that a form of the window's size would have, scroll bars that the design needs taken off.
+  /// The size of the form below which the window scrolls.
+  [[nodiscard]] ui::Size leastSize() const;
+  /// The pixels that a form of the window's size would have, scroll bars that its least size needs taken off.
   [[nodiscard]] QSize room() const;
   void windowResized();
   void fitCanvas();

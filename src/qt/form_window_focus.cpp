@@ -9,10 +9,37 @@
 #include "qt/keys.h"
 #include "qt/qt_desktop.h"
 #include "ui/buttons.h"
+#include "ui/divider.h"
 
 // Where the focus is, what its keys write, and the keys of the form.
 
 namespace ledgertree::qt {
+
+namespace {
+
+/// The scroll area's own way to do it takes the bar for one that runs from the left.
+void scrollTo(const QScrollArea& ground, const QWidget& widget) {
+  const QRect room = ground.viewport()->rect();
+  const QRect place(widget.mapTo(ground.viewport(), QPoint(0, 0)), widget.size());
+  int right = 0;
+  int down = 0;
+  if (place.right() > room.right()) {
+    right = room.right() - place.right();
+  } else if (place.left() < room.left()) {
+    right = std::min(room.left() - place.left(), room.right() - place.right());
+  }
+  if (place.top() < room.top()) {
+    down = room.top() - place.top();
+  } else if (place.bottom() > room.bottom()) {
+    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
+  }
+  QScrollBar& across = *ground.horizontalScrollBar();
+  across.setValue(across.value() + right);
+  QScrollBar& along = *ground.verticalScrollBar();
+  along.setValue(along.value() - down);
+}
+
+}  // namespace
 
 void FormWindow::moveFocus(ui::Control& control) {
   ControlView* view = viewOf(&control);
@@ -38,25 +65,10 @@ void FormWindow::focusArrived(ControlView& view) {
 }
 
 void FormWindow::bringIntoView(const QWidget& widget) {
-  // The scroll area's own way to do it takes the bar for one that runs from the left.
-  const QRect room = scroll_->viewport()->rect();
-  const QRect place(widget.mapTo(scroll_->viewport(), QPoint(0, 0)), widget.size());
-  int right = 0;
-  int down = 0;
-  if (place.right() > room.right()) {
-    right = room.right() - place.right();
-  } else if (place.left() < room.left()) {
-    right = std::min(room.left() - place.left(), room.right() - place.right());
+  // A frame that scrolls first, then the window.
+  for (QWidget* around = widget.parentWidget(); around != this; around = around->parentWidget()) {
+    if (auto* ground = qobject_cast<QScrollArea*>(around)) scrollTo(*ground, widget);
   }
-  if (place.top() < room.top()) {
-    down = room.top() - place.top();
-  } else if (place.bottom() > room.bottom()) {
-    down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
-  }
-  QScrollBar& across = *scroll_->horizontalScrollBar();
-  across.setValue(across.value() + right);
-  QScrollBar& along = *scroll_->verticalScrollBar();
-  along.setValue(along.value() - down);
 }
 
 void FormWindow::reportFocus() {
@@ -117,8 +129,9 @@ void FormWindow::goToField(bool forward) {
   std::rotate(order.begin(), here, order.end());
   for (auto next = order.begin() + 1; next != order.end(); ++next) {
     const ui::Control& control = byFocusWidget_.at(*next)->base();
-    const bool field = dynamic_cast<const ui::PushButton*>(&control) == nullptr && control.withinReach();
-    if (field && ((*next)->focusPolicy() & Qt::TabFocus) != 0)
+    const bool field = dynamic_cast<const ui::PushButton*>(&control) == nullptr &&
+                       dynamic_cast<const ui::Divider*>(&control) == nullptr;
+    if (field && control.withinReach() && ((*next)->focusPolicy() & Qt::TabFocus) != 0)
       return (*next)->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
   }
 }

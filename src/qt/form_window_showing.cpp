@@ -74,10 +74,13 @@ void FormWindow::putUp() {
 }
 
 void FormWindow::fitWindow() {
-  QSize wanted = scale_.pixels(form_->size());
-  if (!bar_->isHidden()) wanted.rheight() += bar_->heightForWidth(wanted.width());
   constexpr int kTitleBar = 40;
   const QSize room = screen()->availableSize() - QSize(0, kTitleBar);
+  QSize wanted = scale_.pixels(form_->size());
+  // What a person gets who takes a form that wants the whole screen out of it: most of the screen.
+  if (form_->wantsMaximised())
+    wanted = wanted.expandedTo(scale_.pixels(form_->smallestSize())).expandedTo(room * 0.85);
+  if (!bar_->isHidden()) wanted.rheight() += bar_->heightForWidth(wanted.width());
   const bool scrolls = wanted.width() > room.width() || wanted.height() > room.height();
   if (scrolls) {
     // Room for the scroll bar of the other direction, so that one bar doesn't call for the second.
@@ -136,26 +139,34 @@ void FormWindow::popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top)
   menus_.makePopUp(menu, *this)->popup(corner);
 }
 
+ui::Size FormWindow::leastSize() const {
+  const ui::Size design = form_->designSize();
+  const ui::Size smallest = form_->smallestSize();
+  // A form that has grown past the height from which it follows goes back to that one; one that never did
+  // stands in its design.
+  return {smallest.width, std::max(design.height, std::min(smallest.height, form_->size().height))};
+}
+
 QSize FormWindow::room() const {
-  const QSize design = scale_.pixels(form_->designSize());
+  const QSize least = scale_.pixels(leastSize());
   const QSize window = scroll_->maximumViewportSize();
   const int bar = scroll_->verticalScrollBar()->sizeHint().width();
-  bool across = design.width() > window.width();
-  const bool along = design.height() > window.height() - (across ? bar : 0);
-  across = design.width() > window.width() - (along ? bar : 0);
+  bool across = least.width() > window.width();
+  const bool along = least.height() > window.height() - (across ? bar : 0);
+  across = least.width() > window.width() - (along ? bar : 0);
   return window - QSize(along ? bar : 0, across ? bar : 0);
 }
 
 void FormWindow::windowResized() {
   if (form_ == nullptr || showing_ == Showing::Hidden) return;
   if (form_->resizable()) {
-    const ui::Size design = form_->designSize();
-    const QSize pixels = scale_.pixels(design);
+    const ui::Size least = leastSize();
+    const QSize pixels = scale_.pixels(least);
     const QSize present = room();
     const ui::Size size = scale_.twips(present);
     const Echo resizing(resizing_);
-    form_->resize({present.width() <= pixels.width() ? design.width : size.width,
-                   present.height() <= pixels.height() ? design.height : size.height});
+    form_->resize({present.width() <= pixels.width() ? least.width : size.width,
+                   present.height() <= pixels.height() ? least.height : size.height});
   }
   if (form_ != nullptr) fitCanvas();
 }
@@ -164,7 +175,7 @@ void FormWindow::fitCanvas() {
   // A form may leave its controls where a larger size had put them: all of them can be scrolled to.
   constexpr ui::Twips kRounding = 30;
   const ui::Size size = form_->size();
-  ui::Size needed = form_->designSize();
+  ui::Size needed = leastSize();
   needed = {std::min(needed.width, size.width), std::min(needed.height, size.height)};
   for (const ui::Control* control : form_->controls()) {
     if (control->frame() != nullptr || !control->visible()) continue;

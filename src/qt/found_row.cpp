@@ -97,7 +97,8 @@ void FoundRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const int left = room.width() - QFontMetrics(bold).horizontalAdvance(text) - gap;
   place = left > 4 * gap ? plain.elidedText(place, Qt::ElideRight, left) : QString();
   QTextCharFormat grey;
-  grey.setForeground(pale(colour));
+  // Paler on the ground of the highlight, it couldn't be read.
+  grey.setForeground(selected ? colour : pale(colour));
   if (!place.isEmpty()) pieces.add("    " + place, grey);
 
   QTextLayout layout(pieces.text, item.font);

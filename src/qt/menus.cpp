@@ -50,6 +50,12 @@ void Menus::fillMenu(QMenu& menu, const std::vector<ui::MenuEntry*>& entries) {
 
 void Menus::bind(QAction& action, ui::MenuEntry& entry) {
   action.setObjectName(toQt(entry.name()));
+  // Shown beside the caption. In the window of a host it is the focus that decides whose keys they are, so
+  // that the action itself never hears them outside of the bar.
+  if (!entry.keys().empty()) {
+    action.setShortcut(QKeySequence(toQt(entry.keys().text())));
+    action.setShortcutContext(Qt::WidgetShortcut);
+  }
   show(action, entry);
   actions_.emplace_back(&action, &entry);
   connect(&action, &QAction::triggered, this, [this, &action, &entry] {

@@ -178,8 +178,10 @@ QPushButton* Dialog::makeButton(const QString& caption, NoticeDialog::Answer giv
   auto* button = new QPushButton(caption, this);
   QPalette colours = palette();
   const QColor ground = notice.button;
-  colours.setColor(QPalette::Button, ground);
-  colours.setColor(QPalette::ButtonText, inkOn(ground));
+  const QColor ink = inkOn(ground);
+  // The style paints a dark button lighter than its colour: too light for white letters.
+  colours.setColor(QPalette::Button, ink == Qt::white ? ground.darker(130) : ground);
+  colours.setColor(QPalette::ButtonText, ink);
   button->setPalette(colours);
   button->setMinimumWidth(fontMetrics().averageCharWidth() * 14);
   connect(button, &QPushButton::clicked, this, [this, given] { answerWith(given); });

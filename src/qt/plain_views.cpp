@@ -205,6 +205,31 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
     : ViewOf(control), panel_(new Panel(toQt(control.caption()), &parent)) {
   panel_->setFocusPolicy(Qt::NoFocus);
   static_cast<Panel*>(panel_)->setFlat(!control.bordered());
+  if (control.scrolledWidth() == 0) return;
+  scroll_ = new Ground(panel_);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+  scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  ground_ = new QWidget;
+  scroll_->setWidget(ground_);
+  // The border and the colour of the panel shine through.
+  ground_->setAutoFillBackground(false);
+  scroll_->viewport()->setAutoFillBackground(false);
+}
+
+void FrameView::rescaled(const Scale& scale) {
+  scale_ = scale;
+  moved();
+}
+
+void FrameView::moved() {
+  if (scroll_ == nullptr || !standing()) return;
+  const int width = scale_.pixels(control().scrolledWidth());
+  // Inside the border, whose sides the panel paints.
+  const bool scrolls = width > panel_->width();
+  scroll_->setGeometry(panel_->rect().adjusted(scrolls ? 1 : 0, 0, scrolls ? -1 : 0, scrolls ? -1 : 0));
+  scroll_->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+  ground_->resize(width, scroll_->viewport()->height());
 }
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)

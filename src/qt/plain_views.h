@@ -6,6 +6,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 
 #include "qt/control_view.h"
 #include "ui/buttons.h"
@@ -63,10 +64,17 @@ class FrameView : public ViewOf<ui::Frame> {
  public:
   FrameView(ui::Frame& control, QWidget& parent);
   [[nodiscard]] QWidget& widget() override { return *panel_; }
+  /// What the controls of the frame stand on.
+  [[nodiscard]] QWidget& ground() { return ground_ != nullptr ? *ground_ : *panel_; }
   void sync(ui::Change) override {}
+  void rescaled(const Scale& scale) override;
+  void moved() override;
 
  private:
   QWidget* panel_;
+  QScrollArea* scroll_ = nullptr;
+  QWidget* ground_ = nullptr;
+  Scale scale_;
 };
 
 class ProgressBarView : public ViewOf<ui::ProgressBar> {

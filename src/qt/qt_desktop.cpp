@@ -193,6 +193,14 @@ void QtDesktop::copyText(std::string_view text) {
   if (qApp != nullptr) QApplication::clipboard()->setText(toQt(text));
 }
 
+void QtDesktop::openGuide(ui::Form& form) {
+  FormWindow* window = windowOf(form);
+  if (window == nullptr) return;
+  // The guide hears its key at whatever offers it, and belongs to no desktop (see help_offer.h).
+  QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+  QApplication::sendEvent(window, &press);
+}
+
 void QtDesktop::setPointer(ui::Pointer pointer) {
   if (qApp != nullptr) showHourglass(pointer == ui::Pointer::Hourglass);
 }

@@ -1,5 +1,6 @@
 #include "shell/awaited_connection.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -60,7 +61,8 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
  public:
   using Task = std::function<void(data::Connection&)>;
 
-  explicit Line(std::unique_ptr<data::Connection> engine) : engine_(std::move(engine)) {
+  Line(std::unique_ptr<data::Connection> engine, std::chrono::milliseconds restAfter)
+      : engine_(std::move(engine)), restAfter_(restAfter) {
     engine_->whileWaiting({.givesUp = [this](bool) { return givenUp_.load(); }, .over = {}});
   }
 
@@ -110,8 +112,14 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
 
   bool serve() {
     std::unique_lock lock(mutex_);
+    const auto asked = [this] { return over_ || resumed_ || task_; };
     for (;;) {
-      changed_.wait(lock, [this] { return over_ || resumed_ || task_; });
+      if (!changed_.wait_for(lock, restAfter_, asked)) {
+        lock.unlock();
+        engine_->rest();
+        lock.lock();
+        changed_.wait(lock, asked);
+      }
       if (over_) return false;
       if (resumed_) return *std::exchange(resumed_, std::nullopt);
       Task task = std::exchange(task_, nullptr);
@@ -125,6 +133,7 @@ class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
   }
 
   std::unique_ptr<data::Connection> engine_;
+  std::chrono::milliseconds restAfter_;
   std::mutex mutex_;
   std::condition_variable changed_;
   Task task_;
@@ -141,8 +150,9 @@ void AwaitedConnection::leave() {
 
 AwaitedConnection::Line& AwaitedConnection::ready(const Manner& manner) {
   waits_.require(manner.onlyReads);
+  if (!manner.onlyReads) waits_.noteWrite();
   if (!line_) {
-    auto line = std::make_shared<Line>(make_());
+    auto line = std::make_shared<Line>(make_(), waits_.restAfter);
     line->begin(background_);
     line_ = std::move(line);
   }
@@ -153,7 +163,7 @@ void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& fa
   const auto begun = Clock::now();
   bool gaveUp = false;
   try {
-    gaveUp = !line_->idleWithin(DatabaseWaits::kBeforeShowing) && waitLonger(manner, begun);
+    gaveUp = waitFor(manner, begun);
     if (failure) std::rethrow_exception(failure);
   } catch (const data::DataError& told) {
     // A search that ran out of its own time was given up by whoever asked, and by no person.
@@ -164,8 +174,19 @@ void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& fa
   }
 }
 
+bool AwaitedConnection::waitFor(const Manner& manner, Clock::time_point begun) {
+  struct Noted {
+    DatabaseWaits& waits;
+    Clock::time_point begun;
+    ~Noted() { waits.noteWaited(Clock::now() - begun); }
+  } const noted{waits_, begun};
+  const auto unseen =
+      std::chrono::duration_cast<std::chrono::milliseconds>(DatabaseWaits::kBeforeShowing - waits_.waited());
+  return !line_->idleWithin(std::max(unseen, DatabaseWaits::kBetweenPaints)) && waitLonger(manner, begun);
+}
+
 bool AwaitedConnection::waitLonger(const Manner& manner, Clock::time_point begun) {
-  DatabaseWaits::Wait wait(waits_, begun);
+  DatabaseWaits::Wait wait(waits_, begun - waits_.waited());
   std::optional<Clock::time_point> stopped;
   bool gaveUp = false;
   while (!line_->idleWithin(DatabaseWaits::kBetweenPaints)) {

@@ -60,6 +60,8 @@ class AwaitedConnection final : public data::Connection {
   /// Waits until the line has done what it is at. Throws `failure`, which it may have come to by then, and
   /// where the line isn't waited for any longer.
   void await(const Manner& manner, const std::exception_ptr& failure);
+  /// Shows nothing until the procedure has waited for so long. Gives whether the person gave up.
+  [[nodiscard]] bool waitFor(const Manner& manner, std::chrono::steady_clock::time_point begun);
   /// The part of the wait that shows. Gives whether the person gave up.
   [[nodiscard]] bool waitLonger(const Manner& manner, std::chrono::steady_clock::time_point begun);
   void leave();

@@ -38,6 +38,15 @@ data::Waiting DatabaseWaits::shown() {
           .over = [this] { wait_.reset(); }};
 }
 
+Clock::duration DatabaseWaits::waited() const {
+  return desktop_.procedure() != 0 && waitedIn_ == desktop_.procedure() ? waited_ : Clock::duration();
+}
+
+void DatabaseWaits::noteWaited(Clock::duration time) {
+  waited_ = waited() + time;
+  waitedIn_ = desktop_.procedure();
+}
+
 bool DatabaseWaits::inOutage() const {
   return outage_ && desktop_.procedure() != 0 && outage_->procedure == desktop_.procedure();
 }

@@ -26,6 +26,20 @@ class DatabaseWaits {
   /// the server to say that it stopped.
   std::chrono::milliseconds patience = data::kCommandTimeOut + std::chrono::seconds(1);
 
+  /// How long nobody asks anything on a connection to an engine that answers late before it gives back what
+  /// it holds there; the next command takes it again, unnoticed but for the time. Counts for those made
+  /// later.
+  std::chrono::milliseconds restAfter = std::chrono::minutes(5);
+
+  /// What the procedure that runs has waited for answers so far: many short commands are a long wait, too.
+  [[nodiscard]] std::chrono::steady_clock::duration waited() const;
+  void noteWaited(std::chrono::steady_clock::duration time);
+
+  /// Something was written, or may have been, by a screen of this desktop or by what it called: from then on
+  /// a read that may be of a moment before would show an older state than the person's own.
+  void noteWrite() { wrote_ = true; }
+  [[nodiscard]] bool wrote() const { return wrote_; }
+
   /// One wait. It shows nothing for half a second.
   class Wait {
    public:
@@ -63,6 +77,9 @@ class DatabaseWaits {
   [[nodiscard]] bool inOutage() const;
 
   ui::Desktop& desktop_;
+  bool wrote_ = false;
+  std::uint64_t waitedIn_ = 0;  ///< the procedure
+  std::chrono::steady_clock::duration waited_{};
   std::optional<Outage> outage_;
   std::optional<Wait> wait_;  ///< of an engine on this thread
 };

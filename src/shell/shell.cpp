@@ -2,8 +2,10 @@
 
 #include <ctime>
 
+#include "data/connection_text.h"
 #include "data/permissions.h"
 #include "shell/awaited_connection.h"
+#include "text/characters.h"
 
 namespace ledgertree::shell {
 
@@ -44,6 +46,12 @@ std::unique_ptr<data::Connection> Shell::connectionTo(std::string_view connectio
         waits, background, [this, text = std::string(connectionText)] { return providers.open(text); });
   engine->whileWaiting(waits.shown());
   return engine;
+}
+
+bool Shell::mayAskSecondary(const std::string& connectionText) const {
+  if (waits.wrote()) return false;
+  const auto intent = data::ConnectionText(connectionText).find("Search Intent");
+  return intent && text::equalsIgnoringCase(*intent, "ReadOnly");
 }
 
 std::shared_ptr<data::DtEn> Shell::dtEn() {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "data/dten.h"
+#include "data/operation.h"
 #include "data/permissions.h"
 #include "ledgertree/offers.h"
 #include "shell/background.h"
@@ -51,6 +52,8 @@ class Shell {
   Clock clock;
   /// What the host offers beyond the screens as they are; counts from the next load of a form on.
   std::set<Offer> offers;
+  /// What a person gave to the tree of the width of the record, by the divider between them.
+  ui::Twips givenToTree = 0;
   /// What the host is told when the act is over.
   ChartNews news;
 
@@ -63,6 +66,10 @@ class Shell {
   /// nothing. Throws as data::Providers does for a text.
   [[nodiscard]] std::unique_ptr<data::Connection> connectionTo(std::string_view connectionText);
 
+  /// Whether searches beside the user-interface thread may ask a readable secondary: the text says so with
+  /// "Search Intent=ReadOnly", and nothing was written from here, which might not have arrived there yet.
+  [[nodiscard]] bool mayAskSecondary(const std::string& connectionText) const;
+
   // The gateway.
   /// The gateway of the process, made on first use. An operation holds what it gets, so that a gateway that
   /// is replaced in the middle of it lives on to its end.
@@ -72,6 +79,11 @@ class Shell {
   void dropDtEn() { dtEn_.reset(); }
   /// Drops the gateway, makes a new one and gives its connection the text of gConnectionString.
   void resetDataConnection();
+  /// What gUserID does through the gateway for the length of the block is one operation in the memory of the
+  /// chart. `gateway` outlives it.
+  [[nodiscard]] data::OperationBlock operation(data::DtEn& gateway, data::OperationKind kind) const {
+    return {gateway.cnMainData, {.kind = kind, .userID = context.gUserID}};
+  }
 
   // The notices: each makes the component NoticeKit.NoticeDialog anew. They never fail towards the caller.
   /// Without the component the message is lost.

@@ -100,12 +100,17 @@ class Frame : public Control {
   /// A frame without a border only holds its controls together.
   [[nodiscard]] bool bordered() const { return bordered_; }
   void setBordered(bool bordered) { bordered_ = bordered; }
+  /// The width of what is in it, where a narrower frame scrolls over it; 0 for a frame that never scrolls. It
+  /// counts for windows that are made behind it.
+  [[nodiscard]] Twips scrolledWidth() const { return scrolledWidth_; }
+  void setScrolledWidth(Twips width) { scrolledWidth_ = width; }
   [[nodiscard]] bool takesFocus() const override { return false; }
   void accept(ControlVisitor& visitor) override;
 
  private:
   std::string caption_;
   bool bordered_ = true;
+  Twips scrolledWidth_ = 0;
 };
 
 /// Text that a person only reads.

@@ -4,6 +4,7 @@ namespace ledgertree::ui {
 
 class CheckBox;
 class DateDisplay;
+class Divider;
 class DropDownList;
 class Frame;
 class Grid;
@@ -22,6 +23,7 @@ class ControlVisitor {
   virtual ~ControlVisitor() = default;
   virtual void visit(CheckBox& control) = 0;
   virtual void visit(DateDisplay& control) = 0;
+  virtual void visit(Divider& control) = 0;
   virtual void visit(DropDownList& control) = 0;
   virtual void visit(Frame& control) = 0;
   virtual void visit(Grid& control) = 0;

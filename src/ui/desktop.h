@@ -50,6 +50,8 @@ class Desktop {
   /// Opens a menu with its corner at a place of the form, and returns at once or when it closed.
   virtual void popUpMenu(Form& form, MenuEntry& menu, Twips left, Twips top) = 0;
 
+  /// Opens the guide at what has the focus on the form, as its key does; nothing where there is no guide.
+  virtual void openGuide(Form&) {}
   /// Puts a text where another program can paste it from.
   virtual void copyText(std::string_view text) = 0;
 

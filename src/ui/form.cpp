@@ -29,7 +29,8 @@ Form::Form(Surroundings surroundings, std::string name, std::string caption, Siz
       name_(std::move(name)),
       caption_(std::move(caption)),
       designSize_(designSize),
-      size_(designSize) {
+      size_(designSize),
+      smallestSize_(designSize) {
   life_->form = this;
 }
 

@@ -62,6 +62,10 @@ class Form {
   [[nodiscard]] Size designSize() const { return designSize_; }
   /// The present size of the client area.
   [[nodiscard]] Size size() const { return size_; }
+  /// The size down to which the layout follows the window; a smaller window scrolls. At first the design
+  /// size, and never lower than that.
+  [[nodiscard]] Size smallestSize() const { return smallestSize_; }
+  void setSmallestSize(Size size) { smallestSize_ = size; }
   [[nodiscard]] bool resizable() const { return resizable_; }
   void setResizable(bool resizable) { resizable_ = resizable; }
   /// Asks for the whole screen when the form is first shown.
@@ -166,6 +170,7 @@ class Form {
   std::string caption_;
   Size designSize_;
   Size size_;
+  Size smallestSize_;
   bool resizable_ = false;
   bool wantsMaximised_ = false;
   bool shown_ = false;

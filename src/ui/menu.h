@@ -5,6 +5,7 @@
 
 #include "ui/control.h"
 #include "ui/form.h"
+#include "ui/key.h"
 
 namespace ledgertree::ui {
 
@@ -19,6 +20,9 @@ class MenuEntry {
   [[nodiscard]] const std::string& caption() const { return caption_; }
   [[nodiscard]] bool separator() const { return caption_.empty(); }
   [[nodiscard]] const std::vector<MenuEntry*>& entries() const { return entries_; }
+  /// The keys that do the same, for the eye: what hears them is the form. Empty where there are none.
+  [[nodiscard]] const KeyChord& keys() const { return keys_; }
+  void setKeys(const KeyChord& keys) { keys_ = keys; }
   /// Gives the entry back, so that a menu reads as the tree that it is.
   MenuEntry& add(MenuEntry& entry);
 
@@ -41,6 +45,7 @@ class MenuEntry {
   Form& form_;
   std::string name_;
   std::string caption_;
+  KeyChord keys_;
   std::vector<MenuEntry*> entries_;
   MenuEntry* parent_ = nullptr;
   bool visible_;

@@ -2,8 +2,6 @@
 #include <thread>
 
 #include "accounts/random_work.h"
-#include "data/connection_text.h"
-#include "db/schema.h"
 #include "support/amount_of_work.h"
 #include "support/child_process.h"
 #include "support/power_cut_storage.h"
@@ -127,102 +125,6 @@ TEST(Crash, APowerCutLosesNothingThatHadReturned) {
     PowerCutStorage::recover(folder.file.parent_path(), disk.path());
     expectWhole(disk.path() / folder.file.filename(), whole, begun);
   }
-}
-
-/// One of several accountants on one file.
-class Accountant : public AccountStory {
- public:
-  Accountant(const std::filesystem::path& file, unsigned seed) : dice_(seed) {
-    shell.context.gConnectionString =
-        "Provider=SQLite;Data Source=" + data::quoteConnectionValue(file.string());
-    shell.resetDataConnection();
-    start();
-  }
-
-  /// Saves, changes and deletes accounts until the time is over; gives how many are left.
-  int workFor(std::chrono::seconds time) {
-    const auto end = std::chrono::steady_clock::now() + time;
-    int left = 0;
-    for (int round = 1; std::chrono::steady_clock::now() < end && !HasFailure(); ++round) {
-      const std::int32_t saved = saveSomewhere();
-      ++left;
-      if (round % 3 == 0) {
-        edit(saved);
-        form->txtTitle.paste("ويرايش");
-        EXPECT_EQ(save(), saved);
-      }
-      if (round % 5 == 0) {
-        form->View(saved);
-        notices.answer(1);
-        form->cmdDelete.click();
-        EXPECT_EQ(notices.take().size(), 1U) << "the question, and no refusal";
-        --left;
-      }
-      EXPECT_EQ(notices.taken(), "");
-    }
-    return left;
-  }
-  /// How often another was first with a code.
-  int refusals = 0;
-
- private:
-  void TestBody() override {}
-  /// Another accountant may save the code that was proposed here; then a new proposal does.
-  std::int32_t saveSomewhere() {
-    const int parent = 1 + static_cast<int>(dice_() % 2);
-    form->cmdNew.click();
-    pick(form->sltParent, parent, std::to_string(parent));
-    form->txtTitle.paste("تازه");
-    for (int attempt = 0; attempt < 100; ++attempt) {
-      const std::int32_t saved = save();
-      const std::string told = notices.taken();
-      if (saved != -1 && told.empty()) return saved;
-      EXPECT_NE(told.find("حسابي با كد مورد نظر"), std::string::npos) << told;
-      ++refusals;
-      form->cmdAutoCode.click();
-    }
-    ADD_FAILURE() << "a hundred codes were taken";
-    return -1;
-  }
-
-  std::mt19937 dice_;
-};
-
-TEST(Crash, TwoProcessesSaveIntoOneFile) {
-  if (onServer()) GTEST_SKIP() << "it is about a file and kills";
-  const std::chrono::seconds time(amountOfWork("LEDGERTREE_SHARED_SECONDS", 2, 60));
-  const TemporaryFolder folder;
-  const std::filesystem::path file = folder.path() / "shared.db";
-  {
-    SQLite::Database database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    db::openSchema(database);
-    database.exec(
-        "insert into tblAccount (Code, Title) values ('1', 'دارايي'), ('2', 'بدهي');"
-        "insert into tblUser (ID, Name) values (1, 'حسابدار');"
-        "insert into tblUserPermission (UserID, FormPermissionID) values (1, 30101), (1, 30102), (1, 30103);"
-        // Wide enough for all that is saved.
-        "insert into tblAccount (ParentID, Code, Title) values (1, '1000000', 'نخست'), (2, '2000000', "
-        "'نخست')");
-  }
-  const auto accountant = [&](unsigned seed) {
-    return [&file, time, seed](int pipe) {
-      Accountant one(file, seed);
-      const int left = one.workFor(time);
-      tell(pipe, std::to_string(left) + "\n" + std::to_string(one.refusals) + "\n");
-    };
-  };
-  Child first(accountant(1));
-  Child second(accountant(2));
-  int accounts = 4;
-  for (Child* child : {&first, &second}) {
-    accounts += std::stoi(child->hearLine());
-    RecordProperty("refusals", child->hearLine());
-    EXPECT_EQ(child->end(), 0);
-  }
-  SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
-  EXPECT_EQ(database.execAndGet("select count(*) from tblAccount").getInt(), accounts);
-  EXPECT_EQ(database.execAndGet("select count(distinct Code) from tblAccount").getInt(), accounts);
-  expectSound(database);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "accounts/account_differences.h"
 #include "accounts/account_story.h"
+#include "accounts/accountant.h"
 #include "support/amount_of_work.h"
 
 namespace ledgertree::testing {
@@ -53,32 +54,18 @@ TEST_F(TwoPeople, ASaveThatMeetsAnothersChangeShowsBothAndSavesWhatIsDecided) {
 
 constexpr int kBlocks = 8;
 
-/// Two accountants at two screens of their own, who take turns before each command.
-class Accountant {
+/// One of two who take turns before each command.
+class TurnTaker : public Accountant {
  public:
-  Accountant(const TemporaryDatabase& database, std::function<void()> turn,
-             std::function<void(const std::string&)> done) {
-    engines::sqlite::registerEmbedded(shell.providers);
-    engines::odbc::registerOdbc(shell.providers);
-    shell.clock = [] { return data::DateTime{.year = 2026, .month = 11, .day = 22}; };
-    shell.context.gConnectionString = database.connectionText();
-    shell.context.gUserID = 1;
-    faults.putInto(shell.providers);
-    shell.resetDataConnection();
-    form = std::make_unique<mainform::FormMain>(shell);
-    form->load();
-    desktop.show(*form);
+  TurnTaker(const TemporaryDatabase& database, std::function<void()> turn,
+            std::function<void(const std::string&)> done)
+      : Accountant(database.connectionText()) {
     faults.onCommand = [turn = std::move(turn)](const std::string& command) {
       if (!command.starts_with("search")) turn();  // a look-up may be on a thread of its own
     };
     faults.onAnswer = [done = std::move(done)](const std::string& command, const auto&) { done(command); };
   }
 
-  ScriptedDesktop desktop;
-  shell::Shell shell{desktop};
-  ScriptedNotices notices{shell.components};
-  Faults faults;
-  std::unique_ptr<mainform::FormMain> form;
   /// What of each group this person has seen or written: the others may go unsaid.
   std::map<std::string, std::set<std::string>> knows;
 };
@@ -108,12 +95,12 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     for (std::thread& thread : threads) thread.join();
   }
 
-  std::unique_ptr<Accountant> people_[2];
+  std::unique_ptr<TurnTaker> people_[2];
   int lost_ = 0, meetings_ = 0;
 
   void hire() {
     for (int me = 0; me < 2; ++me)
-      people_[me] = std::make_unique<Accountant>(
+      people_[me] = std::make_unique<TurnTaker>(
           database, [this, me] { pass(me); }, [this, me](const std::string& command) { look(me, command); });
   }
 
@@ -141,7 +128,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     if (!over_[static_cast<std::size_t>(1 - me)]) draw();
   }
 
-  void act(int me, Accountant& one) {
+  void act(int me, TurnTaker& one) {
     mainform::FormMain& f = *one.form;
     const int id = roll(4) == 0 ? 1 : 2;
     one.knows.clear();
@@ -178,7 +165,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     one.notices.answer(1);
     f.cmdCancel.click();
   }
-  void decide(Accountant& one, frmAccountDifferences& screen) {
+  void decide(TurnTaker& one, frmAccountDifferences& screen) {
     ++meetings_;
     for (int row = 0; row < screen.flxGroups.rowCount(); ++row)
       one.knows[screen.flxGroups.text(row, 0)].insert(screen.flxGroups.text(row, 2));
@@ -216,7 +203,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     return all;
   }
   /// What stands on the screen is known to the person, and what both have typed isn't lost.
-  static void see(Accountant& one) {
+  static void see(TurnTaker& one) {
     const mainform::FormMain& f = *one.form;
     const auto text = [](const std::string& said) { return said.empty() ? "-" : said; };
     one.knows["عنوان"].insert(f.txtTitle.text());
@@ -233,7 +220,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
   /// Behind each write: what is gone now was known to whoever wrote.
   void look(int me, const std::string& command) {
     if (turn_ == -1 || command.starts_with("S") || command == "spTarvoHasPermission") return;
-    Accountant& writer = *people_[me];
+    TurnTaker& writer = *people_[me];
     State now = states();
     const bool descends = command.starts_with("Update tblAccount Set IsClosed");
     for (const auto& [key, old] : state_) {
@@ -250,7 +237,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     state_ = std::move(now);
   }
   /// The differences name the parent, and the rows its number.
-  static bool knowsCode(Accountant& writer, const std::string& group, const std::string& old) {
+  static bool knowsCode(TurnTaker& writer, const std::string& group, const std::string& old) {
     if (group != "حساب مادر، کد") return false;
     const auto ends = [](const std::string& text) { return text.substr(text.find("، ")); };
     return std::any_of(writer.knows[group].begin(), writer.knows[group].end(),

@@ -34,6 +34,14 @@ TEST(SchemaProgram, ChecksAFileAndMendsItsTree) {
   const std::string file = database.file().string();
   database.fillWithDemoChart();
   EXPECT_EQ(told("--check", file, 0), "all is true\n");
+  EXPECT_EQ(told("--prune-history 2025-01-01", file, 1), "");
+  for (const std::string state : {"on", "on", "off", "on"})
+    EXPECT_EQ(told("--history " + state, file, 0), "the memory is " + state + "\n");
+  database.execute("update tblAccount set Title = 'x' where ID = 4");
+  EXPECT_EQ(database.number("select count(*) from tblAccountChange"), 1);
+  EXPECT_EQ(told("--prune-history 2999-01-01", file, 0), "0 operations were forgotten\n");
+  EXPECT_EQ(database.number("select count(*) from tblAccountChange"), 0);
+  EXPECT_EQ(told("--check", file, 0), "all is true\n");
   EXPECT_EQ(told("--install-schema", file, 0), "done\n");
 
   sqlite3_db_config(database.other().getHandle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
@@ -51,13 +59,16 @@ TEST(SchemaProgram, ChecksAFileAndMendsItsTree) {
 }
 
 TEST(SchemaProgram, TellsTheCallingScriptWhatBecameOfIt) {
-  for (const char* const wrong : {"", "--install-schema", "--dry-run x", "--install-demo --without a x",
-                                  "--install-schema x y", "--install-schema x --none", "--check",
-                                  "--check --install-demo x", "--check --dry-run x", "--check --without a x"})
+  for (const char* const wrong :
+       {"", "--install-schema", "--dry-run x", "--install-demo --without a x", "--install-schema x y",
+        "--install-schema x --none", "--check", "--check --install-demo x", "--check --dry-run x",
+        "--check --without a x", "--history x", "--history yes x", "--history on --check x",
+        "--history on --prune-history 2025-01-01 x", "--prune-history x"})
     EXPECT_EQ(statusOf(wrong), 2) << wrong;
   const std::string nowhere = "'Provider=SQLOLEDB;Data Source=127.0.0.1,1;Connect Timeout=1'";
   const std::string noFile = "'Provider=SQLite;Data Source=/no/file'";
-  for (const char* const act : {"--install-schema ", "--check "}) {
+  for (const char* const act :
+       {"--install-schema ", "--check ", "--history on ", "--prune-history 2025-01-01 "}) {
     EXPECT_EQ(statusOf(act + nowhere), 1) << act;
     EXPECT_EQ(statusOf(act + noFile), 1) << act;
   }

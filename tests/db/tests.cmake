@@ -1,4 +1,4 @@
-set(LINK ledgertree_test_support)
+set(LINK ledgertree_test_support ledgertree_history)
 set(RUNS ledgertree-schema)
 set_source_files_properties(db/schema_program_test.cpp PROPERTIES
   COMPILE_DEFINITIONS "LEDGERTREE_SCHEMA=\"$<TARGET_FILE:ledgertree-schema>\"")

@@ -156,6 +156,59 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
   EXPECT_EQ(form->treeAccount.bounds(), (Bounds{before.left, before.top, before.width, larger.height + 1}));
 }
 
+/// What of the screen stands upon one another, or past its right edge.
+std::string clashesOn(const FormMain& form) {
+  std::string found;
+  std::vector<const ui::Control*> seen;
+  for (const ui::Control* control : form.controls()) {
+    if (!control->shown() || control == &form.Frame1) continue;
+    const Bounds& at = control->bounds();
+    const ui::Control* around = control->frame();
+    const int width =
+        around != nullptr && around != &form.Frame1 ? around->bounds().width : form.size().width;
+    const bool scrolls = around == &form.frameMain && form.frameMain.scrolledWidth() > 0;
+    const int shift = around == &form.Frame1 ? form.Frame1.bounds().left : 0;
+    if (!scrolls && (at.left + shift < 0 || at.left + shift + at.width > width))
+      found += " " + control->name();
+    for (const ui::Control* other : seen) {
+      const Bounds& there = other->bounds();
+      if (other->frame() == around && at.left < there.left + there.width && there.left < at.left + at.width &&
+          at.top < there.top + there.height && there.top < at.top + at.height)
+        found += " " + control->name() + "/" + other->name();
+    }
+    seen.push_back(control);
+  }
+  return found;
+}
+
+TEST_F(FormMainStory, RecordAndTreeStandBesideOneAnotherAtEveryWidth) {
+  shell.offers = {Offer::HiddenCommands, Offer::Divider};
+  setParameter(311, "'1'");
+  start();
+  EXPECT_EQ(form->lblMaxDebit.bounds().top - form->lblGroup.bounds().top, 3 * 330 - 2 * 330)
+      << "rows without a field are closed";
+  for (const int width : {13619, 11006, form->smallestSize().width, 13620, 20000}) {
+    form->resize({width, 7000});
+    EXPECT_EQ(clashesOn(*form), "") << width;
+    EXPECT_EQ(form->treeAccount.bounds().left + form->treeAccount.bounds().width, width - 60);
+  }
+  EXPECT_EQ(form->cmdDeletePeriod.bounds(), (Bounds{7680 + 6380, 1140, 1920, 360}));
+  const Bounds tree = form->treeAccount.bounds();
+  form->divider.press(Key::Left);
+  EXPECT_EQ(form->treeAccount.bounds(), (Bounds{tree.left - 150, 1530, tree.width + 150, tree.height}));
+  form->divider.moveTo(-5000);
+  EXPECT_EQ(form->frameMain.bounds().width, 4590) << "what the record has to keep";
+  EXPECT_EQ(form->frameMain.scrolledWidth(), 7560);
+  EXPECT_EQ(clashesOn(*form), "");
+  start();
+  EXPECT_EQ(form->frameMain.bounds().width, 4590) << "it stays for the next opening";
+  shell.offers.clear();
+  setParameter(311, "'0'");
+  start();
+  EXPECT_EQ(form->frameMain.bounds().width, 7560);
+  EXPECT_EQ(form->lblMaxDebit.bounds().top, 2130);
+}
+
 TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   setParameter(302, "'0'");
   start();

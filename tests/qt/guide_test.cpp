@@ -250,6 +250,11 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   const QUrl picture("pictures/guide/FormMain.png");
   const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
   EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";
+  // The entry of the menu leads where the key does.
+  form->mnuHelp.setVisible(true);
+  form->cmdDeletePeriod.focus();
+  form->mnuGuide.click();
+  EXPECT_EQ(guide->section().toStdString(), "FormMain.cmdDeletePeriod");
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 

@@ -175,6 +175,54 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
   expectTable("looks", looks.substr(1));
 }
 
+/// How well the letters of a widget stand out of their ground, by its pixels: the ground is the colour of
+/// most of them, and the ink the one that is furthest from it.
+double contrastOf(QWidget& widget) {
+  const auto light = [](QRgb colour) {
+    const auto linear = [](int part) {
+      return part <= 10 ? part / 255.0 / 12.92 : std::pow((part / 255.0 + 0.055) / 1.055, 2.4);
+    };
+    return 0.05 + 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
+           0.0722 * linear(qBlue(colour));
+  };
+  // The corners and borders of the toolkit aren't read.
+  const QImage picture = painted(widget, widget.rect().adjusted(6, 3, -6, -3));
+  std::map<QRgb, int> colours;
+  for (int at = 0; at < picture.width() * picture.height(); ++at)
+    ++colours[picture.pixel(at % picture.width(), at / picture.width())];
+  const auto less = [](const auto& one, const auto& other) { return one.second < other.second; };
+  const double ground = light(std::max_element(colours.begin(), colours.end(), less)->first);
+  double best = 1;
+  for (const auto& [colour, count] : colours)
+    best = std::max({best, ground / light(colour), light(colour) / ground});
+  return best;
+}
+
+TEST(ScreenLooks, WhatIsReadStandsOutOfItsGround) {
+  Screen screen;
+  auto& form = *screen.form;
+  screen.show();
+  screen.type(form.txtCode, "105");
+  form.lstPeriod.choose(1);
+  for (const bool enabled : {true, false}) {
+    for (ui::Control* control : std::initializer_list<ui::Control*>{
+             &form.optAll, &form.chkDeep, &form.txtCode, &form.cmdNew, &form.lblCode, &form.lstPeriod}) {
+      control->setEnabled(enabled);
+      EXPECT_GE(contrastOf(screen.widget(*control)), 4.5) << control->name() << enabled;
+    }
+  }
+  qt::NoticeDialog notice;
+  notice.kind = qt::NoticeDialog::Kind::Question;
+  QTimer::singleShot(0, &screen.window(), [&] {
+    QWidget& dialog = *QApplication::activeModalWidget();
+    EXPECT_FALSE(dialog.windowIcon().isNull());
+    for (QPushButton* button : dialog.findChildren<QPushButton*>())
+      EXPECT_GE(contrastOf(*button), 4.5) << fromQt(button->text());
+    dialog.close();
+  });
+  notice.ask();
+}
+
 /// Where everything in a window stands and how large it is.
 std::string measuresOf(const QWidget& window) {
   QString words;

@@ -32,6 +32,8 @@ struct FarServer {
   std::atomic<int> failed = 0;
   std::atomic<int> givenUp = 0;
   std::atomic<int> working = 0;
+  std::atomic<int> rests = 0;
+  std::string intent;  ///< of the connection that was made last
   std::set<std::thread::id> threads;
 };
 
@@ -40,6 +42,7 @@ class FarConnection : public testing::LookupConnection {
   explicit FarConnection(FarServer& server) : LookupConnection(server.database), server_(server) {}
 
   [[nodiscard]] bool answersLate() const override { return true; }
+  void rest() override { ++server_.rests; }
   data::SearchPage search(const data::SearchRequest& request) override {
     if (server_.unreachable && ++server_.failed != 0)
       throw data::DataError(data::DataError::Reason::Connection, 0, "the line is cut");
@@ -76,8 +79,9 @@ struct Screen : ui::Form {
 class LookupBeside : public ::testing::Test {
  protected:
   LookupBeside() {
-    shell.providers.add("Far", [this](const data::ConnectionText&) {
+    shell.providers.add("Far", [this](const data::ConnectionText& text) {
       const std::lock_guard lock(server.mutex);
+      server.intent = text.find("ApplicationIntent").value_or("");
       return std::make_unique<FarConnection>(server);
     });
     server.database.views["vwGroups"] = {{1, "10", "دارايي"}, {2, "20", "بدهي"}};
@@ -164,6 +168,22 @@ TEST_F(LookupBeside, ALongListComesPageByPage) {
     EXPECT_EQ(field.rows().back().id, rows);
     field.reachedEnd();
   }
+}
+
+TEST_F(LookupBeside, ASecondaryIsAskedUntilSomethingWasWrittenAndNobodyIsKeptForLong) {
+  shell.waits.restAfter = milliseconds(30);
+  const auto find = [&](const std::string& text) {
+    replace(text);
+    EXPECT_TRUE(comes([&] { return screen->sltGroup.rows().size() == 1 && !screen->sltGroup.searching(); }));
+    return std::exchange(server.intent, "the same");
+  };
+  screen->sltGroup.setConnectionText("Provider=Far;Data Source=there;Search Intent=readonly;");
+  EXPECT_EQ(find("بدهی"), "ReadOnly");
+  EXPECT_TRUE(comes([&] { return server.rests == 1; }));
+  EXPECT_EQ(find("دارا"), "the same");
+  shell.waits.noteWrite();
+  EXPECT_EQ(find("بدهی"), "");
+  EXPECT_EQ(find("دارا"), "the same");
 }
 
 TEST_F(LookupBeside, ABrokenLineIsToldOnce) {

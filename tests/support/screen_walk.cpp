@@ -11,6 +11,7 @@
 #include "support/text_table.h"
 #include "ui/buttons.h"
 #include "ui/control_visitor.h"
+#include "ui/divider.h"
 #include "ui/grid.h"
 #include "ui/items.h"
 #include "ui/menu.h"
@@ -89,6 +90,7 @@ class Hand : public ui::ControlVisitor {
     throw std::invalid_argument("nobody does this to a tree: " + how_);
   }
   void visit(ui::DateDisplay&) override {}
+  void visit(ui::Divider& control) override { control.press(key_.value().key); }
   void visit(ui::Frame&) override {}
   void visit(ui::Label&) override {}
   void visit(ui::ProgressBar&) override {}

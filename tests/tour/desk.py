@@ -87,8 +87,8 @@ class Desk:
         until("the window manager", lambda: subprocess.run(
             ["xdotool", "get_num_desktops"], env=self.environment, capture_output=True).returncode == 0)
 
-    def start(self, command, **environment):
-        return subprocess.Popen(command, env={**self.environment, **environment}, stdin=subprocess.DEVNULL)
+    def start(self, command, stderr=None, **environment):
+        return subprocess.Popen(command, env={**self.environment, **environment}, stdin=subprocess.DEVNULL, stderr=stderr)
 
     def run(self, *command):
         return subprocess.run(command, env=self.environment, check=True, capture_output=True, text=True).stdout

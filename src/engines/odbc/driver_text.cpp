@@ -179,12 +179,12 @@ std::optional<std::string> partnerOf(const data::ConnectionText& text) {
 }
 
 /// "ReadOnly" or "ReadWrite"; nothing where the text has neither.
-std::optional<std::string> intentOf(const data::ConnectionText& text) {
-  const auto given = find(text, {"ApplicationIntent", "Application Intent"});
+std::optional<std::string> intentOf(const data::ConnectionText& text, Names keys) {
+  const auto given = find(text, keys);
   if (!given) return std::nullopt;
   for (const char* const intent : {"ReadOnly", "ReadWrite"})
     if (text::equalsIgnoringCase(*given, intent)) return intent;
-  refuseValue("Application Intent");
+  refuseValue(*(keys.end() - 1));
 }
 
 std::optional<std::string> serverOf(const data::ConnectionText& text) {
@@ -265,7 +265,9 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
   if (result.dialect != Dialect::Other) {
     writer.add("APP", find(text, {"Application Name", "APP"}).value_or("LedgerTree"));
     writer.addGiven("WSID", find(text, {"Workstation ID", "WSID"}));
-    writer.addGiven("ApplicationIntent", intentOf(text));
+    writer.addGiven("ApplicationIntent", intentOf(text, {"ApplicationIntent", "Application Intent"}));
+    // Whoever searches has put it in the place of the other by now.
+    static_cast<void>(intentOf(text, {"Search Intent"}));
   }
   result.loginSeconds = static_cast<int>(data::kConnectTimeOut.count());
   if (const auto seconds = find(text, {"Connect Timeout", "Connection Timeout", "Timeout"})) {

@@ -31,7 +31,8 @@ struct DriverText {
 /// several, and FreeTDS where it isn't. The keys that are read, each with its other spellings: Data Source
 /// ("tcp:server\instance,port"), Initial Catalog, User ID, Password, Integrated Security or
 /// Trusted_Connection, Use Encryption for Data, Trust Server Certificate, Application Name, Workstation ID,
-/// Connect Timeout, Failover Partner, MultiSubnetFailover, Application Intent. Other keys mean nothing to it.
+/// Connect Timeout, Failover Partner, MultiSubnetFailover, Application Intent; of Search Intent, which is
+/// shell::Shell's, only whether it is one. Other keys mean nothing to it.
 /// FreeTDS tries all addresses of a name at once, without being told.
 ///
 /// Throws data::DataError(Reason::Connection) that names the key and never repeats a value: a missing Data

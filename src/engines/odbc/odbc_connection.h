@@ -20,10 +20,10 @@ namespace ledgertree::engines::odbc {
 /// connection text. Statements go as they are, but for letters that the columns can't hold (see code_page.h).
 ///
 /// A connection that breaks fails the statement that met it, with data::DataError::Reason::Connection; the
-/// next one opens it anew, and goes on trying for as long as connecting may take, since a database may be on
-/// its way from one server to another. Nothing of which nobody knows whether it was carried out is sent
-/// twice. What was refused for a deadlock, a lock or a conflict of versions wrote nothing: it is tried kTries
-/// times in all, as long as its time-out isn't over.
+/// next one opens it anew (as it does behind a rest), and goes on trying for as long as connecting may take,
+/// since a database may be on its way from one server to another. Nothing of which nobody knows whether it
+/// was carried out is sent twice. What was refused for a deadlock, a lock or a conflict of versions wrote
+/// nothing: it is tried kTries times in all, as long as its time-out isn't over.
 class OdbcConnection final : public data::Connection {
  public:
   static constexpr int kTries = 4;
@@ -39,6 +39,9 @@ class OdbcConnection final : public data::Connection {
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
+  void rest() override {
+    if (walk_ == nullptr) session_.reset();
+  }
   [[nodiscard]] bool answersLate() const override { return true; }
   void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
 

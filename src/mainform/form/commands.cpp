@@ -10,6 +10,7 @@ namespace {
 
 /// What stands above and below the tree where the details aren't shown.
 constexpr ui::Twips kAroundTree = 1575 + 250;
+constexpr ui::Twips kTreeTop = 1530;
 
 /// Of two entries that exclude each other, the first carries the mark.
 void mark(ui::MenuEntry& chosen, ui::MenuEntry& other) {
@@ -32,6 +33,7 @@ void Commands::showOffers() {
   screen_.cmdOperations.setVisible(hidden);
   for (ui::MenuEntry* entry : {&screen_.mnuExcelCode, &screen_.i342})
     entry->setVisible(shell_.isOffered(Offer::Export));
+  screen_.mnuHelp.setVisible(shell_.isOffered(Offer::Guide));
 }
 
 void Commands::wireBar() {
@@ -55,6 +57,7 @@ void Commands::wireMenu() {
   screen_.mnuFonc9.onClick = [this] { screen_.close(); };
   screen_.mnuView1.onClick = [this] { mark(screen_.mnuView1, screen_.mnuView2); };
   screen_.mnuView2.onClick = [this] { hideDetails(); };
+  screen_.mnuGuide.onClick = [this] { shell_.desktop().openGuide(screen_); };
   screen_.mnuViewCode.onClick = [this] { showCodes(false); };
   screen_.mnuViewCodeComplete.onClick = [this] { showCodes(true); };
 }
@@ -126,7 +129,9 @@ void Commands::popUp(const ui::PushButton& button, ui::MenuEntry& menu) {
 
 void Commands::hideDetails() {
   ui::Bounds bounds = screen_.treeAccount.bounds();
-  bounds.height = std::max(screen_.size().height - kAroundTree, 0);
+  // In a narrow window its commands take more than one row.
+  const ui::Twips more = bounds.top - kTreeTop;
+  bounds.height = std::max(screen_.size().height - kAroundTree - more, 0);
   screen_.treeAccount.setBounds(bounds);
   mark(screen_.mnuView2, screen_.mnuView1);
 }

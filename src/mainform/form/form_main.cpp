@@ -7,22 +7,6 @@
 
 namespace ledgertree::mainform {
 
-namespace {
-
-/// A form that isn't larger keeps its layout, and its baseline.
-constexpr ui::Twips kSmallest = 6000;
-
-void grow(ui::Control& control, int left, int top, int width, int height) {
-  ui::Bounds bounds = control.bounds();
-  bounds.left += left;
-  bounds.top += top;
-  bounds.width += width;
-  bounds.height += height;
-  control.setBounds(bounds);
-}
-
-}  // namespace
-
 FormMain::FormMain(shell::Shell& shell)
     : MainScreen(shell),
       shell_(shell),
@@ -34,6 +18,7 @@ FormMain::FormMain(shell::Shell& shell)
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
       screens_(*this, shell, tree_) {
+  wireLayout();
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
@@ -71,6 +56,7 @@ void FormMain::load() {
   settings = data::readSystemParameters(*shell_.dtEn());
   connectSelectors();
   showEntityFields();
+  showDivider();
   commands_.showOffers();
   accountMenu_.showOffer();
   setWantsMaximised(true);
@@ -95,33 +81,6 @@ void FormMain::connectSelectors() {
   sltEntity.setConnectionText(shell_.dtEn()->cnMainData.ConnectionString());
   for (shell::Selector* selector : {&sltGroup, &sltEntityType, &sltBranch, &sltPosition})
     selector->setConnectionText(shell_.context.gConnectionString);
-}
-
-/// With several entities an account, they are kept in dialogs of their own and leave the record.
-void FormMain::showEntityFields() {
-  const bool several = settings.MultiEntityMode;
-  cmdRelClasses.setVisible(several);
-  for (ui::Control* control :
-       std::initializer_list<ui::Control*>{&lblBranch, &lblPosition, &lblRelClass, &lblRelObject,
-                                           &sltPosition, &sltBranch, &sltEntityType, &sltEntity})
-    control->setVisible(!several);
-}
-
-/// The record keeps its width: all extra width goes to the tree, whose commands travel with its right edge.
-void FormMain::resized() {
-  if (size().width <= kSmallest || size().height <= kSmallest) return;
-  const int dW = size().width - baseline_.width;
-  const int dH = size().height - baseline_.height;
-  grow(treeAccount, 0, 0, dW, dH);
-  grow(progressBar, 0, 0, dW, 0);
-  grow(frameMain, 0, 0, 0, dH);
-  grow(FrameViewType, 0, 0, dW, 0);
-  grow(lblMessage, dW, dH, 0, 0);
-  grow(Frm7, 0, dH, 0, 0);
-  for (ui::Control* control : std::initializer_list<ui::Control*>{
-           &cmdRefreshAccountTree, &cmdCopyPeriod, &cmdDeletePeriod, &optPeriodAll, &optPeriodic})
-    grow(*control, dW, 0, 0, 0);
-  baseline_ = size();
 }
 
 void FormMain::unload() {

@@ -46,6 +46,11 @@ class FormMain : public MainScreen {
  private:
   void nameViews();
   void connectSelectors();
+  // form_layout.cpp
+  void wireLayout();
+  void setTreeHead();
+  void showDivider();
+  void giveToTree(ui::Twips width);
   void showEntityFields();
 
   shell::Shell& shell_;

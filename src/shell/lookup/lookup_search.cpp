@@ -207,7 +207,18 @@ void LookupSearch::rested() {
 }
 
 void LookupSearch::ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken) {
-  if (!thread_) thread_.emplace(shell_.background, [this] { return shell_.providers.open(connectionText_); });
+  const bool secondary = shell_.mayAskSecondary(connectionText_);
+  // What was written since then may not have arrived there.
+  if (asksSecondary_ && !secondary) thread_.reset();
+  asksSecondary_ = secondary;
+  if (!thread_)
+    thread_.emplace(
+        shell_.background,
+        [this] {
+          return shell_.providers.open(connectionText_ +
+                                       (asksSecondary_ ? ";ApplicationIntent=ReadOnly" : ""));
+        },
+        shell_.waits.restAfter);
   question.slice = {};
   question.cancelled = [givenUp = run->givenUp] { return givenUp->load(); };
   thread_->ask(std::move(question), [&desktop = shell_.desktop(), asking = std::weak_ptr<Run>(run), taken](

@@ -119,6 +119,7 @@ class LookupSearch {
   LookupReader reader_;
   std::unique_ptr<data::Connection> connection_;
   std::optional<LookupThread> thread_;
+  bool asksSecondary_ = false;  ///< the thread's connections do
   bool unread_ = false;
   std::string told_;
   std::shared_ptr<Run> run_;

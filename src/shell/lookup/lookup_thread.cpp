@@ -34,15 +34,24 @@ struct LookupThread::State {
     return over;
   }
 
+  explicit State(std::chrono::milliseconds rest) : restAfter(rest) {}
+
   /// The next question, as soon as there is one that no other thread has taken within `patience`; nothing
   /// where this thread isn't needed any more.
-  std::optional<Asked> take(bool spare) {
+  std::optional<Asked> take(data::Connection& connection, bool spare) {
     std::unique_lock lock(mutex);
     if (spare && changed.wait_for(lock, kPatience, [this] { return over || !next; })) {
       --threads;
       return std::nullopt;
     }
-    changed.wait(lock, [this] { return over || next; });
+    const auto asked = [this] { return over || next; };
+    if (!changed.wait_for(lock, restAfter, asked)) {
+      lock.unlock();
+      connection.rest();
+      lock.lock();
+      changed.wait(lock, asked);
+    }
+    if (over) return std::nullopt;
     ++busy;
     return std::exchange(next, std::nullopt);
   }
@@ -59,7 +68,7 @@ struct LookupThread::State {
 
   void work(data::Connection& connection, bool spare) {
     LookupReader reader;
-    while (auto asked = take(spare)) {
+    while (auto asked = take(connection, spare)) {
       spare = false;
       changed.notify_all();
       const auto givenUp = [this, cancelled = asked->question.cancelled] { return cancelled() || isOver(); };
@@ -80,6 +89,7 @@ struct LookupThread::State {
     }
   }
 
+  const std::chrono::milliseconds restAfter;
   std::mutex mutex;
   std::condition_variable changed;
   std::optional<Asked> next;
@@ -88,8 +98,8 @@ struct LookupThread::State {
   bool over = false;
 };
 
-LookupThread::LookupThread(Background& background, Connect connect)
-    : background_(background), connect_(std::move(connect)), state_(std::make_shared<State>()) {}
+LookupThread::LookupThread(Background& background, Connect connect, std::chrono::milliseconds restAfter)
+    : background_(background), connect_(std::move(connect)), state_(std::make_shared<State>(restAfter)) {}
 
 LookupThread::~LookupThread() { state_->stop(); }
 

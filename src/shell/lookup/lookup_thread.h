@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -22,7 +23,8 @@ class LookupThread {
   using Connect = std::function<std::unique_ptr<data::Connection>()>;
   static constexpr int kMostThreads = 3;
 
-  LookupThread(Background& background, Connect connect);
+  /// A connection on which nobody searched for `restAfter` gives back what it holds, until the next question.
+  LookupThread(Background& background, Connect connect, std::chrono::milliseconds restAfter);
   LookupThread(const LookupThread&) = delete;
   LookupThread& operator=(const LookupThread&) = delete;
   ~LookupThread();

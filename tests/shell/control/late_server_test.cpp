@@ -4,6 +4,7 @@
 
 #include "control_house.h"
 #include "data/data_error.h"
+#include "support/tcp_proxy.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -114,6 +115,53 @@ TEST_F(LateServer, AnOutageIsMetOnceAndToldAsWhatItMeans) {
   silentAbout("");
   form().cmdSave.click();
   EXPECT_EQ(form().formMode, mainform::FormMode::ModeView);
+}
+
+TEST(CutLine, TheScreenWaitsForTheServerAndGoesOnAndNothingIsWrittenTwice) {
+  if (!onServer()) GTEST_SKIP() << "it takes a server on a road";
+  TcpProxy road(testServer());
+  class House : public ControlHouse {
+   public:
+    using ControlHouse::control, ControlHouse::database, ControlHouse::desktop, ControlHouse::form,
+        ControlHouse::notices;
+
+   private:
+    void TestBody() override {}
+  } house;
+  house.database.fillWithDemoChart();
+  house.control.OLEConnectionString(TcpProxy::through(road, testServer()) + ";Connect Timeout=2");
+  house.control.ClearShow();
+  const auto& form = house.form();
+  const auto cutFor = [&](int paints) {
+    road.set(TcpProxy::Road::Cut);
+    house.desktop.waits.clear();
+    house.desktop.onWait = [&road, paints, seen = 0]() mutable {
+      if (++seen == paints) road.set(TcpProxy::Road::Open);
+    };
+  };
+  // The act that meets it tells; the next one waits, visibly, and goes on.
+  ui::Tree& tree = house.form().treeAccount;
+  cutFor(10);
+  tree.click(tree.find("-1:1"));
+  EXPECT_EQ(house.notices.take().size(), 1U);
+  tree.click(tree.find("-1:1"));
+  EXPECT_EQ(house.notices.taken(), "");
+  EXPECT_EQ(form.txtID.text(), "1");
+  EXPECT_FALSE(house.desktop.waits.empty());
+  // A write whose answer is lost says so; saved again it is there once.
+  road.setBehind(u"spAccountInsertAccounts", TcpProxy::Road::Swallowing);
+  house.form().cmdNew.click();
+  house.form().txtTitle.paste("خط بريده");
+  house.form().txtCode.paste("98765");
+  house.desktop.onWait = [&] { road.set(TcpProxy::Road::Cut); };
+  house.form().cmdSave.click();
+  EXPECT_NE(house.notices.taken().find("معلوم نيست"), std::string::npos);
+  cutFor(10);
+  house.form().cmdSave.click();
+  static_cast<void>(house.notices.take());
+  if (form.formMode != mainform::FormMode::ModeView) house.form().cmdSave.click();
+  EXPECT_EQ(form.formMode, mainform::FormMode::ModeView) << house.notices.taken();
+  EXPECT_EQ(house.database.number("select count(*) from tblAccount where Code = '98765'"), 1);
 }
 
 }  // namespace
