@@ -22,6 +22,9 @@ enum class Offer {
   Divider,
   /// The menu "راهنما", which opens what F1 opens.
   Guide,
+  /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
+  /// shows; while something is typed, a line tells that somebody else has changed the account.
+  OthersChanges,
   /// A menu on an account of the tree, by the right button or the menu key: a new account below it, edit,
   /// delete, its periods, copy its code. And on the title's picker: the account in the tree.
   ContextMenu,

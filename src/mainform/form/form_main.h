@@ -10,6 +10,7 @@
 #include "mainform/account_tree.h"
 #include "mainform/form/account_menu.h"
 #include "mainform/form/commands.h"
+#include "mainform/form/others_changes.h"
 #include "mainform/form/secondary_screens.h"
 #include "mainform/main_screen.h"
 
@@ -62,6 +63,7 @@ class FormMain : public MainScreen {
   accounts::AccountSaving saving_;
   accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
+  OthersChanges others_;
   std::string loadedFrom_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;
