@@ -79,7 +79,9 @@ bool AccountSaving::meet(const Progress& progress, const data::DataError& failur
     if (screen_.RecordTurn == progress.sent.record && failure.number() == data::kAccountChanged)
       return settle(progress);
     shell_.showErrorNotice(shell::kTitleSaveError, failure.what());
-    if (screen_.RecordTurn == progress.sent.record) screen_.sltParent.ReloadAccounts();
+    if (screen_.RecordTurn != progress.sent.record) return false;
+    screen_.sltParent.ReloadAccounts();
+    mainform::readPlaceOfParent(screen_, *shell_.dtEn());
   } catch (const std::exception& second) {
     recover(progress, second);
   }
@@ -276,6 +278,8 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, con
   if (!screen_.sltParent.AccountTitle().empty()) {
     read.parentID = account.parentID;
     read.parentCode = screen_.sltParent.AccountCode();
+    const auto& place = screen_.ParentAsRead;
+    if (place && place->id == read.parentID) read.parentsParent = place->parentID;
   }
   gateway.cnMainData.handOver(read);
   const std::int32_t result =

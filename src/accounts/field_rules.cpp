@@ -3,11 +3,22 @@
 #include <utility>
 
 #include "accounts/field_rules_ceiling.h"
+#include "data/ahead.h"
 #include "mainform/account_record.h"
 
 namespace ledgertree::accounts {
 
 using mainform::FormMode;
+
+namespace {
+
+std::string inheritedStatement(std::int32_t parentID) {
+  return "Select Isnull(IsPermanent,0) as IsPermanent, isnull(AccountNatureID,0) as AccountNatureID from "
+         "tblAccount Where ID= " +
+         std::to_string(parentID);
+}
+
+}  // namespace
 
 FieldRules::FieldRules(mainform::MainScreen& screen, shell::Shell& shell)
     : screen_(screen), shell_(shell), proposal_(shell) {
@@ -73,17 +84,19 @@ void FieldRules::wireRadios() {
 
 void FieldRules::parentRule() {
   if (!screen_.isTyping()) return;
+  const std::int32_t parent = screen_.sltParent.AccountID();
   screen_.txtMotherCode.setText(screen_.sltParent.AccountCode());
-  inherit(screen_.sltParent.AccountID());
+  const auto gateway = shell_.dtEn();
+  const data::Ahead ahead(gateway->cnMainData, {{.statement = inheritedStatement(parent)},
+                                                {.statement = mainform::placeStatement(parent)}});
+  inherit(parent);
+  mainform::readPlaceOfParent(screen_, *gateway);
   proposeCode();
 }
 
 void FieldRules::inherit(std::int32_t parentID) {
   const auto gateway = shell_.dtEn();
-  const data::OpenRows row(gateway->rssqlBufferQuery,
-                           "Select Isnull(IsPermanent,0) as IsPermanent, isnull(AccountNatureID,0) as "
-                           "AccountNatureID from tblAccount Where ID= " +
-                               std::to_string(parentID));
+  const data::OpenRows row(gateway->rssqlBufferQuery, inheritedStatement(parentID));
   if (row->Eof()) return;
   screen_.choosePermanent(row->Fields("IsPermanent").toInt64());
   screen_.chooseNature(row->Fields("AccountNatureID").toInt64());

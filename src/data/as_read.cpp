@@ -12,13 +12,18 @@ namespace {
 constexpr const char* kTellAccount =
     "اين حساب را پس از آن که خوانده شد کاربر ديگري تغيير داده است و اين تغيير ثبت نشد. حساب را دوباره "
     "بخوانيد.";
-constexpr const char* kTellParent =
-    "حساب مادر را پس از آن که خوانده شد کاربر ديگري جابجا کرده يا کد آن را تغيير داده است و چيزي ثبت نشد. "
-    "حساب مادر را دوباره انتخاب نماييد.";
+constexpr const char* kTellMoved =
+    "حساب مادر را پس از آن که خوانده شد کاربر ديگري جابجا کرده است و چيزي ثبت نشد. حساب مادر را دوباره "
+    "انتخاب نماييد.";
+constexpr const char* kTellCode =
+    "کد حساب مادر را پس از آن که خوانده شد کاربر ديگري تغيير داده است و چيزي ثبت نشد. حساب مادر را دوباره "
+    "انتخاب نماييد.";
 
 [[noreturn]] void refuse(int number, const char* message) {
   throw DataError(DataError::Reason::Constraint, number, message);
 }
+
+bool sameParent(std::int32_t one, std::int32_t other) { return one == other || (one < 1 && other < 1); }
 
 bool sameAccount(const Account& one, const Account& other) {
   return one.relation == other.relation &&
@@ -45,9 +50,12 @@ Account asStored(Account account) {
 void requireAsRead(const AsRead& read, const std::function<Rows(const std::string& statement)>& rowsOf) {
   if (read.parentID > 0) {
     const Rows parent =
-        rowsOf("Select isnull(Code,'') as Code from tblAccount Where ID = " + std::to_string(read.parentID));
-    if (parent.count() == 1 && parent.value(0, 0).toText() != read.parentCode)
-      refuse(kParentChanged, kTellParent);
+        rowsOf("Select isnull(Code,'') as Code, isnull(ParentID,-1) as ParentID from tblAccount Where ID = " +
+               std::to_string(read.parentID));
+    const bool there = parent.count() == 1;
+    if (there && read.parentsParent && !sameParent(parent.value(0, 1).toInt32(), *read.parentsParent))
+      refuse(kParentChanged, kTellMoved);
+    if (there && parent.value(0, 0).toText() != read.parentCode) refuse(kParentChanged, kTellCode);
   }
   if (!read.account) return;
   const std::string id = std::to_string(read.account->id);

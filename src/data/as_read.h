@@ -17,11 +17,13 @@ struct AsRead {
   std::optional<Account> account = {};  ///< nothing ahead of an insert; the day of creation isn't compared
   std::int32_t parentID = -1;           ///< below 1: there is none, or nobody knows its code
   std::string parentCode = {};
+  /// Where that parent stood: the ID of its own parent, below 1 at the top; nothing where nobody knows.
+  std::optional<std::int32_t> parentsParent = {};
 };
 
 /// Somebody else changed the account, or its relation.
 inline constexpr int kAccountChanged = 51011;
-/// Somebody else gave the parent another code, as a move does too.
+/// Somebody else moved the parent, or gave it another code.
 inline constexpr int kParentChanged = 51012;
 
 /// Whether an edit writes the field. These are the fields that are compared and merged.

@@ -59,6 +59,18 @@ std::string classStatement(std::int32_t classID) {
   return "Select * from tblAccountClass where ID=" + std::to_string(classID);
 }
 
+std::string placeStatement(std::int32_t parentID) {
+  return "Select isnull(ParentID,-1) as ParentID from tblAccount Where ID= " + std::to_string(parentID);
+}
+
+void readPlaceOfParent(MainScreen& screen, data::DtEn& gateway) {
+  screen.ParentAsRead.reset();
+  const std::int32_t parent = screen.sltParent.AccountID();
+  if (parent < 1) return;
+  const data::OpenRows row(gateway.rssqlBufferQuery, placeStatement(parent));
+  if (!row->Eof()) screen.ParentAsRead = {parent, row->Fields("ParentID").toInt32()};
+}
+
 AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule)
     : screen_(screen), shell_(shell), classRule_(std::move(classRule)) {
   screen_.sltAccount.onAccountChange = [this] {
@@ -134,6 +146,7 @@ void AccountRecord::beginRecord(std::int32_t accountID) {
   screen_.AccountOnRecord = accountID;
   ++screen_.RecordTurn;
   screen_.AsRead.reset();
+  screen_.ParentAsRead.reset();
   screen_.ClassIsGone = false;
   screen_.RecordSource = shell_.dtEn()->cnMainData.ConnectionString();
 }
@@ -181,6 +194,8 @@ void AccountRecord::addLookUps(const data::Account& account, std::vector<data::C
   if (classID > 0) questions.push_back({.statement = classStatement(classID)});
   screen_.sltAccount.addQuestion(account.id, questions);
   screen_.sltParent.addQuestion(account.parentID, questions);
+  if (screen_.isTyping() && account.parentID > 0)
+    questions.push_back({.statement = placeStatement(account.parentID)});
   screen_.sltGroup.addQuestion(account.groupID, questions);
   screen_.sltBranch.addQuestion(account.branchID, questions);
   screen_.sltPosition.addQuestion(account.positionID, questions);
@@ -203,6 +218,7 @@ void AccountRecord::fill(const data::Account& account, const std::function<void(
     (screen_.*control).setText(data::valueOf(account, holds).toText());
   screen_.sltAccount.setAccountID(account.id);
   screen_.sltParent.setAccountID(account.parentID);
+  if (screen_.isTyping()) readPlaceOfParent(screen_, *shell_.dtEn());
   screen_.sltGroup.setSelectedID(account.groupID);
   screen_.sltBranch.setSelectedID(account.branchID);
   screen_.sltPosition.setSelectedID(account.positionID);

@@ -28,6 +28,11 @@ struct SplitCode {
 /// What asks for the row of an entity class.
 [[nodiscard]] std::string classStatement(std::int32_t classID);
 
+/// What asks where a parent stands.
+[[nodiscard]] std::string placeStatement(std::int32_t parentID);
+/// Keeps on the screen where the parent in sltParent stands; nothing where there is none.
+void readPlaceOfParent(MainScreen& screen, data::DtEn& gateway);
+
 /// The account on the screen, and the four modes in which the screen works: vwAccount and
 /// tblAccountRelatedObjects through the handle rssqlvwAccount, which is closed on every path. It writes
 /// nothing.

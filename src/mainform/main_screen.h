@@ -30,6 +30,12 @@ enum class FormMode : std::int16_t {
   ModeIdle = 3,  ///< nothing is on the screen
 };
 
+/// Where a chosen parent stands.
+struct PlaceOfParent {
+  std::int32_t id = -1;        ///< of the parent
+  std::int32_t parentID = -1;  ///< of its own parent; below 1 at the top
+};
+
 /// The one working screen: its controls at their design bounds, its menu, and the few fields that the
 /// commands share. It has no behaviour of its own; the tree, the record and the commands are given it and
 /// listen to its controls.
@@ -49,6 +55,8 @@ class MainScreen : public ui::Form {
   /// The account of the record as it was read, or as this screen has written it since; nothing for a blank
   /// record. A write of the account is compared with it, so that nobody's change is lost.
   std::optional<data::Account> AsRead;
+  /// What the parent in sltParent stood under when it was read for typing.
+  std::optional<PlaceOfParent> ParentAsRead;
   /// The connection text of the database that the record was read from, or is typed for.
   std::string RecordSource;
   FormMode formMode = FormMode::ModeIdle;

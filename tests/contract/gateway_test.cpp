@@ -192,7 +192,8 @@ TEST_F(Rules, WhatAScreenShowsIsCountedWhenItChangesAndNothingElse) {
   const std::pair<const char*, bool> writes[] = {
       {"insert into tblAccount (ID, Code, Title) values (1, '1', 'a'), (2, '2', 'b')", true},
       {"update tblAccount set ParentID = 1 where ID = 2", true},
-      {"update tblAccount set IsClosed = 1 where ID = 2", true},
+      {"update tblAccount set IsClosed = 1, Notes = 'n' where ID = 2", true},
+      {"update tblAccount set IsClosed = 0 where ID = 2", onServer()},
       {"update tblAccount set Title = 'c' where ID = 9", false},
       {"insert into tblAccountPeriodAccount (AccountID, PeriodID) values (2, 4)", true},
       {"delete from tblAccountPeriodAccount", true},

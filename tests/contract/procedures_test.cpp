@@ -226,7 +226,8 @@ TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
 
 /// Each column that an edit writes is changed by another program in turn.
 TEST_F(Procedures, AWriteIsRefusedWhereWhatWasReadIsNoLongerSo) {
-  const int mother = insert({.code = "1"});
+  const int top = insert({.code = "8"});
+  const int mother = insert({.parentID = top, .code = "1"});
   Account read{.parentID = mother,
                .code = "11",
                .title = "بانک ",
@@ -238,12 +239,22 @@ TEST_F(Procedures, AWriteIsRefusedWhereWhatWasReadIsNoLongerSo) {
   call(procedures::spAccountInsertRelatedObject, {id, 4, 3, 8});
   const std::string where = " where ID = " + std::to_string(id);
   const std::string related = " where AccountID = " + std::to_string(id);
-  const auto save = [&](std::string code = "1") {
-    connection->handOver({.account = read, .parentID = mother, .parentCode = std::move(code)});
+  const auto save = [&](std::string code = "1", std::optional<int> place = {}) {
+    connection->handOver(
+        {.account = read, .parentID = mother, .parentCode = std::move(code), .parentsParent = place});
     return update(id, read);
   };
   EXPECT_EQ(save(), 1);
-  EXPECT_EQ(failureOf([&] { save("1 "); }).number(), data::kParentChanged);
+  EXPECT_EQ(save("1", top), 1);
+  EXPECT_EQ(failureOf([&] { save("1 ", top); }).number(), data::kParentChanged);
+  for (const int place : {-1, id}) {
+    const DataError moved = failureOf([&] { save("1 ", place); });
+    EXPECT_EQ(moved.number(), data::kParentChanged);
+    EXPECT_NE(std::string(moved.what()).find("جابجا"), std::string::npos) << moved.what();
+  }
+  database.execute("update tblAccount set ParentID = null where ID = " + std::to_string(mother));
+  EXPECT_EQ(save("1", 0), 1);
+  EXPECT_EQ(failureOf([&] { save("1", top); }).number(), data::kParentChanged);
   const auto refused = [&](const std::string& change, const std::string& back) {
     database.execute(change);
     const std::string before = database.rows("select * from tblAccount");

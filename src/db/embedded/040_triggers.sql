@@ -158,7 +158,9 @@ begin
     where rowid = new.rowid;
 end;
 
--- What a screen shows of the chart was changed. A level isn't shown, and changes with a parent alone.
+-- What a screen shows of the chart was changed. A level isn't shown, and changes with a parent alone. Nor is IsClosed by
+-- itself counted: that is a save closing or opening what is below its account, which was counted for the account, and
+-- counting each of three hundred thousand rows would take as long as writing them.
 drop trigger if exists trNotedAccountInsert;
 create trigger trNotedAccountInsert after insert on tblAccount
 begin
@@ -166,8 +168,9 @@ begin
 end;
 
 drop trigger if exists trNotedAccountUpdate;
-create trigger trNotedAccountUpdate after update on tblAccount
-when old.NoLevel = new.NoLevel
+create trigger trNotedAccountUpdate
+after update of ID, ParentID, Code, Title, GroupID, BranchID, PositionID, CreateDate, FarsiCreateDate, Notes,
+                AccountNatureID, IsPermanent, MaxDebit, MaxCredit on tblAccount
 begin
   update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
 end;

@@ -47,9 +47,15 @@ begin
     exec sp_set_session_context N'LedgerTree.ID', null;
     if exists (select 1 from dbo.tblAccount with (updlock, holdlock)
                where ID = cast(session_context(N'LedgerTree.Parent') as int)
+                 and case when ParentID > 0 then ParentID else 0 end
+                   <> case when cast(session_context(N'LedgerTree.ParentsParent') as int) < 1 then 0
+                           else cast(session_context(N'LedgerTree.ParentsParent') as int) end)
+      throw 51012, N'حساب مادر را پس از آن که خوانده شد کاربر ديگري جابجا کرده است و چيزي ثبت نشد. حساب مادر را دوباره انتخاب نماييد.', 1;
+    if exists (select 1 from dbo.tblAccount with (updlock, holdlock)
+               where ID = cast(session_context(N'LedgerTree.Parent') as int)
                  and cast(isnull(Code, '') as varbinary(8000))
                    <> cast(cast(session_context(N'LedgerTree.ParentCode') as varchar(8000)) as varbinary(8000)))
-      throw 51012, N'حساب مادر را پس از آن که خوانده شد کاربر ديگري جابجا کرده يا کد آن را تغيير داده است و چيزي ثبت نشد. حساب مادر را دوباره انتخاب نماييد.', 1;
+      throw 51012, N'کد حساب مادر را پس از آن که خوانده شد کاربر ديگري تغيير داده است و چيزي ثبت نشد. حساب مادر را دوباره انتخاب نماييد.', 1;
     if @Read = @ID and exists (select 1 from dbo.tblAccount where ID = @ID) and (
       not exists (
         select isnull(ParentID, -1), isnull(GroupID, -1), isnull(IsPermanent, -1), isnull(AccountNatureID, -1),

@@ -58,6 +58,8 @@ void handOver(Batch& batch, const data::AsRead& read) {
   say("ID", ParameterType::Int, read.account ? read.account->id : 0);
   say("Parent", ParameterType::Int, read.parentID);
   say("ParentCode", ParameterType::Text, read.parentCode, 20);
+  say("ParentsParent", ParameterType::Int,
+      read.parentsParent ? data::Value(*read.parentsParent) : data::Value());
   if (!read.account) return;
   for (const data::AccountField& field : data::kAccountFields)
     if (data::isEdited(field))
