@@ -1,6 +1,6 @@
 // Makes the tables, views, triggers and procedures of the chart in a database of SQL Server or takes up one
 // of an older version, brings a file of the embedded engine to the present schema, fills in the demo chart,
-// or checks whether a chart is true. It needs no display.
+// checks whether a chart is true, or switches its memory on and off and shortens it. It needs no display.
 
 #include <chrono>
 #include <exception>
@@ -14,6 +14,7 @@
 #include "data/connection.h"
 #include "data/connection_text.h"
 #include "db/check.h"
+#include "db/history.h"
 #include "db/schema.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
@@ -31,11 +32,15 @@ constexpr const char* kUsage =
     "usage: ledgertree-schema --install-schema TEXT [--dry-run] [--without SCRIPT]... [--install-demo]\n"
     "       ledgertree-schema --install-demo TEXT\n"
     "       ledgertree-schema --check TEXT\n"
+    "       ledgertree-schema --history on|off TEXT\n"
+    "       ledgertree-schema --prune-history DATE TEXT\n"
     "TEXT is the OLE DB connection text of the database; \"-\" reads it from the standard input, so that a\n"
     "password stands in no list of processes. \"Provider=SQLite;Data Source=PATH\" is a file that is there.\n"
     "  --dry-run         shows what would be done on a server, and does nothing\n"
     "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n"
     "  --check           tells what isn't true of the accounts, and changes nothing\n"
+    "  --history         keeps who changed what from now on, or no longer; what was kept stays\n"
+    "  --prune-history   forgets what was changed ahead of DATE, yyyy-mm-dd, of UTC\n"
     "The exit status is 0; 1 where something failed, 2 for arguments that make no sense, 3 where a check "
     "found\n"
     "something.\n";
@@ -51,6 +56,8 @@ struct Options {
   bool dryRun = false;
   bool demo = false;
   bool check = false;
+  std::string history;             ///< "on", "off", or empty
+  std::optional<std::string> day;  ///< ahead of which the memory is forgotten
   db::LeftOut without;
   std::optional<std::string> text;
 };
@@ -68,6 +75,11 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.check = true;
     } else if (argument == "--dry-run") {
       options.dryRun = true;
+    } else if (argument == "--history" && place + 1 < count) {
+      options.history = arguments[++place];
+      if (options.history != "on" && options.history != "off") return std::nullopt;
+    } else if (argument == "--prune-history" && place + 1 < count) {
+      options.day = arguments[++place];
     } else if (argument == "--without" && place + 1 < count) {
       options.without.emplace_back(arguments[++place]);
     } else if (options.text || argument.starts_with("--")) {
@@ -76,7 +88,9 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.text = argument;
     }
   }
-  if (!options.text || options.check == (options.schema || options.demo)) return std::nullopt;
+  const int acts = (options.schema || options.demo ? 1 : 0) + (options.check ? 1 : 0) +
+                   (options.history.empty() ? 0 : 1) + (options.day ? 1 : 0);
+  if (!options.text || acts != 1) return std::nullopt;
   if (!options.schema && (options.dryRun || !options.without.empty())) return std::nullopt;
   if (*options.text == "-") std::getline(std::cin, *options.text);
   return options;
@@ -126,6 +140,19 @@ void installFile(const std::string& path, const Options& options) {
   print("done");
 }
 
+void changeHistory(const Options& options) {
+  const auto path = fileOf(*options.text);
+  if (!path) throw std::runtime_error("--history and --prune-history are for a file");
+  SQLite::Database database = db::openChartFile(*path, true);
+  if (options.day) {
+    const int gone = db::pruneHistory(database, *options.day);
+    print(std::to_string(gone) + " operations were forgotten");
+  } else {
+    db::switchHistory(database, options.history == "on");
+    print("the memory is " + options.history);
+  }
+}
+
 std::unique_ptr<data::Connection> openServer(const std::string& text) {
   data::Providers providers;
   namespace odbc = ledgertree::engines::odbc;
@@ -168,7 +195,9 @@ int main(int count, char** arguments) {
       return 2;
     }
     if (options->check) return check(*options->text) ? 0 : kUntrue;
-    if (const auto path = fileOf(*options->text))
+    if (options->day || !options->history.empty())
+      changeHistory(*options);
+    else if (const auto path = fileOf(*options->text))
       installFile(*path, *options);
     else
       installServer(*options);

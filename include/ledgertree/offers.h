@@ -22,6 +22,9 @@ enum class Offer {
   Divider,
   /// The menu "راهنما", which opens what F1 opens.
   Guide,
+  /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
+  /// shows; while something is typed, a line tells that somebody else has changed the account.
+  OthersChanges,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

@@ -36,6 +36,7 @@ void AccountDeletion::deleteShownAccount() {
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
   if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
+  const auto operation = shell_.operation(*gateway, data::OperationKind::DeleteAccount);
   try {
     if (read && read->id == account) gateway->cnMainData.handOver({.account = read});
     gateway->rssqlRetriveTree.Open("Delete tblAccount Where ID=" + std::to_string(account));

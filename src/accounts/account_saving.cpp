@@ -205,6 +205,8 @@ void AccountSaving::run(Progress& progress) {
 
   if (isNew && unanswered_.isAbout(progress.sent) && foundAfterAll(*gateway)) return;
   progress.written = Written::Unclear;
+  const auto operation =
+      shell_.operation(*gateway, isNew ? data::OperationKind::NewAccount : data::OperationKind::EditAccount);
   const auto written = writeAccount(*gateway, progress, account);
   if (!written) return screen_.cmdNew.focus();
   progress.account = account.id = *written;

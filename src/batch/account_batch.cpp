@@ -66,6 +66,7 @@ void frmAccountBatch::deleteBelow() {
 }
 
 void frmAccountBatch::deleteAll(data::DtEn& gateway, const std::string& below) {
+  const auto operation = shell_.operation(gateway, data::OperationKind::DeleteInBatch);
   const data::OpenRows accounts(gateway.rssqlAccounts,
                                 "Select * From tblAccount Where ID in (" + below + ") order by Nolevel desc");
   shell::WorkProgress progress(*this, progressBar, accounts->RecordCount());

@@ -6,6 +6,7 @@
 #include "data/catalogue.h"
 #include "data/connection_text.h"
 #include "data/data_error.h"
+#include "data/operation.h"
 #include "text/characters.h"
 
 namespace ledgertree::data {
@@ -46,6 +47,10 @@ Answers Connection::runTogether(std::span<const Command> commands) {
     answers.failure = std::current_exception();
   }
   return answers;
+}
+
+Rows Connection::takeBack(std::int64_t /*operation*/) {
+  throw DataError(DataError::Reason::Misuse, 0, kNothingIsKept);
 }
 
 void Providers::add(std::string provider, ConnectionOpener opener) {

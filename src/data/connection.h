@@ -17,6 +17,7 @@
 namespace ledgertree::data {
 
 struct AsRead;
+struct Operation;
 class ConnectionText;
 struct Procedure;
 
@@ -103,6 +104,18 @@ class Connection {
   /// write are one there: the command fails, with nothing done, where the database holds something else by
   /// then; see AsRead. It counts for that one command, whatever becomes of it.
   virtual void handOver(const AsRead& read) = 0;
+
+  /// What the commands from here on belong to in the memory of the chart, until this is said again; null: to
+  /// nothing. A command that changes what is kept puts its number there. Where nothing is kept it says
+  /// nothing.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): an engine keeps it
+  virtual void belongTo(std::shared_ptr<Operation> operation) { static_cast<void>(operation); }
+
+  /// Undoes all that an operation changed: one command that is a part of the operation belonged to, which
+  /// has to say so (Operation::takesBack). All of it is done and no rows come, or nothing is done and each
+  /// row says what stands in the way: AccountID; Reason, a number of data::Obstacle; OperationID, the last
+  /// one that has changed the account since, or null. Throws DataError(Misuse) where nothing is kept.
+  virtual Rows takeBack(std::int64_t operation);
 
   /// Whether an answer can take long, as over a network: searches then run beside the user-interface thread.
   [[nodiscard]] virtual bool answersLate() const { return false; }

@@ -6,6 +6,7 @@
 #include "data/ahead.h"
 #include "data/catalogue.h"
 #include "data/data_error.h"
+#include "data/operation.h"
 
 namespace ledgertree::data {
 namespace {
@@ -20,11 +21,38 @@ void MainConnection::ConnectionString(std::string text) {
   forgetAnswers();
   connection_.reset();
   text_ = std::move(text);
+  // Its number was one of the other database.
+  if (operation_) operation_->number = 0;
 }
 
 Connection& MainConnection::port() {
-  if (!connection_) connection_ = make_(text_);
+  if (!connection_) {
+    connection_ = make_(text_);
+    if (operation_) connection_->belongTo(operation_);
+  }
   return *connection_;
+}
+
+Rows MainConnection::takeBack(std::int64_t operation) {
+  forgetAnswers();
+  return port().takeBack(operation);
+}
+
+OperationBlock::OperationBlock(MainConnection& connection, Operation operation)
+    : connection_(connection), outermost_(connection.operation_ == nullptr) {
+  if (!outermost_) return;
+  connection_.operation_ = std::make_shared<Operation>(operation);
+  if (connection_.connection_) connection_.connection_->belongTo(connection_.operation_);
+}
+
+OperationBlock::~OperationBlock() {
+  if (!outermost_) return;
+  connection_.operation_ = nullptr;
+  if (connection_.connection_) connection_.connection_->belongTo(nullptr);
+}
+
+std::int64_t OperationBlock::number() const {
+  return connection_.operation_ ? connection_.operation_->number : 0;
 }
 
 void RecordHandle::Open(std::string_view statement) {

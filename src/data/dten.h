@@ -19,6 +19,7 @@
 namespace ledgertree::data {
 
 class Ahead;
+struct Operation;
 
 /// The connection of the gateway: a connection text, and behind it a Connection that opens at the first
 /// command. A text that opens nothing fails each command anew; nothing is remembered of the attempt.
@@ -51,8 +52,12 @@ class MainConnection {
   /// The connection behind, opened if need be. For walks over many rows.
   [[nodiscard]] Connection& port();
 
+  /// As Connection::takeBack; what was asked ahead is void.
+  [[nodiscard]] Rows takeBack(std::int64_t operation);
+
  private:
   friend class Ahead;
+  friend class OperationBlock;
 
   [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().answersLate(); }
   [[nodiscard]] std::optional<Answer> answer(const Command& command);
@@ -61,7 +66,8 @@ class MainConnection {
   Make make_;
   std::string text_;
   std::unique_ptr<Connection> connection_;
-  std::vector<Ahead*> ahead_;  ///< the blocks that run, the innermost last
+  std::shared_ptr<Operation> operation_;  ///< what the commands belong to; null: nothing
+  std::vector<Ahead*> ahead_;             ///< the blocks that run, the innermost last
 };
 
 /// A named recordset handle: one object for the life of its DtEn, with one position.

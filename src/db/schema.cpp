@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "data/data_error.h"
+#include "db/history.h"
 #include "db/scripts.h"
 #include "db/tree.h"
 #include "db/version.h"
@@ -85,6 +86,7 @@ std::vector<std::string> takeUp(SQLite::Database& database, int version) {
     database.exec(std::string(embeddedText(step.script)));
   }
   runScripts(database, {"db/embedded/040_triggers.sql", "db/embedded/051_views.sql"});
+  if (historyIsOn(database)) remakeHistory(database);
   if (const int mended = mendTree(database); mended > 0)
     found.push_back("شاخه و سطح " + std::to_string(mended) +
                     " حساب در اين فايل درست نبود، زيرا برنامه ديگري آنها را بدون قاعده هاي فايل نوشته بود. "
@@ -120,6 +122,11 @@ void requireChart(SQLite::Database& database) {
   if (!isChart(database)) refuseOthersFile();
   const int version = pragma(database, "user_version");
   if (version > schemaVersion()) requireSchemaVersion(version);
+}
+
+void requirePresentChart(SQLite::Database& database) {
+  requireChart(database);
+  requireSchemaVersion(pragma(database, "user_version"));
 }
 
 SQLite::Database openChartFile(const std::string& path, bool forWriting) {

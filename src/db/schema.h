@@ -28,6 +28,8 @@ std::vector<std::string> openSchema(SQLite::Database& database, const std::funct
 
 /// Throws data::DataError(Connection) for a file that isn't a chart of this or an older version.
 void requireChart(SQLite::Database& database);
+/// Throws data::DataError(Connection) for a file that isn't a chart of this version.
+void requirePresentChart(SQLite::Database& database);
 
 /// Opens a file that stands there, for reading alone or for writing too, as one that nobody vouches for: what
 /// it holds calls no more than what SQLite holds for harmless. Throws SQLite::Exception.

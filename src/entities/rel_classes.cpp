@@ -329,6 +329,7 @@ frmAccountRelClasses::Row frmAccountRelClasses::shown(std::size_t line) const {
 bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
+  const auto operation = shell_.operation(*gateway, data::OperationKind::ClassesOfAccount);
   Statements statements(*gateway);
   const std::string account = std::to_string(accountID);
   const bool repeats = repeatsClass();

@@ -272,6 +272,7 @@ void frmAccountRelObjects::save() {
   const std::int32_t accountID = sltAccount.SelectedID();
   const auto gateway = shell_.dtEn();
   if (!read_.mayWrite(storedObjects(includesAllObjects(*gateway)))) return;
+  const auto operation = shell_.operation(*gateway, data::OperationKind::ObjectsOfAccount);
   // Until all of it is written nothing is known of what is stored.
   read_.forget();
   writeIncludeAllObjects();

@@ -67,7 +67,7 @@ class AccountRecord {
   [[nodiscard]] std::vector<data::Command> questionsOf(const data::Account& account);
   /// The account as it is stored now; nothing where it has no row. It shows nothing of it.
   [[nodiscard]] std::optional<data::Account> readAgain(std::int32_t id);
-  /// Puts an account under edit as if it had been typed over what is `stored`.
+  /// Puts an account on the record, in the mode that it has, as if it had been typed over what is `stored`.
   void goOnWith(const data::Account& typed, const data::Account& stored);
   /// Enables and shows what the mode allows.
   void applyFormMode();

@@ -101,6 +101,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       cmdDeletePeriod(*this, "cmdDeletePeriod", {7680, 1140, 1920, 360}, "پنهان از دوره مالي"),
       treeAccount(*this, "treeAccount", {7680, 1530, 5880, 2700}),
       lblMessage(*this, "lblMessage", {9600, 4260, 3960, 270}),
+      lblOthers(*this, "lblOthers", {7680, 4260, 1890, 270}),
       divider(*this, "divider", {7620, 720, 60, 3810}),
       Timer1(*this, "Timer1", 200ms),
       mnuFonc(*this, "mnuFonc", "عمليات"),
@@ -168,8 +169,8 @@ void MainScreen::buildMenu() {
 }
 
 void MainScreen::dressControls() {
-  for (ui::Control* hidden :
-       std::initializer_list<ui::Control*>{&cmdOperations, &cmdi12, &cmdEditTree, &datCreate, &divider})
+  for (ui::Control* hidden : std::initializer_list<ui::Control*>{&cmdOperations, &cmdi12, &cmdEditTree,
+                                                                 &datCreate, &divider, &lblOthers})
     hidden->setVisible(false);
   // Nothing is under way at the start; who works long shows how far it is.
   progressBar.setVisible(false);
@@ -232,6 +233,7 @@ void MainScreen::nameControls() {
   name(treeAccount, "درخت حسابها");
   name(progressBar, "پيشرفت کار");
   name(lblMessage, "وضعيت فرم");
+  name(lblOthers, "تغييرات تازه");
   name(divider, "مرز درخت و مشخصات حساب");
   divider.setHint("تقسيم صفحه ميان درخت و مشخصات حساب");
 }

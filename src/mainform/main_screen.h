@@ -143,6 +143,7 @@ class MainScreen : public ui::Form {
   ui::PushButton cmdDeletePeriod;
   ui::Tree treeAccount;
   ui::Label lblMessage;
+  ui::Label lblOthers;
   ui::Divider divider;
 
   ui::Timer Timer1;

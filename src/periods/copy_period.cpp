@@ -65,6 +65,7 @@ void FormCopyPeriodAccount::copy() {
 
 void FormCopyPeriodAccount::copyChart() {
   const auto gateway = shell_.dtEn();
+  const auto operation = shell_.operation(*gateway, data::OperationKind::CopyPeriod);
   const std::string target = std::to_string(sltPeriodTo.SelectedID());
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where PeriodID = " + target);
   targetEmptied_ = true;
@@ -77,6 +78,7 @@ void FormCopyPeriodAccount::copyChart() {
 
 void FormCopyPeriodAccount::copyPeriod() {
   const auto gateway = shell_.dtEn();
+  const auto operation = shell_.operation(*gateway, data::OperationKind::CopyPeriod);
   const std::string source = std::to_string(sltPeriodFrom.SelectedID());
   const std::string target = std::to_string(sltPeriodTo.SelectedID());
   execute(shell_, *gateway,

@@ -55,6 +55,7 @@ void FormDeletePeriod::hideWithoutDocument() {
     return;
   const auto gateway = shell_.dtEn();
   const std::string period = std::to_string(sltPeriodFrom.SelectedID());
+  const auto operation = shell_.operation(*gateway, data::OperationKind::HidePeriod);
   execute(
       shell_, *gateway,
       "delete tblAccountPeriodAccount Where PeriodID = " + period +
@@ -91,6 +92,7 @@ void FormDeletePeriod::hideAll() {
     sltPeriodFrom.focus();
     return;
   }
+  const auto operation = shell_.operation(*gateway, data::OperationKind::HidePeriod);
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where PeriodID = " + period);
   ChangedFlag = true;
   hide();

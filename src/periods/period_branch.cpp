@@ -184,6 +184,7 @@ void FormPeriodBranch::addToPeriods() {
   const auto gateway = shell_.dtEn();
   const std::string account = std::to_string(sltAccount.SelectedID());
   const std::string period = std::to_string(sltPeriod.SelectedID());
+  const auto operation = shell_.operation(*gateway, data::OperationKind::PeriodsOfAccount);
   execute(shell_, *gateway,
           "insert into tblAccountPeriodAccount(AccountID,PeriodID) "
           " (Select " +
@@ -213,6 +214,7 @@ void FormPeriodBranch::hideFromPeriods() {
     return;
   }
   if (!mayWrite()) return;
+  const auto operation = shell_.operation(*gateway, data::OperationKind::PeriodsOfAccount);
   execute(shell_, *gateway,
           "delete tblAccountPeriodAccount Where AccountID=" + account + " and (PeriodID=" + period +
               " or -1=" + period + ")");
@@ -226,6 +228,7 @@ void FormPeriodBranch::hideSelectedRows() {
   if (!mayWrite()) return;
   const auto gateway = shell_.dtEn();
   const std::int32_t accountID = sltAccount.SelectedID();
+  const auto operation = shell_.operation(*gateway, data::OperationKind::PeriodsOfAccount);
   try {
     for (const Period& period : selected) {
       hideFromPeriod(*gateway, std::to_string(accountID), period);
@@ -282,6 +285,7 @@ void FormPeriodBranch::hideAllRows() {
     return;
   }
   if (!mayWrite()) return;
+  const auto operation = shell_.operation(*gateway, data::OperationKind::PeriodsOfAccount);
   execute(shell_, *gateway, "delete tblAccountPeriodAccount Where AccountID=" + account);
   written(about("-1"), Meant::Gone);
 }

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "data/dten.h"
+#include "data/operation.h"
 #include "data/permissions.h"
 #include "ledgertree/offers.h"
 #include "shell/background.h"
@@ -78,6 +79,11 @@ class Shell {
   void dropDtEn() { dtEn_.reset(); }
   /// Drops the gateway, makes a new one and gives its connection the text of gConnectionString.
   void resetDataConnection();
+  /// What gUserID does through the gateway for the length of the block is one operation in the memory of the
+  /// chart. `gateway` outlives it.
+  [[nodiscard]] data::OperationBlock operation(data::DtEn& gateway, data::OperationKind kind) const {
+    return {gateway.cnMainData, {.kind = kind, .userID = context.gUserID}};
+  }
 
   // The notices: each makes the component NoticeKit.NoticeDialog anew. They never fail towards the caller.
   /// Without the component the message is lost.

@@ -187,6 +187,29 @@ TEST_F(Rules, AncestorsAndLevelsStayTrueWhateverMoves) {
   EXPECT_GT(done, 50);
 }
 
+TEST_F(Rules, WhatAScreenShowsIsCountedWhenItChangesAndNothingElse) {
+  const auto changes = [this] { return number("select isnull(sum(Changes), 0) from vwLedgerTreeChanges"); };
+  const std::pair<const char*, bool> writes[] = {
+      {"insert into tblAccount (ID, Code, Title) values (1, '1', 'a'), (2, '2', 'b')", true},
+      {"update tblAccount set ParentID = 1 where ID = 2", true},
+      {"update tblAccount set IsClosed = 1 where ID = 2", true},
+      {"update tblAccount set Title = 'c' where ID = 9", false},
+      {"insert into tblAccountPeriodAccount (AccountID, PeriodID) values (2, 4)", true},
+      {"delete from tblAccountPeriodAccount", true},
+      {"insert into tblAccountRelatedObjects (AccountID, AccountGroupID) values (2, 4)", true},
+      {"update tblAccountRelatedObjects set AccountGroupID = 5", true},
+      {"delete from tblAccountRelatedObjects", true},
+      {"insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1404/01/01')", false},
+      {"insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, 1)", false},
+      {"insert into tblAccountRelatedClasses (AccountID, ClassID, Sequence) values (2, 11, 1)", false},
+      {"delete from tblAccount where ID = 2", true}};
+  for (const auto& [write, counts] : writes) {
+    const std::int64_t before = changes();
+    database.execute(write);
+    EXPECT_EQ(changes() > before, counts) << write;
+  }
+}
+
 TEST_F(Rules, AnAccountTakesAlongWhatBelongsToItAndStaysWhereSomethingDependsOnIt) {
   database.execute(
       "insert into tblAccount (ID, ParentID, Code) values (1, null, '1'), (2, 1, '101'), (3, 1, '102'), (4, "

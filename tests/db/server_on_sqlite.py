@@ -26,6 +26,8 @@ OTHERWISE = {
     "sys.triggers": "temp.triggers",
     "len(": "length(",
     " with (updlock, holdlock)": "",
+    " with (readpast, readcommittedlock)": "",
+    "@@spid": "0",
     "isnull(": "ifnull(",
     "getdate()": "(datetime('now', 'localtime'))",
     "int identity (1, 1)": "integer",

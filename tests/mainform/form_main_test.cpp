@@ -1,5 +1,7 @@
 #include "mainform/form/form_main.h"
 
+#include <thread>
+
 #include "mainform/screen_story.h"
 #include "periods/period_branch.h"
 #include "support/first_version.h"
@@ -7,6 +9,7 @@
 namespace ledgertree::testing {
 namespace {
 
+using namespace std::chrono_literals;
 using mainform::FormMain;
 using mainform::FormMode;
 using ui::Bounds;
@@ -223,6 +226,34 @@ TEST_F(FormMainStory, AHostCanOfferTheHiddenCommands) {
   shell.offers = {Offer::Export};
   start();
   EXPECT_TRUE(form->mnuExcelCode.visible() && form->i342.visible() && !form->cmdOperations.visible());
+}
+
+TEST_F(FormMainStory, WhatOthersChangeIsReadOnlyThenAndOnlyWhileTheScreenRests) {
+  int questions = 0;
+  int levels = 0;
+  faults.onCommand = [&](const std::string& command) {
+    questions += command.ends_with("vwLedgerTreeChanges") ? 1 : 0;
+    levels += command.starts_with("Select ID,ParentID") ? 1 : 0;
+  };
+  // Time passes until an answer came; gives what is said, and how many levels were read for it.
+  person.acts["rest"] = [&](auto&) {
+    levels = 0;
+    const int before = questions;
+    for (int ticks = onServer() ? 100 : 2; ticks > 0 && questions < before + 2; --ticks) {
+      desktop.tick();
+      desktop.settle();
+      std::this_thread::sleep_for(onServer() ? 20ms : 0ms);
+    }
+    return form->lblOthers.caption() + " " + std::to_string(levels);
+  };
+  start();
+  desktop.tick();
+  EXPECT_TRUE(questions == 0 && !form->lblOthers.visible()) << "nobody has offered it";
+  form->close();
+  shell.offers = {Offer::OthersChanges};
+  start();
+  EXPECT_TRUE(form->lblOthers.visible());
+  walk("what others change");
 }
 
 TEST_F(FormMainStory, TheKeyboardAloneIsEnough) {

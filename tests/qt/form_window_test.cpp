@@ -21,6 +21,7 @@
 #include <QTableView>
 #include <QTextEdit>
 #include <QTimer>
+#include <QToolTip>
 
 #include "qt/appearance.h"
 #include "screen.h"
@@ -130,12 +131,32 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.setDefaultButton(form.cmdNew);
   screen.show();
   screen.go("the keys of commands");
+  // What a program says of it comes into a tooltip that is waited for, and into no other.
+  QWidget& exit = screen.widget(form.cmdExit);
+  exit.setAttribute(Qt::WA_UnderMouse);
+  form.cmdExit.setHint("a");
+  EXPECT_FALSE(QToolTip::isVisible());
+  QToolTip::showText({9, 9}, "...", &exit);
+  form.cmdExit.setHint("b");
+  EXPECT_TRUE(QToolTip::text().contains("b"));
+  QToolTip::hideText();
   for (const QKeyCombination key : {QKeyCombination(Qt::Key_Return), Qt::CTRL | Qt::Key_S}) {
     QKeyEvent held(QEvent::KeyPress, key.key(), key.keyboardModifiers(), "", true);
     QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
   }
   EXPECT_TRUE(form.said.empty()) << "a key that is held down presses once";
   EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
+  // What is a command here is kept from a host's window, whose command it may be, too.
+  form.addShortcut(ui::KeyChord::of(ui::Key::F5), [] {});
+  for (const auto& [key, own] : {std::pair(QKeyCombination(Qt::Key_F5), true),
+                                 {Qt::CTRL | Qt::Key_S, true},
+                                 {Qt::Key_F6, false},
+                                 {Qt::CTRL | Qt::Key_K, false}}) {
+    QKeyEvent asked(QEvent::ShortcutOverride, key.key(), key.keyboardModifiers());
+    asked.ignore();
+    QApplication::sendEvent(&screen.widget(form.cmdExit), &asked);
+    EXPECT_EQ(asked.isAccepted(), own) << key.toCombined();
+  }
 }
 
 TEST(FormWindow, TheFormHasTheRoomThatItsWindowShows) {
@@ -147,6 +168,8 @@ TEST(FormWindow, TheFormHasTheRoomThatItsWindowShows) {
   const qt::Scale scale(window.font());
   const QSize design = scale.pixels(form.designSize());
   const QSize whole = design + QSize(0, window.height() - scroll.height());
+  EXPECT_FALSE(scroll.horizontalScrollBar()->isVisible() && scroll.verticalScrollBar()->isVisible())
+      << "the bar of a screen that is too small calls for no second one";
   for (const QSize change :
        {QSize(0, 0), {300, 200}, {-300, -200}, {-20, 20}, {20, -20}, {-20, 5}, {5, -20}}) {
     window.resize(whole + change);

@@ -111,6 +111,7 @@ class Guide : public DemoChartScreen {
       const double whole = text.document()->documentLayout()->frameBoundingRect(frame).width();
       EXPECT_NEAR((second.left() - first.left()) / whole, table.columns() == 2 ? 0.7 : 0.3, 0.02);
       EXPECT_NEAR(second.left() - first.right(), 2 * table.format().cellPadding() + 1, 1);
+      EXPECT_EQ(table.format().borderStyle(), QTextFrameFormat::BorderStyle_Solid);
     }
   }
 

@@ -7,6 +7,7 @@
 #include "qt/appearance.h"
 #include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
+#include "qt/wait_panel.h"
 #include "screen.h"
 
 namespace ledgertree::test {
@@ -70,7 +71,7 @@ QString looksOf(const QWidget& widget) {
       widget.layoutDirection() == Qt::RightToLeft ? "rightToLeft" : "leftToRight");
   const bool bar = widget.inherits("QProgressBar");
   add(!bar && around != nullptr && widget.fontInfo().pixelSize() < around->fontInfo().pixelSize(), "small");
-  add(bar && widget.fontMetrics().height() > widget.height(), "cut");
+  add(bar && widget.fontMetrics().height() > widget.height() - 3, "cut");
   const auto* label = qobject_cast<const QLabel*>(&widget);
   const int margin = label != nullptr             ? label->contentsMargins().left()
                      : widget.layout() != nullptr ? widget.layout()->contentsMargins().left()
@@ -168,6 +169,11 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
     });
     notice.ask();
   }
+  // A wait ahead of the first screen.
+  qt::WaitPanel wait(nullptr);
+  wait.tell("در انتظار", "انصراف");
+  looks += "== wait\n" + looksOf(wait, "");
+  wait.close();
   qt::GuideWindow::open(screen.window(), {}, {});
   QTest::keyClicks(qt::GuideWindow::standing()->findChild<QLineEdit*>(), "zz");
   looks += "== guide\n" + looksOf(*qt::GuideWindow::standing(), "");
@@ -272,6 +278,8 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
     return painted(bar, {side * bar.width() / 2, 0, bar.width() / 2, bar.height()});
   };
   for (const int side : {0, 1}) EXPECT_NE(half("حساب حساب حساب حساب", side), half("", side)) << side;
+  screen.form->progress.setProgress(0, 2, "");
+  EXPECT_LT(bar.property("value").toInt(), 0) << "at 0 a sliver would be drawn";
   // The border of a frame ends at its title.
   QWidget& frame = screen.widget(screen.form->record);
   const QImage picture = painted(frame);
@@ -279,7 +287,23 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   const auto ground = picture.pixel(frame.width() / 2, line * 2 / 3);
   EXPECT_EQ(picture.pixel(frame.width() - line / 2 - 1, line / 2), ground);
   EXPECT_NE(picture.pixel(frame.width() / 4, line / 2), ground);
-  // The box that one ticks is as large as the letters.
+  // A host that writes from the left changes nothing.
+  auto& menu = *screen.window().findChild<QMenu*>();
+  menu.adjustSize();
+  const auto drawn = [&] { return std::pair(painted(screen.window()), painted(menu)); };
+  const auto own = drawn();
+  const Qt::LayoutDirection host = QApplication::layoutDirection();
+  QApplication::setLayoutDirection(host == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight);
+  EXPECT_TRUE(drawn() == own);
+  QApplication::setLayoutDirection(host);
+  // The pictures of a tree, and the box that one ticks, are as large as the letters.
+  const QFont font = QApplication::font();
+  QApplication::setFont(QFont(font.family(), 40));
+  Screen large;
+  large.show();
+  const auto& tree = large.widget<QTreeView>(large.form->tree);
+  EXPECT_GT(tree.iconSize().height() * 2, tree.fontMetrics().height());
+  QApplication::setFont(font);
   QCheckBox box;
   box.setFont(QFont("", 40));
   qt::dress(box);

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
@@ -51,6 +52,10 @@ const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std
      [](auto& widget, auto&, auto& text) {
        clickAt(widget, qt::toQt(text), dynamic_cast<QTreeView&>(widget).indentation() / 2);
      }},
+    {"head",
+     [](auto& widget, auto&, auto&) {
+       QTest::mouseClick(dynamic_cast<QTableView&>(widget).horizontalHeader()->viewport(), Qt::LeftButton);
+     }},
     {"far", [](auto& widget, auto&, auto& text) { clickAt(widget, qt::toQt(text), 40); }},
     {"select",
      [](auto&, auto& control, auto& key) {
@@ -60,7 +65,8 @@ const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std
     {"away",
      [](auto& widget, auto&, auto&) {
        QEvent left(QEvent::WindowDeactivate);
-       QApplication::sendEvent(&widget, &left);
+       QFocusEvent lost(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+       for (QEvent* event : {&left, static_cast<QEvent*>(&lost)}) QApplication::sendEvent(&widget, event);
      }},
     {"commit",
      [](auto& widget, auto&, auto& text) {

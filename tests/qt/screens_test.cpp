@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTableView>
@@ -82,6 +83,10 @@ std::string lineOf(const ui::Control& control, const qt::FormWindow& window) {
   if (!caption.empty()) line += " «" + caption + "»";
   if (spoken != caption && (control.takesFocus() || !spoken.empty())) line += " (" + spoken + ")";
   if (!tip.isEmpty()) line += " [" + fromQt(tip) + "]";
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  const QWidget* named = label != nullptr ? label->buddy() : nullptr;
+  if (named != nullptr && named->objectName().isEmpty()) named = named->parentWidget();
+  if (named != nullptr) line += " for " + fromQt(named->objectName());
   return line + reachOf(control, window) + detailsOf(control, widget) + " @" + placeOf(control);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QTreeView>
 
@@ -151,6 +152,11 @@ TEST(TreeView, CheckBoxesAreTickedByThePerson) {
   screen.press(tree, Qt::Key_Space);
   EXPECT_FALSE(tree.checked(tree.find("r.1")));
   EXPECT_EQ(screen.form->said, (std::vector<std::string>{"tick r.1", "click r.1", "tick r.1"}));
+  EXPECT_TRUE(QAccessible::queryAccessibleInterface(screen.view)->child(1)->state().checkable);
+  // Two quick clicks are two.
+  screen.mouse({line.right() - 8, line.center().y()});
+  QTest::mouseDClick(screen.view->viewport(), Qt::LeftButton, {}, {line.right() - 8, line.center().y()});
+  EXPECT_EQ(screen.form->said.size(), 5U);
 }
 
 TEST(TreeView, ALevelOfAHundredThousandAccountsIsOneInsertion) {

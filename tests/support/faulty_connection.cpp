@@ -52,6 +52,13 @@ class FaultyConnection : public data::Connection {
   }
 
   void handOver(const data::AsRead& read) override { read_ = read; }
+  void belongTo(std::shared_ptr<data::Operation> operation) override {
+    engine_->belongTo(std::move(operation));
+  }
+  data::Rows takeBack(std::int64_t operation) override {
+    faults_.pass("takeBack");
+    return engine_->takeBack(operation);
+  }
   void readTogether(const std::function<void()>& work) override { engine_->readTogether(work); }
   void rest() override { engine_->rest(); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }

@@ -80,7 +80,8 @@ class Monkey:
             return
         early, late = (statistics.median(part) for part in
                        (self.memory[SAMPLES:2 * SAMPLES], self.memory[-SAMPLES:]))
-        assert late < early * 1.25 + 16, f"memory grows: {early} MB, then {late} MB"
+        # The guide with its pictures, and each screen at its first opening, take some 40 MB once.
+        assert late < early * 1.1 + 48, f"memory grows: {early} MB, then {late} MB"
 
     def run(self, seconds):
         end, next_sample = time.monotonic() + seconds, 0

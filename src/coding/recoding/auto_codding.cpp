@@ -199,6 +199,7 @@ void frmAutoCodding::recode(data::DtEn& gateway, std::string command,
 
 void frmAutoCodding::writeCodes(data::DtEn& gateway) {
   auto& [command, codes, done, together] = *unfinished_;
+  const auto operation = shell_.operation(gateway, data::OperationKind::Recode);
   shell::WorkProgress progress(*this, progressBar, static_cast<std::int32_t>(codes.size()));
   together = gateway.cnMainData.together();
   while (done < codes.size()) {
@@ -248,6 +249,7 @@ void frmAutoCodding::copyToDescendants(std::string_view column) {
   const std::string account = std::to_string(mother);
   const std::string name(column);
   const auto gateway = shell_.dtEn();
+  const auto operation = shell_.operation(*gateway, data::OperationKind::CopyToDescendants);
   gateway->cnMainData.Execute(
       "Update tblAccount  Set " + name + " = (select max(" + name + ") from tblAccount Where ID= " + account +
       " )  Where ID In ( Select ChildID From tblAccountParent Where ID = " + account + ")");

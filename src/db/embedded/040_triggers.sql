@@ -157,3 +157,59 @@ begin
         RelatedObjectID = nullif(RelatedObjectID, -1)
     where rowid = new.rowid;
 end;
+
+-- What a screen shows of the chart was changed. A level isn't shown, and changes with a parent alone.
+drop trigger if exists trNotedAccountInsert;
+create trigger trNotedAccountInsert after insert on tblAccount
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedAccountUpdate;
+create trigger trNotedAccountUpdate after update on tblAccount
+when old.NoLevel = new.NoLevel
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedAccountDelete;
+create trigger trNotedAccountDelete after delete on tblAccount
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedPeriodInsert;
+create trigger trNotedPeriodInsert after insert on tblAccountPeriodAccount
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedPeriodUpdate;
+create trigger trNotedPeriodUpdate after update on tblAccountPeriodAccount
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedPeriodDelete;
+create trigger trNotedPeriodDelete after delete on tblAccountPeriodAccount
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedRelationInsert;
+create trigger trNotedRelationInsert after insert on tblAccountRelatedObjects
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedRelationUpdate;
+create trigger trNotedRelationUpdate after update on tblAccountRelatedObjects
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;
+
+drop trigger if exists trNotedRelationDelete;
+create trigger trNotedRelationDelete after delete on tblAccountRelatedObjects
+begin
+  update tblLedgerTreeChanges set Changes = Changes + 1 where Writer = 0;
+end;

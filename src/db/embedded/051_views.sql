@@ -27,3 +27,6 @@ create view vwAccountMajor as select ID, Code, Title as Name from tblAccount;
 drop view if exists vwAccountMinor;
 create view vwAccountMinor as
 select a.ID, p.Title as Name from tblAccount a left join tblAccount p on p.ID = a.ParentID;
+
+drop view if exists vwLedgerTreeChanges;
+create view vwLedgerTreeChanges as select Writer, Changes from tblLedgerTreeChanges;

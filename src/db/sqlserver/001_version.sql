@@ -3,7 +3,7 @@
 --
 -- These scripts make a database new or anew. One of an older version needs the steps between the two as well, which
 -- ledgertree-schema takes ahead of them; it knows the database as its present version by then.
-declare @Version int = 5;
+declare @Version int = 6;
 if object_id(N'dbo.tblLedgerTreeVersion') is null
 begin
   if object_id(N'dbo.tblAccount') is not null

@@ -81,3 +81,13 @@ if object_id(N'dbo.tblAccountRelatedClassesDetail') is null
     constraint pkRelatedClassesDetail primary key (AccountID, ClassID, ObjectID)
   );
 GO
+
+-- How often the accounts, their periods or their relations were changed: a screen that rests asks for it, to learn cheaply
+-- whether to look again. Each session counts in a row of its own, so that nobody waits for anybody. Only the triggers
+-- write here.
+if object_id(N'dbo.tblLedgerTreeChanges') is null
+  create table dbo.tblLedgerTreeChanges (
+    Writer int not null constraint pkLedgerTreeChanges primary key,  -- @@spid
+    Changes bigint not null
+  );
+GO

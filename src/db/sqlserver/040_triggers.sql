@@ -122,3 +122,49 @@ begin
       and (AccountGroupID < 1 or RelatedClassID < 1 or RelatedObjectID = -1);
 end;
 GO
+
+-- What a screen shows of the chart was changed.
+if object_id(N'dbo.spLedgerTreeNoteChange') is not null drop procedure dbo.spLedgerTreeNoteChange;
+GO
+create procedure dbo.spLedgerTreeNoteChange
+as
+begin
+  set nocount on;
+  update dbo.tblLedgerTreeChanges set Changes = Changes + 1 where Writer = @@spid;
+  if @@rowcount = 0
+    insert into dbo.tblLedgerTreeChanges (Writer, Changes) values (@@spid, 1);
+end;
+GO
+
+if object_id(N'dbo.trNotedAccount') is not null drop trigger dbo.trNotedAccount;
+GO
+create trigger dbo.trNotedAccount on dbo.tblAccount after insert, update, delete
+as
+begin
+  set nocount on;
+  if exists (select 1 from inserted) or exists (select 1 from deleted)
+    exec dbo.spLedgerTreeNoteChange;
+end;
+GO
+
+if object_id(N'dbo.trNotedPeriod') is not null drop trigger dbo.trNotedPeriod;
+GO
+create trigger dbo.trNotedPeriod on dbo.tblAccountPeriodAccount after insert, update, delete
+as
+begin
+  set nocount on;
+  if exists (select 1 from inserted) or exists (select 1 from deleted)
+    exec dbo.spLedgerTreeNoteChange;
+end;
+GO
+
+if object_id(N'dbo.trNotedRelation') is not null drop trigger dbo.trNotedRelation;
+GO
+create trigger dbo.trNotedRelation on dbo.tblAccountRelatedObjects after insert, update, delete
+as
+begin
+  set nocount on;
+  if exists (select 1 from inserted) or exists (select 1 from deleted)
+    exec dbo.spLedgerTreeNoteChange;
+end;
+GO

@@ -44,3 +44,11 @@ create view dbo.vwAccountMinor
 as
 select a.ID, p.Title as Name from dbo.tblAccount a left join dbo.tblAccount p on p.ID = a.ParentID;
 GO
+
+-- The changes that are committed: whoever asks waits for no writer, and of a transaction that isn't over sees nothing. It
+-- asks again.
+if object_id(N'dbo.vwLedgerTreeChanges') is not null drop view dbo.vwLedgerTreeChanges;
+GO
+create view dbo.vwLedgerTreeChanges as
+select Writer, Changes from dbo.tblLedgerTreeChanges with (readpast, readcommittedlock);
+GO

@@ -24,6 +24,7 @@ grant select on dbo.vwAccountRelatedObjects to LedgerTreeUsers;
 grant select on dbo.vwTarvoBasePath to LedgerTreeUsers;
 grant select on dbo.vwAccountMajor to LedgerTreeUsers;
 grant select on dbo.vwAccountMinor to LedgerTreeUsers;
+grant select on dbo.vwLedgerTreeChanges to LedgerTreeUsers;
 grant select on dbo.vwAccountPeriodMajor to LedgerTreeUsers;
 grant select on dbo.vwAccountPeriodMinor to LedgerTreeUsers;
 grant select on dbo.vwAccountBranchMajor to LedgerTreeUsers;

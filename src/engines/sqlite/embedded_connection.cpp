@@ -6,11 +6,15 @@
 
 #include "data/catalogue.h"
 #include "engines/sqlite/errors.h"
+#include "engines/sqlite/take_back.h"
 
 namespace ledgertree::engines::sqlite {
 namespace {
 
 using Clock = Watch::Clock;
+
+/// The longest that an operation is taken back.
+constexpr std::chrono::hours kLongestTakingBack{1};
 
 [[noreturn]] void fail(Session& open, std::string_view statement) {
   open.watch().rethrowStop(statement);
@@ -79,27 +83,25 @@ data::Rows readAll(Started& started) {
   return rows;
 }
 
-/// A transaction for a write and the comparison ahead of it. What doesn't come to its end is undone.
-class Compared {
+/// A transaction for a write and what belongs to it. What doesn't come to its end is undone.
+class Together {
  public:
-  Compared(Session& open, const data::AsRead& read) : open_(open) {
+  explicit Together(Session& open) : open_(open) {
     // What still reads would keep the lock for writing away.
     open.plans().letGo();
     execute(open.transaction().begin);
-    try {
-      data::requireAsRead(read, [&open](const std::string& statement) {
-        Started started(open, statement);
-        return readAll(started);
-      });
-    } catch (...) {
-      undo();
-      throw;
-    }
   }
-  Compared(const Compared&) = delete;
-  Compared& operator=(const Compared&) = delete;
-  ~Compared() {
+  Together(const Together&) = delete;
+  Together& operator=(const Together&) = delete;
+  ~Together() {
     if (!ended_) undo();
+  }
+  /// Tells the triggers of the memory what the write belongs to.
+  void mark(const data::Operation& operation) {
+    // Nothing that runs from here on may have to be prepared anew: it couldn't be taken back alone.
+    open_.plans().renew();
+    open_.plans().letGo();
+    open_.marks().set(operation);
   }
   void end() {
     execute(open_.transaction().commit);
@@ -153,11 +155,22 @@ auto EmbeddedConnection::command(bool onlyReads, const std::function<bool()>* ca
 
 template <typename Work>
 auto EmbeddedConnection::write(bool onlyReads, const std::optional<data::AsRead>& read, Work work) {
-  return command(onlyReads, nullptr, [&read, &work](Session& open, Watch::Command&) {
-    if (!read) return work(open);
-    Compared compared(open, *read);
+  return command(onlyReads, nullptr, [&](Session& open, Watch::Command&) {
+    // What is read belongs to nothing, and needs no lock.
+    const auto operation = onlyReads || !open.marks().areKept() ? nullptr : operation_;
+    if (!read && !operation) return work(open);
+    Together together(open);
+    if (read) {
+      data::requireAsRead(*read, [&open](const std::string& statement) {
+        Started started(open, statement);
+        return readAll(started);
+      });
+    }
+    if (operation) together.mark(*operation);
     auto result = work(open);
-    compared.end();
+    const std::int64_t number = operation ? open.marks().clear() : 0;
+    together.end();
+    if (operation) operation->number = number;
     return result;
   });
 }
@@ -211,6 +224,33 @@ std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::spa
     } catch (const SQLite::Exception& failure) {
       open.watch().rethrowStop(procedure.name);
       throw engineError(failure, procedure.name);
+    }
+  });
+}
+
+data::Rows EmbeddedConnection::takeBack(std::int64_t operation) {
+  return command(false, nullptr, [this, operation](Session& open, Watch::Command& watched) {
+    if (!operation_ || !open.marks().areKept())
+      throw data::DataError(data::DataError::Reason::Misuse, 0, data::kNothingIsKept);
+    if (operation_->takesBack != operation)
+      throw data::DataError(data::DataError::Reason::Misuse, 0,
+                            "An operation is taken back in the middle of another one.");
+    // As long as the operation took, and no shorter: it can be given up at any time.
+    watched.extend(kLongestTakingBack);
+    const auto held = operation_;
+    Together together(open);
+    try {
+      together.mark(*held);
+      TakeBack work(open.database(), operation);
+      data::Rows obstacles = work.run();
+      if (obstacles.count() != 0) return obstacles;
+      const std::int64_t number = open.marks().clear();
+      together.end();
+      held->number = number;
+      return obstacles;
+    } catch (const SQLite::Exception& failure) {
+      open.watch().rethrowStop("takeBack");
+      throw engineError(failure, "takeBack");
     }
   });
 }

@@ -13,6 +13,7 @@
 
 #include "data/as_read.h"
 #include "data/connection.h"
+#include "data/operation.h"
 #include "engines/sqlite/session.h"
 
 namespace ledgertree::engines::sqlite {
@@ -41,6 +42,8 @@ class EmbeddedConnection final : public data::Connection {
   void readTogether(const std::function<void()>& work) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
+  void belongTo(std::shared_ptr<data::Operation> operation) override { operation_ = std::move(operation); }
+  data::Rows takeBack(std::int64_t operation) override;
   data::SearchPage search(const data::SearchRequest& request) override;
   void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
   std::vector<std::string> takeNews() override;
@@ -57,7 +60,8 @@ class EmbeddedConnection final : public data::Connection {
   /// closed.
   template <typename Work>
   auto command(bool onlyReads, const std::function<bool()>* cancelled, Work work);
-  /// Carries out a command that writes, in one with the comparison where something was handed over.
+  /// Carries out a command that writes, in one with the comparison where something was handed over, and with
+  /// the mark of the operation that it belongs to where the file keeps its changes.
   template <typename Work>
   auto write(bool onlyReads, const std::optional<data::AsRead>& read, Work work);
 
@@ -66,7 +70,8 @@ class EmbeddedConnection final : public data::Connection {
   std::unique_ptr<Session> session_;
   data::Waiting waiting_;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
-  int commands_ = 0;                  ///< how deep the running ones are nested
+  std::shared_ptr<data::Operation> operation_;
+  int commands_ = 0;  ///< how deep the running ones are nested
   WasOpen wasOpen_;
 };
 

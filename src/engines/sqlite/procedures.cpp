@@ -7,6 +7,7 @@
 
 #include "data/account.h"
 #include "data/data_error.h"
+#include "engines/sqlite/code_key.h"
 #include "text/characters.h"
 
 namespace ledgertree::engines::sqlite {
@@ -30,11 +31,6 @@ std::string stored(const data::AccountField& field, int place) {
   if (field.type() == data::ParameterType::DateTime)
     return "ifnull(" + value + ", datetime('now', 'localtime'))";
   return value;
-}
-
-/// The expression of ixAccountKey, letter by letter.
-std::string keyOf(const std::string& code) {
-  return "replace(replace(rtrim(" + code + "), 'ی', 'ي'), 'ک', 'ك') collate nocase";
 }
 
 // The test for an existing code stands in the statement that writes, so that nothing comes between the two.

@@ -111,6 +111,7 @@ Session::Session(std::string path, Missing missing, std::chrono::milliseconds ti
       plans_(database_.getHandle()),
       transaction_(database_),
       procedures_(database_),
+      marks_(database_),
       searches_(database_.getHandle()),
       identity_(fileIdentity(path_)) {
   try {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engines/sqlite/file_identity.h"
+#include "engines/sqlite/operation_marks.h"
 #include "engines/sqlite/plans.h"
 #include "engines/sqlite/procedures.h"
 #include "engines/sqlite/view_search.h"
@@ -44,11 +45,13 @@ class Session {
   /// session is of no use then. Asks the file system where the last look is some time ago, or `always`.
   void requireFile(Watch::Clock::time_point now, bool always);
 
+  [[nodiscard]] SQLite::Database& database() { return database_; }
   [[nodiscard]] sqlite3* handle() { return database_.getHandle(); }
   [[nodiscard]] Watch& watch() { return watch_; }
   [[nodiscard]] Plans& plans() { return plans_; }
   [[nodiscard]] Transaction& transaction() { return transaction_; }
   [[nodiscard]] ProcedureRunner& procedures() { return procedures_; }
+  [[nodiscard]] OperationMarks& marks() { return marks_; }
   [[nodiscard]] ViewSearch& searches() { return searches_; }
   /// What there is to tell a person about a file that was taken up, once.
   [[nodiscard]] std::vector<std::string> takeNews() { return std::exchange(news_, {}); }
@@ -64,6 +67,7 @@ class Session {
   Plans plans_;
   Transaction transaction_;
   ProcedureRunner procedures_;
+  OperationMarks marks_;
   ViewSearch searches_;
   std::optional<FileIdentity> identity_;
   std::vector<std::string> news_;

@@ -105,6 +105,8 @@ void FormMain::setTreeHead() {
   message.width = std::clamp(tree.width, 0, kMessageWidth);
   message.left = tree.left + tree.width - message.width;
   lblMessage.setBounds(message);
+  lblOthers.setBounds(
+      {tree.left, message.top, std::max(message.left - tree.left - kGap / 2, 0), message.height});
   const ui::Twips bottom = Frm7.bounds().top + Frm7.bounds().height;
   divider.setBounds({tree.left - kGap, views.top, kGap, bottom - views.top});
 }

@@ -16,12 +16,14 @@ FormMain::FormMain(shell::Shell& shell)
       commands_(*this, shell, record_, tree_),
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
-      screens_(*this, shell, tree_) {
+      screens_(*this, shell, tree_),
+      others_(*this, shell, record_, tree_) {
   wireLayout();
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
     tree_.keepHighlightFor(accountID);
+    others_.forgetWord();
     shell_.news.add(ChartEvent::Kind::Shown,
                     accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
   };
@@ -30,6 +32,7 @@ FormMain::FormMain(shell::Shell& shell)
     // screen that is opened from here lists what its commands change.
     shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
     tree_.settle();
+    others_.forgetWord();
   };
   Timer1.onTick = [this] { followRecord(*this); };
 }
@@ -60,6 +63,7 @@ void FormMain::load() {
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();
+  others_.begin();
   tree_.refreshTree();
   shell_.showNews();
 }

@@ -9,6 +9,7 @@
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
 #include "mainform/form/commands.h"
+#include "mainform/form/others_changes.h"
 #include "mainform/form/secondary_screens.h"
 #include "mainform/main_screen.h"
 
@@ -60,6 +61,7 @@ class FormMain : public MainScreen {
   accounts::AccountSaving saving_;
   accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
+  OthersChanges others_;
   std::string loadedFrom_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;

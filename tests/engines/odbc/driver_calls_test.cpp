@@ -660,6 +660,7 @@ SQLRETURN SQLMoreResults(SQLHSTMT statement) {
 
 SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle) {
   driver.open.erase(handle);
+  driver.result = nullptr;  // what it points to goes with the statement
   note("close " + std::to_string(type));
   return real<decltype(SQLFreeHandle)>("SQLFreeHandle")(type, handle);
 }

@@ -1,0 +1,1 @@
+-- Nothing to do: 010_tables.sql makes the table that is missing.

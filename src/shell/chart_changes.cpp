@@ -1,0 +1,135 @@
+#include "shell/chart_changes.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <string_view>
+#include <utility>
+
+#include "data/data_error.h"
+
+namespace ledgertree::shell {
+namespace {
+
+constexpr std::string_view kQuestion = "Select Writer,Changes from vwLedgerTreeChanges";
+/// 1, 3, 7, 15 questions are left out behind the first failures in a row.
+constexpr int kMostFailures = 4;
+
+}  // namespace
+
+/// A connection that one thread at a time uses.
+struct ChartChanges::Line {
+  explicit Line(std::unique_ptr<data::Connection> made) : connection(std::move(made)) {
+    connection->whileWaiting({.givesUp = [this](bool) { return over.load(); }, .over = {}});
+  }
+  std::unique_ptr<data::Connection> connection;
+  std::atomic<bool> over = false;
+};
+
+ChartChanges::Counts ChartChanges::countsIn(const data::Rows& rows) {
+  Counts counts;
+  for (std::size_t row = 0; row < rows.count(); ++row)
+    counts[rows.value(row, 0).toInt64()] = rows.value(row, 1).toInt64();
+  return counts;
+}
+
+void ChartChanges::begin() {
+  leave();
+  known_.reset();
+  moved_ = false;
+  failures_ = rests_ = 0;
+  const auto gateway = shell_.dtEn();
+  connectionText_ = gateway->cnMainData.ConnectionString();
+  try {
+    known_ = countsIn(gateway->cnMainData.port().run(kQuestion).value_or(data::Rows()));
+  } catch (const data::DataError&) {
+    // Whatever is wrong, the reading that comes next tells it.
+    return;
+  }
+}
+
+void ChartChanges::ask() {
+  if (asking_ || moved_) return;
+  if (rests_ > 0) {
+    --rests_;
+    return;
+  }
+  const auto gateway = shell_.dtEn();
+  const std::string text = gateway->cnMainData.ConnectionString();
+  // Another database counts anew.
+  if (text != connectionText_) {
+    leave();
+    known_.reset();
+    connectionText_ = text;
+  }
+  data::Connection& port = gateway->cnMainData.port();
+  try {
+    if (port.answersLate()) return askAside(text);
+    take(countsIn(port.run(kQuestion).value_or(data::Rows())));
+  } catch (const data::DataError&) {
+    failed();
+  }
+}
+
+void ChartChanges::askAside(const std::string& connectionText) {
+  if (!line_) line_ = std::make_shared<Line>(shell_.providers.open(connectionText));
+  const auto answered = [this, life = std::weak_ptr<bool>(life_),
+                         line = std::weak_ptr<Line>(line_)](const std::optional<Counts>& counts) {
+    if (life.expired() || line.expired() || line.lock() != line_) return;
+    asking_ = false;
+    if (!counts) return failed();
+    take(*counts);
+    if (moved_) onMoved_();
+  };
+  shell_.background.run(
+      [line = line_, &desktop = shell_.desktop(), answered] {
+        std::optional<Counts> counts;
+        try {
+          counts = countsIn(line->connection->run(kQuestion).value_or(data::Rows()));
+        } catch (const std::exception&) {
+          counts.reset();
+        }
+        if (!line->over) desktop.whenIdle([answered, counts] { answered(counts); });
+      },
+      [line = std::weak_ptr<Line>(line_)] {
+        if (const auto still = line.lock()) still->over = true;
+      });
+  asking_ = true;
+}
+
+void ChartChanges::take(Counts counts) {
+  found_ = std::move(counts);
+  // A row that isn't among them is being written.
+  moved_ = !known_ || std::any_of(found_.begin(), found_.end(), [this](const auto& count) {
+    const auto before = known_->find(count.first);
+    return before == known_->end() || before->second != count.second;
+  });
+  if (!moved_) failures_ = 0;
+}
+
+void ChartChanges::seen() {
+  moved_ = false;
+  failures_ = 0;
+  if (!known_) known_.emplace();
+  for (const auto& [writer, changes] : found_) (*known_)[writer] = changes;
+}
+
+void ChartChanges::failed() {
+  moved_ = false;
+  failures_ = std::min(failures_ + 1, kMostFailures);
+  rests_ = (1 << failures_) - 1;
+}
+
+void ChartChanges::leave() {
+  asking_ = false;
+  if (!line_) return;
+  line_->over = true;
+  // Taking leave of a server that doesn't answer may take its time.
+  try {
+    shell_.background.run([line = std::move(line_)] {}, [] {});
+  } catch (const std::exception&) {
+    line_.reset();
+  }
+}
+
+}  // namespace ledgertree::shell
