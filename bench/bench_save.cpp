@@ -94,7 +94,8 @@ class Product {
 class ByHand {
  public:
   explicit ByHand(const std::string& file) : database_(file, SQLite::OPEN_READWRITE) {
-    database_.exec("pragma foreign_keys = on; pragma synchronous = full");
+    // Each side's write empties the other's cache, and what is read anew is looked at before it is believed.
+    database_.exec("pragma foreign_keys = on; pragma synchronous = full; pragma cell_size_check = on");
     mother_ = read("select Code from tblAccount where ID = ?", kParent).at(0);
   }
 

@@ -21,6 +21,7 @@ class IdleDesktop : public ui::Desktop {
   void close(ui::Form&) override {}
   void hide(ui::Form& form) override { form.setShown(false); }
   void popUpMenu(ui::Form&, ui::MenuEntry&, ui::Twips, ui::Twips) override {}
+  void copyText(std::string_view) override {}
   void setPointer(ui::Pointer) override {}
   void moveFocus(ui::Control&) override {}
   void repaint(ui::Form&) override {}

@@ -25,6 +25,11 @@ enum class Offer {
   /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
   /// shows; while something is typed, a line tells that somebody else has changed the account.
   OthersChanges,
+  /// A menu on an account of the tree, by the right button or the menu key: a new account below it, edit,
+  /// delete, its periods, copy its code. And on the title's picker: the account in the tree.
+  ContextMenu,
+  /// Enter goes to the next field, and with Shift back, where it has no other meaning.
+  EnterAsTab,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

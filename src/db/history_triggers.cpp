@@ -193,8 +193,7 @@ void addLinkTriggers(const LinkTable& table, std::vector<Trigger>& all) {
 }
 
 constexpr std::string_view kNobodyChanges =
-    "\n  select raise(abort, 'سابقه حسابها تغيير نميکند و حذف نميشود. کوتاه کردن آن با ledgertree-schema "
-    "--prune-history انجام ميشود.');";
+    "سابقه حسابها تغيير نميکند و حذف نميشود. کوتاه کردن آن با ledgertree-schema --prune-history انجام ميشود.";
 
 }  // namespace
 
@@ -213,7 +212,7 @@ std::vector<Trigger> guardingTriggers() {
   for (const std::string table :
        {"tblAccountMemory", "tblAccountOperation", "tblAccountChange", "tblAccountLinkChange"}) {
     const std::string name = "trKept" + table.substr(std::string_view("tblAccount").size());
-    const std::string body(kNobodyChanges);
+    const std::string body = "\n  select raise(abort, '" + std::string(kNobodyChanges) + "');";
     all.push_back(trigger(name + "Update", "before update on " + table, body));
     all.push_back(trigger(name + "Delete", "before delete on " + table, body));
     // Where a row is replaced no trigger of a deletion runs.

@@ -22,6 +22,7 @@ constexpr std::chrono::milliseconds kRest{150};
 
 AccountTree::AccountTree(MainScreen& screen, shell::Shell& shell)
     : screen_(screen), shell_(shell), rest_(screen, "TreeRest", kRest) {
+  screen_.treeAccount.setTitleMark(std::string(kBehindCode));
   screen_.treeAccount.onExpand = [this](ui::NodeId node) { expanded(node); };
   screen_.treeAccount.onNodeClick = [this](ui::NodeId node) { clicked(node); };
   screen_.treeAccount.onNodeSelect = [this](ui::NodeId) {

@@ -139,7 +139,15 @@ MainScreen::MainScreen(shell::Shell& shell)
       mnuViewCode(*this, "mnuViewCode", "مشاهده كد حساب..."),
       mnuViewCodeComplete(*this, "mnuViewCodeComplete", "مشاهده كد كامل حساب...", true, true),
       mnuHelp(*this, "mnuHelp", "راهنما", false),
-      mnuGuide(*this, "mnuGuide", "راهنماي سرفصل حسابها") {
+      mnuGuide(*this, "mnuGuide", "راهنماي سرفصل حسابها"),
+      mnuAccount(*this, "mnuAccount", "حساب"),
+      mnuNewBelow(*this, "mnuNewBelow", "حساب جديد زير اين حساب..."),
+      mnuEditAccount(*this, "mnuEditAccount", "اصلاح..."),
+      mnuDeleteAccount(*this, "mnuDeleteAccount", "حذف..."),
+      mnuPeriodsOfAccount(*this, "mnuPeriodsOfAccount", "تنظيم سالهاي مالي و شعب..."),
+      mnuAccountLine(*this, "mnuAccountLine", ""),
+      mnuCopyCode(*this, "mnuCopyCode", "کپي کد"),
+      mnuShowInTree(*this, "mnuShowInTree", "نمايش در درخت", false) {
   setResizable(true);
   buildMenu();
   dressControls();
@@ -162,6 +170,9 @@ void MainScreen::buildMenu() {
   i12.add(i342).add(mnuShublonError).add(mnuSameCoding).add(mnuAccountBatch);
   mnuOperations.add(mnuName).add(mnuCode).add(mnuNameAndCode).add(nlkjkfj);
   mnuOperations.add(mnuView1).add(mnuView2).add(i2344).add(mnuViewCode).add(mnuViewCodeComplete);
+  mnuAccount.add(mnuNewBelow).add(mnuEditAccount).add(mnuDeleteAccount).add(mnuPeriodsOfAccount);
+  mnuAccount.add(mnuAccountLine).add(mnuCopyCode);
+  sltAccount.setEntry(mnuShowInTree);
   addMenu(mnuFonc);
   addMenu(i12);
   addMenu(mnuOperations);

@@ -159,6 +159,11 @@ class MainScreen : public ui::Form {
   ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
       mnuViewCodeComplete;
   ui::MenuEntry mnuHelp, mnuGuide;
+  /// What comes up on an account of the tree, and the entry of the title's picker.
+  ui::MenuEntry mnuAccount;
+  ui::MenuEntry mnuNewBelow, mnuEditAccount, mnuDeleteAccount, mnuPeriodsOfAccount, mnuAccountLine,
+      mnuCopyCode;
+  ui::MenuEntry mnuShowInTree;
 
  private:
   void buildMenu();

@@ -129,10 +129,13 @@ void FormWindow::visit(ui::ListBox& control) { add(new ListBoxView(control, pare
 void FormWindow::visit(ui::ProgressBar& control) { add(new ProgressBarView(control, parentFor(control))); }
 void FormWindow::visit(ui::PushButton& control) { add(new PushButtonView(control, parentFor(control))); }
 void FormWindow::visit(ui::RadioButton& control) { add(new RadioButtonView(control, parentFor(control))); }
-void FormWindow::visit(ui::Tree& control) { add(new TreeView(control, parentFor(control))); }
 
 void FormWindow::visit(ui::LookupField& control) {
   add(new LookupView(control, parentFor(control), [this] { return keyboard_; }));
+}
+
+void FormWindow::visit(ui::Tree& control) {
+  add(new TreeView(control, parentFor(control), [this] { return keyboard_; }));
 }
 
 void FormWindow::visit(ui::TextField& control) {

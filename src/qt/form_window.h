@@ -106,6 +106,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void bringIntoView(const QWidget& widget);
   [[nodiscard]] bool ownsKey(const QKeyEvent& event) const;
   [[nodiscard]] bool shortcut(const QKeyEvent& event);
+  void goToField(bool forward);
   void toggleKeyboard();
   void showKeyboard();
   [[nodiscard]] ControlView* viewOf(const ui::Control* control) const;

@@ -1,3 +1,5 @@
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QTimer>
@@ -6,6 +8,8 @@
 #include "qt/form_window.h"
 #include "qt/keys.h"
 #include "qt/qt_desktop.h"
+#include "ui/buttons.h"
+#include "ui/divider.h"
 
 // Where the focus is, what its keys write, and the keys of the form.
 
@@ -109,7 +113,27 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   const ui::KeyChord chord = chordOf(*event);
   event->ignore();
   if (form_ == nullptr || chord.empty() || event->isAutoRepeat()) return;
-  if (form_->press(chord)) event->accept();
+  if (form_->press(chord)) return event->accept();
+  const bool enter = chord.key == ui::Key::Enter && !chord.ctrl && !chord.alt;
+  if (!enter || form_ == nullptr || !form_->enterMovesOn()) return;
+  event->accept();
+  goToField(!chord.shift);
+}
+
+/// In the order of Tab, past the buttons, which would hold who comes by Enter.
+void FormWindow::goToField(bool forward) {
+  auto order = tabOrderOf(nullptr);
+  if (!forward) std::reverse(order.begin(), order.end());
+  const auto here = std::find(order.begin(), order.end(), focusWidget());
+  if (here == order.end()) return;
+  std::rotate(order.begin(), here, order.end());
+  for (auto next = order.begin() + 1; next != order.end(); ++next) {
+    const ui::Control& control = byFocusWidget_.at(*next)->base();
+    const bool field = dynamic_cast<const ui::PushButton*>(&control) == nullptr &&
+                       dynamic_cast<const ui::Divider*>(&control) == nullptr;
+    if (field && control.withinReach() && ((*next)->focusPolicy() & Qt::TabFocus) != 0)
+      return (*next)->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  }
 }
 
 bool FormWindow::ownsKey(const QKeyEvent& event) const {
@@ -139,6 +163,14 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (shortcut(key)) return true;
   if (form_ != nullptr && key.key() == Qt::Key_F8 && key.modifiers() == Qt::NoModifier) {
     toggleKeyboard();
+    return true;
+  }
+  if (form_ != nullptr && key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier) {
+    // The toolkit knows only the key that is made for it.
+    auto& widget = *qobject_cast<QWidget*>(watched);
+    const QPoint middle = widget.rect().center();
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, middle, widget.mapToGlobal(middle));
+    QApplication::sendEvent(&widget, &asked);
     return true;
   }
   return false;

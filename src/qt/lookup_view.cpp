@@ -198,7 +198,8 @@ LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<
                          return standing() ? character : char32_t{0};
                        },
                    .key = [this](QKeyEvent& event) { return key(event); },
-                   .keyUp = {}};
+                   .keyUp = {},
+                   .menu = [this](QMenu& menu) { addEntry(menu); }};
   connect(line_, &QLineEdit::textEdited, this, [this](const QString& text) {
     if (echo_ == 0 && standing()) this->control().edited(fromQt(text));
   });
@@ -218,6 +219,20 @@ void LookupView::name(const QString& spoken) {
   line_->setAccessibleName(spoken);
   arrow_->setAccessibleName(QString::fromUtf8("فهرست ") + spoken);
   popup_->list().setAccessibleName(arrow_->accessibleName());
+}
+
+void LookupView::addEntry(QMenu& menu) {
+  if (!standing() || control().entry() == nullptr) return;
+  control().askMenu();
+  if (!standing() || !control().entry()->visible()) return;
+  const ui::MenuEntry& entry = *control().entry();
+  menu.addSeparator();
+  QAction* action = menu.addAction(literalCaption(entry.caption()));
+  action->setObjectName(toQt(entry.name()));
+  action->setEnabled(entry.enabled());
+  connect(action, &QAction::triggered, this, [this] {
+    if (standing()) control().entry()->click();
+  });
 }
 
 void LookupView::toggleList() {

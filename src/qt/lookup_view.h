@@ -77,6 +77,7 @@ class LookupView : public ViewOf<ui::LookupField> {
   void focusLeft(Qt::FocusReason reason);
   void syncList();
   void toggleList();
+  void addEntry(QMenu& menu);
   /// A line whose text isn't chosen stands out; one that takes no typing looks like it.
   void colour();
 

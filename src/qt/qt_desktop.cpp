@@ -1,6 +1,7 @@
 #include "qt/qt_desktop.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QPixmap>
 #include <QThread>
@@ -186,6 +187,10 @@ void QtDesktop::forget(const FormWindow& window) {
 
 void QtDesktop::popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) {
   if (FormWindow* window = windowOf(form); window != nullptr) window->popUp(menu, left, top);
+}
+
+void QtDesktop::copyText(std::string_view text) {
+  if (qApp != nullptr) QApplication::clipboard()->setText(toQt(text));
 }
 
 void QtDesktop::openGuide(ui::Form& form) {

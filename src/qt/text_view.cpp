@@ -194,6 +194,7 @@ template <typename Toolkit>
 void TypedEditor<Toolkit>::contextMenuEvent(QContextMenuEvent* event) {
   QMenu* menu = this->createStandardContextMenu();
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  if (typist.menu) typist.menu(*menu);
   nameEditingCommands(*menu);
   menu->popup(event->globalPos());
 }

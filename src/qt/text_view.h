@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTextEdit>
 #include <functional>
 
@@ -19,6 +20,8 @@ struct Typist {
   /// A key of its own meaning; true where it is done with.
   std::function<bool(QKeyEvent&)> key;
   std::function<void()> keyUp;
+  /// Adds to the menu of the right button.
+  std::function<void(QMenu&)> menu{};
 };
 
 /// The mark inside an editor that says which language its keys write: "فا", "ع" or "EN".

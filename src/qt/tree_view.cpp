@@ -1,13 +1,16 @@
 #include "qt/tree_view.h"
 
+#include <QContextMenuEvent>
+#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
-#include <functional>
+#include <utility>
 
 #include "qt/keys.h"
+#include "qt/text.h"
 
 namespace ledgertree::qt {
 
@@ -17,6 +20,8 @@ using ui::NodeId;
 namespace {
 
 constexpr int kPictureSide = 16;
+/// After a longer pause the next letter begins anew.
+constexpr qint64 kTypingPause = 1000;
 
 /// A tree that grows from the right, and tells what a person wants instead of doing it.
 class Branches : public QTreeView {
@@ -27,6 +32,11 @@ class Branches : public QTreeView {
   std::function<void(NodeId)> onTick;
   std::function<void(NodeId)> onChoose;
   std::function<void(ui::Key)> onKey;
+  /// The characters of a key, and whether they belong to those before.
+  std::function<void(const std::u32string&, bool)> onType;
+  std::function<std::u32string(const QKeyEvent&)> characters;
+  /// The menu of a node, at a place in the view's pixels.
+  std::function<void(NodeId, QPoint)> onMenu;
   std::function<void()> onEnter;
 
   void fitColumn() { header()->setMinimumSectionSize(viewport()->width()); }
@@ -66,6 +76,7 @@ class Branches : public QTreeView {
       case ui::Key::Enter:
       case ui::Key::Space:
         event->accept();
+        typing_.invalidate();
         return onKey(key);
       case ui::Key::PageUp:
       case ui::Key::PageDown: {
@@ -76,10 +87,21 @@ class Branches : public QTreeView {
         return;
       }
       default:
-        event->ignore();
-        if (event->modifiers() == Qt::NoModifier && !event->text().isEmpty() && event->text().at(0).isPrint())
-          QTreeView::keyPressEvent(event);  // looks the typed text up, by keyboardSearch
+        typeKey(*event);
     }
+  }
+
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    const bool byMouse = event->reason() == QContextMenuEvent::Mouse;
+    const QModelIndex index = byMouse ? indexAt(event->pos()) : currentIndex();
+    event->accept();
+    if (!index.isValid()) return;
+    if (!byMouse) scrollTo(index);
+    const QRect row = visualRect(index).intersected(viewport()->rect());
+    // By the key it comes up below the text.
+    const QPoint below(std::max(row.right() - sizeHintForIndex(index).width(), row.left()), row.bottom());
+    const QPoint inside = byMouse ? event->pos() : below;
+    onMenu(TreeModel::nodeOf(index), viewport()->mapTo(this, inside));
   }
 
   /// Who comes by the keyboard sees where he is.
@@ -88,21 +110,23 @@ class Branches : public QTreeView {
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) onEnter();
   }
 
-  void keyboardSearch(const QString& search) override {
-    QModelIndex start = currentIndex();
-    if (!start.isValid()) start = model()->index(0, 0);
-    for (QModelIndex index = indexBelow(start); index.isValid(); index = indexBelow(index)) {
-      if (!index.data().toString().startsWith(search, Qt::CaseInsensitive)) continue;
-      return onChoose(TreeModel::nodeOf(index));
-    }
-  }
-
   void resizeEvent(QResizeEvent* event) override {
     QTreeView::resizeEvent(event);
     fitColumn();
   }
 
  private:
+  void typeKey(QKeyEvent& event) {
+    const std::u32string typed = characters(event);
+    event.setAccepted(!typed.empty());
+    if (typed.empty()) return;
+    const bool goesOn = typing_.isValid() && !typing_.hasExpired(kTypingPause);
+    typing_.start();
+    onType(typed, goesOn);
+  }
+
+  QElapsedTimer typing_;  ///< since the last letter
+
   /// Whether a place is on the mark that opens and closes a node; it stands on the outer side of the node.
   [[nodiscard]] bool onBranch(const QModelIndex& index, const QPoint& place) const {
     if (!model()->hasChildren(index)) return false;
@@ -123,7 +147,8 @@ class Branches : public QTreeView {
 
 }  // namespace
 
-TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_(control) {
+TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLayout()> layout)
+    : ViewOf(control), model_(control) {
   auto* branches = new Branches(&parent);
   tree_ = branches;
   branches->setModel(&model_);
@@ -159,6 +184,15 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
   branches->onKey = [this](ui::Key key) {
     if (standing()) this->control().press(key);
   };
+  branches->characters = [layout = std::move(layout)](const QKeyEvent& event) {
+    return typedCharacters(event, layout());
+  };
+  branches->onType = [this](const std::u32string& typed, bool goesOn) {
+    if (standing()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
+  };
+  branches->onMenu = [this](NodeId node, QPoint place) {
+    if (standing()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));
+  };
   // The picked row stands out up to the edge, but by itself the view draws only its text anew.
   QObject::connect(branches->selectionModel(), &QItemSelectionModel::selectionChanged, branches->viewport(),
                    qOverload<>(&QWidget::update));
@@ -166,7 +200,8 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent) : ViewOf(control), model_
   showSelection();
 }
 
-void TreeView::rescaled(const Scale&) {
+void TreeView::rescaled(const Scale& scale) {
+  scale_ = scale;
   const int line = tree_->fontMetrics().height();
   // The pictures are drawn on 16 pixels: whole multiples of them stay sharp.
   const int side = std::max(line / kPictureSide, 1) * kPictureSide;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QTreeView>
+#include <functional>
 #include <string>
 
 #include "qt/control_view.h"
@@ -10,7 +11,8 @@ namespace ledgertree::qt {
 
 class TreeView : public ViewOf<ui::Tree> {
  public:
-  TreeView(ui::Tree& control, QWidget& parent);
+  /// `layout` tells the keyboard's layout of the moment.
+  TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLayout()> layout);
   [[nodiscard]] QTreeView& widget() override { return *tree_; }
   [[nodiscard]] QWidget* focusWidget() override { return tree_; }
   void sync(ui::Change) override {}
@@ -29,6 +31,7 @@ class TreeView : public ViewOf<ui::Tree> {
   void takePlace();
 
   QTreeView* tree_;
+  Scale scale_;
   TreeModel model_;
   /// The node at the top of what is in sight, and how far that is to the side.
   std::string keptTop_;

@@ -35,7 +35,8 @@ Shell::~Shell() = default;
 
 ui::Surroundings Shell::surroundings() {
   return {.desktop = desktop_,
-          .onFailure = [this](const std::exception& failure) { reportFailure(failure); }};
+          .onFailure = [this](const std::exception& failure) { reportFailure(failure); },
+          .enterMovesOn = isOffered(Offer::EnterAsTab)};
 }
 
 std::unique_ptr<data::Connection> Shell::connectionTo(std::string_view connectionText) {

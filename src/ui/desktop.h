@@ -52,6 +52,8 @@ class Desktop {
 
   /// Opens the guide at what has the focus on the form, as its key does; nothing where there is no guide.
   virtual void openGuide(Form&) {}
+  /// Puts a text where another program can paste it from.
+  virtual void copyText(std::string_view text) = 0;
 
   virtual void setPointer(Pointer pointer) = 0;
   /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by

@@ -26,6 +26,7 @@ enum class Change;
 struct Surroundings {
   Desktop& desktop;
   std::function<void(const std::exception&)> onFailure;
+  bool enterMovesOn = false;  ///< see Form::enterMovesOn
 };
 
 enum class FormChange { Caption, Size, Menu };
@@ -81,6 +82,9 @@ class Form {
   /// What Escape and Enter press where the focused control has no use for the key.
   void setCancelButton(PushButton& button) { cancelButton_ = &button; }
   void setDefaultButton(PushButton& button) { defaultButton_ = &button; }
+  /// Whether Enter goes to the next control, as Tab does, where neither the focused control nor the form has
+  /// a use for it.
+  [[nodiscard]] bool enterMovesOn() const { return surroundings_.enterMovesOn; }
   /// What a key does anywhere on the form that no button bears as its shortcut.
   void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
     shortcuts_.emplace_back(chord, std::move(procedure));

@@ -8,6 +8,7 @@
 #include "text/search_words.h"
 #include "ui/control.h"
 #include "ui/key.h"
+#include "ui/menu.h"
 
 namespace ledgertree::ui {
 
@@ -83,6 +84,14 @@ class LookupField : public Control {
   /// The pointer rests on the field: `detail` will come.
   void lookCloser();
 
+  /// Asks for the menu of the line: raises onMenu, ahead of the look at the entry.
+  void askMenu() { raise(onMenu); }
+
+  /// What stands in the menu of the line behind the commands of an editor; null for nothing.
+  [[nodiscard]] MenuEntry* entry() const { return entry_; }
+  void setEntry(MenuEntry& entry) { entry_ = &entry; }
+  Event<> onMenu;
+
   // The renderer.
   /// The line's text as the editor has it.
   void edited(std::string text);
@@ -143,6 +152,7 @@ class LookupField : public Control {
   std::string title_;
   std::string detail_;
   std::vector<LookupRow> rows_;
+  MenuEntry* entry_ = nullptr;
   text::SearchWords typed_;  ///< of which the rows are the hits
   int highlighted_ = -1;
   bool active_ = true;

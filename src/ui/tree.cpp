@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "text/fold.h"
 #include "ui/control_visitor.h"
 
 namespace ledgertree::ui {
@@ -225,6 +226,49 @@ void Tree::choose(NodeId node) {
   if (!withinReach() || !has(node) || node == selected_) return;
   select(node);
   raise(onNodeSelect, node);
+}
+
+NodeId Tree::nextThatBegins(std::string_view folded, bool alsoSelected) const {
+  const auto visible = visibleNodes();
+  const auto from = std::find(visible.begin(), visible.end(), selected_);
+  std::size_t place = from == visible.end() ? 0 : static_cast<std::size_t>(from - visible.begin());
+  if (from != visible.end() && !alsoSelected) ++place;
+  std::string text;
+  for (std::size_t looked = 0; looked < visible.size(); ++looked, ++place) {
+    const NodeId node = visible[place % visible.size()];
+    const std::string_view whole = at(node).text;
+    text::fold(whole, text);
+    if (text.starts_with(folded)) return node;
+    const auto mark = titleMark_.empty() ? std::string_view::npos : whole.find(titleMark_);
+    if (mark == std::string_view::npos) continue;
+    text::fold(whole.substr(mark + titleMark_.size()), text);
+    if (text.starts_with(folded)) return node;
+  }
+  return kNoNode;
+}
+
+void Tree::type(std::string_view letters, bool goesOn) {
+  if (!withinReach()) return;
+  if (!goesOn) typed_.clear();
+  const std::string folded = text::fold(letters);
+  if (folded.empty()) return;
+  const bool again = typed_ == folded;
+  const bool first = typed_.empty();
+  typed_ += folded;
+  NodeId node = nextThatBegins(typed_, !first);
+  if (node == kNoNode && again) {
+    typed_ = folded;
+    node = nextThatBegins(typed_, false);
+  }
+  if (node != kNoNode) choose(node);
+}
+
+void Tree::askMenu(NodeId node, Twips left, Twips top) {
+  if (!withinReach() || !has(node) || !onMenu) return;
+  const Form::Act act(form());
+  if (node != selected_) click(node);
+  // What the click does may be about another node, or the end of the form.
+  if (act.formStands() && selected_ == node) raise(onMenu, left, top);
 }
 
 void Tree::enterByKey() {

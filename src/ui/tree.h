@@ -66,6 +66,8 @@ class Tree : public Control {
   /// shows none (0).
   [[nodiscard]] int picture(NodeId node) const;
   void setPictures(std::vector<int> pictures) { pictures_ = std::move(pictures); }
+  /// What stands in a text ahead of its title, which a person may type the beginning of as well.
+  void setTitleMark(std::string mark) { titleMark_ = std::move(mark); }
   [[nodiscard]] const std::string& tag(NodeId node) const { return at(node).tag; }
   void setTag(NodeId node, std::string tag);
   [[nodiscard]] NodeId parent(NodeId node) const { return at(node).parent; }
@@ -126,6 +128,15 @@ class Tree : public Control {
   /// Enter clicks; Space ticks where there are check boxes, else clicks. Without a selection the keys begin
   /// at the top, and Enter and Space do nothing.
   void press(Key key);
+  /// Types letters of what is looked for: the selection goes to the next node that one sees, from the top
+  /// again behind the last, whose text begins so, or what stands in it behind the title's mark; letters
+  /// compare as in a search (text::fold). Where the typing goes on, they belong to those before, and what
+  /// begins with all of them stays selected; one letter again and again goes from hit to hit. Raises
+  /// onNodeSelect.
+  void type(std::string_view letters, bool goesOn);
+  /// Asks for the menu of a node, at a place in twips from the tree's corner. Clicks it first where it isn't
+  /// selected. Nothing where the form has no menu for it.
+  void askMenu(NodeId node, Twips left, Twips top);
   /// The Tab key leads here. Where no node is selected the top one is, unless a selection has a meaning of
   /// its own.
   void enterByKey();
@@ -134,6 +145,8 @@ class Tree : public Control {
   Event<NodeId> onNodeClick;
   Event<NodeId> onNodeSelect;
   Event<NodeId> onNodeCheck;
+  /// The menu of the selected node is asked for.
+  Event<Twips, Twips> onMenu;
   void accept(ControlVisitor& visitor) override;
 
  private:
@@ -161,6 +174,7 @@ class Tree : public Control {
     return parent == kNoNode ? roots_ : at(parent).children;
   }
   [[nodiscard]] std::vector<NodeId> visibleNodes() const;
+  [[nodiscard]] NodeId nextThatBegins(std::string_view folded, bool alsoSelected) const;
   void release(NodeId node);
   void enterKeys() const;
   /// Whether it was added in the batch that stands: nobody was told of it yet.
@@ -181,6 +195,8 @@ class Tree : public Control {
   NodeId selected_ = kNoNode;
   bool checkBoxes_ = false;
   std::vector<int> pictures_;
+  std::string titleMark_;
+  std::string typed_;  ///< folded
   int batches_ = 0;
   bool renewing_ = false;
   struct Addition {

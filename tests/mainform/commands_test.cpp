@@ -34,6 +34,16 @@ TEST_F(CommandsStory, EachChangeOfTheViewReadsTheTreeAnew) {
   walk("back from the periods");
 }
 
+TEST_F(CommandsStory, TheMenuOfAnAccountIsASecondRoadToTheButtons) {
+  walk("an account without a menu");
+  shell.offers = {Offer::ContextMenu};
+  start();
+  walk("the menu of an account");
+  EXPECT_EQ(desktop.poppedUpLeft, form->treeAccount.bounds().left + 300);
+  EXPECT_EQ(desktop.poppedUpTop, form->treeAccount.bounds().top + 150);
+  walk("from a search to the tree");
+}
+
 TEST_F(CommandsStory, WithoutItsDetailsALowScreenHasATreeOfNoHeight) {
   form->resize({.width = 13620, .height = 1825});
   ui::Bounds tree = form->treeAccount.bounds();

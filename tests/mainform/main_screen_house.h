@@ -133,6 +133,10 @@ class MainScreenHouse : public FaultyHouse {
     now["mode"] = std::vector{"view", "edit", "new", "idle"}[static_cast<std::size_t>(form->formMode)];
     if (form->focused() != nullptr) now["focus"] = form->focused()->name();
     if (desktop.poppedUp != nullptr) now["menu"] = desktop.poppedUp->name();
+    for (const ui::MenuEntry* entry : {&form->mnuNewBelow, &form->mnuEditAccount, &form->mnuDeleteAccount,
+                                       &form->mnuPeriodsOfAccount, &form->mnuCopyCode})
+      if (!entry->enabled()) now["not in the menu"] += entry->name().substr(3);
+    if (!desktop.copied.empty()) now["copied"] = desktop.copied;
     for (const ui::MenuEntry* entry :
          {&form->mnuView1, &form->mnuView2, &form->mnuViewCode, &form->mnuViewCodeComplete})
       if (entry->checked()) now["marks"] += entry->name().substr(3);

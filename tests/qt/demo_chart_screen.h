@@ -22,6 +22,7 @@ class DemoChartScreen : public ::testing::Test, protected Desk {
     shell.context.gUserID = 1;
     shell.resetDataConnection();
     database.fillWithDemoChart();
+    shell.offers = {Offer::EnterAsTab};
     form = std::make_unique<mainform::FormMain>(shell);
     form->load();
     form->onClosed = [this] { form.reset(); };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QContextMenuEvent>
 #include <QElapsedTimer>
 #include <QTreeView>
 
@@ -88,6 +89,18 @@ TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   const QPoint third = screen.view->visualRect(screen.at("r.3")).center();
   QTest::mouseClick(screen.view->viewport(), Qt::RightButton, {}, third);
   EXPECT_TRUE(screen.form->said.empty());
+  // The menu comes up where the button was pressed, and by its key at the row that is selected.
+  screen.form->tree.onMenu = [&](ui::Twips left, ui::Twips top) {
+    const double dots = screen.view->width() / static_cast<double>(screen.form->tree.bounds().width);
+    const QPoint place(static_cast<int>(left * dots), static_cast<int>(top * dots));
+    screen.form->said.push_back("menu " +
+                                screen.view->indexAt(place - QPoint(0, 4)).data().toString().toStdString());
+  };
+  QContextMenuEvent asked(QContextMenuEvent::Mouse, third, screen.view->viewport()->mapToGlobal(third));
+  QApplication::sendEvent(screen.view->viewport(), &asked);
+  screen.press(screen.form->tree, Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(std::exchange(screen.form->said, {}),
+            (std::vector<std::string>{"click r.3", "menu r.3", "menu r.3"}));
   screen.mouse(third);
   QTest::mouseDClick(screen.view->viewport(), Qt::LeftButton, {}, third);
   screen.go("a tree out of reach");

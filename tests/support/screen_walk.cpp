@@ -66,6 +66,7 @@ class Hand : public ui::ControlVisitor {
     const auto [verb, text] = cut(how_);
     if (key_) return static_cast<void>(control.press(key_->key));
     if (verb == "type") return control.type(text);
+    if (verb == "menu") return control.askMenu(), control.entry()->click();
     control.focus();
     if (how_.starts_with('#')) return pickRow(control, desktop_, std::stoi(how_.substr(1)));
     control.type(how_);
@@ -85,6 +86,7 @@ class Hand : public ui::ControlVisitor {
     if (verb == "tick") return control.tick(node);
     if (verb == "expand") return control.expand(node);
     if (verb == "collapse") return control.collapse(node);
+    if (verb == "menu") return control.askMenu(node, 300, 150);
     throw std::invalid_argument("nobody does this to a tree: " + how_);
   }
   void visit(ui::DateDisplay&) override {}
@@ -159,6 +161,8 @@ std::string ScreenWalk::actOne(const std::string& step) {
       control->accept(hand);
   } else if (ui::MenuEntry* entry = entryIn(form.menu(), first); entry != nullptr) {
     entry->click();
+  } else if (ui::MenuEntry* own = poppedUp(first); own != nullptr) {
+    own->click();
   } else if (field_ != nullptr) {
     field_->press(chordOf(step).key);
     return shown();
@@ -166,6 +170,10 @@ std::string ScreenWalk::actOne(const std::string& step) {
     unused_ = "unused ";
   }
   return "";
+}
+
+ui::MenuEntry* ScreenWalk::poppedUp(const std::string& name) const {
+  return desktop_.poppedUp == nullptr ? nullptr : entryIn(desktop_.poppedUp->entries(), name);
 }
 
 std::string ScreenWalk::shown() const {

@@ -19,11 +19,11 @@ namespace ledgertree::testing {
 /// A step names a key of the form ("Ctrl+S"), or a control or an entry of a menu and what is done to it:
 /// nothing more for a click, a key, "focus"; the number of a line of a list; the text to paste; the text
 /// whose first hit is picked in a look-up, the row's ID ("#5", "#-1" for none), or what is only typed ("type
-/// x"); "click", "tick", "expand" or "collapse" and the key of a node. "at txtCode" goes to a field of text;
-/// from then on "type x" or a key answers with the text, "^" at its caret, while "text x" and "caret 3" are
-/// the program's. "yes", "no" and "neither" in front answer the question that comes up. "frame" closes the
-/// form by its frame, "pass" lets time pass, and statements with the text behind "fail" fail until "heal",
-/// and behind "deny" for a missing right. Blanks at the ends of a text stand between apostrophes.
+/// x"); "click", "tick", "expand", "collapse" or "menu" and the key of a node. "at txtCode" goes to a field
+/// of text; from then on "type x" or a key answers with the text, "^" at its caret, while "text x" and "caret
+/// 3" are the program's. "yes", "no" and "neither" in front answer the question that comes up. "frame" closes
+/// the form by its frame, "pass" lets time pass, and statements with the text behind "fail" fail until
+/// "heal", and behind "deny" for a missing right. Blanks at the ends of a text stand between apostrophes.
 class ScreenWalk {
  public:
   /// What a step of a story does; what it answers is seen.
@@ -62,6 +62,7 @@ class ScreenWalk {
 
  private:
   [[nodiscard]] std::string actOne(const std::string& step);
+  [[nodiscard]] ui::MenuEntry* poppedUp(const std::string& name) const;
   [[nodiscard]] std::string shown() const;
   [[nodiscard]] std::string told(const std::string& ofStory);
 

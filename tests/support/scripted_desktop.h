@@ -36,6 +36,7 @@ class ScriptedDesktop : public ui::Desktop {
   void close(ui::Form& form) override;
   void hide(ui::Form& form) override;
   void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
+  void copyText(std::string_view text) override { copied = text; }
   void setPointer(ui::Pointer pointer) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
@@ -66,6 +67,7 @@ class ScriptedDesktop : public ui::Desktop {
   /// The names of the forms in the order in which they were shown, modal ones with "!" behind.
   std::vector<std::string> showings;
   ui::MenuEntry* poppedUp = nullptr;
+  std::string copied;
   ui::Twips poppedUpLeft = 0;
   ui::Twips poppedUpTop = 0;
   std::vector<ui::Form*> shownForms;

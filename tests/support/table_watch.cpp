@@ -8,8 +8,10 @@ std::string TableWatch::changes() {
   std::string text;
   std::istringstream names(database_.rows(
       onServer()
-          ? "select name from sys.tables where name <> 'tblLedgerTreeStories' order by 1"
-          : "select name from sqlite_master where type = 'table' and name not like 'sqlite%' order by 1"));
+          ? "select name from sys.tables where name not in ('tblLedgerTreeStories', 'tblLedgerTreeChanges') "
+            "order by 1"
+          : "select name from sqlite_master where type = 'table' and name not like 'sqlite%' and name <> "
+            "'tblLedgerTreeChanges' order by 1"));
   for (std::string name; std::getline(names, name);) {
     Table now = read(name);
     const std::string found = difference(seen_[name], now);

@@ -14,7 +14,8 @@ namespace ledgertree::testing {
   return column == "TreeParentID" || column == "CodeKey";
 }
 
-/// Looks at all tables of a database, and tells what is another way than when it looked last.
+/// Looks at all tables of a database but the counter of its changes, and tells what is another way than when
+/// it looked last.
 class TableWatch {
  public:
   explicit TableWatch(TemporaryDatabase& database) : database_(database) { static_cast<void>(changes()); }

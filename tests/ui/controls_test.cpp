@@ -33,6 +33,8 @@ TEST_F(ToolkitStory, KeysLeadThroughATree) {
     tree.setImage(node, image);
     EXPECT_EQ(tree.picture(node), picture);
   }
+  told.clear();
+  go("typing in a tree");
 }
 
 TEST_F(ToolkitStory, ALevelOfTheTreeIsToldAsOne) {

@@ -82,6 +82,9 @@ void ToolkitStory::offerTree() {
     };
   };
   acts_["tree press"] = [&](auto& key) { tree.press(chordOf(key).key); };
+  tree.setTitleMark(" ... ");
+  acts_["tree type"] = [&](auto& letters) { tree.type(letters, false); };
+  acts_["tree more"] = [&](auto& letters) { tree.type(letters, true); };
   acts_["tree clear"] = [&](auto&) { tree.clear(); };
   acts_["tree boxes"] = [&](auto&) { tree.setCheckBoxes(true); };
   offer("add", [](auto& in, auto node, auto& key) { in.add(node, key, key); });

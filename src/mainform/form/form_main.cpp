@@ -14,6 +14,7 @@ FormMain::FormMain(shell::Shell& shell)
       record_(*this, shell, [this](std::int32_t classID) { return rules_.ruleOfClass(classID); }),
       tree_(*this, shell),
       commands_(*this, shell, record_, tree_),
+      accountMenu_(*this, shell, tree_),
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
       screens_(*this, shell, tree_),
@@ -60,6 +61,7 @@ void FormMain::load() {
   showEntityFields();
   showDivider();
   commands_.showOffers();
+  accountMenu_.showOffer();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();

@@ -8,6 +8,7 @@
 #include "accounts/field_rules.h"
 #include "mainform/account_record.h"
 #include "mainform/account_tree.h"
+#include "mainform/form/account_menu.h"
 #include "mainform/form/commands.h"
 #include "mainform/form/others_changes.h"
 #include "mainform/form/secondary_screens.h"
@@ -58,6 +59,7 @@ class FormMain : public MainScreen {
   AccountRecord record_;
   AccountTree tree_;
   Commands commands_;
+  AccountMenu accountMenu_;
   accounts::AccountSaving saving_;
   accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
