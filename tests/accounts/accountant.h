@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,8 @@ class Accountant {
     shell.context.gConnectionString = connectionText;
     shell.context.gUserID = 1;
     faults.putInto(shell.providers);
+    // On a server a look-up is on a thread of its own.
+    desktop.patience = std::chrono::seconds(20);
     shell.resetDataConnection();
     form = std::make_unique<mainform::FormMain>(shell);
     form->load();

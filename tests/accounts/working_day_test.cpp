@@ -41,7 +41,6 @@ class Day : private Accountant {
  public:
   Day(const std::string& connectionText, int me)
       : Accountant(connectionText), me_(me), dice_(static_cast<unsigned>(me)) {
-    desktop.patience = std::chrono::seconds(20);
     desktop.onWait = desktop.onRepaint = [this] { sign(); };
     notices.onShow = [this](const Notice&) { sign(); };
   }
