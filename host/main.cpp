@@ -3,12 +3,15 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QDialog>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMessageBox>
 #include <QStandardPaths>
+#include <QTextEdit>
 #include <QTextStream>
+#include <QTimer>
 #include <exception>
 
 #include "ledgertree/demo_chart.h"
@@ -92,6 +95,21 @@ QString connectionText(const Options& options) {
   return "Provider=SQLite;Data Source=" + quoted(chart.absoluteFilePath());
 }
 
+/// Without a display nobody can answer a notice: it goes to the standard error, and is closed unanswered.
+class NoticesPrinted : public QObject {
+ protected:
+  bool eventFilter(QObject* shown, QEvent* event) override {
+    auto* const notice = event->type() == QEvent::Show ? qobject_cast<QDialog*>(shown) : nullptr;
+    if (notice != nullptr) {
+      const auto* const message = notice->findChild<QTextEdit*>();
+      QTextStream(stderr) << notice->windowTitle() << ": " << (message ? message->toPlainText() : QString())
+                          << '\n';
+      QTimer::singleShot(0, notice, &QDialog::reject);
+    }
+    return false;
+  }
+};
+
 /// Without a display nobody can leave the screen: it is drawn into files instead.
 int drawInstead(const Options& options) {
   QTextStream out(stdout);
@@ -117,7 +135,7 @@ int openChart(const Options& options, bool display) {
   } else {
     control.View(options.view.toStdString());
   }
-  if (!display) return drawInstead(options);
+  if (!display) return ledgertree::screenIsOpen() ? drawInstead(options) : 1;
   // Where nothing is open, the person has been told why, or has left it already.
   return ledgertree::screenIsOpen() ? QApplication::exec() : 0;
 }
@@ -141,6 +159,8 @@ int main(int argumentCount, char** arguments) {
   QApplication::setApplicationVersion(LEDGERTREE_VERSION);
   QGuiApplication::setDesktopFileName("ledgertree-demo");
   const bool display = QGuiApplication::platformName() != "offscreen";
+  NoticesPrinted notices;
+  if (!display) QApplication::instance()->installEventFilter(&notices);
   try {
     return openChart(readOptions(application), display);
   } catch (const std::exception& failure) {

@@ -49,7 +49,7 @@ std::vector<std::string> drawScreens(const std::string& folder) {
   tree.click(openFirstBranch(tree));
   draw("view.png");
   form.cmdEdit.click();
-  draw("edit.png");
+  if (form.isTyping()) draw("edit.png");
   form.View(0);
   form.optPeriodic.click();
   openFirstBranch(tree);
