@@ -30,8 +30,9 @@ void addColumns(SQLite::Database& database, const std::string& table, const std:
     SQLite::Statement known(database, "select 1 from pragma_table_info(?1) where name = ?2");
     known.bind(1, table);
     known.bind(2, name);
-    if (!known.executeStep())
-      database.exec("alter table " + table + " add column " + name + " " + std::string(column.type));
+    if (known.executeStep()) continue;
+    std::string add = "alter table ";
+    database.exec(add.append(table).append(" add column ").append(name).append(" ").append(column.type));
   }
 }
 
@@ -156,9 +157,9 @@ int pruneHistory(SQLite::Database& database, const std::string& day) {
       from + "))";
   database.exec("create temp table Cut as select " + first + " as First");
   for (const std::string table : {"tblAccountChange", "tblAccountLinkChange"}) {
-    database.exec("update tblAccountOperation set IsCut = 1 where ID in (select OperationID from " + table +
-                  " where ID < (select First from temp.Cut)); delete from " + table +
-                  " where ID < (select First from temp.Cut)");
+    std::string cut = "update tblAccountOperation set IsCut = 1 where ID in (select OperationID from ";
+    cut.append(table).append(" where ID < (select First from temp.Cut)); delete from ").append(table);
+    database.exec(cut.append(" where ID < (select First from temp.Cut)"));
   }
   // The number of the last one is never given again: somebody may be at it.
   const int gone = database.exec(

@@ -37,6 +37,7 @@ std::string joined(const std::vector<std::string>& parts, std::string_view betwe
 template <typename Columns, typename Make>
 std::string each(const Columns& columns, std::string_view between, Make make) {
   std::vector<std::string> parts;
+  parts.reserve(std::size(columns));
   for (const auto& column : columns) parts.push_back(make(column));
   return joined(parts, between);
 }
@@ -216,9 +217,9 @@ std::vector<Trigger> guardingTriggers() {
     all.push_back(trigger(name + "Update", "before update on " + table, body));
     all.push_back(trigger(name + "Delete", "before delete on " + table, body));
     // Where a row is replaced no trigger of a deletion runs.
-    all.push_back(trigger(
-        name + "Insert",
-        "before insert on " + table + " when exists (select 1 from " + table + " where ID = new.ID)", body));
+    std::string when = "before insert on ";
+    when.append(table).append(" when exists (select 1 from ").append(table).append(" where ID = new.ID)");
+    all.push_back(trigger(name + "Insert", when, body));
   }
   return all;
 }

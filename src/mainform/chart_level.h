@@ -18,7 +18,7 @@ namespace ledgertree::mainform {
 struct NodeKey {
   std::int32_t period = -1;
   std::int32_t account = -1;
-  auto operator<=>(const NodeKey&) const = default;
+  auto operator<=>(const NodeKey&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// "period:account".

@@ -139,7 +139,8 @@ void TakeBack::undoLinks(bool came) {
         columns.append(columns.empty() ? "" : ", ").append(table.columns[place]);
         values.append(values.empty() ? "" : ", ").append(names[place]);
       }
-      sql = "insert into " + name + " (" + columns + ") select " + values + kept;
+      sql = "insert into ";
+      sql.append(name).append(" (").append(columns).append(") select ").append(values).append(kept);
       if (!exists(kAccountExists, link.account)) {
         stands(Obstacle::Gone, link.account);
         continue;
