@@ -30,6 +30,11 @@ def find_accounts(desk):
     desk.picture("find")
     desk.key("Return")
     desk.shows("کد حساب مادر", "101")
+    desk.key("ctrl+f")
+    desk.type("ارزی حساب های")  # the title has a joiner where people type a blank
+    desk.picture("find-words")
+    desk.key("Return")
+    desk.shows("کد", "03")
 
 
 def new_account(desk, parent, title, code):
