@@ -16,6 +16,7 @@
 #include "ledgertree/ledger_tree_control.h"
 #include "shell/control/ledger_tree_control_session.h"
 #include "support/scripted_desktop.h"
+#include "support/server.h"
 #include "support/tcp_proxy.h"
 
 namespace ledgertree::bench {
@@ -115,9 +116,4 @@ int run(const std::string& text) {
 }  // namespace
 }  // namespace ledgertree::bench
 
-int main() {
-  const char* const text = std::getenv("LEDGERTREE_BENCH_CONNECTION");
-  if (text != nullptr) return ledgertree::bench::run(text);
-  std::fprintf(stderr, "LEDGERTREE_BENCH_CONNECTION names no server\n");
-  return 2;
-}
+int main() { return ledgertree::bench::onServer(&ledgertree::bench::run); }

@@ -32,6 +32,7 @@
 #include "mainform/form/form_main.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
+#include "support/server.h"
 
 namespace ledgertree::bench {
 namespace {
@@ -272,9 +273,4 @@ int run(const std::string& text) {
 }  // namespace
 }  // namespace ledgertree::bench
 
-int main() {
-  const char* const text = std::getenv("LEDGERTREE_BENCH_CONNECTION");
-  if (text != nullptr) return ledgertree::bench::run(text);
-  std::fprintf(stderr, "LEDGERTREE_BENCH_CONNECTION names no server\n");
-  return 2;
-}
+int main() { return ledgertree::bench::onServer(&ledgertree::bench::run); }

@@ -26,7 +26,8 @@ struct ChartChanges::Line {
   std::atomic<bool> over = false;
 };
 
-ChartChanges::Counts ChartChanges::countsIn(const data::Rows& rows) {
+ChartChanges::Counts ChartChanges::countsOf(data::Connection& connection) {
+  const data::Rows rows = connection.run(kQuestion).value_or(data::Rows());
   Counts counts;
   for (std::size_t row = 0; row < rows.count(); ++row)
     counts[rows.value(row, 0).toInt64()] = rows.value(row, 1).toInt64();
@@ -41,10 +42,9 @@ void ChartChanges::begin() {
   const auto gateway = shell_.dtEn();
   connectionText_ = gateway->cnMainData.ConnectionString();
   try {
-    known_ = countsIn(gateway->cnMainData.port().run(kQuestion).value_or(data::Rows()));
+    known_ = countsOf(gateway->cnMainData.port());
   } catch (const data::DataError&) {
     // Whatever is wrong, the reading that comes next tells it.
-    return;
   }
 }
 
@@ -65,7 +65,7 @@ void ChartChanges::ask() {
   data::Connection& port = gateway->cnMainData.port();
   try {
     if (port.answersLate()) return askAside(text);
-    take(countsIn(port.run(kQuestion).value_or(data::Rows())));
+    take(countsOf(port));
   } catch (const data::DataError&) {
     failed();
   }
@@ -85,7 +85,7 @@ void ChartChanges::askAside(const std::string& connectionText) {
       [line = line_, &desktop = shell_.desktop(), answered] {
         std::optional<Counts> counts;
         try {
-          counts = countsIn(line->connection->run(kQuestion).value_or(data::Rows()));
+          counts = countsOf(*line->connection);
         } catch (const std::exception&) {
           counts.reset();
         }

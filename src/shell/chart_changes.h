@@ -46,7 +46,7 @@ class ChartChanges {
   /// How often each session has written.
   using Counts = std::map<std::int64_t, std::int64_t>;
 
-  [[nodiscard]] static Counts countsIn(const data::Rows& rows);
+  [[nodiscard]] static Counts countsOf(data::Connection& connection);
   void take(Counts counts);
   void askAside(const std::string& connectionText);
   void leave();

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdint>
 
+#include "shell/database_waits.h"
 #include "ui/control.h"
 #include "ui/form.h"
 
@@ -14,7 +15,7 @@ namespace ledgertree::shell {
 /// Work of which nothing is lost may offer a way out: the bar names the key, and givenUp() hears it.
 class WorkProgress {
  public:
-  static constexpr std::chrono::milliseconds kBeforeShowing{500};
+  static constexpr std::chrono::milliseconds kBeforeShowing = DatabaseWaits::kBeforeShowing;
   static constexpr std::chrono::milliseconds kBetweenPaints{100};
 
   enum class WayOut { None, Escape };

@@ -31,6 +31,7 @@ class Watch {
         : watch_(watch), deadlineBefore_(watch.deadline_), cancelledBefore_(watch.cancelled_) {
       watch.deadline_ = deadline;
       watch.cancelled_ = cancelled;
+      watch.nextQuestion_ = {};  // a short command is asked once at least
       watch.stop_ = Stop::None;
     }
     Command(const Command&) = delete;

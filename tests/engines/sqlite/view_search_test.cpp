@@ -178,8 +178,7 @@ TEST_F(ViewSearch, WhatBeginsWithTheTextComesFirst) {
 
 TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
   data::SearchRequest request = requestFor("vwPlain", "nowhere");
-  int questions = 0;
-  request.cancelled = [&questions] { return ++questions > 2; };
+  request.cancelled = [] { return true; };
   const auto reasonOf = [&] {
     return testing::failureOf([&] { return connection.search(request); }).reason();
   };
