@@ -28,6 +28,7 @@ struct Server {
   std::string heard;
   int made = 0;
   std::atomic<int> rests = 0;
+  std::function<bool(bool)> givesUp;  ///< what the connection made last is to ask
 
   void hear(const std::string& words) {
     if (words == "select slow") std::this_thread::sleep_for(250ms);
@@ -67,6 +68,7 @@ class Engine : public data::Connection {
   }
   void handOver(const data::AsRead&) override { server_.hear("handed over"); }
   void rest() override { ++server_.rests; }
+  void whileWaiting(data::Waiting waiting) override { server_.givesUp = std::move(waiting.givesUp); }
   data::SearchPage search(const data::SearchRequest&) override { return {}; }
 
  private:
@@ -118,8 +120,10 @@ TEST_F(Awaited, AWalkShowsItsRowsHereAndLetsOthersBetween) {
     });
   });
   EXPECT_EQ(left.reason(), data::DataError::Reason::TimeOut);
+  EXPECT_TRUE(server.givesUp(true)) << "the server needn't go on for nobody";
   connection.run("select behind");
   EXPECT_EQ(server.made, 2);
+  EXPECT_FALSE(server.givesUp(true));
 }
 
 TEST_F(Awaited, WhatIsHandedOverGoesWithTheNextCommandAlone) {

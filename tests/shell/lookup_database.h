@@ -62,7 +62,8 @@ class LookupConnection : public data::Connection {
     const auto& all = view(request.view);
     data::SearchPage page{.rows = columns(), .continuation = {}};
     std::size_t place = request.continuation.empty() ? 0 : std::stoul(request.continuation);
-    const std::size_t end = std::min(all.size(), place + database_.rowsOfSlice);
+    const bool inSlices = request.slice.count() > 0;
+    const std::size_t end = inSlices ? std::min(all.size(), place + database_.rowsOfSlice) : all.size();
     for (; place < end && page.rows.count() < request.limit; ++place) {
       const std::string text = text::fold(all[place].code + '\n' + all[place].name);
       if (text.find(text::fold(text::trimmed(request.text))) != std::string::npos) add(page.rows, all[place]);

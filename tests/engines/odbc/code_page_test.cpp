@@ -22,6 +22,7 @@ TEST(CodePage, TakesTheLetterThatAPersonTakesForTheSame) {
   for (const auto& [page, text, into] : cases) EXPECT_EQ(foldText(text, page), into);
   EXPECT_EQ(foldStatement("Select N'ی', n'ی' as [ی] /* ی */ From t Where x='ی''۱'", CodePage::Arabic),
             "Select N'ی', n'ی' as [ی] /* ی */ From t Where x='ي''1'");
+  EXPECT_EQ(foldStatement("Select 2/* two */*'۱'", CodePage::Arabic), "Select 2/* two */*'1'");
   EXPECT_EQ(foldStatement("Select 1 From t Where x='漢'", CodePage::Arabic), "Select 1 From t Where x=N'漢'");
   const auto update = [] { static_cast<void>(foldStatement("Update t Set x='漢'", CodePage::Arabic)); };
   EXPECT_NE(std::string(testing::failureOf(update).what()).find("漢"), std::string::npos);

@@ -448,6 +448,12 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
   request.text = "9";
   page({"3"});
   EXPECT_EQ(record, testing::linesOf("engines/odbc/driver_text.txt", "search"));
+  for (const auto& [text, pattern] : {std::pair(std::string("9-"), "%_["), {std::string(9000, 'x'), ""}}) {
+    request.text = text;
+    static_cast<void>(failureOf([&] { connection_.search(request); }));
+    EXPECT_NE(driver.last.find(pattern), std::string::npos) << "a hyphen makes no range of letters";
+    EXPECT_LT(driver.last.size(), 9000U) << "a server takes no more of it";
+  }
 }
 
 TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerIsSilent) {
