@@ -227,6 +227,7 @@ TEST_F(DriverCalls, WhatComesBesideTheAnswerDoesntStandForIt) {
     driver.told.clear();
     driver.answers = {"select 1 as ID", "+fail", "+late"};
     EXPECT_EQ(failureOf(read).reason(), Reason::Constraint);
+    EXPECT_TRUE(driver.answers.empty()) << "a batch runs to its end only where its results are read";
   }
   driver.told.clear();
   driver.answers = {"select 1"};
@@ -467,6 +468,10 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
     page({id});
     page({std::string(id) + ",6"});
   }
+  request = inView({"Code", "Name"}, 1);
+  request.order = data::SearchOrder::Name;
+  request.text = "9";
+  page({"3"});
   EXPECT_EQ(record, testing::linesOf("engines/odbc/driver_text.txt", "search"));
 }
 
