@@ -41,6 +41,11 @@ TEST_F(DeletionStory, TheQuestionIsAboutTheAccountThatWasShown) {
 
 TEST_F(DeletionStory, WhatDependsOnAnAccountKeepsIt) { go("what depends on an account keeps it"); }
 
+TEST_F(DeletionStory, WhatStandsInTheWayIsToldAndLedTo) {
+  shell.offers = {Offer::Preview};
+  go("what stands in the way");
+}
+
 TEST_F(DeletionStory, TheRightIsAskedForAheadOfTheQuestion) { go("the right is asked for first"); }
 
 }  // namespace
