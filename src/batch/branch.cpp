@@ -85,6 +85,7 @@ class Pages {
 };
 
 std::string summaryOf(const std::string& mother, const Branch& branch) {
+  if (branch.accounts == 0) return "زير حساب " + mother + " هيچ حسابي نيست.\n";
   std::string summary = "زير حساب " + mother + "، " + text(branch.accounts) + " حساب هست.\n";
   summary +=
       branch.inUse > 0

@@ -43,6 +43,7 @@ TEST_F(DeletionStory, WhatDependsOnAnAccountKeepsIt) { go("what depends on an ac
 
 TEST_F(DeletionStory, WhatStandsInTheWayIsToldAndLedTo) {
   shell.offers = {Offer::Preview};
+  person.acts["twice"] = [this](auto& step) { notices.answer(1), person.act("yes " + step); };
   go("what stands in the way");
 }
 

@@ -59,7 +59,7 @@ TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
 TEST_F(AccountBatch, WhatIsSeenAheadIsWhatGoes) {
   shell.offers = {Offer::Preview};
   deleteInBatch([&](frmAccountBatch& screen) {
-    person.acts["look"] = [&](auto& how) { return lookAs(screen.cmdPreview, how); };
+    person.acts["look"] = [&](auto& how) { return look(screen.cmdPreview, how); };
     person.acts["meanwhile"] = [this](auto& statement) {
       notices.onShow = [this, statement](const Notice& notice) {
         if (notice.question && !statement.empty()) given(statement);
