@@ -194,6 +194,8 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
   const QPointer<GuideWindow> guide = GuideWindow::standing();
   ASSERT_FALSE(guide.isNull());
+  EXPECT_EQ(guide->size(), guide->size().boundedTo(guide->screen()->availableSize()))
+      << "no part is out of sight";
   EXPECT_EQ(guide->findChild<QListWidget*>()->currentItem()->text().trimmed().toStdString(),
             "درخت حساب‌ها");
   inFront([&] { form->cmdCopyPeriod.click(); },

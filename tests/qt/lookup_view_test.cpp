@@ -56,6 +56,30 @@ TEST(LookupView, TheMouseOpensScrollsAndPicks) {
   LookupScreen screen;
   auto& field = screen.field;
   screen.type(field, "1001\r");
+  const auto inkOfFirstRow = [&] {
+    const QImage picture = painted(*screen.list, screen.list->visualRect(screen.list->model()->index(0, 1)));
+    int dark = 0;
+    for (int y = 0; y < picture.height(); ++y)
+      for (int x = 0; x < picture.width(); ++x) dark += 255 - qGray(picture.pixel(x, y));
+    return dark;
+  };
+  screen.press(field, Qt::Key_End);
+  screen.click(field);
+  EXPECT_EQ(screen.line->selectedText(), screen.line->text());
+  EXPECT_EQ(screen.list->model()->rowCount(), 20);
+  const int plain = inkOfFirstRow();
+  screen.press(field, Qt::Key_Escape);
+  screen.type(field, "1001");
+  EXPECT_GT(inkOfFirstRow(), plain) << "what was typed is bold in it";
+  screen.press(field, Qt::Key_Escape);
+  screen.click(field);
+  std::vector<int> rows;
+  for (int press = 0; press < 4; ++press) {
+    screen.press(field, Qt::Key_PageDown);
+    rows.push_back(screen.list->model()->rowCount());
+  }
+  EXPECT_EQ(rows, (std::vector<int>{20, 40, 40, 60})) << "rows that arrive don't ask for the next ones";
+  screen.press(field, Qt::Key_Escape);
   screen.form->txtCode.focus();
   screen.click(field);
   EXPECT_EQ(screen.list->model()->rowCount(), 20);
