@@ -62,7 +62,7 @@ void AccountDeletion::showDependants(std::int32_t account) {
   const Dependants found = dependantsOf(*gateway, account);
   const std::string words = inWords(found);
   const auto wants = [&](std::string_view question) {
-    return shell_.askConfirmNotice(kDependants, words + std::string(question)) == shell::Answer::Yes;
+    return shell_.askConfirmNotice(kDependants, words + "\n" + std::string(question)) == shell::Answer::Yes;
   };
   if (found.firstChild > 0) {
     if (!wants("نخستين زيرشاخه نمايش داده شود؟")) return;

@@ -42,11 +42,12 @@ std::string inWords(const Dependants& dependants) {
            "نماييد.";
   std::string words;
   if (dependants.children > 0)
-    words += std::to_string(dependants.children) + " زيرشاخه دارد؛ نخستين آنها «" +
-             dependants.firstChildTitle + "» با کد " + dependants.firstChildCode + " است.\n";
+    words = std::to_string(dependants.children) + " زيرشاخه دارد؛ نخستين آنها «" +
+            dependants.firstChildTitle + "» با کد " + dependants.firstChildCode + " است.";
+  if (dependants.children > 0 && dependants.lines > 0) words += '\n';
   if (dependants.lines > 0)
     words += std::to_string(dependants.lines) + " سطر سند دارد؛ نخستين آنها در سند با ش.ر. «" +
-             dependants.firstDocument + "» به تاريخ " + dependants.firstDate + " است.\n";
+             dependants.firstDocument + "» به تاريخ " + dependants.firstDate + " است.";
   return words;
 }
 

@@ -84,18 +84,22 @@ class Pages {
   std::vector<std::string> ends_ = {"0"};  ///< ahead of each page
 };
 
-std::string summaryOf(const std::string& mother, const Branch& branch) {
-  if (branch.accounts == 0) return "زير حساب " + mother + " هيچ حسابي نيست.\n";
-  std::string summary = "زير حساب " + mother + "، " + text(branch.accounts) + " حساب هست.\n";
-  summary +=
-      branch.inUse > 0
-          ? text(branch.inUse) + " حساب در سندها آمده است: " +
-                linesInWords(branch.lines, text(branch.firstDocument), branch.firstDate) +
-                ".\nتا چنين است هيچ حسابي حذف نميشود.\n"
-          : "هيچ يک در سندي نيامده است. حسابي که جدول ديگري از برنامه به آن وابسته باشد و حسابهاي بالاي "
-            "آن ميمانند؛ بقيه حذف ميشوند.\n";
-  return summary + "همراه با آنها " + text(branch.periods) + " عضويت در دوره هاي مالي و " +
-         text(branch.relations) + " ارتباط با گروه، نوع موجوديت و موجوديت از ميان ميرود.\n";
+std::vector<std::string> summaryOf(data::DtEn& gateway, const std::string& mother, const Branch& branch) {
+  if (branch.accounts == 0) return {"زير حساب " + mother + " هيچ حسابي نيست."};
+  std::vector<std::string> lines = {"زير حساب " + mother + "، " + text(branch.accounts) + " حساب هست."};
+  if (branch.inUse > 0) {
+    lines.push_back(text(branch.inUse) + " حساب در سندها آمده است: " +
+                    linesInWords(branch.lines, text(branch.firstDocument), branch.firstDate) + ".");
+    lines.emplace_back("تا چنين است هيچ حسابي حذف نميشود.");
+  } else {
+    lines.emplace_back(
+        "هيچ يک در سندي نيامده است. حسابي که جدول ديگري از برنامه به آن وابسته باشد و حسابهاي بالاي آن "
+        "ميمانند؛ بقيه حذف ميشوند.");
+  }
+  lines.push_back("همراه با آنها " + text(branch.periods) + " عضويت در دوره هاي مالي و " +
+                  text(branch.relations) + " ارتباط با گروه، نوع موجوديت و موجوديت از ميان ميرود.");
+  lines.emplace_back(shell::wayBack(gateway));
+  return lines;
 }
 
 }  // namespace
@@ -141,7 +145,7 @@ Branch branchBelow(data::DtEn& gateway, std::int32_t account) {
 shell::Preview previewOf(std::shared_ptr<data::DtEn> gateway, std::int32_t account, const std::string& mother,
                          const Branch& branch) {
   return {.title = "پيش نمايش حذف دسته اي",
-          .summary = summaryOf(mother, branch) + std::string(shell::wayBack(*gateway)),
+          .summary = summaryOf(*gateway, mother, branch),
           .columns = {{.header = "رديف", .width = 700},
                       {.header = "کد", .width = 1700},
                       {.header = "عنوان", .width = 2300},

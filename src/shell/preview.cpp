@@ -10,11 +10,17 @@ namespace {
 
 constexpr ui::Size kDesignSize{11250, 7650};
 
+std::string joined(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += (text.empty() ? "" : "\n") + line;
+  return text;
+}
+
 }  // namespace
 
 frmPreview::frmPreview(Shell& shell, Preview preview)
     : ui::Form(shell.surroundings(), "frmPreview", std::move(preview.title), kDesignSize),
-      lblSummary(*this, "lblSummary", {225, 180, 10800, 1275}, std::move(preview.summary)),
+      lblSummary(*this, "lblSummary", {225, 180, 10800, 1275}, joined(preview.summary)),
       chkFilter(*this, "chkFilter", {5625, 1500, 5400, 300}, std::move(preview.filter)),
       lblPlace(*this, "lblPlace", {225, 1500, 5250, 300}),
       flxRows(*this, "flxRows", {225, 1875, 10800, 4950}),

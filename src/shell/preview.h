@@ -27,7 +27,7 @@ struct Preview {
   static constexpr std::size_t kPage = 500;
 
   std::string title;
-  std::string summary;  ///< a few lines
+  std::vector<std::string> summary;  ///< a few lines
   std::vector<ui::GridColumn> columns;
   std::string filter;    ///< the caption of the check box that asks for some of the rows
   std::string command;   ///< the caption of the button that goes on to the work

@@ -82,29 +82,31 @@ shell::Preview::Row rowOf(const Outlook& outlook, std::size_t place) {
           std::to_string(account.account)};
 }
 
-std::string summaryOf(const Outlook& outlook) {
+std::vector<std::string> summaryOf(data::DtEn& gateway, const Outlook& outlook) {
   const auto text = [](auto number) { return std::to_string(number); };
   std::int64_t inDocuments = 0;
-  std::int64_t lines = 0;
+  std::int64_t documentLines = 0;
   for (const NewCode& account : outlook.codes) {
     const auto documents = outlook.documents.find(account.account);
     if (!changes(account) || documents == outlook.documents.end()) continue;
     ++inDocuments;
-    lines += documents->second.lines;
+    documentLines += documents->second.lines;
   }
   const auto& codes = outlook.codes;
-  std::string summary = text(codes.size()) + " حساب شماره ميگيرد و کد " +
-                        text(std::count_if(codes.begin(), codes.end(), changes)) + " حساب تغيير ميکند.\n";
-  summary += outlook.collisions.empty()
-                 ? "هيچ کد تازه اي با کد حساب ديگري برخورد نميکند.\n"
-                 : text(outlook.collisions.size()) + " کد تازه با کد حساب ديگري برخورد ميکند.\n";
+  std::vector<std::string> lines = {text(codes.size()) + " حساب شماره ميگيرد و کد " +
+                                    text(std::count_if(codes.begin(), codes.end(), changes)) +
+                                    " حساب تغيير ميکند."};
+  lines.push_back(outlook.collisions.empty()
+                      ? "هيچ کد تازه اي با کد حساب ديگري برخورد نميکند."
+                      : text(outlook.collisions.size()) + " کد تازه با کد حساب ديگري برخورد ميکند.");
   if (outlook.tooLong)
-    summary += text(std::count_if(codes.begin(), codes.end(), isTooLong)) +
-               " کد تازه بيش از 20 حرف دارد. تا چنين است هيچ کدي تغيير نميکند.\n";
-  if (lines > 0)
-    summary += text(lines) + " سطر سند با کد کنوني " + text(inDocuments) +
-               " حساب ثبت شده است؛ آنچه از آنها چاپ شده، کد پيشين را دارد.\n";
-  return summary;
+    lines.push_back(text(std::count_if(codes.begin(), codes.end(), isTooLong)) +
+                    " کد تازه بيش از 20 حرف دارد. تا چنين است هيچ کدي تغيير نميکند.");
+  if (documentLines > 0)
+    lines.push_back(text(documentLines) + " سطر سند با کد کنوني " + text(inDocuments) +
+                    " حساب ثبت شده است؛ آنچه از آنها چاپ شده، کد پيشين را دارد.");
+  lines.emplace_back(shell::wayBack(gateway));
+  return lines;
 }
 
 }  // namespace
@@ -155,7 +157,7 @@ shell::Preview previewOf(data::DtEn& gateway, const Outlook& outlook, std::strin
     return rows;
   };
   return {.title = "پيش نمايش کدينگ",
-          .summary = summaryOf(outlook) + std::string(shell::wayBack(gateway)),
+          .summary = summaryOf(gateway, outlook),
           .columns = {{.header = "رديف", .width = 700},
                       {.header = "کد کنوني", .width = 1700},
                       {.header = "کد تازه", .width = 1700},
