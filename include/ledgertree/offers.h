@@ -30,6 +30,10 @@ enum class Offer {
   ContextMenu,
   /// Enter goes to the next field, and with Shift back, where it has no other meaning.
   EnterAsTab,
+  /// Ahead of a recoding and a deletion in batch a look at what it would do, account by account, and from
+  /// there the work itself; ahead of the copying and hiding of a period, how many accounts come, go and stay;
+  /// behind a deletion that was refused, what stands in its way.
+  Preview,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

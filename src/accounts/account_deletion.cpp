@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "accounts/dependants.h"
 #include "data/as_read.h"
 #include "data/data_error.h"
 #include "shell/lookup/all_chosen.h"
@@ -16,6 +17,7 @@ constexpr std::string_view kQuestionTitle = "حذف حساب ";
 constexpr std::string_view kQuestion = "آيا از حذف حساب مورد نظر اطمينان داريد؟ ";
 constexpr std::string_view kDependency =
     "به اين سرفصل حساب وابستگي وجود دارد. بنابراين امکان حذف آن وجود ندارد.";
+constexpr std::string_view kDependants = "وابستگيهاي حساب";
 constexpr std::string_view kChanged =
     "پس از نمايش اين حساب، کاربر ديگري آن را تغيير داده است و حذف نشد. اکنون با تغييرات او نمايش داده ميشود؛ "
     "اگر باز هم ميخواهيد، آن را حذف کنيد.";
@@ -49,8 +51,27 @@ void AccountDeletion::deleteShownAccount() {
     if (failure.number() == data::kAccountChanged) return showChanged(account);
     if (failure.reason() == Reason::Denied || failure.reason() == Reason::Busy) throw;
     shell_.showErrorNotice(shell::kTitleError, kDependency);
+    if (shell_.isOffered(Offer::Preview) && failure.reason() == Reason::Constraint) showDependants(account);
   } catch (const std::exception&) {
     shell_.showErrorNotice(shell::kTitleError, kDependency);
+  }
+}
+
+void AccountDeletion::showDependants(std::int32_t account) {
+  const auto gateway = shell_.dtEn();
+  const Dependants found = dependantsOf(*gateway, account);
+  const std::string words = inWords(found);
+  const auto wants = [&](std::string_view question) {
+    return shell_.askConfirmNotice(kDependants, words + "\n" + std::string(question)) == shell::Answer::Yes;
+  };
+  if (found.firstChild > 0) {
+    if (!wants("نخستين زيرشاخه نمايش داده شود؟")) return;
+    record_.showAccount(found.firstChild);
+    tree_.showAccount(found.firstChild);
+  } else if (!found.firstDocument.empty()) {
+    if (wants("شماره رکورد اين سند براي جستجو کپي شود؟")) shell_.desktop().copyText(found.firstDocument);
+  } else {
+    shell_.showErrorNotice(kDependants, words);
   }
 }
 

@@ -13,6 +13,9 @@ namespace ledgertree::accounts {
 /// It doesn't look up what depends on the account. The database refuses to delete one with children or
 /// documents, and whatever fails is told as a dependency; but an account that somebody else has changed since
 /// it was shown stays, and is shown anew.
+///
+/// Where the host offers Offer::Preview, a second notice tells by kind and number what the database refused
+/// for, and leads to the first child, or else copies the record number of the first document.
 class AccountDeletion {
  public:
   AccountDeletion(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
@@ -23,6 +26,7 @@ class AccountDeletion {
   void deleteShownAccount();
 
  private:
+  void showDependants(std::int32_t account);
   void showChanged(std::int32_t account);
 
   mainform::MainScreen& screen_;

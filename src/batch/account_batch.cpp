@@ -1,6 +1,7 @@
 #include "batch/account_batch.h"
 
 #include "shell/lookup/all_chosen.h"
+#include "shell/preview.h"
 #include "shell/work_progress.h"
 
 namespace ledgertree::batch {
@@ -8,6 +9,11 @@ namespace ledgertree::batch {
 namespace {
 
 constexpr ui::Size kDesignSize{7350, 2250};
+constexpr std::string_view kDeletionError = "خطا در حذف";
+constexpr std::string_view kChanged =
+    "پس از پيش نمايش، کاربر ديگري حسابهاي زير اين حساب يا وابستگيهاي آنها را تغيير داده است. هيچ حسابي حذف "
+    "نشد؛ "
+    "پيش نمايش را دوباره ببينيد.";
 
 }  // namespace
 
@@ -17,6 +23,7 @@ frmAccountBatch::frmAccountBatch(shell::Shell& shell)
       sltParent(*this, shell, "sltParent", {225, 225, 5400, 330}),
       cmdDelete(*this, "cmdDelete", {4125, 1620, 1500, 405}, "حذف"),
       cmdCancel(*this, "cmdCancel", {2475, 1620, 1500, 405}, "انصراف"),
+      cmdPreview(*this, "cmdPreview", {225, 1620, 2100, 405}, "پيش نمايش..."),
       progressBar(*this, "ProgressBar", {225, 930, 6900, 330}),
       shell_(shell) {
   loadControls();
@@ -30,34 +37,55 @@ void frmAccountBatch::loadControls() {
   sltParent.setAccessibleName("حساب مادر");
   progressBar.setAccessibleName("پيشرفت کار");
   progressBar.setVisible(false);
+  cmdPreview.setVisible(shell_.isOffered(Offer::Preview));
   sltParent.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
-  cmdDelete.onClick = [this] { deleteBelow(); };
+  cmdDelete.onClick = [this] { run([this] { deleteBelow(nullptr); }); };
+  cmdPreview.onClick = [this] { run([this] { lookAhead(); }); };
   cmdCancel.onClick = [this] { close(); };
   setFirstFocus(sltParent);
   // Enter deletes nothing by itself.
   setCancelButton(cmdCancel);
 }
 
-void frmAccountBatch::deleteBelow() {
+void frmAccountBatch::run(const std::function<void()>& command) {
   if (working_) return;
   const shell::UnderWay underWay(working_);
-  if (!shell::allChosen(shell_, {&sltParent})) return;
-  if (sltParent.IsEmpty()) {
-    shell_.showErrorNotice(shell::kTitleProblem, "حساب مشخص نشده است!");
-    sltParent.focus();
-    return;
+  if (accountIsPicked()) command();
+}
+
+bool frmAccountBatch::accountIsPicked() {
+  if (!shell::allChosen(shell_, {&sltParent})) return false;
+  if (!sltParent.IsEmpty()) return true;
+  shell_.showErrorNotice(shell::kTitleProblem, "حساب مشخص نشده است!");
+  sltParent.focus();
+  return false;
+}
+
+void frmAccountBatch::lookAhead() {
+  const auto gateway = shell_.dtEn();
+  Branch seen;
+  {
+    const shell::Hourglass hourglass(desktop());
+    seen = branchBelow(*gateway, sltParent.AccountID());
   }
+  const std::string mother = "«" + sltParent.AccountTitle() + "» با کد " + sltParent.AccountCode();
+  if (shell::showPreview(shell_, previewOf(gateway, sltParent.AccountID(), mother, seen))) deleteBelow(&seen);
+}
+
+void frmAccountBatch::deleteBelow(const Branch* seen) {
   if (shell_.askConfirmNotice("حذف دسته اي", "آيا مطمئن هستيد؟") != shell::Answer::Yes) return;
   ChangedFlag = true;
   const std::string below =
       "Select ChildID From tblAccountParent Where ID = " + std::to_string(sltParent.AccountID());
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
+  if (seen != nullptr && branchBelow(*gateway, sltParent.AccountID()) != *seen)
+    return shell_.showErrorNotice(kDeletionError, kChanged);
   if (gateway->rssqlViewTrans.State() != 0) gateway->rssqlViewTrans.Close();
   const data::OpenRows documents(
       gateway->rssqlViewTrans, "Select * From tblAccountDocumentDetail Where AccountID In ( " + below + ")");
   if (documents->RecordCount() != 0) {
-    shell_.showErrorNotice("خطا در حذف",
+    shell_.showErrorNotice(kDeletionError,
                            "از آنجايي كه يك يا چند حساب از حسابهاي زير مجموعه داراي سند حسابداري متناظر "
                            "ميباشند، امكان حذف دستهاي حسابهاي فوق وجود ندارد.");
     return;

@@ -13,6 +13,16 @@ data::Rows ask(data::DtEn& data, const std::string& statement) {
   return data.cnMainData.run(statement).value_or(data::Rows());
 }
 
+/// The same, or nothing where there is no such table.
+std::optional<data::Rows> askWhereThere(data::DtEn& data, const std::string& statement) {
+  try {
+    return ask(data, statement);
+  } catch (const data::DataError& failure) {
+    if (failure.reason() != data::DataError::Reason::Statement) throw;
+    return std::nullopt;
+  }
+}
+
 data::Value at(const data::Rows& rows, std::size_t row, std::string_view column) {
   return rows.value(row, rows.column(column).value());
 }
@@ -54,14 +64,12 @@ Standing standingIn(data::DtEn& data, const data::Rows& rows, std::size_t row) {
 }  // namespace
 
 std::optional<data::DateTime> since(data::DtEn& data) {
-  try {
-    const data::Rows rows = ask(data, "select Since from tblAccountMemory");
-    return rows.count() == 0 ? std::nullopt : std::optional(rows.value(0, 0).toDateTime());
-  } catch (const data::DataError& failure) {
-    // There is no such table.
-    if (failure.reason() != data::DataError::Reason::Statement) throw;
-    return std::nullopt;
-  }
+  const auto rows = askWhereThere(data, "select Since from tblAccountMemory");
+  return !rows || rows->count() == 0 ? std::nullopt : std::optional(rows->value(0, 0).toDateTime());
+}
+
+bool isKept(data::DtEn& data) {
+  return askWhereThere(data, "select OperationID from tblAccountOperationNow").has_value();
 }
 
 Then accountAt(data::DtEn& data, std::int32_t accountID, const data::DateTime& moment) {

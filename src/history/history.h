@@ -18,6 +18,8 @@ namespace ledgertree::history {
 /// Since when all changes are known; nothing where the database has no memory. One that was switched off
 /// keeps what it has, and knows nothing newer.
 [[nodiscard]] std::optional<data::DateTime> since(data::DtEn& data);
+/// Whether what is changed now is kept.
+[[nodiscard]] bool isKept(data::DtEn& data);
 
 /// Which changes are read; what isn't set asks for nothing.
 struct Filter {

@@ -15,7 +15,7 @@ constexpr ui::Size kSize{7350, 2850};
 
 FormCopyPeriodAccount::FormCopyPeriodAccount(shell::Shell& shell)
     : ui::Form(shell.surroundings(), "FormCopyPeriodAccount",
-               "کپي کردن سرفصل هاي يک دوره مالي به دوره مالي ديگر", kSize),
+               "کپي کردن سرفصل هاي يک دوره مالي به دوره مالي ديگر", Outlook::grown(shell, kSize)),
       Label2(*this, "Label2", {225, 180, 6900, 780},
              "براي کپي کردن تمام سرفصل حسابها، مبدا را مشخص نکنيد ولي چنانه قصد داريد از دوره مالي خاص "
              "کپي کنيد، آنرا تعيين نماييد:"),
@@ -25,6 +25,7 @@ FormCopyPeriodAccount::FormCopyPeriodAccount(shell::Shell& shell)
       sltPeriodTo(*this, shell, "sltPeriodTo", {225, 1575, 5400, 330}),
       cmdAutoCodding(*this, "cmdAutoCodding", {4125, 2220, 1500, 405}, "تاييد"),
       cmdCancel(*this, "cmdCancel", {2475, 2220, 1500, 405}, "انصراف"),
+      outlook(*this, shell, kSize, [this] { return outlookInWords(); }),
       shell_(shell) {
   loadControls();
 }
@@ -37,6 +38,7 @@ void FormCopyPeriodAccount::loadControls() {
   for (shell::Selector* selector : {&sltPeriodFrom, &sltPeriodTo}) {
     bindToPeriods(*selector, shell_.context);
     selector->onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+    selector->onSelectionChange = [this] { outlook.forget(); };
   }
   cmdAutoCodding.onClick = [this] { copy(); };
   cmdCancel.onClick = [this] { cancel(); };
@@ -45,13 +47,44 @@ void FormCopyPeriodAccount::loadControls() {
   setCancelButton(cmdCancel);
 }
 
+bool FormCopyPeriodAccount::targetIsChosen() {
+  if (!shell::allChosen(shell_, {&sltPeriodFrom, &sltPeriodTo})) return false;
+  if (!sltPeriodTo.IsEmpty()) return true;
+  shell_.showErrorNotice(shell::kTitleProblem, "مقصد دوره مالي را بايد مشخص کنيد!");
+  sltPeriodTo.focus();
+  return false;
+}
+
+std::string FormCopyPeriodAccount::outlookInWords() {
+  if (!targetIsChosen()) return "";
+  const auto gateway = shell_.dtEn();
+  const std::string target = std::to_string(sltPeriodTo.SelectedID());
+  const std::string there = "select count(*) from tblAccountPeriodAccount Where PeriodID = " + target;
+  const std::string come = sltPeriodFrom.IsEmpty()
+                               ? "select count(*) from tblAccount Where not exists(select x.* from "
+                                 "tblAccountPeriodAccount x Where "
+                                 "x.AccountID=tblAccount.ID and x.PeriodID=" +
+                                     target + ")"
+                               : "select count(*) from tblAccountPeriodAccount " + newFromSource();
+  // The whole chart takes the place of what was there: a row whose account is gone isn't put there again.
+  const std::string stay =
+      sltPeriodFrom.IsEmpty() ? there + " and AccountID in (select ID from tblAccount)" : there;
+  const std::int64_t before = countOf(shell_, *gateway, there);
+  const std::int64_t staying = countOf(shell_, *gateway, stay);
+  return "«" + sltPeriodTo.SelectedText() + "»: " + std::to_string(countOf(shell_, *gateway, come)) +
+         " حساب افزوده ميشود، " + std::to_string(staying) + " حساب ميماند و " +
+         std::to_string(before - staying) + " حساب ميرود.";
+}
+
+std::string FormCopyPeriodAccount::newFromSource() const {
+  return " Where PeriodID=" + std::to_string(sltPeriodFrom.SelectedID()) +
+         " and not exists(Select x.* from tblAccountPeriodAccount x"
+         " Where x.AccountID=tblAccountPeriodAccount.AccountID and x.PeriodID=" +
+         std::to_string(sltPeriodTo.SelectedID()) + ")";
+}
+
 void FormCopyPeriodAccount::copy() {
-  if (!shell::allChosen(shell_, {&sltPeriodFrom, &sltPeriodTo})) return;
-  if (sltPeriodTo.IsEmpty()) {
-    shell_.showErrorNotice(shell::kTitleProblem, "مقصد دوره مالي را بايد مشخص کنيد!");
-    sltPeriodTo.focus();
-    return;
-  }
+  if (!targetIsChosen()) return;
   if (sltPeriodFrom.IsEmpty()) {
     if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
       return;
@@ -79,18 +112,10 @@ void FormCopyPeriodAccount::copyChart() {
 void FormCopyPeriodAccount::copyPeriod() {
   const auto gateway = shell_.dtEn();
   const auto operation = shell_.operation(*gateway, data::OperationKind::CopyPeriod);
-  const std::string source = std::to_string(sltPeriodFrom.SelectedID());
-  const std::string target = std::to_string(sltPeriodTo.SelectedID());
   execute(shell_, *gateway,
           "insert into tblAccountPeriodAccount(AccountID,PeriodID)"
           " select AccountID," +
-              target +
-              " from tblAccountPeriodAccount "
-              " Where PeriodID=" +
-              source +
-              " and not exists(Select x.* from tblAccountPeriodAccount x"
-              " Where x.AccountID=tblAccountPeriodAccount.AccountID and x.PeriodID=" +
-              target + ")");
+              std::to_string(sltPeriodTo.SelectedID()) + " from tblAccountPeriodAccount " + newFromSource());
 }
 
 void FormCopyPeriodAccount::cancel() {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include "periods/period_forms.h"
 #include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
@@ -23,12 +26,18 @@ class FormCopyPeriodAccount : public ui::Form {
   shell::Selector sltPeriodTo;
   ui::PushButton cmdAutoCodding;
   ui::PushButton cmdCancel;
+  Outlook outlook;
 
   /// Whether the target has other rows than before, or may have.
   bool ChangedFlag = false;
 
  private:
   void loadControls();
+  [[nodiscard]] bool targetIsChosen();
+  /// How many accounts come into the target and stay there; empty where none is chosen.
+  [[nodiscard]] std::string outlookInWords();
+  /// What a merge puts into the target: the rest of a statement on tblAccountPeriodAccount.
+  [[nodiscard]] std::string newFromSource() const;
   void copy();
   void copyChart();
   void copyPeriod();

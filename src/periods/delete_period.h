@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include "periods/period_forms.h"
 #include "shell/lookup/selector.h"
 #include "shell/shell.h"
 #include "ui/buttons.h"
@@ -22,6 +25,7 @@ class FormDeletePeriod : public ui::Form {
   ui::PushButton cmdDeletePossible;
   ui::PushButton cmdDelete;
   ui::PushButton cmdCancel;
+  Outlook outlook;
 
   /// Whether a hiding has run, also one that found nothing to hide.
   bool ChangedFlag = false;
@@ -30,6 +34,14 @@ class FormDeletePeriod : public ui::Form {
   void loadControls();
   /// Tells and gives false where no period is chosen.
   [[nodiscard]] bool periodIsChosen();
+  /// How many accounts either command hides, and how many stay; empty where no period is chosen.
+  [[nodiscard]] std::string outlookInWords();
+  /// The accounts of the period, and those of them that no document of it needs: the rest of a statement on
+  /// tblAccountPeriodAccount.
+  [[nodiscard]] std::string ofPeriod() const;
+  [[nodiscard]] std::string withoutDocument() const;
+  /// The test for a document of the period.
+  [[nodiscard]] std::string documentsOfPeriod() const;
   void hideWithoutDocument();
   void hideAll();
   void cancel();

@@ -41,6 +41,12 @@ TEST_F(DeletionStory, TheQuestionIsAboutTheAccountThatWasShown) {
 
 TEST_F(DeletionStory, WhatDependsOnAnAccountKeepsIt) { go("what depends on an account keeps it"); }
 
+TEST_F(DeletionStory, WhatStandsInTheWayIsToldAndLedTo) {
+  shell.offers = {Offer::Preview};
+  person.acts["twice"] = [this](auto& step) { notices.answer(1), person.act("yes " + step); };
+  go("what stands in the way");
+}
+
 TEST_F(DeletionStory, TheRightIsAskedForAheadOfTheQuestion) { go("the right is asked for first"); }
 
 }  // namespace

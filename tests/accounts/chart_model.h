@@ -102,10 +102,12 @@ class ChartModel {
     return told;
   }
 
+  [[nodiscard]] bool isMother(int id) const {
+    return std::any_of(accounts.begin(), accounts.end(),
+                       [&](const auto& one) { return one.second.parent == id; });
+  }
   Told remove(int id) {
-    const bool mother = std::any_of(accounts.begin(), accounts.end(),
-                                    [&](const auto& one) { return one.second.parent == id; });
-    if (mother || accounts.at(id).documents) return Needed;
+    if (isMother(id) || accounts.at(id).documents) return Needed;
     accounts.erase(id);
     return Done;
   }

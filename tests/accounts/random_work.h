@@ -7,6 +7,9 @@
 
 #include "accounts/account_story.h"
 #include "accounts/chart_model.h"
+#include "batch/account_batch.h"
+#include "coding/recoding/auto_codding.h"
+#include "shell/preview.h"
 
 namespace ledgertree::testing {
 
@@ -48,6 +51,7 @@ class RandomWork : public AccountStory {
   void work(unsigned seed, int steps) {
     startOver();
     dice_.seed(seed);
+    shell.offers = {Offer::Preview};
     model.codingMode = roll(2);
     model.positionCounts = roll(2) == 1;
     model.editCodeAllowed = roll(3) == 0;
@@ -74,6 +78,10 @@ class RandomWork : public AccountStory {
       EXPECT_EQ(rows(), model.rows()) << "after: " << step_;
       EXPECT_TRUE(form->treeAccount.enabled());
     }
+    if (HasFailure() || model.accounts.empty()) return;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    recodeAhead();
+    deleteAhead();
   }
 
  private:
@@ -97,7 +105,8 @@ class RandomWork : public AccountStory {
     database.execute(
         "delete from tblAccountDocumentDetail; delete from tblAccountRelatedObjects;"
         "update tblAccount set ParentID = null; delete from tblAccount; delete from "
-        "tblTarvoSystemParameters");
+        "tblTarvoSystemParameters; insert or ignore into tblUserPermission (UserID, FormPermissionID) values "
+        "(1, 30105), (1, 30108)");
     if (!halves_) return;
     database.execute(
         "drop table if exists tblHidden; create table tblHidden (Kind, ID); update sqlite_sequence set seq = "
@@ -225,8 +234,70 @@ class RandomWork : public AccountStory {
     ASSERT_FALSE(said.empty());
     said.erase(said.begin());  // the question
     const Told told = model.remove(id);
+    if (!told.empty()) {
+      ASSERT_EQ(said.size(), 2U) << "what stands in the way is told behind the refusal";
+      const auto tells = [&](const char* words) { return said[1].message.find(words) != std::string::npos; };
+      EXPECT_EQ(tells("زيرشاخه دارد"), model.isMother(id));
+      EXPECT_EQ(tells("سطر سند دارد"), model.accounts.at(id).documents);
+      said.pop_back();
+    }
     expectTold(said, told);
     EXPECT_EQ(mode(), told.empty() ? FormMode::ModeIdle : FormMode::ModeView);
+  }
+
+  /// Looks at a preview, gives its rows to `see`, and goes on to the work where it may.
+  bool goAhead(ui::PushButton& preview, const std::function<void(const ui::Grid&, int row)>& see) {
+    bool goes = false;
+    inScreen<shell::frmPreview>("frmPreview", [&](shell::frmPreview& screen) {
+      goes = screen.cmdGo.enabled();
+      for (int row = 0; row < screen.flxRows.rowCount(); ++row) see(screen.flxRows, row);
+      if (goes) notices.answer(1);
+      screen.cmdGo.click();
+    });
+    preview.click();
+    EXPECT_EQ(notices.take().size(), goes ? 1U : 0U) << "the question";
+    return goes;
+  }
+  /// The codes that were shown are the codes that are written, and no others.
+  void recodeAhead() {
+    const int mother = anyParent();
+    step_ = "a recoding below " + std::to_string(mother);
+    inScreen<coding::frmAutoCodding>("frmAutoCodding", [&](coding::frmAutoCodding& screen) {
+      if (mother != -1) pick(screen.klmMotherAcc, mother, model.accounts.at(mother).code);
+      screen.txtSimpleCode.type(digits(3));
+      desktop.tick();
+      std::map<int, std::string> codes;
+      const bool goes = goAhead(screen.cmdPreview, [&](const ui::Grid& rows, int row) {
+        const int id = std::stoi(rows.text(row, 6));
+        EXPECT_EQ(rows.text(row, 1), model.accounts.at(id).code);
+        codes[id] = rows.text(row, 2);
+      });
+      if (!goes) codes.clear();
+      for (const auto& [id, code] : codes) model.accounts.at(id).code = code;
+    });
+    form->mnuSameCoding.click();
+    EXPECT_EQ(rows(), model.rows()) << "after: " << step_;
+  }
+  /// What was shown to go is gone, and what wasn't shown isn't.
+  void deleteAhead() {
+    const int mother = anyAccount();
+    step_ = "a deletion below " + std::to_string(mother);
+    inScreen<batch::frmAccountBatch>("frmAccountBatch", [&](batch::frmAccountBatch& screen) {
+      screen.sltParent.setAccountID(mother);
+      std::vector<int> shown;
+      const bool goes = goAhead(screen.cmdPreview, [&](const ui::Grid& rows, int row) {
+        shown.push_back(std::stoi(rows.text(row, 6)));
+        const bool stays = std::any_of(model.accounts.begin(), model.accounts.end(), [&](const auto& one) {
+          return one.second.documents &&
+                 (one.first == shown.back() || model.isBelow(one.first, shown.back()));
+        });
+        EXPECT_EQ(rows.text(row, 5).starts_with("نميشود"), stays) << shown.back();
+      });
+      for (const int id : shown)
+        if (goes) model.accounts.erase(id);
+    });
+    form->mnuAccountBatch.click();
+    EXPECT_EQ(rows(), model.rows()) << "after: " << step_;
   }
 
   void expect(const Told& told, std::int32_t saved, FormMode refusedMode) {

@@ -56,6 +56,21 @@ TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
   onScreen("a refused account keeps those above it");
 }
 
+TEST_F(AccountBatch, WhatIsSeenAheadIsWhatGoes) {
+  shell.offers = {Offer::Preview};
+  deleteInBatch([&](frmAccountBatch& screen) {
+    person.acts["look"] = [&](auto& how) { return look(screen.cmdPreview, how); };
+    person.acts["meanwhile"] = [this](auto& statement) {
+      notices.onShow = [this, statement](const Notice& notice) {
+        if (notice.question && !statement.empty()) given(statement);
+      };
+    };
+    person.go(
+        "batch/steps.txt", "a look ahead", [] { return ""; }, [this] { return changes(); });
+    notices.onShow = nullptr;
+  });
+}
+
 TEST_F(AccountBatch, EveryFailureLeavesAWholeChartThatCanBeFinished) {
   bool failed = true;
   for (int n = 1; failed; ++n) {

@@ -8,6 +8,7 @@
 #include "batch/account_batch.h"
 #include "coding/recoding/auto_codding.h"
 #include "mainform/form/form_main.h"
+#include "shell/preview.h"
 #include "shell/work_progress.h"
 #include "support/table_watch.h"
 
@@ -62,6 +63,23 @@ class BulkHouse : public WatchedHouse {
     ASSERT_EQ(picker.AccountCode(), code);
   }
   void answer(int yes) { notices.answer(yes); }
+  /// Looks at a preview as "look", or "look some", with the filter, or "look go", which says yes to the work.
+  /// Gives the rows without their numbers and IDs; behind a mere look the summary stands ahead of them.
+  std::string look(ui::PushButton& preview, const std::string& how) {
+    std::string seen;
+    inScreen<shell::frmPreview>("frmPreview", [&](shell::frmPreview& screen) {
+      if (how == "some") screen.chkFilter.click();
+      if (how.empty()) seen = screen.lblSummary.caption() + (screen.cmdGo.enabled() ? " " : " [no way on] ");
+      for (int row = 0; row < screen.flxRows.rowCount(); ++row) {
+        for (int column = 1; column < 6; ++column)
+          if (const auto& cell = screen.flxRows.text(row, column); !cell.empty()) seen += cell + ", ";
+        seen.replace(seen.size() - 2, 2, "; ");
+      }
+      if (how == "go") answer(1), screen.cmdGo.click();
+    });
+    preview.click();
+    return seen.substr(0, seen.size() - (seen.empty() ? 0 : 1));
+  }
   /// Confirms a command whose database commands with these words take long; `meanwhile` happens at each
   /// repaint. Gives what the bar shows then.
   template <typename Screen>

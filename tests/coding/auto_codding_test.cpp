@@ -20,6 +20,8 @@ class AutoCodding : public BulkHouse {
     person.acts["level"] = [this](auto&) { return confirmed(screen_->klmFlatButton1); };
     person.acts["changes"] = [this](auto&) { return accounts(); };
     person.acts["mother"] = [this](auto&) { return "<" + screen_->txtMotherCode.text() + ">"; };
+    person.acts["look"] = [this](auto& how) { return look(screen_->cmdPreview, how); };
+    person.acts["look-level"] = [this](auto& how) { return look(screen_->cmdPreviewLevel, how); };
     person.acts["reach"] = [this](auto&) { return withinReach(); };
   }
   void go(frmAutoCodding& screen, const std::string& section) {
@@ -132,6 +134,38 @@ TEST_F(AutoCodding, OverANetworkCodesGoTogetherAndAnAnswerThatNeverCameIsTold) {
   recode([&](frmAutoCodding& screen) {
     static_cast<void>(faults.trips());
     go(screen, "far away");
+  });
+}
+
+TEST_F(AutoCodding, WhatIsSeenAheadIsWhatIsWritten) {
+  shell.offers = {Offer::Preview, Offer::HiddenCommands};
+  // What another program does while the question is up, or the preview.
+  person.acts["meanwhile"] = [this](auto& statement) {
+    notices.onShow = [this, statement](const Notice& notice) {
+      if (notice.question && !statement.empty()) given(statement);
+    };
+  };
+  recode([&](frmAutoCodding& screen) {
+    go(screen, "a look ahead");
+    notices.onShow = nullptr;
+    go(screen, "a look at the second level");
+    // Page by page.
+    pick(screen.klmMotherAcc, "11000002");
+    database.insertMany("tblAccount (ID, ParentID, Code, Title)", 1001, 1600,
+                        [](int id) { return std::to_string(id) + ", 4, '" + std::to_string(id) + "', ''"; });
+    EXPECT_TRUE(accounts().starts_with("+1001"));
+    sample("0001");
+    inScreen<shell::frmPreview>("frmPreview", [](shell::frmPreview& pages) {
+      std::string seen = pages.lblPlace.caption();
+      for (auto* button : {&pages.cmdPrevious, &pages.cmdNext, &pages.cmdNext, &pages.cmdPrevious}) {
+        button->click();
+        seen += ", " + pages.lblPlace.caption() + " " + pages.flxRows.text(0, 1);
+      }
+      EXPECT_EQ(seen,
+                "رديف 1 تا 500, رديف 1 تا 500 1001, رديف 501 تا 600 1501, رديف 501 تا 600 1501, رديف 1 تا "
+                "500 1001");
+    });
+    screen.cmdPreview.click();
   });
 }
 

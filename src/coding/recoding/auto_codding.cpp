@@ -4,9 +4,8 @@
 #include <chrono>
 #include <utility>
 
-#include "data/ahead.h"
+#include "coding/recoding/outlook.h"
 #include "data/data_error.h"
-#include "data/numbers.h"
 #include "data/quote_text.h"
 #include "shell/lookup/all_chosen.h"
 #include "shell/work_progress.h"
@@ -19,19 +18,18 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
-constexpr std::size_t kLongestCode = 20;
 /// The longest that the screen stands still for the codes of one packet; longer, and the next is half as
 /// large.
 constexpr std::chrono::seconds kLongestStandstill{1};
-/// Of the series on the second level, six digits.
-constexpr std::string_view kFirstOfSecondLevel = "000001";
 
 constexpr std::string_view kWarning = "هشدار";
-constexpr std::string_view kNoWayBack = "پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
-constexpr std::string_view kNoWayBackFromCodes =
-    "پس از اعمال كدينگ اتوماتيك، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
 constexpr std::string_view kBadSample =
     "نمونه اولين كد فرزند بايد فقط از ارقام تشكيل شده و حداكثر 14 رقم باشد. هيچ كدي تغيير نكرد.";
+
+constexpr std::string_view kChanged =
+    "پس از پيش نمايش، کاربر ديگري اين حسابها يا کدهاي آنها را تغيير داده است. هيچ كدي تغيير نكرد؛ پيش نمايش "
+    "را "
+    "دوباره ببينيد.";
 
 constexpr std::string_view kGoOn =
     "پس از رفع اشكال، بي آنكه اين صفحه را ببنديد، همين فرمان را با همين حساب مادر و همين نمونه دوباره "
@@ -40,11 +38,6 @@ constexpr std::string_view kGoOn =
 void refuseLongCode(shell::Shell& shell, const std::string& code) {
   shell.showErrorNotice(shell::kTitleError,
                         "كد «" + code + "» بيش از 20 حرف دارد و ثبت نميشود. هيچ كدي تغيير نكرد.");
-}
-
-std::string parentStatement(const data::RecordHandle& account) {
-  return "Select * From tblAccount Where ID=" +
-         std::to_string(data::toNumber(account.Fields("ParentID").toText()).asInt32());
 }
 
 }  // namespace
@@ -58,7 +51,9 @@ frmAutoCodding::frmAutoCodding(shell::Shell& shell)
       Label1(*this, "Label1", {5325, 720, 1800, 270}, "نمونه اولين كد فرزند:"),
       txtSimpleCode(*this, "txtSimpleCode", {3525, 690, 1725, 330}),
       cmdAutoCodding(*this, "cmdAutoCodding", {2025, 1290, 5100, 405}, "اعمال کدينگ خودکار حسابداري"),
+      cmdPreview(*this, "cmdPreview", {225, 690, 3150, 330}, "پيش نمايش..."),
       klmFlatButton1(*this, "klmFlatButton1", {225, 1290, 1725, 405}, "تفصيلي اتوماتيک"),
+      cmdPreviewLevel(*this, "cmdPreviewLevel", {225, 1830, 1725, 405}, "پيش نمايش..."),
       cmdAccountType(*this, "cmdAccountType", {2025, 1830, 5100, 405}, "همسان سازي نوع حساب"),
       cmdRemanedType(*this, "cmdRemanedType", {2025, 2370, 5100, 405}, "همسان سازي ماهيت حساب"),
       cmdCancel(*this, "cmdCancel", {225, 3720, 1500, 405}, "انصراف"),
@@ -74,6 +69,10 @@ void frmAutoCodding::loadControls() {
   shell_.chooseKeyboardLayout();
   klmMotherAcc.setClosingFlag(false);
   klmFlatButton1.setVisible(shell_.isOffered(Offer::HiddenCommands));
+  cmdPreview.setVisible(shell_.isOffered(Offer::Preview));
+  cmdPreview.setAccessibleName("پيش نمايش کدينگ خودکار");
+  cmdPreviewLevel.setVisible(cmdPreview.visible() && klmFlatButton1.visible());
+  cmdPreviewLevel.setAccessibleName("پيش نمايش تفصيلي اتوماتيک");
   progressBar.setVisible(false);
   for (ui::TextField* code : {&txtMotherCode, &txtSimpleCode}) {
     code->setMaximumLength(kLongestCode);
@@ -99,8 +98,17 @@ void frmAutoCodding::listen() {
         (key.character >= U'.' && key.character <= U'9') || key.character == ui::kBackspaceCharacter;
     if (!passes) key.character = 0;
   };
-  cmdAutoCodding.onClick = [this] { runConfirmed(kNoWayBack, [this] { numberChildren(); }); };
-  klmFlatButton1.onClick = [this] { runConfirmed(kNoWayBackFromCodes, [this] { numberSecondLevel(); }); };
+  cmdAutoCodding.onClick = [this] {
+    runConfirmed(kNoWayBack, [this] {
+      if (const auto numbering = ofChildren()) recode(*numbering, nullptr);
+    });
+  };
+  klmFlatButton1.onClick = [this] {
+    const Numbering numbering = numberingOfSecondLevel();
+    runConfirmed(numbering.question, [&] { recode(numbering, nullptr); });
+  };
+  cmdPreview.onClick = [this] { lookAhead([this] { return ofChildren(); }, cmdAutoCodding); };
+  cmdPreviewLevel.onClick = [this] { lookAhead(numberingOfSecondLevel, klmFlatButton1); };
   cmdAccountType.onClick = [this] { runConfirmed(kNoWayBack, [this] { copyToDescendants("IsPermanent"); }); };
   cmdRemanedType.onClick = [this] {
     runConfirmed(kNoWayBack, [this] { copyToDescendants("AccountNatureID"); });
@@ -113,6 +121,7 @@ void frmAutoCodding::enableButtons() {
   cmdAccountType.setEnabled(!klmMotherAcc.IsEmpty());
   cmdRemanedType.setEnabled(!klmMotherAcc.IsEmpty());
   cmdAutoCodding.setEnabled(!text::trimmed(txtSimpleCode.text()).empty());
+  cmdPreview.setEnabled(cmdAutoCodding.enabled());
 }
 
 void frmAutoCodding::runConfirmed(std::string_view question, const std::function<void()>& operation) {
@@ -124,77 +133,60 @@ void frmAutoCodding::runConfirmed(std::string_view question, const std::function
   operation();
 }
 
-void frmAutoCodding::numberChildren() {
+std::optional<Numbering> frmAutoCodding::ofChildren() {
   const auto counter = CodeCounter::startingAt(txtSimpleCode.text());
-  if (!counter) {
-    shell_.showErrorNotice(shell::kTitleError, kBadSample);
-    return;
-  }
+  if (counter) return numberingOfChildren(klmMotherAcc.AccountID(), txtMotherCode.text(), *counter);
+  shell_.showErrorNotice(shell::kTitleError, kBadSample);
+  return std::nullopt;
+}
+
+void frmAutoCodding::lookAhead(const std::function<std::optional<Numbering>()>& wish,
+                               const ui::PushButton& command) {
+  if (working_) return;
+  const shell::UnderWay underWay(working_);
+  if (!shell::allChosen(shell_, {&klmMotherAcc})) return;
+  const auto numbering = wish();
+  if (!numbering) return;
   const auto gateway = shell_.dtEn();
-  const std::string statement =
-      klmMotherAcc.IsEmpty()
-          ? std::string("Select * From tblAccount Where ParentID Is Null Order By Code")
-          : "Select * From tblAccount Where ParentID = " + std::to_string(klmMotherAcc.AccountID()) +
-                " Order By Code";
-  recode(*gateway, statement + "\n" + txtMotherCode.text() + "\n" + txtSimpleCode.text(),
-         [&] { return children(*gateway, statement, *counter); });
-}
-
-std::vector<frmAutoCodding::NewCode> frmAutoCodding::children(data::DtEn& gateway,
-                                                              const std::string& statement,
-                                                              CodeCounter counter) {
-  const std::string mother = txtMotherCode.text();
-  std::vector<NewCode> accounts;
-  const data::OpenRows rows(gateway.rssqlAccounts, statement);
-  for (; !rows->Eof(); rows->MoveNext(), counter.raise())
-    accounts.push_back({.account = rows->Fields("ID").toInt32(), .code = mother + counter.number()});
-  return accounts;
-}
-
-void frmAutoCodding::numberSecondLevel() {
-  const auto gateway = shell_.dtEn();
-  recode(*gateway, "second level", [&] { return secondLevel(*gateway); });
-  readMotherAgain();
-}
-
-/// The codes that the accounts of the level will have; one whose parent is gone keeps its own.
-std::vector<frmAutoCodding::NewCode> frmAutoCodding::secondLevel(data::DtEn& gateway) {
-  std::vector<NewCode> accounts;
-  auto counter = CodeCounter::startingAt(kFirstOfSecondLevel);
-  const data::OpenRows rows(gateway.rssqlAccounts,
-                            "Select * From tblAccount Where Nolevel=2 Order By Left(Code,6),Code");
-  std::vector<data::Command> parents;
-  for (; !rows->Eof(); rows->MoveNext()) parents.push_back({.statement = parentStatement(*rows)});
-  const data::Ahead ahead(gateway.cnMainData, std::move(parents));
-  for (rows->MoveFirst(); !rows->Eof(); rows->MoveNext()) {
-    const data::OpenRows parent(gateway.rssqlAccGroupL, parentStatement(*rows));
-    if (parent->Eof()) continue;
-    accounts.push_back({.account = rows->Fields("ID").toInt32(),
-                        .code = parent->Fields("Code").toText() + counter->number()});
-    counter->raise();
+  Outlook seen;
+  {
+    const shell::Hourglass hourglass(desktop());
+    seen = outlookOf(*gateway, *numbering, ahead(*gateway, *numbering));
   }
-  return accounts;
+  if (!shell::showPreview(shell_, previewOf(*gateway, seen, command.caption()))) return;
+  if (shell_.askConfirmNotice(kWarning, numbering->question) != shell::Answer::Yes) return;
+  const shell::Hourglass hourglass(desktop());
+  recode(*numbering, &seen);
 }
 
-void frmAutoCodding::recode(data::DtEn& gateway, std::string command,
-                            const std::function<std::vector<NewCode>()>& codes) {
-  if (!unfinished_ || unfinished_->command != command) {
+std::vector<NewCode> frmAutoCodding::ahead(data::DtEn& gateway, const Numbering& numbering) const {
+  if (!goesOn(numbering)) return numbering.codes(gateway);
+  return {unfinished_->codes.begin() + static_cast<std::ptrdiff_t>(unfinished_->done),
+          unfinished_->codes.end()};
+}
+
+void frmAutoCodding::recode(const Numbering& numbering, const Outlook* seen) {
+  const auto gateway = shell_.dtEn();
+  if (!goesOn(numbering)) {
     unfinished_.reset();
-    Recoding fresh{.command = std::move(command), .codes = codes()};
-    const auto tooLong = std::find_if(fresh.codes.begin(), fresh.codes.end(), [](const NewCode& account) {
-      return text::characterCount(account.code) > kLongestCode;
-    });
+    Recoding fresh{.command = numbering.command, .codes = numbering.codes(*gateway)};
+    if (seen != nullptr) {
+      const Outlook now{.codes = fresh.codes, .collisions = collisionsOf(*gateway, fresh.codes)};
+      if (!now.sameChart(*seen)) return shell_.showErrorNotice(shell::kTitleProblem, kChanged);
+    }
+    const auto tooLong = std::find_if(fresh.codes.begin(), fresh.codes.end(), isTooLong);
     if (tooLong != fresh.codes.end()) return refuseLongCode(shell_, tooLong->code);
     unfinished_ = std::move(fresh);
   }
   try {
-    writeCodes(gateway);
+    writeCodes(*gateway);
     unfinished_.reset();
   } catch (const std::exception& failure) {
     if (unfinished_->done != 0 || inDoubt(failure) != 0) return tellHowFar(failure);
     unfinished_.reset();
     throw;
   }
+  if (numbering.ofMother) readMotherAgain();
 }
 
 void frmAutoCodding::writeCodes(data::DtEn& gateway) {

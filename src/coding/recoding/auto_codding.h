@@ -9,7 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "coding/recoding/code_counter.h"
+#include "coding/recoding/numbering.h"
+#include "coding/recoding/outlook.h"
 #include "data/dten.h"
 #include "shell/lookup/account_picker.h"
 #include "shell/shell.h"
@@ -33,6 +34,10 @@ namespace ledgertree::coding {
 /// command with the same mother and sample goes on with the first of them. Begun anew it would take the order
 /// of the codes that are half new.
 ///
+/// Where the host offers Offer::Preview, two buttons show what a numbering would do, and lead from there to
+/// the question and the work. What is written then are the rows that were shown: where the accounts, their
+/// codes or the codes that they collide with aren't what they were, nothing is written, and that is told.
+///
 /// A recoding that would give one account a code of more than 20 characters is refused ahead of the first
 /// row.
 class frmAutoCodding : public ui::Form {
@@ -46,8 +51,11 @@ class frmAutoCodding : public ui::Form {
   ui::Label Label1;
   ui::TextField txtSimpleCode;
   ui::PushButton cmdAutoCodding;
+  /// The two hidden, unless the host has previews offered; the second with the hidden commands only.
+  ui::PushButton cmdPreview;
   /// Hidden, unless the host has the hidden commands offered.
   ui::PushButton klmFlatButton1;
+  ui::PushButton cmdPreviewLevel;
   ui::PushButton cmdAccountType;
   ui::PushButton cmdRemanedType;
   ui::PushButton cmdCancel;
@@ -55,10 +63,6 @@ class frmAutoCodding : public ui::Form {
   ui::Timer Timer1;
 
  private:
-  struct NewCode {
-    std::int32_t account;
-    std::string code;
-  };
   /// A recoding on its way.
   struct Recoding {
     std::string command;  ///< what was asked for: the rows' statement, the mother's code and the sample
@@ -73,17 +77,21 @@ class frmAutoCodding : public ui::Form {
   /// Runs an operation if the person says yes.
   void runConfirmed(std::string_view question, const std::function<void()>& operation);
 
-  /// Numbers the children of the mother account, or the top level, from the sample code.
-  void numberChildren();
-  /// Numbers the second level of the chart with one series of six digits.
-  void numberSecondLevel();
-  /// The codes that the children of the mother will have, in the order of the rows of the statement.
-  [[nodiscard]] std::vector<NewCode> children(data::DtEn& gateway, const std::string& statement,
-                                              CodeCounter counter);
-  [[nodiscard]] std::vector<NewCode> secondLevel(data::DtEn& gateway);
-  /// Writes the codes of one recoding, or none where one of them is too long. What `codes` would give isn't
-  /// asked for where the same command stopped half-way before.
-  void recode(data::DtEn& gateway, std::string command, const std::function<std::vector<NewCode>()>& codes);
+  /// The children of the mother account, or the top level, from the sample code; nothing where that is none,
+  /// which is told.
+  [[nodiscard]] std::optional<Numbering> ofChildren();
+  /// Shows what a numbering would do, and does it if the person says so; `command` is the button that does it
+  /// without a look.
+  void lookAhead(const std::function<std::optional<Numbering>()>& wish, const ui::PushButton& command);
+  /// Whether the same command stopped half-way before: it goes on then.
+  [[nodiscard]] bool goesOn(const Numbering& numbering) const {
+    return unfinished_ && unfinished_->command == numbering.command;
+  }
+  /// What is still to be written.
+  [[nodiscard]] std::vector<NewCode> ahead(data::DtEn& gateway, const Numbering& numbering) const;
+  /// Writes the codes of one recoding, or none where one of them is too long, or where they aren't those that
+  /// the person has `seen`, if any. What the numbering would give isn't asked for where it goes on.
+  void recode(const Numbering& numbering, const Outlook* seen);
   void writeCodes(data::DtEn& gateway);
   /// How many accounts behind those that are done may have their new code, since the answer to a packet of
   /// them never came.
