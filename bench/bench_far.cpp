@@ -1,6 +1,8 @@
 // The acts of a person over a slow road: LEDGERTREE_BENCH_CONNECTION names a server that holds the demo
 // chart, and each act goes over a proxy that delays each answer. What it prints is the time of an act by
 // delay, and how often the road was gone there and back. It leaves the chart as it was.
+//
+//   bench_far --search    what each key of a few searches costs, in whatever chart is there
 
 #include <chrono>
 #include <cstdio>
@@ -8,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -18,6 +21,7 @@
 #include "support/scripted_desktop.h"
 #include "support/server.h"
 #include "support/tcp_proxy.h"
+#include "text/characters.h"
 
 namespace ledgertree::bench {
 namespace {
@@ -36,6 +40,25 @@ class Person {
     engines::odbc::registerOdbc(session_.shell().providers);
     control_.OLEConnectionString(text);
     control_.UserID(1);
+  }
+
+  /// A blank field for the searches, and its connection open.
+  void begin() {
+    control_.ClearShow();
+    form().cmdNew.click();
+    type("9");
+    form().sltParent.press(ui::Key::Backspace);
+  }
+  /// Types to the end of the text, and waits for the last hit of each key and for the parents of the hits.
+  void search(std::string_view text, const std::function<void(std::string_view typed)>& found) {
+    for (std::size_t end = 0; end < text.size();) {
+      const std::size_t letter = text::characterLength(text.substr(end));
+      type(std::string(text.substr(end, letter)));
+      found(text.substr(0, end += letter));
+    }
+    for (std::size_t letters = text::characterCount(text); letters > 0; --letters)
+      form().sltParent.press(ui::Key::Backspace);
+    type("");
   }
 
   /// The acts in their order; each begins where the one before it ended.
@@ -57,7 +80,7 @@ class Person {
   [[nodiscard]] testing::ScriptedDesktop& desktop() {
     return dynamic_cast<testing::ScriptedDesktop&>(session_.shell().desktop());
   }
-  void type(const char* text) {
+  void type(const std::string& text) {
     form().sltParent.type(text);
     while (form().sltParent.searching()) {
       desktop().settle();
@@ -113,7 +136,33 @@ int run(const std::string& text) {
   return 0;
 }
 
+int search(const std::string& text) {
+  testing::TcpProxy road(text);
+  Person person(testing::TcpProxy::through(road, text));
+  person.begin();
+  std::printf("| Typed | Round trips | Bytes | Time |\n|---|---|---|---|\n");
+  for (const char* const words : {"110203", "حساب های جاری", "بانک ملی شعبه"}) {
+    std::uint64_t bytes = road.bytes();
+    std::uint64_t trips = road.roundTrips();
+    auto begun = Clock::now();
+    person.search(words, [&](std::string_view typed) {
+      const std::chrono::duration<double, std::milli> passed = Clock::now() - begun;
+      std::printf("| %.*s | %llu | %llu | %.0f ms |\n", static_cast<int>(typed.size()), typed.data(),
+                  static_cast<unsigned long long>(road.roundTrips() - trips),
+                  static_cast<unsigned long long>(road.bytes() - bytes), passed.count());
+      bytes = road.bytes();
+      trips = road.roundTrips();
+      begun = Clock::now();
+    });
+  }
+  return 0;
+}
+
 }  // namespace
 }  // namespace ledgertree::bench
 
-int main() { return ledgertree::bench::onServer(&ledgertree::bench::run); }
+int main(int count, char** arguments) {
+  using namespace ledgertree::bench;
+  const bool searches = count > 1 && std::string_view(arguments[1]) == "--search";
+  return onServer(searches ? &search : &run);
+}
