@@ -9,6 +9,7 @@
 #include <QLibraryInfo>
 #include <QProgressBar>
 #include <QProgressDialog>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <QTranslator>
 #include <QUrl>
@@ -75,6 +76,8 @@ QString askForFile() {
                                                                      {QFileDialog::Accept, "ثبت"},
                                                                      {QFileDialog::Reject, "انصراف"}};
   for (const auto& [label, text] : labels) dialog.setLabelText(label, QString::fromUtf8(text));
+  // From right to left the toolkit lets a caption beside a picture run into the border.
+  for (QPushButton* button : dialog.findChildren<QPushButton*>()) button->setIcon({});
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return {};
   return dialog.selectedFiles().front();
 }

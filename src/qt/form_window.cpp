@@ -165,8 +165,10 @@ void FormWindow::describe(ControlView& view) {
   const ui::Label* label = labelOf(*form_, control);
   view.name(accessibleNameOf(control, label));
   focus->setAccessibleDescription(toQt(control.hint()));
-  if (label == nullptr) return;
-  if (auto* drawn = qobject_cast<QLabel*>(&viewOf(label)->widget())) drawn->setBuddy(focus);
+  if (label == nullptr || !control.visible()) return;
+  // A control that is called otherwise may stand nearer to the label than the one that it is meant for.
+  auto& drawn = static_cast<LabelView*>(viewOf(label))->widget();
+  if (drawn.buddy() == nullptr || isCalledBy(*label, control)) drawn.setBuddy(focus);
 }
 
 void FormWindow::place(ControlView& view) {
@@ -228,6 +230,7 @@ void FormWindow::controlChanged(ui::Control& control, ui::Change change) {
       break;
     case ui::Change::Visible:
       view->widget().setVisible(control.visible());
+      describe(*view);
       break;
     case ui::Change::Enabled:
       view->widget().setEnabled(control.enabled());

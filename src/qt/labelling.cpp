@@ -66,6 +66,10 @@ QString accessibleNameOf(const ui::Control& control, const ui::Label* label) {
   return toQt(control.hint());
 }
 
+bool isCalledBy(const ui::Label& label, const ui::Control& control) {
+  return accessibleNameOf(control, &label) == withoutColon(label.caption());
+}
+
 QString tooltipOf(const ui::Control& control) {
   QString hint = toQt(control.hint());
   if (const auto* lookup = dynamic_cast<const ui::LookupField*>(&control);

@@ -91,6 +91,21 @@ class Panel : public QGroupBox {
   }
 };
 
+/// A line that has no room ends in dots; who listens to the screen hears it whole.
+class Line : public QLabel {
+ public:
+  using QLabel::QLabel;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    if (wordWrap() || fontMetrics().horizontalAdvance(text()) <= width()) return QLabel::paintEvent(event);
+    QPainter painter(this);
+    style()->drawItemText(&painter, rect(), QStyle::visualAlignment(layoutDirection(), alignment()),
+                          palette(), isEnabled(), fontMetrics().elidedText(text(), Qt::ElideRight, width()),
+                          foregroundRole());
+  }
+};
+
 /// The words of the bar as they are, without the toolkit's marks for numbers in them.
 class Bar : public QProgressBar {
  public:
@@ -123,7 +138,7 @@ class Bar : public QProgressBar {
 
 }  // namespace
 
-LabelView::LabelView(ui::Label& control, QWidget& parent) : ViewOf(control), label_(new QLabel(&parent)) {
+LabelView::LabelView(ui::Label& control, QWidget& parent) : ViewOf(control), label_(new Line(&parent)) {
   label_->setTextFormat(Qt::PlainText);
   label_->setWordWrap(control.wraps());
   label_->setAlignment(Qt::AlignLeading | (control.wraps() ? Qt::AlignTop : Qt::AlignVCenter));

@@ -185,7 +185,7 @@ std::string clashesOn(const FormMain& form) {
 }
 
 TEST_F(FormMainStory, RecordAndTreeStandBesideOneAnotherAtEveryWidth) {
-  shell.offers = {Offer::HiddenCommands, Offer::Divider};
+  shell.offers = {Offer::HiddenCommands, Offer::Divider, Offer::OthersChanges};
   setParameter(311, "'1'");
   start();
   EXPECT_EQ(form->lblMaxDebit.bounds().top - form->lblGroup.bounds().top, 3 * 330 - 2 * 330)
@@ -193,6 +193,7 @@ TEST_F(FormMainStory, RecordAndTreeStandBesideOneAnotherAtEveryWidth) {
   for (const int width : {13619, 11006, form->smallestSize().width, 13620, 20000}) {
     form->resize({width, 7000});
     EXPECT_EQ(clashesOn(*form), "") << width;
+    EXPECT_GT(form->lblOthers.bounds().width, 1290) << "no room to tell of others at " << width;
     EXPECT_EQ(form->treeAccount.bounds().left + form->treeAccount.bounds().width, width - 60);
   }
   EXPECT_EQ(form->cmdDeletePeriod.bounds(), (Bounds{7680 + 6380, 1140, 1920, 360}));

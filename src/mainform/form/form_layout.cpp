@@ -22,7 +22,8 @@ constexpr ui::Twips kRecordWidth = 7560;
 /// What the record can give to the tree: so much that its commands keep their room.
 constexpr ui::Twips kMostGiven = 2970;
 constexpr ui::Twips kMessageWidth = 3960;
-constexpr ui::Twips kRow = 330;  ///< of the record
+constexpr ui::Twips kMessageWords = 1290;  ///< of the message, which names a mode
+constexpr ui::Twips kRow = 330;            ///< of the record
 
 void grow(ui::Control& control, int left, int top, int width, int height) {
   ui::Bounds bounds = control.bounds();
@@ -102,7 +103,8 @@ void FormMain::setTreeHead() {
   tree.top = top;
   treeAccount.setBounds(tree);
   ui::Bounds message = lblMessage.bounds();
-  message.width = std::clamp(tree.width, 0, kMessageWidth);
+  // What others change is a sentence: it gets what the words of the message leave.
+  message.width = lblOthers.visible() ? kMessageWords : std::min(tree.width, kMessageWidth);
   message.left = tree.left + tree.width - message.width;
   lblMessage.setBounds(message);
   lblOthers.setBounds(

@@ -59,13 +59,13 @@ void FormMain::load() {
   settings = data::readSystemParameters(*shell_.dtEn());
   connectSelectors();
   showEntityFields();
+  others_.begin();
   showDivider();
   commands_.showOffers();
   accountMenu_.showOffer();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();
-  others_.begin();
   tree_.refreshTree();
   shell_.showNews();
 }
