@@ -12,12 +12,12 @@ namespace ledgertree::shell {
 namespace {
 
 constexpr std::string_view kQuestion = "Select Writer,Changes from vwLedgerTreeChanges";
-/// 1, 3, 7, 15 questions are left out behind the first failures in a row.
+/// Consecutive failures skip 1, 3, 7, then 15 queries.
 constexpr int kMostFailures = 4;
 
 }  // namespace
 
-/// A connection that one thread at a time uses.
+/// A connection used by one thread at a time.
 struct ChartChanges::Line {
   explicit Line(std::unique_ptr<data::Connection> made) : connection(std::move(made)) {
     connection->whileWaiting({.givesUp = [this](bool) { return over.load(); }, .over = {}});
@@ -44,7 +44,7 @@ void ChartChanges::begin() {
   try {
     known_ = countsOf(gateway->cnMainData.port());
   } catch (const data::DataError&) {
-    // Whatever is wrong, the reading that comes next tells it.
+    // The next read will report whatever is wrong.
   }
 }
 
@@ -56,7 +56,7 @@ void ChartChanges::ask() {
   }
   const auto gateway = shell_.dtEn();
   const std::string text = gateway->cnMainData.ConnectionString();
-  // Another database counts anew.
+  // Another database has its own counts.
   if (text != connectionText_) {
     leave();
     known_.reset();
@@ -99,7 +99,7 @@ void ChartChanges::askAside(const std::string& connectionText) {
 
 void ChartChanges::take(Counts counts) {
   found_ = std::move(counts);
-  // A row that isn't among them is being written.
+  // A row that is missing is being written.
   moved_ = !known_ || std::any_of(found_.begin(), found_.end(), [this](const auto& count) {
     const auto before = known_->find(count.first);
     return before == known_->end() || before->second != count.second;
@@ -124,7 +124,7 @@ void ChartChanges::leave() {
   asking_ = false;
   if (!line_) return;
   line_->over = true;
-  // Taking leave of a server that doesn't answer may take its time.
+  // Closing the connection to an unresponsive server may take time.
   try {
     shell_.background.run([line = std::move(line_)] {}, [] {});
   } catch (const std::exception&) {

@@ -53,7 +53,7 @@ void appendOutcome(const std::vector<Decision>& decisions, const std::vector<Lit
     } else {
       outcome += literal.text;
     }
-    // Ends a literal, since no statement holds it.
+    // Terminates a literal: no statement contains it.
     outcome += '\0';
   }
 }

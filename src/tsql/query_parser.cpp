@@ -26,7 +26,7 @@ constexpr Function kFunctions[] = {{"isnull", 2}, {"left", 2}, {"right", 2}, {"c
 
 }  // namespace
 
-/// Counts the nesting while it stands, and refuses one that is too deep.
+/// Counts the nesting during its lifetime, and refuses to exceed the limit.
 class QueryParser::Deeper {
  public:
   explicit Deeper(QueryParser& parser) : parser_(parser) {
@@ -51,7 +51,7 @@ std::unique_ptr<Select> QueryParser::select() {
     select->keepsRepeats.push_back(reader_.takeWord("all"));
     select->cores.push_back(selectCore());
   }
-  // It would limit one part, which not every engine can; no statement of the system does.
+  // It would limit one part of the union, which not every engine supports; no statement of the system does.
   const bool limited = std::any_of(select->cores.begin(), select->cores.end(),
                                    [](const SelectCore& core) { return core.top.has_value(); });
   if (limited && select->cores.size() > 1) refuse(reader_.statement(), begin, "\"top\" in a union");
@@ -128,7 +128,7 @@ std::vector<OrderTerm> QueryParser::order() {
   do {
     const Token& at = reader_.peek();
     OrderTerm term{value(), false};
-    // A number would be the place of a column, and an order by text that is the same for all rows is none.
+    // A number would be a column index, and ordering by a constant text is meaningless.
     if (term.value->kind == Kind::Number || term.value->kind == Kind::Text) reader_.refuseAt(at);
     term.descending = reader_.takeWord("desc");
     if (!term.descending) reader_.takeWord("asc");
@@ -273,9 +273,10 @@ ExpressionPtr QueryParser::product() {
   return left;
 }
 
-/// Long sums nest on their left, where no parenthesis counts them.
+/// Long sums nest on their left without parentheses, so they are counted here.
 ExpressionPtr QueryParser::arithmetic(ExpressionPtr left, std::string_view sign, ExpressionPtr right) {
-  if (++signs_ > kMostSigns) refuse(reader_.statement(), reader_.peek().begin, "it reckons too much");
+  if (++signs_ > kMostSigns)
+    refuse(reader_.statement(), reader_.peek().begin, "too many arithmetic operators");
   ExpressionPtr whole = makeExpression(Kind::Arithmetic);
   whole->sign = sign;
   whole->operands.push_back(std::move(left));
@@ -337,7 +338,7 @@ ExpressionPtr QueryParser::columnOrCall() {
   }
   std::string qualifier;
   std::string last = reader_.name();
-  // What stands ahead of a table is a schema or a database with one: the system uses one alone.
+  // A table's prefix is a schema, perhaps with a database: the system uses just one.
   for (int dots = 0; dots < 3 && reader_.takeSymbol("."); ++dots) {
     qualifier = std::move(last);
     if (reader_.takeSymbol("*")) {
@@ -375,7 +376,7 @@ ExpressionPtr QueryParser::call(const Token& word) {
   return whole;
 }
 
-/// Keeps a literal in the text, and gives it as it is written there.
+/// Keeps a literal in the text, and returns it as written.
 std::string QueryParser::pin(std::size_t literal) {
   Decision decision;
   decision.literal = literal;

@@ -75,7 +75,7 @@ class FaultyConnection : public data::Connection {
   static std::string wordsOf(const data::Command& command) {
     return command.procedure != nullptr ? std::string(command.procedure->name) : command.statement;
   }
-  /// A command that fails here never reaches the engine, nor does what was handed over for it.
+  /// A command that fails here never reaches the engine, nor does anything handed over for it.
   void pass(const std::string& command) {
     const auto read = std::exchange(read_, std::nullopt);
     faults_.pass(command);

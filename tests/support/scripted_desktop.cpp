@@ -27,7 +27,7 @@ void ScriptedDesktop::tick() {
   settle();
 }
 
-/// Whether a look-up on the screen waits for rows, which may come from another thread.
+/// Whether a look-up on the screen is waiting for rows, perhaps from another thread.
 bool ScriptedDesktop::searching() const {
   return std::any_of(shownForms.begin(), shownForms.end(), [](ui::Form* form) {
     return std::any_of(form->controls().begin(), form->controls().end(), [](ui::Control* control) {

@@ -28,7 +28,7 @@ void Writer::expression(const Expression& expression) {
     case Kind::Arithmetic:
       return arithmetic(expression);
     case Kind::Negative:
-      // The blank keeps a literal's own sign from beginning a comment.
+      // The blank prevents a comment if a negative literal follows.
       return operand("(- ", expression, ")");
     case Kind::ScalarSelect:
       return nested(*expression.select);
@@ -143,7 +143,7 @@ void Writer::compare(const Expression& expression) {
   if (isMadeText(left) && isMadeText(right)) sql() += " COLLATE NOCASE";
 }
 
-/// A side of a comparison with a number: text is read as one.
+/// A side of a numeric comparison: text is converted to a number.
 void Writer::number(const Expression& side, const Expression& other) {
   const bool reads = other.kind == Kind::Number && side.type != ValueType::Number;
   if (reads) sql() += "CAST(";
@@ -151,8 +151,8 @@ void Writer::number(const Expression& side, const Expression& other) {
   if (reads) sql() += " AS NUMERIC)";
 }
 
-/// Blanks at the end of the column don't count either. The range ahead of the exact test is what an index
-/// serves: '!' is the character behind the blank.
+/// Trailing blanks in the column don't count either. The range before the exact test is for the index: '!' is
+/// the character after the blank.
 void Writer::compareText(const Expression& side, std::string_view sign, const Expression& text) {
   sql() += "(";
   if (side.kind == Kind::Column && !text.pinned && sign != "<>") {
@@ -178,7 +178,7 @@ void Writer::compareText(const Expression& side, std::string_view sign, const Ex
   sql() += " COLLATE NOCASE)";
 }
 
-/// A value ahead of those that it is compared with, which are `texts` or not.
+/// A value that is compared with others, which are texts if `texts`.
 void Writer::comparing(const Expression& value, bool texts) {
   if (texts) sql() += "rtrim(";
   expression(value);
