@@ -35,7 +35,7 @@ void AccountDeletion::deleteShownAccount() {
   const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
-  if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
+  if (!shell_.confirms(kQuestionTitle, kQuestion)) return;
   const auto operation = shell_.operation(*gateway, data::OperationKind::DeleteAccount);
   try {
     if (read && read->id == account) gateway->cnMainData.handOver({.account = read});

@@ -61,6 +61,9 @@ enum class AccountCall { Insert, Update };
 inline constexpr int kNotTaken = -1;
 inline constexpr int kTaken = 0;
 
+/// The longest code, in characters.
+inline constexpr int kCodeLength = 20;
+
 /// A column of an account, and the procedure parameter that writes it.
 struct AccountField {
   std::string_view column;     ///< of tblAccount and of vwAccount
@@ -99,7 +102,7 @@ inline constexpr AccountField kAccountFields[] = {
     {"AccountNatureID", "@AccountNatureID", &Account::accountNatureID, kTaken,    kTaken},
     {"ParentID",        "@ParentID",        &Account::parentID,        kTaken,    kNotTaken, true},
     {"Title",           "@Title",           &Account::title,           50,        100},
-    {"Code",            "@Code",            &Account::code,            20,        20},
+    {"Code",            "@Code",            &Account::code,            kCodeLength, kCodeLength},
     {"IsClosed",        "@IsClosed",        &Account::isClosed,        kTaken,    kTaken},
     {"BranchID",        "@ContractID",      &Account::branchID,        kTaken,    kTaken},
     {"PositionID",      "@PositionID",      &Account::positionID,      kTaken,    kTaken},

@@ -118,7 +118,7 @@ class Connection {
   virtual Rows takeBack(std::int64_t operation);
 
   /// Whether answers can take long, as over a network: searches then run off the user-interface thread.
-  [[nodiscard]] virtual bool answersLate() const { return false; }
+  [[nodiscard]] virtual bool isRemote() const { return false; }
 
   /// Calls `waiting` during commands. A cancelled command fails with Reason::Cancelled, or, while it waits
   /// for another program's lock, with Reason::Busy. A remote engine calls it on a thread of its own, any

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/data_error.h"
+#include "data/quote_text.h"
 #include "text/characters.h"
 
 namespace ledgertree::data {
@@ -167,12 +168,7 @@ std::string quoteConnectionValue(std::string_view value) {
   if (plain) return std::string(value);
   // Prefers the quote that the value doesn't contain; doubling is only needed if it contains both.
   const char quote = value.find('"') == std::string_view::npos ? '"' : '\'';
-  std::string quoted(1, quote);
-  for (const char letter : value) {
-    if (letter == quote) quoted += quote;
-    quoted += letter;
-  }
-  return quoted += quote;
+  return quoted(value, quote, quote);
 }
 
 }  // namespace ledgertree::data

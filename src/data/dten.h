@@ -38,7 +38,7 @@ class MainConnection {
   /// Throws nothing on behalf of the statements.
   [[nodiscard]] Answers Execute(std::span<const std::string> statements);
   /// How many statements of a long series to execute per packet.
-  [[nodiscard]] std::size_t together() { return port().answersLate() ? kMostTogether : 1; }
+  [[nodiscard]] std::size_t together() { return port().isRemote() ? kMostTogether : 1; }
 
   // For the handles and procedures of DtEn: served from announced commands where possible.
   [[nodiscard]] std::optional<Rows> run(std::string_view statement);
@@ -59,7 +59,7 @@ class MainConnection {
   friend class Ahead;
   friend class OperationBlock;
 
-  [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().answersLate(); }
+  [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().isRemote(); }
   [[nodiscard]] std::optional<Answer> answer(const Command& command);
   void forgetAnswers();
 

@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
-
 template <class... Visitors>
 struct Overloaded : Visitors... {
   using Visitors::operator()...;
@@ -61,7 +59,7 @@ int takeDigits(std::string_view& text, std::size_t count) {
   if (text.size() < count) return -1;
   int number = 0;
   for (const char letter : text.substr(0, count)) {
-    if (!isDigit(letter)) return -1;
+    if (!text::isDigit(letter)) return -1;
     number = number * 10 + (letter - '0');
   }
   text.remove_prefix(count);
@@ -82,7 +80,7 @@ bool takeTimeOfDay(std::string_view& text, DateTime& time) {
   time.second = takeDigits(text, 2);
   if (!take(text, '.')) return true;
   if (text.empty()) return false;
-  while (!text.empty() && isDigit(text.front())) text.remove_prefix(1);
+  while (!text.empty() && text::isDigit(text.front())) text.remove_prefix(1);
   return true;
 }
 
@@ -114,7 +112,7 @@ std::optional<Money> Money::parse(std::string_view text) {
       fraction = true;
       continue;
     }
-    if (!isDigit(letter)) return std::nullopt;
+    if (!text::isDigit(letter)) return std::nullopt;
     ++digits;
     if (fraction && ++decimals > 4) {
       if (letter != '0') return std::nullopt;

@@ -17,14 +17,12 @@ constexpr bool isLetter(char32_t character) {
          (character >= 0x0620 && character <= 0x064A) || (character >= 0x0671 && character <= 0x06D3);
 }
 
-constexpr bool isDigit(char32_t character) { return character >= '0' && character <= '9'; }
-
 /// The length in bytes of the plain name at the start of the text; 0 if there is none.
 std::size_t bareName(std::string_view text) {
   for (std::size_t place = 0; place < text.size();) {
     const std::size_t begin = place;
     const char32_t character = text::nextCharacter(text, place);
-    const bool follows = begin != 0 && (isDigit(character) || character == '$');
+    const bool follows = begin != 0 && (text::isDigit(character) || character == '$');
     if (!isLetter(character) && character != '_' && !follows) return begin;
   }
   return text.size();

@@ -53,7 +53,7 @@ void FormCopyPeriodAccount::copy() {
     return;
   }
   if (sltPeriodFrom.IsEmpty()) {
-    if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
+    if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
       return;
     copyChart();
   } else {

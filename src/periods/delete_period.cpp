@@ -51,7 +51,7 @@ bool FormDeletePeriod::periodIsChosen() {
 
 void FormDeletePeriod::hideWithoutDocument() {
   if (!periodIsChosen()) return;
-  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن سرفصلهاي بدون سند را داريد؟"))
+  if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن سرفصلهاي بدون سند را داريد؟"))
     return;
   const auto gateway = shell_.dtEn();
   const std::string period = std::to_string(sltPeriodFrom.SelectedID());
@@ -72,7 +72,7 @@ void FormDeletePeriod::hideWithoutDocument() {
 
 void FormDeletePeriod::hideAll() {
   if (!periodIsChosen()) return;
-  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن همه سرفصلها را داريد؟")) return;
+  if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن همه سرفصلها را داريد؟")) return;
   const auto gateway = shell_.dtEn();
   const std::string period = std::to_string(sltPeriodFrom.SelectedID());
   const auto dependency = findDependency(shell_, *gateway,

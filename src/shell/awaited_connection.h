@@ -44,7 +44,7 @@ class AwaitedConnection final : public data::Connection {
   void handOver(const data::AsRead& read) override { read_ = read; }
   data::SearchPage search(const data::SearchRequest& request) override;
   [[nodiscard]] std::vector<std::string> takeNews() override;
-  [[nodiscard]] bool answersLate() const override { return true; }
+  [[nodiscard]] bool isRemote() const override { return true; }
 
  private:
   class Line;

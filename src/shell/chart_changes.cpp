@@ -64,7 +64,7 @@ void ChartChanges::ask() {
   }
   data::Connection& port = gateway->cnMainData.port();
   try {
-    if (port.answersLate()) return askAside(text);
+    if (port.isRemote()) return askAside(text);
     take(countsOf(port));
   } catch (const data::DataError&) {
     failed();

@@ -90,6 +90,10 @@ class Shell {
   void showErrorNotice(std::string_view title, std::string_view message);
   /// Without the component the answer is None.
   Answer askConfirmNotice(std::string_view title, std::string_view message);
+  /// Whether the user answers a question with yes.
+  [[nodiscard]] bool confirms(std::string_view title, std::string_view question) {
+    return askConfirmNotice(title, question) == Answer::Yes;
+  }
   /// Reports a failure that no event procedure caught: resets the mouse pointer, and shows a notice, except
   /// for an outage already reported.
   void reportFailure(const std::exception& failure);
@@ -116,11 +120,11 @@ class Shell {
 class Hourglass {
  public:
   explicit Hourglass(ui::Desktop& desktop) : desktop_(desktop) {
-    desktop_.setPointer(ui::Pointer::Hourglass);
+    desktop_.setPointer(ui::PointerShape::Hourglass);
   }
   Hourglass(const Hourglass&) = delete;
   Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { desktop_.setPointer(ui::Pointer::Default); }
+  ~Hourglass() { desktop_.setPointer(ui::PointerShape::Default); }
 
  private:
   ui::Desktop& desktop_;

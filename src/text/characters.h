@@ -21,6 +21,9 @@ namespace ledgertree::text {
 [[nodiscard]] bool isCleanText(std::string_view text);
 /// The text without leading and trailing blanks (U+0020, no other white space).
 [[nodiscard]] std::string_view trimmed(std::string_view text);
+/// ASCII digits only.
+[[nodiscard]] constexpr bool isDigit(char32_t character) { return character >= '0' && character <= '9'; }
+
 /// Compares ignoring the case of ASCII letters.
 [[nodiscard]] bool equalsIgnoringCase(std::string_view a, std::string_view b);
 

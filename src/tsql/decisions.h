@@ -15,7 +15,7 @@ struct Decision {
   bool folded = false;  ///< a condition between two literals; otherwise a literal kept in the text
   std::size_t literal = 0;
   bool negated = false;
-  std::string_view sign;  ///< of a folded condition, as is its second literal
+  std::string_view op;  ///< of a folded condition, as is its second literal
   std::size_t other = 0;
   bool otherNegated = false;
 };

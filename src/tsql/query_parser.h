@@ -46,7 +46,7 @@ class QueryParser {
   ExpressionPtr between(ExpressionPtr left, bool negated);
   ExpressionPtr sum();
   ExpressionPtr product();
-  ExpressionPtr arithmetic(ExpressionPtr left, std::string_view sign, ExpressionPtr right);
+  ExpressionPtr arithmetic(ExpressionPtr left, std::string_view op, ExpressionPtr right);
   ExpressionPtr signedValue();
   ExpressionPtr primary();
   ExpressionPtr parenthesis();
@@ -62,7 +62,7 @@ class QueryParser {
   std::vector<Decision> decisions_;
   int depth_ = 0;
   int callDepth_ = 0;
-  int signs_ = 0;
+  int operators_ = 0;
 };
 
 }  // namespace ledgertree::tsql

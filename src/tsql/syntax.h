@@ -30,12 +30,12 @@ struct Expression {
     Number,        ///< a literal; `negated` for a leading minus
     Text,          ///< a literal
     Call,          ///< name(operands)
-    Arithmetic,    ///< operands joined by `sign`, one of + - * / %
+    Arithmetic,    ///< operands joined by `op`, one of + - * / %
     Negative,      ///< - operand
     ScalarSelect,  ///< (select)
     // From here on: conditions.
     Truth,     ///< the outcome of a condition between two literals
-    Compare,   ///< operands joined by `sign`
+    Compare,   ///< operands joined by `op`
     IsNull,    ///< operand is [not] null
     Between,   ///< operand [not] between operand and operand
     InList,    ///< the first operand [not] in (the others)
@@ -54,7 +54,7 @@ struct Expression {
   std::size_t literal = 0;  ///< a literal's index among the statement's literals
   std::string qualifier;    ///< empty for an unqualified column or *
   std::string name;         ///< of a Column; of a Call, in lower case; a pinned literal as written
-  std::string_view sign;
+  std::string_view op;
   std::vector<ExpressionPtr> operands;
   std::unique_ptr<Select> select;
 
@@ -63,7 +63,7 @@ struct Expression {
 
 [[nodiscard]] ExpressionPtr makeExpression(Expression::Kind kind);
 [[nodiscard]] ExpressionPtr makeColumn(std::string qualifier, std::string name);
-[[nodiscard]] ExpressionPtr makeCompare(ExpressionPtr left, std::string_view sign, ExpressionPtr right);
+[[nodiscard]] ExpressionPtr makeCompare(ExpressionPtr left, std::string_view op, ExpressionPtr right);
 [[nodiscard]] ExpressionPtr clone(const Expression& original);
 
 struct Item {

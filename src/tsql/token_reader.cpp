@@ -31,7 +31,7 @@ TokenReader::TokenReader(std::string_view statement) : statement_(statement) {
   do {
     if (tokens_.size() == kMostTokens) refuse(statement, 0, "too many words");
     tokens_.push_back(source.next());
-    literalPlaces_.push_back(literals_.size());
+    literalIndices_.push_back(literals_.size());
     if (tokens_.back().kind == Token::Kind::Literal) literals_.push_back(tokens_.back().literal);
   } while (tokens_.back().kind != Token::Kind::End);
 }

@@ -27,7 +27,7 @@ class TokenReader {
     return tokens_[std::min(place_ + ahead, tokens_.size() - 1)];
   }
   /// The index of the literal at peek() among the literals.
-  [[nodiscard]] std::size_t literalPlace() const { return literalPlaces_[place_]; }
+  [[nodiscard]] std::size_t literalIndex() const { return literalIndices_[place_]; }
   Token take();
 
   [[nodiscard]] bool atWord(std::string_view word, std::size_t ahead = 0) const;
@@ -58,7 +58,7 @@ class TokenReader {
  private:
   std::string_view statement_;
   std::vector<Token> tokens_;
-  std::vector<std::size_t> literalPlaces_;  ///< for each token, how many literals precede it
+  std::vector<std::size_t> literalIndices_;  ///< for each token, how many literals precede it
   std::vector<Literal> literals_;
   std::size_t place_ = 0;
 };

@@ -74,7 +74,7 @@ class Typing {
       case Kind::Call:
         return typeOfCall(part);
       case Kind::Arithmetic:
-        return part.sign == "+" ? typeOfSum(part) : ValueType::Number;
+        return part.op == "+" ? typeOfSum(part) : ValueType::Number;
       case Kind::ScalarSelect:
         return part.select->cores.front().items.front().value->type;
       default:

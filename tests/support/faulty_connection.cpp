@@ -63,7 +63,7 @@ class FaultyConnection : public data::Connection {
   void rest() override { engine_->rest(); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
-  [[nodiscard]] bool answersLate() const override { return faults_.late || engine_->answersLate(); }
+  [[nodiscard]] bool isRemote() const override { return faults_.late || engine_->isRemote(); }
 
   data::SearchPage search(const data::SearchRequest& request) override {
     ++faults_.trips_;

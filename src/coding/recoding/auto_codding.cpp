@@ -4,6 +4,7 @@
 #include <chrono>
 #include <utility>
 
+#include "data/account.h"
 #include "data/ahead.h"
 #include "data/data_error.h"
 #include "data/numbers.h"
@@ -19,7 +20,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
-constexpr std::size_t kLongestCode = 20;
+constexpr std::size_t kLongestCode = data::kCodeLength;
 /// The longest that the screen stands still for the codes of one packet; longer, and the next is half as
 /// large.
 constexpr std::chrono::seconds kLongestStandstill{1};
@@ -119,7 +120,7 @@ void frmAutoCodding::runConfirmed(std::string_view question, const std::function
   if (working_) return;
   const shell::UnderWay underWay(working_);
   if (!shell::allChosen(shell_, {&klmMotherAcc})) return;
-  if (shell_.askConfirmNotice(kWarning, question) != shell::Answer::Yes) return;
+  if (!shell_.confirms(kWarning, question)) return;
   const shell::Hourglass hourglass(desktop());
   operation();
 }

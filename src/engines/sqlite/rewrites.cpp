@@ -21,7 +21,7 @@ namespace {
 /// isnull of one that equals a literal. The value compared with isnull isn't a column's, since
 /// SQLite would convert that, and the index isn't on it.
 bool findsRows(const Expression& condition, std::string_view source) {
-  if (condition.kind != Kind::Compare || condition.sign != "=") return false;
+  if (condition.kind != Kind::Compare || condition.op != "=") return false;
   const auto findsBy = [source](const Expression& key, const Expression& value) {
     const bool isReplaced = key.kind == Kind::Call && key.name == "isnull";
     const Expression& column = isReplaced ? *key.operands.front() : key;
@@ -112,7 +112,7 @@ std::optional<RangeTest> rangeTest(Expression& exists, std::string_view source, 
     if (condition.kind == Kind::Between && !condition.negated && isColumnOf(*condition.operands[0], source) &&
         isColumnOf(*condition.operands[1], name) && isColumnOf(*condition.operands[2], name)) {
       test.range = &condition;
-    } else if (condition.kind == Kind::Compare && condition.sign == "=" &&
+    } else if (condition.kind == Kind::Compare && condition.op == "=" &&
                isColumnOf(*condition.operands[0], name) && isNumber(*condition.operands[0]) &&
                condition.operands[1]->kind == Kind::Number &&
                tables.isKey(row.table, {condition.operands[0]->name})) {

@@ -75,7 +75,7 @@ ExpressionPtr isAmong(ExpressionPtr name, ExpressionPtr item, SelectCore core) {
 bool isOfRow(const UnionList& list, std::string_view row) {
   const Expression& key = *list.head->items.front().value;
   const Expression* const where = list.rest->where.get();
-  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->sign != "=")
+  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->op != "=")
     return false;
   const std::string& below = list.rest->sources.front().exposedName();
   return isColumnOf(*where->operands[0], below) && isNumber(*where->operands[0]) &&

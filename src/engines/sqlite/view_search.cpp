@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/data_error.h"
+#include "data/quote_text.h"
 #include "data/search_rank.h"
 #include "data/view_name.h"
 #include "engines/sqlite/errors.h"
@@ -25,14 +26,7 @@ constexpr std::size_t kRowsBetweenLooks = 32;
 constexpr char kBest = 'g';
 constexpr const char* kKey = "\"ID\"";
 
-std::string quotedName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char letter : name) {
-    quoted += letter;
-    if (letter == '"') quoted += '"';
-  }
-  return quoted += '"';
-}
+std::string quotedName(std::string_view name) { return data::quoted(name, '"', '"'); }
 
 /// The plain name of a view; a schema before it is ignored here.
 std::string viewName(std::string_view text) {

@@ -35,11 +35,11 @@ class Writer {
   /// Writes an expression's only or first operand between two texts.
   void operand(std::string_view ahead, const tsql::Expression& whole, std::string_view behind);
   void column(const tsql::Expression& expression);
-  void joined(const tsql::Expression& expression, std::string_view sign);
+  void joined(const tsql::Expression& expression, std::string_view op);
   void arithmetic(const tsql::Expression& expression);
   void call(const tsql::Expression& expression);
   void compare(const tsql::Expression& expression);
-  void compareText(const tsql::Expression& side, std::string_view sign, const tsql::Expression& text);
+  void compareText(const tsql::Expression& side, std::string_view op, const tsql::Expression& text);
   void number(const tsql::Expression& side, const tsql::Expression& other);
   void comparing(const tsql::Expression& value, bool texts);
   void between(const tsql::Expression& expression);

@@ -183,7 +183,7 @@ void LookupSearch::advance(const std::shared_ptr<Run>& run) {
   run->waiting = false;
   LookupAnswer answer;
   try {
-    if (ready() && connection().answersLate()) {
+    if (ready() && connection().isRemote()) {
       run->waiting = true;
       return ask(run, question(*run), &LookupSearch::answered);
     }
@@ -199,7 +199,7 @@ void LookupSearch::rested() {
   LookupQuestion asked = question(run_->text);
   asked.accounts = std::exchange(run_->parentless, {});
   try {
-    if (connection().answersLate()) return ask(run_, std::move(asked), &LookupSearch::parentsAnswered);
+    if (connection().isRemote()) return ask(run_, std::move(asked), &LookupSearch::parentsAnswered);
     parentsAnswered(*run_, reader_.answer(connection(), asked), nullptr);
   } catch (const std::exception&) {
     // The hits are shown without them; the failure will be reported when the user next uses the field.
