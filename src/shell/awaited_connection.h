@@ -15,6 +15,7 @@
 #include "data/as_read.h"
 #include "data/connection.h"
 #include "shell/background.h"
+#include "shell/connection_line.h"
 #include "shell/database_waits.h"
 
 namespace ledgertree::shell {
@@ -47,7 +48,6 @@ class AwaitedConnection final : public data::Connection {
   [[nodiscard]] bool isRemote() const override { return true; }
 
  private:
-  class Line;
   struct Manner {
     bool onlyReads = true;
     std::function<bool()> cancelled = {};  ///< checked here too: the engine may not notice
@@ -56,9 +56,9 @@ class AwaitedConnection final : public data::Connection {
   /// Runs `work` on the engine's thread; it is copied there, and may outlive the call.
   template <typename Work>
   auto ask(const Manner& manner, Work work);
-  [[nodiscard]] Line& ready(const Manner& manner);
-  /// Waits until the line is idle. Throws `failure`, which the work may
-  /// have set by then, and if the line is abandoned.
+  [[nodiscard]] ConnectionLine& ready(const Manner& manner);
+  /// Waits until the line is idle. Throws `failure`, which the work may have set by then, and if the line is
+  /// abandoned.
   void await(const Manner& manner, const std::exception_ptr& failure);
   /// Shows nothing until the procedure has waited long enough. Returns whether the user cancelled.
   [[nodiscard]] bool waitFor(const Manner& manner, std::chrono::steady_clock::time_point begun);
@@ -70,7 +70,7 @@ class AwaitedConnection final : public data::Connection {
   Background& background_;
   Make make_;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
-  std::shared_ptr<Line> line_;
+  std::shared_ptr<ConnectionLine> line_;
 };
 
 }  // namespace ledgertree::shell

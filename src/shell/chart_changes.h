@@ -8,6 +8,7 @@
 #include <string>
 
 #include "data/rows.h"
+#include "shell/connection_line.h"
 #include "shell/shell.h"
 
 namespace ledgertree::shell {
@@ -15,9 +16,9 @@ namespace ledgertree::shell {
 /// Detects whether the accounts, their periods or relations were changed, by anybody: with one cheap query of
 /// vwLedgerTreeChanges, which document lines don't affect. Uncommitted changes don't count.
 ///
-/// On a remote engine the query runs off the user-interface thread, over its own connection, so that
-/// nobody waits for it. A failure isn't reported: the next queries come less often, until one
-/// succeeds.
+/// On a remote engine the query runs off the user-interface thread, over its own connection, so that nobody
+/// waits for it; the connection rests between queries like others. A failure isn't reported: the next queries
+/// come less often, until one succeeds.
 class ChartChanges {
  public:
   /// `onMoved` is called on the user-interface thread when a late answer shows changes.
@@ -42,7 +43,6 @@ class ChartChanges {
   void forget() { known_.reset(); }
 
  private:
-  struct Line;
   /// The number of writes of each session.
   using Counts = std::map<std::int64_t, std::int64_t>;
 
@@ -60,7 +60,7 @@ class ChartChanges {
   int failures_ = 0;
   int rests_ = 0;  ///< queries to skip
   std::string connectionText_;
-  std::shared_ptr<Line> line_;
+  std::shared_ptr<ConnectionLine> line_;
   std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };
 
