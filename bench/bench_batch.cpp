@@ -1,6 +1,6 @@
-// Bulk work beside the bare library: recoding 10,000 children and deleting 10,000 accounts in a batch, on
-// charts of a thousand to a million other accounts, with the disk's syncs and without. The bare side runs the
-// same statements, prepared once, each final when it ends.
+// Bulk work compared with the bare library: recoding 10,000 children and deleting 10,000 accounts in a batch,
+// on charts of a thousand to a million other accounts, with and without syncing to disk. The bare side runs
+// the same statements, prepared once, each in its own transaction.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -22,7 +22,7 @@
 namespace ledgertree::bench {
 namespace {
 
-/// A chart with two accounts at its top that have `children` each: one for the product, one by hand.
+/// Two top-level accounts with `children` each: one for the product, one for the bare library.
 class Chart {
  public:
   Chart(std::int32_t others, std::int32_t children, bool synced)
@@ -41,7 +41,7 @@ class Chart {
   static constexpr std::int32_t kMother = 100000000;
   static constexpr std::int32_t kOtherMother = 200000000;
 
-  /// Gives a mother her children, whose IDs follow hers.
+  /// Adds the children of a parent account; their IDs follow the parent's.
   void fill(SQLite::Database& database, std::int32_t mother) const {
     SQLite::Transaction whole(database);
     SQLite::Statement insert(
@@ -77,7 +77,7 @@ class Bench {
     db::openSchema(bare);
     bare.exec("pragma synchronous = full");
   }
-  /// Every statement of its own, as the product runs them.
+  /// Each statement in its own transaction, as the product runs them.
   void eachByHand(const std::string& query, SQLite::Statement& change, const std::function<void(int)>& bind) {
     SQLite::Statement rows(bare, query);
     std::vector<std::int32_t> ids;
@@ -94,8 +94,8 @@ class Bench {
   SQLite::Database bare;
 };
 
-/// 10,000, or 500 where each takes a disk some milliseconds: fewer say as much. LEDGERTREE_BENCH_ACCOUNTS
-/// asks for others, with the syncs too.
+/// 10,000, or 500 where each one costs a disk sync of some milliseconds: more would tell no more.
+/// LEDGERTREE_BENCH_ACCOUNTS overrides both.
 std::int32_t accounts(bool synced) {
   const char* const wanted = std::getenv("LEDGERTREE_BENCH_ACCOUNTS");
   if (wanted != nullptr) return std::atoi(wanted);
@@ -177,11 +177,11 @@ void deleteBatch(benchmark::State& state) {
   state.counters["ratio"] = ours.count() / byHand.count();
   state.counters["us_an_account"] = ours.count() / turns * 1e6 / chart.children();
   if (bench.bare.execAndGet("select count(*) from tblAccount where ID > 100000000").getInt() != 1)
-    state.SkipWithError("not all were deleted");
+    state.SkipWithError("not all accounts were deleted");
 }
 
 void charts(benchmark::internal::Benchmark* bench) {
-  // Other accounts of the chart; 1 with the syncs of a disk.
+  // Other accounts in the chart; 1 to sync to disk.
   bench->Args({1000, 0})
       ->Args({1000000, 0})
       ->Args({1000, 1})

@@ -1,6 +1,6 @@
-// The choice of a class on the screen of the related objects, from the click to the tree, and the save of its
-// ticks, beside the same statements by hand, prepared once, on the same file in the same run. By hand, too,
-// the names come in Persian order, and every object knows its text, its tick, its mother and its children.
+// Choosing a class on the related-objects screen, from the click to the tree, and saving its ticks, compared
+// with the same statements by hand, prepared once, on the same file in the same run. The hand-written side
+// also sorts the names in Persian order and keeps each object's text, tick, parent and children.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <benchmark/benchmark.h>
@@ -24,7 +24,7 @@ namespace {
 
 using namespace ledgertree;
 
-/// One account with one class; every second object of it is stored.
+/// One account with one class; every second object of the class is stored.
 class Projects {
  public:
   Projects(std::int64_t count, std::int64_t children) {
@@ -58,7 +58,7 @@ class Projects {
   SQLite::Database other_ = scratch_.open();
 };
 
-/// An object in a list that a tree could show.
+/// An object as a tree could show it.
 struct Object {
   int id;
   std::string name;
@@ -67,8 +67,8 @@ struct Object {
   std::vector<std::size_t> children;
 };
 
-/// The same reading by hand: level by level, a look-up for each object, in one transaction. The first object
-/// is the root.
+/// The same read by hand: level by level, with a look-up per object,
+/// in one transaction. The first object is the root.
 std::deque<Object> readByHand(SQLite::Database& database) {
   const std::string columns =
       "select ID, ParentID, Name, (select count(*) from vwEntityProject c where c.ParentID = v.ID) from "
@@ -103,7 +103,7 @@ std::deque<Object> readByHand(SQLite::Database& database) {
   return objects;
 }
 
-/// Whether a tree shows the same objects; its nodes are counted in the order in which they came.
+/// Whether a tree shows the same objects; its nodes are numbered in the order they were added.
 bool isSame(const ui::Tree& tree, const std::deque<Object>& objects) {
   if (tree.count() != objects.size()) return false;
   for (std::size_t place = 1; place < objects.size(); ++place) {
@@ -116,10 +116,10 @@ bool isSame(const ui::Tree& tree, const std::deque<Object>& objects) {
   return true;
 }
 
-/// The processor's time: nothing here waits, so that other programs on the machine don't count.
+/// CPU time: nothing here waits, so other programs on the machine don't count.
 double secondsOfWork() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
-/// range(0) objects, range(1) of them below each mother.
+/// range(0) objects, range(1) children per parent.
 void readClass(benchmark::State& state) {
   Projects projects(state.range(0), state.range(1));
   entities::frmAccountRelObjects form(projects.shell);
@@ -136,7 +136,7 @@ void readClass(benchmark::State& state) {
     bare += middle - begin;
     own += end - middle;
     state.SetIterationTime(end - middle);
-    if (!isSame(form.treeObjects, objects)) state.SkipWithError("other objects than by hand");
+    if (!isSame(form.treeObjects, objects)) state.SkipWithError("the objects differ from those read by hand");
   }
   const auto turns = static_cast<double>(state.iterations());
   state.counters["bare_ms"] = bare * 1e3 / turns;
@@ -144,7 +144,8 @@ void readClass(benchmark::State& state) {
   state.counters["ratio"] = own / bare;
 }
 
-/// The same save by hand: all rows of the class go, and those of the ticks come, each statement final.
+/// The same save by hand: delete all rows of the class, insert the
+/// ticked ones, each statement in its own transaction.
 void saveByHand(SQLite::Database& database, const std::vector<int>& ticked) {
   database.exec(
       "update tblAccountRelatedClasses set IncludeAllObjects = 0 where AccountID = 1 and ClassID = 1");
@@ -160,7 +161,7 @@ void saveByHand(SQLite::Database& database, const std::vector<int>& ticked) {
   }
 }
 
-/// range(0) objects at the top, all ticked but one in a thousand.
+/// range(0) objects at the top, all but one in a thousand ticked.
 void saveTicks(benchmark::State& state) {
   Projects projects(state.range(0), state.range(0));
   entities::frmAccountRelObjects form(projects.shell);
@@ -177,7 +178,7 @@ void saveTicks(benchmark::State& state) {
       state, [&] { form.cmdOk.click(); }, [&] { saveByHand(projects.other(), ticked); });
   const auto stored = projects.other().execAndGet("select count(*) from tblAccountRelatedClassesDetail");
   const auto marked = static_cast<std::size_t>(stored.getInt()) - ticked.size();
-  if (marked > 1) state.SkipWithError("other rows than by hand");
+  if (marked > 1) state.SkipWithError("the rows differ from those written by hand");
 }
 
 BENCHMARK(saveTicks)->Arg(100'000)->UseManualTime()->Unit(benchmark::kMillisecond);

@@ -1,6 +1,6 @@
-// The export of the whole chart beside the bare libraries: SheetKit's spreadsheet of a thousand to a hundred
-// thousand accounts, and the same cells with the same looks by hand with libxlsxwriter from SQLite. The time
-// of an account and the peak of memory are to be the same at every size.
+// Exporting the whole chart compared with the bare libraries: SheetKit's spreadsheet of 1,000 to 100,000
+// accounts, and the same cells and formats by hand with libxlsxwriter from SQLite. Time per account and peak
+// memory should be the same at every size.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <malloc.h>
@@ -35,7 +35,7 @@ constexpr const char* kByHand =
     "حساب\", AccountType as \"حساب\", RemainedType as \"وضعيت حساب\", AccContract as \"مركز هزينه\", "
     "NoLevel as \"سطح\", Notes as \"ملاحظات\" from vwAccount order by Code, NoLevel";
 
-/// A chart of the size, and a place for the workbooks, that go with the object.
+/// A chart of the given size and a folder for the workbooks, both deleted with the object.
 class Chart {
  public:
   explicit Chart(std::int32_t accounts) {
@@ -58,7 +58,7 @@ class Chart {
   fs::path folder_ = "/dev/shm/bench-export";
 };
 
-/// The looks of the cells, as the component gives them.
+/// The cell formats, the same as the component's.
 struct Looks {
   explicit Looks(lxw_workbook* book) {
     const auto look = [book](lxw_format_alignments alignment) {
@@ -125,10 +125,11 @@ void writeByHand(SQLite::Database& database, const fs::path& file) {
   }
   sqlite3_finalize(rows);
   worksheet_autofilter(sheet, 0, 0, place - 1, static_cast<lxw_col_t>(columns - 1));
-  if (workbook_close(book) != LXW_NO_ERROR) throw std::runtime_error("the workbook by hand wasn't written");
+  if (workbook_close(book) != LXW_NO_ERROR)
+    throw std::runtime_error("the hand-written workbook couldn't be saved");
 }
 
-/// A line of what the system knows of this process, in MB.
+/// A line of /proc/self/status, in MB.
 double megabytes(const std::string& name) {
   std::ifstream status("/proc/self/status");
   std::string word;
@@ -138,11 +139,11 @@ double megabytes(const std::string& name) {
   return 0;
 }
 
-/// Runs the work and gives the most memory that the process had resident meanwhile, in MB.
+/// Runs the work and returns the peak resident memory meanwhile, in MB.
 template <typename Work>
 double peakOf(const Work& work) {
-  malloc_trim(0);                               // what the making of the chart left
-  std::ofstream("/proc/self/clear_refs") << 5;  // the peak counts from here on
+  malloc_trim(0);                               // left over from creating the chart
+  std::ofstream("/proc/self/clear_refs") << 5;  // resets the peak
   work();
   return megabytes("VmHWM:");
 }

@@ -1,6 +1,6 @@
-// The acts of a person over a slow road: LEDGERTREE_BENCH_CONNECTION names a server that holds the demo
-// chart, and each act goes over a proxy that delays each answer. What it prints is the time of an act by
-// delay, and how often the road was gone there and back. It leaves the chart as it was.
+// A user's actions over a slow network: LEDGERTREE_BENCH_CONNECTION names a server that holds the demo chart,
+// and every action goes through a proxy that delays each response. Prints the time of each action by delay,
+// and its round trips. Leaves the chart as it was.
 //
 //   bench_far --search    what each key of a few searches costs, in whatever chart is there
 
@@ -30,7 +30,7 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
 constexpr const char* kTitle = "راه دور";
-/// Of the demo chart: an account without children, and a branch.
+/// In the demo chart: an account without children, and a branch.
 constexpr std::int32_t kAccount = 25;
 constexpr const char* kBranch = "-1:1";
 
@@ -42,14 +42,14 @@ class Person {
     control_.UserID(1);
   }
 
-  /// A blank field for the searches, and its connection open.
+  /// Opens the connection and gives an empty field for the searches.
   void begin() {
     control_.ClearShow();
     form().cmdNew.click();
     type("9");
     form().sltParent.press(ui::Key::Backspace);
   }
-  /// Types to the end of the text, and waits for the last hit of each key and for the parents of the hits.
+  /// Types the text key by key, and waits for the last hit of each key and for the parents of the hits.
   void search(std::string_view text, const std::function<void(std::string_view typed)>& found) {
     for (std::size_t end = 0; end < text.size();) {
       const std::size_t letter = text::characterLength(text.substr(end));
@@ -61,7 +61,7 @@ class Person {
     type("");
   }
 
-  /// The acts in their order; each begins where the one before it ended.
+  /// The actions in order; each starts where the previous one ended.
   [[nodiscard]] std::vector<std::pair<const char*, std::function<void()>>> acts() {
     return {{"`ClearShow` to the first level", [this] { control_.ClearShow(); }},
             {"a level opened", [this] { form().treeAccount.expand(form().treeAccount.find(kBranch)); }},
@@ -122,7 +122,7 @@ std::vector<Cost> costs(const std::string& text, Milliseconds delay) {
 int run(const std::string& text) {
   const Milliseconds delays[] = {Milliseconds(0), Milliseconds(5), Milliseconds(20), Milliseconds(50)};
   std::vector<std::vector<Cost>> table;
-  // A first round warms the server up.
+  // Warm-up round.
   static_cast<void>(costs(text, Milliseconds(0)));
   for (const Milliseconds delay : delays) table.push_back(costs(text, delay));
   std::printf("| Act | Round trips | Without a delay | 5 ms | 20 ms | 50 ms |\n|---|---|---|---|---|---|\n");

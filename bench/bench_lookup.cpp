@@ -1,6 +1,6 @@
-// A keystroke in the account picker, from the key to the list that shows its hits, beside a bare search in
-// the same rows with SQLite's own interface: what begins with the text ahead of the rest, in the order of the
-// codes, the letters folded, up to as many hits as the list takes.
+// A keystroke in the account picker, from the key to the list of hits, compared with a bare search of the
+// same rows through SQLite's own interface: rows that begin with the text before the rest, ordered by code,
+// letters folded, up to as many hits as the list takes.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <benchmark/benchmark.h>
@@ -25,7 +25,7 @@
 namespace ledgertree::bench {
 namespace {
 
-/// A generated chart, a picker on it, and the bare library beside the picker.
+/// A generated chart, a picker on it, and the bare library.
 class Chart {
  public:
   explicit Chart(std::int32_t accounts)
@@ -55,8 +55,8 @@ class Chart {
   SQLite::Database database;
 };
 
-/// What begins with the text comes first: codes, by a range of their index, then titles, met on the way
-/// through the accounts, on which the first of the rest are kept as well.
+/// Rows that begin with the text come first: codes, by a range of their index, then titles, found while
+/// scanning the accounts; the same scan keeps the first of the rest.
 class SearchByHand {
  public:
   explicit SearchByHand(SQLite::Database& database)
@@ -101,11 +101,11 @@ class SearchByHand {
   std::string folded_;
 };
 
-// In many titles, in a few codes and titles, in one title at the end of the chart, and in none.
+// Found in many titles, in a few codes and titles, in one title at the end of the chart, and in none.
 constexpr const char* kTexts[] = {"بانک", "77", "يگانه", "نيست"};
 
-/// From the key to the list with its hits. `key_us` is the longest that a key waited, `slice_us` the longest
-/// that the search kept the thread at a stretch.
+/// From the key to the list of hits. `key_us` is the longest that a key waited, `slice_us` the longest that
+/// the search held the thread without a pause.
 void keystroke(benchmark::State& state) {
   Chart& here = Chart::of(static_cast<std::int32_t>(state.range(0)));
   const std::string text = kTexts[state.range(1)];
@@ -120,7 +120,7 @@ void keystroke(benchmark::State& state) {
         here.picker.edited(text);
         key = std::max<std::chrono::duration<double>>(key, std::chrono::steady_clock::now() - begin);
         here.desktop.settle();
-        if (here.picker.rows().size() != hits) state.SkipWithError("other rows than by hand");
+        if (here.picker.rows().size() != hits) state.SkipWithError("the rows differ from those by hand");
       },
       [&] { hits = byHand.find(text).size(); });
   state.counters["hits"] = static_cast<double>(hits);

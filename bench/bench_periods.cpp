@@ -1,5 +1,5 @@
-// Filling and emptying a whole period through its screens, from the click to the row on the disk, beside the
-// best statement by hand for the same rows, on the same file in the same run.
+// Filling and emptying a whole period through its screens, from the click to the row on disk, compared with
+// the best hand-written statement for the same rows, on the same file in the same run.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <benchmark/benchmark.h>
@@ -27,7 +27,7 @@ using namespace ledgertree;
 constexpr int kAccounts = 200'000;
 constexpr int kLines = 100'000;
 
-/// Where the lines of the documents stand.
+/// Where the document lines are.
 enum Lines { kEverywhere, kInAnotherPeriod, kOnOneAccount, kOnFewAccounts };
 
 /// A chart of ten children an account, with two periods and ten lines a document.
@@ -55,7 +55,7 @@ class Chart {
         ") insert into tblAccountDocumentDetail (DocumentID, AccountID) select 1 + (i - 1) / 10, " +
         account[lines] + " from n; commit");
   }
-  /// The whole chart in period 1, and nobody in period 2.
+  /// The whole chart in period 1, no account in period 2.
   void putMembers() {
     other_.exec(
         "begin; delete from tblAccountPeriodAccount; insert into tblAccountPeriodAccount (AccountID,"
@@ -65,7 +65,7 @@ class Chart {
     return other_.execAndGet("select count(*) * 1000 + max(PeriodID) from tblAccountPeriodAccount")
         .getInt64();
   }
-  /// A connection by hand that keeps what it writes, as the screen's does.
+  /// A bare connection that syncs its writes, as the screen's does.
   SQLite::Database openDurable() {
     SQLite::Database database = scratch_.open();
     database.exec("pragma foreign_keys = on; pragma synchronous = full");
@@ -87,7 +87,7 @@ Chart& chart() {
 
 using Statements = std::vector<std::string>;
 
-/// Runs the screen and the ways by hand by turns, and gives the ratio of their best times.
+/// Alternates the screen and the hand-written variants, and reports the ratio of their best times.
 void compare(benchmark::State& state, const std::function<void()>& screen,
              const std::vector<Statements>& byHand) {
   chart().putMembers();
@@ -98,7 +98,7 @@ void compare(benchmark::State& state, const std::function<void()>& screen,
     work();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
   };
-  // The best of several runs: what else the machine does only adds to one.
+  // The best of several runs: noise from the machine only adds time.
   double own = std::numeric_limits<double>::max();
   double best = own;
   for (auto _ : state) {
@@ -111,7 +111,7 @@ void compare(benchmark::State& state, const std::function<void()>& screen,
     const double seconds = measured(screen);
     own = std::min(own, seconds);
     state.SetIterationTime(seconds);
-    if (chart().members() != expected) state.SkipWithError("other rows than by hand");
+    if (chart().members() != expected) state.SkipWithError("the rows differ from those by hand");
   }
   state.counters["best_ms"] = own * 1e3;
   state.counters["bare_ms"] = best * 1e3;

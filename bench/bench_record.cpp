@@ -1,6 +1,5 @@
-// An account on the screen beside the bare library: what showAccount reads, on charts of any size. The bare
-// side reads the same ten rows of the same file with statements that are prepared once, and copies their
-// texts.
+// Showing an account compared with the bare library: what showAccount reads, on charts of any size. The bare
+// side reads the same ten rows of the same file with statements prepared once, and copies their texts.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -19,7 +18,7 @@
 namespace ledgertree::bench {
 namespace {
 
-/// Accounts that are shown in turns: a person doesn't look at one alone.
+/// The number of accounts shown in turn: users don't look at just one.
 constexpr std::int32_t kShown = 100;
 
 /// A chart whose accounts have a parent, a group, a branch, a cost centre, a class and an object.
@@ -49,7 +48,7 @@ class Chart {
   ScratchDatabase scratch_;
 };
 
-/// One account by hand: its row, the texts of what it refers to, its relation and the texts of that.
+/// One account by hand: its row, the texts of what it refers to, its relation and that one's texts.
 class BareRecord {
  public:
   explicit BareRecord(const std::string& file) : database_(file, SQLite::OPEN_READWRITE) {}
@@ -114,7 +113,7 @@ void showAccount(benchmark::State& state) {
         for (std::int32_t id = 11; id < 11 + kShown; ++id) bare.show(id);
       });
   if (form.sltEntity.IsEmpty() || form.sltPosition.IsEmpty() || form.sltParent.IsEmpty())
-    state.SkipWithError("the record isn't whole");
+    state.SkipWithError("the record is incomplete");
 }
 
 BENCHMARK(showAccount)->Arg(1000)->Arg(100000)->Arg(1000000)->UseManualTime()->Unit(benchmark::kMicrosecond);

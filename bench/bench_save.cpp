@@ -1,7 +1,6 @@
-// A save of a new account on the form, from the click to the record and the tree that are read anew, and a
-// proposal of its code, beside the bare library: the same statements, prepared once, on the same file in the
-// same run. The file lies once on the disk and once in memory, where a sync costs nothing and no waste hides
-// behind it.
+// Saving a new account on the form, from the click until the record and the tree have been read again, and
+// proposing its code, compared with the bare library: the same statements, prepared once, on the same file in
+// the same run. The file is once on disk and once in memory, where syncs are free and can't hide waste.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
@@ -26,7 +25,7 @@ namespace {
 
 using Storage = ScratchDatabase::Storage;
 
-/// The parent of all that is saved: an account of the second level.
+/// The parent of every saved account: an account on the second level.
 constexpr std::int32_t kParent = 11;
 
 class Chart {
@@ -68,7 +67,7 @@ class Product {
     form_->settings.CodingMode = codingMode;
   }
 
-  /// Types a new account with everything that is stored of one.
+  /// Fills in every stored field of a new account.
   void type(const std::string& ownCode, std::int32_t object) {
     form_->cmdNew.click();
     form_->sltParent.setAccountID(kParent);
@@ -89,12 +88,12 @@ class Product {
   std::optional<mainform::FormMain> form_;
 };
 
-/// What a save does, by hand. It compares as well: the parent's code ahead of the account, and what was
-/// written of the account ahead of its relation.
+/// A save by hand, conflict checks included: it compares the parent's code before inserting the account, and
+/// what was written of the account before inserting its relation.
 class ByHand {
  public:
   explicit ByHand(const std::string& file) : database_(file, SQLite::OPEN_READWRITE) {
-    // Each side's write empties the other's cache, and what is read anew is looked at before it is believed.
+    // Each side's write invalidates the other's cache, and reread pages are checked.
     database_.exec("pragma foreign_keys = on; pragma synchronous = full; pragma cell_size_check = on");
     mother_ = read("select Code from tblAccount where ID = ?", kParent).at(0);
   }
@@ -136,7 +135,7 @@ class ByHand {
     run("commit");
   }
 
-  /// The record, with the texts of what it refers to, and the first level of the tree with its counts.
+  /// The record with the texts of what it refers to, and the first level of the tree with its counts.
   void readBack(std::int32_t object) {
     read("select * from vwAccount where ID = ?", account_);
     read("select * from tblAccountRelatedObjects where AccountID = ?", account_);
@@ -191,7 +190,7 @@ class ByHand {
 
 using Clock = std::chrono::steady_clock;
 
-/// Notes when a save has written everything: what it does next is to show the account in its picker.
+/// Notes when a save has finished writing: next, it shows the account in its picker.
 class EndOfWrites : public ui::FormObserver {
  public:
   explicit EndOfWrites(mainform::FormMain& form) : form_(form) { form_.addObserver(*this); }
@@ -211,8 +210,8 @@ class EndOfWrites : public ui::FormObserver {
   std::optional<Clock::time_point> end_;
 };
 
-/// Counters: `ratio` of the whole save to its writes and reads by hand, `ratio_writes` of both without the
-/// reads.
+/// Counters: `ratio` is the whole save relative to its writes and reads by hand,
+/// `ratio_writes` excludes the reads on both sides.
 void save(benchmark::State& state) {
   const Chart& chart = Chart::of(state.range(0) != 0 ? Storage::Disk : Storage::Memory, state.range(1));
   Product product(chart.file());
@@ -222,7 +221,7 @@ void save(benchmark::State& state) {
   std::chrono::duration<double> ourWrites{};
   std::chrono::duration<double> writes{};
   std::chrono::duration<double> reads{};
-  static std::int32_t next = 1;  // no code and no object twice on one chart
+  static std::int32_t next = 1;  // codes and objects are unique in a chart
   const auto code = [](std::int32_t number) { return "x" + std::to_string(number); };
   for (auto turn : state) {
     static_cast<void>(turn);
@@ -276,7 +275,7 @@ void propose(benchmark::State& state) {
       });
 }
 
-/// The number that a level of 100,000 accounts shares.
+/// The next number in a level of 100,000 accounts.
 void searchLevel(benchmark::State& state) {
   const Chart chart(Storage::Memory, {.accounts = 100010, .topLevel = 10, .fanOut = 100000});
   Product product(chart.file(), 1);

@@ -1,9 +1,9 @@
-// A thousand simulated accountants at one server: LEDGERTREE_BENCH_CONNECTION names one that holds the demo
-// chart and nothing that matters. Each of them does an act of a working day now and then, at the real
-// screens; a few screens, each with a connection and a thread of its own, serve them in turn. What it prints
-// for each pace is how many acts were done and how long an accountant waited; ahead of that, what each act
-// takes alone. LEDGERTREE_BENCH_SERVER, the process ID of the server where it runs on this machine, adds what
-// an act costs there. It takes its accounts away again.
+// A thousand simulated accountants on one server: LEDGERTREE_BENCH_CONNECTION names one that holds the demo
+// chart and no valuable data. Each performs an action of a working day now and then, on the real screens; a
+// few screens, each with its own connection and thread, serve them in turn. Prints what each action takes
+// alone, then for each pace how many actions were done and how long an accountant waited.
+// LEDGERTREE_BENCH_SERVER, the process ID of a server on this machine, adds the server's CPU time per action.
+// Deletes the accounts it created.
 
 #include <unistd.h>
 
@@ -44,7 +44,7 @@ constexpr int kAccountants = 1000;
 constexpr int kScreens = 8;
 constexpr const char* kTitle = "بار آزمايشي";
 
-/// Of a hundred acts.
+/// The weights are per hundred actions.
 enum class Act { Show, Open, Search, Edit, Add, Remove };
 struct Share {
   Act act;
@@ -56,7 +56,7 @@ constexpr Share kDay[] = {
     {Act::Search, "a word typed in a field", 20}, {Act::Edit, "an edit saved", 12},
     {Act::Add, "a new account saved", 4},         {Act::Remove, "an account deleted", 4}};
 
-/// A screen that serves whoever comes.
+/// A screen that serves accountants in turn.
 class Screen {
  public:
   Screen(const std::string& text, unsigned seed) : dice_(seed) {
@@ -73,7 +73,7 @@ class Screen {
     while (!made_.empty()) remove();
   }
 
-  /// Gives what was really done: nobody deletes before there is something.
+  /// Returns what was really done: a removal needs an account to remove.
   Act act(Act what) {
     if (what == Act::Remove && made_.empty()) what = Act::Add;
     mainform::FormMain& f = *form_;
@@ -143,13 +143,13 @@ class Screen {
   std::size_t failures_ = 0;
 };
 
-/// When each accountant wants something next, in the order of time.
+/// When each accountant acts next, in order of time.
 class Day {
  public:
   Day(Seconds between, Seconds length) : between_(1 / between.count()), end_(Clock::now() + toClock(length)) {
     for (int one = 0; one < kAccountants; ++one) wanted_.push(Clock::now() + pause());
   }
-  /// The time of the next wish, which has come; nothing at the end of the day.
+  /// Waits for the next action and returns its scheduled time; nothing at the end of the day.
   std::optional<Clock::time_point> next() {
     std::unique_lock lock(mutex_);
     while (true) {
@@ -159,11 +159,11 @@ class Day {
         wanted_.pop();
         return wish;
       }
-      // Whoever has an answer meanwhile may want something earlier.
+      // Somebody served meanwhile may be due earlier.
       wished_.wait_until(lock, wish);
     }
   }
-  /// An accountant has an answer, and thinks.
+  /// An accountant has been served, and pauses.
   void done(const char* act, Clock::time_point wish) {
     const std::lock_guard lock(mutex_);
     waits_[act].push_back(Seconds(Clock::now() - wish).count() * 1000);
@@ -185,7 +185,7 @@ class Day {
   std::map<std::string, std::vector<double>> waits_;
 };
 
-/// The processor time of a server's process and its children in seconds; 0 where none is named.
+/// CPU time of a server process and its children in seconds; 0 if none is named.
 double serverTime() {
   const char* const named = std::getenv("LEDGERTREE_BENCH_SERVER");
   if (named == nullptr) return 0;
@@ -194,7 +194,7 @@ double serverTime() {
     std::ifstream file(entry.path() / "stat");
     std::string text;
     if (!std::getline(file, text)) continue;
-    // Behind the name: state, parent, and from the twelfth on the times.
+    // After the name come state and parent; the times start at the twelfth field.
     std::istringstream words(text.substr(text.rfind(')') + 1));
     std::vector<std::string> each{std::istream_iterator<std::string>(words), {}};
     if (entry.path().filename() == named || each[1] == named)
@@ -220,7 +220,7 @@ void work(Screen& screen, Day& day, unsigned seed) {
   }
 }
 
-/// What each act costs the server alone, and how long it lasts where nobody else is there.
+/// Each action's server CPU time and duration without any other load.
 void costs(Screen& screen) {
   constexpr int kTimes = 25;
   std::printf("| Act | Of a hundred | Time | Server's processor |\n|---|---|---|---|\n");
@@ -234,7 +234,7 @@ void costs(Screen& screen) {
   }
 }
 
-/// A line of the table: each accountant pauses so long on the average.
+/// One line of the table: each accountant pauses this long on average.
 void workFor(std::vector<std::unique_ptr<Screen>>& screens, Seconds pause, Seconds length) {
   Day day(pause, length);
   const double before = serverTime();
@@ -256,7 +256,7 @@ void workFor(std::vector<std::unique_ptr<Screen>>& screens, Seconds pause, Secon
 int run(const std::string& text) {
   std::vector<std::unique_ptr<Screen>> screens;
   for (unsigned one = 0; one < kScreens; ++one) screens.push_back(std::make_unique<Screen>(text, one));
-  // A first round warms the server up.
+  // Warm-up round.
   for (const auto& screen : screens)
     for (const Share& share : kDay) static_cast<void>(screen->act(share.act));
   costs(*screens[0]);

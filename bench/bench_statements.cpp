@@ -1,4 +1,4 @@
-// What a statement costs above the bare library: the gateway's connection against prepared statements on
+// The cost of a statement on top of the bare library: the gateway's connection against prepared statements on
 // SQLite, the same reads on the same file in the same run.
 
 #include <SQLiteCpp/SQLiteCpp.h>
@@ -23,8 +23,8 @@ using engines::sqlite::EmbeddedConnection;
 constexpr int kPeriod = 3;
 constexpr int kParent = 1;
 
-/// A chart of two levels with `children` accounts below the first one, all of them in the period, and as many
-/// others.
+/// A two-level chart with `children` accounts below the first
+/// one, all of them in the period, and as many others.
 class Chart {
  public:
   explicit Chart(int accounts) : scratch_("statements-" + std::to_string(accounts)) {
@@ -90,7 +90,7 @@ SQLite::Database bare(const Chart& chart) {
   return database;
 }
 
-/// The children of 1,000 accounts counted, a statement each.
+/// Counts the children of 1,000 accounts, one statement each.
 void count(benchmark::State& state) {
   const Chart& chart = Chart::of(state.range(0));
   EmbeddedConnection connection(chart.path());
@@ -138,10 +138,11 @@ void level(benchmark::State& state) {
       });
 }
 
-/// No row holds the first text; of the second the hits lie apart, so that the page takes most of the rows.
+/// No row contains the first text; the hits of the second are
+/// far apart, so that a page takes most of the rows.
 const char* searchedText(std::int64_t which) { return which == 0 ? "نيست" : "شماره 77"; }
 
-/// A page of the hits of a text. SQLite's own LIKE has no regard for letters that are the same to a person.
+/// A page of hits. SQLite's own LIKE doesn't equate letters that look the same to a user.
 void search(benchmark::State& state) {
   const Chart& chart = Chart::of(state.range(0));
   EmbeddedConnection connection(chart.path());
@@ -160,7 +161,8 @@ void search(benchmark::State& state) {
   sideBySide(
       state,
       [&] {
-        if (connection.search(request).rows.count() != hits) state.SkipWithError("other rows than by hand");
+        if (connection.search(request).rows.count() != hits)
+          state.SkipWithError("the rows differ from those by hand");
       },
       [&] {
         for (hits = 0; statement.executeStep(); ++hits)

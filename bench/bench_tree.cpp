@@ -1,6 +1,6 @@
-// The tree beside the bare library: a level of 1,000 children, and the way from ClearShow to the first level
-// on charts of any size. The bare side reads the same rows and asks once which of them have children, with
-// statements that are prepared once.
+// The tree compared with the bare library: a level of 1,000 children, and ClearShow up to the first level on
+// charts of any size. The bare side reads the same rows and finds out with one query which of them have
+// children, with statements prepared once.
 
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <sqlite3.h>
@@ -26,7 +26,7 @@ namespace {
 
 constexpr std::int32_t kLevel = 1000;
 
-/// A chart of ten groups and one period, kept for the length of the run.
+/// A chart of ten groups and one period, kept for the whole run.
 class Chart {
  public:
   Chart(std::int32_t accounts, std::int32_t members, std::int32_t fanOut)
@@ -36,8 +36,7 @@ class Chart {
     generateChart(database, {.accounts = accounts, .topLevel = 10, .fanOut = fanOut, .periods = {members}});
   }
 
-  /// The chart that a benchmark's arguments name: accounts, members of the period, and the children of a
-  /// node.
+  /// The chart for a benchmark's arguments: accounts, members of the period, and the children of a node.
   static const Chart& of(const benchmark::State& state, std::int32_t fanOut) {
     static std::map<std::tuple<std::int64_t, std::int64_t, std::int32_t>, std::unique_ptr<Chart>> charts;
     auto& chart = charts[{state.range(0), state.range(1), fanOut}];
@@ -54,7 +53,7 @@ class Chart {
   ScratchDatabase scratch_;
 };
 
-/// A level by hand: its rows, and which of them have children, as a program keeps them to show them.
+/// A level by hand: its rows, and which of them have children, stored as a program would to show them.
 class BareLevel {
  public:
   explicit BareLevel(const std::string& file, std::int32_t period)
@@ -94,7 +93,7 @@ class BareLevel {
     benchmark::DoNotOptimize(nodes_.data());
   }
 
-  /// The view of the periods: which they are, and which of them have accounts.
+  /// The period view: all periods, and which of them have accounts.
   void readPeriods() {
     SQLite::Statement withAccounts(
         database_,
@@ -174,7 +173,7 @@ void fillLevelWhole(benchmark::State& state) {
   const std::string key = mainform::makeNodeKey(periodOf(state), 1);
   const ui::NodeId node = tree.find(key);
   BareLevel bare(chart.file(), periodOf(state));
-  // As it was before it was opened.
+  // Restores the unopened state.
   const auto close = [&] {
     while (!tree.children(node).empty()) tree.remove(tree.children(node).back());
     tree.setExpanded(node, false);

@@ -1,4 +1,4 @@
-// Makes a database file with a generated chart, for a look at the product with as many accounts as one likes.
+// Makes a database file with a generated chart, to try the product with any number of accounts.
 //
 //   generate_chart FILE [--accounts N] [--top N] [--fan-out N] [--period N]... [--documents N] [--relations
 //   N]
@@ -22,7 +22,7 @@ std::int32_t numberOf(const char* text) {
   const char* const end = text + std::strlen(text);
   const auto [stop, error] = std::from_chars(text, end, number);
   if (error != std::errc() || stop != end || number < 0) {
-    throw std::invalid_argument(std::string(text) + " is no number of things");
+    throw std::invalid_argument(std::string(text) + " isn't a valid number");
   }
   return number;
 }

@@ -8,8 +8,8 @@
 
 namespace ledgertree::fuzz {
 
-/// Reads any text as a registration command. Whatever the text is, what is accepted names a plain file right
-/// below a folder "System" that no step leads out of. A fault throws std::logic_error.
+/// Parses any text as a registration command. Whatever is accepted must name a plain file directly in a
+/// folder "System", without any step that leads out of it. A fault throws std::logic_error.
 inline void checkComponentRegistration(std::string_view text) {
   const auto registration = shell::readRegistration(text);
   if (!registration) return;
@@ -24,7 +24,7 @@ inline void checkComponentRegistration(std::string_view text) {
           "a plug-in that is a path");
   const std::string again =
       "Regsvr32  \"" + registration->system.string() + "\\" + registration->plugin + ".ocx\" /s";
-  require(shell::readRegistration(again) == registration, "a command that changes on its way");
+  require(shell::readRegistration(again) == registration, "a command that doesn't survive a round trip");
 }
 
 }  // namespace ledgertree::fuzz

@@ -9,9 +9,9 @@
 
 namespace ledgertree::fuzz {
 
-/// Takes any text apart as a connection text, puts it together again, and expects the same. A fault throws
-/// std::logic_error; whatever the text is, only a DataError may refuse it, and none may show what stood in
-/// it.
+/// Parses any text as a connection text, writes it back, and expects the same pairs. A fault throws
+/// std::logic_error; a text may only be refused by a DataError, whose message must not quote the
+/// text.
 inline void checkConnectionText(std::string_view text) {
   try {
     const data::ConnectionText first(text);
@@ -21,7 +21,8 @@ inline void checkConnectionText(std::string_view text) {
       again += "=" + data::quoteConnectionValue(value) + ";";
     }
     const data::ConnectionText second(again);
-    if (first.pairs() != second.pairs()) throw std::logic_error("a connection text that changes on its way");
+    if (first.pairs() != second.pairs())
+      throw std::logic_error("a connection text that doesn't survive a round trip");
     for (const auto& [key, value] : first.pairs()) {
       if (!first.find(key)) throw std::logic_error("a key that isn't found");
     }

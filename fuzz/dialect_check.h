@@ -20,8 +20,8 @@
 
 namespace ledgertree::fuzz {
 
-/// Puts any text through the dialect, and what comes out through SQLite. A fault of the dialect throws
-/// std::logic_error; whatever the text is, only a DataError may refuse it.
+/// Translates any text, and runs the result in SQLite. A fault of the dialect throws std::logic_error; a text
+/// may only be refused by a DataError.
 class DialectCheck {
  public:
   DialectCheck() : database_(":memory:", SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE) {
@@ -58,23 +58,23 @@ class DialectCheck {
     } catch (const data::DataError&) {
       return;
     }
-    require(shape.literals().size() == parsed.literals.size(), "the two readers see other literals");
+    require(shape.literals().size() == parsed.literals.size(), "the two readers see different literals");
     for (const engine::Binding& binding : translation.bindings) {
       require(binding.literal < shape.literals().size(), "a parameter without a literal");
     }
     const engine::Translation plain = engine::translate(text, tables_, engine::Form::Plain);
     const Outcome expected = run(plain, shape.literals(), text);
     const Outcome found = run(translation, shape.literals(), text);
-    // A row limit takes any of the rows; of what a count stands beside only the number is settled.
+    // With a row limit any rows may come; next to an aggregate only the number is determined.
     const bool limited = plain.sql.find("LIMIT") != std::string::npos;
     const bool counts =
         plain.sql.find("count(") != std::string::npos || plain.sql.find("max(") != std::string::npos ||
         plain.sql.find("min(") != std::string::npos || plain.sql.find("sum(") != std::string::npos;
     if (expected.complete && found.complete && !limited) {
       require(counts ? expected.rows.size() == found.rows.size() : expected.rows == found.rows,
-              "another result for the sake of speed");
+              "the rewritten form has another result");
     }
-    require(!expected.complete || found.complete || found.interrupted, "a form that SQLite refuses");
+    require(!expected.complete || found.complete || found.interrupted, "SQLite refuses the rewritten form");
   }
 
  private:
@@ -112,7 +112,7 @@ class DialectCheck {
       const std::string_view message = error.what();
       const std::string_view cause = message.substr(std::min(message.find(" (") + 2, message.size()));
       for (const char* const fault : {"near ", "unrecognized token", "incomplete input"}) {
-        require(!cause.starts_with(fault), "a translation that is no statement");
+        require(!cause.starts_with(fault), "the translation isn't a statement");
       }
     }
     database_.exec("rollback to one; release one");
@@ -120,7 +120,7 @@ class DialectCheck {
     return outcome;
   }
 
-  /// What a statement may have changed, as far as the two forms can differ in it.
+  /// The tables that a statement may have changed, as far as the two forms can differ.
   data::Rows changed() {
     data::Rows rows;
     rows.addColumn("Row");

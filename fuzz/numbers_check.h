@@ -10,8 +10,8 @@
 
 namespace ledgertree::fuzz {
 
-/// The number that a text begins with, as the C library reads it: the text without blanks, cut where no
-/// number goes on. A second way to the same value, that shares no line with the first.
+/// The number at the start of a text, as the C library reads it: the text without blanks, cut where the
+/// number ends. An independent way to the same value.
 inline double numberByLibrary(std::string_view text) {
   std::string plain;
   for (const char letter : text) {
@@ -38,8 +38,8 @@ inline double numberByLibrary(std::string_view text) {
   return std::strtod(plain.substr(0, end).c_str(), nullptr);
 }
 
-/// Reads any text as a number, as an id and as an amount of money. A fault throws std::logic_error; whatever
-/// the text is, only a std::range_error may refuse it.
+/// Reads any text as a number, an ID and an amount of money. A fault throws std::logic_error; a text may only
+/// be refused by a std::range_error.
 inline void checkNumbers(std::string_view text) {
   const auto require = [](bool holds, const char* fault) {
     if (!holds) throw std::logic_error(fault);
@@ -50,7 +50,7 @@ inline void checkNumbers(std::string_view text) {
   const bool overflow = expected > 1e308 * 1.797693134862316 || expected < -1e308 * 1.797693134862316;
 
   const data::NumberOrEmpty number = data::toNumber(text);
-  if (!number.isInteger()) require(number.asDouble() == expected, "another number than the library reads");
+  if (!number.isInteger()) require(number.asDouble() == expected, "not the number that the library reads");
   if (overflow) require(number == data::NumberOrEmpty::ofInteger(0), "a number past the range");
   try {
     const std::int32_t id = number.asInt32();
@@ -63,13 +63,13 @@ inline void checkNumbers(std::string_view text) {
   std::string field(text);
   try {
     const data::Money amount = data::digitsToCurrency(field);
-    require(field == plain, "a field that isn't left without its separators");
+    require(field == plain, "separators are left in the field");
     const double tolerance = 0.0001 + (expected < 0 ? -expected : expected) * 1e-15;
     require(
         !overflow && amount.toDouble() - expected <= tolerance && expected - amount.toDouble() <= tolerance,
         "an amount far from the number");
     std::string again = data::groupDigits(amount.toText(), "/");
-    require(data::digitsToCurrency(again) == amount, "an amount that changes on its way over the screen");
+    require(data::digitsToCurrency(again) == amount, "an amount that changes on the screen");
     require(data::Money::parse(amount.toText()) == amount, "an amount that changes in the database");
   } catch (const std::range_error&) {
     require(expected > 922337203685477 || expected < -922337203685477, "a refused amount");

@@ -27,7 +27,7 @@ constexpr const char* kTitles[] = {"صندوق",
                                    "حقوق و دستمزد",
                                    "هزینه حمل"};
 
-/// The indexes and triggers of the tables, put away for the length of a bulk load.
+/// Drops the tables' indexes and triggers during a bulk load.
 class PutAway {
  public:
   explicit PutAway(SQLite::Database& database) : database_(database) {
@@ -41,7 +41,7 @@ class PutAway {
       definitions_.push_back(rows.getColumn(1).getString());
     }
     rows.reset();
-    // What the planner knows of an index goes with it.
+    // Dropping an index drops its planner statistics, too.
     database.exec("create temp table Statistics as select * from sqlite_stat1");
     for (const std::string& drop : drops) database.exec(drop);
   }
@@ -72,7 +72,7 @@ std::string titleOf(std::int32_t id) {
 void insertAccounts(SQLite::Database& database, const ChartShape& shape) {
   const std::size_t topWidth = std::to_string(shape.topLevel).size();
   const std::size_t width = std::to_string(shape.fanOut).size();
-  // Only parents are looked up again.
+  // Only parents are looked up later.
   const auto parents = static_cast<std::size_t>(shape.firstLeaf());
   std::vector<std::string> codes(parents);
   std::vector<int> levels(parents);
@@ -126,7 +126,7 @@ void insertAncestors(SQLite::Database& database, const ChartShape& shape) {
   }
 }
 
-/// Runs a statement with N running from 1 to `count`, and the other numbers as ?2, ?3, …
+/// Runs a statement for each N from 1 to `count`; the other numbers are ?2, ?3, …
 void repeat(SQLite::Database& database, const std::string& statement, std::int32_t count,
             std::initializer_list<std::int32_t> numbers = {}) {
   SQLite::Statement query(
@@ -158,7 +158,7 @@ void insertDocuments(SQLite::Database& database, const ChartShape& shape) {
          " printf('1402/%02d/%02d', 1 + N % 12, 1 + N / 12 % 29) from Numbers",
          shape.documents);
   const std::int32_t leaves = shape.accounts - shape.firstLeaf() + 1;
-  // A prime stride spreads the lines over the chart.
+  // A prime stride spreads the lines across the chart.
   repeat(database,
          "insert into tblAccountDocumentDetail (ID, DocumentID, AccountID, Debit, Credit)"
          " select N, (N + 1) / 2, ?2 + N * 7919 % ?3, N % 2 * 1000000, (N + 1) % 2 * 1000000 from Numbers",
@@ -191,7 +191,7 @@ void insertUser(SQLite::Database& database) {
 
 void generateChart(SQLite::Database& database, const ChartShape& shape) {
   if (shape.accounts < 1 || shape.topLevel < 1 || shape.fanOut < 1) {
-    throw std::invalid_argument("a chart has accounts, and each level some");
+    throw std::invalid_argument("accounts, top level and fan-out must be positive");
   }
   database.exec(
       "pragma foreign_keys = off; pragma journal_mode = off; pragma synchronous = off; pragma cache_size = "

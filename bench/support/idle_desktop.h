@@ -11,7 +11,7 @@
 
 namespace ledgertree::bench {
 
-/// A desktop without a screen, whose idle time passes when it is told to.
+/// A desktop without a screen; idle procedures run on demand.
 class IdleDesktop : public ui::Desktop {
  public:
   using Clock = std::chrono::steady_clock;
@@ -22,7 +22,7 @@ class IdleDesktop : public ui::Desktop {
   void hide(ui::Form& form) override { form.setShown(false); }
   void popUpMenu(ui::Form&, ui::MenuEntry&, ui::Twips, ui::Twips) override {}
   void copyText(std::string_view) override {}
-  void setPointer(ui::Pointer) override {}
+  void setPointer(ui::PointerShape) override {}
   void moveFocus(ui::Control&) override {}
   void repaint(ui::Form&) override {}
   [[nodiscard]] bool repaintAndHearEscape(ui::Form&) override { return false; }
@@ -30,7 +30,7 @@ class IdleDesktop : public ui::Desktop {
   [[nodiscard]] int operatingSystemVersion() const override { return 5; }
   void whenIdle(std::function<void()> procedure) override { idle_.push_back(std::move(procedure)); }
 
-  /// Runs what waits for idleness, until nothing does.
+  /// Runs idle procedures until none is left.
   void settle() {
     while (!idle_.empty()) {
       const auto procedure = std::move(idle_.front());

@@ -10,10 +10,10 @@
 
 namespace ledgertree::bench {
 
-/// A database file of a benchmark, with the schema and nothing else. It goes with its object.
+/// A benchmark's database file, with just the schema. Deleted with the object.
 class ScratchDatabase {
  public:
-  /// Disk: where a sync costs what it costs; LEDGERTREE_BENCH_DISK names another folder than /var/tmp.
+  /// Disk: syncs have their real cost; LEDGERTREE_BENCH_DISK names a folder other than /var/tmp.
   enum class Storage { Memory, Disk };
 
   explicit ScratchDatabase(const std::string& name, Storage storage = Storage::Memory)
@@ -26,7 +26,7 @@ class ScratchDatabase {
   ScratchDatabase& operator=(const ScratchDatabase&) = delete;
   ~ScratchDatabase() { remove(); }
 
-  /// A connection of the bare library.
+  /// A bare-library connection.
   [[nodiscard]] SQLite::Database open() const {
     return SQLite::Database(file_, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX);
   }

@@ -6,9 +6,9 @@
 
 namespace ledgertree::bench {
 
-/// Does the same work in turns, once by the product and once by hand on the bare library, so that both meet
-/// the same machine, and reports the microseconds of each and their ratio. The time of the benchmark is the
-/// product's. `before` the product's turn things are put back in their place, in nobody's time.
+/// Alternates the product and the hand-written version, so that both run under the same conditions, and
+/// reports the microseconds of each and their ratio. The benchmark's time is the product's. `before` restores
+/// the initial state before each turn and isn't timed.
 template <typename Product, typename ByHand, typename Before>
 void sideBySide(benchmark::State& state, Product product, ByHand byHand, Before before) {
   using Clock = std::chrono::steady_clock;

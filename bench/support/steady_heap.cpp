@@ -1,4 +1,4 @@
-#include <cstdlib>  // for the name of the C library
+#include <cstdlib>  // defines __GLIBC__
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -7,10 +7,10 @@
 namespace ledgertree::bench {
 namespace {
 
-/// The allocator gives the top of the heap back to the system and takes it again in the midst of the work of
-/// the one side or the other, as chance has it: for a save that is a fifth of the time, which belongs to
-/// neither. So it keeps what it has. To say so fixes its bound for blocks that are mapped by themselves too:
-/// it is put where it would go by itself.
+/// By default the allocator returns the top of the heap to the system and takes it back at
+/// random points of either side's work: for a save, a fifth of the time that belongs to
+/// neither. So trimming is turned off. Setting that also fixes the otherwise dynamic mmap
+/// threshold, which is set to where it would settle anyway.
 bool keepHeap() {
 #ifdef __GLIBC__
   mallopt(M_TRIM_THRESHOLD, -1);

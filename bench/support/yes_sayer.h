@@ -7,7 +7,7 @@
 
 namespace ledgertree::bench {
 
-/// Says yes to every question, in the place of the notices.
+/// Replaces the notice component and answers yes to every question.
 class YesSayer : public shell::OutsideComponent {
  public:
   void set(std::string_view, const data::Value&) override {}

@@ -160,7 +160,7 @@ void CostCenters::remove() {
       shell::Answer::Yes)
     return;
   const auto gateway = shell_.dtEn();
-  // The test stands in the statement, so that no account can take the centre in between.
+  // The check is part of the statement, so that no account can take the centre in between.
   gateway->cnMainData.Execute("Delete tblAccCostCenter Where ID = " + id +
                               " and not exists(Select a.ID From tblAccount a Where a.PositionID = " + id +
                               ")");

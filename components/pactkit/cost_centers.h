@@ -13,7 +13,7 @@
 namespace ledgertree::pactkit {
 
 /// The cost and income centres of tblAccCostCenter: lists, adds, renames and removes them. One that an
-/// account refers to (tblAccount.PositionID) isn't removed.
+/// account refers to (tblAccount.PositionID) can't be removed.
 class CostCenters : public ui::Form {
  public:
   /// `shell` outlives the form, and its gateway has a connection.
@@ -40,26 +40,26 @@ class CostCenters : public ui::Form {
   };
 
   void loadControls();
-  /// Reads the list anew; the centre of that ID is selected, if it is there.
+  /// Reads the list again; the centre of that ID is selected, if it is there.
   void readAndSelect(std::int32_t id);
   [[nodiscard]] std::int32_t selectedID() const;
   void showSelected();
-  /// The fields, if they can be stored for that centre; else the person is told. An empty name means no.
+  /// The fields, if they can be stored; otherwise tells the user. An empty name: they can't.
   [[nodiscard]] Typed typedFor(std::int32_t id);
   [[nodiscard]] std::int32_t firstID(const std::string& statement);
   void show(Typed center);
-  /// Blanks the fields for a centre that isn't there yet; only the save writes it.
+  /// Blanks the fields for a new centre; only saving writes it.
   void startNew();
   void save();
   void remove();
   void exit();
-  /// Whether the fields are as they were shown; else the person is asked.
+  /// Whether the fields are as they were shown; else the user is asked.
   [[nodiscard]] bool mayDropTyped();
 
   shell::Shell& shell_;
-  /// What stood in the fields before the person wrote into them.
+  /// The fields as last shown, before the user edited them.
   Typed shown_;
-  /// What is typed is a new centre, whatever row is selected.
+  /// The fields are for a new centre, whatever row is selected.
   bool isNew_ = false;
 };
 

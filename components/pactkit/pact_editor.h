@@ -9,8 +9,8 @@
 namespace ledgertree::pactkit {
 
 /// The component PactKit.PactEditor: shows the cost centres of the database that it is given, until the
-/// person leaves. What fails it tells by itself. It stands on a QApplication, and on the thread of the
-/// screens.
+/// user closes it. It reports its own failures. Needs a QApplication, and runs on the user-interface
+/// thread.
 class PactEditor : public shell::OutsideComponent {
  public:
   void set(std::string_view member, const data::Value& value) override;

@@ -16,12 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file beside another that goes with the object, unless it takes that other one's place.
+/// A temporary file next to another one; deleted with the object unless it has replaced that file.
 class FileInTheMaking {
  public:
   explicit FileInTheMaking(const fs::path& file) : file_(file), own_(file) {
     own_ += "." + std::to_string(std::random_device{}()) + ".part";
-    // A place where nothing can be written is told ahead of the long work.
+    // Reports an unwritable location before the long work.
     if (!std::ofstream(own_, std::ios::binary)) refuseFile();
   }
   FileInTheMaking(const FileInTheMaking&) = delete;
@@ -45,7 +45,7 @@ class FileInTheMaking {
   fs::path own_;
 };
 
-/// Progress is asked about at most this often, in rows.
+/// Rows between two progress calls.
 constexpr std::int64_t kRowsAStep = 256;
 
 }  // namespace
@@ -72,7 +72,7 @@ std::int64_t writeSheet(data::Connection& connection, std::string_view statement
   std::int64_t done = 0;
   Workbook book(made.path(), layout);
   connection.walk(statement, [&](const data::Rows& row) {
-    // Somebody may have added accounts since they were counted.
+    // Accounts may have been added since the count.
     if (done == mostRows) refuseTooMany();
     book.add(row);
     if (++done % kRowsAStep == 0) goesOn = progress(done, layout.rows());

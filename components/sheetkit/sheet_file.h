@@ -9,25 +9,25 @@
 
 namespace ledgertree::sheetkit {
 
-/// The rows of a sheet below its heading.
+/// The most rows that a sheet holds below its heading.
 inline constexpr std::int64_t kMostRows = 1048575;
 
-/// Told how many rows are done of all (0 while they are still being counted), and at last that all are, ahead
-/// of the file being put together; false gives the work up.
+/// Called with how many of all rows are done (0 while they are still being counted), and finally with all of
+/// them, before the file is put together; returning false cancels the work.
 using Progress = std::function<bool(std::int64_t done, std::int64_t all)>;
 
-/// Writes the rows of a statement into a workbook of one sheet that reads from right to left: the column
-/// names of the statement as a heading that stays in sight and filters, text as text (a code keeps its
-/// leading zeros), numbers as numbers, long texts wrapped, columns as wide as their texts. Where there is a
-/// column "سطح", rows fold by that level, and the column "شرح حساب" is indented by it.
+/// Writes the rows of a statement into a workbook with one right-to-left sheet: the statement's column names
+/// as a frozen heading with filters, text as text (a code keeps its leading zeros), numbers as numbers, long
+/// texts wrapped, columns as wide as their texts. If there is a column "سطح", rows are grouped by that level,
+/// and the column "شرح حساب" is indented by it.
 ///
 /// The rows are read twice, once to count and measure them, and never kept: memory doesn't grow with them.
-/// The workbook is made under another name beside `file` and takes its place when it is whole; on every other
-/// path nothing of it is left, and what stood there stays.
+/// The workbook is created under a temporary name next to `file` and replaces it when complete; otherwise
+/// nothing of it is left, and an existing file stays.
 ///
-/// Gives the number of rows below the heading, 0 where `progress` gave it up. Throws data::DataError where
-/// the database fails, and std::runtime_error with a text for the person for more than `mostRows` rows (ahead
-/// of the first byte) or a file that can't be written.
+/// Returns the number of rows below the heading, 0 if `progress` cancelled. Throws data::DataError if the
+/// database fails, and std::runtime_error with a message for the user for more than `mostRows` rows (before
+/// the first byte) or a file that can't be written.
 [[nodiscard]] std::int64_t writeSheet(data::Connection& connection, std::string_view statement,
                                       const std::filesystem::path& file, const Progress& progress,
                                       std::int64_t mostRows = kMostRows);

@@ -10,11 +10,11 @@ namespace {
 
 constexpr std::string_view kLevel = "سطح";
 constexpr std::string_view kTitle = "شرح حساب";
-/// A hair of air at both ends of a text, and the button of the filter beside a heading.
+/// Padding at both ends of a text, and the filter button next to a heading.
 constexpr std::size_t kAir = 2;
 constexpr std::size_t kFilterButton = 3;
 constexpr std::size_t kDeepest = 100;
-/// Words don't fill a line to its end, and neither does a line fit less than this.
+/// What word wrap loses per line on average; a line is never narrower than this.
 constexpr std::size_t kLostInLine = 5;
 constexpr std::size_t kShortestLine = 10;
 

@@ -10,7 +10,7 @@
 
 namespace ledgertree::sheetkit {
 
-/// What is learnt of the rows ahead of the writing: how many there are, and how wide each column is.
+/// What the first pass over the rows finds out: their number, and the width of each column.
 class SheetLayout {
  public:
   void measure(const data::Rows& row);
@@ -20,12 +20,12 @@ class SheetLayout {
   /// In characters of the sheet's font, heading and filter button included.
   [[nodiscard]] double width(std::size_t column) const;
 
-  /// The depth of a row, 0 at the top; 0 for all where the statement has no level.
+  /// The depth of a row, 0 at the top; always 0 if the statement has no level.
   [[nodiscard]] int depth(const data::Rows& row) const;
   [[nodiscard]] bool folds() const { return level_.has_value(); }
-  /// The column that is indented by the depth.
+  /// Whether the column is indented by depth.
   [[nodiscard]] bool indents(std::size_t column) const { return level_ && title_ == column; }
-  /// The lines that a text takes in its cell, 1 or more, as far as its letters tell.
+  /// Estimates the lines, 1 or more, that a text takes in its cell.
   [[nodiscard]] static int lines(std::string_view text, int indent);
 
  private:

@@ -32,9 +32,8 @@ namespace {
 constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
 constexpr const char* kSuffix = ".xlsx";
 
-/// In the person's documents, or at home where there is no such folder, named by the day: "1405-09-01
-/// سرفصل حسابها.xlsx". The day comes first: behind letters that read from right to left a name shows it
-/// the wrong way round.
+/// In the user's documents folder, or the home folder if there is none, named by the day: "1405-09-01 سرفصل
+/// حسابها.xlsx". The day comes first: after right-to-left letters, it would be displayed in reverse order.
 QString proposedFile() {
   const QDate today = QDate::currentDate();
   const QString day =
@@ -45,8 +44,7 @@ QString proposedFile() {
       .filePath(day + QString::fromUtf8(" سرفصل حسابها") + kSuffix);
 }
 
-/// The toolkit's own words in Persian while this stands, such as the question of a file that is there
-/// already.
+/// Puts the toolkit's own texts, such as the overwrite question, into Persian for the object's lifetime.
 class PersianWords {
  public:
   PersianWords() {
@@ -61,7 +59,7 @@ class PersianWords {
   QTranslator words_;
 };
 
-/// Empty where the person gives it up.
+/// Empty if the user cancels.
 QString askForFile() {
   const qt::PointerPause pause;
   const PersianWords words;
@@ -89,7 +87,7 @@ void tell(const QString& message) {
   notice.ask();
 }
 
-/// What was written, and where; the folder is opened where the person wants it.
+/// Tells what was written and where; opens the folder if the user wants it.
 void tellWritten(std::int64_t accounts, const QString& file) {
   qt::NoticeDialog notice;
   notice.title = QString::fromUtf8("اتمام عمليات");
@@ -105,7 +103,7 @@ void tellWritten(std::int64_t accounts, const QString& file) {
 void SheetWriter::set(std::string_view member, const data::Value& value) {
   if (given_.set(member, value)) return;
   if (member != "FormTypeID") components::refuseMember(member);
-  // Which screen of the host asks makes no difference to a sheet.
+  // A sheet doesn't depend on the calling screen.
   static_cast<void>(value.toInt32());
 }
 
@@ -123,7 +121,7 @@ void SheetWriter::call(std::string_view member, const std::vector<data::Value>& 
 void SheetWriter::exportToExcel(std::string_view statement) const {
   const QString file = askForFile();
   if (file.isEmpty()) return;
-  // Nothing is told of a work that the person gave up.
+  // A cancelled export needs no message.
   if (const std::int64_t accounts = write(statement, qt::fromQt(file)); accounts > 0)
     tellWritten(accounts, file);
 }
@@ -136,13 +134,13 @@ std::int64_t SheetWriter::write(std::string_view statement, const std::string& f
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
   dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenGround)));
-  // The label tells how far it is.
+  // The label shows the progress.
   if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
-  // Room for the whole title.
+  // Wide enough for the whole title.
   dialog.setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 60);
   dialog.setWindowModality(Qt::ApplicationModal);
   dialog.setMinimumDuration(500);
-  // It stays while the file is put together, behind the last row.
+  // Stays open after the last row, while the file is put together.
   dialog.setAutoReset(false);
   dialog.setAutoClose(false);
   const auto connection = components::engines().open(given_.OLEConnectionString);

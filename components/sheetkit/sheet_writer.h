@@ -8,8 +8,8 @@
 
 namespace ledgertree::sheetkit {
 
-/// The component SheetKit.SheetWriter: asks where the spreadsheet goes, writes it, and shows how far it is.
-/// What fails it tells by itself. It stands on a QApplication, and on the thread of the screens.
+/// The component SheetKit.SheetWriter: asks where the spreadsheet goes, writes it, and shows progress. It
+/// reports its own failures. Needs a QApplication, and runs on the user-interface thread.
 class SheetWriter : public shell::OutsideComponent {
  public:
   void set(std::string_view member, const data::Value& value) override;
@@ -18,7 +18,7 @@ class SheetWriter : public shell::OutsideComponent {
 
  private:
   void exportToExcel(std::string_view statement) const;
-  /// Gives the number of accounts, 0 where the person gave it up.
+  /// Returns the number of accounts, 0 if the user cancelled.
   std::int64_t write(std::string_view statement, const std::string& file) const;
 
   components::Given given_;

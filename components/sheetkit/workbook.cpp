@@ -15,14 +15,14 @@ constexpr const char* kSheetName = "سرفصل حسابها";
 constexpr std::uint8_t kReadsLeftToRight = 1;
 constexpr std::uint8_t kReadsRightToLeft = 2;
 constexpr std::uint8_t kPaperA4 = 9;
-/// A sheet folds on seven levels below the top one.
+/// A sheet has at most seven outline levels below the top one.
 constexpr int kDeepestFold = 7;
 /// In points; a row can't be higher than the second.
 constexpr double kLineHeight = 15;
 constexpr double kHighestRow = 409;
 constexpr lxw_color_t kHeadingGround = 0xD8E4F0;
 constexpr lxw_color_t kLine = 0x8EA9C8;
-/// What stands in the place of a byte that is no text, and of a character that no workbook can hold.
+/// Replaces invalid UTF-8 and characters that a workbook can't hold.
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
 void require(lxw_error error) {
@@ -32,7 +32,7 @@ void require(lxw_error error) {
   if (error != LXW_NO_ERROR) refuseFile();
 }
 
-/// Puts clean text into `to`: a workbook is XML, and one byte that isn't UTF-8 would make it unreadable.
+/// Copies valid text into `to`: a workbook is XML, and one byte that isn't UTF-8 would make it unreadable.
 void copyClean(std::string_view text, std::string& to) {
   to.clear();
   while (!text.empty()) {
@@ -83,10 +83,10 @@ void Workbook::makeFormats() {
   format_set_bg_color(heading_, kHeadingGround);
   format_set_bottom(heading_, LXW_BORDER_MEDIUM);
   format_set_bottom_color(heading_, kLine);
-  // Codes read from left to right and are no numbers: leading zeros stay, also when somebody edits one.
+  // Codes read from left to right and are text: leading zeros survive, even after editing.
   code_ = format(LXW_ALIGN_LEFT, false);
   format_set_num_format(code_, "@");
-  format_set_indent(code_, 1);  // keeps it off the titles, which begin right beside it
+  format_set_indent(code_, 1);  // keeps it apart from the adjacent titles
   plain_ = format(LXW_ALIGN_RIGHT, true);
   wrapped_ = format(LXW_ALIGN_RIGHT, true);
   format_set_text_wrap(wrapped_);
@@ -109,7 +109,7 @@ void Workbook::makeSheet() {
     const auto place = static_cast<lxw_col_t>(column);
     require(worksheet_set_column(sheet_, place, place, layout_.width(column), nullptr));
   }
-  // An account stands above those below it.
+  // Summary rows are above their details.
   if (layout_.folds()) worksheet_outline_settings(sheet_, LXW_TRUE, LXW_FALSE, LXW_FALSE, LXW_FALSE);
   worksheet_set_landscape(sheet_);
   worksheet_set_paper(sheet_, kPaperA4);
@@ -134,11 +134,11 @@ void Workbook::add(const data::Rows& row) {
   for (std::size_t column = 0; column < layout_.headings().size(); ++column)
     writeCell(nextRow_, column, row, depth);
   ++nextRow_;
-  // The library doesn't ask whether its own file took a row.
+  // The library doesn't check whether its own temporary file took a row.
   if (std::ferror(sheet_->optimize_tmpfile) != 0) refuseFile();
 }
 
-/// Not every program finds out by itself how high a row is whose text has several lines.
+/// Not every program computes the height of a row with several lines of text.
 void Workbook::openRow(const data::Rows& row, int depth) {
   int lines = 1;
   for (std::size_t column = 1; column < layout_.headings().size(); ++column)
@@ -179,7 +179,8 @@ void Workbook::writeCell(std::uint32_t row, std::size_t column, const data::Rows
   require(worksheet_write_string(sheet_, row, place, text_.c_str(), look));
 }
 
-/// The sheet is copied once more while the file is put together, and the library doesn't ask whether it fits.
+/// The sheet is copied once more while the file is put
+/// together, and the library doesn't check whether it fits.
 void Workbook::requireRoom() const {
   if (std::fflush(sheet_->optimize_tmpfile) != 0) refuseFile();
   const long size = std::ftell(sheet_->optimize_tmpfile);
@@ -193,10 +194,10 @@ void Workbook::close() {
   requireRoom();
   const auto columns = static_cast<lxw_col_t>(std::max<std::size_t>(layout_.headings().size(), 1) - 1);
   if (nextRow_ > 1) require(worksheet_autofilter(sheet_, 0, 0, nextRow_ - 1, columns));
-  // A code is a text of digits on purpose: no green corner on each.
+  // Codes are digits stored as text on purpose: suppresses the warning marker on each.
   const std::string codes = "A2:A" + std::to_string(std::max(nextRow_, 2U));
   require(worksheet_ignore_errors(sheet_, LXW_IGNORE_NUMBER_STORED_AS_TEXT, codes.c_str()));
-  require(workbook_close(book_.release()));  // closing frees it, whether it goes well or not
+  require(workbook_close(book_.release()));  // frees it even on failure
 }
 
 }  // namespace ledgertree::sheetkit

@@ -13,11 +13,11 @@
 
 namespace ledgertree::sheetkit {
 
-/// Throws std::runtime_error, which tells the person that the file can't be written and what to look at.
+/// Throws std::runtime_error telling the user that the file can't be written and what to check.
 [[noreturn]] void refuseFile();
 
-/// A workbook of one sheet that is being written, row by row from the top. An object that ends without
-/// close() leaves a file that nobody wants. Everything throws std::runtime_error with a text for the person.
+/// A one-sheet workbook, written row by row from the top. Destroying an object before close() leaves an
+/// unusable file. Every operation throws std::runtime_error with a message for the user.
 class Workbook {
  public:
   Workbook(const std::filesystem::path& file, const SheetLayout& layout);
@@ -34,14 +34,14 @@ class Workbook {
     void operator()(lxw_workbook* book) const { lxw_workbook_free(book); }
   };
 
-  /// An indent of more than this isn't worth its room.
+  /// Deeper indents aren't worth their space.
   static constexpr int kDeepestIndent = 12;
 
   lxw_format* format(lxw_format_alignments alignment, bool rightToLeft);
   void makeFormats();
   void makeSheet();
   void writeHeading();
-  /// The fold and the height of the next row.
+  /// Sets the outline level and the height of the next row.
   void openRow(const data::Rows& row, int depth);
   void writeCell(std::uint32_t row, std::size_t column, const data::Rows& rows, int depth);
   void requireRoom() const;
@@ -50,7 +50,7 @@ class Workbook {
   std::unique_ptr<lxw_workbook, Free> book_;
   lxw_worksheet* sheet_ = nullptr;
   std::uint32_t nextRow_ = 0;
-  std::string text_;  ///< the text of the cell at hand
+  std::string text_;  ///< the text of the current cell
 
   lxw_format* heading_ = nullptr;
   lxw_format* code_ = nullptr;

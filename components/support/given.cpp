@@ -25,7 +25,7 @@ bool Given::set(std::string_view member, const data::Value& value) {
 
 data::Providers engines() {
   data::Providers providers;
-  // The chart had its file open before it called a component: one that isn't there now has been lost.
+  // The chart had its file open before it called a component: a missing file has been lost.
   providers.add("SQLite", [](const data::ConnectionText& text) {
     return std::make_unique<engines::sqlite::EmbeddedConnection>(
         text.require("Data Source"), engines::sqlite::TimeOuts{}, std::make_shared<std::atomic<bool>>(true));

@@ -9,19 +9,19 @@
 
 namespace ledgertree::components {
 
-/// What the chart tells every component: who works, and on which database. A component uses nothing else.
+/// What the chart passes to every component: the user and the database. Nothing else is used.
 struct Given {
   std::int32_t UserID = 0;
   std::int32_t PositionID = 0;
   std::int32_t EmployeeID = 0;
   std::string OLEConnectionString;
 
-  /// False for a name that isn't one of these. Throws where the value doesn't fit the member.
+  /// False for an unknown member. Throws if the value doesn't fit the member.
   [[nodiscard]] bool set(std::string_view member, const data::Value& value);
 };
 
-/// The engines that a component can reach. A component works on the database of the chart that calls it, so
-/// none of them makes a database file: one that isn't there fails the first use of its connection.
+/// The engines available to a component. It works on the calling chart's database, so none of them creates a
+/// database file: a missing one fails the connection's first use.
 [[nodiscard]] data::Providers engines();
 
 }  // namespace ledgertree::components

@@ -11,7 +11,7 @@ struct State {
   std::string keeper;
 };
 
-/// Nothing may be thrown through the host.
+/// No exception may pass through the host.
 template <typename Use>
 std::int32_t use(void* state, const Use& procedure) {
   try {

@@ -9,19 +9,19 @@
 #include "ledgertree/component.h"
 #include "shell/outside_components.h"
 
-/// Lets a plug-in be written as classes: a component derives from shell::OutsideComponent, and what it throws
-/// becomes the result that the plug-in's functions give.
+/// Lets a plug-in be written as classes: a component derives from shell::OutsideComponent, and its exceptions
+/// become result codes of the plug-in's functions.
 namespace ledgertree::components {
 
 [[nodiscard]] data::Value fromHost(const LedgerTreeValue& value);
 
-/// Gives a value back to the host; `keeper` holds its text as long as the component lives.
+/// Returns a value to the host; `keeper` holds its text for the component's lifetime.
 void toHost(const data::Value& value, std::string& keeper, LedgerTreeValue& result);
 
-/// Fills the functions of a component with those of a class, and takes the object.
+/// Fills in a component's functions with those of a class, and takes ownership of the object.
 void hand(std::unique_ptr<shell::OutsideComponent> component, LedgerTreeComponent& to);
 
-/// The maker of a component, for the registry.
+/// The factory function of a component, for the registry.
 template <typename Component>
 std::int32_t create(LedgerTreeComponent* to) {
   try {

@@ -27,9 +27,9 @@ bool ChartPage::opened(const Command& command) {
   try {
     command();
   } catch (const std::exception& failure) {
-    // A text for the person: the database can't be reached, or isn't a chart of accounts.
+    // The message is for the user: the database can't be reached, or isn't a chart of accounts.
     QMessageBox::critical(window(), tr("Chart of accounts"), QString::fromUtf8(failure.what()));
   }
-  // What the person may not see the chart has told them itself.
+  // A missing permission has been reported by the chart itself.
   return ledgertree::screenIsOpen();
 }

@@ -4,23 +4,23 @@
 
 #include <QWidget>
 
-/// Who is signed in: what the host knows of the person, and hands to the chart.
+/// Who is signed in: what the host knows of the user and passes to the chart.
 struct Identity {
   std::int16_t user = 0;
   std::int16_t position = 0;
   std::int16_t employee = 0;
 };
 
-/// The chart of accounts as a page of this host. The screen of the chart fills it while it is open. There is
-/// one screen in a process, so a host has one such page.
+/// The chart of accounts as a page of this host. The chart's screen fills it while open. There is one screen
+/// per process, so a host has one such page.
 class ChartPage : public QWidget {
   Q_DISABLE_COPY(ChartPage)
 
  public:
   ChartPage(const QString& connectionText, const Identity& identity, QWidget* parent);
 
-  /// Open the chart for work, or one account to look at; both tell a person of what fails. False where the
-  /// chart isn't open then: the person lacks the permission, or the database can't be reached.
+  /// Open the chart for work, or one account to look at; both report failures to the user. False if the chart
+  /// isn't open afterwards: a missing permission, or a database that can't be reached.
   bool open();
   bool openAccount(int accountID);
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The connection text of an embedded database, which is made with a chart to look at where it isn't there.
+/// The connection text of an embedded database, which is created with a demo chart if it doesn't exist.
 QString connectionTextOf(const QString& file) {
   const QString path = QFileInfo(file).absoluteFilePath();
   if (!QFileInfo::exists(path)) ledgertree::createDemoChart(path.toStdString());
@@ -63,7 +63,7 @@ int main(int argumentCount, char** arguments) {
   try {
     return run(application);
   } catch (const std::exception& failure) {
-    // No window is up yet.
+    // No window is shown yet.
     if (QApplication::platformName() == "offscreen") {
       QTextStream(stderr) << QString::fromUtf8(failure.what()) << '\n';
     } else {

@@ -22,7 +22,7 @@ OfficeWindow::OfficeWindow(QString connectionText, const Identity& identity)
   connect(documents_, &QTabWidget::tabCloseRequested, this, &OfficeWindow::closeTab);
   setCentralWidget(documents_);
   statusBar()->showMessage(tr("Signed in: user %1").arg(identity_.user));
-  // The person left the screen by its own button, Escape or menu: its tab goes too.
+  // The user left the screen by its own button, Escape or menu: its tab closes too.
   ledgertree::onScreenLeft([this] { removePage(); });
 }
 
@@ -77,7 +77,7 @@ void OfficeWindow::closeTab(int index) {
 }
 
 void OfficeWindow::closeEvent(QCloseEvent* event) {
-  // What was typed and not saved isn't thrown away without a question.
+  // Unsaved changes aren't dropped without asking.
   if (page_ != nullptr) documents_->setCurrentWidget(page_);
   event->setAccepted(ledgertree::leaveScreen());
 }

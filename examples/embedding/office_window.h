@@ -6,7 +6,7 @@
 
 class QTabWidget;
 
-/// The window of the host: menus of its own, and documents in tabs, of which the chart of accounts is one.
+/// The host's window: its own menus, and documents in tabs, one of which is the chart of accounts.
 class OfficeWindow : public QMainWindow {
   Q_DISABLE_COPY(OfficeWindow)
 
@@ -22,7 +22,7 @@ class OfficeWindow : public QMainWindow {
  private:
   void fillMenus();
   void askForAccount();
-  /// The page of the chart in front, made where there is none.
+  /// Brings the chart's page to the front, creating it if needed.
   ChartPage& bringUpPage();
   void settle(bool open);
   void removePage();

@@ -1,6 +1,5 @@
-// A host that reacts to everything that a person does to the chart: beside the chart it keeps a diary, and
-// its title tells of unsaved work. With a file and an account it shows that account, prints the diary, and
-// ends.
+// A host that follows what the user does in the chart: it keeps a log next to the chart, and its title shows
+// unsaved work. Given a file and an account, it shows that account, prints the log, and ends.
 
 #include <ledgertree/chart_events.h>
 #include <ledgertree/demo_chart.h>

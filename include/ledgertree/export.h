@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what the library offers; everything else stays inside it.
+/// Marks the symbols that the library exports; everything else stays internal.
 #if !defined(_WIN32)
 #define LEDGERTREE_API __attribute__((visibility("default")))
 #elif defined(LEDGERTREE_IMPORTED)

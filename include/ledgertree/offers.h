@@ -6,29 +6,29 @@
 
 namespace ledgertree {
 
-/// What goes beyond the screens as they are without a word from the host. An offer adds controls, entries and
-/// keys; it moves and renames nothing.
+/// Optional extensions of the screens, off by default. An offer adds controls,
+/// menu items and keys; it moves and renames nothing.
 enum class Offer {
-  /// Commands that work and stand hidden otherwise: the menu "مشاهده" with its button (details shown or not,
+  /// Commands that work but are hidden otherwise: the menu "مشاهده" with its button (details shown or not,
   /// whole codes or short ones in the tree), and the numbering of the second level.
   HiddenCommands,
   /// The export of the chart to a spreadsheet, by the component SheetKit.SheetWriter.
   Export,
-  /// The tree keeps its place where it is read again (behind a save, a deletion, F5 and all else that closes
-  /// it otherwise): what was open is open, and the account on the record is highlighted and in sight.
+  /// The tree keeps its state when it is read again (after a save, a deletion, F5 and everything else that
+  /// would collapse it): what was open stays open, and the record's account stays highlighted and visible.
   KeptPlace,
-  /// A divider between the record and the tree, moved with the mouse or, behind a Tab, by the arrow keys:
-  /// what the tree gets by it the record scrolls over. Where it was put counts for the life of the process.
+  /// A divider between the record and the tree, moved with the mouse or, after a Tab, the arrow keys: the
+  /// record scrolls by as much as the tree gains. Its position lasts until the process ends.
   Divider,
-  /// The menu "راهنما", which opens what F1 opens.
+  /// The menu "راهنما", which opens the same guide as F1.
   Guide,
-  /// What others change becomes visible: a screen that rests asks every few seconds, and reads again what it
-  /// shows; while something is typed, a line tells that somebody else has changed the account.
+  /// Changes by others become visible: an idle screen checks every few seconds, and rereads what it shows;
+  /// during an edit, a line tells that somebody else has changed the account.
   OthersChanges,
-  /// A menu on an account of the tree, by the right button or the menu key: a new account below it, edit,
-  /// delete, its periods, copy its code. And on the title's picker: the account in the tree.
+  /// A context menu on an account of the tree, by right click or the menu key: a new account below it, edit,
+  /// delete, its periods, copy its code. And on the title's picker: find the account in the tree.
   ContextMenu,
-  /// Enter goes to the next field, and with Shift back, where it has no other meaning.
+  /// Enter moves to the next field, Shift+Enter back, where Enter has no other meaning.
   EnterAsTab,
   /// Ahead of a recoding and a deletion in batch a look at what it would do, account by account, and from
   /// there the work itself; ahead of the copying and hiding of a period, how many accounts come, go and stay;
@@ -36,15 +36,15 @@ enum class Offer {
   Preview,
 };
 
-/// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users
-/// calls this ahead of the ClearShow of each.
+/// Turns on exactly these; none are on by default. A host that withholds one from some of its users calls
+/// this before the ClearShow of each.
 ///
-/// It holds for all controls and takes effect when the screen is next opened; a screen that is open stays as
-/// it is. Call it after a desktop was installed (see qt_desktop.h), on the user-interface thread. Throws
+/// Applies to all controls, and takes effect when the screen is next opened; an open screen stays as it is.
+/// Call it after a desktop is installed (see qt_desktop.h), on the user-interface thread. Throws
 /// std::logic_error without a desktop.
 LEDGERTREE_API void offer(const std::set<Offer>& offers);
 
-/// Everything that there is to offer.
+/// All offers.
 LEDGERTREE_API std::set<Offer> everyOffer();
 
 }  // namespace ledgertree

@@ -7,13 +7,13 @@
 
 namespace ledgertree {
 
-/// Draws the screen that is open into PNG files of a folder, which is made if it isn't there, and gives their
-/// paths; the one of an edit is missing where the user may not edit. For a machine without a display. Throws
-/// std::runtime_error where a file can't be written.
+/// Draws the open screen into PNG files in a folder, which is created if missing, and returns their paths;
+/// the picture of an edit is missing if the user may not edit. For machines without a display. Throws
+/// std::runtime_error if a file can't be written.
 [[nodiscard]] LEDGERTREE_API std::vector<std::string> drawScreens(const std::string& folder);
 
-/// The tree of accounts as lines of text, its first levels opened: what a log or a terminal can show of the
-/// screen.
+/// The account tree as lines of text, its first `levels` expanded, for a log or a
+/// terminal.
 [[nodiscard]] LEDGERTREE_API std::string treeAsText(int levels);
 
 }  // namespace ledgertree

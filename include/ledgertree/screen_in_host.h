@@ -9,33 +9,33 @@ class QWidget;
 
 namespace ledgertree {
 
-// What a host needs that has the screen inside a window of its own, as a tab or a page that comes and goes.
-// All of it holds for the one screen that the controls of a process share, belongs to the user-interface
-// thread, and throws std::logic_error before a desktop was installed (see qt_desktop.h).
+// For hosts that show the screen inside their own window, as a tab or a page that comes and goes. Everything
+// here is about the one screen that all controls of a process share, must be called on the user-interface
+// thread, and throws std::logic_error before a desktop is installed (see qt_desktop.h).
 
 /// Where the screen appears when it is next opened: it fills `container`, which may be hidden at that time;
-/// null gives it a window of its own. A screen that is open stays where it is. A container without a layout
-/// gets one. One that is deleted takes the screen off without a question and without a word to
-/// `onScreenLeft`; the next ClearShow or View shows it where it stood, with what was typed.
+/// null gives it its own window. An open screen stays where it is. A container without a layout gets one.
+/// Deleting the container removes the screen without asking and without calling `onScreenLeft`; the next
+/// ClearShow or View restores it with everything typed.
 LEDGERTREE_API void placeScreen(QWidget* container);
 
-/// Whether the screen is up. It isn't after a ClearShow for a user without the permission, or whose load
-/// failed: ClearShow returns normally then.
+/// Whether the screen is open. It isn't after a ClearShow for a user without the permission, or if loading
+/// failed: ClearShow returns normally in both cases.
 [[nodiscard]] LEDGERTREE_API bool screenIsOpen();
 
-/// The account on the record (tblAccount.ID); 0 where the record is blank, or the screen isn't open.
+/// The account shown (tblAccount.ID); 0 if the record is blank, or the screen isn't open.
 [[nodiscard]] LEDGERTREE_API std::int32_t shownAccount();
 
-/// Whether a new account or an edit was begun and is neither saved nor given up.
+/// Whether a new account or an edit is in progress, neither saved nor cancelled.
 [[nodiscard]] LEDGERTREE_API bool hasUnsavedWork();
 
-/// Leaves the screen as its own button for it does: a person in the middle of a new account or an edit is
-/// asked first. True where it is closed then, or was before; false where the person stays, or where the
-/// screen is in the middle of something. A host asks so before it closes its own window.
+/// Leaves the screen as its own button does: a user in the middle of a new account or an edit is asked first.
+/// True if it is closed afterwards, or was before; false if the user stays, or if the screen is busy. A host
+/// calls this before closing its own window.
 [[nodiscard]] LEDGERTREE_API bool leaveScreen();
 
-/// Called from the event loop each time the screen was left, unless it was opened again meanwhile. It may
-/// delete the container, and must not throw. One for the process; an empty one ends it.
+/// Sets the listener called from the event loop each time the screen was left, unless it was reopened
+/// meanwhile. It may delete the container, and must not throw. One per process; an empty one removes it.
 LEDGERTREE_API void onScreenLeft(std::function<void()> listener);
 
 }  // namespace ledgertree

@@ -37,7 +37,7 @@ void AccountDeletion::deleteShownAccount() {
   const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
-  if (shell_.askConfirmNotice(kQuestionTitle, kQuestion) != shell::Answer::Yes) return;
+  if (!shell_.confirms(kQuestionTitle, kQuestion)) return;
   const auto operation = shell_.operation(*gateway, data::OperationKind::DeleteAccount);
   try {
     if (read && read->id == account) gateway->cnMainData.handOver({.account = read});
@@ -62,7 +62,7 @@ void AccountDeletion::showDependants(std::int32_t account) {
   const Dependants found = dependantsOf(*gateway, account);
   const std::string words = inWords(found);
   const auto wants = [&](std::string_view question) {
-    return shell_.askConfirmNotice(kDependants, words + "\n" + std::string(question)) == shell::Answer::Yes;
+    return shell_.confirms(kDependants, words + "\n" + std::string(question));
   };
   if (found.firstChild > 0) {
     if (!wants("نخستين زيرشاخه نمايش داده شود؟")) return;

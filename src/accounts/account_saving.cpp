@@ -260,12 +260,12 @@ bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) 
   const std::string_view lost = lostWithClass(account, way, screen_.settings);
   if (lost.empty()) return true;
   const std::uint32_t turn = screen_.RecordTurn;
-  const auto answer =
-      shell_.askConfirmNotice("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
-                                              " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
-                                              " اين حساب از ميان ميرود. آيا ثبت شود؟");
+  const bool confirmed =
+      shell_.confirms("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
+                                      " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
+                                      " اين حساب از ميان ميرود. آيا ثبت شود؟");
   // The host may have put another account on the screen meanwhile.
-  if (answer == shell::Answer::Yes && screen_.RecordTurn == turn) return true;
+  if (confirmed && screen_.RecordTurn == turn) return true;
   screen_.sltEntityType.focus();
   return false;
 }

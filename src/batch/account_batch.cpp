@@ -73,7 +73,7 @@ void frmAccountBatch::lookAhead() {
 }
 
 void frmAccountBatch::deleteBelow(const Branch* seen) {
-  if (shell_.askConfirmNotice("حذف دسته اي", "آيا مطمئن هستيد؟") != shell::Answer::Yes) return;
+  if (!shell_.confirms("حذف دسته اي", "آيا مطمئن هستيد؟")) return;
   ChangedFlag = true;
   const std::string below =
       "Select ChildID From tblAccountParent Where ID = " + std::to_string(sltParent.AccountID());

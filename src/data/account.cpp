@@ -8,7 +8,7 @@
 namespace ledgertree::data {
 namespace {
 
-/// A text has a width, and nothing else has one; what an edit can change, a new account can have.
+/// Only texts have a width; what an update can change, an insert can set.
 constexpr bool isComplete(const AccountField& field) {
   const bool isText = field.type() == ParameterType::Text;
   for (const int taken : {field.insert, field.update})
@@ -33,7 +33,7 @@ Value valueIn(const std::optional<Kind>& held) {
   return held ? Value(*held) : Value();
 }
 
-/// A reference as the fields of the screen hold it: -1 for none.
+/// A reference as the screen's fields hold it: -1 for none.
 std::int32_t referenceIn(const Value& stored) { return toNumber(stored.toText()).asInt32(); }
 
 void read(Account& account, std::int32_t Account::*member, const Value& stored) {
@@ -54,8 +54,8 @@ void read(Account& account, std::optional<DateTime> Account::*member, const Valu
   try {
     if (!stored.isNull()) account.*member = stored.toDateTime();
   } catch (const std::invalid_argument&) {
-    // A day in another spelling, as other programs leave it in a file, keeps nobody from the account: no
-    // field shows it, and no edit writes it.
+    // A date in another format, as other programs leave it in a file, mustn't block the account: no field
+    // shows it, and no edit writes it.
   }
 }
 

@@ -15,7 +15,7 @@ namespace ledgertree::data {
 class RecordHandle;
 class Rows;
 
-/// What a person hears who works on an account that has no row any more.
+/// What the user is told when the account being worked on no longer exists.
 inline constexpr const char* kAccountIsGone =
     "اين حساب ديگر وجود ندارد؛ شايد کاربر ديگري آن را حذف کرده باشد. درخت حسابها را دوباره بخوانيد.";
 
@@ -26,10 +26,10 @@ struct AccountRelation {
   bool operator==(const AccountRelation&) const = default;
 };
 
-/// An account, one value: the record shows it, the screen is read into it, the checks of a save look at it,
-/// and the procedures write it. A number below 1 stands for no parent, group, branch or position.
+/// An account as one value: the record shows it, the screen is read into it, a save validates it, and the
+/// procedures write it. A number below 1 means no parent, group, branch or position.
 struct Account {
-  std::int32_t id = -1;  ///< -1: it has no row yet
+  std::int32_t id = -1;  ///< -1: not stored yet
   std::int32_t parentID = -1;
   std::string code = {};  ///< the whole code
   std::string title = {};
@@ -39,13 +39,13 @@ struct Account {
   std::optional<DateTime> createDate = {};
   std::string farsiCreateDate = {};  ///< the same day, "yyyy/mm/dd"
   std::string notes = {};
-  // The choices, as they are stored: any other number, as -1 for null, is none.
+  // The choices as stored: any other number, as -1 for null, means none.
   std::int64_t accountNatureID = 0;  ///< 0 debit, 1 credit, 2 both
   std::int64_t isPermanent = 0;      ///< 0 temporary, 1 permanent
   std::int64_t isClosed = 0;         ///< 0 open, 1 closed
   std::optional<Money> maxDebit = {};
   std::optional<Money> maxCredit = {};
-  /// Nothing where the account has no relation at all. It has a procedure of its own.
+  /// Nothing if the account has no relation. Written by a procedure of its own.
   std::optional<AccountRelation> relation = {};
 
   bool operator==(const Account&) const = default;
@@ -61,12 +61,15 @@ enum class AccountCall { Insert, Update };
 inline constexpr int kNotTaken = -1;
 inline constexpr int kTaken = 0;
 
-/// A column of an account, and the parameter through which the procedures write it.
+/// The longest code, in characters.
+inline constexpr int kCodeLength = 20;
+
+/// A column of an account, and the procedure parameter that writes it.
 struct AccountField {
   std::string_view column;     ///< of tblAccount and of vwAccount
   std::string_view parameter;  ///< "@Title"
   AccountMember member;
-  // How each procedure takes it: kNotTaken, kTaken, or a text's greatest number of characters.
+  // Per procedure: kNotTaken, kTaken, or the maximum length of a text in characters.
   int insert;
   int update;
   bool noneIsNull = false;  ///< a number below 1 is stored as null
@@ -81,12 +84,12 @@ struct AccountField {
   }
 };
 
-/// All that is stored of an account but for its relation. Each procedure has the parameters that it takes, in
-/// this order; the parent stands twice, since the two have it at different places. From here come the calls,
-/// the catalogue, the statements of the embedded engine, and what is read of a row; the tests hold the
-/// scripts of both databases against it.
+/// Everything stored of an account except its relation. Each procedure takes its parameters in this order;
+/// the parent is listed twice, since its position differs between the two. The calls, the catalogue, the
+/// embedded engine's statements and the reading of rows are derived from this table; the tests compare the
+/// scripts of both databases with it.
 ///
-/// What isn't here is stored nowhere. See "To add a field" in docs/architecture.md.
+/// Fields not listed here aren't stored. See "To add a field" in docs/architecture.md.
 // clang-format off
 inline constexpr AccountField kAccountFields[] = {
     // the column,      its parameter,      the member,                an insert, an update, none is null
@@ -99,7 +102,7 @@ inline constexpr AccountField kAccountFields[] = {
     {"AccountNatureID", "@AccountNatureID", &Account::accountNatureID, kTaken,    kTaken},
     {"ParentID",        "@ParentID",        &Account::parentID,        kTaken,    kNotTaken, true},
     {"Title",           "@Title",           &Account::title,           50,        100},
-    {"Code",            "@Code",            &Account::code,            20,        20},
+    {"Code",            "@Code",            &Account::code,            kCodeLength, kCodeLength},
     {"IsClosed",        "@IsClosed",        &Account::isClosed,        kTaken,    kTaken},
     {"BranchID",        "@ContractID",      &Account::branchID,        kTaken,    kTaken},
     {"PositionID",      "@PositionID",      &Account::positionID,      kTaken,    kTaken},
@@ -109,7 +112,7 @@ inline constexpr AccountField kAccountFields[] = {
 };
 // clang-format on
 
-/// The place of the parameter by which a procedure takes a member, counted from 1; 0 where it doesn't.
+/// The 1-based index of the parameter through which a procedure takes a member; 0 if it doesn't.
 [[nodiscard]] constexpr int placeOf(AccountCall call, const AccountMember& member) {
   int place = 0;
   for (const AccountField& field : kAccountFields) {
@@ -120,24 +123,24 @@ inline constexpr AccountField kAccountFields[] = {
   return 0;
 }
 
-/// The greatest number of characters of a text that a procedure takes.
+/// The maximum length in characters of a text that a procedure takes.
 [[nodiscard]] constexpr int widthOf(AccountCall call, const AccountMember& member) {
   for (const AccountField& field : kAccountFields)
     if (field.member == member && field.by(call) != kNotTaken) return field.by(call);
   return 0;
 }
 
-/// A member as a parameter gets it: null where it is empty.
+/// A member as a parameter value: null if it is empty.
 [[nodiscard]] Value valueOf(const Account& account, const AccountMember& member);
 
-/// The values of a call, in the order of its parameters.
+/// The values of a call, in parameter order.
 [[nodiscard]] std::vector<Value> argumentsOf(const Account& account, AccountCall call);
 
-/// The account in the current row of a handle on vwAccount, without its relation: null is empty text, and -1
-/// as a number. Throws std::range_error for a reference past 32 bits and for an amount past those of money,
-/// and std::invalid_argument for a date that is none.
+/// The account in the current row of a handle on vwAccount, without its relation: null becomes empty text, or
+/// -1 as a number. Throws std::range_error for a reference past 32 bits and for an amount past those of
+/// money, and std::invalid_argument for an invalid date.
 [[nodiscard]] Account accountIn(const RecordHandle& row);
-/// The same of the first row of an answer, which has to be there.
+/// The same from the first row of a result, which must not be empty.
 [[nodiscard]] Account accountIn(const Rows& rows);
 /// The relation in the current row of a handle on tblAccountRelatedObjects. Throws as accountIn does.
 [[nodiscard]] AccountRelation relationIn(const RecordHandle& row);

@@ -8,7 +8,7 @@
 namespace ledgertree::data {
 namespace {
 
-/// Whoever asks such a server again at once waits as long again.
+/// After such a failure, the next command would wait as long again.
 bool hasLostServer(const std::exception_ptr& failure) {
   try {
     std::rethrow_exception(failure);
@@ -70,7 +70,7 @@ std::optional<Answer> MainConnection::answer(const Command& command) {
   };
   for (Ahead* const block : ahead_)
     if (auto* const asked = block->find(command, Ahead::State::Answered)) return give(*asked);
-  // The outer blocks know more of what comes.
+  // Outer blocks know more of what will follow.
   for (Ahead* const block : ahead_) {
     auto* const asked = block->find(command, Ahead::State::Waiting);
     if (asked == nullptr) continue;

@@ -9,17 +9,17 @@
 
 namespace ledgertree::data {
 
-/// The commands that a block is about to give to the gateway, in their order, as far as it knows them
-/// beforehand. Where an answer takes long, the first of them that is given takes those behind it along, and
-/// they are answered from that packet when they are given; elsewhere this does nothing.
+/// Announces the commands that a block is about to give to the gateway, in order, as far as they are known
+/// beforehand. On a remote connection, the first of them to be given is sent together with the following
+/// ones, which are then answered from that packet; on a local one this does nothing.
 ///
-/// Nothing else changes by it: each command is still given on its handle, in its turn, letter by letter; one
-/// that failed in the packet fails then, and those behind it go together once more, or fail in the same way
-/// where the server didn't answer. But a command may run that isn't given in the end, so that only what
-/// writes nothing stands here. Any command that writes makes the answers void, and what is then given is
-/// asked anew.
+/// Nothing else changes: each command is still given on its handle, in its turn, letter by letter; one
+/// that failed in the packet fails then, and those after it are sent together once more, or fail in the
+/// same way if the server didn't answer. But a command may run that is never given, so only read-only
+/// commands may be announced. Any writing command discards the answers, and what is given afterwards is
+/// sent again.
 ///
-/// Blocks may nest; a command that an outer block has an answer to isn't asked again for the inner one.
+/// Blocks may nest; a command already answered for an outer block isn't sent again for the inner one.
 class Ahead {
  public:
   /// `connection` outlives the block.
@@ -36,16 +36,16 @@ class Ahead {
     Command command;
     State state = State::Waiting;
     Answer answer = {};
-    std::exception_ptr failure = nullptr;  ///< in the place of the answer
+    std::exception_ptr failure = nullptr;  ///< instead of an answer
   };
 
   [[nodiscard]] Asked* find(const Command& command, State state);
-  /// Sends what waits from this command on.
+  /// Sends the pending commands from this one on.
   void send(const Asked& first);
 
   MainConnection& connection_;
   std::vector<Asked> commands_;
-  std::size_t given_ = 0;  ///< how many at the beginning were given
+  std::size_t given_ = 0;  ///< how many have been given, from the front
 };
 
 }  // namespace ledgertree::data

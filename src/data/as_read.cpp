@@ -8,7 +8,7 @@
 namespace ledgertree::data {
 namespace {
 
-// The procedures of SQL Server say the same.
+// SQL Server's procedures use the same texts.
 constexpr const char* kTellAccount =
     "اين حساب را پس از آن که خوانده شد کاربر ديگري تغيير داده است و اين تغيير ثبت نشد. حساب را دوباره "
     "بخوانيد.";

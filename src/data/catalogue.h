@@ -12,17 +12,17 @@ enum class ParameterType { Int, Money, DateTime, Text };
 struct Parameter {
   std::string_view name;  ///< "@Title"
   ParameterType type;
-  int width = 0;  ///< for Text: the greatest number of characters
+  int width = 0;  ///< for Text: the maximum length in characters
 };
 
-/// A stored procedure of the database: called as "{? = CALL name( ?, ?) }", it gives a 32-bit return value.
+/// A stored procedure of the database, called as "{? = CALL name( ?, ?) }"; it returns a 32-bit integer.
 struct Procedure {
   std::string_view name;
   std::span<const Parameter> parameters;
   bool onlyReads = false;
 };
 
-/// The six procedures that the system calls. What their results mean stands at the operations of DtEn.
+/// The six procedures that the system calls. DtEn's operations document their results.
 namespace procedures {
 extern const Procedure spTarvoHasPermission;
 extern const Procedure spAccountGetCurrentUserPeriod;
@@ -32,10 +32,10 @@ extern const Procedure spAccountInsertRelatedObject;
 extern const Procedure spAccountDeleteAccount;
 }  // namespace procedures
 
-/// What every engine asks before it calls a procedure. Throws DataError: Reason::TooLong, naming the
-/// parameter, for a text with more characters than its parameter takes; Reason::Misuse for a wrong number of
-/// values, a value of a type that the parameter can't take (NULL fits all), a whole number past 32 bits, or
-/// text that isn't clean (see characters.h).
+/// Every engine calls this before it calls a procedure. Throws DataError: Reason::TooLong, naming the
+/// parameter, for a text that is too long for its parameter; Reason::Misuse for a wrong number of values, a
+/// value of a type that the parameter can't take (NULL fits all), a whole number past 32 bits, or text that
+/// isn't clean (see characters.h).
 void checkArguments(const Procedure& procedure, std::span<const Value> values);
 
 }  // namespace ledgertree::data

@@ -12,8 +12,8 @@
 namespace ledgertree::data {
 namespace {
 
-/// A provider as it may stand in a message. A value that is no plain name isn't shown: a quote in the wrong
-/// place of a connection text makes its password a part of any value.
+/// A provider name for a message. Anything but a plain name is hidden: with a misplaced quote in the
+/// connection text, any value may contain the password.
 std::string shownName(const std::string& provider) {
   constexpr std::string_view kPlain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_.";
   const bool plain = provider.size() <= 40 && provider.find_first_not_of(kPlain) == std::string::npos;

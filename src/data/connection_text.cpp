@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/data_error.h"
+#include "data/quote_text.h"
 #include "text/characters.h"
 
 namespace ledgertree::data {
@@ -16,7 +17,7 @@ std::string_view withoutSpaceAtEnds(std::string_view text) {
   return text;
 }
 
-/// A key as it compares: no space at its ends, one blank for each run of spaces inside.
+/// A key as it is compared: trimmed, with each run of spaces inside reduced to one.
 std::string tidyKey(std::string_view key) {
   std::string tidy;
   for (const char letter : withoutSpaceAtEnds(key)) {
@@ -33,13 +34,13 @@ std::string tidyKey(std::string_view key) {
   throw DataError(DataError::Reason::Connection, 0, message);
 }
 
-/// Walks over a connection text and takes its parts off. What it says in an error is a place, never a piece
-/// of the text: where the text is malformed, a password may stand anywhere.
+/// Parses a connection text part by part. Its errors tell a position, never a piece of the text: in a
+/// malformed text, a password may be anywhere.
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
 
-  /// Goes to the next pair; false at the end. Empty pairs (";;") are passed over.
+  /// Advances to the next pair; false at the end. Empty pairs (";;") are skipped.
   bool nextPair() {
     while (!atEnd() && (isSpace(text_[place_]) || text_[place_] == ';')) ++place_;
     return !atEnd();
@@ -161,18 +162,13 @@ bool sameDatabase(std::string_view text, std::string_view other) {
 }
 
 std::string quoteConnectionValue(std::string_view value) {
-  // A "=" at the start would stand behind the key's own, and the two would read as a letter of the key.
+  // A leading "=" would follow the key's own, and the two would be read as a letter of the key.
   const bool plain = value.find_first_of(";\"'") == std::string_view::npos && !value.starts_with('=') &&
                      withoutSpaceAtEnds(value) == value;
   if (plain) return std::string(value);
-  // The quote that the value doesn't hold keeps it readable; doubling is only needed where it holds both.
+  // Prefers the quote that the value doesn't contain; doubling is only needed if it contains both.
   const char quote = value.find('"') == std::string_view::npos ? '"' : '\'';
-  std::string quoted(1, quote);
-  for (const char letter : value) {
-    if (letter == quote) quoted += quote;
-    quoted += letter;
-  }
-  return quoted += quote;
+  return quoted(value, quote, quote);
 }
 
 }  // namespace ledgertree::data

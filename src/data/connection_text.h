@@ -8,23 +8,23 @@
 
 namespace ledgertree::data {
 
-/// An OLE DB connection text, taken apart: "Provider=SQLite;Data Source=/srv/books.db".
+/// A parsed OLE DB connection text: "Provider=SQLite;Data Source=/srv/books.db".
 ///
-/// Keys compare without regard to letter case and to blanks around and inside them being doubled; the last of
-/// several equal keys counts. A value may stand in double or single quotes, in which the quote is written
-/// twice; unquoted values lose the blanks at their ends. An empty value is a value. "==" inside a key stands
-/// for "=".
+/// Keys are compared ignoring letter case, surrounding blanks and repeated blanks inside; of
+/// equal keys the last one counts. A value may be in double or single quotes, with the quote
+/// inside doubled; unquoted values are trimmed. An empty value is a value. "==" inside a key
+/// means "=".
 class ConnectionText {
  public:
-  /// Throws DataError(Reason::Connection) that says at which character the text is malformed and never
-  /// repeats a value: a key without "=", an empty key, a quote without its end, text behind a closing quote,
-  /// a NUL.
+  /// Throws DataError(Reason::Connection) naming the character position of the error, never repeating
+  /// a value: a key without "=", an empty key, an unterminated quote, text after a closing quote, a
+  /// NUL.
   explicit ConnectionText(std::string_view text);
 
-  /// The value of a key; nothing where the key isn't there.
+  /// The value of a key; nothing if the key is missing.
   [[nodiscard]] std::optional<std::string> find(std::string_view key) const;
-  /// The value of a key that has to be there and not be empty; throws DataError(Reason::Connection) naming
-  /// the key.
+  /// The value of a key that must be present and not empty;
+  /// throws DataError(Reason::Connection) naming the key.
   [[nodiscard]] std::string require(std::string_view key) const;
   /// The provider without its version: "SQLOLEDB" for "SQLOLEDB.1".
   [[nodiscard]] std::string provider() const;
@@ -35,11 +35,11 @@ class ConnectionText {
   std::vector<std::pair<std::string, std::string>> pairs_;
 };
 
-/// Whether two texts lead to the same database for certain: they are equal, or hold the same values under the
-/// same keys.
+/// Whether two texts certainly lead to the same database: they are
+/// equal, or have the same values under the same keys.
 [[nodiscard]] bool sameDatabase(std::string_view text, std::string_view other);
 
-/// A value as it has to stand in a connection text: quoted where it needs quotes.
+/// A value for use in a connection text, quoted if necessary.
 [[nodiscard]] std::string quoteConnectionValue(std::string_view value);
 
 }  // namespace ledgertree::data

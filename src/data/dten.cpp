@@ -21,7 +21,7 @@ void MainConnection::ConnectionString(std::string text) {
   forgetAnswers();
   connection_.reset();
   text_ = std::move(text);
-  // Its number was one of the other database.
+  // Its number belonged to the previous database.
   if (operation_) operation_->number = 0;
 }
 
@@ -69,7 +69,7 @@ void RecordHandle::Close() {
 std::int32_t RecordHandle::RecordCount() const {
   requireOpen("RecordCount");
   if (rows_->count() > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-    misuse(name_, "more rows than a count of 32 bits tells");
+    misuse(name_, "more rows than a 32-bit count can hold");
   }
   return static_cast<std::int32_t>(rows_->count());
 }

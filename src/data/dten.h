@@ -21,65 +21,65 @@ namespace ledgertree::data {
 class Ahead;
 struct Operation;
 
-/// The connection of the gateway: a connection text, and behind it a Connection that opens at the first
-/// command. A text that opens nothing fails each command anew; nothing is remembered of the attempt.
+/// The gateway's connection: a connection text, and a Connection for it that opens at the first command. An
+/// invalid text fails each command again; the failed attempt isn't remembered.
 class MainConnection {
  public:
-  /// Makes a connection for a connection text; it opens nothing.
+  /// Creates a connection for a connection text, without opening it.
   using Make = std::function<std::unique_ptr<Connection>(std::string_view text)>;
   explicit MainConnection(Make make) : make_(std::move(make)) {}
 
   [[nodiscard]] const std::string& ConnectionString() const { return text_; }
-  /// Takes effect at the next command: an open connection is closed. Rows that a handle holds stay readable.
+  /// Takes effect at the next command: an open connection is closed. Rows in a handle stay readable.
   void ConnectionString(std::string text);
-  /// Runs a statement and gives nothing of it to the caller.
+  /// Runs a statement and ignores its rows.
   void Execute(std::string_view statement) { static_cast<void>(run(statement)); }
-  /// Runs writing statements in their order up to the first that fails; where an answer takes long they go
-  /// together. Throws nothing of the statements.
+  /// Runs writing statements in order up to the first that fails, in one packet on a remote connection.
+  /// Throws nothing on behalf of the statements.
   [[nodiscard]] Answers Execute(std::span<const std::string> statements);
-  /// How many statements of a long series are to be executed at a time, so that they are one question.
-  [[nodiscard]] std::size_t together() { return port().answersLate() ? kMostTogether : 1; }
+  /// How many statements of a long series to execute per packet.
+  [[nodiscard]] std::size_t together() { return port().isRemote() ? kMostTogether : 1; }
 
-  // For the handles and procedures of DtEn: what was asked ahead is answered by that.
+  // For the handles and procedures of DtEn: served from announced commands where possible.
   [[nodiscard]] std::optional<Rows> run(std::string_view statement);
   [[nodiscard]] std::int32_t call(const Procedure& procedure, std::span<const Value> values);
-  /// What a selector asks that has a connection of its own, with that connection's text: the rows where the
-  /// statement stands in a block ahead on the same database, else nothing, and the selector asks itself.
+  /// For a selector with its own connection: the rows of a statement that an Ahead block on the same database
+  /// has announced; nothing otherwise, and the selector asks itself. `connectionText` is the selector's.
   [[nodiscard]] std::optional<Rows> askedAhead(std::string_view connectionText, std::string_view statement);
-  /// What the next command is compared with; see Connection::handOver.
+  /// What the next command is checked against; see Connection::handOver.
   void handOver(const AsRead& read) { port().handOver(read); }
 
-  /// The connection behind, opened if need be. For walks over many rows.
+  /// The underlying connection, opened if necessary. For walks over many rows.
   [[nodiscard]] Connection& port();
 
-  /// As Connection::takeBack; what was asked ahead is void.
+  /// As Connection::takeBack; discards announced answers.
   [[nodiscard]] Rows takeBack(std::int64_t operation);
 
  private:
   friend class Ahead;
   friend class OperationBlock;
 
-  [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().answersLate(); }
+  [[nodiscard]] bool asksAhead() { return !ahead_.empty() && port().isRemote(); }
   [[nodiscard]] std::optional<Answer> answer(const Command& command);
   void forgetAnswers();
 
   Make make_;
   std::string text_;
   std::unique_ptr<Connection> connection_;
-  std::shared_ptr<Operation> operation_;  ///< what the commands belong to; null: nothing
-  std::vector<Ahead*> ahead_;             ///< the blocks that run, the innermost last
+  std::shared_ptr<Operation> operation_;  ///< the operation that commands belong to; null: none
+  std::vector<Ahead*> ahead_;             ///< the active blocks, innermost last
 };
 
-/// A named recordset handle: one object for the life of its DtEn, with one position.
+/// A named recordset handle: one object for the lifetime of its DtEn, with one cursor.
 ///
-/// The machine: a handle is closed; Open with a statement that returns rows makes it open, on the first row
-/// or, where there is none, past the last; MoveNext goes on until Eof. Open with a statement that returns no
-/// rows leaves it closed. All rows are read by Open, so RecordCount is exact at once and the handle holds no
+/// States: a handle starts closed; Open with a statement that returns rows opens it, on the first row or,
+/// if there is none, past the last; MoveNext advances until Eof. Open with a statement that returns no
+/// rows leaves it closed. Open reads all rows, so RecordCount is exact at once and the handle holds no
 /// lock.
 ///
-/// Misuse throws DataError(Reason::Misuse) that names the handle: Open on an open handle; Close, RecordCount,
-/// Eof or a move on a closed one; Fields anywhere but on a row; MoveNext past the last row. MoveFirst without
-/// rows stays past the last one. An Open that fails leaves the handle closed.
+/// Misuse throws DataError(Reason::Misuse) naming the handle: Open on an open handle; Close, RecordCount, Eof
+/// or a move on a closed one; Fields when not on a row; MoveNext past the last row. MoveFirst without rows
+/// stays past the end. A failed Open leaves the handle closed.
 class RecordHandle {
  public:
   RecordHandle(MainConnection& connection, std::string name, std::string declaredStatement)
@@ -87,7 +87,7 @@ class RecordHandle {
   RecordHandle(const RecordHandle&) = delete;
   RecordHandle& operator=(const RecordHandle&) = delete;
 
-  /// The statement of the next Open() without one.
+  /// The statement for the next Open() without an argument.
   void Source(std::string statement) { source_ = std::move(statement); }
   void Open() { Open(std::string_view(source_)); }
   void Open(std::string_view statement);
@@ -99,11 +99,11 @@ class RecordHandle {
   [[nodiscard]] bool Eof() const;
   void MoveFirst();
   void MoveNext();
-  /// The value of a column of the current row, by name in any letter case. An unknown name throws an error
-  /// that names it, the handle and the columns that there are.
+  /// The value of a column in the current row, by name in any letter case. An unknown name throws an error
+  /// that names it, the handle and the available columns.
   [[nodiscard]] Value Fields(std::string_view column) const;
-  /// For a walk over many rows, which looks for each column once: the place of a column, what stands there in
-  /// the current row, and that as a text, or behind one.
+  /// For walks over many rows, which look up each column once: the index of a column, its value in the
+  /// current row, and that as text, or appended to one.
   [[nodiscard]] std::size_t Column(std::string_view column) const;
   [[nodiscard]] Value Fields(std::size_t place) const;
   [[nodiscard]] std::string Text(std::size_t place) const;
@@ -122,17 +122,17 @@ class RecordHandle {
   std::size_t row_ = 0;
 };
 
-/// Opens a handle for the length of a block, and closes it on every path out of the block.
+/// Opens a handle for the length of a block, and closes it however the block is left.
 class OpenRows {
  public:
   OpenRows(RecordHandle& handle, std::string_view statement) : handle_(handle) { handle_.Open(statement); }
-  /// Opens the statement that stands in the handle's Source.
+  /// Opens the handle's Source statement.
   explicit OpenRows(RecordHandle& handle) : handle_(handle) { handle_.Open(); }
   OpenRows(const OpenRows&) = delete;
   OpenRows& operator=(const OpenRows&) = delete;
   ~OpenRows() { close(); }
 
-  /// Closes before the end of the block; a second call does nothing.
+  /// Closes before the end of the block; calling it again does nothing.
   void close() {
     if (handle_.State() != 0) handle_.Close();
   }
@@ -143,15 +143,15 @@ class OpenRows {
   RecordHandle& handle_;
 };
 
-/// The one gateway to the database. Every screen goes through it; only selectors and pickers have connections
-/// of their own.
+/// The single gateway to the database. Every screen uses it; only
+/// selectors and pickers have their own connections.
 ///
-/// It throws what its Connection throws, and handles no failure of its own. Whoever uses it holds it by
-/// std::shared_ptr, so that a gateway that is replaced in the middle of an operation lives until the
+/// It throws what its Connection throws, and handles no failures itself. Hold it by
+/// std::shared_ptr, so that a gateway replaced in the middle of an operation lives until the
 /// operation ends.
 ///
-/// The handles stand for the text commands of the catalogue; what each is used for stands beside it. None of
-/// them ever opens the statement that it was declared with.
+/// One handle per text command of the catalogue; each one's use is beside it. The statements they are
+/// declared with are never opened.
 class DtEn {
  public:
   explicit DtEn(MainConnection::Make make);
@@ -180,20 +180,20 @@ class DtEn {
   RecordHandle rssqlViewTrans;           ///< the document test of batch deletion
   RecordHandle rssqlvwAccount;           ///< one account and its related object
 
-  /// All of them, for a test that asks whether everything was closed.
+  /// All handles, for a test that checks that they are closed.
   [[nodiscard]] std::vector<RecordHandle*> handles();
 
-  /// Not 0: the user has the right. 0: refused.
+  /// Not 0: permitted. 0: refused.
   std::int32_t spTarvoHasPermission(std::int32_t userID, std::int32_t formPermissionID);
   /// The ID of the user's current period in tblAccountPeriod.
   std::int32_t spAccountGetCurrentUserPeriod(std::int32_t userID);
 
-  /// The new account's ID, 1 or more. Below 1: nothing was inserted, because the code exists. The account's
-  /// own ID counts for nothing.
+  /// The new account's ID, 1 or more. Below 1: nothing was inserted, because the code exists. The given
+  /// account's own ID is ignored.
   std::int32_t spAccountInsertAccount(const Account& account);
-  /// Not 0: done. 0: nothing changed, because another account has the code. The day of creation stays.
+  /// Not 0: done. 0: nothing changed, because another account has the code. The creation date stays.
   std::int32_t spAccountUpdateAccounts(const Account& account);
-  /// Leaves the account with the one relation given; -1 stands for none.
+  /// Replaces the account's relation by the one given; -1 means none.
   std::int32_t spAccountInsertRelatedObject(std::int32_t accountID, std::int32_t accountGroupID,
                                             std::int32_t relatedClassID, std::int32_t relatedObjectID);
   /// Not 0: deleted. 0: refused because of a dependency.

@@ -11,15 +11,15 @@
 namespace ledgertree::data {
 namespace {
 
-/// A number as it was written: 0.d1d2d3… times 10 to the power of `point`. Without digits it is 0; else d1
-/// isn't 0.
+/// A parsed decimal number: 0.d1d2d3… times 10 to the power of
+/// `point`. Without digits it is 0; otherwise d1 isn't 0.
 struct Decimal {
   bool negative = false;
   std::string digits;
   std::int64_t point = 0;
 };
 
-/// Walks over a text without its white space.
+/// Scans a text, skipping its white space.
 class Scanner {
  public:
   explicit Scanner(std::string_view text) : text_(text) { skip(); }
@@ -32,13 +32,13 @@ class Scanner {
     skip();
     return letter;
   }
-  /// Takes one of the letters if it stands here.
+  /// Consumes one of the letters if it comes next.
   bool take(std::string_view letters) {
     if (peek() == '\0' || letters.find(peek()) == std::string_view::npos) return false;
     next();
     return true;
   }
-  /// Takes a sign if one stands here: true for "-".
+  /// Consumes a sign if one comes next: true for "-".
   bool takeMinus() {
     const bool minus = peek() == '-';
     take("+-");
@@ -52,11 +52,11 @@ class Scanner {
   std::size_t place_ = 0;
 };
 
-/// The exponent that stands here; 0 where there is none.
+/// The exponent that comes next; 0 if there is none.
 std::int64_t readExponent(Scanner scanner) {
   if (!scanner.take("eEdD")) return 0;
   const bool negative = scanner.takeMinus();
-  // Past any number of digits that a text in memory can have, so that the two can still cancel each other.
+  // More digits than any text in memory can have, so that exponent and digits can still cancel out.
   constexpr std::int64_t kEnough = 1'000'000'000'000;
   std::int64_t exponent = 0;
   while (scanner.onDigit()) exponent = std::min(exponent * 10 + (scanner.next() - '0'), kEnough);
@@ -89,7 +89,7 @@ Decimal readDecimal(std::string_view text) {
   throw std::range_error("عدد " + number + " در محدوده مجاز نيست. عدد ديگري وارد کنيد.");
 }
 
-/// Nothing where the number is past the range of a double. One that is too small for a double is 0.
+/// Nothing if the number is out of a double's range. Too small a number becomes 0.
 std::optional<double> nearestDouble(const Decimal& number) {
   constexpr std::int64_t kDecades = 400;
   if (number.digits.empty() || number.point < -kDecades) return 0.0;

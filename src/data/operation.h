@@ -7,15 +7,15 @@ namespace ledgertree::data {
 
 class MainConnection;
 
-/// What a change of the chart belongs to, as the memory of the chart keeps it (tblAccountOperation.Kind).
-/// The numbers stand in databases: a new one comes behind the others.
+/// The kind of operation that a change belongs to, as the memory of the chart keeps it
+/// (tblAccountOperation.Kind). The numbers are stored in databases: append new ones at the end.
 enum class OperationKind : std::int32_t {
-  Other = 0,  ///< another program, or nobody said: the user is unknown
+  Other = 0,  ///< another program, or unspecified: the user is unknown
   NewAccount = 1,
   EditAccount = 2,
   DeleteAccount = 3,
   Recode = 4,
-  CopyToDescendants = 5,  ///< the nature or the type of an account, given to all below it
+  CopyToDescendants = 5,  ///< an account's nature or type, applied to its descendants
   DeleteInBatch = 6,
   CopyPeriod = 7,
   HidePeriod = 8,
@@ -25,38 +25,38 @@ enum class OperationKind : std::int32_t {
   TakeBack = 12,
 };
 
-/// Who changes the chart, and in the course of what. Its commands are kept under one number.
+/// Who changes the chart, and in which operation. Its commands are kept under one number.
 struct Operation {
   OperationKind kind = OperationKind::Other;
   std::int32_t userID = 0;
   std::int64_t takesBack = 0;  ///< the number of the operation that is taken back; 0: none
-  /// Its number in tblAccountOperation; 0 until a command of it has changed something that is kept.
+  /// Its number in tblAccountOperation; 0 until one of its commands has changed something that is kept.
   std::int64_t number = 0;
 };
 
-/// What a person hears who would take something back where the chart has no memory.
+/// What the user is told on an attempt to take something back when the chart has no memory.
 inline constexpr const char* kNothingIsKept =
     "سابقه حسابها در اين پايگاه داده نگهداري نميشود. از مدير پايگاه داده بخواهيد آن را با ledgertree-schema "
     "--history on روشن نمايد.";
 
-/// Why an operation can't be taken back, by account.
+/// Why an operation can't be taken back, per account.
 enum class Obstacle : std::int32_t {
-  Changed = 1,       ///< another value, row or relation than the operation left
-  Gone = 2,          ///< the account has no row any more
-  There = 3,         ///< an account of its ID has a row again
-  ParentGone = 4,    ///< the parent that it had has no row any more
+  Changed = 1,       ///< a value, row or relation differs from what the operation left
+  Gone = 2,          ///< the account was deleted
+  There = 3,         ///< an account with its ID exists again
+  ParentGone = 4,    ///< its former parent was deleted
   CodeTaken = 5,     ///< another account got the code meanwhile
   HasDocuments = 6,  ///< a document was posted to the account
-  HasChildren = 7,   ///< accounts were put below it
-  HasRelations = 8,  ///< it was given periods, relations, classes or objects
-  Renumbered = 9,    ///< the operation, of another program, gave it another ID
+  HasChildren = 7,   ///< it got children
+  HasRelations = 8,  ///< it got periods, relations, classes or objects
+  Renumbered = 9,    ///< another program's operation, which changed the ID
   IsCut = 10,        ///< the memory of the operation was shortened; no account
   Unknown = 11,      ///< there is no such operation; no account
   Rule = 12,         ///< a rule of the database refused the account as it was
 };
 
-/// For the length of a block the commands of the gateway belong to one operation. Within another block of the
-/// kind they belong to that: whoever begins first says what is done.
+/// Within the block, the gateway's commands belong to one operation. A block
+/// nested in another one joins the outer operation.
 class OperationBlock {
  public:
   /// `connection` outlives the block.
@@ -64,7 +64,7 @@ class OperationBlock {
   OperationBlock(const OperationBlock&) = delete;
   OperationBlock& operator=(const OperationBlock&) = delete;
   ~OperationBlock();
-  /// The number so far.
+  /// The operation's number so far.
   [[nodiscard]] std::int64_t number() const;
 
  private:

@@ -13,28 +13,28 @@ namespace ledgertree::data {
 
 struct Procedure;
 
-/// The most commands that one packet carries.
+/// The most commands in one packet.
 inline constexpr std::size_t kMostTogether = 100;
 
-/// One command of a packet: a statement, or the call of a procedure whose parameters are all whole numbers.
+/// One command of a packet: a statement, or a call of a procedure whose parameters are all integers.
 struct Command {
-  std::string statement = {};            ///< in the dialect of SQL Server; empty where a procedure is called
+  std::string statement = {};            ///< in SQL Server's dialect; empty for a procedure call
   const Procedure* procedure = nullptr;  ///< outlives the command
-  std::vector<Value> values = {};        ///< of the procedure's parameters
+  std::vector<Value> values = {};        ///< the procedure's arguments
 
   bool operator==(const Command&) const = default;
 };
 
-/// What a command of a packet gave.
+/// The result of one command.
 struct Answer {
-  std::optional<Rows> rows;  ///< of a statement that gives rows
+  std::optional<Rows> rows;  ///< of a statement that returns rows
   std::int32_t result = 0;   ///< of a procedure
 };
 
-/// What a packet gave: its commands up to the first failure.
+/// The results of a packet, up to the first failure.
 struct Answers {
-  std::vector<Answer> ran;     ///< of the commands that ran, in their order
-  std::exception_ptr failure;  ///< of the command behind them; null where all of them ran
+  std::vector<Answer> ran;     ///< of the commands that ran, in order
+  std::exception_ptr failure;  ///< of the command after them; null if all of them ran
 };
 
 }  // namespace ledgertree::data

@@ -9,8 +9,8 @@ namespace ledgertree::data {
 
 class DtEn;
 
-/// The operations that a user needs a right for, by the numbers under which the database keeps the rights.
-/// What isn't here is free for everybody who has the chart on the screen.
+/// The operations that require a right, by the numbers under which the database stores the rights. Any other
+/// operation is allowed to everybody who has the chart open.
 enum class Permission : std::int32_t {
   ShowChart = 301,
   NewAccount = 30101,
@@ -23,15 +23,15 @@ enum class Permission : std::int32_t {
   HidePeriod = 30112,
 };
 
-/// What a person without the right is told, whatever the operation.
+/// What a user without the right is told, for any operation.
 inline constexpr std::string_view kNotPermitted = "شما به انجام اين عمليات مجاز نيستيد.";
-/// The title above it.
+/// Its title.
 [[nodiscard]] std::string_view refusalTitle(Permission permission);
 
-/// Asks the database, anew each time. A failure of the question goes to the caller, so that an operation
-/// never runs on an answer that there wasn't.
+/// Queries the database every time. A failure is thrown, so that
+/// an operation never runs without a definite answer.
 [[nodiscard]] bool isPermitted(DtEn& data, std::int32_t userID, Permission permission);
-/// What that asks, for who knows beforehand that it will.
+/// The command that isPermitted will run, for announcing it (see Ahead).
 [[nodiscard]] Command permissionQuestion(std::int32_t userID, Permission permission);
 
 }  // namespace ledgertree::data

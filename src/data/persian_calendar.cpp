@@ -28,7 +28,7 @@ std::string toPersianDate(const DateTime& date) {
   const std::chrono::sys_days day = std::chrono::year_month_day(
       std::chrono::year(date.year), std::chrono::month(static_cast<unsigned>(date.month)),
       std::chrono::day(static_cast<unsigned>(date.day)));
-  // Noon, so that no rounding can reach the day beside it.
+  // Noon, so that rounding can't reach an adjacent day.
   const auto noon = std::chrono::milliseconds(day.time_since_epoch()) + std::chrono::hours(12);
   UErrorCode status = U_ZERO_ERROR;
   const auto calendar = makePersianCalendar();

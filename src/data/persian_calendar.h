@@ -6,9 +6,9 @@
 
 namespace ledgertree::data {
 
-/// A day in the Persian calendar as "yyyy/mm/dd" with leading zeros, so that such texts sort by time. The
-/// time of day doesn't count, and no time zone plays a part. Empty for a date that isn't valid(), and for
-/// days ahead of 0001/01/01.
+/// A date in the Persian calendar as "yyyy/mm/dd" with leading zeros, so that the texts sort by time.
+/// Ignores the time of day and time zones. Empty for a date that isn't valid(), and for days before
+/// 0001/01/01.
 [[nodiscard]] std::string toPersianDate(const DateTime& date);
 
 }  // namespace ledgertree::data

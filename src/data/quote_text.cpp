@@ -9,13 +9,17 @@ std::string quoteText(std::string_view text) {
   if (!text::isCleanText(text)) {
     throw DataError(DataError::Reason::Misuse, 0, "متن نويسه ناخوانا دارد. آن را پاک کنيد و دوباره بنويسيد.");
   }
-  std::string literal = "'";
-  literal.reserve(text.size() + 2);
+  return quoted(text, '\'', '\'');
+}
+
+std::string quoted(std::string_view text, char opening, char closing) {
+  std::string whole(1, opening);
+  whole.reserve(text.size() + 2);
   for (const char letter : text) {
-    if (letter == '\'') literal += '\'';
-    literal += letter;
+    if (letter == closing) whole += closing;
+    whole += letter;
   }
-  return literal += '\'';
+  return whole += closing;
 }
 
 }  // namespace ledgertree::data

@@ -9,15 +9,15 @@
 namespace ledgertree::data {
 namespace {
 
-/// FNV-1a. The bit that tells the case of an ASCII letter is dropped from every byte: names that differ in
-/// more than that may share a hash, and are told apart by the comparison behind it.
+/// FNV-1a, ignoring in every byte the bit that distinguishes the case of an ASCII letter: other names may
+/// share a hash, too, and are told apart by comparing them afterwards.
 std::uint32_t nameHash(std::string_view name) {
   std::uint32_t hash = 2166136261U;
   for (const char letter : name) hash = (hash ^ (static_cast<unsigned char>(letter) | 0x20U)) * 16777619U;
   return hash;
 }
 
-/// A moment in mixed radix, so that it fits the payload of a cell.
+/// A point in time in mixed radix, so that it fits a cell's payload.
 std::int64_t packed(const DateTime& time) {
   const std::int64_t days = (std::int64_t{time.year} * 13 + time.month) * 32 + time.day;
   return ((days * 24 + time.hour) * 60 + time.minute) * 60 + time.second;
@@ -90,13 +90,13 @@ void Rows::addColumn(std::string name) {
 }
 
 void Rows::addDateTime(const DateTime& time) {
-  if (!time.valid()) throw std::invalid_argument("a date that is no day of the calendar can't become a cell");
+  if (!time.valid()) throw std::invalid_argument("an invalid date can't be stored in a cell");
   cells_.push_back({Kind::DateTime, 0, {.integer = packed(time)}});
 }
 
 void Rows::addText(std::string_view text) {
   if (text.size() > std::numeric_limits<std::uint32_t>::max()) {
-    throw std::length_error("a text of 4 GiB or more can't become a cell");
+    throw std::length_error("a text of 4 GiB or more can't be stored in a cell");
   }
   cells_.push_back({Kind::Text, static_cast<std::uint32_t>(text.size()), {.offset = arena_.size()}});
   arena_.append(text);

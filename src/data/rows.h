@@ -11,27 +11,27 @@
 
 namespace ledgertree::data {
 
-/// The complete rows of one statement, in one compact buffer: 16 bytes a cell, and one arena for all texts.
-/// An engine builds it column by column and cell by cell; everybody else only reads.
+/// All rows of one statement, in one compact buffer: 16 bytes per cell, and one arena for all texts. An
+/// engine fills it column by column and cell by cell; everybody else only reads.
 class Rows {
  public:
   [[nodiscard]] std::size_t count() const { return width_ == 0 ? 0 : cells_.size() / width_; }
   [[nodiscard]] const std::vector<std::string>& columns() const;
-  /// The place of a column by its name, ASCII letters in any case; the first one where a name stands twice.
+  /// The index of a column by its name, ignoring ASCII case; the first one if a name is repeated.
   [[nodiscard]] std::optional<std::size_t> column(std::string_view name) const;
 
-  /// `row` and `column` are below count() and columns().size().
+  /// `row` and `column` must be below count() and columns().size().
   [[nodiscard]] Value value(std::size_t row, std::size_t column) const;
   [[nodiscard]] bool isNull(std::size_t row, std::size_t column) const {
     return cell(row, column).kind == Kind::Null;
   }
-  /// The text of a cell that holds text, without a copy; empty for every other kind. Valid while the rows
-  /// stand.
+  /// A text cell's text, without copying; empty for every other type. Valid while the rows
+  /// exist.
   [[nodiscard]] std::string_view text(std::size_t row, std::size_t column) const;
 
   // For the engines.
   void addColumn(std::string name);
-  /// Room for the cells of a first row: most answers have no more.
+  /// Reserves space for a first row: most results have no more.
   void reserveRow() {
     if (cells_.empty()) cells_.reserve(width_);
   }
@@ -43,9 +43,9 @@ class Rows {
   void addDateTime(const DateTime& time);
   /// Throws std::length_error for a text of 4 GiB or more.
   void addText(std::string_view text);
-  /// Adds a cell of whatever the value is.
+  /// Adds a cell of the value's type.
   void addValue(const Value& value);
-  /// Drops the cells and keeps the columns, for a walk that shows one row after the other.
+  /// Removes the cells and keeps the columns, for a walk that passes one row at a time.
   void clearRows();
 
  private:
@@ -66,10 +66,10 @@ class Rows {
 
   struct Columns {
     std::vector<std::string> names;
-    /// One hash a column, letter case folded away, so that a look-up by name compares one number a column.
+    /// One case-insensitive hash per column, so that a look-up by name compares one number per column.
     std::vector<std::uint32_t> hashes;
   };
-  /// Of one statement that runs again and again the rows share them.
+  /// Shared between the results of a statement that runs repeatedly.
   std::shared_ptr<const Columns> columns_;
   std::size_t width_ = 0;
   std::vector<Cell> cells_;

@@ -11,28 +11,28 @@
 
 namespace ledgertree::data {
 
-/// How near a row is to what a person typed, letters folded: what comes first in a search. The words may
-/// stand in any order and in any columns; "is" and "begins" are said of all of them in one piece, as typed.
+/// How well a row matches what the user typed, letters folded: better matches come first. The words may be in
+/// any order and in any columns; "is" and "begins" refer to all of them in one piece, as typed.
 class SearchRank {
  public:
   enum Rank {
     Whole,   ///< SearchOrder::Code: the first column is the text
     Begins,  ///< the first column begins with it
     Beside,  ///< SearchOrder::Code: another column does
-    Holds,   ///< every word stands somewhere
+    Holds,   ///< every word occurs somewhere
     None     ///< one doesn't
   };
 
   explicit SearchRank(const SearchRequest& request);
 
   [[nodiscard]] const text::SearchWords& words() const { return words_; }
-  /// What was typed, in one piece.
+  /// The typed text as a whole.
   [[nodiscard]] const std::string& text() const { return words_.whole; }
-  /// Whether a row ranks by the beginning of a column, the place counted within SearchRequest::columns.
+  /// Whether a row can rank by the beginning of a column, indexed within SearchRequest::columns.
   [[nodiscard]] bool ranksBeginningOf(std::size_t column) const {
     return order_ == SearchOrder::Code || (order_ == SearchOrder::Name && column == 0);
   }
-  /// The rank of a row by `textOf(column)`. A blank text is held by every row.
+  /// The rank of a row by `textOf(column)`. Every row matches a blank text.
   template <typename TextOf>
   [[nodiscard]] Rank of(TextOf textOf) {
     if (text().empty()) return Holds;
@@ -51,13 +51,13 @@ class SearchRank {
   }
 
  private:
-  /// Not where one word was typed once.
+  /// False if just one word was typed.
   [[nodiscard]] bool isSeveral() const { return words_.words.front().size() != text().size(); }
-  /// Whether no word is missing any more, with those of this column.
+  /// Whether this column provides all words still missing.
   [[nodiscard]] bool holdsTheRest();
-  /// The best that a row can still become from a column on.
+  /// The best rank that a row can still reach from a column on.
   [[nodiscard]] Rank bestOf(std::size_t column) const;
-  /// The rank by a column that begins with the text.
+  /// The rank for a column that begins with the text.
   [[nodiscard]] Rank ofBeginning(std::size_t column) const;
 
   SearchOrder order_;

@@ -13,7 +13,7 @@ namespace ledgertree::data {
 namespace {
 
 constexpr std::string_view kCodeIsNumeric = "Select Value From tblTarvoSystemParameters Where ID = 301";
-/// A parameter that is a switch: what asks whether it is on, and what asks for its row.
+/// An on/off parameter: the query whether it is on, and the query for its row.
 struct Switch {
   std::string_view isOn;
   std::string_view row;
@@ -28,15 +28,15 @@ constexpr std::string_view kCodingMode = "Select Value From tblTarvoSystemParame
 constexpr std::string_view kShowCompleteCode = "Select Value From tblTarvoSystemParameters Where ID = 302";
 constexpr std::string_view kBasePath = "Select * From vwTarvoBasePath";
 
-/// The first row's column of a statement; NULL where there is no row.
+/// A column of a statement's first row; NULL if there is no row.
 Value readFirst(RecordHandle& handle, std::string_view statement, std::string_view column) {
   handle.Source(std::string(statement));
   const OpenRows rows(handle);
   return rows->RecordCount() != 0 ? rows->Fields(column) : Value();
 }
 
-/// The number that the value begins with as text, since hosts keep the column as text or as a number; 0
-/// without one.
+/// The number at the start of the value's text, since hosts keep the
+/// column as text or as a number; 0 if there is none.
 std::int16_t asSetting(const Value& value, std::string_view parameter) {
   const std::string text = value.toText();
   try {
@@ -53,8 +53,8 @@ bool isOne(const Value& value) {
   return number == Money::fromTenThousandths(Money::kScale);
 }
 
-/// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
-/// too, and refuses where one is none ("yes"), by whatever number; then the row's value is read and judged
+/// Whether an on/off parameter is on. A server compares the column as a number, in the other rows too, and
+/// refuses with some error number if one isn't a number ("yes"); then the row's value is read and judged
 /// here.
 bool isOn(RecordHandle& handle, const Switch& parameter) {
   try {
@@ -71,7 +71,7 @@ bool isOn(RecordHandle& handle, const Switch& parameter) {
 }  // namespace
 
 std::vector<Command> systemParameterQuestions() {
-  // In the order in which they are asked.
+  // In the order they are run.
   return {{.statement = std::string(kCodeIsNumeric)},
           {.statement = std::string(kMultiEntityMode.isOn)},
           {.statement = std::string(kEditCodeAllowed.isOn)},

@@ -10,8 +10,8 @@ namespace ledgertree::data {
 
 class DtEn;
 
-/// The settings of the installation: rows of tblTarvoSystemParameters, and the row of vwTarvoBasePath. The
-/// values here are those that hold where a row is missing.
+/// The installation's settings: rows of tblTarvoSystemParameters, and the row of vwTarvoBasePath. The initial
+/// values here apply if a row is missing.
 struct SystemParameters {
   std::int16_t CodeIsNumeric = 0;  ///< 301; 1: the code field takes digits, "." and "/" alone
   bool MultiEntityMode = false;    ///< 311; classes and objects of an account in dialogs of their own
@@ -20,13 +20,13 @@ struct SystemParameters {
   std::int16_t PositionInEntityTest = 0;
   std::int16_t CodingMode = 0;   ///< 307; 0: codes number per parent, 1: per level, else: none is proposed
   bool ShowCompleteCode = true;  ///< 302; tree labels show the whole code at the start
-  std::string BasePath;  ///< the host's folder with its closing separator; empty where there is no row
+  std::string BasePath;          ///< the host's folder with its closing separator; empty if there is no row
 };
 
-/// Reads them through rssqlKelmoSystemConfig and rssqlTarvoBasePath, both closed again on every path. Throws
-/// DataError, and std::range_error naming the parameter for a number that doesn't fit 16 bits.
+/// Reads them through rssqlKelmoSystemConfig and rssqlTarvoBasePath, which are closed again in any case.
+/// Throws DataError, and std::range_error naming the parameter for a number that doesn't fit 16 bits.
 [[nodiscard]] SystemParameters readSystemParameters(DtEn& data);
-/// What that asks, for who knows beforehand that it will.
+/// The commands that readSystemParameters will run, for announcing them (see Ahead).
 [[nodiscard]] std::vector<Command> systemParameterQuestions();
 
 }  // namespace ledgertree::data

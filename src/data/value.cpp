@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::uint64_t kLargest = std::numeric_limits<std::int64_t>::max();
 
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
-
 template <class... Visitors>
 struct Overloaded : Visitors... {
   using Visitors::operator()...;
@@ -22,7 +20,7 @@ struct Overloaded : Visitors... {
 template <class... Visitors>
 Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
-/// A value as it stands in a message.
+/// A value as shown in a message.
 std::string shown(const Value& value) { return std::string(text::leftCharacters(value.toText(), 40)); }
 
 [[noreturn]] void refuseKind(const Value& value) {
@@ -34,8 +32,8 @@ std::string shown(const Value& value) { return std::string(text::leftCharacters(
   throw std::range_error("عدد " + shown(value) + " در محدوده مجاز نيست.");
 }
 
-/// A double as decimal text, shortest that reads back as the same number. Past 15 digits an exponent says
-/// more than a row of zeros.
+/// A double as the shortest decimal text that reads back as the same number. Past 15 digits an exponent is
+/// clearer than a row of zeros.
 std::string doubleText(double number) {
   if (number == 0) return "0";
   const double size = std::fabs(number);
@@ -48,7 +46,7 @@ std::string doubleText(double number) {
   return {begin, written.ptr};
 }
 
-/// Reads digits from `text` at `place` onto `number`, which has to stay at or below `limit`.
+/// Appends a digit to `number`, which must stay at or below `limit`.
 bool readDigit(char letter, std::uint64_t limit, std::uint64_t& number) {
   const auto digit = static_cast<std::uint64_t>(letter - '0');
   if (number > (limit - digit) / 10) return false;
@@ -56,12 +54,12 @@ bool readDigit(char letter, std::uint64_t limit, std::uint64_t& number) {
   return true;
 }
 
-/// Reads a fixed number of digits as a part of a date; -1 where they aren't there.
+/// Reads a fixed number of digits as part of a date; -1 if there are fewer.
 int takeDigits(std::string_view& text, std::size_t count) {
   if (text.size() < count) return -1;
   int number = 0;
   for (const char letter : text.substr(0, count)) {
-    if (!isDigit(letter)) return -1;
+    if (!text::isDigit(letter)) return -1;
     number = number * 10 + (letter - '0');
   }
   text.remove_prefix(count);
@@ -82,7 +80,7 @@ bool takeTimeOfDay(std::string_view& text, DateTime& time) {
   time.second = takeDigits(text, 2);
   if (!take(text, '.')) return true;
   if (text.empty()) return false;
-  while (!text.empty() && isDigit(text.front())) text.remove_prefix(1);
+  while (!text.empty() && text::isDigit(text.front())) text.remove_prefix(1);
   return true;
 }
 
@@ -114,7 +112,7 @@ std::optional<Money> Money::parse(std::string_view text) {
       fraction = true;
       continue;
     }
-    if (!isDigit(letter)) return std::nullopt;
+    if (!text::isDigit(letter)) return std::nullopt;
     ++digits;
     if (fraction && ++decimals > 4) {
       if (letter != '0') return std::nullopt;
@@ -126,8 +124,8 @@ std::optional<Money> Money::parse(std::string_view text) {
   for (; decimals < 4; ++decimals) {
     if (!readDigit('0', limit, count)) return std::nullopt;
   }
-  // 0 - count is defined for unsigned numbers, and reaches the smallest amount, which has no positive
-  // counterpart.
+  // 0 - count is well-defined for unsigned numbers, and yields the
+  // smallest amount, which has no positive counterpart.
   return Money(static_cast<std::int64_t>(negative ? 0 - count : count));
 }
 

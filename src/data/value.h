@@ -17,12 +17,12 @@ class Money {
 
   constexpr Money() = default;
   static constexpr Money fromTenThousandths(std::int64_t count) { return Money(count); }
-  /// Reads "[-]digits[.digits]", with nothing else around it. Decimals past the fourth must be zeros.
-  /// Nothing where the text is no such number or is out of range.
+  /// Reads "[-]digits[.digits]" and nothing else. Decimals past the fourth must be zeros. Nothing if the text
+  /// is no such number or is out of range.
   [[nodiscard]] static std::optional<Money> parse(std::string_view text);
 
   [[nodiscard]] constexpr std::int64_t tenThousandths() const { return count_; }
-  /// Decimal text without decimals that are zero: 1500, 12.5.
+  /// Decimal text without trailing zeros: 1500, 12.5.
   [[nodiscard]] std::string toText() const;
   [[nodiscard]] double toDouble() const { return static_cast<double>(count_) / kScale; }
 
@@ -34,7 +34,7 @@ class Money {
   std::int64_t count_ = 0;
 };
 
-/// A Gregorian date with a time of day, to the second. No time zone: what was typed is what is stored.
+/// A Gregorian date and time, to the second. No time zone: what was typed is what is stored.
 struct DateTime {
   int year = 1900;  ///< 1 to 9999
   int month = 1;    ///< 1 to 12
@@ -44,7 +44,7 @@ struct DateTime {
   int second = 0;   ///< 0 to 59
 
   /// Reads "yyyy-mm-dd", optionally followed by a blank or "T" and "hh:mm[:ss[.fraction]]" (the fraction is
-  /// dropped). Nothing where the text is no date of the calendar.
+  /// dropped). Nothing if the text isn't a calendar date.
   [[nodiscard]] static std::optional<DateTime> parse(std::string_view text);
   [[nodiscard]] bool valid() const;
   /// "yyyy-mm-dd hh:mm:ss".
@@ -53,16 +53,16 @@ struct DateTime {
   auto operator<=>(const DateTime&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
-/// The value of a column that holds nothing. It is a value of its own: it never reads as 0 or as empty text
-/// by itself.
+/// The value of an empty column. It is distinct: it never converts to 0 or empty text by
+/// itself.
 struct Null {
   auto operator<=>(const Null&) const = default;
 };
 
-/// What a column or a parameter holds. A value is independent of the rows it came from.
+/// The value of a column or a parameter, independent of the rows it came from.
 ///
-/// The readers throw std::range_error where a number doesn't fit, and std::invalid_argument where the value
-/// is of another kind or NULL; none of them ever gives another number than the one stored.
+/// The conversions throw std::range_error if a number doesn't fit, and std::invalid_argument if the value is
+/// of another type or NULL; none of them changes the number stored.
 class Value {
  public:
   Value() = default;
@@ -81,11 +81,11 @@ class Value {
 
   [[nodiscard]] bool isNull() const { return std::holds_alternative<Null>(value_); }
 
-  /// The value with empty text appended, as a field on the screen shows it: NULL gives empty text, numbers
+  /// The value as a field on the screen shows it: NULL gives empty text, numbers
   /// their decimal text, a date "yyyy-mm-dd hh:mm:ss".
   [[nodiscard]] std::string toText() const;
 
-  /// A whole number. A double with decimals and text that isn't a number are refused, not rounded.
+  /// A whole number. A double with decimals and non-numeric text are refused, not rounded.
   [[nodiscard]] std::int64_t toInt64() const;
   [[nodiscard]] std::int32_t toInt32() const;
   [[nodiscard]] double toDouble() const;

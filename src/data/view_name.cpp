@@ -11,27 +11,25 @@ namespace {
 
 constexpr std::size_t kGreatestLength = 128;
 
-/// Latin letters and those of the Arabic block, the Persian ones among them: no sign of punctuation, no mark.
+/// Latin letters and those of the Arabic block, including the Persian ones: no punctuation, no marks.
 constexpr bool isLetter(char32_t character) {
   return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
          (character >= 0x0620 && character <= 0x064A) || (character >= 0x0671 && character <= 0x06D3);
 }
 
-constexpr bool isDigit(char32_t character) { return character >= '0' && character <= '9'; }
-
-/// The bytes of the plain name that the text begins with; 0 where it begins with none.
+/// The length in bytes of the plain name at the start of the text; 0 if there is none.
 std::size_t bareName(std::string_view text) {
   for (std::size_t place = 0; place < text.size();) {
     const std::size_t begin = place;
     const char32_t character = text::nextCharacter(text, place);
-    const bool follows = begin != 0 && (isDigit(character) || character == '$');
+    const bool follows = begin != 0 && (text::isDigit(character) || character == '$');
     if (!isLetter(character) && character != '_' && !follows) return begin;
   }
   return text.size();
 }
 
-/// The bytes of the name in brackets that the text begins with, the brackets among them; 0 where it begins
-/// with none.
+/// The length in bytes, brackets included, of the bracketed
+/// name at the start of the text; 0 if there is none.
 std::size_t bracketedName(std::string_view text) {
   const std::size_t close = text.find(']');
   if (close == std::string_view::npos) return 0;
@@ -43,7 +41,8 @@ std::size_t bracketedName(std::string_view text) {
   return fits ? close + 1 : 0;
 }
 
-/// The bytes of the name that the text begins with, in brackets or not; 0 for none, or one that is too long.
+/// The length in bytes of the name at the start of the text,
+/// in brackets or not; 0 for none, or too long a one.
 std::size_t nameAhead(std::string_view text) {
   if (text.empty()) return 0;
   const bool bracketed = text.front() == '[';

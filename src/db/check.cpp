@@ -17,10 +17,10 @@
 namespace ledgertree::db {
 namespace {
 
-/// How many accounts a line names.
+/// The most accounts named in a line.
 constexpr std::size_t kNamed = 20;
 
-/// Shows the rows of a query one by one.
+/// Passes the rows of a query one by one.
 using Walk = std::function<void(std::string_view query, const std::function<void(const data::Rows&)>& visit)>;
 
 class Check {
@@ -28,15 +28,15 @@ class Check {
   Check(Walk walk, std::string_view engine, const Findings& told)
       : walk_(std::move(walk)), engine_(engine), told_(told) {}
 
-  /// A trigger of the memory of the chart that isn't as it should be.
+  /// Reports a trigger of the memory of the chart that is missing or differs.
   void addTrigger(const std::string& name) {
-    add("a trigger of the memory that is missing or another", "", name);
+    add("a trigger of the memory that is missing or differs", "", name);
   }
 
   std::size_t run() {
     for (const std::string_view script : scriptsWithOwn("db/checks/", engine_)) {
       ask(embeddedText(script));
-      // Levels all the way round a circle can't each be one more than the one before.
+      // A circle makes at least one level wrong: each can't be one more than the one before.
       if (script.ends_with("_levels.sql") && !found_.empty()) findCircles();
     }
     checkObjects();
@@ -67,7 +67,7 @@ class Check {
     if (!code.empty()) found.named += " (" + code + ")";
   }
 
-  /// Each account is followed upwards until it leads to the top, into a circle, or to one that was followed.
+  /// Follows each account upwards until it reaches the top, a circle, or an account already followed.
   void findCircles() {
     std::unordered_map<std::int32_t, std::int32_t> parents;
     walk_("select ID, ParentID from tblAccount where ParentID is not null",
@@ -120,7 +120,7 @@ class Check {
     }
   }
 
-  /// What may stand in a statement as it is: letters of any script, digits, "_", brackets and dots.
+  /// What a statement may contain unquoted: letters of any script, digits, "_", brackets and dots.
   static bool isName(std::string_view view) {
     return !view.empty() && std::none_of(view.begin(), view.end(), [](char letter) {
       return static_cast<unsigned char>(letter) <= ' ' ||
@@ -174,7 +174,7 @@ std::size_t checkChart(data::Connection& connection, const Findings& told) {
 }
 
 std::size_t checkChart(SQLite::Database& database, const Findings& told) {
-  // With room for the pages of a large chart each is read once.
+  // With a cache large enough for a large chart, each page is read once.
   database.exec("pragma cache_size = -262144");
   SQLite::Transaction atOneMoment(database);
   requireChart(database);

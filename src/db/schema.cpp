@@ -14,14 +14,14 @@
 namespace ledgertree::db {
 namespace {
 
-/// Marks a file as ours in PRAGMA application_id: "LdgT".
+/// Marks a file as ours by PRAGMA application_id: "LdgT".
 constexpr int kApplicationId = 0x4C646754;
 
 int pragma(SQLite::Database& database, const char* name) {
   return database.execAndGet(std::string("pragma ") + name).getInt();
 }
 
-/// Whether nothing is to be done.
+/// Whether there is nothing to do.
 bool isPresent(SQLite::Database& database, Mend mend) {
   return mend != Mend::Everything && pragma(database, "user_version") == schemaVersion() &&
          pragma(database, "application_id") == kApplicationId &&
@@ -38,7 +38,7 @@ void runScripts(SQLite::Database& database, const std::vector<std::string_view>&
       "اين فايل پايگاه داده برنامه ديگري است و حسابها در آن نگهداري نميشود. فايل ديگري انتخاب نماييد.");
 }
 
-/// Refuses what isn't an empty file: another program made it.
+/// Refuses a file that isn't empty: another program made it.
 void requireEmpty(SQLite::Database& database) {
   if (pragma(database, "application_id") == 0 && pragma(database, "user_version") == 0 &&
       database.execAndGet("select count(*) from sqlite_schema").getInt() == 0)
@@ -50,8 +50,9 @@ bool isChart(SQLite::Database& database) {
   return pragma(database, "application_id") == kApplicationId && pragma(database, "user_version") > 0;
 }
 
-/// A step may make a table anew under its old name: no row that refers to it goes with the old one, and the
-/// triggers and views that name it stay as they are. Neither can be set inside a transaction.
+/// A step may recreate a table under its old name: this keeps rows that refer to it from
+/// being deleted with the old one, and triggers and views that name it from being
+/// rewritten. Neither can be set inside a transaction.
 class LooseReferences {
  public:
   explicit LooseReferences(SQLite::Database& database)
@@ -75,7 +76,7 @@ class LooseReferences {
   int renames_;
 };
 
-/// The triggers and views of the chart are made anew, whatever they were; all else is changed by the steps.
+/// Recreates the chart's triggers and views, whatever they were; everything else is changed by the steps.
 std::vector<std::string> takeUp(SQLite::Database& database, int version) {
   std::vector<std::string> found;
   for (const Step& step : stepsBehind(version, "db/embedded/steps/")) {
@@ -100,7 +101,7 @@ std::vector<std::string> openSchema(SQLite::Database& database, const std::funct
                                     Mend mend) {
   if (isPresent(database, mend)) return {};
   const LooseReferences loose(database);
-  // Another program may be at the same work at this moment; who comes second finds it done.
+  // Another program may be doing the same; whichever comes second finds it done.
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
   if (isPresent(database, mend)) return {};
   std::vector<std::string> found;

@@ -8,21 +8,21 @@
 
 namespace ledgertree::db {
 
-/// Which trees of files of the present version are mended. Nothing: of a file that was looked at lately.
+/// Which trees are repaired in files of the present version. Nothing: for a file checked recently.
 enum class Mend { Nothing, WhatLooksWrong, Everything };
 
-/// Brings an opened database file to the present schema: creates it in an empty file, takes up that of an
-/// older version, leaves a present one alone whose tree looks true (a few reads, no write). All of it or
-/// nothing happens, also where the process is killed. Safe when several programs do so at once.
+/// Brings an open database file to the present schema: creates it in an empty file, upgrades an older
+/// version, leaves a present one alone if its tree looks right (a few reads, no write). All or nothing
+/// happens, even if the process is killed. Safe when several programs do so at once.
 ///
-/// A file whose tree doesn't look true, since triggers are gone or the newest account was written past them,
-/// is taken up too, and so is any with Mend::Everything. What is taken up has its tree mended (see tree.h).
+/// A file whose tree looks wrong, because triggers are missing or the newest account bypassed them, is
+/// upgraded too, and so is any file with Mend::Everything. An upgrade repairs the tree (see tree.h).
 ///
-/// Taking up a large file takes its time: `onTakeUp` is called ahead of it, when nothing is waited for any
-/// more. Gives what there is to tell a person about the rows of a file that was taken up, mostly nothing.
+/// Upgrading a large file takes time: `onTakeUp` is called before it, when there is nothing left to wait for.
+/// Returns what to tell the user about the rows of an upgraded file, usually nothing.
 ///
-/// Throws data::DataError(Connection) for a newer schema, for a database that belongs to another program and
-/// for accounts that are below themselves; SQLite::Exception where the engine fails.
+/// Throws data::DataError(Connection) for a newer schema, for another program's database and for accounts
+/// that are their own descendants; SQLite::Exception if the engine fails.
 std::vector<std::string> openSchema(SQLite::Database& database, const std::function<void()>& onTakeUp = {},
                                     Mend mend = Mend::WhatLooksWrong);
 
@@ -31,11 +31,11 @@ void requireChart(SQLite::Database& database);
 /// Throws data::DataError(Connection) for a file that isn't a chart of this version.
 void requirePresentChart(SQLite::Database& database);
 
-/// Opens a file that stands there, for reading alone or for writing too, as one that nobody vouches for: what
-/// it holds calls no more than what SQLite holds for harmless. Throws SQLite::Exception.
+/// Opens an existing file, read-only or for writing, as untrusted: its contents may only call what SQLite
+/// considers harmless. Throws SQLite::Exception.
 [[nodiscard]] SQLite::Database openChartFile(const std::string& path, bool forWriting);
 
-/// Fills a database that has the schema and no account with the demo chart. Atomic.
+/// Adds the demo chart to a database that has the schema but no accounts. Atomic.
 void createDemoChart(SQLite::Database& database);
 
 }  // namespace ledgertree::db

@@ -15,11 +15,10 @@ bool isSeparator(std::string_view line) {
   return line.size() == 2 && (line[0] == 'G' || line[0] == 'g') && (line[1] == 'O' || line[1] == 'o');
 }
 
-/// What a place of a script stands in, carried from line to line.
+/// The lexical context of a position in a script, carried from line to line.
 class Reader {
  public:
-  /// Reads one line with its end. Comments nest; a sign that closes a text or a name stands for itself where
-  /// it stands twice.
+  /// Reads one line including its end. Comments nest; a doubled closing character stands for itself.
   void read(std::string_view line) {
     for (std::size_t place = 0; place < line.size(); ++place) {
       const std::string_view two = line.substr(place, 2);

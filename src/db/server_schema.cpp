@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kScripts = "db/sqlserver/";
 constexpr std::string_view kSteps = "db/sqlserver/steps/";
 
-/// Tells the texts in the first column of an answer.
+/// Reports the texts in the first column of a result.
 void tell(const std::optional<data::Rows>& rows, const Report& report) {
   for (std::size_t row = 0; rows && row < rows->count(); ++row) report(rows->text(row, 0));
 }
@@ -33,14 +33,14 @@ void runScript(data::Connection& connection, std::string_view path, const Report
   }
 }
 
-/// One installation at a time: another one that began waits here.
+/// One installation at a time: another one waits here.
 constexpr const char* kBegin = R"(
   begin transaction;
   declare @Got int;
   exec @Got = sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';
   if @Got < 0 throw 51006, N'Another installation of the schema is at work. Wait for its end.', 1;)";
 
-/// Does some work in a transaction of its own.
+/// Runs `work` in a transaction of its own.
 void inTransaction(data::Connection& connection, const std::function<void()>& work) {
   try {
     connection.run(kBegin);
@@ -51,7 +51,7 @@ void inTransaction(data::Connection& connection, const std::function<void()>& wo
     try {
       connection.run("if @@trancount > 0 rollback transaction");
     } catch (const data::DataError&) {
-      // The connection is lost, and with it the transaction: the failure that comes first says more.
+      // The connection is lost, and the transaction with it: the first failure says more.
     }
     std::rethrow_exception(failure);
   }
@@ -79,7 +79,7 @@ std::vector<std::string_view> scriptsBut(const LeftOut& leftOut) {
 ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut) {
   const auto rows = connection.run(std::string(kFindServerVersion) + "select @Version as Version");
   if (!rows || rows->count() == 0)
-    throw data::DataError(data::DataError::Reason::Statement, 0, "The database didn't tell its version.");
+    throw data::DataError(data::DataError::Reason::Statement, 0, "The database didn't report its version.");
   const int version = rows->value(0, 0).toInt32();
   if (version > schemaVersion()) requireSchemaVersion(version);
   ServerPlan plan{.version = version, .steps = {}, .scripts = scriptsBut(leftOut)};

@@ -10,39 +10,39 @@
 
 namespace ledgertree::db {
 
-/// Told what is done, line by line: each script ("db/sqlserver/010_tables.sql") ahead of it, what was found
-/// of rows that stay as they are, and what a script says of those that it changed.
+/// Called line by line with what is done: each script ("db/sqlserver/010_tables.sql") before it runs, what
+/// was found about rows that stay as they are, and what a script says about those that it changed.
 using Report = std::function<void(std::string_view line)>;
 
-/// The scripts to leave out, by name ("031_tree_index.sql").
+/// The scripts to skip, by name ("031_tree_index.sql").
 using LeftOut = std::vector<std::string>;
 
-/// What an installation does with a database.
+/// What an installation will do to a database.
 struct ServerPlan {
-  int version = 0;  ///< of the database as it is; 0: there is no chart
+  int version = 0;  ///< the database's current version; 0: no chart
   std::vector<Step> steps;
-  std::vector<std::string_view> scripts;  ///< they run behind the steps
+  std::vector<std::string_view> scripts;  ///< run after the steps
 };
 
-/// Reads how far the database is. Throws data::DataError for a newer one, and for a script to leave out that
-/// there isn't.
+/// Reads the database's version. Throws data::DataError for a
+/// newer one, and for an unknown script in `leftOut`.
 [[nodiscard]] ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut = {});
 
-/// Asks what there is to tell ahead of a step, without a change.
+/// Reports what there is to tell before a step, without changing anything.
 void reportStep(data::Connection& connection, const Step& step, const Report& report);
 
-/// Brings a database of SQL Server to the present schema: takes up an older one step by step, and runs the
-/// scripts, which make what is missing, and the views, triggers and procedures of the chart anew. Tables and
-/// what belongs to the host stay as they are but for the steps. Ancestors and levels that aren't what the
-/// parents say are made so; accounts that are below themselves are refused, with their IDs (number 51009).
-/// Everything happens in one transaction: what fails leaves the database as it was, and whoever works
-/// meanwhile waits.
+/// Brings a SQL Server database to the present schema: upgrades an older one step by step, and runs the
+/// scripts, which create what is missing and recreate the chart's views, triggers and procedures. Tables
+/// and the host's objects change only by the steps. Ancestors and levels that contradict the parents are
+/// corrected; accounts that are their own descendants are refused, with their IDs (number 51009).
+/// Everything happens in one transaction: a failure leaves the database as it was, and other users wait
+/// meanwhile.
 ///
-/// Throws data::DataError that names the script and the line of the batch that failed.
+/// Throws data::DataError naming the script and the line of the failed batch.
 void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut = {});
 
-/// Fills a database that has the schema and empty tables with the demo chart, in one transaction. Throws as
-/// above, also where a table has rows.
+/// Adds the demo chart to a database that has the schema and empty tables, in one transaction. Throws as
+/// above, also if a table has rows.
 void installServerDemo(data::Connection& connection, const Report& report);
 
 }  // namespace ledgertree::db

@@ -4,14 +4,14 @@
 
 namespace ledgertree::db {
 
-/// Whether ancestors and levels of a file look true: the triggers that keep them are all there, and the
-/// newest account was seen by them. It costs the same whatever the size of the chart; a program that switched
-/// the triggers off, moved old accounts and switched them on again goes unnoticed (see check.h).
+/// Whether a file's ancestors and levels look right: all the triggers that maintain them exist, and have
+/// processed the newest account. The cost doesn't depend on the size of the chart; a program that disabled
+/// the triggers, moved old accounts and enabled them again goes unnoticed (see check.h).
 [[nodiscard]] bool treeLooksTrue(SQLite::Database& database);
 
-/// Makes tblAccountParent and NoLevel what the parents say, where they aren't, within a transaction of the
-/// caller. Gives how many accounts were gone over, those below a wrong one among them; 0 where all was true.
-/// Looks at every account. Throws data::DataError(Connection) that names accounts which are below themselves.
+/// Corrects tblAccountParent and NoLevel where they contradict the parents, within the caller's transaction.
+/// Returns how many accounts were processed, including those below a wrong one; 0 if all was right. Checks
+/// every account. Throws data::DataError(Connection) naming accounts that are their own descendants.
 int mendTree(SQLite::Database& database);
 
 }  // namespace ledgertree::db

@@ -1,5 +1,6 @@
 #include "mainform/main_screen.h"
 
+#include "data/account.h"
 #include "data/numbers.h"
 
 namespace ledgertree::mainform {
@@ -10,7 +11,6 @@ using namespace std::chrono_literals;
 using ui::Bounds;
 
 constexpr ui::Size kDesignSize{13620, 4560};
-constexpr std::size_t kCodeLength = 20;
 /// No limit: the save tells of a title that is too long, so that no typing is lost.
 constexpr std::size_t kTitleLength = 0;
 
@@ -192,7 +192,7 @@ void MainScreen::dressControls() {
   lblMessage.setStrong(true);
   txtTitle.setMaximumLength(kTitleLength);
   for (ui::TextField* code : {&txtMotherCode, &txtCode}) {
-    code->setMaximumLength(kCodeLength);
+    code->setMaximumLength(data::kCodeLength);
     code->setLatinDigits(true);
   }
   for (ui::TextField* ceiling : {&txtMaxDebit, &txtMaxCredit}) ceiling->setLatinDigits(true);

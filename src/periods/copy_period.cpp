@@ -86,7 +86,7 @@ std::string FormCopyPeriodAccount::newFromSource() const {
 void FormCopyPeriodAccount::copy() {
   if (!targetIsChosen()) return;
   if (sltPeriodFrom.IsEmpty()) {
-    if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
+    if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که دوره مالي مبدا را نميخواهيد مشخص نماييد؟"))
       return;
     copyChart();
   } else {

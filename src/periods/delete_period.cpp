@@ -91,7 +91,7 @@ std::string FormDeletePeriod::outlookInWords() {
 
 void FormDeletePeriod::hideWithoutDocument() {
   if (!periodIsChosen()) return;
-  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن سرفصلهاي بدون سند را داريد؟"))
+  if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن سرفصلهاي بدون سند را داريد؟"))
     return;
   const auto gateway = shell_.dtEn();
   const auto operation = shell_.operation(*gateway, data::OperationKind::HidePeriod);
@@ -102,7 +102,7 @@ void FormDeletePeriod::hideWithoutDocument() {
 
 void FormDeletePeriod::hideAll() {
   if (!periodIsChosen()) return;
-  if (!confirms(shell_, kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن همه سرفصلها را داريد؟")) return;
+  if (!shell_.confirms(kTitleQuestion, "آيا مطمئن هستيد که قصد پنهان کردن همه سرفصلها را داريد؟")) return;
   const auto gateway = shell_.dtEn();
   if (const auto dependency = findDependency(shell_, *gateway, documentsOfPeriod())) {
     shell_.showErrorNotice(

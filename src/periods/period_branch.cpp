@@ -170,8 +170,8 @@ std::vector<FormPeriodBranch::Period> FormPeriodBranch::selectedPeriods() const 
 bool FormPeriodBranch::periodsAreClear() {
   if (!shell::allChosen(shell_, {&sltPeriod})) return false;
   if (!sltPeriod.IsEmpty()) return true;
-  if (confirms(shell_, kTitleQuestion,
-               "از آنجايي که سال مالي انتخاب نشده است، همه سالهاي مالي مد نظر داريد؟")) {
+  if (shell_.confirms(kTitleQuestion,
+                      "از آنجايي که سال مالي انتخاب نشده است، همه سالهاي مالي مد نظر داريد؟")) {
     return true;
   }
   shell_.showErrorNotice(shell::kTitleProblem, "سال مالي را تعيين نماييد.");
@@ -223,7 +223,7 @@ void FormPeriodBranch::hideFromPeriods() {
 
 void FormPeriodBranch::hideSelectedRows() {
   if (flxPeriodBranch.rowCount() < 1) return;
-  if (!confirms(shell_, "پرسش براي حذف", "آيا براي پنهان کردن رديف(هاي) انتخابي مطمئن هستيد؟")) return;
+  if (!shell_.confirms("پرسش براي حذف", "آيا براي پنهان کردن رديف(هاي) انتخابي مطمئن هستيد؟")) return;
   const std::vector<Period> selected = selectedPeriods();
   if (!mayWrite()) return;
   const auto gateway = shell_.dtEn();

@@ -15,10 +15,6 @@ void bindToPeriods(shell::Selector& selector, const shell::HostContext& context)
   bind(selector, context, "vwAccountPeriodMajor", "vwAccountPeriodMinor");
 }
 
-bool confirms(shell::Shell& shell, std::string_view title, std::string_view question) {
-  return shell.askConfirmNotice(title, question) == shell::Answer::Yes;
-}
-
 void execute(shell::Shell& shell, data::DtEn& gateway, const std::string& statement) {
   const shell::Hourglass hourglass(shell.desktop());
   gateway.rssqlAccCostCenter.Open(statement);

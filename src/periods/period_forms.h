@@ -23,9 +23,6 @@ void bind(shell::Selector& selector, const shell::HostContext& context, std::str
           std::string minorView);
 void bindToPeriods(shell::Selector& selector, const shell::HostContext& context);
 
-/// Asks, and gives whether the person said yes. A question that can't be put isn't confirmed.
-[[nodiscard]] bool confirms(shell::Shell& shell, std::string_view title, std::string_view question);
-
 /// Runs a statement that writes. Throws data::DataError.
 void execute(shell::Shell& shell, data::DtEn& gateway, const std::string& statement);
 

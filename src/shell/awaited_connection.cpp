@@ -17,12 +17,12 @@ namespace {
 using Reason = data::DataError::Reason;
 using Clock = std::chrono::steady_clock;
 
-/// How long a server has to say that it stopped what was given up.
+/// How long to wait for a server to acknowledge a cancellation.
 constexpr std::chrono::milliseconds kToStop{300};
-/// The rows of a walk that are handed over at a time.
+/// Rows of a walk per batch.
 constexpr std::size_t kPiece = 500;
 
-/// What a task came to; neither while it is under way.
+/// A task's outcome; empty while it is running.
 template <typename Result>
 struct Answer {
   std::optional<Result> result;
@@ -38,7 +38,7 @@ struct Answer {
   }
 };
 
-/// Shows the rows one by one; false where `visit` wants no more.
+/// Passes the rows one by one; false if `visit` wants no more.
 bool showRows(const data::Rows& rows, const std::function<bool(const data::Rows& row)>& visit) {
   data::Rows row = rows;
   for (std::size_t place = 0; place < rows.count(); ++place) {
@@ -75,7 +75,7 @@ void AwaitedConnection::await(const Manner& manner, const std::exception_ptr& fa
     gaveUp = waitFor(manner, begun);
     if (failure) std::rethrow_exception(failure);
   } catch (const data::DataError& told) {
-    // A search that ran out of its own time was given up by whoever asked, and by no person.
+    // A search that hit its own limit was cancelled by its caller, not by the user.
     if (told.reason() == Reason::Cancelled && !gaveUp) throw;
     const bool cancelled = told.reason() == Reason::Cancelled;
     throw waits_.noted(cancelled ? data::DataError(Reason::Cancelled, 0, data::kGivenUp) : told,
@@ -153,7 +153,7 @@ data::Answers AwaitedConnection::runTogether(std::span<const data::Command> comm
                   });
     if (answers.failure) std::rethrow_exception(answers.failure);
   } catch (const data::DataError& failure) {
-    // What the wait itself came to was noted, and gave no answers.
+    // A failure of the wait itself was noted already, and produced no answers.
     const bool ofEngine = answers.failure != nullptr;
     const bool given = ofEngine && failure.reason() == Reason::Cancelled;
     const data::DataError told = given ? data::DataError(Reason::Cancelled, 0, data::kGivenUp) : failure;
@@ -166,7 +166,7 @@ data::Answers AwaitedConnection::runTogether(std::span<const data::Command> comm
 
 data::SearchPage AwaitedConnection::search(const data::SearchRequest& request) {
   data::SearchRequest asked = request;
-  // Nobody on this thread could do anything with them ahead of the page.
+  // This thread is blocked until the page is complete, so early rows are useless.
   asked.early = nullptr;
   return ask({.cancelled = request.cancelled},
              [asked](data::Connection& engine) { return engine.search(asked); });
@@ -195,7 +195,7 @@ void AwaitedConnection::walk(std::string_view statement,
   });
   const auto resume = [&](bool goesOn) {
     if (answer->result) return;
-    // A command between two rows may have been left, and this line with it.
+    // A command between two rows may have abandoned this line.
     if (line_ != kept) throw data::DataError(Reason::TimeOut, 0, data::kStopped).undone();
     line.resume(goesOn);
     await({}, answer->failure);
@@ -209,7 +209,7 @@ void AwaitedConnection::walk(std::string_view statement,
       try {
         if (line_ == kept) resume(false);
       } catch (const data::DataError&) {
-        // What the visitor threw comes first.
+        // The visitor's exception takes precedence.
       }
       throw;
     }

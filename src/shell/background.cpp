@@ -18,7 +18,7 @@ void Background::run(std::function<void()> work, std::function<void()> stop) {
   auto ended = std::make_shared<std::atomic<bool>>(false);
   std::thread thread([work = std::move(work), ended]() mutable {
     work();
-    // What it holds ends on this thread too: a connection may take its time.
+    // Destroys its captures on this thread too: closing a connection may take time.
     work = nullptr;
     *ended = true;
   });

@@ -8,18 +8,18 @@
 
 namespace ledgertree::shell {
 
-/// Threads whose work may outlive the one who began it: a call to a server that doesn't answer can't be left
-/// before its time-out, and no form waits for it. Only the end does. Belongs to the user-interface thread.
+/// Threads that may outlive their starter: a call to an unresponsive server can't be left before its
+/// time-out, and no form waits for it. Only shutdown does. For the user-interface thread.
 class Background {
  public:
   Background() = default;
   Background(const Background&) = delete;
   Background& operator=(const Background&) = delete;
-  /// Stops and awaits what still runs.
+  /// Stops and joins all running threads.
   ~Background();
 
-  /// Runs `work` on a thread of its own. `stop` tells it to end soon, from another thread; it may be called
-  /// though the work has ended. Neither throws.
+  /// Runs `work` on a thread of its own. `stop` is called from another thread to end it soon, perhaps after
+  /// it has ended. Neither throws.
   void run(std::function<void()> work, std::function<void()> stop);
 
  private:

@@ -11,7 +11,7 @@ namespace ledgertree::shell {
 namespace {
 
 constexpr std::string_view kQuestion = "Select Writer,Changes from vwLedgerTreeChanges";
-/// 1, 3, 7, 15 questions are left out behind the first failures in a row.
+/// Consecutive failures skip 1, 3, 7, then 15 queries.
 constexpr int kMostFailures = 4;
 
 }  // namespace
@@ -34,7 +34,7 @@ void ChartChanges::begin() {
   try {
     known_ = countsOf(gateway->cnMainData.port());
   } catch (const data::DataError&) {
-    // Whatever is wrong, the reading that comes next tells it.
+    // The next read will report whatever is wrong.
   }
 }
 
@@ -46,7 +46,7 @@ void ChartChanges::ask() {
   }
   const auto gateway = shell_.dtEn();
   const std::string text = gateway->cnMainData.ConnectionString();
-  // Another database counts anew.
+  // Another database has its own counts.
   if (text != connectionText_) {
     leave();
     known_.reset();
@@ -54,7 +54,7 @@ void ChartChanges::ask() {
   }
   data::Connection& port = gateway->cnMainData.port();
   try {
-    if (port.answersLate()) return askAside(text);
+    if (port.isRemote()) return askAside(text);
     take(countsOf(port));
   } catch (const data::DataError&) {
     failed();
@@ -92,7 +92,7 @@ void ChartChanges::askAside(const std::string& connectionText) {
 
 void ChartChanges::take(Counts counts) {
   found_ = std::move(counts);
-  // A row that isn't among them is being written.
+  // A row that is missing is being written.
   moved_ = !known_ || std::any_of(found_.begin(), found_.end(), [this](const auto& count) {
     const auto before = known_->find(count.first);
     return before == known_->end() || before->second != count.second;

@@ -13,37 +13,37 @@
 
 namespace ledgertree::shell {
 
-/// Whether the accounts, their periods or their relations were changed, by whomever: one cheap question to
-/// vwLedgerTreeChanges, which lines of documents don't move. What isn't committed counts as no change.
+/// Detects whether the accounts, their periods or relations were changed, by anybody: with one cheap query of
+/// vwLedgerTreeChanges, which document lines don't affect. Uncommitted changes don't count.
 ///
-/// On an engine that answers late it is asked beside the user-interface thread, over a connection of its own,
-/// so that nobody waits for it; while nothing is asked it rests as others do. A failure tells nobody
-/// anything: the next questions come more rarely, until one is answered.
+/// On a remote engine the query runs off the user-interface thread, over its own connection, so that nobody
+/// waits for it; the connection rests between queries like others. A failure isn't reported: the next queries
+/// come less often, until one succeeds.
 class ChartChanges {
  public:
-  /// `onMoved` is called when an answer that came later says so, on the user-interface thread.
+  /// `onMoved` is called on the user-interface thread when a late answer shows changes.
   ChartChanges(Shell& shell, std::function<void()> onMoved) : shell_(shell), onMoved_(std::move(onMoved)) {}
   ChartChanges(const ChartChanges&) = delete;
   ChartChanges& operator=(const ChartChanges&) = delete;
   ~ChartChanges() { leave(); }
 
-  /// Whatever is read from here on is behind the changes that are known. What is stored by now is asked over
-  /// the gateway; where that fails, the first answer counts as a change.
+  /// Call before reading: everything read afterwards includes the changes known. The current state is queried
+  /// over the gateway; if that fails, the first answer counts as a change.
   void begin();
-  /// Asks, unless an answer is still to come or a failure lets the question rest. Call it every few seconds.
+  /// Queries, unless an answer is pending or a failure suspended it. Call every few seconds.
   void ask();
-  /// Whether the last answer tells of changes that nobody has looked at.
+  /// Whether the last answer showed changes not yet looked at.
   [[nodiscard]] bool moved() const { return moved_; }
-  /// What the last answer told was read.
+  /// The changes of the last answer have been read.
   void seen();
-  /// What was to be read couldn't be. The question rests for a while, and its answer counts as a change
+  /// Reading the changes failed. Queries pause for a while, and the next answer counts as a change
   /// again.
   void failed();
-  /// What was read is old, whatever was seen: the next answer counts as a change.
+  /// What was read is outdated, whatever was seen: the next answer counts as a change.
   void forget() { known_.reset(); }
 
  private:
-  /// How often each session has written.
+  /// The number of writes of each session.
   using Counts = std::map<std::int64_t, std::int64_t>;
 
   [[nodiscard]] static Counts countsOf(data::Connection& connection);
@@ -58,7 +58,7 @@ class ChartChanges {
   bool moved_ = false;
   bool asking_ = false;
   int failures_ = 0;
-  int rests_ = 0;  ///< questions to be left out
+  int rests_ = 0;  ///< queries to skip
   std::string connectionText_;
   std::shared_ptr<ConnectionLine> line_;
   std::shared_ptr<bool> life_ = std::make_shared<bool>(true);

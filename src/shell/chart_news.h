@@ -9,10 +9,10 @@
 
 namespace ledgertree::shell {
 
-/// What happened to the chart since the host was last told.
+/// Events of the chart that the host hasn't been told of.
 class ChartNews {
  public:
-  /// Runs where there is news, and there was none before.
+  /// Called for the first event after a time without any.
   std::function<void()> onFirst;
 
   void add(ChartEvent::Kind kind, const std::vector<std::int32_t>& accounts) {

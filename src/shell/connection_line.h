@@ -13,26 +13,26 @@
 
 namespace ledgertree::shell {
 
-/// A connection of an engine and the thread that uses it; they hold each other until the thread ends. There
-/// is one task at a time, but a task that pauses lets others run in its middle. Where there is none for
-/// `restAfter` the connection gives back what it holds, once, and takes it again with the next task.
+/// An engine connection and the thread that uses it; they keep each other alive until the thread ends. There
+/// is one task at a time, but a paused task lets others run. After `restAfter` without one, the connection
+/// releases its resources, and reacquires them for the next task.
 class ConnectionLine : public std::enable_shared_from_this<ConnectionLine> {
  public:
-  /// Runs on the thread, and throws nothing.
+  /// Runs on the thread, and must not throw.
   using Task = std::function<void(data::Connection&)>;
 
   ConnectionLine(std::unique_ptr<data::Connection> engine, std::chrono::milliseconds restAfter);
 
-  /// Once, ahead of the first task. Throws what making a thread throws.
+  /// Call once, before the first task. Throws what creating a thread throws.
   void begin(Background& background);
   void post(Task task);
-  /// Whether the task ended or pauses, at the latest after that time.
+  /// Waits at most that long; returns whether the task ended or paused.
   [[nodiscard]] bool idleWithin(std::chrono::milliseconds time);
   void giveUp() { givenUp_ = true; }
-  /// Nobody waits any more: the thread ends with what it is at.
+  /// Nobody waits for it any longer: the thread ends after its current work.
   void leave();
   [[nodiscard]] bool left() const;
-  /// In the middle of a task, on its thread; gives whether the task shall go on.
+  /// Called by a task, on its thread; returns whether it should continue.
   [[nodiscard]] bool pause();
   void resume(bool goesOn);
 

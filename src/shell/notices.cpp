@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kOneButton = 0;
 constexpr std::int32_t kYesOrNo = 1;
-// Colours as the component takes them: blue, green and red from the high byte down.
+// Colours in the component's format: blue, green and red from the high byte down.
 constexpr std::int32_t kFormBackColor = 12893912;
 constexpr std::int32_t kBtmBackColor = 6510973;
 constexpr std::int32_t kFrameBackColor = 14408673;
@@ -34,7 +34,7 @@ void Shell::showErrorNotice(std::string_view title, std::string_view message) {
   try {
     showNotice(components, title, message, kOneButton);
   } catch (...) {
-    // A notice that can't be shown is lost: there is nobody else to tell, and the caller goes on.
+    // A notice that can't be shown is lost: there is no other way to report it, and the caller continues.
     return;
   }
 }
@@ -46,14 +46,14 @@ Answer Shell::askConfirmNotice(std::string_view title, std::string_view message)
     if (answer == data::Value(1)) return Answer::Yes;
     if (answer == data::Value(0)) return Answer::No;
   } catch (...) {
-    // A question that can't be put isn't confirmed.
+    // A question that can't be shown isn't confirmed.
     return Answer::None;
   }
   return Answer::None;
 }
 
 void Shell::reportFailure(const std::exception& failure) {
-  desktop_.setPointer(ui::Pointer::Default);
+  desktop_.setPointer(ui::PointerShape::Default);
   const auto* const outage = dynamic_cast<const data::DataError*>(&failure);
   if (outage != nullptr && outage->isRepeated()) return;
   showErrorNotice(kTitleError, failure.what());

@@ -12,10 +12,10 @@
 
 namespace ledgertree::shell {
 
-/// A failure around an outside component, by the number that callers know it by.
+/// A failure concerning an outside component, with the number that callers expect.
 class ComponentError : public std::runtime_error {
  public:
-  static constexpr int kCannotCreate = 429;  ///< nobody registered a component of that name
+  static constexpr int kCannotCreate = 429;  ///< no component of that name is registered
   static constexpr int kNoSuchMember = 438;  ///< the component has no member of that name
 
   ComponentError(int number, const std::string& message) : std::runtime_error(message), number_(number) {}
@@ -25,8 +25,8 @@ class ComponentError : public std::runtime_error {
   int number_;
 };
 
-/// A component that isn't part of this system, reached by the names of its members at run time. Every
-/// operation may throw ComponentError(kNoSuchMember), or whatever fails inside the component.
+/// A component that isn't part of this system, accessed by member names at run time. Every operation may
+/// throw ComponentError(kNoSuchMember), or whatever fails inside the component.
 class OutsideComponent {
  public:
   OutsideComponent() = default;
@@ -36,26 +36,26 @@ class OutsideComponent {
 
   virtual void set(std::string_view member, const data::Value& value) = 0;
   [[nodiscard]] virtual data::Value get(std::string_view member) = 0;
-  /// Returns when the component has done its work.
+  /// Returns when the component has finished.
   virtual void call(std::string_view member, const std::vector<data::Value>& arguments) = 0;
 };
 
-/// The components of this process by name. A component is made anew for each use and dropped afterwards.
+/// The components of this process by name. A component is created for each use and dropped afterwards.
 class OutsideComponents {
  public:
   using Factory = std::function<std::unique_ptr<OutsideComponent>()>;
-  /// Carries out a registration command line; it may or may not make a component known.
+  /// Runs a registration command line, which may or may not register a component.
   using Registrar = std::function<void(std::string_view commandLine)>;
 
-  /// Names compare in any letter case; a later registration replaces an earlier one.
+  /// Names ignore letter case; a later registration replaces an earlier one.
   void add(std::string_view name, Factory factory);
   void remove(std::string_view name);
   [[nodiscard]] bool has(std::string_view name) const;
-  /// Throws ComponentError(kCannotCreate) for a name that nobody registered.
+  /// Throws ComponentError(kCannotCreate) for an unregistered name.
   [[nodiscard]] std::unique_ptr<OutsideComponent> create(std::string_view name) const;
 
   void setRegistrar(Registrar registrar) { registrar_ = std::move(registrar); }
-  /// Starts the command line that registers a missing component. Without a registrar nothing happens.
+  /// Runs the command line that registers a missing component. Does nothing without a registrar.
   void runRegistration(std::string_view commandLine) const;
 
  private:

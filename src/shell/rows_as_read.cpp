@@ -48,8 +48,7 @@ bool RowsAsRead::mayWrite(const Rows& now) {
   for (const auto& [key, words] : *before)
     if (!now.contains(key)) name(removed, words);
   if (added.empty() && removed.empty()) return true;
-  return shell_.askConfirmNotice(kTitle, std::string(kAhead) + differences(added, removed) +
-                                             std::string(kQuestion)) == Answer::Yes;
+  return shell_.confirms(kTitle, std::string(kAhead) + differences(added, removed) + std::string(kQuestion));
 }
 
 void RowsAsRead::tellBehind(const Rows& now, const std::function<Meant(const std::string& key)>& meant) {

@@ -10,30 +10,30 @@
 
 namespace ledgertree::shell {
 
-/// The rows of a list that a screen has read and writes by statements of its own, each final when it ends.
-/// Nothing compares there by itself: what somebody else made of the list meanwhile is told ahead of the first
-/// statement, and what came in between behind the last one.
+/// The rows of a list that a screen has read and writes with several statements, each final when it ends. The
+/// database doesn't compare these by itself: changes by others are reported before the first statement, and
+/// those that came in between after the last one.
 class RowsAsRead {
  public:
-  /// The words for a row, by its key.
+  /// The description of each row, by key.
   using Rows = std::map<std::string, std::string>;
 
   explicit RowsAsRead(Shell& shell) : shell_(shell) {}
 
-  /// What is stored, as a handle on its rows gives it: a key and the words for it. The handle is closed
-  /// again. Throws data::DataError.
+  /// The stored rows, read through a handle: keys and descriptions. The
+  /// handle is closed again. Throws data::DataError.
   [[nodiscard]] static Rows rowsOf(data::RecordHandle& handle, std::string_view statement,
                                    std::string_view keyColumn, std::string_view wordsColumn);
 
   void keep(Rows rows) { read_ = std::move(rows); }
-  /// Nobody knows what is stored, as behind a write that failed half-way: nothing is compared with it.
+  /// The stored state is unknown, as after a write that failed half-way: no comparison until the next read.
   void forget() { read_.reset(); }
-  /// Whether the screen may write, with `now` stored: where that isn't what was read, the person is told what
-  /// the other has made of it, and decides. What is stored counts as read from then on.
+  /// Whether the screen may write, given that `now` is stored: if that differs from what was read, the user
+  /// is told what has changed, and decides. `now` counts as read from then on.
   [[nodiscard]] bool mayWrite(const Rows& now);
-  /// Tells where `now`, behind the writes, isn't what they should have left. `meant` says of a key whether it
-  /// should be there; of one that the writes had nothing to do with, as it was; nothing where nobody can say.
-  /// Counts as read then.
+  /// Reports where `now`, read after the writes, differs from what they should have left. `meant` tells what
+  /// is expected of a key: that it exists; that it is unchanged, if the writes didn't concern it; nothing if
+  /// unknown. `now` counts as read then.
   enum class Meant { There, Gone, AsItWas, Unknown };
   void tellBehind(const Rows& now, const std::function<Meant(const std::string& key)>& meant);
 

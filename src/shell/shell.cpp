@@ -41,7 +41,7 @@ ui::Surroundings Shell::surroundings() {
 
 std::unique_ptr<data::Connection> Shell::connectionTo(std::string_view connectionText) {
   auto engine = providers.open(connectionText);
-  if (engine->answersLate())
+  if (engine->isRemote())
     return std::make_unique<AwaitedConnection>(
         waits, background, [this, text = std::string(connectionText)] { return providers.open(text); });
   engine->whileWaiting(waits.shown());

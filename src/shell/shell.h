@@ -21,17 +21,17 @@
 
 namespace ledgertree::shell {
 
-/// The answers of a question.
+/// The answers to a question.
 enum class Answer : std::int32_t { None = 0, Yes = 6, No = 7 };
 
-/// Titles that many notices share.
+/// Titles shared by many notices.
 inline constexpr std::string_view kTitleProblem = "اشکال";
 inline constexpr std::string_view kTitleError = "خطا";
 inline constexpr std::string_view kTitleSaveError = "خطا در ثبت";
 
-/// What all forms share: the values of the host, the gateway's slot, the notices, the desktop, the outside
-/// components, the clock, and the connection text of the pickers. One serves LedgerTreeControl for the life
-/// of the process; a test makes its own.
+/// What all forms share: the host's values, the gateway, the notices, the desktop, the
+/// outside components, the clock, and the pickers' connection text. One serves
+/// LedgerTreeControl until the process ends; tests create their own.
 class Shell {
  public:
   using Clock = std::function<data::DateTime()>;
@@ -46,65 +46,69 @@ class Shell {
   OutsideComponents components;
   Background background;
   DatabaseWaits waits;
-  /// The text that was given to one account picker serves all of them.
+  /// Set on one account picker, it applies to all of them.
   std::string pickerConnection;
-  /// Today, and the time of day.
+  /// The current date and time.
   Clock clock;
-  /// What the host offers beyond the screens as they are; counts from the next load of a form on.
+  /// The optional extensions that the host offers; applied at the next load of a form.
   std::set<Offer> offers;
-  /// What a person gave to the tree of the width of the record, by the divider between them.
+  /// How much of the record's width the user gave to the tree, by the divider between them.
   ui::Twips givenToTree = 0;
-  /// What the host is told when the act is over.
+  /// Events to tell the host when the action is over.
   ChartNews news;
 
   [[nodiscard]] bool isOffered(Offer what) const { return offers.contains(what); }
   [[nodiscard]] ui::Desktop& desktop() const { return desktop_; }
-  /// What a form of the product stands on: this desktop, and a notice for what nobody caught.
+  /// What the product's forms need: this desktop, and a notice for uncaught failures.
   [[nodiscard]] ui::Surroundings surroundings();
 
-  /// A connection for the user-interface thread: whatever it is asked, a person sees a long wait. It opens
-  /// nothing. Throws as data::Providers does for a text.
+  /// A connection for the user-interface thread: long waits are shown to the user, whatever the command. It
+  /// isn't opened. Throws as data::Providers does for a text.
   [[nodiscard]] std::unique_ptr<data::Connection> connectionTo(std::string_view connectionText);
 
-  /// Whether searches beside the user-interface thread may ask a readable secondary: the text says so with
-  /// "Search Intent=ReadOnly", and nothing was written from here, which might not have arrived there yet.
+  /// Whether searches off the user-interface thread may use a readable secondary: if the text has "Search
+  /// Intent=ReadOnly", and nothing was written from here that might not have arrived there yet.
   [[nodiscard]] bool mayAskSecondary(const std::string& connectionText) const;
 
   // The gateway.
-  /// The gateway of the process, made on first use. An operation holds what it gets, so that a gateway that
-  /// is replaced in the middle of it lives on to its end.
+  /// The gateway of the process, created on first use. Hold the result during an operation, so that a gateway
+  /// replaced in the middle of it lives until its end.
   [[nodiscard]] std::shared_ptr<data::DtEn> dtEn();
   [[nodiscard]] bool hasDtEn() const { return dtEn_ != nullptr; }
-  /// Drops the gateway, which closes its connection when the last operation on it has ended.
+  /// Drops the gateway, whose connection closes when the last operation on it has ended.
   void dropDtEn() { dtEn_.reset(); }
-  /// Drops the gateway, makes a new one and gives its connection the text of gConnectionString.
+  /// Drops the gateway, creates a new one and gives its connection the text of gConnectionString.
   void resetDataConnection();
-  /// What gUserID does through the gateway for the length of the block is one operation in the memory of the
-  /// chart. `gateway` outlives it.
+  /// Within the block, what gUserID does through the gateway is one operation in
+  /// the memory of the chart. `gateway` outlives it.
   [[nodiscard]] data::OperationBlock operation(data::DtEn& gateway, data::OperationKind kind) const {
     return {gateway.cnMainData, {.kind = kind, .userID = context.gUserID}};
   }
 
-  // The notices: each makes the component NoticeKit.NoticeDialog anew. They never fail towards the caller.
-  /// Without the component the message is lost.
+  // The notices: each creates the component NoticeKit.NoticeDialog. They never throw.
+  /// Without the component, the message is lost.
   void showErrorNotice(std::string_view title, std::string_view message);
   /// Without the component the answer is None.
   Answer askConfirmNotice(std::string_view title, std::string_view message);
-  /// A failure that no event procedure caught: the pointer goes back to its default, and a notice tells of
-  /// it, but for an outage that was told of already.
+  /// Whether the user answers a question with yes.
+  [[nodiscard]] bool confirms(std::string_view title, std::string_view question) {
+    return askConfirmNotice(title, question) == Answer::Yes;
+  }
+  /// Reports a failure that no event procedure caught: resets the mouse pointer, and shows a notice, except
+  /// for an outage already reported.
   void reportFailure(const std::exception& failure);
 
-  /// Shows what the open database has to tell about its data, a notice a message.
+  /// Shows what the open database reports about its data, one notice per message.
   void showNews();
 
   /// Whether an account has at least one line in tblAccountDocumentDetail. Throws data::DataError.
   [[nodiscard]] bool hasAccountMovement(std::int32_t accountID);
-  /// Asks for a permission of gUserID; a refusal is told. Throws data::DataError, and then the
+  /// Checks a permission of gUserID; tells the user if it is refused. Throws data::DataError, and then the
   /// guarded operation must not run.
   [[nodiscard]] bool permits(data::Permission permission);
 
-  /// The layout that the fields of a form switch to, from the version of the operating system; a form's load
-  /// runs it.
+  /// Chooses the keyboard layout that a form's fields switch to, by the version of
+  /// the operating system; called when a form loads.
   void chooseKeyboardLayout();
 
  private:
@@ -112,15 +116,15 @@ class Shell {
   std::shared_ptr<data::DtEn> dtEn_;
 };
 
-/// The hourglass for the length of a block; the pointer is back to its default on every path out of it.
+/// Shows the hourglass for the length of a block; the mouse pointer is reset however the block is left.
 class Hourglass {
  public:
   explicit Hourglass(ui::Desktop& desktop) : desktop_(desktop) {
-    desktop_.setPointer(ui::Pointer::Hourglass);
+    desktop_.setPointer(ui::PointerShape::Hourglass);
   }
   Hourglass(const Hourglass&) = delete;
   Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { desktop_.setPointer(ui::Pointer::Default); }
+  ~Hourglass() { desktop_.setPointer(ui::PointerShape::Default); }
 
  private:
   ui::Desktop& desktop_;

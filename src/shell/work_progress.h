@@ -9,10 +9,10 @@
 
 namespace ledgertree::shell {
 
-/// Shows on the screen that started a long work how far it is. Work that is done within half a second shows
-/// nothing. The bar is off the screen again when the object ends, on every path.
+/// Shows the progress of long work on the screen that started it. Work done within half a second shows
+/// nothing. The bar is always hidden again when the object ends.
 ///
-/// Work of which nothing is lost may offer a way out: the bar names the key, and givenUp() hears it.
+/// Work that may stop without loss can be cancelled: the bar names the key, and givenUp() tells.
 class WorkProgress {
  public:
   static constexpr std::chrono::milliseconds kBeforeShowing = DatabaseWaits::kBeforeShowing;
@@ -20,17 +20,17 @@ class WorkProgress {
 
   enum class WayOut { None, Escape };
 
-  /// `bar` is a control of `form` that stands hidden.
+  /// `bar` is a hidden control of `form`.
   WorkProgress(ui::Form& form, ui::ProgressBar& bar, std::int32_t all, WayOut wayOut = WayOut::None);
   WorkProgress(const WorkProgress&) = delete;
   WorkProgress& operator=(const WorkProgress&) = delete;
   ~WorkProgress();
 
-  /// `done` of all is done. May repaint the form, which takes no input meanwhile.
+  /// `done` of all units are done. May repaint the form, which takes no input meanwhile.
   void advance(std::int32_t done);
-  /// More work came to light, or less: this is all of it now.
+  /// The total amount of work has changed to `all`.
   void expect(std::int32_t all) { all_ = all; }
-  /// Whether the person wants the work to end where it stands.
+  /// Whether the user wants the work to stop.
   [[nodiscard]] bool givenUp() const { return givenUp_; }
 
  private:
@@ -44,7 +44,7 @@ class WorkProgress {
   Clock::time_point nextPaint_ = Clock::now() + kBeforeShowing;
 };
 
-/// Marks a work as under way for the length of a block, so that a call that comes in its middle leaves it
+/// Marks work as in progress for the length of a block, so that a nested call leaves it
 /// alone.
 class UnderWay {
  public:

@@ -5,7 +5,7 @@
 namespace ledgertree::text {
 namespace {
 
-/// The bytes of the first `count` characters.
+/// The length in bytes of the first `count` characters.
 std::size_t bytesOf(std::string_view text, std::size_t count) {
   std::size_t place = 0;
   for (; count != 0 && place < text.size(); --count) static_cast<void>(nextCharacter(text, place));

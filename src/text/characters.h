@@ -4,24 +4,27 @@
 #include <string>
 #include <string_view>
 
-/// Text is UTF-8 everywhere. Lengths and places count characters (code points), never bytes; this is the one
-/// place of the product that knows how. A byte that is no UTF-8 counts as one character.
+/// Text is UTF-8 everywhere. Lengths and positions count characters (code points), never bytes; only this
+/// file knows how. An invalid UTF-8 byte counts as one character.
 namespace ledgertree::text {
 
-/// The bytes of the first character of a text that isn't empty: 1 to 4, and 1 for a byte that is no UTF-8.
+/// The length in bytes of the first character of a non-empty text: 1 to 4, and 1 for an invalid UTF-8 byte.
 [[nodiscard]] std::size_t characterLength(std::string_view text);
 [[nodiscard]] std::size_t characterCount(std::string_view text);
-/// The first / last `count` characters; the whole text where it is shorter.
+/// The first / last `count` characters; the whole text if it is shorter.
 [[nodiscard]] std::string_view leftCharacters(std::string_view text, std::size_t count);
 [[nodiscard]] std::string_view rightCharacters(std::string_view text, std::size_t count);
-/// What is left of the text behind its first `count` characters; empty where it is no longer.
+/// The text after its first `count` characters; empty if there is none.
 [[nodiscard]] std::string_view withoutFirstCharacters(std::string_view text, std::size_t count);
-/// Whether the text is well-formed UTF-8 and holds no NUL, as everything that goes into a statement has to
-/// be.
+/// Whether the text is valid UTF-8 without NUL, which is required of everything that goes into a
+/// statement.
 [[nodiscard]] bool isCleanText(std::string_view text);
-/// The text without the blanks (U+0020, no other white space) at its ends.
+/// The text without leading and trailing blanks (U+0020, no other white space).
 [[nodiscard]] std::string_view trimmed(std::string_view text);
-/// ASCII letters compare equal in either case.
+/// ASCII digits only.
+[[nodiscard]] constexpr bool isDigit(char32_t character) { return character >= '0' && character <= '9'; }
+
+/// Compares ignoring the case of ASCII letters.
 [[nodiscard]] bool equalsIgnoringCase(std::string_view a, std::string_view b);
 
 }  // namespace ledgertree::text

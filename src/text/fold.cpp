@@ -18,8 +18,8 @@ constexpr bool within(char32_t letter, char32_t first, char32_t last) {
   return letter >= first && letter <= last;
 }
 
-/// The small letter in a stretch where capital and small letters alternate, the capital on the even or the
-/// odd place.
+/// The lower-case letter in a range where cases alternate, with
+/// the upper-case letters at even or odd code points.
 constexpr char32_t smallOfPair(char32_t letter, unsigned capital) {
   return letter % 2 == capital ? letter + 1 : letter;
 }
@@ -46,7 +46,7 @@ constexpr char32_t foldGreek(char32_t letter) {
     case 0x038E:
     case 0x038F:
       return letter + 0x3F;
-    case 0x03C2:  // a sigma at the end of a word
+    case 0x03C2:  // a final sigma
       return 0x03C3;
     default:
       return letter;
@@ -117,13 +117,13 @@ constexpr char32_t foldAscii(char32_t letter) {
   return within(letter, 'A', 'Z') ? letter + 0x20 : letter;
 }
 
-/// What stands for a character in the folded text: nothing, one byte or two.
+/// What a character becomes in the folded text: nothing, one byte or two.
 struct Folded {
   std::array<char, 2> bytes{};
   std::uint8_t length = 0;
 };
 
-/// Every character of one byte or two, which is where nearly all letters of a chart lie.
+/// All characters of one or two bytes, which covers nearly all letters of a chart.
 constexpr auto kShort = [] {
   std::array<Folded, 0x800> table{};
   for (char32_t letter = 0; letter < table.size(); ++letter) {
@@ -137,7 +137,7 @@ constexpr auto kShort = [] {
 }  // namespace
 
 void fold(std::string_view text, std::string& folded) {
-  // No letter becomes a longer one; one byte of room more, since two are copied at once.
+  // Folding never lengthens a letter; one spare byte, since two are copied at once.
   folded.resize(text.size() + 1);
   char* const out = folded.data();
   std::size_t length = 0;

@@ -14,7 +14,7 @@ FoldForms makeFoldForms() {
       forms[fold(form)].push_back(form);
     }
   };
-  // Everything that fold() changes lies in these.
+  // Everything that fold() changes is in these ranges.
   add(U'\t', U'\u07FF');
   add(U'\u1E00', U'\u1EFF');
   add(U'\u2000', U'\u206F');

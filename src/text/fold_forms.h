@@ -6,9 +6,9 @@
 
 namespace ledgertree::text {
 
-/// The characters that fold() takes for the same, by what it makes of them; those that it drops stand under
-/// the empty text. A character that isn't here stands for itself alone. Each list is in the order of its
-/// bytes.
+/// The characters that fold() treats as equal, by their folded form; those that it drops are
+/// under the empty text. A character not listed here only equals itself. Each list is in byte
+/// order.
 using FoldForms = std::map<std::string, std::vector<std::string>, std::less<>>;
 [[nodiscard]] const FoldForms& foldForms();
 

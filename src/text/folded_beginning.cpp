@@ -8,7 +8,7 @@
 namespace ledgertree::text {
 namespace {
 
-/// What folding drops may stand anywhere.
+/// Characters that folding drops may occur anywhere.
 const std::vector<std::string>& dropped() { return foldForms().at(""); }
 
 const std::string* startOf(const std::vector<std::string>& forms, std::string_view rest) {

@@ -7,36 +7,36 @@
 
 namespace ledgertree::text {
 
-/// Finds the texts whose folded form begins with a folded text, in a list that is in the order of the bytes
-/// (ASCII letters in small ones), without a look at all that lie between them.
+/// Finds the texts whose folded form begins with a folded text, in a list in byte order (ASCII letters in
+/// lower case), without looking at all the texts between them.
 class FoldedBeginning {
  public:
   enum class Place {
-    Here,    ///< the text begins so
-    Behind,  ///< the next one that does isn't ahead of seek()
-    Nowhere  ///< none is behind the text
+    Here,    ///< the text begins with it
+    Behind,  ///< the next match is at seek() or later
+    Nowhere  ///< there is no further match
   };
 
-  /// `whole`: nothing stands behind the beginning but what folding drops.
+  /// `whole`: only characters that folding drops may follow the beginning.
   FoldedBeginning(std::string_view folded, bool whole);
-  /// Where the first of them is, from a text of the list on.
+  /// Where the next match is, from a text of the list on.
   [[nodiscard]] Place look(std::string_view text);
-  /// From where to read on, always behind the text that was looked at.
+  /// Where to continue reading, always after the text last looked at.
   [[nodiscard]] const std::string& seek() const { return seek_; }
 
  private:
   using Forms = std::vector<std::string>;
-  /// A character of the text that fits.
+  /// A matched character of the text.
   struct Step {
     std::size_t place;   ///< its first byte
-    std::size_t length;  ///< its bytes
-    std::size_t letter;  ///< the letters of the beginning that are ahead of it
+    std::size_t length;  ///< its length in bytes
+    std::size_t letter;  ///< the number of letters of the beginning before it
   };
 
-  /// Where the next one is behind a place at which what is there doesn't fit.
+  /// Where the next match is, after a mismatch at a position.
   [[nodiscard]] Place goBehind(std::size_t letter, std::size_t place);
 
-  std::vector<Forms> letters_;  ///< in all their forms; none at the end
+  std::vector<Forms> letters_;  ///< in all their forms; empty at the end
   bool whole_;
   std::string text_;
   std::vector<Step> steps_;

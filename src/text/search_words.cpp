@@ -8,7 +8,7 @@
 namespace ledgertree::text {
 namespace {
 
-/// A folded text that knows where its letters come from.
+/// A folded text with the origin of each byte.
 struct Traced {
   explicit Traced(std::string_view text) {
     std::string letter;
@@ -21,7 +21,7 @@ struct Traced {
     }
   }
 
-  /// Adds every place of a word.
+  /// Adds every occurrence of a word.
   void find(std::string_view word, std::vector<Stretch>& found) const {
     for (std::size_t at = folded.find(word); at != std::string::npos;
          at = folded.find(word, at + word.size()))

@@ -7,12 +7,12 @@
 
 namespace ledgertree::text {
 
-/// What a person typed to search for: words, in any order, letters folded (see fold.h).
+/// What a user typed to search for: words, in any order, letters folded (see fold.h).
 struct SearchWords {
   SearchWords() = default;
   explicit SearchWords(std::string_view typed);
 
-  std::string whole;               ///< all of it in one piece, as it was typed
+  std::string whole;               ///< the whole text as typed
   std::vector<std::string> words;  ///< each once, the longest first
 };
 
@@ -24,8 +24,8 @@ struct Stretch {
   bool operator==(const Stretch&) const = default;
 };
 
-/// Where the words stand in a text, in its order and without overlaps: what was typed in one piece where the
-/// text has it so, else each word wherever it is. What folding drops inside a word belongs to its stretch.
+/// Where the words occur in a text, in order, without overlaps: the typed text as a whole if it occurs,
+/// otherwise each word. Characters that folding drops inside a word belong to its stretch.
 [[nodiscard]] std::vector<Stretch> stretchesOf(const SearchWords& words, std::string_view text);
 
 }  // namespace ledgertree::text

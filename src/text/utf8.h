@@ -8,15 +8,15 @@
 #include <string>
 #include <string_view>
 
-/// Text is UTF-8 outside, characters where a place in it counts, and UTF-16 for a driver. A byte that is no
-/// UTF-8, half of a pair of surrogates and a number that is no character all read as U+FFFD.
+/// Text is UTF-8 in general, code points where positions matter, and UTF-16 for drivers. Invalid UTF-8 bytes,
+/// unpaired surrogates and invalid code points are all read as U+FFFD.
 namespace ledgertree::text {
 
 inline constexpr char32_t kReplacement = U'\uFFFD';
-/// What a byte that is no UTF-8 reads as where it must not be taken for U+FFFD itself.
+/// The value of an invalid UTF-8 byte where it must differ from U+FFFD itself.
 inline constexpr char32_t kNoCharacter = 0xFFFFFFFF;
 
-/// The character at a place within a text; the place goes on to the next, by one byte behind kNoCharacter.
+/// The character at a position, which then advances to the next one, by one byte for kNoCharacter.
 [[nodiscard]] inline char32_t nextCharacter(std::string_view text, std::size_t& place) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   const std::size_t begin = place;
@@ -31,7 +31,7 @@ void appendCharacter(char32_t character, std::string& text);
 [[nodiscard]] std::u32string charactersOf(std::string_view text);
 [[nodiscard]] std::string textOf(std::u32string_view characters);
 
-/// Appends a text as UTF-16. `Wide` is std::u16string, or whatever else takes its units by "+=".
+/// Appends a text as UTF-16. `Wide` is std::u16string, or any type with "+=" for its code units.
 template <typename Wide>
 void appendWide(std::string_view text, Wide& wide) {
   for (std::size_t place = 0; place < text.size();) {

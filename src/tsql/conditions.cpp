@@ -69,7 +69,7 @@ void settleWhere(ExpressionPtr& where) {
   settle(where);
   if (where->kind == Kind::Truth && where->truth) where.reset();
   if (!where || where->kind != Kind::And) return;
-  // What stood in parentheses joins the conditions around it.
+  // Parenthesised conditions join those around them.
   std::vector<ExpressionPtr> flat;
   for (ExpressionPtr& operand : where->operands) {
     if (operand->kind != Kind::And) {

@@ -6,14 +6,14 @@
 
 namespace ledgertree::tsql {
 
-/// The conditions that a WHERE joins by AND, for a look or a change in place; none where there is no WHERE.
+/// The conditions that a WHERE joins by AND, for reading or in-place changes; none if there is no WHERE.
 [[nodiscard]] std::vector<ExpressionPtr*> conjuncts(ExpressionPtr& where);
 
-/// Both conditions; either may be none.
+/// Both conditions joined by AND; either may be null.
 [[nodiscard]] ExpressionPtr both(ExpressionPtr left, ExpressionPtr right);
 
-/// Takes away what came to true or false, with all that it decides, and the parentheses that join nothing: a
-/// WHERE that always holds becomes none.
+/// Removes conditions already decided as true or false, with everything they decide, and redundant
+/// parentheses: a WHERE that always holds becomes null.
 void settleWhere(ExpressionPtr& where);
 
 }  // namespace ledgertree::tsql

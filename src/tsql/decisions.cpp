@@ -1,14 +1,17 @@
 #include "tsql/decisions.h"
 
+#include <array>
+#include <charconv>
+
 namespace ledgertree::tsql {
 namespace {
 
-bool holds(std::string_view sign, int order) {
-  if (sign == "=") return order == 0;
-  if (sign == "<>") return order != 0;
-  if (sign == "<") return order < 0;
-  if (sign == "<=") return order <= 0;
-  if (sign == ">") return order > 0;
+bool holds(std::string_view op, int order) {
+  if (op == "=") return order == 0;
+  if (op == "<>") return order != 0;
+  if (op == "<") return order < 0;
+  if (op == "<=") return order <= 0;
+  if (op == ">") return order > 0;
   return order >= 0;
 }
 
@@ -31,8 +34,8 @@ int orderOf(const Literal& left, bool leftNegated, const Literal& right, bool ri
 }  // namespace
 
 bool holdsFor(const Decision& decision, const std::vector<Literal>& literals) {
-  return holds(decision.sign, orderOf(literals[decision.literal], decision.negated, literals[decision.other],
-                                      decision.otherNegated));
+  return holds(decision.op, orderOf(literals[decision.literal], decision.negated, literals[decision.other],
+                                    decision.otherNegated));
 }
 
 void appendOutcome(const std::vector<Decision>& decisions, const std::vector<Literal>& literals,
@@ -44,16 +47,13 @@ void appendOutcome(const std::vector<Decision>& decisions, const std::vector<Lit
     }
     const Literal& literal = literals[decision.literal];
     if (literal.kind == Literal::Kind::Integer) {
-      char digits[24];
-      std::int64_t rest = literal.integer;
-      std::size_t count = 0;
-      do digits[count++] = static_cast<char>('0' + rest % 10);
-      while ((rest /= 10) != 0);
-      outcome.append(digits, count);
+      std::array<char, 20> digits{};
+      const auto written = std::to_chars(digits.data(), digits.data() + digits.size(), literal.integer);
+      outcome.append(digits.data(), written.ptr);
     } else {
       outcome += literal.text;
     }
-    // Ends a literal, since no statement holds it.
+    // Terminates a literal: no statement contains it.
     outcome += '\0';
   }
 }

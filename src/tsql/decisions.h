@@ -9,19 +9,19 @@
 
 namespace ledgertree::tsql {
 
-/// What a literal has decided about a statement, so that the statement with another literal there may be
-/// another one.
+/// A literal whose value changes the generated SQL, so that the same statement with
+/// another literal there may need another translation.
 struct Decision {
-  bool folded = false;  ///< a condition between two literals; otherwise a literal that stays in the text
+  bool folded = false;  ///< a condition between two literals; otherwise a literal kept in the text
   std::size_t literal = 0;
   bool negated = false;
-  std::string_view sign;  ///< of a folded condition, with the second literal of it
+  std::string_view op;  ///< of a folded condition, as is its second literal
   std::size_t other = 0;
   bool otherNegated = false;
 };
 
-/// What the decisions come to for these literals: equal texts, equal statements but for their parameters.
-/// Appends.
+/// Appends the outcome of the decisions for these literals: equal outcomes
+/// mean equal statements except for their parameters.
 void appendOutcome(const std::vector<Decision>& decisions, const std::vector<Literal>& literals,
                    std::string& outcome);
 

@@ -11,7 +11,7 @@ namespace {
 using Kind = Expression::Kind;
 
 constexpr int kDeepestNesting = 32;
-constexpr int kMostSigns = 100;
+constexpr int kMostOperators = 100;
 
 constexpr std::string_view kComparisons[] = {"=", "<>", "!=", "<=", ">=", "<", ">"};
 constexpr std::string_view kSums[] = {"+", "-"};
@@ -26,7 +26,7 @@ constexpr Function kFunctions[] = {{"isnull", 2}, {"left", 2}, {"right", 2}, {"c
 
 }  // namespace
 
-/// Counts the nesting while it stands, and refuses one that is too deep.
+/// Counts the nesting during its lifetime, and refuses to exceed the limit.
 class QueryParser::Deeper {
  public:
   explicit Deeper(QueryParser& parser) : parser_(parser) {
@@ -51,7 +51,7 @@ std::unique_ptr<Select> QueryParser::select() {
     select->keepsRepeats.push_back(reader_.takeWord("all"));
     select->cores.push_back(selectCore());
   }
-  // It would limit one part, which not every engine can; no statement of the system does.
+  // It would limit one part of the union, which not every engine supports; no statement of the system does.
   const bool limited = std::any_of(select->cores.begin(), select->cores.end(),
                                    [](const SelectCore& core) { return core.top.has_value(); });
   if (limited && select->cores.size() > 1) refuse(reader_.statement(), begin, "\"top\" in a union");
@@ -66,7 +66,7 @@ SelectCore QueryParser::selectCore() {
     const Token count = reader_.peek();
     if (count.kind != Token::Kind::Literal || count.literal.kind != Literal::Kind::Integer)
       reader_.refuseAt(count);
-    core.top = pin(reader_.literalPlace());
+    core.top = pin(reader_.literalIndex());
     reader_.take();
   }
   do core.items.push_back(item());
@@ -87,7 +87,7 @@ Item QueryParser::item() {
   if (alias.kind == Token::Kind::Literal && alias.literal.kind == Literal::Kind::Text) {
     item.alias = alias.literal.plainText();
     if (item.alias.empty()) reader_.refuseAt(alias);
-    pin(reader_.literalPlace());
+    pin(reader_.literalIndex());
     reader_.take();
   } else if (announced || reader_.atName()) {
     item.alias = reader_.name();
@@ -128,7 +128,7 @@ std::vector<OrderTerm> QueryParser::order() {
   do {
     const Token& at = reader_.peek();
     OrderTerm term{value(), false};
-    // A number would be the place of a column, and an order by text that is the same for all rows is none.
+    // A number would be a column index, and ordering by a constant text is meaningless.
     if (term.value->kind == Kind::Number || term.value->kind == Kind::Text) reader_.refuseAt(at);
     term.descending = reader_.takeWord("desc");
     if (!term.descending) reader_.takeWord("asc");
@@ -209,12 +209,12 @@ ExpressionPtr QueryParser::predicate() {
 
 ExpressionPtr QueryParser::comparison(ExpressionPtr left) {
   const std::string_view taken = *reader_.takeOneOf(kComparisons);
-  const std::string_view sign = taken == "!=" ? "<>" : taken;
+  const std::string_view op = taken == "!=" ? "<>" : taken;
   ExpressionPtr right = value();
   if (left->kind != Kind::Number || right->kind != Kind::Number || left->pinned || right->pinned) {
-    return makeCompare(std::move(left), sign, std::move(right));
+    return makeCompare(std::move(left), op, std::move(right));
   }
-  const Decision decision{true, left->literal, left->negated, sign, right->literal, right->negated};
+  const Decision decision{true, left->literal, left->negated, op, right->literal, right->negated};
   decisions_.push_back(decision);
   ExpressionPtr whole = makeExpression(Kind::Truth);
   whole->truth = holdsFor(decision, reader_.literals());
@@ -254,10 +254,10 @@ ExpressionPtr QueryParser::value() {
 ExpressionPtr QueryParser::sum() {
   const Token at = reader_.peek();
   ExpressionPtr left = product();
-  while (const auto sign = reader_.takeOneOf(kSums)) {
+  while (const auto op = reader_.takeOneOf(kSums)) {
     left = requireValue(std::move(left), at);
     const Token next = reader_.peek();
-    left = arithmetic(std::move(left), *sign, requireValue(product(), next));
+    left = arithmetic(std::move(left), *op, requireValue(product(), next));
   }
   return left;
 }
@@ -265,19 +265,20 @@ ExpressionPtr QueryParser::sum() {
 ExpressionPtr QueryParser::product() {
   const Token at = reader_.peek();
   ExpressionPtr left = signedValue();
-  while (const auto sign = reader_.takeOneOf(kProducts)) {
+  while (const auto op = reader_.takeOneOf(kProducts)) {
     left = requireValue(std::move(left), at);
     const Token next = reader_.peek();
-    left = arithmetic(std::move(left), *sign, requireValue(signedValue(), next));
+    left = arithmetic(std::move(left), *op, requireValue(signedValue(), next));
   }
   return left;
 }
 
-/// Long sums nest on their left, where no parenthesis counts them.
-ExpressionPtr QueryParser::arithmetic(ExpressionPtr left, std::string_view sign, ExpressionPtr right) {
-  if (++signs_ > kMostSigns) refuse(reader_.statement(), reader_.peek().begin, "it reckons too much");
+/// Long sums nest on their left without parentheses, so they are counted here.
+ExpressionPtr QueryParser::arithmetic(ExpressionPtr left, std::string_view op, ExpressionPtr right) {
+  if (++operators_ > kMostOperators)
+    refuse(reader_.statement(), reader_.peek().begin, "too many arithmetic operators");
   ExpressionPtr whole = makeExpression(Kind::Arithmetic);
-  whole->sign = sign;
+  whole->op = op;
   whole->operands.push_back(std::move(left));
   whole->operands.push_back(std::move(right));
   return whole;
@@ -321,7 +322,7 @@ ExpressionPtr QueryParser::parenthesis() {
 
 ExpressionPtr QueryParser::literalValue() {
   const Token& token = reader_.peek();
-  const std::size_t literal = reader_.literalPlace();
+  const std::size_t literal = reader_.literalIndex();
   ExpressionPtr found = makeExpression(token.literal.kind == Literal::Kind::Text ? Kind::Text : Kind::Number);
   found->literal = literal;
   found->pinned = callDepth_ != 0;
@@ -337,7 +338,7 @@ ExpressionPtr QueryParser::columnOrCall() {
   }
   std::string qualifier;
   std::string last = reader_.name();
-  // What stands ahead of a table is a schema or a database with one: the system uses one alone.
+  // A table's prefix is a schema, perhaps with a database: the system uses just one.
   for (int dots = 0; dots < 3 && reader_.takeSymbol("."); ++dots) {
     qualifier = std::move(last);
     if (reader_.takeSymbol("*")) {
@@ -375,7 +376,7 @@ ExpressionPtr QueryParser::call(const Token& word) {
   return whole;
 }
 
-/// Keeps a literal in the text, and gives it as it is written there.
+/// Keeps a literal in the text, and returns it as written.
 std::string QueryParser::pin(std::size_t literal) {
   Decision decision;
   decision.literal = literal;

@@ -11,19 +11,19 @@
 
 namespace ledgertree::tsql {
 
-/// Reads selects, conditions and values, which hold one another. Every operation throws
-/// data::DataError(Statement) for what it doesn't understand; the nesting is bounded, so that no text makes
-/// the stack overflow.
+/// Parses selects, conditions and values, which contain one another. Every
+/// operation throws data::DataError(Statement) for unsupported input; nesting is
+/// limited, so that no text can overflow the stack.
 class QueryParser {
  public:
   explicit QueryParser(TokenReader& reader) : reader_(reader) {}
 
   [[nodiscard]] std::unique_ptr<Select> select();
-  /// WHERE and its condition; nothing where there is no WHERE.
+  /// An optional WHERE with its condition; null if there is none.
   [[nodiscard]] ExpressionPtr where();
   [[nodiscard]] ExpressionPtr value();
 
-  /// What the literals of all that was read have decided.
+  /// The decisions of all literals parsed so far.
   [[nodiscard]] std::vector<Decision> takeDecisions() { return std::move(decisions_); }
 
  private:
@@ -35,7 +35,7 @@ class QueryParser {
   Source source();
   std::vector<OrderTerm> order();
 
-  // From the loosest sign to the tightest.
+  // Lowest precedence first.
   ExpressionPtr condition();
   ExpressionPtr disjunction();
   ExpressionPtr conjunction();
@@ -46,7 +46,7 @@ class QueryParser {
   ExpressionPtr between(ExpressionPtr left, bool negated);
   ExpressionPtr sum();
   ExpressionPtr product();
-  ExpressionPtr arithmetic(ExpressionPtr left, std::string_view sign, ExpressionPtr right);
+  ExpressionPtr arithmetic(ExpressionPtr left, std::string_view op, ExpressionPtr right);
   ExpressionPtr signedValue();
   ExpressionPtr primary();
   ExpressionPtr parenthesis();
@@ -62,7 +62,7 @@ class QueryParser {
   std::vector<Decision> decisions_;
   int depth_ = 0;
   int callDepth_ = 0;
-  int signs_ = 0;
+  int operators_ = 0;
 };
 
 }  // namespace ledgertree::tsql

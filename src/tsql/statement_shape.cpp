@@ -16,7 +16,7 @@ void StatementShape::read(std::string_view statement) {
 }
 
 void StatementShape::Recent::read(std::string_view text) {
-  // A statement that is refused in its middle is none to compare with.
+  // A statement refused halfway can't be compared with.
   numberEnd = 0;
   statement = text;
   key.clear();
@@ -27,7 +27,7 @@ void StatementShape::Recent::read(std::string_view text) {
   for (Token token = tokens.next(); token.kind != Token::Kind::End; token = tokens.next()) {
     if (token.kind != Token::Kind::Literal) continue;
     key.append(statement, copied, token.begin - copied);
-    // Control characters, which no statement holds outside its texts.
+    // Control characters, which no statement contains outside its texts.
     key += static_cast<char>(1 + static_cast<int>(token.literal.kind));
     literals.push_back(token.literal);
     begin = token.begin;

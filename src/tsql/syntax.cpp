@@ -53,9 +53,9 @@ ExpressionPtr makeColumn(std::string qualifier, std::string name) {
   return made;
 }
 
-ExpressionPtr makeCompare(ExpressionPtr left, std::string_view sign, ExpressionPtr right) {
+ExpressionPtr makeCompare(ExpressionPtr left, std::string_view op, ExpressionPtr right) {
   auto made = makeExpression(Expression::Kind::Compare);
-  made->sign = sign;
+  made->op = op;
   made->operands.push_back(std::move(left));
   made->operands.push_back(std::move(right));
   return made;
@@ -70,7 +70,7 @@ ExpressionPtr clone(const Expression& original) {
   copy->literal = original.literal;
   copy->qualifier = original.qualifier;
   copy->name = original.name;
-  copy->sign = original.sign;
+  copy->op = original.op;
   for (const ExpressionPtr& operand : original.operands) copy->operands.push_back(clone(*operand));
   if (!original.select) return copy;
   copy->select = std::make_unique<Select>();

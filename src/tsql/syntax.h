@@ -14,28 +14,28 @@ struct Select;
 struct Expression;
 using ExpressionPtr = std::unique_ptr<Expression>;
 
-/// What a value is, as far as the language asks: "+" joins texts and adds numbers.
+/// A value's type, as far as the language distinguishes: "+" joins texts and adds numbers.
 enum class ValueType : std::uint8_t {
-  Unknown,  ///< of a column whose values may be either, and of what is made of it
-  Number,   ///< dates and what has no value at all among them
+  Unknown,  ///< a column whose values may be either, or computed from one
+  Number,   ///< including dates and nulls
   Text,
 };
 
-/// Anything with a value or a truth. Which members count is told by the kind.
+/// Anything with a value or a truth value. Its kind tells which members are used.
 struct Expression {
   enum class Kind : std::uint8_t {
     Column,        ///< qualifier.name
     All,           ///< qualifier.*
     Null,          ///<
-    Number,        ///< a literal; `negated` for a minus ahead of it
+    Number,        ///< a literal; `negated` for a leading minus
     Text,          ///< a literal
     Call,          ///< name(operands)
-    Arithmetic,    ///< operands joined by `sign`, one of + - * / %
+    Arithmetic,    ///< operands joined by `op`, one of + - * / %
     Negative,      ///< - operand
     ScalarSelect,  ///< (select)
     // From here on: conditions.
-    Truth,     ///< what a condition between two literals came to
-    Compare,   ///< operands joined by `sign`
+    Truth,     ///< the outcome of a condition between two literals
+    Compare,   ///< operands joined by `op`
     IsNull,    ///< operand is [not] null
     Between,   ///< operand [not] between operand and operand
     InList,    ///< the first operand [not] in (the others)
@@ -47,14 +47,14 @@ struct Expression {
   };
 
   Kind kind = Kind::Null;
-  ValueType type = ValueType::Unknown;  ///< of a value, once it is told (see tellTypes)
+  ValueType type = ValueType::Unknown;  ///< of a value, once determined (see tellTypes)
   bool negated = false;
   bool truth = false;
-  bool pinned = false;      ///< a literal that stays in the text, as it does inside a function call
-  std::size_t literal = 0;  ///< the place of a literal among the literals of the statement
-  std::string qualifier;    ///< empty for a bare column or *
-  std::string name;         ///< of a Column; of a Call in small letters; a pinned literal as it is written
-  std::string_view sign;
+  bool pinned = false;      ///< a literal kept in the text, as inside a function call
+  std::size_t literal = 0;  ///< a literal's index among the statement's literals
+  std::string qualifier;    ///< empty for an unqualified column or *
+  std::string name;         ///< of a Column; of a Call, in lower case; a pinned literal as written
+  std::string_view op;
   std::vector<ExpressionPtr> operands;
   std::unique_ptr<Select> select;
 
@@ -63,7 +63,7 @@ struct Expression {
 
 [[nodiscard]] ExpressionPtr makeExpression(Expression::Kind kind);
 [[nodiscard]] ExpressionPtr makeColumn(std::string qualifier, std::string name);
-[[nodiscard]] ExpressionPtr makeCompare(ExpressionPtr left, std::string_view sign, ExpressionPtr right);
+[[nodiscard]] ExpressionPtr makeCompare(ExpressionPtr left, std::string_view op, ExpressionPtr right);
 [[nodiscard]] ExpressionPtr clone(const Expression& original);
 
 struct Item {
@@ -74,19 +74,19 @@ struct Item {
 struct Source {
   std::string table;
   std::string alias;
-  ExpressionPtr on;  ///< of an inner join; none for a comma
+  ExpressionPtr on;  ///< of an inner join; null for a comma
 
-  /// The name under which the columns are qualified.
+  /// The name that qualifies the columns.
   [[nodiscard]] const std::string& exposedName() const { return alias.empty() ? table : alias; }
 };
 
 /// One SELECT without its unions.
 struct SelectCore {
-  std::optional<std::string> top;  ///< the number, as digits
+  std::optional<std::string> top;  ///< the row limit, as digits
   std::vector<Item> items;
   std::vector<Source> sources;
-  ExpressionPtr where;  ///< may be none
-  /// A condition that no row decides: it is asked once, and no row is read where it doesn't hold.
+  ExpressionPtr where;  ///< may be null
+  /// A condition that doesn't depend on the row: evaluated once, and no row is read if it doesn't hold.
   ExpressionPtr gate;
 };
 
@@ -107,17 +107,17 @@ struct Select {
 struct Statement {
   enum class Kind : std::uint8_t { Select, Insert, Update, Delete };
   Kind kind = Kind::Select;
-  std::unique_ptr<Select> select;    ///< of a Select, or of an Insert that takes its rows from one
-  std::string table;                 ///< of the others
-  std::vector<std::string> columns;  ///< of an Insert or Update
+  std::unique_ptr<Select> select;                  ///< of a Select, or of an Insert from one
+  std::string table;                               ///< the target of the others
+  std::vector<std::string> columns;                ///< of an Insert or Update
   std::vector<std::vector<ExpressionPtr>> values;  ///< rows of an Insert; one row for an Update
   ExpressionPtr where;
 };
 
-/// Which names of an outer statement a part of a statement uses.
+/// The names of an outer statement that a part of a statement uses.
 struct OuterNames {
   std::vector<std::string> qualifiers;
-  bool bareColumns = false;  ///< a column without a qualifier may be anybody's
+  bool bareColumns = false;  ///< an unqualified column may belong to any table
 
   [[nodiscard]] bool uses(std::string_view qualifier) const;
 };

@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t kMostTokens = 20000;
 
-/// The words that are no names unless they stand in brackets.
+/// Reserved words: they are names only in brackets.
 constexpr std::string_view kReserved[] = {
     "all",       "alter",  "and",    "as",    "asc",      "begin",  "between", "by",       "case",
     "close",     "commit", "create", "cross", "declare",  "delete", "desc",    "distinct", "drop",
@@ -29,9 +29,9 @@ bool isReserved(std::string_view word) {
 TokenReader::TokenReader(std::string_view statement) : statement_(statement) {
   Tokens source(statement);
   do {
-    if (tokens_.size() == kMostTokens) refuse(statement, 0, "it has too many words");
+    if (tokens_.size() == kMostTokens) refuse(statement, 0, "too many words");
     tokens_.push_back(source.next());
-    literalPlaces_.push_back(literals_.size());
+    literalIndices_.push_back(literals_.size());
     if (tokens_.back().kind == Token::Kind::Literal) literals_.push_back(tokens_.back().literal);
   } while (tokens_.back().kind != Token::Kind::End);
 }

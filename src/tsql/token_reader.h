@@ -11,23 +11,23 @@
 
 namespace ledgertree::tsql {
 
-/// The tokens of a statement, taken one by one with a look ahead. A word that is expected and isn't there is
-/// refused by the name of what stands in its place.
+/// The tokens of a statement, taken one by one with one token of lookahead. If an expected word is missing,
+/// the statement is refused naming the actual token.
 class TokenReader {
  public:
-  /// Reads all tokens. Throws data::DataError(Statement) as Tokens does, and for more words than any
-  /// statement has.
+  /// Reads all tokens. Throws data::DataError(Statement) as Tokens does,
+  /// and for more words than any real statement has.
   explicit TokenReader(std::string_view statement);
 
   [[nodiscard]] std::string_view statement() const { return statement_; }
-  /// The literals of the whole statement in their order.
+  /// All literals of the statement, in order.
   [[nodiscard]] const std::vector<Literal>& literals() const { return literals_; }
 
   [[nodiscard]] const Token& peek(std::size_t ahead = 0) const {
     return tokens_[std::min(place_ + ahead, tokens_.size() - 1)];
   }
-  /// Of the literal that peek() gives: its place among the literals.
-  [[nodiscard]] std::size_t literalPlace() const { return literalPlaces_[place_]; }
+  /// The index of the literal at peek() among the literals.
+  [[nodiscard]] std::size_t literalIndex() const { return literalIndices_[place_]; }
   Token take();
 
   [[nodiscard]] bool atWord(std::string_view word, std::size_t ahead = 0) const;
@@ -36,7 +36,7 @@ class TokenReader {
   bool takeSymbol(std::string_view symbol);
   void requireWord(std::string_view word);
   void requireSymbol(std::string_view symbol);
-  /// Takes one of the symbols, and gives the one of the array, which outlives the statement.
+  /// Takes one of the symbols, and returns the array's own, which outlives the statement.
   template <std::size_t Count>
   std::optional<std::string_view> takeOneOf(const std::string_view (&symbols)[Count]) {
     for (const std::string_view symbol : symbols) {
@@ -45,20 +45,20 @@ class TokenReader {
     return std::nullopt;
   }
 
-  /// Whether a name comes next: in brackets, or a word that isn't reserved.
+  /// Whether a name comes next: bracketed, or a word that isn't reserved.
   [[nodiscard]] bool atName() const;
   [[nodiscard]] std::string name();
-  /// The name of a table or view. A schema ahead of it is passed over: the system uses one alone.
+  /// Takes the name of a table or view. A leading schema is skipped: the system uses just one.
   [[nodiscard]] std::string tableName();
 
-  /// Refuses the statement for a token.
+  /// Refuses the statement because of a token.
   [[noreturn]] void refuseAt(const Token& token) const;
   [[noreturn]] void refuseHere() const { refuseAt(peek()); }
 
  private:
   std::string_view statement_;
   std::vector<Token> tokens_;
-  std::vector<std::size_t> literalPlaces_;  ///< for each token, how many literals stand ahead of it
+  std::vector<std::size_t> literalIndices_;  ///< for each token, how many literals precede it
   std::vector<Literal> literals_;
   std::size_t place_ = 0;
 };

@@ -37,7 +37,7 @@ bool continuesWord(char byte) {
   return found == Class::Letter || found == Class::Digit;
 }
 
-/// A name of 128 characters, of four bytes each.
+/// 128 characters of four bytes each.
 constexpr std::size_t kLongestName = 512;
 
 }  // namespace
@@ -53,15 +53,14 @@ std::string Literal::plainText() const {
 }
 
 Tokens::Tokens(std::string_view statement) : statement_(statement) {
-  if (statement.size() > kMostBytes) refuse(statement.substr(0, 200), 0, "it is too long");
+  if (statement.size() > kMostBytes) refuse(statement.substr(0, 200), 0, "too long");
   unsigned char all = 0;
   bool nul = false;
   for (const char byte : statement) {
     all = static_cast<unsigned char>(all | static_cast<unsigned char>(byte));
     nul = nul || byte == '\0';
   }
-  if (nul || (all >= 0x80 && !text::isCleanText(statement)))
-    refuse(statement, 0, "it is no clean UTF-8 text");
+  if (nul || (all >= 0x80 && !text::isCleanText(statement))) refuse(statement, 0, "not clean UTF-8 text");
 }
 
 Token Tokens::next() {
@@ -88,18 +87,18 @@ Token Tokens::next() {
     case Class::Foreign:
       break;
   }
-  refuse(statement_, place_, "a character that it doesn't know");
+  refuse(statement_, place_, "an unknown character");
 }
 
 Token Tokens::word() {
   const std::size_t begin = place_;
   while (place_ < statement_.size() && continuesWord(statement_[place_])) ++place_;
-  // N'...' is a text of the national characters, which all texts are here.
+  // N'...' is a Unicode text, as all texts are here.
   if (place_ - begin == 1 && place_ < statement_.size() && statement_[place_] == '\'' &&
       (statement_[begin] == 'N' || statement_[begin] == 'n')) {
     return text(begin);
   }
-  if (place_ - begin > kLongestName) refuse(statement_, begin, "a name that is too long");
+  if (place_ - begin > kLongestName) refuse(statement_, begin, "the name is too long");
   return {Token::Kind::Word, begin, place_, between(begin, place_), {}};
 }
 
@@ -120,9 +119,9 @@ Token Tokens::number() {
   }
   token.end = place_;
   token.text = token.literal.text = between(token.begin, place_);
-  if (!fits) refuse(statement_, token.begin, "a number that is out of range");
+  if (!fits) refuse(statement_, token.begin, "the number is out of range");
   if (place_ < statement_.size() && continuesWord(statement_[place_])) {
-    refuse(statement_, token.begin, "a number with letters behind it");
+    refuse(statement_, token.begin, "letters after a number");
   }
   return token;
 }
@@ -133,7 +132,7 @@ Token Tokens::text(std::size_t begin) {
   const std::size_t first = ++place_;
   while (true) {
     place_ = statement_.find('\'', place_);
-    if (place_ == std::string_view::npos) refuse(statement_, begin, "a text without its closing apostrophe");
+    if (place_ == std::string_view::npos) refuse(statement_, begin, "a text without a closing apostrophe");
     if (place_ + 1 >= statement_.size() || statement_[place_ + 1] != '\'') break;
     token.literal.hasQuotes = true;
     place_ += 2;
@@ -147,12 +146,12 @@ Token Tokens::text(std::size_t begin) {
 Token Tokens::quotedName(char closing) {
   const std::size_t begin = place_++;
   const std::size_t end = statement_.find(closing, place_);
-  if (end == std::string_view::npos) refuse(statement_, begin, "a name without its closing sign");
+  if (end == std::string_view::npos) refuse(statement_, begin, "a name without a closing bracket or quote");
   Token token{Token::Kind::QuotedName, begin, end + 1, between(place_, end), {}};
   place_ = end + 1;
   const bool doubled = place_ < statement_.size() && statement_[place_] == closing;
   if (doubled || token.text.empty() || token.text.size() > kLongestName) {
-    refuse(statement_, begin, "a name that no table or column has");
+    refuse(statement_, begin, "not the name of a table or column");
   }
   return token;
 }

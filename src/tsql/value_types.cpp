@@ -34,7 +34,7 @@ class Typing {
       for (Source& source : core.sources) expression(source.on);
       expression(core.where);
     }
-    // An order sees the first part of a union.
+    // ORDER BY refers to the first part of a union.
     enter(select.cores.front(), outside);
     for (OrderTerm& term : select.order) order(*term.value, select.cores.front());
     known_.resize(outside);
@@ -74,7 +74,7 @@ class Typing {
       case Kind::Call:
         return typeOfCall(part);
       case Kind::Arithmetic:
-        return part.sign == "+" ? typeOfSum(part) : ValueType::Number;
+        return part.op == "+" ? typeOfSum(part) : ValueType::Number;
       case Kind::ScalarSelect:
         return part.select->cores.front().items.front().value->type;
       default:
@@ -82,7 +82,7 @@ class Typing {
     }
   }
 
-  /// A name means the innermost table that has it.
+  /// A name refers to the innermost table that has it.
   ValueType typeOfColumn(const Expression& column) {
     for (auto source = known_.rbegin(); source != known_.rend(); ++source) {
       if (!column.qualifier.empty() && !text::equalsIgnoringCase((*source)->exposedName(), column.qualifier))
@@ -108,7 +108,7 @@ class Typing {
   }
 
   Columns& columns_;
-  std::vector<const Source*> known_;  ///< the tables in reach, those of the innermost select last
+  std::vector<const Source*> known_;  ///< the visible tables, those of the innermost select last
 };
 
 }  // namespace

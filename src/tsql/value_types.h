@@ -7,16 +7,16 @@
 
 namespace ledgertree::tsql {
 
-/// What an engine knows of the columns of its database.
+/// What an engine knows about its database's columns.
 class Columns {
  public:
   virtual ~Columns() = default;
-  /// What a column of a table or view holds; nothing where there is no such column. Names count in any case.
+  /// The type of a column of a table or view; nothing if there is no such column. Names ignore case.
   [[nodiscard]] virtual std::optional<ValueType> typeOf(std::string_view table, std::string_view column) = 0;
 };
 
-/// Gives every value of a statement its type, by which "+" joins or adds: that of a column is asked of
-/// `columns`, by the table that its name means where it stands.
+/// Determines the type of every value of a statement, by which "+" joins or adds; a column's type is that of
+/// `columns`, for the table that its name refers to.
 void tellTypes(Statement& statement, Columns& columns);
 
 }  // namespace ledgertree::tsql

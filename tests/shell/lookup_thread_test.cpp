@@ -42,7 +42,7 @@ class FarConnection : public testing::LookupConnection {
  public:
   explicit FarConnection(FarServer& server) : LookupConnection(server.database), server_(server) {}
 
-  [[nodiscard]] bool answersLate() const override { return true; }
+  [[nodiscard]] bool isRemote() const override { return true; }
   void rest() override { ++server_.rests; }
   data::SearchPage search(const data::SearchRequest& request) override {
     if (server_.unreachable && ++server_.failed != 0)

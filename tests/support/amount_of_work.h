@@ -5,7 +5,7 @@
 
 namespace ledgertree::testing {
 
-/// How much of a random work a run does: what the environment says under `name`, or one of these two.
+/// How much random work a run does: the environment variable `name`, or one of these defaults.
 inline int amountOfWork(const char* name, int everyDay, int inALongRun) {
   if (const char* const text = std::getenv(name)) return std::atoi(text);
   const char* const isLong = std::getenv("LEDGERTREE_LONG");

@@ -16,8 +16,8 @@
 
 namespace ledgertree::testing {
 
-/// A process that works and tells its parent through a pipe how far it is; made ahead of every database of
-/// the parent, as SQLite's connections don't outlive a fork.
+/// A child process that reports its progress to its parent through a pipe; start it before the parent opens a
+/// database, since SQLite connections don't survive a fork.
 class Child {
  public:
   explicit Child(const std::function<void(int pipe)>& work) {
@@ -39,7 +39,7 @@ class Child {
     if (!ended_) static_cast<void>(end());
   }
 
-  /// What it tells next: one character; nothing at its end.
+  /// The next progress character; nothing at the end.
   std::optional<char> hear() {
     char letter = 0;
     return ::read(pipe_, &letter, 1) == 1 ? std::optional(letter) : std::nullopt;
@@ -54,7 +54,7 @@ class Child {
     for (auto letter = hear(); letter && *letter != '\n'; letter = hear()) line += *letter;
     return line;
   }
-  /// Kills it once it has told so much, and a moment later; gives how much it had told by then.
+  /// Kills it a moment after it has reported so much; returns how much it had reported by then.
   std::size_t killBehind(std::size_t letters, std::chrono::microseconds moment = {}) {
     std::size_t told = 0;
     while (told < letters && hear()) ++told;
@@ -64,7 +64,7 @@ class Child {
     EXPECT_NE(end(), 1) << "it failed on its own";
     return told;
   }
-  /// The exit code; -1 for one that was killed.
+  /// The exit code; -1 if it was killed.
   int end() {
     int status = 0;
     ::waitpid(process_, &status, 0);
@@ -82,7 +82,7 @@ inline void tell(int pipe, const std::string& text) {
   if (::write(pipe, text.data(), text.size()) != static_cast<ssize_t>(text.size())) ::_exit(2);
 }
 
-/// The folder of a worker that can't take it along.
+/// The folder left by a worker that can't remove it.
 struct LeftFolder {
   std::filesystem::path file;
   ~LeftFolder() {

@@ -6,7 +6,7 @@
 
 namespace ledgertree::testing {
 
-/// The failure of some work, which has to fail.
+/// The failure of `work`, which must fail.
 template <typename Work>
 data::DataError failureOf(const Work& work) {
   try {

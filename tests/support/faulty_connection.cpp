@@ -63,7 +63,7 @@ class FaultyConnection : public data::Connection {
   void rest() override { engine_->rest(); }
   void whileWaiting(data::Waiting waiting) override { engine_->whileWaiting(std::move(waiting)); }
   std::vector<std::string> takeNews() override { return engine_->takeNews(); }
-  [[nodiscard]] bool answersLate() const override { return faults_.late || engine_->answersLate(); }
+  [[nodiscard]] bool isRemote() const override { return faults_.late || engine_->isRemote(); }
 
   data::SearchPage search(const data::SearchRequest& request) override {
     ++faults_.trips_;
@@ -75,7 +75,7 @@ class FaultyConnection : public data::Connection {
   static std::string wordsOf(const data::Command& command) {
     return command.procedure != nullptr ? std::string(command.procedure->name) : command.statement;
   }
-  /// A command that fails here never reaches the engine, nor does what was handed over for it.
+  /// A command that fails here never reaches the engine, nor does anything handed over for it.
   void pass(const std::string& command) {
     const auto read = std::exchange(read_, std::nullopt);
     faults_.pass(command);

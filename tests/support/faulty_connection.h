@@ -15,40 +15,40 @@
 
 namespace ledgertree::testing {
 
-/// Stands between the product and the engine: it writes down every command (a statement, a procedure, a
-/// search) and fails those that it is told to, as an engine does that gives up before it changed anything.
+/// Sits between the product and the engine: records every command (a statement, a procedure, a search) and
+/// fails those that it is told to, like an engine that fails before changing anything.
 class Faults {
  public:
   static constexpr std::string_view kMessage = "the disk gave up";
 
-  /// The connections that `provider` opens from now on; the faults outlive the providers' last connection.
+  /// Affects the connections that `provider` opens from now on; must outlive the last one.
   void putInto(data::Providers& providers, std::string provider = testProvider());
 
-  /// Fails the n-th command from now, 1 being the next, and no other.
+  /// Fails only the n-th command from now, 1 being the next.
   void failAt(int n);
-  /// Fails each command whose text holds this, letter by letter; empty stops.
+  /// Fails each command whose text contains this exactly; empty stops.
   void failWhere(std::string text, data::DataError::Reason reason = data::DataError::Reason::Storage);
-  /// Nothing fails any more.
+  /// Stops all failures.
   void heal();
 
-  /// The commands that failed since the last heal(), or since the beginning.
+  /// The number of failed commands since the last heal(), or since the beginning.
   [[nodiscard]] int failures() const;
-  /// Answers count as late, as over a network, on whichever engine. What is heard below is heard on the
-  /// connection's thread then.
+  /// Makes any engine count as remote. The callbacks below then run on the connection's
+  /// thread.
   std::atomic<bool> late = false;
-  /// How often the engines were asked since the last call; a packet is one question.
+  /// The number of round trips since the last call; a packet is one.
   [[nodiscard]] int trips() { return trips_.exchange(0); }
-  /// The commands since the last call: statements, names of procedures, "search " and a view.
+  /// The commands since the last call: statements, procedure names, "search " and a view.
   [[nodiscard]] std::vector<std::string> take();
 
-  /// Hears each command ahead of its run; what it throws is the command's failure. For stories on one thread.
+  /// Called before each command; what it throws is the command's failure. For single-threaded stories.
   std::function<void(const std::string& command)> onCommand;
-  /// Hears what each statement that ran gave; a procedure gives nothing.
+  /// Called with the result of each statement; a procedure has none.
   std::function<void(const std::string& command, const std::optional<data::Rows>& rows)> onAnswer;
 
  private:
   friend class FaultyConnection;
-  /// Throws data::DataError where the command is to fail.
+  /// Throws data::DataError if the command is to fail.
   void pass(const std::string& command);
   void answered(const std::string& command, const std::optional<data::Rows>& rows) const {
     if (onAnswer) onAnswer(command, rows);

@@ -9,13 +9,13 @@
 
 namespace ledgertree::testing {
 
-/// What tests/db/versions keeps. A test that uses it is given the folder as LEDGERTREE_VERSIONS.
+/// A file of tests/db/versions. A test that uses it gets the folder as LEDGERTREE_VERSIONS.
 inline std::string keptVersion(const std::string& name) {
   std::ifstream file(LEDGERTREE_VERSIONS "/" + name);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// A file of the first version, with the rows and the objects that a host and other programs left in it.
+/// A database of the first version, with the rows and objects that a host and other programs left in it.
 inline SQLite::Database firstVersion(const std::filesystem::path& file) {
   SQLite::Database database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, 10000);
   database.exec("pragma journal_mode = wal");

@@ -18,10 +18,10 @@ namespace ledgertree::testing {
 namespace {
 
 constexpr const char* kOnDisk = ".on-disk";
-/// The piece that a disk writes whole or not at all.
+/// The unit that a disk writes atomically.
 constexpr std::size_t kSector = 512;
 
-/// A change of a file that wasn't synced.
+/// An unsynced change of a file.
 struct Change {
   std::size_t offset = 0;
   std::string bytes;
@@ -30,7 +30,7 @@ struct Change {
 
 struct DiskFile {
   bool exists = false;   ///< since its first sync
-  bool removed = false;  ///< not for certain ahead of the next sync of whatever file
+  bool removed = false;  ///< not certain before the next sync of any file
   std::string synced;
   std::vector<Change> since;
 };
@@ -41,7 +41,7 @@ void apply(std::string& image, const Change& change, std::size_t length) {
   std::copy_n(change.bytes.begin(), length, image.begin() + static_cast<std::ptrdiff_t>(change.offset));
 }
 
-/// One for the process; SQLite calls it from any thread.
+/// One per process; SQLite calls it from any thread.
 class Disk {
  public:
   void change(const std::string& path, Change change) {
@@ -104,7 +104,7 @@ Disk& disk() {
   return only;
 }
 
-// SQLite's interface in C: a file of this layer is followed by the file of the layer below.
+// SQLite's C interface: this layer's file is followed in memory by that of the layer below.
 
 sqlite3_vfs* below = nullptr;
 
@@ -123,7 +123,7 @@ int close(sqlite3_file* file) {
   delete of(file)->path;
   return result;
 }
-/// A call that the layer below answers.
+/// Forwards a call to the layer below.
 template <auto kMethod, typename... Arguments>
 auto passOn(sqlite3_file* file, Arguments... arguments) {
   return (methods(file).*kMethod)(real(file), arguments...);

@@ -39,14 +39,14 @@ ui::MenuEntry* entryIn(const std::vector<ui::MenuEntry*>& menu, const std::strin
   return nullptr;
 }
 
-/// As it can stand in a cell of a table.
+/// Escapes a text for a table cell.
 std::string cellOf(std::string text) {
   for (char& letter : text)
     if (letter == '|' || letter == '\n') letter = letter == '|' ? '/' : ' ';
   return trimmed(text);
 }
 
-/// What a person does to a control, by its kind.
+/// What a user does to a control, by its type.
 class Hand : public ui::ControlVisitor {
  public:
   Hand(ScriptedDesktop& desktop, std::string how)

@@ -13,20 +13,20 @@
 
 namespace ledgertree::testing {
 
-/// A person at the screen that lies on top, whatever it is. What the person does is some steps with "; "
-/// between them.
+/// A user at the topmost screen, whatever it is. The user's actions are steps separated by ";
+/// ".
 ///
-/// A step names a key of the form ("Ctrl+S"), or a control or an entry of a menu and what is done to it:
-/// nothing more for a click, a key, "focus"; the number of a line of a list; the text to paste; the text
-/// whose first hit is picked in a look-up, the row's ID ("#5", "#-1" for none), or what is only typed ("type
-/// x"); "click", "tick", "expand", "collapse" or "menu" and the key of a node. "at txtCode" goes to a field
-/// of text; from then on "type x" or a key answers with the text, "^" at its caret, while "text x" and "caret
-/// 3" are the program's. "yes", "no" and "neither" in front answer the question that comes up. "frame" closes
-/// the form by its frame, "pass" lets time pass, and statements with the text behind "fail" fail until
-/// "heal", and behind "deny" for a missing right. Blanks at the ends of a text stand between apostrophes.
+/// A step names a key of the form ("Ctrl+S"), or a control or menu item and the action: nothing for a click,
+/// a key, "focus"; the number of a list line; the text to paste; the text whose first hit is picked in a
+/// look-up, the row's ID ("#5", "#-1" for none), or what is only typed ("type x"); "click", "tick", "expand",
+/// "collapse" or "menu" and the key of a node. "at txtCode" goes to a text field; from then on "type x" or a
+/// key returns the text, "^" at its caret, while "text x" and "caret 3" act as the program. "yes", "no" and
+/// "neither" in front answer the next question. "frame" closes the form by its frame, "pass" lets time pass;
+/// after "fail", statements containing the text fail until "heal", and after "deny" for a missing right.
+/// Blanks at the ends of a text are written in apostrophes.
 class ScreenWalk {
  public:
-  /// What a step of a story does; what it answers is seen.
+  /// The action of a story's step; its result is what is seen.
   class Act {
    public:
     Act() = default;
@@ -47,17 +47,17 @@ class ScreenWalk {
 
   ScreenWalk(ScriptedDesktop& desktop, ScriptedNotices& notices, Faults& faults);
 
-  /// Goes through a section, as walk() does. Seen is what the steps answer, and what the story looks at; of a
-  /// form that is gone it is "closed". Told are keys without a use, the notices as "title<message>", the
-  /// hourglasses that came up, and what the story adds.
+  /// Runs a section, as walk() does. "Seen" is what the steps return, and what the story looks at;
+  /// "closed" for a form that is gone. "Told" are unused keys, the notices as "title<message>",
+  /// the hourglasses shown, and what the story adds.
   void go(
       const std::string& file, const std::string& section, const Look& seen = [] { return std::string(); },
       const Look& told = [] { return std::string(); });
 
-  /// Some steps alone; gives what they answer.
+  /// Runs single steps; returns their results.
   std::string act(const std::string& steps);
 
-  /// What a step begins with, where the story adds something.
+  /// The story's own steps, by their first word.
   std::map<std::string, Act> acts;
 
  private:

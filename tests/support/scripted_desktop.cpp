@@ -27,7 +27,7 @@ void ScriptedDesktop::tick() {
   settle();
 }
 
-/// Whether a look-up on the screen waits for rows, which may come from another thread.
+/// Whether a look-up on the screen is waiting for rows, perhaps from another thread.
 bool ScriptedDesktop::searching() const {
   return std::any_of(shownForms.begin(), shownForms.end(), [](ui::Form* form) {
     return std::any_of(form->controls().begin(), form->controls().end(), [](ui::Control* control) {
@@ -98,9 +98,9 @@ void ScriptedDesktop::popUpMenu(ui::Form&, ui::MenuEntry& menu, ui::Twips left, 
   poppedUpTop = top;
 }
 
-void ScriptedDesktop::setPointer(ui::Pointer shape) {
+void ScriptedDesktop::setPointer(ui::PointerShape shape) {
   pointer = shape;
-  if (shape == ui::Pointer::Hourglass) ++hourglasses;
+  if (shape == ui::PointerShape::Hourglass) ++hourglasses;
 }
 
 void ScriptedDesktop::moveFocus(ui::Control& control) { control.form().focusMoved(&control); }

@@ -13,21 +13,21 @@
 
 namespace ledgertree::testing {
 
-/// A desktop without a screen, told beforehand what the person does; it remembers what was asked of it.
+/// A desktop without a screen, scripted with the user's actions; it records what was requested of it.
 class ScriptedDesktop : public ui::Desktop {
  public:
   using Person = std::function<void(ui::Form&)>;
 
-  /// What the person does in the next modal form of that name, which the frame closes if it is still up then.
+  /// The user's actions in the next modal form of that name, which is closed by its frame if still open then.
   void inModal(std::string formName, Person person);
   void forgetScripts() { scripts_.clear(); }
-  /// The modal forms that came up without a script, and the scripts that no form came up for.
+  /// Modal forms shown without a script, and scripts whose form was never shown.
   [[nodiscard]] std::vector<std::string> surprises() const;
 
-  /// Time passes: every timer of the shown forms ticks once, and what waits for idleness runs.
+  /// Lets time pass: every timer of the shown forms ticks once, and idle procedures run.
   void tick();
-  /// Runs what waits for idleness, until nothing does and, as far as there is patience, no look-up on the
-  /// screen searches any more.
+  /// Runs idle procedures until none is left and, for a limited time, no look-up on the screen is
+  /// searching.
   void settle();
 
   // ui::Desktop
@@ -37,7 +37,7 @@ class ScriptedDesktop : public ui::Desktop {
   void hide(ui::Form& form) override;
   void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
   void copyText(std::string_view text) override { copied = text; }
-  void setPointer(ui::Pointer pointer) override;
+  void setPointer(ui::PointerShape pointer) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
   [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override {
@@ -50,30 +50,30 @@ class ScriptedDesktop : public ui::Desktop {
   bool showWait(std::string_view text, std::string_view wayOut) override;
   void hideWait() override { waits.emplace_back("."); }
 
-  /// What a person was shown of waits, with what is offered behind it; runs in each of its paints. Escape is
-  /// the way out.
+  /// The waits shown to the user, with the options offered; called in each of their paints. Escape
+  /// cancels.
   std::vector<std::string> waits;
   std::function<void()> onWait;
-  /// The number of the error with which `show` refuses; 0 shows.
+  /// The error number with which `show` refuses; 0 shows.
   int refusal = 0;
   int version = 5;
   std::chrono::seconds patience{0};
-  ui::Pointer pointer = ui::Pointer::Default;
+  ui::PointerShape pointer = ui::PointerShape::Default;
   int hourglasses = 0;
   int repaints = 0;
   std::vector<std::string> layouts;
-  /// The layout that was chosen last; empty for none.
+  /// The last layout chosen; empty for none.
   [[nodiscard]] std::string layout() const { return layouts.empty() ? "" : layouts.back(); }
-  /// The names of the forms in the order in which they were shown, modal ones with "!" behind.
+  /// The names of the forms in the order shown, modal ones with "!" appended.
   std::vector<std::string> showings;
   ui::MenuEntry* poppedUp = nullptr;
   std::string copied;
   ui::Twips poppedUpLeft = 0;
   ui::Twips poppedUpTop = 0;
   std::vector<ui::Form*> shownForms;
-  /// Runs in each repaint, as a host does that calls in the middle of long work.
+  /// Called in each repaint, like a host that calls during long work.
   std::function<void()> onRepaint;
-  /// The person presses Escape in the middle of long work.
+  /// The user presses Escape during long work.
   bool escape = false;
 
  private:

@@ -9,7 +9,7 @@
 
 namespace ledgertree::testing {
 
-/// A notice as the person read it.
+/// A notice as shown to the user.
 struct Notice {
   std::string title;
   std::string message;
@@ -17,23 +17,23 @@ struct Notice {
   bool operator==(const Notice&) const = default;
 };
 
-/// Stands for the notice component: keeps every notice, and answers questions as told beforehand.
+/// Replaces the notice component: records every notice, and answers questions as scripted.
 class ScriptedNotices {
  public:
   explicit ScriptedNotices(shell::OutsideComponents& components);
 
-  /// The answers of the next questions: 1 yes, 0 no, anything else none. Without one it is no.
+  /// The answers to the next questions: 1 yes, 0 no, anything else none. Without one, no.
   void answer(int answer) { answers_.push_back(answer); }
-  /// Drops the answers that nobody asked for, and the notices.
+  /// Drops unused answers, and the notices.
   void forget();
   /// The notices since the last call.
   std::vector<Notice> take();
   /// The notices since the last call as "title|message", a line each.
   std::string taken();
 
-  /// Every member that was used, in order: "set FormTitle", "call ClearShow", "get Resualt".
+  /// Every member used, in order: "set FormTitle", "call ClearShow", "get Resualt".
   std::vector<std::string> members;
-  /// Runs while a notice is up.
+  /// Called while a notice is shown.
   std::function<void(const Notice&)> onShow;
 
  private:

@@ -9,7 +9,7 @@
 
 namespace ledgertree::fuzz {
 
-/// What a fuzzer starts from and what it has found, once more. Gives the number of its seeds.
+/// Replays a fuzzer's initial and found inputs. Returns the number of seeds.
 template <typename Check>
 int replay(const std::string& folder, Check check) {
   int count = 0;

@@ -25,14 +25,14 @@
 namespace ledgertree::testing {
 namespace {
 
-/// In an order in which nothing is left that another row refers to.
+/// In deletion order: referring rows before the rows that they refer to.
 constexpr std::array kTables = {
     "tblAccountDocument",       "tblAccount",       "tblAccountPeriod",       "tblAccountGroup",
     "tblAccountBranch",         "tblAccCostCenter", "tblAccountClass",        "tblEntityPerson",
     "tblEntityProject",         "tblEntityBank",    "tblUserPermission",      "tblUser",
     "tblTarvoSystemParameters", "tblTarvoBasePath", "tblAccountPeriodAccount"};
 
-/// One statement of SQLite as SQL Server says it: other names of functions, another sign that joins texts.
+/// Translates one SQLite statement for SQL Server: other function names, another operator that joins texts.
 std::string translated(std::string_view statement) {
   static constexpr std::pair<std::string_view, std::string_view> kWords[] = {
       {"||", "+"},
@@ -80,15 +80,15 @@ std::vector<std::string> statementsOf(const std::string& text) {
   return statements;
 }
 
-/// Another number for other scripts.
+/// A number that differs for different scripts.
 std::size_t fingerprint() {
   std::string all;
   for (const std::string_view path : db::scriptsIn("db/sqlserver/")) all += db::embeddedText(path);
   return std::hash<std::string>()(all);
 }
 
-/// The second program's. All stories of a process share it: a server may take seconds for a session's first
-/// statements.
+/// The second program's connection. All stories of a process share it: a server may take seconds for a
+/// session's first statements.
 data::Connection& connection() {
   static const std::unique_ptr<data::Connection> one = [] {
     data::Providers providers;
@@ -131,7 +131,7 @@ ServerChart::~ServerChart() {
   try {
     dropWhatStoriesMade();
   } catch (const data::DataError&) {
-    // The next story tries again, and tells.
+    // The next story tries again, and reports failures.
   }
   ::close(lock_);
 }
@@ -161,7 +161,7 @@ void ServerChart::installSchema() {
   if (query("select 1 as Found from tblLedgerTreeStories where Kind = 'schema' and Name = N'" + scripts + "'")
           .count() != 0)
     return;
-  // Anew, whatever version was there.
+  // Recreated, whatever version was there.
   connection_.run("delete tblLedgerTreeStories where Kind = 'schema'");
   dropSchema(connection_);
   db::installServerSchema(connection_, [](std::string_view) {});
@@ -169,7 +169,7 @@ void ServerChart::installSchema() {
 }
 
 void ServerChart::dropSchema(data::Connection& connection) {
-  // What refers to others goes first.
+  // Referring objects are dropped first.
   const data::Rows made = *connection.run(
       "select case type when 'V' then 'view ' when 'P' then 'procedure ' else 'table ' end + name "
       "from sys.objects where type in ('V', 'P', 'U') and schema_name(schema_id) = 'dbo' "
@@ -181,7 +181,7 @@ void ServerChart::dropSchema(data::Connection& connection) {
 }
 
 void ServerChart::dropWhatStoriesMade() {
-  // "view" comes behind "table", and goes ahead of it.
+  // "view" sorts after "table", but must be dropped first.
   const data::Rows made =
       query("select Kind, Name from tblLedgerTreeStories where Kind in ('table', 'view') order by Kind desc");
   for (std::size_t row = 0; row < made.count(); ++row)
@@ -192,7 +192,7 @@ void ServerChart::dropWhatStoriesMade() {
 void ServerChart::empty() {
   std::string batch = "update tblAccount set ParentID = null; truncate table tblAccountDocumentDetail;";
   for (const std::string table : kTables) batch += "delete " + table + ";";
-  // A key that was given once makes sure which one comes next.
+  // After one insert, the next identity value is certain.
   batch += "insert into tblAccount (Code) values (null); delete tblAccount";
   connection_.run("exec (N'" + batch + "'); dbcc checkident ('tblAccount', reseed, 1)");
 }

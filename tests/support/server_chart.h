@@ -6,7 +6,7 @@
 
 namespace ledgertree::testing {
 
-/// The SQL Server that LEDGERTREE_TEST_CONNECTION names for the stories; empty for the embedded engine.
+/// The SQL Server named by LEDGERTREE_TEST_CONNECTION for the stories; empty for the embedded engine.
 [[nodiscard]] const std::string& testServer();
 
 [[nodiscard]] inline bool onServer() { return !testServer().empty(); }
@@ -15,22 +15,22 @@ namespace ledgertree::testing {
 [[nodiscard]] std::string testProvider();
 
 /// The chart on that server, emptied for a story, and a second program that has it open. One story at a time
-/// works there. A database is taken whose name holds "test", or whose tables of the chart have no row; the
-/// table tblLedgerTreeStories remembers it, and the scripts that its schema is of.
+/// works there. A database is accepted if its name contains "test", or if the chart's tables are empty; the
+/// table tblLedgerTreeStories records that, and which scripts its schema comes from.
 class ServerChart {
  public:
-  /// Throws std::runtime_error for any other database: the tables lose their rows.
+  /// Throws std::runtime_error for any other database, since the tables are emptied.
   ServerChart();
   ServerChart(const ServerChart&) = delete;
   ServerChart& operator=(const ServerChart&) = delete;
   ~ServerChart();
 
-  /// Statements in SQLite's dialect, as far as stories need it; what they create goes with this object.
+  /// Runs statements in SQLite's dialect, as far as stories need it; drops their objects at the end.
   void execute(const std::string& statements);
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);
   void fillWithDemoChart();
-  /// Takes away all that the scripts of any version make.
+  /// Drops everything that the scripts of any version create.
   static void dropSchema(data::Connection& connection);
 
  private:

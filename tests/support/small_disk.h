@@ -8,7 +8,7 @@
 
 namespace ledgertree::testing {
 
-/// A disk with little room: a small file system of its own where that is allowed, a limit on files elsewhere.
+/// A nearly full disk: a small file system if that is allowed, otherwise a file size limit.
 class SmallDisk {
  public:
   explicit SmallDisk(const std::filesystem::path& folder) : folder_(folder) {

@@ -24,7 +24,7 @@ std::string TableWatch::changes() {
 TableWatch::Table TableWatch::read(const std::string& table) const {
   Table found;
   const data::Rows rows = database_.read("select * from " + table);
-  // The ancestors of an account have their IDs in the first column, and more than one row each.
+  // Ancestor rows have the ancestor's ID in the first column, which isn't unique.
   const bool byID = rows.columns().front() == "ID" && table != "tblAccountParent";
   for (std::size_t row = 0; row < rows.count(); ++row) {
     std::string key;

@@ -9,23 +9,23 @@
 
 namespace ledgertree::testing {
 
-/// Whether a column of tblAccount is one that only the server has, and computes from the others.
+/// Whether a column of tblAccount exists only on the server, computed from the others.
 [[nodiscard]] inline bool isComputed(const std::string& column) {
   return column == "TreeParentID" || column == "CodeKey";
 }
 
-/// Looks at all tables of a database but the counter of its changes, and tells what is another way than when
-/// it looked last.
+/// Reads all tables of a database except the change counter,
+/// and reports the differences from the previous read.
 class TableWatch {
  public:
   explicit TableWatch(TemporaryDatabase& database) : database_(database) { static_cast<void>(changes()); }
 
-  /// The changes since the last call, a line for each table with any: "tblAccountPeriodAccount: -12|2 +10|2".
-  /// A row with an ID goes and comes by that, and another value of one that stays is "3.Code=1108".
+  /// The changes since the last call, one line per changed table: "tblAccountPeriodAccount: -12|2 +10|2". A
+  /// row with an ID is identified by it, and a changed value of one that stays is "3.Code=1108".
   [[nodiscard]] std::string changes();
 
  private:
-  /// A row by its ID, with its values as "Column=value"; without an ID, by all that is in it.
+  /// Rows by ID, with their values as "Column=value"; without an ID, by the whole contents.
   using Table = std::multimap<std::string, std::vector<std::string>>;
 
   [[nodiscard]] Table read(const std::string& table) const;
@@ -35,14 +35,14 @@ class TableWatch {
   std::map<std::string, Table> seen_;
 };
 
-/// A house in which a story tells of every row that it changes: what it didn't ask for with changes() until
-/// its end, it didn't expect.
+/// A house whose story must account for every changed row: changes not
+/// queried by changes() until its end are unexpected.
 class WatchedHouse : public FaultyHouse {
  protected:
   WatchedHouse() {
     person.acts["sql"] = [this](auto& statements) { given(statements); };
   }
-  /// Puts rows there past the product.
+  /// Adds rows bypassing the product.
   void given(const std::string& statements) {
     EXPECT_EQ(changes(), "") << "ahead of " << statements;
     database.execute(statements);

@@ -73,7 +73,7 @@ void TcpProxy::setBehind(const std::u16string& words, Road next) {
 void TcpProxy::work() {
   while (!over_) {
     const bool silent = road_ == Road::Silent;
-    // Who comes meanwhile stands in the queue of the port, which the system answers for.
+    // New clients meanwhile wait in the port's queue, which the system manages.
     std::vector<pollfd> watched{{silent ? -1 : listener_, POLLIN, 0}};
     for (const Pair& pair : pairs_)
       for (const Way* way : {&pair.there, &pair.back})
@@ -133,7 +133,7 @@ void TcpProxy::heard(Way& way, std::string_view bytes) {
   if (words_.empty()) return;
   way.tail += bytes;
   if (way.tail.find(words_) != std::string::npos) {
-    // The server is to have it all before the connection ends.
+    // The server should receive everything before the connection ends.
     if (next_ == Road::Cut) std::this_thread::sleep_for(std::chrono::milliseconds(300));
     road_ = next_;
     words_.clear();

@@ -11,18 +11,18 @@
 
 namespace ledgertree::testing {
 
-/// The road to a server, as bad as a story wants it: a TCP proxy on this machine, with a thread of its own.
-/// What it is told counts for the connections that stand and for those that come.
+/// An unreliable connection to a server: a TCP proxy on this machine, with its own thread. Settings apply to
+/// existing and new connections.
 class TcpProxy {
  public:
   enum class Road {
     Open,
-    Silent,      ///< nothing comes through in either direction; nobody is told, and what came is kept
-    Swallowing,  ///< what is asked comes through, and the answers are lost
+    Silent,      ///< nothing passes in either direction; no error is reported, and pending data is kept
+    Swallowing,  ///< requests pass, answers are lost
     Cut,         ///< connections end at once, new ones too
   };
 
-  /// In front of the server of a connection text ("Data Source=host,port"), or of a host and a port.
+  /// A proxy for the server of a connection text ("Data Source=host,port"), or of a host and a port.
   explicit TcpProxy(std::string_view connectionText);
   TcpProxy(const std::string& host, std::uint16_t port);
   TcpProxy(const TcpProxy&) = delete;
@@ -30,16 +30,16 @@ class TcpProxy {
   ~TcpProxy();
 
   [[nodiscard]] std::uint16_t port() const { return port_; }
-  /// The same connection text by this road.
+  /// The same connection text, routed through the proxy.
   [[nodiscard]] static std::string through(const TcpProxy& proxy, std::string_view connectionText);
 
   void set(Road road) { road_ = road; }
-  /// The road becomes `next` as soon as these bytes went to the server, which still gets them: "answer lost
-  /// behind the write" is a statement and Swallowing, or Cut. Text goes as UTF-16 in what SQL Server reads.
+  /// Switches to `next` as soon as these bytes have been passed to the server, which still gets them: "answer
+  /// lost after the write" is a statement and Swallowing, or Cut. SQL Server reads text as UTF-16.
   void setBehind(const std::u16string& words, Road next);
-  /// How long an answer takes longer, on each way back: a round trip of that many milliseconds.
+  /// The added delay of each answer, in milliseconds per round trip.
   void setDelay(std::chrono::milliseconds delay) { delay_ = delay; }
-  /// The bytes that have gone to the server and come back, and the answers: how often the direction turned.
+  /// The bytes sent to the server and back, and the answers: the number of turns of direction.
   [[nodiscard]] std::uint64_t bytes() const { return bytes_; }
   [[nodiscard]] std::uint64_t roundTrips() const { return roundTrips_; }
 
@@ -54,12 +54,12 @@ class TcpProxy {
     int to = -1;
     bool back = false;  ///< from the server
     std::list<Piece> pieces;
-    std::string tail;  ///< of what went there, to find words that came in two pieces
+    std::string tail;  ///< the end of what was sent, to find words split between two pieces
   };
   struct Pair {
     Way there;
     Way back;
-    bool asked = false;  ///< and not answered yet
+    bool asked = false;  ///< and not yet answered
   };
 
   void work();

@@ -17,7 +17,7 @@ TemporaryFolder::TemporaryFolder() {
   const std::filesystem::path memory = "/dev/shm";
   path_ = (std::filesystem::is_directory(memory) ? memory : std::filesystem::temp_directory_path()) /
           ("ledgertree-" + std::to_string(::getpid()) + "-" + std::to_string(++count));
-  // A process that was killed may have left a folder under the number that this one got.
+  // A killed process may have left a folder under this process's ID.
   std::filesystem::remove_all(path_);
   std::filesystem::create_directories(path_);
 }

@@ -12,7 +12,7 @@
 
 namespace ledgertree::testing {
 
-/// A folder of its own, in memory-backed storage where there is one, that goes with the object.
+/// A temporary folder, in memory-backed storage if there is one, deleted with the object.
 class TemporaryFolder {
  public:
   TemporaryFolder();
@@ -25,19 +25,19 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-/// The file is whole, and no row refers to one that isn't there.
+/// Expects an intact file without dangling references.
 void expectSound(SQLite::Database& database);
-/// All rows of a query, with the names of their columns.
+/// All rows of a query, with column names.
 [[nodiscard]] data::Rows readRows(SQLite::Database& database, const std::string& query);
 /// The same as text: columns joined by "|", rows by "\n", NULL as "null".
 [[nodiscard]] std::string allRows(SQLite::Database& database, const std::string& query);
-/// The same of rows that the product read.
+/// The same for rows that the product read.
 [[nodiscard]] std::string allRows(const data::Rows& rows);
-/// One value of them: NULL as "null", money as the number of ten-thousandths that a file holds.
+/// One such value: NULL as "null", money as the number of ten-thousandths that a file stores.
 [[nodiscard]] std::string cellText(const data::Value& value);
 
-/// A database with the schema and no account, a file or the server of the environment, and a second program
-/// that has it open: what a story puts in and looks up goes past the product.
+/// A database with the schema and no accounts, in a file or on the environment's server, and a second program
+/// that has it open, whose reads and writes bypass the product.
 class TemporaryDatabase {
  public:
   TemporaryDatabase();
@@ -47,18 +47,18 @@ class TemporaryDatabase {
   /// The file itself; throws std::bad_optional_access on the server.
   [[nodiscard]] SQLite::Database& other() { return file_.value(); }
 
-  /// Statements in SQLite's own dialect.
+  /// Runs statements in SQLite's own dialect.
   void execute(const std::string& statements);
   [[nodiscard]] std::int64_t number(const std::string& query);
   [[nodiscard]] std::string text(const std::string& query);
   [[nodiscard]] std::string rows(const std::string& query) { return allRows(read(query)); }
   /// The rows with the names of their columns.
   [[nodiscard]] data::Rows read(const std::string& query);
-  /// An amount of ten-thousandths as it stands in a statement.
+  /// An amount of ten-thousandths, formatted for a statement.
   [[nodiscard]] std::string amount(std::int64_t tenThousandths) const;
-  /// Rows `first` to `last`, whose values `row` gives, into "table (columns)".
+  /// Inserts rows `first` to `last`, whose values `row` returns, into "table (columns)".
   void insertMany(const std::string& into, int first, int last, const std::function<std::string(int)>& row);
-  /// A text as this database gives it back: on the server in the letters of its code page.
+  /// A text as this database returns it: on a server, in its code page.
   [[nodiscard]] static std::string letters(const std::string& text);
   void fillWithDemoChart();
 

@@ -14,8 +14,8 @@
 
 namespace ledgertree::testing {
 
-/// The house without a window; the desktop and the notices play the person. Every story ends with all handles
-/// closed, the pointer at its default, and nothing shown that it didn't tell of.
+/// The house without a window; the desktop and the notices play the user. Every story must end with all
+/// handles closed, the default mouse pointer, and no unexpected output.
 class TestHouse : public ::testing::Test {
  protected:
   TestHouse() {
@@ -33,25 +33,25 @@ class TestHouse : public ::testing::Test {
       for (const data::RecordHandle* handle : shell.dtEn()->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.pointer, ui::PointerShape::Default);
     EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
   }
 
-  /// In the demo chart user 1 has all rights, 2 may not change, 3 may not see the chart.
+  /// In the demo chart, user 1 has all rights, 2 may not change, 3 may not see the chart.
   void useDemoChart() { database.fillWithDemoChart(); }
 
-  /// What the person does in the next modal screen of that name.
+  /// The user's actions in the next modal screen of that name.
   template <typename Screen>
   void inScreen(const std::string& name, const std::function<void(Screen&)>& act) {
     desktop.inModal(name, [act](ui::Form& form) { act(dynamic_cast<Screen&>(form)); });
   }
-  /// Presses something; gives what the person is told.
+  /// Presses something; returns what the user is told.
   template <typename Command>
   std::string toldBy(Command& command) {
     command.click();
     return notices.taken();
   }
-  /// What a look-up was typed into, without a choice, no command takes for one.
+  /// A command must not accept text typed into a look-up without a choice.
   template <typename Command>
   void expectUnchosen(ui::LookupField& field, Command& command) {
     field.type("نيم");
@@ -68,8 +68,8 @@ class TestHouse : public ::testing::Test {
   ScriptedNotices notices{shell.components};
 };
 
-/// A house whose commands can fail, with a person at its screens; what the person's "sql" says, another
-/// program does.
+/// A house whose commands can fail, with a user at its
+/// screens; the user's "sql" steps run in another program.
 class FaultyHouse : public TestHouse {
  protected:
   FaultyHouse() {

@@ -10,7 +10,7 @@
 
 namespace ledgertree::testing {
 
-/// A component of the host that tells a story what is asked of it, and answers what the story gives:
+/// A host's component that reports to a story what is requested of it, and answers what the story gives:
 /// "UserID=1", "Resualt?", "ExportToExcel(its first argument)", and "released" at its end.
 class ToldComponent : public shell::OutsideComponent {
  public:

@@ -92,9 +92,7 @@ std::string CodeProposal::nextByLevel(data::DtEn& gateway, std::int32_t parentID
 
 std::string CodeProposal::searchLevel(data::DtEn& gateway, std::int32_t level, const std::string& title) {
   const auto taken = numberOfSameTitle(gateway, title, level);
-  if (taken && shell_.askConfirmNotice(kSameTitleTitle, kSameTitleQuestion) == shell::Answer::Yes) {
-    return *taken;
-  }
+  if (taken && shell_.confirms(kSameTitleTitle, kSameTitleQuestion)) return *taken;
   const data::OpenRows numbers(
       gateway.rssqlBufferQuery,
       "Select ID,right(Code,6) As rCode,Title,NoLevel from tblAccount where NoLevel =" +

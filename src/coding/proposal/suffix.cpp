@@ -6,8 +6,6 @@ namespace ledgertree::coding {
 
 namespace {
 
-bool isDigit(char letter) { return letter >= '0' && letter <= '9'; }
-
 /// The number that a piece of a code begins with: its digits, and those behind the point.
 struct LeadingNumber {
   std::string digits;
@@ -24,7 +22,7 @@ LeadingNumber readNumber(std::string_view text) {
       behindPoint = true;
       continue;
     }
-    if (!isDigit(letter)) break;
+    if (!text::isDigit(letter)) break;
     (behindPoint ? number.decimals : number.digits) += letter;
   }
   number.decimals.erase(number.decimals.find_last_not_of('0') + 1);

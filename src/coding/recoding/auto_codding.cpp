@@ -128,7 +128,7 @@ void frmAutoCodding::runConfirmed(std::string_view question, const std::function
   if (working_) return;
   const shell::UnderWay underWay(working_);
   if (!shell::allChosen(shell_, {&klmMotherAcc})) return;
-  if (shell_.askConfirmNotice(kWarning, question) != shell::Answer::Yes) return;
+  if (!shell_.confirms(kWarning, question)) return;
   const shell::Hourglass hourglass(desktop());
   operation();
 }
@@ -154,7 +154,7 @@ void frmAutoCodding::lookAhead(const std::function<std::optional<Numbering>()>& 
     seen = outlookOf(*gateway, *numbering, ahead(*gateway, *numbering));
   }
   if (!shell::showPreview(shell_, previewOf(*gateway, seen, command.caption()))) return;
-  if (shell_.askConfirmNotice(kWarning, numbering->question) != shell::Answer::Yes) return;
+  if (!shell_.confirms(kWarning, numbering->question)) return;
   const shell::Hourglass hourglass(desktop());
   recode(*numbering, &seen);
 }

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
+#include "text/characters.h"
+
 namespace ledgertree::coding {
 
 std::optional<CodeCounter> CodeCounter::startingAt(std::string_view sample) {
-  const auto isDigit = [](char letter) { return letter >= '0' && letter <= '9'; };
   if (sample.empty() || sample.size() > kLongestSample) return std::nullopt;
-  if (!std::all_of(sample.begin(), sample.end(), isDigit)) return std::nullopt;
+  if (!std::all_of(sample.begin(), sample.end(), text::isDigit)) return std::nullopt;
   return CodeCounter(std::stoll("1" + std::string(sample)));
 }
 

@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "coding/recoding/code_counter.h"
+#include "data/account.h"
 #include "data/dten.h"
 
 namespace ledgertree::coding {
 
-inline constexpr std::size_t kLongestCode = 20;
+inline constexpr std::size_t kLongestCode = data::kCodeLength;
 inline constexpr std::string_view kNoWayBack =
     "پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
 

@@ -57,7 +57,7 @@ void handOver(Batch& batch, const data::AsRead& read) {
   };
   say("ID", ParameterType::Int, read.account ? read.account->id : 0);
   say("Parent", ParameterType::Int, read.parentID);
-  say("ParentCode", ParameterType::Text, read.parentCode, 20);
+  say("ParentCode", ParameterType::Text, read.parentCode, data::kCodeLength);
   say("ParentsParent", ParameterType::Int,
       read.parentsParent ? data::Value(*read.parentsParent) : data::Value());
   if (!read.account) return;

@@ -42,7 +42,7 @@ class OdbcConnection final : public data::Connection {
   void rest() override {
     if (walk_ == nullptr) session_.reset();
   }
-  [[nodiscard]] bool answersLate() const override { return true; }
+  [[nodiscard]] bool isRemote() const override { return true; }
   void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
 
  private:

@@ -40,9 +40,7 @@ std::vector<std::string> lettersOf(std::string_view text) {
   return letters;
 }
 
-bool isDigits(std::string_view text) {
-  return text.find_first_not_of("0123456789") == std::string_view::npos;
-}
+bool isDigits(std::string_view text) { return std::all_of(text.begin(), text.end(), text::isDigit); }
 
 /// What folding drops, as the inside of a class of a pattern; `rare`: without what is common.
 std::string dropped(bool rare) {
@@ -102,7 +100,7 @@ std::string beginning(const std::string& column, const std::string& code) {
 
 }  // namespace
 
-std::string quotedName(std::string_view name) { return "[" + replaced(std::string(name), "]", "]]") + "]"; }
+std::string quotedName(std::string_view name) { return data::quoted(name, '[', ']'); }
 
 SearchConditions::SearchConditions(const data::SearchRequest& request, const data::SearchRank& rank) {
   if (rank.text().empty() || request.columns.empty()) return;

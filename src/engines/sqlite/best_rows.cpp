@@ -30,7 +30,7 @@ void BestRows::meet(Rank rank, sqlite3_stmt* row) {
   const Less less = rows_.key_comp();
   const View place(rank, cellText(row, 1), sqlite3_column_int64(row, 0));
   if (isFull() && !less(place, *rows_.rbegin())) return;
-  if (behind_ && !less(*behind_, place)) return;
+  if (after_ && !less(*after_, place)) return;
   const auto next = rows_.lower_bound(place);
   if (next != rows_.end() && !less(place, *next)) return;
   Row kept{{place.rank, std::string(place.text), place.id}, {}};

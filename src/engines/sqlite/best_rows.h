@@ -15,32 +15,32 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// A cell of the present row.
+/// A cell of the current row.
 [[nodiscard]] data::Value cellValue(sqlite3_stmt* row, int column);
 
-/// The first of many rows in an order that no index has: only as many are kept as a page takes. The order is
-/// that of their rank, then of their first column behind the ID, then of the ID; rows that agree in all three
-/// are one.
+/// Keeps the first of many rows in an order that no index has: only as many as a page takes. The
+/// order is by rank, then by the first column after the ID, then by ID; rows equal in all three are
+/// one.
 class BestRows {
  public:
   using Compare = int (*)(std::string_view a, std::string_view b);
   using Rank = data::SearchRank::Rank;
 
-  /// The place of a row.
+  /// The sort position of a row.
   struct Place {
     Rank rank = Rank::None;
     std::string text;
     std::int64_t id = 0;
   };
 
-  /// `behind`: only rows behind this place count.
-  BestRows(std::size_t limit, Compare compare, std::optional<Place> behind = std::nullopt)
-      : limit_(limit), behind_(std::move(behind)), rows_(Less{compare}) {}
+  /// Only rows after this position count.
+  BestRows(std::size_t limit, Compare compare, std::optional<Place> after = std::nullopt)
+      : limit_(limit), after_(std::move(after)), rows_(Less{compare}) {}
 
-  /// Takes in the present row of a statement, whose first column is the ID.
+  /// Adds the current row of a statement, whose first column is the ID.
   void meet(Rank rank, sqlite3_stmt* row);
   [[nodiscard]] bool isFull() const { return rows_.size() == limit_; }
-  /// The place of the last one. Not without rows.
+  /// The position of the last row kept. There must be one.
   [[nodiscard]] const Place& last() const { return rows_.rbegin()->place; }
   void copyTo(data::Rows& rows) const;
 
@@ -65,7 +65,7 @@ class BestRows {
   };
 
   std::size_t limit_;
-  std::optional<Place> behind_;
+  std::optional<Place> after_;
   std::set<Row, Less> rows_;
 };
 

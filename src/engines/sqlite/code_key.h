@@ -4,7 +4,7 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// By which codes are one; the expression of ixAccountKey, letter by letter.
+/// The key by which codes are equal; the expression of ixAccountKey, letter by letter.
 inline std::string keyOf(const std::string& code) {
   return "replace(replace(rtrim(" + code + "), 'ی', 'ي'), 'ک', 'ك') collate nocase";
 }

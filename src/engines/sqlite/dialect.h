@@ -11,11 +11,11 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// A literal of a statement that is bound to its translation.
+/// A literal of a statement, bound as a parameter of its translation.
 struct Binding {
-  std::size_t literal = 0;  ///< its place among the literals of the statement
+  std::size_t literal = 0;  ///< its index among the statement's literals
   bool negated = false;
-  bool trimmed = false;  ///< a text that is compared, where blanks at the end don't count
+  bool trimmed = false;  ///< a compared text, whose trailing blanks don't count
 };
 
 /// A statement in SQLite's dialect.
@@ -26,16 +26,16 @@ struct Translation {
 };
 
 enum class Form {
-  Fast,   ///< by the rules of rewrites.h
-  Plain,  ///< as it is written: the same rows, for tests that watch over the rules
+  Fast,   ///< with the rewrites of rewrites.h
+  Plain,  ///< as written: the same rows, for tests that check the rewrites
 };
 
-/// Translates one statement of SQL Server's dialect for a database with these tables, on a connection with
-/// the function of sum.h and the collation of persian_order.h. Throws data::DataError(Statement) for what it
-/// doesn't know.
+/// Translates one statement from SQL Server's dialect for a database with these tables, on a
+/// connection with the function of sum.h and the collation of persian_order.h. Throws
+/// data::DataError(Statement) for anything unsupported.
 ///
 /// Literals that are compared or inserted become parameters, so that the same statement with other values has
-/// the same translation. Text compares without regard to letter case and to blanks at the end.
+/// the same translation. Text is compared ignoring letter case and trailing blanks.
 [[nodiscard]] Translation translate(std::string_view statement, Tables& tables, Form form = Form::Fast);
 
 }  // namespace ledgertree::engines::sqlite

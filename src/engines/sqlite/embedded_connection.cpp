@@ -13,7 +13,7 @@ namespace {
 
 using Clock = Watch::Clock;
 
-/// The longest that an operation is taken back.
+/// The time limit for taking an operation back.
 constexpr std::chrono::hours kLongestTakingBack{1};
 
 [[noreturn]] void fail(Session& open, std::string_view statement) {
@@ -21,26 +21,26 @@ constexpr std::chrono::hours kLongestTakingBack{1};
   throw lastError(open.handle(), statement);
 }
 
-/// A run of a statement behind its first step. What writes looks for the file ahead of it and behind it: a
-/// row written into a file that has been moved away would be lost without a word.
+/// A run of a statement after its first step. A write checks the file before and after it: a row written into
+/// a file that has been moved away would be lost silently.
 class Started {
  public:
   Started(Session& open, std::string_view statement)
       : Started(open, statement, open.plans().find(statement)) {}
-  /// By a plan for it, whose literals are those of the statement found last.
+  /// Runs a plan for the statement; the plans' current literals must be those of the statement.
   Started(Session& open, std::string_view statement, std::shared_ptr<Plan> plan)
       : open_(open), statement_(statement), writes_(plan->writes()) {
     const LetGo behind{open_.plans()};
     if (writes_) open_.requireFile(Clock::now(), true);
     while (!step(plan)) plan = open_.plans().find(statement_);
-    // To let go makes SQLite forget why it failed.
+    // Letting go makes SQLite forget why it failed.
     if (result_ != SQLITE_ROW && result_ != SQLITE_DONE) fail(open_, statement_);
   }
 
   [[nodiscard]] Plan::Run& run() { return *run_; }
-  /// What the first step gave.
+  /// The first step's result.
   [[nodiscard]] int result() const { return result_; }
-  /// Behind the last step, which gave `result`.
+  /// Call after the last step, which returned `result`.
   void end(int result) {
     if (result != SQLITE_DONE) fail(open_, statement_);
     if (writes_) open_.requireFile(Clock::now(), true);
@@ -52,12 +52,12 @@ class Started {
     ~LetGo() { plans.letGo(); }
   };
 
-  /// Makes the first step. False where SQLite had to prepare the plan anew, since it was made by another
-  /// schema: the statement begins again, a write since it was taken back.
+  /// Makes the first step. False if SQLite had to prepare the plan again because of a schema change: the
+  /// statement starts over, a write after having been undone.
   bool step(const std::shared_ptr<Plan>& plan) {
     Plans& plans = open_.plans();
     run_.emplace(plan, plans.literals());
-    // A write that begins as a reading can't wait for another program's write.
+    // A transaction that begins with a read can't wait for another program's write.
     if (writes_) plans.letGo();
     result_ = plans.firstStep(*run_);
     if (!run_->isPreparedAnew()) return true;
@@ -73,7 +73,7 @@ class Started {
   int result_ = SQLITE_DONE;
 };
 
-/// Gives all rows of a run, which is at its end then.
+/// Reads all rows of a run, which has then ended.
 data::Rows readAll(Started& started) {
   Plan::Run& run = started.run();
   int result = started.result();
@@ -83,11 +83,11 @@ data::Rows readAll(Started& started) {
   return rows;
 }
 
-/// A transaction for a write and what belongs to it. What doesn't come to its end is undone.
+/// A transaction for a write and what belongs to it. Rolls back unless committed.
 class Together {
  public:
   explicit Together(Session& open) : open_(open) {
-    // What still reads would keep the lock for writing away.
+    // Pending reads would prevent the write lock.
     open.plans().letGo();
     execute(open.transaction().begin);
   }
@@ -96,9 +96,9 @@ class Together {
   ~Together() {
     if (!ended_) undo();
   }
-  /// Tells the triggers of the memory what the write belongs to.
+  /// Tells the triggers of the memory of the chart which operation the write belongs to.
   void mark(const data::Operation& operation) {
-    // Nothing that runs from here on may have to be prepared anew: it couldn't be taken back alone.
+    // From here on, no statement may have to be prepared again: it couldn't be undone alone.
     open_.plans().renew();
     open_.plans().letGo();
     open_.marks().set(operation);
@@ -111,7 +111,7 @@ class Together {
  private:
   void execute(SQLite::Statement& statement) {
     const int result = statement.tryExecuteStep();
-    // The reset gives the step's error once more, by which it is told.
+    // The reset returns the step's error again, which has been reported.
     statement.tryReset();
     if (result != SQLITE_DONE) fail(open_, statement.getQuery());
   }
@@ -126,7 +126,7 @@ class Together {
 
 }  // namespace
 
-/// Counts the running commands, and clears up behind the outermost.
+/// Counts the running commands, and cleans up after the outermost.
 class EmbeddedConnection::Running {
  public:
   explicit Running(EmbeddedConnection& connection) : connection_(connection) { ++connection.commands_; }
@@ -156,7 +156,7 @@ auto EmbeddedConnection::command(bool onlyReads, const std::function<bool()>* ca
 template <typename Work>
 auto EmbeddedConnection::write(bool onlyReads, const std::optional<data::AsRead>& read, Work work) {
   return command(onlyReads, nullptr, [&](Session& open, Watch::Command&) {
-    // What is read belongs to nothing, and needs no lock.
+    // Reads belong to no operation, and need no lock.
     const auto operation = onlyReads || !open.marks().areKept() ? nullptr : operation_;
     if (!read && !operation) return work(open);
     Together together(open);
@@ -197,7 +197,7 @@ void EmbeddedConnection::walk(std::string_view statement,
       run.addCells(row);
       const Clock::time_point shown = Clock::now();
       if (!visit(row)) return;
-      // The time-out is for the engine, not for what is done with its rows.
+      // The time-out applies to the engine, not to what is done with its rows.
       watched.extend(Clock::now() - shown);
     }
     started.end(result);
@@ -206,7 +206,7 @@ void EmbeddedConnection::walk(std::string_view statement,
 
 void EmbeddedConnection::readTogether(const std::function<void()>& work) {
   command(true, nullptr, [&work](Session& open, Watch::Command&) {
-    // While one is on a row, which there always is, what reads takes no lock of its own.
+    // While a statement is on a row, which always exists, reads take no lock of their own.
     const Started onRow(open, "select name from sqlite_schema");
     work();
   });
@@ -234,8 +234,8 @@ data::Rows EmbeddedConnection::takeBack(std::int64_t operation) {
       throw data::DataError(data::DataError::Reason::Misuse, 0, data::kNothingIsKept);
     if (operation_->takesBack != operation)
       throw data::DataError(data::DataError::Reason::Misuse, 0,
-                            "An operation is taken back in the middle of another one.");
-    // As long as the operation took, and no shorter: it can be given up at any time.
+                            "Can't take an operation back during another command.");
+    // Taking back takes as long as the operation did; it can be cancelled at any time.
     watched.extend(kLongestTakingBack);
     const auto held = operation_;
     Together together(open);
@@ -267,7 +267,7 @@ std::vector<std::string> EmbeddedConnection::takeNews() {
 
 std::vector<std::string> EmbeddedConnection::queryPlan(std::string_view statement) {
   return command(true, nullptr, [statement](Session& open, Watch::Command&) {
-    // Its literals are those of the statement.
+    // Makes its literals those of the statement.
     static_cast<void>(open.plans().find(statement));
     open.plans().letGo();
     Translation translation = translate(statement, open.plans().tables());

@@ -18,19 +18,19 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// The bounds of a connection; a test shortens them.
+/// A connection's time-outs; tests shorten them.
 struct TimeOuts {
   std::chrono::milliseconds connect = data::kConnectTimeOut;
   std::chrono::milliseconds command = data::kCommandTimeOut;
 };
 
-/// Whether a file has been open before, for all connections to it that share the mark.
+/// Whether a file has been opened before, by any connection to it that shares this flag.
 using WasOpen = std::shared_ptr<std::atomic<bool>>;
 
-/// A connection to a database file. It opens the file at its first use and creates it, with its tables, where
-/// it isn't there; its folder has to be. A file that is deleted or replaced under it fails the next
-/// statement; the one after that opens what then stands there. A file that was open once is never created
-/// anew: an empty chart would stand in for a lost one.
+/// A connection to a database file. On first use it opens the file, or creates it with its tables if it
+/// doesn't exist; its folder must exist. If the file is deleted or replaced meanwhile, the next statement
+/// fails, and the one after that opens whatever is there then. A file that was once open is never created
+/// again: an empty chart would pass for a lost one.
 class EmbeddedConnection final : public data::Connection {
  public:
   explicit EmbeddedConnection(std::string path, TimeOuts timeOuts = {},
@@ -48,20 +48,20 @@ class EmbeddedConnection final : public data::Connection {
   void whileWaiting(data::Waiting waiting) override { waiting_ = std::move(waiting); }
   std::vector<std::string> takeNews() override;
 
-  /// How SQLite finds the rows of a statement, a line a step, for tests that watch over the indexes.
+  /// SQLite's query plan for a statement, one line per step, for tests that check the use of indexes.
   [[nodiscard]] std::vector<std::string> queryPlan(std::string_view statement);
 
  private:
   class Running;
 
-  /// The open session, opened if need be.
+  /// The session, opened if necessary.
   Session& session();
-  /// Carries out a command on the open session, within its time-out. A session that has lost its file is
+  /// Runs a command on the open session, within its time-out. A session that has lost its file is
   /// closed.
   template <typename Work>
   auto command(bool onlyReads, const std::function<bool()>* cancelled, Work work);
-  /// Carries out a command that writes, in one with the comparison where something was handed over, and with
-  /// the mark of the operation that it belongs to where the file keeps its changes.
+  /// Runs a writing command, together with the comparison if something was handed over, and marked with its
+  /// operation if the file keeps its changes.
   template <typename Work>
   auto write(bool onlyReads, const std::optional<data::AsRead>& read, Work work);
 
@@ -71,7 +71,7 @@ class EmbeddedConnection final : public data::Connection {
   data::Waiting waiting_;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
   std::shared_ptr<data::Operation> operation_;
-  int commands_ = 0;  ///< how deep the running ones are nested
+  int commands_ = 0;  ///< nesting depth of the running ones
   WasOpen wasOpen_;
 };
 

@@ -12,8 +12,8 @@
 namespace ledgertree::engines::sqlite {
 
 void registerEmbedded(data::Providers& providers) {
-  // Selectors and pickers have connections of their own, and a lost one is replaced by a new one: what they
-  // know of a file they know together.
+  // Selectors and pickers have their own connections, and a lost one is replaced by a new one: they share
+  // what they know about a file.
   providers.add("SQLite",
                 [files = std::map<std::string, WasOpen>()](const data::ConnectionText& text) mutable {
                   std::string path = text.require("Data Source");

@@ -6,8 +6,8 @@ class Providers;
 
 namespace ledgertree::engines::sqlite {
 
-/// Makes the embedded engine known as the provider "SQLite". Of the connection text it reads `Data Source`,
-/// the path of the database file; other keys mean nothing to it.
+/// Registers the embedded engine as the provider "SQLite". Of the connection text it reads `Data Source`, the
+/// database file's path; it ignores all other keys.
 void registerEmbedded(data::Providers& providers);
 
 }  // namespace ledgertree::engines::sqlite

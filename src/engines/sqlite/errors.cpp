@@ -15,7 +15,7 @@ struct Told {
   const char* text;
 };
 
-/// By the primary code. What isn't here is a statement that was refused.
+/// By primary error code. Any other code means that the statement was refused.
 constexpr Told kTold[] = {
     {SQLITE_BUSY, Reason::Busy, "پايگاه داده در دست برنامه ديگري است. کمي صبر نماييد و دوباره تلاش نماييد."},
     {SQLITE_LOCKED, Reason::Busy,
@@ -36,7 +36,7 @@ constexpr Told kTold[] = {
     {SQLITE_NOTADB, Reason::Connection, "اين فايل پايگاه داده نيست. فايل ديگري انتخاب نماييد."},
 };
 
-/// "UNIQUE constraint failed: tblX.A, tblX.B" without what everybody knows.
+/// "UNIQUE constraint failed: tblX.A, tblX.B" without its fixed beginning.
 std::string_view constraintSubject(std::string_view engineText) {
   constexpr std::string_view kLead = "constraint failed: ";
   const std::size_t place = engineText.find(kLead);
@@ -47,7 +47,7 @@ std::string constraintText(int code, std::string_view engineText) {
   const std::string subject = " (" + std::string(constraintSubject(engineText)) + ")";
   switch (code) {
     case SQLITE_CONSTRAINT_TRIGGER:
-      // A rule of the database speaks for itself.
+      // A rule of the database has its own message.
       return std::string(engineText);
     case SQLITE_CONSTRAINT_UNIQUE:
     case SQLITE_CONSTRAINT_PRIMARYKEY:

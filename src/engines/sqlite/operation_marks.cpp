@@ -26,7 +26,7 @@ bool OperationMarks::areKept() const {
 void OperationMarks::set(const data::Operation& operation) {
   try {
     if (!put_) {
-      // One that was pruned meanwhile begins anew.
+      // A pruned operation starts again under a new number.
       put_.emplace(database_,
                    "insert into tblAccountOperationNow (OperationID, UserID, Kind, TakesBack) "
                    "values ((select ID from tblAccountOperation where ID = ?1), ?2, ?3, ?4)");

@@ -9,18 +9,18 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// Tells the triggers of a file that keeps its changes (see src/db/embedded/history) what a statement belongs
-/// to: a row that is put there and taken away within the transaction of the statement.
+/// Tells the triggers of a file that keeps its changes (see src/db/embedded/history) which operation a
+/// statement belongs to: by a row that exists only within the statement's transaction.
 ///
-/// A program that has the file open when its memory is switched on knows of it from its next reading on.
+/// A program that has the file open when the memory is switched on notices it at its next read.
 class OperationMarks {
  public:
   explicit OperationMarks(SQLite::Database& database) : database_(database) {}
 
-  /// Whether the file keeps its changes, by the schema that the connection knows.
+  /// Whether the file keeps its changes, according to the schema that the connection sees.
   [[nodiscard]] bool areKept() const;
   void set(const data::Operation& operation);
-  /// Gives the number of the operation, 0 where nothing of it has changed anything. Both throw
+  /// Returns the operation's number, 0 if it hasn't changed anything. Both throw
   /// data::DataError.
   [[nodiscard]] std::int64_t clear();
 

@@ -11,8 +11,8 @@
 namespace ledgertree::engines::sqlite {
 namespace {
 
-/// Persian rules take the older letters for ی and ک with another sign on them, which would still part names
-/// that are the same to a person.
+/// The Persian rules treat the Arabic forms of ی and ک as accented variants, which would still separate names
+/// that look the same to a user.
 constexpr const char16_t* kSameLetters = u"&ک=ك&ی=ي=ى";
 
 std::unique_ptr<icu::Collator> makePersianCollator() {
@@ -35,20 +35,20 @@ int compare(void* collator, int leftSize, const void* left, int rightSize, const
       {static_cast<const char*>(left), leftSize}, {static_cast<const char*>(right), rightSize}, status);
 }
 
-/// One serves all connections, on any thread: it only compares. To make it takes some 15 ms and 4 MB.
+/// Shared by all connections, on any thread: it only compares. Creating one takes some 15 ms and 4 MB.
 icu::Collator* persianCollator() {
   static const std::unique_ptr<icu::Collator> collator = makePersianCollator();
   return collator.get();
 }
 
-/// SQLite asks for a collation that a statement names and the connection lacks. Where there is none to give
-/// the statement fails, and says which it lacks.
+/// SQLite's callback for a collation that a statement names and the connection lacks. If it provides none,
+/// the statement fails, naming the collation.
 void give(void*, sqlite3* database, int, const char* name) {
   if (name != kPersianOrder) return;
   try {
     sqlite3_create_collation_v2(database, name, SQLITE_UTF8, persianCollator(), compare, nullptr);
   } catch (const std::exception&) {
-    // Nothing may pass through SQLite.
+    // No exception may pass through SQLite.
   }
 }
 

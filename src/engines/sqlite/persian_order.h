@@ -6,19 +6,19 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// The collation by which names are put in order: as a Persian dictionary does, where ي and ك are ی and ک,
-/// and joiners, letter case and the kind of digits don't count.
+/// The collation for sorting names: in the order of a Persian dictionary, where ي and ك equal ی and ک, and
+/// joiners, letter case and the kind of digits don't count.
 ///
-/// No table, index, view or trigger of a file is to name it. Other programs, which lack it, couldn't write to
-/// that file.
+/// No table, index, view or trigger of a file may name it: other
+/// programs, which lack it, couldn't write to that file.
 inline constexpr std::string_view kPersianOrder = "persian_order";
 
-/// Gives a connection that collation as soon as a statement names it. Throws data::DataError where SQLite
-/// refuses that. Where ICU lacks what it takes those statements fail.
+/// Provides a connection with that collation once a statement names it. Throws data::DataError if SQLite
+/// refuses. If ICU lacks the data, those statements fail.
 void addPersianOrder(sqlite3* database);
 
-/// Below 0 where that collation has `a` ahead of `b`, 0 where they are in the same place. Throws
-/// std::runtime_error where ICU lacks what it takes.
+/// Negative if that collation sorts `a` before `b`, 0 if they are equal in it.
+/// Throws std::runtime_error if ICU lacks the data.
 [[nodiscard]] int compareNames(std::string_view a, std::string_view b);
 
 }  // namespace ledgertree::engines::sqlite

@@ -16,7 +16,7 @@ std::string_view withoutBlanksBehind(std::string_view text) {
 std::string_view columnText(sqlite3_stmt* statement, int column) {
   const unsigned char* const text = sqlite3_column_text(statement, column);
   if (text == nullptr) return {};
-  // Blobs come the same way: the bytes as they are.
+  // Blobs are read the same way: their raw bytes.
   const int size = sqlite3_column_bytes(statement, column);
   return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(size)};
 }
@@ -83,8 +83,8 @@ void Plan::addCell(data::Rows& rows, int column) const {
   }
 }
 
-/// Money is a whole number of ten-thousandths, a date ISO text. What another program has put in their place
-/// is given as it stands.
+/// Money is a whole number of ten-thousandths, a date ISO text.
+/// Anything else, from another program, is returned as is.
 void Plan::addDeclared(data::Rows& rows, int column, Type type) const {
   sqlite3_stmt* const statement = statement_.get();
   const int stored = sqlite3_column_type(statement, column);
@@ -114,8 +114,7 @@ Plan::Run::~Run() {
 }
 
 data::Rows Plan::Run::emptyRows() {
-  // SQLite prepares a statement again where another program has changed the schema; "*" may mean other
-  // columns then.
+  // SQLite prepares a statement again after another program's schema change; "*" may mean other columns then.
   const int preparations = plan_->preparations();
   if (plan_->preparations_ != preparations) {
     plan_->readColumns();
@@ -154,7 +153,7 @@ std::shared_ptr<Plan> Plans::find(std::string_view statement) {
     for (const Variant& variant : shape->variants) {
       if (variant.outcome != outcome_) continue;
       if (!variant.plan->inUse()) return variant.plan;
-      // Somebody is on one of its rows; this run takes one of its own.
+      // The plan is in use; this run gets one of its own.
       return std::make_shared<Plan>(database_, translate(statement, tables_), statement);
     }
   }

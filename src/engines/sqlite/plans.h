@@ -18,18 +18,18 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// A statement as SQLite has prepared it. SQLite's own interface is used for what runs once a row: the
-/// wrapper counts references for every cell.
+/// A statement prepared by SQLite. Per-row work uses SQLite's own
+/// interface: the wrapper counts references for every cell.
 class Plan {
  public:
-  /// Throws data::DataError where SQLite refuses the translation. `statement` is the text that errors carry.
+  /// Throws data::DataError if SQLite refuses the translation. `statement` is quoted in errors.
   Plan(sqlite3* database, const Translation& translation, std::string_view statement);
 
-  /// Whether somebody is on one of its rows.
+  /// Whether a run is in progress.
   [[nodiscard]] bool inUse() const { return inUse_; }
   [[nodiscard]] bool writes() const { return sqlite3_stmt_readonly(statement_.get()) == 0; }
 
-  /// One run of a plan; the rows end with it.
+  /// One run of a plan; destroying it ends its rows.
   class Run {
    public:
     Run(std::shared_ptr<Plan> plan, const std::vector<tsql::Literal>& literals);
@@ -37,17 +37,17 @@ class Plan {
     Run& operator=(const Run&) = delete;
     ~Run();
 
-    /// Whether SQLite has prepared the statement anew since the run before, as it does at the first step
-    /// where the schema has changed. Known until emptyRows or takePreparedAnew takes note of it.
+    /// Whether SQLite has prepared the statement again since the previous run, as it does at the first step
+    /// after a schema change. Stays set until emptyRows or takePreparedAnew reads it.
     [[nodiscard]] bool isPreparedAnew() const {
       return plan_->preparations() != std::max(plan_->preparations_, 0);
     }
     void takePreparedAnew() { static_cast<void>(emptyRows()); }
-    /// Goes to the next row; SQLITE_ROW, SQLITE_DONE or the code of a failure.
+    /// Advances to the next row; SQLITE_ROW, SQLITE_DONE or an error code.
     [[nodiscard]] int step() { return sqlite3_step(plan_->statement_.get()); }
-    /// Rows without a cell, with the columns of the statement. Known from the first step on.
+    /// Empty rows with the columns of the statement. Valid after the first step.
     [[nodiscard]] data::Rows emptyRows();
-    /// Adds the cells of the present row.
+    /// Adds the cells of the current row.
     void addCells(data::Rows& rows) const;
 
    private:
@@ -61,7 +61,7 @@ class Plan {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };
 
-  /// How often SQLite has prepared it again.
+  /// How often SQLite has re-prepared it.
   [[nodiscard]] int preparations() const {
     return sqlite3_stmt_status(statement_.get(), SQLITE_STMTSTATUS_REPREPARE, 0);
   }
@@ -74,12 +74,12 @@ class Plan {
   std::vector<Binding> bindings_;
   std::vector<Type> types_;
   data::Rows columns_;
-  int preparations_ = -1;  ///< how often SQLite had prepared it when the columns were read
+  int preparations_ = -1;  ///< the count when the columns were read
   bool inUse_ = false;
 };
 
-/// The prepared statements of a connection: the same statement with other literals finds its plan by one look
-/// at the text and one in a table. The least recently used shapes are dropped.
+/// A connection's prepared statements: the same statement with other literals finds its plan with one pass
+/// over the text and one table look-up. The least recently used shapes are dropped.
 class Plans {
  public:
   static constexpr std::size_t kMostShapes = 128;
@@ -89,22 +89,22 @@ class Plans {
   Plans(const Plans&) = delete;
   Plans& operator=(const Plans&) = delete;
 
-  /// A plan for the statement that nobody uses; literals() belong to it until the next call. Throws
-  /// data::DataError.
+  /// An unused plan for the statement; literals() are its
+  /// literals until the next call. Throws data::DataError.
   [[nodiscard]] std::shared_ptr<Plan> find(std::string_view statement);
   [[nodiscard]] const std::vector<tsql::Literal>& literals() const { return shape_.literals(); }
-  /// Makes the first step of a run. What a plan writes that SQLite has just prepared anew is taken back, and
-  /// the step fails: its types may be those of another schema.
+  /// Makes the first step of a run. If SQLite has just re-prepared the plan, its writes are undone and the
+  /// step fails: its types may be those of another schema.
   [[nodiscard]] int firstStep(Plan::Run& run);
-  /// Drops all plans where the schema has changed since they were made: columns may have other types, and
-  /// tables other keys. True then.
+  /// Drops all plans if the schema has changed since they were made: columns may have other types, and tables
+  /// other keys. Returns whether it did.
   bool renew();
-  /// Behind find() and renew(), once the plan has begun: until then they may keep the file locked for
-  /// reading.
+  /// Call after find() and renew(), once the plan has begun:
+  /// until then they may hold a read lock on the file.
   void letGo() { tables_.letGo(); }
   [[nodiscard]] Tables& tables() { return tables_; }
 
-  /// The number of shapes held.
+  /// The number of cached shapes.
   [[nodiscard]] std::size_t size() const { return shapes_.size(); }
 
  private:
@@ -126,8 +126,8 @@ class Plans {
   Tables tables_;
   tsql::StatementShape shape_;
   std::string outcome_;
-  const Plan::Run* first_ = nullptr;  ///< the run that is on its first step
-  std::list<Shape> shapes_;           ///< the latest used first
+  const Plan::Run* first_ = nullptr;  ///< the run at its first step
+  std::list<Shape> shapes_;           ///< most recently used first
   std::unordered_map<std::string_view, std::list<Shape>::iterator> byKey_;
 };
 

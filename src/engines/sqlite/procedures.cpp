@@ -13,7 +13,7 @@
 namespace ledgertree::engines::sqlite {
 namespace {
 
-// The parameters ?1, ?2, … of a statement are those of its procedure, in their order.
+// A statement's parameters ?1, ?2, … are its procedure's, in order.
 
 constexpr const char* kPermission = R"(
   select 1 from tblUserPermission where UserID = ?1 and FormPermissionID = ?2)";
@@ -24,7 +24,7 @@ using data::AccountCall;
 
 std::string parameter(int place) { return "?" + std::to_string(place); }
 
-/// How a procedure stores a field that it takes as its parameter at a place.
+/// The expression by which a procedure stores a field that it takes as parameter number `place`.
 std::string stored(const data::AccountField& field, int place) {
   std::string value = parameter(place);
   if (field.noneIsNull) return "case when " + value + " > 0 then " + value + " end";
@@ -33,11 +33,11 @@ std::string stored(const data::AccountField& field, int place) {
   return value;
 }
 
-// The test for an existing code stands in the statement that writes, so that nothing comes between the two.
+// The check for an existing code is part of the writing
+// statement, so that nothing can happen between the two.
 
-/// An account whose code exists has no level here, and its column refuses that. An insert of a select could
-/// do without the detour, but SQLite keeps the rows of such a select in a table of their own, which costs
-/// half as much again as all the rest.
+/// If the code exists, the level is null, which its column refuses. An insert from a select wouldn't need
+/// this detour, but SQLite materialises the rows of such a select, which adds half to the total cost.
 std::string insertStatement() {
   std::string columns;
   std::string values;
@@ -54,13 +54,13 @@ std::string insertStatement() {
          ") then 1 + ifnull((select p.NoLevel from tblAccount p where p.ID = " + parent + "), 0) end)";
 }
 
-/// Accounts that share a code from before that rule keep it, each in its own letters, until somebody gives
-/// one of them another: else nothing of them could be changed.
+/// Accounts that shared a code before that rule keep it, each in its own spelling, until one of them is given
+/// another: otherwise they could no longer be edited at all.
 std::string updateStatement() {
   std::string changes;
   int place = 0;
   for (const data::AccountField& field : data::kAccountFields) {
-    if (field.update == data::kNotTaken || ++place == 1) continue;  // the first is the ID
+    if (field.update == data::kNotTaken || ++place == 1) continue;  // the first one is the ID
     changes.append(changes.empty() ? "" : ", ")
         .append(field.column)
         .append(" = ")
@@ -105,7 +105,7 @@ void bind(SQLite::Statement& statement, int place, const data::Value& value) {
   }
 }
 
-/// Makes a prepared statement ready for its next use, on every path out of a block.
+/// Resets a prepared statement for its next use, however the block is left.
 class Use {
  public:
   Use(SQLite::Statement& statement, std::span<const data::Value> values) : statement_(statement) {
@@ -179,13 +179,13 @@ std::int32_t ProcedureRunner::updateAccount(Values values) {
     if (failure.getExtendedErrorCode() != SQLITE_CONSTRAINT_FOREIGNKEY) throw;
     refuseMissing(kParentIsGone, "spAccountUpdateAccounts");
   }
-  // A code that exists is the only reason for a 0.
+  // An existing code is the only reason for a 0.
   if (look(kAccountExists, values.first(1), 0) == 0)
     refuseMissing(data::kAccountIsGone, "spAccountUpdateAccounts");
   return 0;
 }
 
-/// Several changes as one: what doesn't come to its end is undone, and leaves no transaction open.
+/// Several changes as one: rolls back unless completed, and leaves no transaction open.
 class ProcedureRunner::Together {
  public:
   explicit Together(ProcedureRunner& runner)

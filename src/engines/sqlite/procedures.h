@@ -11,19 +11,19 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// Carries out the procedures of the catalogue on a database that has the schema of src/db/embedded. What
-/// their results mean stands at the operations of DtEn.
+/// Runs the catalogue's procedures on a database that has the schema of
+/// src/db/embedded. DtEn's operations document their results.
 ///
-/// Each call is atomic: it has done all of its work or none; within a transaction of the caller it is a part
-/// of that. The statements stay prepared as long as the object lives, so a connection keeps one, and drops it
-/// before the database.
+/// Each call is atomic, and joins the caller's transaction if there is one. The statements stay
+/// prepared for the object's lifetime, so a connection keeps one object, and destroys it before the
+/// database.
 class ProcedureRunner {
  public:
   explicit ProcedureRunner(SQLite::Database& database) : database_(database) {}
 
-  /// The values have passed checkArguments. Throws SQLite::Exception where the engine fails;
-  /// data::DataError(Constraint) where the parent or the account itself is gone, which can only mean that
-  /// another program deleted it; data::DataError(Misuse) for a procedure without a body.
+  /// The values must have passed checkArguments. Throws SQLite::Exception if the engine fails;
+  /// data::DataError(Constraint) if the parent or the account itself is gone, which can only mean that
+  /// another program deleted it; data::DataError(Misuse) for an unknown procedure.
   [[nodiscard]] std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values);
 
  private:
@@ -38,10 +38,10 @@ class ProcedureRunner {
   std::int32_t deleteAccount(Values values);
 
   SQLite::Statement& prepared(const char* statement);
-  /// Runs a statement that gives no rows, with the values as its parameters ?1, ?2, …; gives the number of
-  /// rows changed.
+  /// Runs a statement that returns no rows, with the values as its
+  /// parameters ?1, ?2, …; returns the number of rows changed.
   int change(const char* statement, Values values);
-  /// The first column of the first row, `otherwise` where there is no row or it holds null.
+  /// The first column of the first row, `otherwise` if there is no row or it is null.
   std::int32_t look(const char* statement, Values values, std::int32_t otherwise);
 
   SQLite::Database& database_;

@@ -17,11 +17,11 @@ namespace {
 
 // Memberships.
 
-/// Whether a condition finds the rows of a table by an index: a column that equals a given value, or isnull
-/// of one that equals a literal. For a column SQLite would convert the value of isnull, which its index
-/// isn't.
+/// Whether a condition finds a table's rows by an index: a column that equals a given value, or
+/// isnull of one that equals a literal. The value compared with isnull isn't a column's, since
+/// SQLite would convert that, and the index isn't on it.
 bool findsRows(const Expression& condition, std::string_view source) {
-  if (condition.kind != Kind::Compare || condition.sign != "=") return false;
+  if (condition.kind != Kind::Compare || condition.op != "=") return false;
   const auto findsBy = [source](const Expression& key, const Expression& value) {
     const bool isReplaced = key.kind == Kind::Call && key.name == "isnull";
     const Expression& column = isReplaced ? *key.operands.front() : key;
@@ -33,7 +33,7 @@ bool findsRows(const Expression& condition, std::string_view source) {
   return findsBy(left, right) || findsBy(right, left);
 }
 
-/// The list of an IN that is one plain select of one column from one table.
+/// The list of an IN if it is a plain select of one column from one table.
 SelectCore* plainList(Expression& membership) {
   if (membership.kind != Kind::InSelect || membership.negated) return nullptr;
   Select& list = *membership.select;
@@ -43,20 +43,20 @@ SelectCore* plainList(Expression& membership) {
   return core.items.front().value->kind == Kind::Column ? &core : nullptr;
 }
 
-/// Whether a column is one of the innermost table around it: by its prefix, or because that has it.
+/// Whether a column belongs to the innermost table around it: by its prefix, or because that table has it.
 bool isOf(const Expression& column, const Source& source, Tables& tables) {
   if (!column.qualifier.empty()) return isColumnOf(column, source.exposedName());
   return tables.typeOf(source.table, column.name).has_value();
 }
 
-/// A membership beside conditions that find the rows of a table s, as in
+/// A membership next to conditions that find the rows of a table s, as in
 ///     s.c in (select x.d from x where B) and s.e = 7
-/// becomes a look-up for each row found, in place of a list that is read as a whole for every statement:
+/// becomes a look-up for each row found, instead of a list that every statement reads as a whole:
 ///     exists (select null from x where B and s.c = x.d) and s.e = 7
-/// It applies where s is the only table of the select, c a column of it, d one of x, and where an index of x
-/// finds a d, so that no row costs a walk over x. The row that an exists finds is the member of the list; a
-/// list with a null in it would give null for false, which is the same in a condition that joins others by
-/// AND and OR alone. s.c stays on the left, whose collation counts.
+/// It applies if s is the only table of the select, c a column of it, d one of x, and an index of x finds a
+/// d, so that no row costs a scan of x. The row found by the exists is the member of the list; a list with a
+/// null in it would give null for false, which makes no difference in a condition built only with AND and OR.
+/// s.c stays on the left, whose collation counts.
 void membershipToLookUp(ExpressionPtr& condition, const Source& source, Tables& tables) {
   if (condition->kind == Kind::And || condition->kind == Kind::Or) {
     for (ExpressionPtr& operand : condition->operands) membershipToLookUp(operand, source, tables);
@@ -72,7 +72,7 @@ void membershipToLookUp(ExpressionPtr& condition, const Source& source, Tables& 
       !tables.isLookUp(listed.table, column->name, fixedColumns(list->where, listed.exposedName()))) {
     return;
   }
-  // Inside the list a bare column would be one of the list's table.
+  // Inside the list, an unqualified column would belong to the list's table.
   member->qualifier = source.exposedName();
   column->qualifier = listed.exposedName();
   list->where = both(std::move(list->where), makeCompare(std::move(member), "=", std::move(column)));
@@ -90,7 +90,7 @@ void membershipsToLookUps(ExpressionPtr& where, const Source& source, Tables& ta
   }
 }
 
-// A range that stands in one row.
+// A range held in one row.
 
 /// The parts of "s.c between x.b and x.e and x.ID = 5".
 struct RangeTest {
@@ -112,7 +112,7 @@ std::optional<RangeTest> rangeTest(Expression& exists, std::string_view source, 
     if (condition.kind == Kind::Between && !condition.negated && isColumnOf(*condition.operands[0], source) &&
         isColumnOf(*condition.operands[1], name) && isColumnOf(*condition.operands[2], name)) {
       test.range = &condition;
-    } else if (condition.kind == Kind::Compare && condition.sign == "=" &&
+    } else if (condition.kind == Kind::Compare && condition.op == "=" &&
                isColumnOf(*condition.operands[0], name) && isNumber(*condition.operands[0]) &&
                condition.operands[1]->kind == Kind::Number &&
                tables.isKey(row.table, {condition.operands[0]->name})) {
@@ -122,13 +122,12 @@ std::optional<RangeTest> rangeTest(Expression& exists, std::string_view source, 
   return test.range != nullptr && test.key != nullptr ? std::optional(test) : std::nullopt;
 }
 
-/// A range that stands in one row x,
+/// A range held in one row x,
 ///     exists (select ... from x where s.c between x.b and x.e and x.ID = 5)
 /// becomes a range between two values, which an index on s.c serves:
 ///     s.c between (select x.b from x where x.ID = 5) and (select x.e from x where x.ID = 5)
-/// It applies where ID is a key of x, so that there is one row at most, and where the exists is one of the
-/// conditions that a WHERE joins by AND: without a row it comes to null in place of false, and finds as
-/// little.
+/// It applies if ID is a key of x, so that there is at most one row, and the exists is one of a WHERE's
+/// conditions joined by AND: without a row it yields null instead of false, and finds as little.
 void rowToRange(ExpressionPtr& exists, std::string_view source, Tables& tables) {
   const auto test = rangeTest(*exists, source, tables);
   if (!test) return;
@@ -150,7 +149,7 @@ void rowToRange(ExpressionPtr& exists, std::string_view source, Tables& tables) 
   exists = std::move(range);
 }
 
-// What no row decides.
+// Conditions that don't depend on the row.
 
 bool asksNoRow(const Expression& condition) {
   if (condition.kind == Kind::Or) {
@@ -162,10 +161,10 @@ bool asksNoRow(const Expression& condition) {
   return !names.bareColumns && names.qualifiers.empty();
 }
 
-/// An exists, or some joined by OR, that names no table around it holds for all rows or for none:
+/// An exists, or several joined by OR, that refers to no outer table holds for all rows or for none:
 ///     select s.a from s where exists (select ... from x where B) and C
-/// asks it once, and reads no row of s where it doesn't hold. It applies to the outermost select where that
-/// is no union, has no limit of its own, and gives rows' own values: a count would be a row even over none.
+/// evaluates it once, and reads no row of s if it doesn't hold. It applies to the outermost select if that is
+/// no union, has no limit of its own, and returns rows' own values: a count returns a row even over none.
 void openGate(SelectCore& core) {
   if (core.top || core.sources.empty() || !core.where || !hasPlainItems(core)) return;
   for (ExpressionPtr* const part : conjuncts(core.where)) {
@@ -177,7 +176,7 @@ void openGate(SelectCore& core) {
   }
 }
 
-// The walk over all parts.
+// The walk over all parts of a statement.
 
 class Walk {
  public:
@@ -193,7 +192,7 @@ class Walk {
       }
       where(core.where, sources);
     }
-    // A gate is written as a limit, which a union has as a whole.
+    // A gate is written as a limit, which applies to a whole union.
     if (outermost && select.cores.size() == 1) openGate(select.cores.front());
   }
 

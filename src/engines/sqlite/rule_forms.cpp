@@ -40,7 +40,7 @@ bool isGiven(const Expression& value, std::string_view source) {
 std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source) {
   std::vector<std::string_view> fixed;
   for (const ExpressionPtr* const part : conjuncts(where)) {
-    if ((*part)->kind != Kind::Compare || (*part)->sign != "=") continue;
+    if ((*part)->kind != Kind::Compare || (*part)->op != "=") continue;
     const Expression* column = (*part)->operands[0].get();
     const Expression* value = (*part)->operands[1].get();
     if (!isGiven(*value, source)) std::swap(column, value);

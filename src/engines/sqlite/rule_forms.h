@@ -6,7 +6,7 @@
 #include "tsql/conditions.h"
 #include "tsql/syntax.h"
 
-/// The forms of which the rules speak, and the words of the syntax in which they do.
+/// The statement forms that the rules refer to, and short names for the syntax types.
 namespace ledgertree::engines::sqlite {
 
 using tsql::both;
@@ -24,21 +24,21 @@ using tsql::Source;
 using Kind = Expression::Kind;
 
 [[nodiscard]] bool isColumnOf(const Expression& expression, std::string_view source);
-/// By its declared type; a literal too.
+/// By its declared type, or as a literal.
 [[nodiscard]] bool isNumber(const Expression& expression);
 
-/// Whether the values of a select are its rows' own. An aggregate has a row even where there is none.
+/// Whether a select returns its rows' own values. An aggregate returns a row even if there is none.
 [[nodiscard]] bool hasPlainItems(const SelectCore& core);
-/// Whether an exists of this select asks for its rows alone: it is no union, and has neither a limit nor an
+/// Whether this exists only tests for rows: its select is no union, and has neither a limit nor an
 /// aggregate.
 [[nodiscard]] bool asksForRows(const Select& exists);
 [[nodiscard]] ExpressionPtr existsOf(SelectCore core);
 
-/// Whether a value is the same for all rows of the only table of a select: a literal, or a column that its
-/// prefix tells to be of a statement around it.
+/// Whether a value is constant over all rows of a select's only table: a literal, or a column that its prefix
+/// assigns to an outer statement.
 [[nodiscard]] bool isGiven(const Expression& value, std::string_view source);
-/// The columns of the only table of a select, of numbers, that the conditions hold to one given number each.
-/// A bare column is taken for one of the table.
+/// The numeric columns of a select's only table that the conditions fix to one given number each. An
+/// unqualified column is taken as one of that table.
 [[nodiscard]] std::vector<std::string_view> fixedColumns(ExpressionPtr& where, std::string_view source);
 
 }  // namespace ledgertree::engines::sqlite

@@ -15,7 +15,7 @@ std::string_view cellText(sqlite3_stmt* row, int column) {
 }
 
 void refuseContinuation() {
-  throw data::DataError(data::DataError::Reason::Misuse, 0, "No page of a search has this continuation.");
+  throw data::DataError(data::DataError::Reason::Misuse, 0, "This isn't a continuation of a search.");
 }
 
 bool Position::isAt(sqlite3_stmt* row, int column, int rowType) const {

@@ -17,11 +17,11 @@ namespace {
 
 using Reason = data::DataError::Reason;
 
-/// A file that vanished is noticed at the next write, and at a read at the latest after this time.
+/// A vanished file is noticed at the next write, and by a read after this time at the latest.
 constexpr std::chrono::milliseconds kBetweenLooks{100};
 
-/// The longest that a file of an older version is worked on. Whoever stopped sooner would begin from the
-/// front at the next opening, and never get to the end.
+/// The time limit for upgrading a file. If it stopped
+/// earlier, each opening would start over and never finish.
 constexpr std::chrono::hours kTakeUp{1};
 
 [[noreturn]] void refuseFile(Reason reason, int code, const std::string& what, const std::string& path) {
@@ -32,7 +32,7 @@ std::filesystem::path fileSystemPath(const std::string& path) {
   return std::filesystem::path(std::u8string(path.begin(), path.end()));
 }
 
-/// SQLite reads more into some names: a database in memory, a URI with options.
+/// SQLite gives some names a special meaning: a database in memory, a URI with options.
 std::string plainName(const std::string& path) {
   const bool special = path.starts_with(":") || path.starts_with("file:");
   return special ? "./" + path : path;
@@ -60,7 +60,7 @@ void requirePlace(const std::string& path, bool create) {
 SQLite::Database openFile(const std::string& path, Session::Missing missing) {
   const bool create = missing == Session::Missing::Create;
   requirePlace(path, create);
-  // One thread uses a connection at a time, so that SQLite needs no lock of its own around every call.
+  // One thread uses a connection at a time, so SQLite needs no lock around every call.
   const int flags = SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX | (create ? SQLite::OPEN_CREATE : 0);
   try {
     return {plainName(path), flags};
@@ -70,12 +70,12 @@ SQLite::Database openFile(const std::string& path, Session::Missing missing) {
   }
 }
 
-/// A file may come from anywhere. What stands in it (views, triggers, defaults) calls no more than what
-/// SQLite holds for harmless, nothing in it reaches SQLite's own tables, and nothing makes a value, a
-/// statement or a program out of all proportion. How deep triggers go stays as it is: a tree of accounts may
-/// be that deep.
+/// A file may come from anywhere. Its contents (views, triggers, defaults) may call only what SQLite
+/// considers harmless, can't reach SQLite's own tables, and can't blow up a value, a statement or a program.
+/// The depth of triggers isn't limited further: a tree of accounts may be that deep.
 ///
-/// A function that the product gives a connection is made with SQLITE_DIRECTONLY, so that no file calls it.
+/// Functions that the product adds to a connection are created with
+/// SQLITE_DIRECTONLY, so that no file can call them.
 void mistrust(SQLite::Database& database) {
   struct Limit {
     int kind;
@@ -91,15 +91,15 @@ void mistrust(SQLite::Database& database) {
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0, nullptr);
-  // An index for some values only (CREATE INDEX ... WHERE) has no statement prepared anew for each value that
-  // it is given: it would seem to be of another schema every time (see Plans::firstStep), and never end.
+  // Keeps partial indexes (CREATE INDEX ... WHERE) from having a statement re-prepared for each new parameter
+  // value: the schema would seem to have changed every time (see Plans::firstStep), without end.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
-  // A name that no column has is an error, never a text.
+  // An unknown column name is an error, never a text.
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
   sqlite3_db_config(handle, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
-  // Every page is checked whenever it is read. SQLite's own cache of 2 MB reads the pages of a large chart so
-  // often that the checks would take an eighth of a deletion, and one of 4 MB a third of a tree level that
-  // has a million accounts below it; with 16 MB they aren't to be felt.
+  // Every page is checked whenever it is read. SQLite's default cache of 2 MB rereads the pages of a large
+  // chart so often that the checks would take an eighth of a deletion, and one of 4 MB a third of a tree
+  // level with a million accounts below it; with 16 MB they aren't noticeable.
   database.exec("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA cache_size = -16000");
 }
 
@@ -135,7 +135,7 @@ void Session::configure(Missing missing, std::chrono::milliseconds timeOut) {
       mistrust(database_);
       if (sqlite3_db_readonly(handle(), "main") == 1) throw engineError(SQLITE_READONLY, {}, {});
       database_.exec("PRAGMA foreign_keys = ON; PRAGMA synchronous = FULL");
-      // Looks at what the file is before anything is written to it.
+      // Inspects the file before writing anything to it.
       const auto mend = missing == Missing::Create ? db::Mend::WhatLooksWrong : db::Mend::Nothing;
       auto news = db::openSchema(
           database_, [&command] { command.extend(kTakeUp); }, mend);
@@ -143,7 +143,7 @@ void Session::configure(Missing missing, std::chrono::milliseconds timeOut) {
       database_.exec("PRAGMA journal_mode = WAL");
       return;
     } catch (const SQLite::Exception& failure) {
-      // Where two programs create one file SQLite gives up at once on some of the locks.
+      // If two programs create a file at once, SQLite gives up on some of the locks immediately.
       if (failure.getErrorCode() != SQLITE_BUSY || Watch::Clock::now() >= deadline) throw;
       sqlite3_sleep(5);
     }

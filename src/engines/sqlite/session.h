@@ -17,7 +17,7 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// What makes several statements one, prepared once.
+/// The statements of a transaction, prepared once.
 struct Transaction {
   explicit Transaction(SQLite::Database& database)
       : begin(database, "begin immediate"), commit(database, "commit"), rollback(database, "rollback") {}
@@ -27,22 +27,22 @@ struct Transaction {
   SQLite::Statement rollback;
 };
 
-/// A database file that is open, and opened as one that nobody vouches for: it has the present schema, if
-/// need be since it was taken up, writes ahead to a log, and is on the disk when a statement returns.
+/// An open database file, treated as untrusted: it has the present schema, after an upgrade if necessary,
+/// uses write-ahead logging, and its changes are on disk when a statement returns.
 class Session {
  public:
-  /// Refuse: the file was open before in this process, so that its tree needs no look again either.
+  /// Refuse: the file was already open in this process, so its tree needs no further check either.
   enum class Missing { Create, Refuse };
 
-  /// Opens a file; one that isn't there is created or refused, its folder has to be there. Throws
-  /// data::DataError that names the file: no such folder, a folder in the place of the file, no database, a
-  /// newer schema, another program's database, read-only, or held by another program past `timeOut`.
+  /// Opens a file; a missing one is created or refused, its folder must exist. Throws data::DataError naming
+  /// the file: no such folder, a folder instead of a file, no database, a newer schema, another program's
+  /// database, read-only, or locked by another program for longer than `timeOut`.
   Session(std::string path, Missing missing, std::chrono::milliseconds timeOut);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 
-  /// Throws data::DataError(Connection) where the file has been deleted or replaced by another one. The
-  /// session is of no use then. Asks the file system where the last look is some time ago, or `always`.
+  /// Throws data::DataError(Connection) if the file has been deleted or replaced; the session is then
+  /// useless. Checks the file system if the last check was some time ago, or if `always`.
   void requireFile(Watch::Clock::time_point now, bool always);
 
   [[nodiscard]] SQLite::Database& database() { return database_; }
@@ -53,7 +53,7 @@ class Session {
   [[nodiscard]] ProcedureRunner& procedures() { return procedures_; }
   [[nodiscard]] OperationMarks& marks() { return marks_; }
   [[nodiscard]] ViewSearch& searches() { return searches_; }
-  /// What there is to tell a person about a file that was taken up, once.
+  /// What to tell the user about a file that was upgraded, once.
   [[nodiscard]] std::vector<std::string> takeNews() { return std::exchange(news_, {}); }
   /// Whether requireFile has failed.
   [[nodiscard]] bool lost() const { return lost_; }

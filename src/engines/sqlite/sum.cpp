@@ -19,7 +19,7 @@ void join(sqlite3_context* context, sqlite3_value** values) {
   sqlite3_result_text(context, text, length, sqlite3_free);
 }
 
-/// As SQLite's own sign does: what fits no integer is a real number.
+/// As SQLite's own operator does: a result beyond integers is a real number.
 void add(sqlite3_context* context, sqlite3_value** values) {
   const auto isInteger = [values](int side) { return sqlite3_value_type(values[side]) == SQLITE_INTEGER; };
   sqlite3_int64 whole = 0;

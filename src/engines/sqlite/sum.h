@@ -6,11 +6,11 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// The function that "+" becomes where no type tells whether it joins or adds.
+/// The function for "+" when the types don't tell whether it joins or adds.
 inline constexpr std::string_view kSumFunction = "sum_or_join";
 
-/// Gives a connection that function: of two values of which one is text it makes a text, of two numbers their
-/// sum, of null null. Throws data::DataError where SQLite refuses it.
+/// Adds that function to a connection: if one of two values is text it joins them, two numbers it adds, null
+/// gives null. Throws data::DataError if SQLite refuses it.
 void addSumFunction(sqlite3* database);
 
 }  // namespace ledgertree::engines::sqlite

@@ -11,7 +11,7 @@ namespace ledgertree::engines::sqlite {
 using tsql::ValueType;
 namespace {
 
-/// More names than these come from no statement that means it.
+/// More names than this aren't used by legitimate statements.
 constexpr std::size_t kMostNames = 256;
 
 constexpr const char* kDatabase = "main";
@@ -31,7 +31,7 @@ std::string inSmallLetters(std::string_view name) {
   return result;
 }
 
-/// The rules by which SQLite gives a column its affinity, and the other types whose values are numbers here.
+/// SQLite's rules for a column's affinity, and the other types whose values are numbers here.
 ValueType typeOfDeclared(std::string_view declared) {
   const std::string type = inSmallLetters(declared);
   const auto says = [&type](std::initializer_list<const char*> words) {
@@ -90,7 +90,7 @@ bool Tables::renew() {
   if (!probe_) probe_ = prepare("SELECT 1 FROM sqlite_schema LIMIT 1");
   letGo();
   step(probe_);
-  // A step finds the schema changed, and has the statement prepared again.
+  // The step detects a schema change, and re-prepares the statement.
   const int preparations = sqlite3_stmt_status(probe_.get(), SQLITE_STMTSTATUS_REPREPARE, 1);
   if (preparations == 0) return false;
   views_.clear();
@@ -128,7 +128,7 @@ std::vector<Tables::Index> Tables::readIndexes(const std::string& table) {
   std::vector<std::string> key;
   for (const Query columns = ask("table_xinfo", table); step(columns);)
     if (sqlite3_column_int(columns.get(), 5) != 0) key.push_back(cell(columns.get(), 1));
-  // A key of one column may have no index beside the table itself; a longer one always has.
+  // A one-column key may have no index besides the table itself; a longer one always has one.
   if (key.size() == 1) found.push_back({std::move(key), true});
   for (const Query indexes = ask("index_list", table); step(indexes);) {
     const bool isPartial = sqlite3_column_int(indexes.get(), 4) != 0;
@@ -141,8 +141,8 @@ std::vector<Tables::Index> Tables::readIndexes(const std::string& table) {
   return found;
 }
 
-/// The pragma itself: as the table that SQLite makes of it, it takes several times as long, at the first
-/// statement of a period on every connection.
+/// The pragma itself: the equivalent table-valued function takes several times as long, on every connection's
+/// first statement about a period.
 Tables::Query Tables::ask(const char* pragma, const std::string& name) {
   const std::unique_ptr<char, decltype(&sqlite3_free)> sql(
       sqlite3_mprintf("PRAGMA %s.%s(%Q)", kDatabase, pragma, name.c_str()), sqlite3_free);
@@ -157,8 +157,8 @@ Tables::Query Tables::prepare(const char* sql) {
   return query;
 }
 
-/// Goes to the next row; false behind the last. What SQLite can't read, as a view on a table that is gone,
-/// has no column: the statement that names it fails by itself, and says why.
+/// Advances to the next row; false after the last. A view that SQLite can't read, such as one on a missing
+/// table, has no columns: a statement that names it fails by itself, with a reason.
 bool Tables::step(const Query& query) {
   const int result = sqlite3_step(query.get());
   if (result == SQLITE_ROW) return true;

@@ -13,27 +13,27 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// What SQLite's own schema says of the tables and views of a database. A table's columns are asked of the
-/// schema that the connection holds and prepares statements by. The columns of a view and the indexes of a
-/// table take a statement: they are read at the first question about them, and kept until renew() finds
-/// another schema. Every question throws data::DataError where the file can't be read.
+/// What SQLite's schema tells about the tables and views of a database. A table's columns come from the
+/// schema that the connection holds and prepares statements with. A view's columns and a table's indexes take
+/// a query: they are read on first use, and kept until renew() detects a schema change. Every operation
+/// throws data::DataError if the file can't be read.
 class Tables final : public tsql::Columns {
  public:
   explicit Tables(sqlite3* database) : database_(database) {}
 
-  /// By the declared type, which a view takes over from its tables. Unknown where none is declared, as of a
-  /// view's column that is reckoned, or where the type says neither.
+  /// By the declared type, which a view inherits from its tables. Unknown if none is declared, as for a
+  /// view's computed column, or if the type isn't conclusive.
   [[nodiscard]] std::optional<tsql::ValueType> typeOf(std::string_view table,
                                                       std::string_view column) override;
-  /// Whether no two rows of a table have the same values in all of some columns. Never of a view.
+  /// Whether no two rows of a table agree in all of these columns. Never for a view.
   [[nodiscard]] bool isKey(std::string_view table, const std::vector<std::string_view>& columns);
-  /// Whether an index finds the rows of one value in a column, where each of the columns `fixed` has one
-  /// value too. Never of a view.
+  /// Whether an index finds the rows with a given value in a column, where each of the columns `fixed` has a
+  /// given value too. Never for a view.
   [[nodiscard]] bool isLookUp(std::string_view table, std::string_view column,
                               const std::vector<std::string_view>& fixed);
 
-  /// Forgets what it has read where the schema has changed since it was last called; true then. The file
-  /// stays locked for reading until letGo(), so that what is made by this schema also begins by it, under one
+  /// Forgets what it has read if the schema has changed since the last call; true then. The file stays
+  /// locked for reading until letGo(), so that what is made by this schema also begins with it, under one
   /// lock.
   bool renew();
   void letGo() { sqlite3_reset(probe_.get()); }
@@ -44,11 +44,11 @@ class Tables final : public tsql::Columns {
     tsql::ValueType type;
   };
   struct Index {
-    std::vector<std::string> columns;  ///< none for an expression and what is behind it
-    bool isUnique = false;             ///< over all rows; null is no value
+    std::vector<std::string> columns;  ///< up to the first expression
+    bool isUnique = false;             ///< over all rows; nulls don't count
   };
   template <typename Thing>
-  using ByName = std::map<std::string, std::vector<Thing>>;  ///< by names in small letters
+  using ByName = std::map<std::string, std::vector<Thing>>;  ///< by lower-case name
   struct Finalize {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
   };

@@ -48,7 +48,7 @@ std::string insertOf() {
   return "insert into tblAccount (" + columns + ") select " + values + " from tblAccountChange where ID = ?1";
 }
 
-/// The row of a link table that is kept in a change.
+/// The condition for a link table's row that a change recorded.
 std::string asKept(const db::LinkTable& table) {
   static const char* const names[] = {"AccountID", "First", "Second", "Third"};
   std::string text;
@@ -86,7 +86,7 @@ data::Rows TakeBack::run() {
   for (const Change& change : changes)
     if (obstacles_.count() < kMostTold) undo(change);
   undoLinks(false);
-  // Where a row is another way than it was left, these would only tell of the same.
+  // If a row differs from what was left, these checks would only report the same.
   if (obstacles_.count() != 0) return obstacles_;
   findCodesTaken();
   findDocumentsOfParents();
@@ -125,7 +125,7 @@ void TakeBack::undoLinks(bool came) {
     const std::string kept = " from tblAccountLinkChange c where c.ID = ?1";
     std::string sql;
     if (came) {
-      // A table without a key may hold a row twice: each time one of them goes.
+      // A table without a key may hold duplicate rows: each time one of them is deleted.
       sql = "delete from " + name +
             (table.keys == 0
                  ? " where rowid = (select t.rowid from " + name + " t join tblAccountLinkChange c on " +
@@ -204,7 +204,7 @@ bool TakeBack::ran(const std::string& sql, const Change& change, Obstacle refuse
   }
 }
 
-/// Accounts may share a code from of old; what counts is who got it behind the operation.
+/// Accounts may share a code from earlier times; what counts is who got it after the operation.
 void TakeBack::findCodesTaken() {
   static const std::string sql =
       "select distinct c.AccountID from tblAccountChange c join tblAccount a on a.ID = c.AccountID "
@@ -222,7 +222,7 @@ void TakeBack::findCodesTaken() {
   taken.reset();
 }
 
-/// An account with documents doesn't get its first children.
+/// An account with documents must not get its first children.
 void TakeBack::findDocumentsOfParents() {
   SQLite::Statement& found = prepared(
       "with Back (ID) as (select AccountID from tblAccountChange where OperationID = ?1 and Event <> 1 "

@@ -19,15 +19,15 @@ struct LinkTable;
 
 namespace ledgertree::engines::sqlite {
 
-/// Undoes an operation by the memory of the file, within a transaction of the caller, who undoes all where
-/// something stood in the way. Change by change from the last to the first, each only where its row is still
-/// as the change left it; the rows that belong to accounts by what came of them in the end.
+/// Undoes an operation by the file's memory of its changes, within the caller's transaction, which the caller
+/// rolls back if there are obstacles. Changes are undone one by one from the last to the first, each only if
+/// its row is still as the change left it; an account's link rows by their net result.
 class TakeBack {
  public:
   TakeBack(SQLite::Database& database, std::int64_t operation) : database_(database), operation_(operation) {}
 
-  /// What stands in the way, a row each (see data::Connection::takeBack), no more than kMostTold. Throws
-  /// SQLite::Exception.
+  /// The obstacles, one row each (see data::Connection::takeBack),
+  /// no more than kMostTold. Throws SQLite::Exception.
   [[nodiscard]] data::Rows run();
 
   static constexpr std::size_t kMostTold = 100;
@@ -42,9 +42,9 @@ class TakeBack {
   };
   struct Link {
     const db::LinkTable* table;
-    std::int64_t change;  ///< one of those in which it came or went
+    std::int64_t change;  ///< one of the changes that added or removed it
     std::int64_t account;
-    std::int64_t times;  ///< how often it came, less how often it went
+    std::int64_t times;  ///< additions minus removals
   };
 
   [[nodiscard]] bool isWhole();
@@ -54,8 +54,8 @@ class TakeBack {
   void undoInsert(const Change& change);
   void undoUpdate(const Change& change);
   void undoDeletion(const Change& change);
-  /// Runs the statement that undoes a change, and gives whether there was its row; what refuses it, a rule of
-  /// the file or the key of a table, stands in the way as told.
+  /// Runs the statement that undoes a change, and returns whether its row existed; if a rule of the file or a
+  /// key refuses, that is recorded as an obstacle.
   [[nodiscard]] bool ran(const std::string& sql, const Change& change,
                          data::Obstacle refused = data::Obstacle::Rule);
   void findCodesTaken();

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kMostSplits = 4;
 
-/// Whether all names of a condition say whose they are, and none of them is `taken`.
+/// Whether all columns of a condition are qualified, none of them by `taken`.
 bool staysTrueBeside(const Expression& condition, std::string_view taken) {
   const tsql::OuterNames names = outerNames(condition);
   return !names.bareColumns && !names.uses(taken);
@@ -41,7 +41,7 @@ std::optional<UnionList> unionList(Expression& membership) {
   return bare || !numbers ? std::nullopt : std::optional(UnionList{&head, &rest});
 }
 
-/// Whether the table of the list may join the tables of the select around it.
+/// Whether the list's table can join the tables of the surrounding select.
 bool mayJoin(SelectCore& core, const Expression& membership, const Source& joined) {
   const std::string& name = joined.exposedName();
   for (const Source& source : core.sources) {
@@ -56,7 +56,7 @@ bool mayJoin(SelectCore& core, const Expression& membership, const Source& joine
          !text::equalsIgnoringCase(member.qualifier, name);
 }
 
-/// Gives "name in (select item from ...)", where no row of the list is null.
+/// Builds "name in (select item from ...)", without nulls in the list.
 ExpressionPtr isAmong(ExpressionPtr name, ExpressionPtr item, SelectCore core) {
   ExpressionPtr known = makeExpression(Kind::IsNull);
   known->negated = true;
@@ -75,7 +75,7 @@ ExpressionPtr isAmong(ExpressionPtr name, ExpressionPtr item, SelectCore core) {
 bool isOfRow(const UnionList& list, std::string_view row) {
   const Expression& key = *list.head->items.front().value;
   const Expression* const where = list.rest->where.get();
-  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->sign != "=")
+  if (!isColumnOf(key, row) || where == nullptr || where->kind != Kind::Compare || where->op != "=")
     return false;
   const std::string& below = list.rest->sources.front().exposedName();
   return isColumnOf(*where->operands[0], below) && isNumber(*where->operands[0]) &&
@@ -130,7 +130,7 @@ void splitUnionList(ExpressionPtr& exists, int& splits) {
     const UnionList copy = *unionList(*placeBelow);
     ExpressionPtr key =
         makeCompare(std::move(placeBelow->operands.front()), "=", std::move(copy.rest->items.front().value));
-    // The table of the list comes first: it starts at the key.
+    // The list's table comes first: it starts at the key.
     below.sources.insert(below.sources.begin(),
                          {copy.rest->sources.front().table, copy.rest->sources.front().alias, nullptr});
     placeBelow = both(std::move(copy.rest->where), std::move(key));

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/data_error.h"
+#include "data/quote_text.h"
 #include "data/search_rank.h"
 #include "data/view_name.h"
 #include "engines/sqlite/errors.h"
@@ -21,23 +22,16 @@ using data::SearchOrder;
 using data::SearchRank;
 
 constexpr std::size_t kRowsBetweenLooks = 32;
-/// Ahead of the continuation of what is gathered.
+/// Prefix of the continuation of a gathered page.
 constexpr char kBest = 'g';
 constexpr const char* kKey = "\"ID\"";
 
-std::string quotedName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char letter : name) {
-    quoted += letter;
-    if (letter == '"') quoted += '"';
-  }
-  return quoted += '"';
-}
+std::string quotedName(std::string_view name) { return data::quoted(name, '"', '"'); }
 
-/// The plain name of a view; a schema ahead of it means nothing here.
+/// The plain name of a view; a schema before it is ignored here.
 std::string viewName(std::string_view text) {
   const auto plain = data::plainViewName(text);
-  if (!plain) tsql::refuse(text, 0, "it is no name of a view");
+  if (!plain) tsql::refuse(text, 0, "not the name of a view");
   tsql::Tokens tokens(*plain);
   tsql::Token name;
   // The last name is the view's.
@@ -46,7 +40,7 @@ std::string viewName(std::string_view text) {
   return std::string(name.text);
 }
 
-/// How two codes are in order, as the index has them.
+/// Compares two codes as the index orders them.
 int compareCodes(std::string_view a, std::string_view b) {
   const std::size_t shorter = std::min(a.size(), b.size());
   const int order = shorter == 0 ? 0 : sqlite3_strnicmp(a.data(), b.data(), static_cast<int>(shorter));
@@ -55,7 +49,7 @@ int compareCodes(std::string_view a, std::string_view b) {
 
 std::string codeOrder(const std::string& column) { return quotedName(column) + " COLLATE NOCASE"; }
 
-/// Reads a view in the order of an expression, from the first parameter on where `from` says so.
+/// A query for a view sorted by an expression, starting at the first parameter if `from` is set.
 std::string searchStatement(const std::string& view, std::span<const std::string> columns,
                             const std::string& order, bool from) {
   std::string sql = "SELECT \"ID\"";
@@ -65,8 +59,8 @@ std::string searchStatement(const std::string& view, std::span<const std::string
   return sql + " ORDER BY " + order;
 }
 
-/// Whether there are blobs among the names that a statement reads from its parameter on. They stand behind
-/// all texts, whatever they begin with.
+/// Whether there are blobs among the names that a statement reads from its parameter on. They sort after all
+/// texts, whatever they begin with.
 bool hasBlobs(sqlite3_stmt* names) {
   sqlite3_bind_zeroblob(names, 1, 0);
   const bool found = sqlite3_step(names) == SQLITE_ROW;
@@ -84,7 +78,8 @@ SearchRank::Rank rankOf(Pass pass) {
   return pass == Pass::BesideByCode ? SearchRank::Beside : SearchRank::Holds;
 }
 
-/// The place behind which a page begins, as the continuation of what is gathered has it behind a number.
+/// The position after which a page begins, from the
+/// continuation of a gathered page, where it follows a number.
 std::string placeIn(std::string_view continuation) {
   if (continuation.empty()) return {};
   std::uint64_t number = 0;
@@ -107,7 +102,7 @@ std::optional<BestRows::Place> readPlace(std::string_view text) {
 
 }  // namespace
 
-/// One call: what it was asked, how far it is, and what it gives.
+/// The state of one call: the request, its progress, and the result.
 struct ViewSearch::Call {
   Call(const data::SearchRequest& asked, Watch& watchOver)
       : request(asked),
@@ -130,8 +125,8 @@ struct ViewSearch::Call {
   SearchRank::Rank rankOf(sqlite3_stmt* row) {
     return rank.of([row](std::size_t column) { return cellText(row, static_cast<int>(column) + 1); });
   }
-  /// A slice counts from its first rows on. What comes ahead of them, an order without an index or the rows
-  /// that are behind, comes in every slice, and would leave no time to get on.
+  /// A slice's time counts from its first rows. The work before that, sorting without an index or skipping
+  /// rows already returned, recurs in every slice, and would leave no time for progress.
   bool isSliceOver(Watch::Clock::time_point now) {
     if (request.slice.count() <= 0) return false;
     if (!sliceEnd) sliceEnd = now + request.slice;
@@ -148,10 +143,10 @@ struct ViewSearch::Call {
   data::SearchPage page;
 };
 
-/// One scan over the rows of a view, from a position on.
+/// One scan over a view's rows, from a position on.
 class ViewSearch::Scan {
  public:
-  /// `column` is the one that the statement goes by, the ID being the first.
+  /// `column` is the one that the statement sorts by; 0 is the ID.
   Scan(Call& call, Position& position, sqlite3_stmt* statement, int column)
       : call_(call), position_(position), statement_(statement), orderColumn_(column) {
     skip_ = std::exchange(position_.passed, 0);
@@ -164,8 +159,9 @@ class ViewSearch::Scan {
     sqlite3_clear_bindings(statement_);
   }
 
-  /// Shows the rows to `take` until it gives false or the slice is over: SQLITE_ROW then; else the code with
-  /// which SQLite ended. With a beginning, only rows that begin so are shown, and the index leads to them.
+  /// Passes the rows to `take` until it returns false or the slice is over:
+  /// SQLITE_ROW then; otherwise SQLite's final result code. With a beginning, only
+  /// rows that begin with it are passed, found by the index.
   template <typename Take>
   int run(Take take, text::FoldedBeginning* beginning = nullptr) {
     if (beginning != nullptr && !start(*beginning)) return SQLITE_DONE;
@@ -189,7 +185,7 @@ class ViewSearch::Scan {
  private:
   using Place = text::FoldedBeginning::Place;
 
-  /// False where nothing begins so.
+  /// False if nothing begins with it.
   bool start(text::FoldedBeginning& beginning) {
     if (position_.type != 0) return true;
     place_ = beginning.look({});
@@ -207,9 +203,9 @@ class ViewSearch::Scan {
     sqlite3_bind_text(statement_, 1, seek.data(), static_cast<int>(seek.size()), SQLITE_TRANSIENT);
     return true;
   }
-  /// Takes in the present row; true for one that the page before has had.
+  /// Advances to the current row; true if the previous page contained it.
   bool isBehind() {
-    // Behind the last row that has the value of the page before, nothing more is to be passed over.
+    // After the last row with the previous page's value, nothing more needs to be skipped.
     if (!position_.goPast(statement_, orderColumn_)) skip_ = 0;
     return position_.passed <= skip_;
   }
@@ -264,14 +260,14 @@ bool ViewSearch::readPass(Call& call, Position& position) {
   std::optional<text::FoldedBeginning> beginning;
   if (position.pass == Pass::Whole || position.pass == Pass::Begins)
     beginning.emplace(call.rank.text(), position.pass == Pass::Whole);
-  // NULL comes ahead of every value, so that after a NULL nothing can be left out by its value.
+  // NULL sorts before every value, so after a NULL no value can be skipped.
   const bool from = beginning || (position.type != 0 && position.type != SQLITE_NULL);
   const std::string sql = call.statement(byKey ? kKey : codeOrder(call.request.columns.front()), from);
   Scan scan(call, position, prepared(sql), byKey ? 0 : 1);
   const SearchRank::Rank wanted = rankOf(position.pass);
   const auto take = [&call, &position, wanted](sqlite3_stmt* row) {
     SearchRank::Rank rank = call.rankOf(row);
-    // A blob is no text, and the index has it elsewhere.
+    // A blob isn't text, and is elsewhere in the index.
     if (rank < SearchRank::Beside && position.type != SQLITE_TEXT) rank = SearchRank::Holds;
     if (rank == wanted) call.add(row);
     return !call.isFull();
@@ -282,7 +278,7 @@ bool ViewSearch::readPass(Call& call, Position& position) {
 bool ViewSearch::readFewBeside(Call& call) {
   if (call.request.columns.size() != 2) return false;
   const std::string order = codeOrder(call.request.columns.back());
-  // The index alone tells how many they are.
+  // The index alone shows how many there are.
   const std::string names = searchStatement(call.view, std::span(call.request.columns).last(1), order, true);
   if (sorts(names) || hasBlobs(prepared(names))) return false;
   const std::size_t room = call.limit - call.page.rows.count();
@@ -368,7 +364,7 @@ ViewSearch::Statement ViewSearch::prepare(const std::string& sql) {
 sqlite3_stmt* ViewSearch::prepared(const std::string& sql) {
   const auto known = statements_.find(sql);
   if (known != statements_.end() && sqlite3_stmt_busy(known->second.get()) == 0) return known->second.get();
-  // A search inside a search of the same view would share its place.
+  // A search nested in a search of the same view would share its position.
   if (known != statements_.end()) {
     throw data::DataError(data::DataError::Reason::Misuse, 0,
                           "A search of this view is running on this connection.");

@@ -17,21 +17,21 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// Searches in the views of selectors and pickers: reads rows, folds the text of each, and tells hits.
+/// Searches the views of selectors and pickers: reads rows, folds the text of each, and finds the hits.
 ///
-/// Where an index has the codes, as for accounts, the hits come pass by pass, and each pass stops at the
-/// page's last hit: two go to the codes that begin with the text, one to the names that do, and one goes
-/// through the rest. Nothing is kept between two pages.
+/// If an index has the codes, as for accounts, the hits come pass by pass, and each pass stops at the page's
+/// last hit: two passes read the codes that begin with the text, one the names that do, and one scans the
+/// rest. Nothing is kept between two pages.
 ///
-/// No index of a file may have the order of names. A page of names is gathered instead: all rows are read by
-/// their ID, and the first hits in the order are kept, as many as a page takes. So nothing is sorted as a
-/// whole, nothing goes stale, and a page costs one reading of the view, whatever is typed. What is gathered
-/// is kept between two slices; where another search came between them, the page is begun anew.
+/// No index of a file may use the order of names. A page of names is gathered instead: all rows are read by
+/// ID, keeping the first hits in that order, as many as a page takes. So the whole is never sorted, nothing
+/// gets stale, and a page costs one pass over the view, whatever is typed. The hits gathered are kept between
+/// two slices; if another search intervenes, the page is started over.
 class ViewSearch {
  public:
   explicit ViewSearch(sqlite3* database) : database_(database) {}
 
-  /// See Connection::search. The watch has the command's deadline and its cancellation.
+  /// See Connection::search. The watch holds the command's deadline and cancellation.
   [[nodiscard]] data::SearchPage page(const data::SearchRequest& request, Watch& watch);
 
  private:
@@ -44,30 +44,30 @@ class ViewSearch {
   struct Call;
   class Scan;
 
-  /// A page of names that is being gathered.
+  /// A page of names being gathered.
   struct Gathering {
     explicit Gathering(const data::SearchRequest& request);
-    std::string given;  ///< the continuation of its last slice
+    std::string given;  ///< its last slice's continuation
     std::string view;
     std::string text;
-    std::string behind;  ///< the place behind which the page begins, as a continuation has it
+    std::string behind;  ///< the position after which the page begins, as in a continuation
     Position at;
     BestRows best;
   };
 
-  /// Reads on in a pass, and turns to another form of it where that one is better. True where the pass is
-  /// over, false where the page or the slice is.
+  /// Continues a pass, and switches to another form of it if that is better. True if the pass is finished,
+  /// false if the page or the slice is.
   bool readPass(Call& call, Position& position);
-  /// The names that begin with the text, by their index and put in order by their codes, where the page has
-  /// room for them all. False where it hasn't, or where there is no index.
+  /// Reads the names that begin with the text by their index, sorted by code, if the page has room for them
+  /// all. False if it hasn't, or if there is no index.
   bool readFewBeside(Call& call);
-  /// Shows `take` the rows whose text in a column begins so. False where it ended it, or the slice did.
+  /// Passes the rows whose text in a column begins so. False if `take` or the slice ended it.
   template <typename Take>
   bool walk(Call& call, const std::string& sql, int column, text::FoldedBeginning& beginning, Take take);
   void readBest(Call& call);
-  /// Whether there are no more rows, by the code with which a scan ended. Throws its failure.
+  /// Whether there are no more rows, judging by a scan's final result code. Throws its failure.
   bool isOver(Call& call, int result, const std::string& sql);
-  /// Whether SQLite has to sort the rows of a statement.
+  /// Whether SQLite must sort a statement's rows.
   bool sorts(const std::string& sql);
   Statement prepare(const std::string& sql);
   sqlite3_stmt* prepared(const std::string& sql);

@@ -12,7 +12,7 @@
 namespace ledgertree::engines::sqlite {
 namespace {
 
-/// Steps of SQLite's machine between two looks at the clock: some tens of microseconds.
+/// SQLite virtual-machine steps between two looks at the clock: some tens of microseconds.
 constexpr int kStepsBetweenLooks = 1000;
 constexpr std::chrono::milliseconds kBetweenQuestions{2};
 constexpr std::chrono::milliseconds kLongestWait{50};
@@ -65,8 +65,8 @@ int Watch::onProgress(void* watch) {
   return self.stop_ == Stop::None ? 0 : 1;
 }
 
-/// A question that fails is a no: nothing may pass through SQLite, and the wait ends anyway. It may be
-/// replaced while it is put.
+/// An exception counts as no: none may pass through SQLite, and the wait ends
+/// anyway. The callback may be replaced while it runs.
 bool Watch::givesUp(bool harmless) {
   if (waiting_ == nullptr || !waiting_->givesUp) return false;
   const auto question = waiting_->givesUp;
@@ -90,7 +90,7 @@ int Watch::onBusy(void* watch, int attempts) {
   Watch& self = *static_cast<Watch*>(watch);
   const Clock::time_point now = Clock::now();
   if (self.mustStop(now)) {
-    // What ran out is the patience with the other program: the failure stays SQLite's own.
+    // What ran out is the wait for the other program: SQLite's own error is kept.
     if (self.stop_ == Stop::TimeOut) self.stop_ = Stop::None;
     return 0;
   }

@@ -11,8 +11,8 @@ struct sqlite3;
 
 namespace ledgertree::engines::sqlite {
 
-/// Keeps an eye on the running command of one SQLite connection: interrupts it at its deadline or when it was
-/// given up, lets it wait for another program's lock until then, and asks who keeps the person company.
+/// Watches the running command of one SQLite connection: interrupts it at its deadline or when cancelled,
+/// lets it wait for another program's lock until then, and calls the user-interface callback meanwhile.
 class Watch {
  public:
   using Clock = std::chrono::steady_clock;
@@ -21,17 +21,17 @@ class Watch {
   Watch(const Watch&) = delete;
   Watch& operator=(const Watch&) = delete;
 
-  /// From now on `handle` asks this watch. The watch has to outlive it.
+  /// Makes `handle` use this watch, which must outlive it.
   void attach(sqlite3* handle);
 
-  /// The length of one command. Commands nest: a walk shows a row, and the visitor runs a statement.
+  /// The scope of one command. Commands nest: a walk passes a row, and the visitor runs a statement.
   class Command {
    public:
     Command(Watch& watch, Clock::time_point deadline, const std::function<bool()>* cancelled = nullptr)
         : watch_(watch), deadlineBefore_(watch.deadline_), cancelledBefore_(watch.cancelled_) {
       watch.deadline_ = deadline;
       watch.cancelled_ = cancelled;
-      watch.nextQuestion_ = {};  // a short command is asked once at least
+      watch.nextQuestion_ = {};  // even a short command asks once
       watch.stop_ = Stop::None;
     }
     Command(const Command&) = delete;
@@ -41,7 +41,7 @@ class Watch {
       watch_.cancelled_ = cancelledBefore_;
       if (watch_.asked_) watch_.endWait();
     }
-    /// Time that isn't the engine's.
+    /// Adds time that the engine didn't use.
     void extend(Clock::duration time) { watch_.deadline_ += time; }
 
    private:
@@ -50,16 +50,16 @@ class Watch {
     const std::function<bool()>* cancelledBefore_;
   };
 
-  /// Asked while the command that begins `now` lasts, from a moment on. It outlives the command.
+  /// Called from a moment on while the command that starts at `now` runs. `waiting` outlives the command.
   void whileWaiting(const data::Waiting& waiting, bool onlyReads, Clock::time_point now);
 
-  /// Whether that question is being put: SQLite is in the middle of a step, and takes no other command.
+  /// Whether that callback is running: SQLite is in the middle of a step, and takes no other command.
   [[nodiscard]] bool asking() const { return asking_; }
 
-  /// Whether the running command has to stop, asked between two rows.
+  /// Whether the running command must stop; check between two rows.
   [[nodiscard]] bool mustStop() { return mustStop(Clock::now()); }
   [[nodiscard]] bool mustStop(Clock::time_point now);
-  /// Throws the reason for which a command was stopped; returns where it wasn't.
+  /// Throws the reason why a command was stopped; returns if it wasn't.
   void rethrowStop(std::string_view statement);
 
  private:
@@ -75,11 +75,11 @@ class Watch {
   const data::Waiting* waiting_ = nullptr;
   bool onlyReads_ = false;
   bool asking_ = false;
-  bool asked_ = false;  ///< in the course of this command
+  bool asked_ = false;  ///< during this command
   Clock::time_point nextLook_{};
   Clock::time_point nextQuestion_{};
   Stop stop_ = Stop::None;
-  std::exception_ptr failure_;  ///< what `cancelled` threw, which mustn't pass through SQLite
+  std::exception_ptr failure_;  ///< thrown by `cancelled`; mustn't pass through SQLite
 };
 
 }  // namespace ledgertree::engines::sqlite

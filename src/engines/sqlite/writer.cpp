@@ -21,7 +21,7 @@ namespace {
 
 using Kind = Expression::Kind;
 
-/// What an order by this value means: it may name one of the values that are selected.
+/// The value that an ORDER BY value refers to: it may name one of the selected values.
 const Expression& ordered(const Expression& value, const Select& select) {
   const auto& items = select.cores.front().items;
   const auto named = std::find_if(items.begin(), items.end(), [&value](const Item& item) {
@@ -31,8 +31,8 @@ const Expression& ordered(const Expression& value, const Select& select) {
   return isName && named != items.end() ? *named->value : value;
 }
 
-/// Whether a value is a code or made of one. It keeps the order of its characters, in which codes that begin
-/// alike stand together and an index has them; every other text is taken for a name.
+/// Whether a value is a code or made from one. Codes are sorted by characters, so that equal beginnings are
+/// adjacent and an index serves; every other text is taken for a name.
 bool isCode(const Expression& value) {
   if (value.select) return isCode(*value.select->cores.front().items.front().value);
   const bool isColumn = value.kind == Kind::Column && text::equalsIgnoringCase(value.name, "Code");
@@ -40,7 +40,7 @@ bool isCode(const Expression& value) {
                                  [](const ExpressionPtr& operand) { return isCode(*operand); });
 }
 
-/// How an order compares a value; empty for as it is stored.
+/// The collation for sorting by a value; empty for none.
 std::string_view collationOf(const Expression& value) {
   if (value.type == ValueType::Number) return {};
   if (!isCode(value)) return kPersianOrder;
@@ -112,7 +112,7 @@ void Writer::select(const Select& select, bool outermost) {
   const SelectCore& only = select.cores.front();
   if (only.top) sql().append(" LIMIT ").append(*only.top);
   if (only.gate) {
-    // True is 1, and a limit below 0 is none: no row at all, or all of them.
+    // True is 1, and a negative limit is none: no row at all, or all of them.
     sql() += " LIMIT -(";
     expression(*only.gate);
     sql() += ")";
@@ -139,7 +139,7 @@ void Writer::item(const Item& item, bool outermost) {
     sql() += " AS ";
     name(item.alias);
   } else if (outermost && item.value->kind != Kind::All) {
-    // SQLite would name a column by its text; a value without a name has none on SQL Server.
+    // SQLite would name an unnamed column by its expression; SQL Server leaves it unnamed.
     sql() += " AS ";
     name(item.value->kind == Kind::Column ? item.value->name : std::string_view());
   }

@@ -10,14 +10,14 @@
 
 namespace ledgertree::engines::sqlite {
 
-/// Whether a comparison by this value needs to be told that letter case doesn't count: the columns of tables
-/// know by themselves, what is made of them doesn't.
+/// Whether a comparison with this value must explicitly ignore letter case: table columns do so by
+/// themselves, computed values don't.
 [[nodiscard]] bool isMadeText(const tsql::Expression& value);
 
 /// Writes one statement in SQLite's dialect.
 class Writer {
  public:
-  /// Once. The decisions of the translation stay empty.
+  /// Call once. The translation's decisions stay empty.
   [[nodiscard]] Translation write(const tsql::Statement& statement);
 
  private:
@@ -32,14 +32,14 @@ class Writer {
 
   void expression(const tsql::Expression& expression);
   void condition(const tsql::Expression& condition);
-  /// The only operand of an expression, or its first, between two texts.
+  /// Writes an expression's only or first operand between two texts.
   void operand(std::string_view ahead, const tsql::Expression& whole, std::string_view behind);
   void column(const tsql::Expression& expression);
-  void joined(const tsql::Expression& expression, std::string_view sign);
+  void joined(const tsql::Expression& expression, std::string_view op);
   void arithmetic(const tsql::Expression& expression);
   void call(const tsql::Expression& expression);
   void compare(const tsql::Expression& expression);
-  void compareText(const tsql::Expression& side, std::string_view sign, const tsql::Expression& text);
+  void compareText(const tsql::Expression& side, std::string_view op, const tsql::Expression& text);
   void number(const tsql::Expression& side, const tsql::Expression& other);
   void comparing(const tsql::Expression& value, bool texts);
   void between(const tsql::Expression& expression);
@@ -62,7 +62,7 @@ class Writer {
   std::string& sql() { return result_.sql; }
 
   Translation result_;
-  /// The parameter for each literal, and for each literal trimmed; 0 where there is none yet.
+  /// The parameter of each literal, and of each trimmed literal; 0 if there is none yet.
   std::vector<std::size_t> numbers_;
 };
 

@@ -28,7 +28,7 @@ void Writer::expression(const Expression& expression) {
     case Kind::Arithmetic:
       return arithmetic(expression);
     case Kind::Negative:
-      // The blank keeps a literal's own sign from beginning a comment.
+      // The blank prevents a comment if a negative literal follows.
       return operand("(- ", expression, ")");
     case Kind::ScalarSelect:
       return nested(*expression.select);
@@ -81,10 +81,10 @@ void Writer::column(const Expression& expression) {
   }
 }
 
-void Writer::joined(const Expression& expression, std::string_view sign) {
+void Writer::joined(const Expression& expression, std::string_view op) {
   sql() += "(";
   for (std::size_t place = 0; place < expression.operands.size(); ++place) {
-    if (place != 0) sql() += sign;
+    if (place != 0) sql() += op;
     this->expression(*expression.operands[place]);
   }
   sql() += ")";
@@ -96,7 +96,7 @@ void Writer::arithmetic(const Expression& expression) {
   sql() += "(";
   this->expression(*expression.operands[0]);
   sql() += " ";
-  sql() += undecided ? "," : expression.type == ValueType::Text ? "||" : expression.sign;
+  sql() += undecided ? "," : expression.type == ValueType::Text ? "||" : expression.op;
   sql() += " ";
   this->expression(*expression.operands[1]);
   sql() += ")";
@@ -124,10 +124,10 @@ void Writer::call(const Expression& expression) {
 void Writer::compare(const Expression& expression) {
   const Expression& left = *expression.operands[0];
   const Expression& right = *expression.operands[1];
-  if (right.kind == Kind::Text) return compareText(left, expression.sign, right);
+  if (right.kind == Kind::Text) return compareText(left, expression.op, right);
   if (left.kind == Kind::Text) {
     // 'a' < x is x > 'a'.
-    std::string mirrored(expression.sign);
+    std::string mirrored(expression.op);
     if (mirrored != "<>") {
       std::replace_if(
           mirrored.begin(), mirrored.end(), [](char c) { return c == '<' || c == '>'; },
@@ -137,13 +137,13 @@ void Writer::compare(const Expression& expression) {
   }
   number(left, right);
   sql() += " ";
-  sql() += expression.sign;
+  sql() += expression.op;
   sql() += " ";
   number(right, left);
   if (isMadeText(left) && isMadeText(right)) sql() += " COLLATE NOCASE";
 }
 
-/// A side of a comparison with a number: text is read as one.
+/// A side of a numeric comparison: text is converted to a number.
 void Writer::number(const Expression& side, const Expression& other) {
   const bool reads = other.kind == Kind::Number && side.type != ValueType::Number;
   if (reads) sql() += "CAST(";
@@ -151,34 +151,34 @@ void Writer::number(const Expression& side, const Expression& other) {
   if (reads) sql() += " AS NUMERIC)";
 }
 
-/// Blanks at the end of the column don't count either. The range ahead of the exact test is what an index
-/// serves: '!' is the character behind the blank.
-void Writer::compareText(const Expression& side, std::string_view sign, const Expression& text) {
+/// Trailing blanks in the column don't count either. The range before the exact test is for the index: '!' is
+/// the character after the blank.
+void Writer::compareText(const Expression& side, std::string_view op, const Expression& text) {
   sql() += "(";
-  if (side.kind == Kind::Column && !text.pinned && sign != "<>") {
-    if (sign.front() != '<') {
+  if (side.kind == Kind::Column && !text.pinned && op != "<>") {
+    if (op.front() != '<') {
       expression(side);
-      sql() += sign == ">" ? " COLLATE NOCASE > " : " COLLATE NOCASE >= ";
+      sql() += op == ">" ? " COLLATE NOCASE > " : " COLLATE NOCASE >= ";
       literal(text, true);
       sql() += " AND ";
     }
-    if (sign.front() != '>') {
+    if (op.front() != '>') {
       expression(side);
       sql() += " COLLATE NOCASE < ";
       literal(text, true);
-      sql() += sign == "<" ? " AND " : " || '!' AND ";
+      sql() += op == "<" ? " AND " : " || '!' AND ";
     }
   }
   sql() += "rtrim(";
   expression(side);
   sql() += ") ";
-  sql() += sign;
+  sql() += op;
   sql() += " ";
   literal(text, true);
   sql() += " COLLATE NOCASE)";
 }
 
-/// A value ahead of those that it is compared with, which are `texts` or not.
+/// A value that is compared with others, which are texts if `texts`.
 void Writer::comparing(const Expression& value, bool texts) {
   if (texts) sql() += "rtrim(";
   expression(value);

@@ -110,7 +110,7 @@ bool Commands::mayLeave() {
 
 bool Commands::mayGiveUp(const Question& ofNew, const Question& ofEdit) {
   const auto confirmed = [this](const Question& question) {
-    return shell_.askConfirmNotice(question.title, question.text) == shell::Answer::Yes;
+    return shell_.confirms(question.title, question.text);
   };
   if (screen_.formMode == FormMode::ModeNew) return confirmed(ofNew);
   if (screen_.formMode == FormMode::ModeEdit) return confirmed(ofEdit);

@@ -29,7 +29,7 @@ bool isPlainName(std::string_view name) {
   return !name.empty() && name.size() <= kLongestName && std::all_of(name.begin(), name.end(), isPlain);
 }
 
-/// The file between the quotation marks; nothing where the command isn't the one that is understood.
+/// The file between the quotation marks; nothing if the command isn't the expected one.
 std::optional<std::string> fileOf(std::string_view commandLine) {
   if (!text::equalsIgnoringCase(commandLine.substr(0, kProgram.size()), kProgram)) return std::nullopt;
   commandLine.remove_prefix(kProgram.size());
@@ -44,7 +44,7 @@ std::optional<std::string> fileOf(std::string_view commandLine) {
   return std::string(rest.substr(0, end));
 }
 
-/// Whether a folder of the path leads away from where the path seems to lead.
+/// Whether the path leads elsewhere by "." or "..".
 bool strays(std::string_view path) {
   while (!path.empty()) {
     const std::size_t end = std::min(path.find('/'), path.size());
@@ -55,7 +55,7 @@ bool strays(std::string_view path) {
   return false;
 }
 
-/// Whether a path without links leads below a folder.
+/// Whether a path without links is below a folder.
 bool isBelow(const fs::path& file, const fs::path& folder) {
   std::error_code failure;
   const fs::path real = fs::canonical(folder, failure);
@@ -81,7 +81,7 @@ std::optional<Registration> readRegistration(std::string_view commandLine) {
     return std::nullopt;
   const std::string_view plugin = name.substr(0, name.size() - kFileEnd.size());
   if (!isPlainName(plugin)) return std::nullopt;
-  // UTF-8 whatever the platform's own paths are in.
+  // UTF-8 regardless of the platform's own path encoding.
   return Registration{.system = fs::path(std::u8string(folder.begin(), folder.end())),
                       .plugin = std::string(plugin)};
 }

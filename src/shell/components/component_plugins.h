@@ -12,40 +12,40 @@
 
 namespace ledgertree::shell {
 
-/// What a registration command line asks for.
+/// A parsed registration command line.
 struct Registration {
-  std::filesystem::path system;  ///< the folder "System", relative where the base path is empty
+  std::filesystem::path system;  ///< the folder "System", relative if the base path is empty
   std::string plugin;            ///< "SheetKit" for the file SheetKit.ocx
   bool operator==(const Registration&) const = default;
 };
 
-/// Reads `Regsvr32  "<base path>System\<plug-in>.ocx" /s`; blanks may be more or fewer, and "/" separates as
-/// "\" does. Nothing for any other text: another program or switch, a file that doesn't stand right below
-/// "System" or isn't a plain name of letters, digits and "_", a folder "." or "..", a control character, a
-/// text that isn't UTF-8. The base path comes from a row that anybody may have written.
+/// Parses `Regsvr32 "<base path>System\<plug-in>.ocx" /s`; any number of blanks, and "/" separates like "\".
+/// Nothing for any other text: another program or switch, a file that isn't directly in "System" or isn't a
+/// plain name of letters, digits and "_", a folder "." or "..", a control character, a text that isn't UTF-8.
+/// The base path comes from a row that anybody may have written.
 [[nodiscard]] std::optional<Registration> readRegistration(std::string_view commandLine);
 
-/// A plug-in that stands where it was looked for and isn't loaded.
+/// A plug-in that was found but not loaded.
 struct RefusedPlugin {
   std::filesystem::path file;
-  std::string reason;  ///< for the person, in Persian; no sentence of its own
+  std::string reason;  ///< for the user, in Persian; not a full sentence
 };
 
-/// The registrar of this platform: a component's file stands for the plug-in of its name.
+/// This platform's registrar: a component's file stands for the plug-in of that name.
 ///
-/// The folder that a command names comes from the database, and whoever may write a row of it is not the one
-/// who may run code here. So a plug-in is loaded only by an absolute path where nobody but the administrator
-/// and the person may write, or below a folder that the host answers for.
+/// The folder in a command comes from the database, and write access to one of its rows must not mean running
+/// code here. So a plug-in is loaded only by an absolute path where nobody but the administrator and the user
+/// may write, or below a folder that the host vouches for.
 class ComponentPlugins {
  public:
-  /// The port to the platform.
+  /// The platform port.
   struct Platform {
-    /// The file names that a plug-in may have, the first one first.
+    /// The possible file names of a plug-in, preferred first.
     std::function<std::vector<std::string>(const std::string& plugin)> fileNames;
-    /// Why an absolute path without links isn't to be trusted: the file or a folder above it belongs to
-    /// somebody else than the administrator and the person, or others may write to it. Empty where it is.
+    /// Why an absolute path without links isn't trusted: the file or a parent folder belongs to someone other
+    /// than the administrator and the user, or others may write to it. Empty if it is.
     std::function<std::string(const std::filesystem::path& file)> distrust;
-    /// Loads a library for the life of the process; null where it can't be, or exports nothing.
+    /// Loads a library until the process ends; null if it can't be loaded, or exports nothing.
     std::function<RegisterComponents(const std::filesystem::path& file)> load;
   };
 
@@ -53,21 +53,21 @@ class ComponentPlugins {
   ComponentPlugins(OutsideComponents& components, Platform platform)
       : components_(components), platform_(std::move(platform)) {}
 
-  /// Where the package installed its plug-ins: looked through behind the folder that a command names, and
-  /// trusted as the library is that came with them. Empty for none.
+  /// Where the package installed its plug-ins: searched after a command's folder, and trusted like the
+  /// library they came with. Empty for none.
   void setInstalledFolder(std::filesystem::path folder) { installed_ = std::move(folder); }
   /// A folder whose plug-ins are loaded whoever may write to it.
   void trustBelow(std::filesystem::path folder) { trusted_.push_back(std::move(folder)); }
-  /// Told of what a command found and didn't load, when the command has been carried out.
+  /// Sets the listener for what a command found but didn't load, called after the command.
   void onRefused(std::function<void(const RefusedPlugin&)> listener) { refused_ = std::move(listener); }
 
-  /// Carries out a registration command line: the first plug-in that may be loaded and registers a component
-  /// serves. Without one, or for a text that is refused, nothing happens.
+  /// Runs a registration command line: uses the first plug-in that may be loaded and registers a component.
+  /// Without one, or for a refused text, nothing happens.
   void carryOut(std::string_view commandLine) const;
 
  private:
   using Refusals = std::vector<RefusedPlugin>;
-  /// True where a plug-in of the folder serves.
+  /// True if a plug-in of the folder was registered.
   [[nodiscard]] bool loadFrom(const std::filesystem::path& folder, const std::string& plugin,
                               Refusals& refused) const;
   [[nodiscard]] std::string distrust(const std::filesystem::path& folder,

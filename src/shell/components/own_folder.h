@@ -4,8 +4,8 @@
 
 namespace ledgertree::shell {
 
-/// The folder of the library that this code was linked into, so that what is installed beside it is found
-/// wherever the package was put. Empty where the system can't tell.
+/// The folder of the library that contains this code, so that files installed next to it are found wherever
+/// the package is. Empty if unknown.
 [[nodiscard]] std::filesystem::path ownFolder();
 
 }  // namespace ledgertree::shell

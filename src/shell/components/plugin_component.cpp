@@ -13,7 +13,7 @@ namespace {
 constexpr LedgerTreeValue kNothing{
     .kind = LEDGERTREE_NOTHING, .integer = 0, .real = 0, .text = nullptr, .length = 0};
 
-/// A value as a plug-in sees it; the text stays with `keeper`.
+/// A value as passed to a plug-in; `keeper` holds the text.
 LedgerTreeValue toPlugin(const data::Value& value, std::string& keeper) {
   LedgerTreeValue result = kNothing;
   if (value.isNull()) return result;
@@ -90,7 +90,7 @@ std::unique_ptr<OutsideComponent> make(const std::string& name, LedgerTreeCreate
   return std::make_unique<PluginComponent>(name, component);
 }
 
-/// What a plug-in makes known, until it says that it stands by it.
+/// The components that a plug-in registers, until it confirms them.
 using Offered = std::vector<std::pair<std::string, LedgerTreeCreate>>;
 
 void add(void* context, const char* name, LedgerTreeCreate create) {
@@ -98,7 +98,7 @@ void add(void* context, const char* name, LedgerTreeCreate create) {
   try {
     static_cast<Offered*>(context)->emplace_back(name, create);
   } catch (const std::exception&) {
-    return;  // nothing may be thrown through the plug-in: the component stays unknown
+    return;  // no exception may pass through the plug-in: the component stays unknown
   }
 }
 

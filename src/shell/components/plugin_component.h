@@ -5,12 +5,12 @@
 
 namespace ledgertree::shell {
 
-/// The one function that a plug-in exports.
+/// The single function that a plug-in exports.
 using RegisterComponents = std::int32_t (*)(const LedgerTreeRegistry*);
 
-/// Makes the components of a plug-in known; false, and none is, where the plug-in refuses or has none. One
-/// that can't be made, or whose functions are missing, fails with an error when it is asked for, and not as
-/// one that nobody registered.
+/// Registers a plug-in's components; false, and none is registered, if the plug-in refuses
+/// or has none. One that can't be created, or lacks functions, fails when it is requested,
+/// with an error other than that of an unknown one.
 bool registerPlugin(OutsideComponents& components, RegisterComponents plugin);
 
 }  // namespace ledgertree::shell

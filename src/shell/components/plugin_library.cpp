@@ -31,20 +31,20 @@ std::string cannotTell(const std::filesystem::path& place) {
 std::vector<std::string> fileNames(const std::string& plugin) { return {plugin + ".dll"}; }
 
 RegisterComponents load(const std::filesystem::path& file) {
-  // The plug-in's own folder serves for what it needs, and the current folder doesn't.
+  // Searches dependencies in the plug-in's own folder, not in the current one.
   HMODULE library = LoadLibraryExW(file.c_str(), nullptr,
                                    LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
   if (library == nullptr) return nullptr;
   return reinterpret_cast<RegisterComponents>(GetProcAddress(library, kEntry));
 }
 
-/// Who may write isn't asked here: only what the host answers for is loaded.
+/// Permissions aren't checked here: only what the host vouches for is loaded.
 std::string distrust(const std::filesystem::path& file) { return cannotTell(file); }
 
 #else
 
-/// Access lists of POSIX stand in the mode, whose bits of the group are the most that any entry gives. Those
-/// of network file systems don't, and a share of Windows has no mode of its own.
+/// POSIX access lists show in the mode, whose group bits are the most that any entry grants. Those of network
+/// file systems don't, and a Windows share has no mode of its own.
 bool hasOtherRules(const std::filesystem::path& place) {
   constexpr std::array<std::uint32_t, 3> kShares = {0x517B, 0xFE534D42, 0xFF534D42};
   struct statfs system {};
@@ -63,8 +63,8 @@ bool hasOtherRules(const std::filesystem::path& place) {
   return false;
 }
 
-/// From the root down, so that what was looked at can't be put away by others behind our back: whoever could
-/// would have to write to a folder that was found to be closed to them.
+/// From the root down, so that nothing already checked can be replaced by others meanwhile: that would need
+/// write access to a folder that was found to be closed to them.
 std::string distrust(const std::filesystem::path& file) {
   std::filesystem::path place;
   for (const std::filesystem::path& step : file) {
@@ -85,7 +85,7 @@ std::vector<std::string> fileNames(const std::string& plugin) {
 }
 
 RegisterComponents load(const std::filesystem::path& file) {
-  // Local: two plug-ins may each bring a version of what both are built on.
+  // Local: two plug-ins may each bring a version of a shared dependency.
   void* library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return nullptr;
   return reinterpret_cast<RegisterComponents>(dlsym(library, kEntry));

@@ -4,8 +4,8 @@
 
 namespace ledgertree::shell {
 
-/// Shared libraries as this operating system has them. A library that was loaded stays until the process
-/// ends: its components may be in use for as long.
+/// The shared libraries of this operating system. A loaded library stays until the process ends: its
+/// components may be in use that long.
 [[nodiscard]] ComponentPlugins::Platform pluginLibraries();
 
 }  // namespace ledgertree::shell

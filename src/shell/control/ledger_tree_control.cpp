@@ -23,20 +23,20 @@ struct LedgerTreeControl::Properties {
 
 namespace {
 
-/// The 32-bit number of a value that a host may give in any kind.
+/// The 32-bit number in a value that a host may pass as any type.
 std::int32_t toAccountID(const PropertyValue& value) {
   struct Reader {
     std::int32_t operator()(std::int16_t number) const { return number; }
     std::int32_t operator()(std::int32_t number) const { return number; }
     std::int32_t operator()(double number) const { return data::roundToInt32(number); }
-    /// As a Boolean counts in the host's language.
+    /// As a Boolean converts in the host's language.
     std::int32_t operator()(bool flag) const { return flag ? -1 : 0; }
     std::int32_t operator()(const std::string& text) const { return data::toNumber(text).asInt32(); }
   };
   return std::visit(Reader{}, value);
 }
 
-/// The whole number of a value that a store may keep as text; throws where it holds none.
+/// The whole number in a value that a store may keep as text; throws if it holds none.
 std::int16_t toWhole(const PropertyValue& value) {
   const auto* text = std::get_if<std::string>(&value);
   if (text == nullptr) return data::toInt16(toAccountID(value));
@@ -56,13 +56,13 @@ Kind kindOf(const PropertyValue& value, std::string_view name) {
     if constexpr (std::is_same_v<Kind, std::int16_t>) return toWhole(value);
     if constexpr (std::is_same_v<Kind, bool>) return toFlag(value);
   } catch (const std::exception&) {
-    // Told with the name of the property.
+    // Reported with the property's name.
   }
-  throw std::runtime_error("the property store holds no such value under " + std::string(name));
+  throw std::runtime_error("the property store holds no acceptable value for " + std::string(name));
 }
 
-/// A bound of a period. Nothing in the chart depends on it: a host's table that holds no date there is told
-/// of, and the chart opens without it.
+/// A period's start or end date. Nothing in the chart depends on it: if a host's table holds an invalid date
+/// there, that is reported, and the chart opens without it.
 data::DateTime boundOf(shell::Shell& shell, const char* column, const data::Value& stored) {
   if (stored.isNull()) return {};
   try {
@@ -101,9 +101,9 @@ void LedgerTreeControl::ClearShow() {
     ahead.reset();
     form.ClearShow();
   } catch (const ui::DesktopError&) {
-    // A desktop that refuses for another reason than the form's kind isn't told of: the host asks.
+    // Any other refusal of the desktop isn't reported: the host checks.
   } catch (const std::exception& failure) {
-    // The host isn't told of a screen that didn't come up; the person is.
+    // A screen that didn't open is reported to the user, not to the host.
     session_.shell().reportFailure(failure);
   }
   session_.dropUnshown();

@@ -35,7 +35,7 @@ LedgerTreeControl ControlSession::makeControl() { return LedgerTreeControl(*this
 void ControlSession::tellNews() {
   desktop_->whenIdle([this] {
     if (form_ && form_->inAct()) return;
-    // A copy: the host may set another listener while it hears of this.
+    // A copy: the host may replace the listener during the call.
     const auto listener = onEvent;
     for (const ChartEvent& event : shell_.news.take())
       if (listener) listener(event);
@@ -85,7 +85,7 @@ bool ControlSession::makeWay(const std::string& connectionText, bool forAnotherR
   const bool elsewhere = !data::sameDatabase(form_->loadedFrom(), connectionText);
   if (!elsewhere && !forAnotherRecord) return true;
   if (elsewhere) {
-    static_cast<void>(shell_.providers.open(connectionText));  // refuses a malformed text, and opens nothing
+    static_cast<void>(shell_.providers.open(connectionText));  // refuses a malformed text, without opening it
     if (form_->inAct()) throw std::runtime_error(kInTheMiddle);
   }
   if (!form_->mayLeave()) return false;
@@ -103,7 +103,7 @@ void ControlSession::formClosed() {
   form_.reset();
   cameUp_ = false;
   if (!shell_.news.empty()) tellNews();
-  // Later, since the form closes in the middle of what a person does to it.
+  // Later, since the form closes during a user's action on it.
   desktop_->whenIdle([this] {
     if (onLeft && !form_) onLeft();
   });

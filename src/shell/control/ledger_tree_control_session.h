@@ -15,50 +15,50 @@ namespace ledgertree {
 
 class LedgerTreeControl;
 
-/// What all controls of a process share: a Shell, and the one FormMain while it is loaded. A test makes its
-/// own.
+/// What all controls of a process share: a Shell, and the one
+/// FormMain while it is loaded. Tests create their own.
 class ControlSession {
  public:
   explicit ControlSession(std::unique_ptr<ui::Desktop> desktop);
 
-  /// The session of the process. Throws std::logic_error before a desktop was installed.
+  /// The process's session. Throws std::logic_error before a desktop is installed.
   [[nodiscard]] static ControlSession& process();
-  /// Makes the session of the process; a second desktop throws std::logic_error.
+  /// Creates the process's session; a second desktop throws std::logic_error.
   static ControlSession& install(std::unique_ptr<ui::Desktop> desktop);
 
-  /// A control on this session; a host's own are on that of the process.
+  /// Creates a control on this session; a host's own controls use the process's.
   [[nodiscard]] LedgerTreeControl makeControl();
   [[nodiscard]] shell::Shell& shell() { return shell_; }
-  /// Ahead of each call of the host: throws while the screen waits for the database and lets nothing else
-  /// happen.
+  /// Called before each call of the host: throws while the screen waits
+  /// for the database and everything else is blocked.
   void requireAnswered() const;
-  /// Ahead of a call that shows the form, with or without another record: asks the person where it would drop
-  /// what is being typed, and leaves a form that shows another database. False where the person stays;
-  /// nothing has changed then. Throws where the text is no connection text, and where the form is in the
-  /// middle of something in the other database.
+  /// Called before showing the form, with or without another record: asks the user if unsaved input
+  /// would be lost, and leaves a form that shows another database. False if the user stays; nothing has
+  /// changed then. Throws if the text isn't a connection text, and if the form is busy in the other
+  /// database.
   [[nodiscard]] bool makeWay(const std::string& connectionText, bool forAnotherRecord);
-  /// Behind such a call: a form that never came up is gone.
+  /// Called after showing: drops a form that never appeared.
   void dropUnshown();
-  /// The main form, loaded if it isn't. Throws what its load throws, and is not loaded then.
+  /// The main form, loaded if necessary. Throws what loading throws, and stays unloaded then.
   [[nodiscard]] mainform::FormMain& loadedForm();
-  /// What ClearShow asks from the right to see the chart on, as far as it is known ahead of the form's load.
+  /// The queries of ClearShow from the permission check on, as far as they are known before the form's load.
   [[nodiscard]] std::vector<data::Command> questionsOfStart() const;
   /// Null while it isn't loaded.
   [[nodiscard]] mainform::FormMain* form() const { return form_.get(); }
-  /// Runs when nothing else does, after the form was left; not where it was loaded anew by then.
+  /// Called when idle, after the form was left, unless it has been loaded again by then.
   std::function<void()> onLeft;
-  /// Told of each event, in their order, when no event procedure of the form runs.
+  /// Called for each event, in order, while no event procedure of the form is running.
   std::function<void(const ChartEvent&)> onEvent;
 
  private:
   void formClosed();
-  /// When nothing else runs; where an event procedure does, its end comes back to this.
+  /// When idle; a running event procedure triggers it again when it ends.
   void tellNews();
 
   std::unique_ptr<ui::Desktop> desktop_;
   shell::Shell shell_;
   std::unique_ptr<mainform::FormMain> form_;
-  /// Whether the form was on the screen since its load; one that a host took off keeps what was typed.
+  /// Whether the form has been shown since its load; one removed by a host keeps what was typed.
   bool cameUp_ = false;
 };
 

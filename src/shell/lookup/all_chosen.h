@@ -7,8 +7,8 @@
 
 namespace ledgertree::shell {
 
-/// What a command asks before it reads selectors and pickers: false where one of them has a text on its line
-/// that isn't the row it holds. A notice names the field then, and the focus goes there.
+/// Commands check this before reading selectors and pickers: false if one of them shows typed text that isn't
+/// its selected row. Then a notice names the field, which gets the focus.
 [[nodiscard]] bool allChosen(Shell& shell, std::initializer_list<ui::LookupField*> fields);
 
 }  // namespace ledgertree::shell

@@ -12,7 +12,7 @@ data::DateTime DateField::englishdate() const {
 }
 
 void DateField::setEnglishdate(const data::DateTime& date) {
-  if (!date.valid()) throw std::invalid_argument("no date of the calendar was given to " + name());
+  if (!date.valid()) throw std::invalid_argument("an invalid date was given to " + name());
   date_ = date;
   changed(ui::Change::Text);
 }

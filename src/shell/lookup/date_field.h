@@ -9,19 +9,19 @@
 
 namespace ledgertree::shell {
 
-/// A date, as a Gregorian value and as Persian text, which the field shows. It starts without a date.
+/// A date, as a Gregorian value and as the Persian text shown. Initially empty.
 class DateField : public ui::DateDisplay {
  public:
   using ui::DateDisplay::DateDisplay;
 
-  /// The date. Throws std::logic_error where there is none; ask IsEmpty() first.
+  /// The date. Throws std::logic_error if there is none; check IsEmpty() first.
   [[nodiscard]] data::DateTime englishdate() const;
-  /// Throws std::invalid_argument for a date that isn't valid(), and keeps the old one.
+  /// Throws std::invalid_argument for a date that isn't valid(), keeping the old one.
   void setEnglishdate(const data::DateTime& date);
-  /// The date in the Persian calendar, "yyyy/mm/dd" with leading zeros; empty where there is none, and for
-  /// days ahead of that calendar's first year.
+  /// The date in the Persian calendar, "yyyy/mm/dd" with leading zeros; empty if there is none, and for days
+  /// before that calendar's first year.
   [[nodiscard]] std::string farsidate() const;
-  /// Today by a clock, at midnight.
+  /// Sets today's date by a clock, at midnight.
   void setToday(const Shell::Clock& clock);
   [[nodiscard]] bool IsEmpty() const { return !date_.has_value(); }
   void Clear();

@@ -12,13 +12,13 @@ namespace ledgertree::shell {
 
 namespace {
 
-/// The text of a cell; empty where it is NULL or the column isn't there.
+/// The text of a cell; empty if it is NULL or the column doesn't exist.
 std::string textAt(const data::Rows& rows, std::size_t row, std::string_view name) {
   const auto column = rows.column(name);
   return column ? rows.value(row, *column).toText() : std::string();
 }
 
-/// The row as the list shows it; id -1 for one without a key, which can't be picked.
+/// The row as shown in the list; id -1 if it has no key and can't be picked.
 ui::LookupRow lookupRow(const data::Rows& rows, std::size_t row) {
   const auto key = rows.column("ID");
   if (!key || rows.isNull(row, *key)) return {};
@@ -26,7 +26,7 @@ ui::LookupRow lookupRow(const data::Rows& rows, std::size_t row) {
   return {.id = id == 0 ? -1 : id, .text = textAt(rows, row, "Name"), .code = textAt(rows, row, "Code")};
 }
 
-/// A row of which there should be no other.
+/// A row that should be unique.
 struct Single {
   ui::LookupRow row;
   int count = 0;
@@ -96,7 +96,7 @@ std::vector<ui::LookupRow> LookupReader::parentsOf(data::Connection& connection,
 LookupAnswer LookupReader::answer(data::Connection& connection, const LookupQuestion& question) {
   if (!question.accounts.empty())
     return {.hits = parentsOf(connection, question.accounts), .continuation = {}};
-  // What goes by its code has one: that needs no question.
+  // Views sorted by code have one: no query needed.
   const bool byCode = question.order == data::SearchOrder::Code;
   if (!byCode && (columns_.empty() || view_ != question.view)) {
     if (question.columns.empty()) learnColumns(question.view, rowsOf(connection, question.view, -1));
@@ -141,7 +141,7 @@ ui::LookupRow LookupReader::one(data::Connection& connection, LookupQuestion que
   question.cancelled = late;
   const std::string wanted = text::fold(question.text);
   const bool byCode = question.order == data::SearchOrder::Code;
-  // Where all hits count, none has to come ahead of another.
+  // If all hits count, their order doesn't matter.
   if (!byCode && !first) question.order = data::SearchOrder::Key;
   Single ofCode;
   Single ofText;

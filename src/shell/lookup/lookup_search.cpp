@@ -11,12 +11,12 @@ namespace ledgertree::shell {
 
 namespace {
 
-/// How long a slice keeps the user-interface thread: below one frame of the screen.
+/// How long a slice may block the user-interface thread: less than a frame.
 constexpr std::chrono::milliseconds kSlice{8};
-/// How long whoever leaves a field waits to hear what the text in it means.
+/// How long leaving a field waits for the meaning of its text.
 constexpr std::chrono::milliseconds kPatience{1000};
 
-/// Nothing is looked up for these.
+/// IDs that need no look-up.
 bool isNone(std::int32_t id) { return id == -1 || id == 0; }
 
 ui::LookupRow unlisted(std::int32_t id) {
@@ -35,16 +35,16 @@ std::string acceptedView(Shell& shell, std::string_view name) {
   return std::string(plain.value_or(std::string_view()));
 }
 
-/// One search from its first slice to its end; a newer one takes its place.
+/// One search from its first slice to its end, unless a newer one replaces it.
 struct LookupSearch::Run {
   LookupSearch* search = nullptr;
   std::string text;
   std::string continuation;
-  std::size_t found = 0;                 ///< rows of the present page
+  std::size_t found = 0;                 ///< rows of the current page
   bool shown = false;                    ///< the list has rows of this search
-  bool waiting = false;                  ///< an answer is under way
-  std::vector<std::int32_t> parentless;  ///< hits whose parents aren't told yet
-  /// Given up for a newer search; a thread asks it.
+  bool waiting = false;                  ///< an answer is pending
+  std::vector<std::int32_t> parentless;  ///< hits whose parents aren't shown yet
+  /// Cancelled for a newer search; read by a thread.
   std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
 };
 
@@ -106,7 +106,7 @@ std::string LookupSearch::nameIn(std::string_view view, std::int32_t id) {
   try {
     return LookupReader::nameOf(connection(), view, id);
   } catch (const std::exception&) {
-    // It only explains the row held; whatever the person does next with the field tells of the failure.
+    // It only explains the selected row; the failure will be reported when the user next uses the field.
     connection_.reset();
     return {};
   }
@@ -153,7 +153,7 @@ void LookupSearch::later(std::function<void()> procedure) {
 void LookupSearch::schedule() {
   run_->waiting = true;
   shell_.desktop().whenIdle([waiting = std::weak_ptr<Run>(run_)] {
-    // The search may be destroyed in the middle of the slice, by what the person does with its rows.
+    // The user's reaction to the rows may destroy the search during the slice.
     const auto run = waiting.lock();
     if (run) run->search->advance(run);
   });
@@ -183,7 +183,7 @@ void LookupSearch::advance(const std::shared_ptr<Run>& run) {
   run->waiting = false;
   LookupAnswer answer;
   try {
-    if (ready() && connection().answersLate()) {
+    if (ready() && connection().isRemote()) {
       run->waiting = true;
       return ask(run, question(*run), &LookupSearch::answered);
     }
@@ -199,16 +199,16 @@ void LookupSearch::rested() {
   LookupQuestion asked = question(run_->text);
   asked.accounts = std::exchange(run_->parentless, {});
   try {
-    if (connection().answersLate()) return ask(run_, std::move(asked), &LookupSearch::parentsAnswered);
+    if (connection().isRemote()) return ask(run_, std::move(asked), &LookupSearch::parentsAnswered);
     parentsAnswered(*run_, reader_.answer(connection(), asked), nullptr);
   } catch (const std::exception&) {
-    // The hits stand without them; whatever the person does next with the field tells of the failure.
+    // The hits are shown without them; the failure will be reported when the user next uses the field.
   }
 }
 
 void LookupSearch::ask(const std::shared_ptr<Run>& run, LookupQuestion question, Answered taken) {
   const bool secondary = shell_.mayAskSecondary(connectionText_);
-  // What was written since then may not have arrived there.
+  // What has been written since may not have arrived there.
   if (asksSecondary_ && !secondary) thread_.reset();
   asksSecondary_ = secondary;
   if (!thread_)
@@ -255,18 +255,18 @@ void LookupSearch::take(Run& run, LookupAnswer answer) {
   const bool more = !run.continuation.empty();
   const bool searching = answer.early || (more && run.found < kPageRows);
   if (searching && !run.waiting) schedule();
-  // The list keeps the rows of the search before until there is a hit, or will be none.
+  // The list keeps the previous search's rows until there is a hit, or certainly none.
   if (searching && answer.hits.empty()) return;
   if (showPlaces_ && text::trimmed(run.text) != "")
     for (const ui::LookupRow& hit : answer.hits) run.parentless.push_back(hit.id);
   const bool append = std::exchange(run.shown, true);
-  // What the person does with the rows may destroy this search: nothing of it is touched behind the call.
+  // The user's reaction to the rows may destroy this search: don't touch it after the call.
   const Show show = show_;
   show(std::move(answer.hits), append, more, searching);
 }
 
 void LookupSearch::fail(const std::exception& failure) {
-  // So may a form behind a notice.
+  // So may a form under a notice.
   const std::weak_ptr<bool> life = life_;
   const Show show = show_;
   stop();

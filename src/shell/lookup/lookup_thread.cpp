@@ -9,7 +9,7 @@
 namespace ledgertree::shell {
 namespace {
 
-/// A server that heeds a cancellation does so sooner.
+/// A server that honours a cancellation does so sooner.
 constexpr std::chrono::milliseconds kPatience{300};
 
 }  // namespace
@@ -36,8 +36,8 @@ struct LookupThread::State {
 
   explicit State(std::chrono::milliseconds rest) : restAfter(rest) {}
 
-  /// The next question, as soon as there is one that no other thread has taken within `patience`; nothing
-  /// where this thread isn't needed any more.
+  /// Waits for the next question, as a spare thread only for one that no other thread has taken within
+  /// `patience`; nothing if this thread is no longer needed.
   std::optional<Asked> take(data::Connection& connection, bool spare) {
     std::unique_lock lock(mutex);
     if (spare && changed.wait_for(lock, kPatience, [this] { return over || !next; })) {
@@ -56,8 +56,8 @@ struct LookupThread::State {
     return std::exchange(next, std::nullopt);
   }
 
-  /// A thread whose question was given up leaves the next ones to the other that has taken over meanwhile.
-  /// Where none has, it goes on: it has a connection that is open.
+  /// A thread whose question was cancelled leaves further ones to the thread that has taken over meanwhile.
+  /// Without one it continues: its connection is open.
   bool goOn(bool givenUp) {
     const std::lock_guard lock(mutex);
     --busy;
@@ -93,8 +93,8 @@ struct LookupThread::State {
   std::mutex mutex;
   std::condition_variable changed;
   std::optional<Asked> next;
-  int threads = 0;  ///< that work or wait for work
-  int busy = 0;     ///< that work
+  int threads = 0;  ///< working or waiting for work
+  int busy = 0;     ///< working
   bool over = false;
 };
 
@@ -119,7 +119,7 @@ void LookupThread::ask(LookupQuestion question, Done done) {
   }
   state_->changed.notify_all();
   if (!another) return;
-  // The thread holds the state and its connection for as long as it needs them.
+  // The thread keeps the state and its connection alive while it needs them.
   try {
     background_.run(
         [state = state_, connection = std::move(connection), spare] { state->work(*connection, spare); },
@@ -127,7 +127,7 @@ void LookupThread::ask(LookupQuestion question, Done done) {
           if (const auto still = state.lock()) still->stop();
         });
   } catch (...) {
-    // A thread that never began mustn't be waited for.
+    // A thread that never started mustn't be waited for.
     const std::lock_guard lock(state_->mutex);
     --state_->threads;
     throw;

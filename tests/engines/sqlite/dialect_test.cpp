@@ -171,7 +171,7 @@ TEST_F(Dialect, AnyConditionFindsWhatItFindsInSqlite) {
 TEST_F(Dialect, RefusesWhatItDoesntKnowAndNamesIt) {
   auto refused = testing::tableOf("engines/sqlite/refused.txt", "statements");
   refused.push_back({"", "ends too early"});
-  refused.push_back({"select * from tblAccount where ID=1\x01", "character that it doesn't know"});
+  refused.push_back({"select * from tblAccount where ID=1\x01", "unknown character"});
   refused.push_back({"select * from tblAccount where Title='\xD8'", "UTF-8"});
   for (const auto& row : refused) {
     const std::string message = refusal(row[0]);

@@ -1,5 +1,5 @@
-// The proxy of the stories by hand: ledgertree_proxy HOST PORT prints the port to connect to, and reads what
-// the road becomes: "delay 20" (milliseconds), "open", "silent", "swallowing", "cut", "count".
+// The tests' proxy for manual use: ledgertree_proxy HOST PORT prints the port to connect to, and reads
+// commands for the connection: "delay 20" (milliseconds), "open", "silent", "swallowing", "cut", "count".
 #include <iostream>
 #include <map>
 
