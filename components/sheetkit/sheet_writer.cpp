@@ -61,7 +61,7 @@ class PersianWords {
 
 /// Empty if the user cancels.
 QString askForFile() {
-  const qt::PointerPause pause;
+  const qt::HourglassPause pause;
   const PersianWords words;
   QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(kTitle), proposedFile(),
                      QString::fromUtf8("صفحه گسترده (*.xlsx)"));
@@ -133,7 +133,7 @@ std::int64_t SheetWriter::write(std::string_view statement, const std::string& f
   dialog.setLayoutDirection(Qt::RightToLeft);
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
-  dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenGround)));
+  dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenBackground)));
   // The label shows the progress.
   if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
   // Wide enough for the whole title.

@@ -30,7 +30,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
       scroll_(new Ground(this)),
       canvas_(new QWidget) {
   setLayoutDirection(Qt::RightToLeft);
-  setPalette(screenPalette(toQt(ui::kScreenGround)));
+  setPalette(screenPalette(toQt(ui::kScreenBackground)));
   setAutoFillBackground(true);
   setFont(screenFont());
   setWindowTitle(toQt(form.caption()));

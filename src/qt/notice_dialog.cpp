@@ -266,7 +266,7 @@ class NoticeComponent : public shell::OutsideComponent {
 }  // namespace
 
 NoticeDialog::Answer NoticeDialog::ask() {
-  const PointerPause pause;
+  const HourglassPause pause;
   const QPointer<QWidget> front(QApplication::activeWindow());
   const QPointer<QWidget> focus(QApplication::focusWidget());
   NoticeDialog shown = *this;

@@ -36,12 +36,12 @@ void showHourglass(bool show) {
   state().follow();
 }
 
-PointerPause::PointerPause() {
+HourglassPause::HourglassPause() {
   ++state().pauses;
   state().follow();
 }
 
-PointerPause::~PointerPause() {
+HourglassPause::~HourglassPause() {
   --state().pauses;
   state().follow();
 }

@@ -8,12 +8,12 @@ void showHourglass(bool show);
 
 /// While one stands the hourglass is off the screen, because a dialog waits for the person and not the person
 /// for the program; afterwards the pointer is what the program wishes by then.
-class PointerPause {
+class HourglassPause {
  public:
-  PointerPause();
-  PointerPause(const PointerPause&) = delete;
-  PointerPause& operator=(const PointerPause&) = delete;
-  ~PointerPause();
+  HourglassPause();
+  HourglassPause(const HourglassPause&) = delete;
+  HourglassPause& operator=(const HourglassPause&) = delete;
+  ~HourglassPause();
 };
 
 }  // namespace ledgertree::qt

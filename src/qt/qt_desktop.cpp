@@ -201,8 +201,8 @@ void QtDesktop::openGuide(ui::Form& form) {
   QApplication::sendEvent(window, &press);
 }
 
-void QtDesktop::setPointer(ui::PointerShape pointer) {
-  if (qApp != nullptr) showHourglass(pointer == ui::PointerShape::Hourglass);
+void QtDesktop::setCursor(ui::CursorShape pointer) {
+  if (qApp != nullptr) showHourglass(pointer == ui::CursorShape::Hourglass);
 }
 
 void QtDesktop::moveFocus(ui::Control& control) {

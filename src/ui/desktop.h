@@ -14,7 +14,7 @@ class Form;
 class MenuEntry;
 
 /// The shape of the mouse pointer, by the numbers that the screens use.
-enum class PointerShape { Default = 0, Hourglass = 11 };
+enum class CursorShape { Default = 0, Hourglass = 11 };
 
 /// A desktop that refuses, with the number by which a caller knows the refusal.
 class DesktopError : public std::runtime_error {
@@ -55,7 +55,7 @@ class Desktop {
   /// Puts a text where another program can paste it from.
   virtual void copyText(std::string_view text) = 0;
 
-  virtual void setPointer(PointerShape shape) = 0;
+  virtual void setCursor(CursorShape shape) = 0;
   /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by
   /// focusMoved.
   virtual void moveFocus(Control& control) = 0;

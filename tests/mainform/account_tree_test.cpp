@@ -187,7 +187,7 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     EXPECT_EQ(below("-1:11"), 1U) << "the opening box is back";
     screen.treeAccount.expand(node("-1:11"));
     EXPECT_EQ(below("-1:11"), 2U);
-    EXPECT_EQ(desktop.pointer, ui::PointerShape::Default);
+    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
     tree.refreshTree();
   }
   // So can a period, whose opening box is the one that it had, and the whole tree.

@@ -98,9 +98,9 @@ void ScriptedDesktop::popUpMenu(ui::Form&, ui::MenuEntry& menu, ui::Twips left, 
   poppedUpTop = top;
 }
 
-void ScriptedDesktop::setPointer(ui::PointerShape shape) {
+void ScriptedDesktop::setCursor(ui::CursorShape shape) {
   pointer = shape;
-  if (shape == ui::PointerShape::Hourglass) ++hourglasses;
+  if (shape == ui::CursorShape::Hourglass) ++hourglasses;
 }
 
 void ScriptedDesktop::moveFocus(ui::Control& control) { control.form().focusMoved(&control); }
