@@ -10,7 +10,7 @@
 
 namespace ledgertree::ui {
 
-/// What outlives a form that is destroyed in the middle of an act.
+/// Outlives a form that is destroyed in the middle of an act.
 struct FormLife {
   Form* form = nullptr;  ///< null once the form is gone
   int acts = 0;
@@ -90,13 +90,13 @@ bool Form::beginCommand() {
 bool Form::press(const KeyChord& chord) {
   if (desktop().waiting()) return true;
   const Act act(*this);
-  // What waits may be what puts a button within reach.
+  // The pending work may be what puts a button within reach.
   if (hasShortcut(chord) && !beginCommand()) return true;
   for (Control* control : controls_) {
     auto* button = dynamic_cast<PushButton*>(control);
     if (button == nullptr || button->shortcut().empty() || button->shortcut() != chord) continue;
     if (!button->withinReach()) continue;
-    // A click would take the focus, and with it end what is being typed.
+    // A click would take the focus, and so end what is being typed.
     if (focused_ != nullptr) focused_->focusLeft();
     if (act.formStands()) button->click();
     return true;
@@ -144,7 +144,7 @@ void Form::focusMoved(Control* control) {
 void Form::removeObserver(FormObserver& observer) { std::erase(observers_, &observer); }
 
 void Form::call(const std::function<void()>& procedure) {
-  // What runs may destroy the form: everything that is needed afterwards is held here.
+  // The procedure may destroy the form, so copy everything that is needed afterwards.
   const Act act(*this);
   const auto onFailure = surroundings_.onFailure;
   const auto running = procedure;
@@ -153,7 +153,7 @@ void Form::call(const std::function<void()>& procedure) {
   } catch (const std::exception& failure) {
     if (onFailure) onFailure(failure);
   } catch (...) {
-    // A component from elsewhere may throw anything.
+    // A third-party component may throw anything.
     if (onFailure) onFailure(std::runtime_error("خطاي ناشناخته اي رخ داد. دوباره تلاش نماييد."));
   }
 }

@@ -69,7 +69,7 @@ void Tree::tellAdded(NodeId parent, std::size_t place) {
   const NodeId node = siblings(parent)[place];
   if (addedInBatch_.size() <= node) addedInBatch_.resize(node + std::size_t{1});
   addedInBatch_[node] = true;
-  // Children of a node that nobody was told of yet come along with it.
+  // Children of a node that hasn't been reported yet come along with it.
   if (isUntold(parent)) return;
   if (!additions_.empty() && additions_.back().parent == parent) {
     ++additions_.back().count;
@@ -84,7 +84,7 @@ void Tree::endBatch() {
   additions_.clear();
   addedInBatch_.clear();
   for (const Addition& addition : additions) {
-    // A parent that was removed again has nothing to tell.
+    // A parent that was removed again has nothing to report.
     if (addition.parent == kNoNode || has(addition.parent))
       tell(TreeChange::Kind::ChildrenAdded, addition.parent, addition.first, addition.count);
   }
@@ -267,7 +267,7 @@ void Tree::askMenu(NodeId node, Twips left, Twips top) {
   if (!withinReach() || !has(node) || !onMenu) return;
   const Form::Act act(form());
   if (node != selected_) click(node);
-  // What the click does may be about another node, or the end of the form.
+  // The click may select another node or end the form.
   if (act.formStands() && selected_ == node) raise(onMenu, left, top);
 }
 
