@@ -34,7 +34,7 @@ class DividerBar : public QWidget {
     if (!onKey || !onKey(keyOf(*event))) QWidget::keyPressEvent(event);
   }
 
-  /// Three points in its middle; all of it where it has the focus.
+  /// Three dots in its middle; all of it if it has the focus.
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -7,8 +7,8 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// The keys by the letter that a Latin layout of the United States has on them, without and with Shift, and
-/// what the layouts have there. One line of a keyboard each; the digits are left out on purpose.
+/// The keys by their letters in the Latin layout of the United States, without and with Shift, and what the
+/// two layouts put there. One line per keyboard row; the digits are left out on purpose.
 struct KeyRow {
   std::string_view latin;
   std::u32string_view letters;
@@ -25,7 +25,7 @@ constexpr std::array<KeyRow, 8> kPersian = {{
     {"~!@#$%^&*()_+", U"÷!\u066C\u066B\uFDFC\u066A×،*)(\u0640+"},
 }};
 
-// The ligatures of lam and alef are two letters each, told apart below.
+// The ligatures of lam and alef are two letters each, handled below.
 constexpr std::array<KeyRow, 8> kArabic = {{
     {"qwertyuiop[]\\", U"ضصثقفغعهخحجد\\"},
     {"QWERTYUIOP{}|", U"\u064E\u064B\u064F\u064C\uFEF9إ`÷×؛<>|"},
@@ -37,8 +37,7 @@ constexpr std::array<KeyRow, 8> kArabic = {{
     {"~!@#$%^&*()_+", U"\u0651!@#$%^&*)(_+"},
 }};
 
-/// The Latin letters by the number that the keyboard gives a key (the same on every keyboard), from `first`
-/// on.
+/// The Latin letters by scan code (the same on every keyboard), from `first` on.
 struct ScanRow {
   unsigned first;
   std::string_view plain;
@@ -54,8 +53,8 @@ constexpr std::array<ScanRow, 6> kScanRows = {{
     {57, " ", " "},
 }};
 
-/// What a Latin layout would give for the key, by its place; 0 where the place isn't known (a key made by a
-/// program, or a keypad's).
+/// What a Latin layout would give for the key's position; 0 if that isn't known (a key made by a program, or
+/// on the keypad).
 char latinAtPlace(const QKeyEvent& event) {
 #ifdef Q_OS_WIN
   constexpr unsigned kOffset = 0;
@@ -96,7 +95,7 @@ bool putsText(const QKeyEvent& event) {
   if (event.text().isEmpty()) return false;
   const auto modifiers =
       event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier);
-  // Ctrl with Alt is how some keyboards say AltGr.
+  // Some keyboards report AltGr as Ctrl with Alt.
   if (modifiers != Qt::NoModifier && modifiers != (Qt::ControlModifier | Qt::AltModifier)) return false;
   const QChar first = event.text().at(0);
   return first.isPrint() || first.isSurrogate() || first.category() == QChar::Other_Format ||
@@ -120,7 +119,7 @@ std::u32string typedCharacters(const QKeyEvent& event, KeyboardLayout layout) {
   const char typed = static_cast<char>(own.front());
   const char place = latinAtPlace(event);
   const bool letter = std::isalpha(static_cast<unsigned char>(typed)) != 0;
-  // A Persian layout of the desktop has marks like "[" too, at other places: those are what the person meant.
+  // A Persian desktop layout has marks like "[" too, on other keys: the user means those.
   if (!letter && place != 0 && place != typed) return own;
   if (layout == KeyboardLayout::Persian && typed == ' ' && event.modifiers().testFlag(Qt::ShiftModifier))
     return {U'\u200C'};

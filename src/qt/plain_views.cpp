@@ -16,7 +16,7 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// Enter presses the button that has the focus, as Space does.
+/// Enter presses the focused button, as Space does.
 class Button : public QPushButton {
  public:
   using QPushButton::QPushButton;
@@ -31,7 +31,7 @@ class Button : public QPushButton {
   }
 };
 
-/// A button that shows what its control says, and never turns by itself.
+/// A button that shows the state of its control and never toggles itself.
 class Radio : public QRadioButton {
  public:
   using QRadioButton::QRadioButton;
@@ -48,8 +48,8 @@ class Radio : public QRadioButton {
   }
 };
 
-/// Tab comes to the button of a group that is chosen, from which the arrow keys go on; to all of them where
-/// none is.
+/// Tab stops at the chosen button of a group, from which the arrow keys move on; at all of them if none is
+/// chosen.
 void giveOneTabStop(const QWidget& frame) {
   const auto group = frame.findChildren<Radio*>(Qt::FindDirectChildrenOnly);
   const bool chosen =
@@ -66,8 +66,8 @@ class Box : public QCheckBox {
   void nextCheckState() override {}
 };
 
-/// A thin border with the title on its upper edge, at the right. The place inside begins at the corner of the
-/// widget, where the controls of the frame count from.
+/// A thin border with the title on its upper edge, on the right. The controls' bounds are relative to the
+/// corner of the widget, not of the border.
 class Panel : public QGroupBox {
  public:
   using QGroupBox::QGroupBox;
@@ -91,7 +91,7 @@ class Panel : public QGroupBox {
   }
 };
 
-/// The words of the bar as they are, without the toolkit's marks for numbers in them.
+/// The bar's text as it is, without the toolkit's placeholders for numbers.
 class Bar : public QProgressBar {
  public:
   using QProgressBar::QProgressBar;
@@ -99,7 +99,7 @@ class Bar : public QProgressBar {
   [[nodiscard]] QString text() const override { return words; }
 
  protected:
-  /// Draws the text itself: from right to left the style would draw it white on white.
+  /// Draws the text itself: from right to left, the style would draw it white on white.
   void paintEvent(QPaintEvent*) override {
     QStylePainter painter(this);
     QStyleOptionProgressBar look;
@@ -158,7 +158,7 @@ RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : Vi
   button_ = button;
   button->setAutoExclusive(false);
   setSpokenRole(*button, QAccessible::RadioButton);
-  button->setText(literalCaption(control.caption()));  // tells of it, under the role
+  button->setText(literalCaption(control.caption()));  // updates the accessible name, under that role
   button->onArrow = [this](int step) { chooseNeighbour(step); };
   connect(button, &QRadioButton::clicked, this, [this] {
     if (standing()) this->control().click();
@@ -212,7 +212,7 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   ground_ = new QWidget;
   scroll_->setWidget(ground_);
-  // The border and the colour of the panel shine through.
+  // The panel's border and colour show through.
   ground_->setAutoFillBackground(false);
   scroll_->viewport()->setAutoFillBackground(false);
 }
@@ -225,7 +225,7 @@ void FrameView::rescaled(const Scale& scale) {
 void FrameView::moved() {
   if (scroll_ == nullptr || !standing()) return;
   const int width = scale_.pixels(control().scrolledWidth());
-  // Inside the border, whose sides the panel paints.
+  // Inside the border, which the panel paints.
   const bool scrolls = width > panel_->width();
   scroll_->setGeometry(panel_->rect().adjusted(scrolls ? 1 : 0, 0, scrolls ? -1 : 0, scrolls ? -1 : 0));
   scroll_->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
@@ -241,7 +241,7 @@ void ProgressBarView::sync(ui::Change change) {
   if (change != ui::Change::Value) return;
   auto& bar = static_cast<Bar&>(*bar_);
   bar.words = toQt(control().text());
-  // A work of nothing is done; without a maximum the bar would run to and fro.
+  // No work is finished work; without a maximum the bar would run to and fro.
   bar.setMaximum(std::max(control().maximum(), 1));
   // At 0 the style would still draw a sliver.
   if (control().value() == 0) {

@@ -2,12 +2,12 @@
 
 namespace ledgertree::qt {
 
-/// The hourglass over the whole application. However often it is set and taken off, Qt's stack of pointers
-/// holds it once or not at all, so that the host's own pointers under it come back untouched.
+/// Shows the hourglass over the whole application. However often it is shown and hidden, it is on Qt's stack
+/// of cursors at most once, so that the host's own cursors under it are unaffected.
 void showHourglass(bool show);
 
-/// While one stands the hourglass is off the screen, because a dialog waits for the person and not the person
-/// for the program; afterwards the pointer is what the program wishes by then.
+/// Hides the hourglass during its lifetime, because a dialog waits for the user and not the user for the
+/// program. Afterwards the cursor is whatever the program asked for last.
 class PointerPause {
  public:
   PointerPause();

@@ -10,7 +10,7 @@ namespace {
 
 using Places = std::vector<std::size_t>;
 
-/// The places in runs whose spans don't overlap, in ascending order of the spans.
+/// Indices in runs whose spans don't overlap, in ascending order of the spans.
 std::vector<Places> separate(Places places, const std::function<std::pair<int, int>(std::size_t)>& span) {
   std::stable_sort(places.begin(), places.end(),
                    [&](std::size_t a, std::size_t b) { return span(a).first < span(b).first; });
@@ -37,7 +37,7 @@ void append(const Places& places, const std::vector<QRect>& rectangles, Places& 
     for (const Places& row : rows) append(row, rectangles, order);
     return;
   }
-  // Mirrored, so that ascending reads from the right.
+  // Mirrored, so that ascending order runs from the right.
   const auto columns = separate(places, [&](std::size_t place) {
     return std::pair(-(rectangles[place].left() + rectangles[place].width()), -rectangles[place].left());
   });

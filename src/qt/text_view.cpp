@@ -18,19 +18,19 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// What an edit leaves in a one-line field: within the limit, without line breaks and control characters, and
-/// with Latin digits where the field wants them. A paste goes through here as well as a key.
+/// What an edit of a one-line field may contain: at most the limit, no line breaks or control characters, and
+/// Latin digits if the field wants them. Pastes and keys both pass it.
 class FieldRule : public QValidator {
  public:
   FieldRule(LineEditor& editor, bool latinDigits, const int& echo)
       : QValidator(&editor), editor_(editor), latinDigits_(latinDigits), echo_(echo) {}
 
   State validate(QString& input, int& caret) const override {
-    if (echo_ > 0) return Acceptable;  // a program's text stands as it is
+    if (echo_ > 0) return Acceptable;  // a program's text is shown as it is
     tidy(input);
     const std::size_t count = charactersOf(input, input.size());
     if (editor_.limit == 0 || count <= editor_.limit) return Acceptable;
-    // What came in ends at the caret: that end is what has no room.
+    // The inserted text ends at the caret: cut it there.
     const std::size_t behind = charactersOf(input, caret);
     const std::size_t excess = std::min(count - editor_.limit, behind);
     const qsizetype from = unitsOf(input, behind - excess);
@@ -59,11 +59,11 @@ bool isPlainBackspace(const QKeyEvent& event) {
          (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
 }
 
-/// The way of a key through an editor. True where the editor's own handling must not see it.
+/// How an editor handles a key. True if its own handling must be skipped.
 template <typename Editor>
 bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::function<void(char32_t)>& put) {
   const QPointer<Editor> standing(&editor);
-  // Copies: the form, and what hangs on it, may end inside a call.
+  // Copies: the form, and everything that belongs to it, may be destroyed during a call.
   const Typist typist = editor.typist;
   if (typist.key && typist.key(event)) return true;
   if (standing.isNull()) return true;
@@ -85,11 +85,11 @@ bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::functio
   return standing.isNull();
 }
 
-/// The letters of an input method pass the same filter as the letters of keys. `handle` is the toolkit's way.
+/// Input-method text passes the same filter as keys. `handle` is the toolkit's handler.
 void typeByMethod(const Typist& typist, bool readOnly, QInputMethodEvent& event,
                   const std::function<void(QInputMethodEvent&)>& handle) {
   if (event.commitString().isEmpty() || readOnly) return handle(event);
-  const Typist copied = typist;  // the form may end inside a call
+  const Typist copied = typist;  // the form may be destroyed meanwhile
   std::u32string kept;
   for (const char32_t character : event.commitString().toStdU32String()) {
     const char32_t passed = copied.filter ? copied.filter(character) : character;
@@ -118,7 +118,7 @@ void nameEditingCommands(QMenu& menu) {
   menu.setLayoutDirection(Qt::RightToLeft);
   dress(menu);
   for (QAction* action : menu.actions()) {
-    // Those of a line have no name in some versions of the toolkit, only their English text.
+    // In some versions of the toolkit, a line editor's actions have no name, only their English text.
     QString command = action->objectName().remove(QLatin1String("edit-"));
     if (command.isEmpty())
       command = action->text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')).toLower();
@@ -258,7 +258,7 @@ TextFieldView::TextFieldView(ui::TextField& control, QWidget& parent, std::funct
   tag_ = new LanguageTag(widget());
   widget().installEventFilter(this);
   if (control.leftToRight()) widget().setLayoutDirection(Qt::LeftToRight);
-  // The side is the field's, whatever the first letter in it is.
+  // The alignment is the field's, whatever its first letter is.
   if (line_ != nullptr)
     line_->setAlignment((control.leftToRight() ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute |
                         Qt::AlignVCenter);
@@ -305,7 +305,7 @@ QWidget& TextFieldView::widget() {
 
 QString TextFieldView::shownText() const {
   if (line_ != nullptr) return line_->text();
-  // Unlike the plain text of a document, its raw text keeps blanks that don't break.
+  // A document's plain text loses non-breaking spaces; its raw text keeps them.
   QString text = text_->document()->toRawText();
   for (QChar& unit : text) {
     if (unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator) unit = QLatin1Char('\n');
@@ -328,7 +328,7 @@ void TextFieldView::personEdited() {
   if (echo_ > 0 || !standing()) return;
   const QString text = shownText();
   control().edited(fromQt(text), charactersOf(text, shownCaret()));
-  // An edit that the field didn't take (it went out of reach) doesn't stay on the screen.
+  // Undo on screen an edit that the field didn't accept, because it went out of reach.
   if (standing()) syncText();
 }
 
@@ -342,7 +342,7 @@ void TextFieldView::syncText() {
   const Echo echo(echo_);
   const QString text = heldText();
   const bool sameText = text == shownText();
-  // A field that nobody types in shows the beginning of its text, wherever its caret will be.
+  // A field without the focus shows the beginning of its text, wherever its caret is.
   const bool resting = !widget().hasFocus();
   const int caret = resting ? 0 : static_cast<int>(unitsOf(text, control().caret()));
   if (sameText && caret == shownCaret()) return;
@@ -358,8 +358,7 @@ void TextFieldView::syncText() {
 }
 
 bool TextFieldView::eventFilter(QObject* watched, QEvent* event) {
-  // By Tab the whole line is selected, by the mouse the caret goes to the click; else it goes where it was
-  // left.
+  // Tab selects the whole line, a click sets the caret; otherwise the caret returns to where it was.
   if (event->type() == QEvent::FocusIn && standing() &&
       static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason)
     syncText();
@@ -372,7 +371,7 @@ void TextFieldView::sync(ui::Change change) {
   const bool locked = control().locked();
   if (line_ != nullptr) line_->setReadOnly(locked);
   if (text_ != nullptr) text_->setReadOnly(locked);
-  // A locked field looks like what it is: the ground shines through.
+  // A locked field looks like one: the background shows through.
   QPalette colours = widget().parentWidget()->palette();
   if (locked) colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
   widget().setPalette(colours);

@@ -106,7 +106,7 @@ void TreeModel::forget(NodeId top) {
 
 void TreeModel::childrenAdded(NodeId parent) {
   if (parent != kNoNode && !indexOf(parent).isValid()) return;
-  // Children only ever come at the end, so that those told of are always the first ones.
+  // Children are only ever appended, so those already reported are always the first ones.
   const auto& children = childrenOf(parent);
   const std::size_t before = told(parent);
   if (children.size() <= before) return;
@@ -167,7 +167,7 @@ void TreeModel::follow(const ui::TreeChange& change) {
 }
 
 void TreeModel::detach() {
-  // First of all the tree is out of reach: it may be gone already.
+  // Before anything else the tree goes out of reach: it may be gone already.
   tree_ = nullptr;
   toldRoots_ = 0;
   told_.clear();
