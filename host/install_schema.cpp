@@ -1,6 +1,6 @@
-// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server or takes up one
-// of an older version, brings a file of the embedded engine to the present schema, fills in the demo chart,
-// checks whether a chart is true, or switches its memory on and off and shortens it. It needs no display.
+// Creates the chart's tables, views, triggers and procedures in a database of SQL Server or upgrades older
+// ones, upgrades a file of the embedded engine to the current schema, fills in the demo chart, checks a
+// chart's integrity, or switches its history on and off and prunes it. It needs no display.
 
 #include <chrono>
 #include <exception>
@@ -45,10 +45,10 @@ constexpr const char* kUsage =
     "found\n"
     "something.\n";
 
-/// An index on a large table of the host takes its time.
+/// Indexing a large table of the host takes time.
 constexpr std::chrono::hours kLongestBatch{2};
 
-/// The exit status of a check that found something.
+/// The exit status of a check that found an error.
 constexpr int kUntrue = 3;
 
 struct Options {
@@ -57,12 +57,12 @@ struct Options {
   bool demo = false;
   bool check = false;
   std::string history;             ///< "on", "off", or empty
-  std::optional<std::string> day;  ///< ahead of which the memory is forgotten
+  std::optional<std::string> day;  ///< history before this day is deleted
   db::LeftOut without;
   std::optional<std::string> text;
 };
 
-/// Nothing for arguments that make no sense.
+/// Nothing for invalid arguments.
 std::optional<Options> readOptions(int count, char** arguments) {
   Options options;
   for (int place = 1; place < count; ++place) {
@@ -112,7 +112,7 @@ void showPlan(data::Connection& connection, const Options& options) {
     try {
       db::reportStep(connection, step, print);
     } catch (const data::DataError& failure) {
-      // It may ask for what only the steps ahead of it make.
+      // It may need what only the previous steps create.
       std::cout << "what it has to report can't be told yet: " << failure.what() << '\n';
     }
   }
@@ -123,7 +123,7 @@ void showPlan(data::Connection& connection, const Options& options) {
   std::cout << "\nnothing was changed\n";
 }
 
-/// The path of the file that a text names; nothing for a server.
+/// The path of the file that a connection text names; nothing for a server.
 std::optional<std::string> fileOf(const std::string& text) {
   const data::ConnectionText parts(text);
   if (!text::equalsIgnoringCase(parts.provider(), "SQLite")) return std::nullopt;
@@ -168,7 +168,7 @@ void installServer(const Options& options) {
   print("done");
 }
 
-/// Gives whether all is true.
+/// Returns whether the chart is sound.
 bool check(const std::string& text) {
   std::size_t faults = 0;
   if (const auto path = fileOf(text)) {

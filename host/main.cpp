@@ -1,5 +1,5 @@
-// A small host application: it sets the properties of the control and opens the chart, as an accounting
-// product would.
+// A small host application: it sets the control's properties and opens the chart, as an accounting product
+// would.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -79,7 +79,7 @@ Options readOptions(const QCoreApplication& application) {
           .exports = !parser.isSet("no-export")};
 }
 
-/// A path as a value of a connection text, in which a quote stands twice.
+/// A path as a value of a connection text, in which quotes are doubled.
 QString quoted(QString value) { return '"' + value.replace('"', "\"\"") + '"'; }
 
 QString ownChart() {
@@ -95,7 +95,7 @@ QString connectionText(const Options& options) {
   return "Provider=SQLite;Data Source=" + quoted(chart.absoluteFilePath());
 }
 
-/// Without a display nobody can answer a notice: it goes to the standard error, and is closed unanswered.
+/// Without a display nobody can answer a notice: it is written to standard error and closed unanswered.
 class NoticesPrinted : public QObject {
  protected:
   bool eventFilter(QObject* shown, QEvent* event) override {
@@ -110,7 +110,7 @@ class NoticesPrinted : public QObject {
   }
 };
 
-/// Without a display nobody can leave the screen: it is drawn into files instead.
+/// Without a display nobody can leave the screen: it is saved as pictures instead.
 int drawInstead(const Options& options) {
   QTextStream out(stdout);
   for (const std::string& picture : ledgertree::drawScreens(options.pictures.toStdString()))
@@ -136,11 +136,11 @@ int openChart(const Options& options, bool display) {
     control.View(options.view.toStdString());
   }
   if (!display) return ledgertree::screenIsOpen() ? drawInstead(options) : 1;
-  // Where nothing is open, the person has been told why, or has left it already.
+  // If the screen isn't open, the user has been told why, or has already left it.
   return ledgertree::screenIsOpen() ? QApplication::exec() : 0;
 }
 
-/// A machine without a display has pictures and --help all the same.
+/// Pictures and --help work without a display too.
 void doWithoutDisplay() {
 #ifdef Q_OS_LINUX
   for (const char* const place : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {

@@ -32,7 +32,7 @@ std::vector<FieldGroup> makeGroups() {
   return groups;
 }
 
-/// What is read of an account and what is typed without a change, in the same form. Notes are as typed.
+/// The account as read, in the form in which an unchanged one is typed. Notes are as typed.
 Account comparable(Account account) {
   for (std::string Account::*text : {&Account::code, &Account::title})
     account.*text = std::string(text::trimmed(account.*text));

@@ -50,7 +50,7 @@ void FieldRules::wireKeys() {
   }
 }
 
-/// These fields are typed in Persian; nobody has to switch the layout by hand.
+/// The Persian fields switch the keyboard layout by themselves.
 void FieldRules::wireLayout() {
   const auto choose = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   for (const mainform::TypedField& field : mainform::typedFields())
@@ -111,7 +111,7 @@ std::string FieldRules::proposedCode(std::int32_t parentID) {
 void FieldRules::proposeCode() {
   const std::uint32_t turn = screen_.RecordTurn;
   std::string code = proposedCode(screen_.sltParent.AccountID());
-  // The host may have put another record there during the question about the same title.
+  // The host may have shown another record during the question about the same title.
   if (screen_.RecordTurn == turn) screen_.txtCode.setText(std::move(code));
 }
 

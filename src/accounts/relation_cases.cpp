@@ -8,20 +8,20 @@ namespace ledgertree::accounts {
 
 namespace {
 
-/// What holds of the account on the screen. The first row that holds is its case.
+/// Conditions on the account; the first match wins.
 enum When { SeveralEntities, NoGroup, NoClass, NoObject, PositionCounts, AllOthers };
 
-/// The tests for an account that stands in the same place: with the same group, and besides …
+/// Queries for an account in the same place: with the same group, and in addition …
 enum Test {
   NoTest,
   Bare,           // … no class and no object
-  OtherBare,      // the same, and it is another account
+  OtherBare,      // as above, but another account
   Entity,         // … the same class and object
-  OtherEntity,    // the same, and it is another account
-  OtherPosition,  // the same, another account, and the same position
+  OtherEntity,    // as above, but another account
+  OtherPosition,  // as above, another account, and the same position
 };
 
-/// Three endings of the notice that tells whose place it is.
+/// Three endings of the notice that names the account holding the place.
 enum Message { NoMessage, A, B, C };
 
 enum Write { Nothing, Add, Insert, Delete, DeleteAndInsert };
@@ -54,7 +54,7 @@ constexpr auto ResetEntity = Reset::GroupAndEntity;
 
 // clang-format off
 constexpr Row kRows[] = {
-    // the case,       what a hit resets, a new account,          a guarded edit,          a plain edit
+    // condition,        what a hit resets,   a new account,          a guarded edit,          a plain edit
     {SeveralEntities, NoReset,     Nothing,                    Delete,                   Nothing},
     {NoGroup,         NoReset,     NextRow,                    Delete,                   NextRow},
     {NoClass,         ResetGroup,  {Bare, B, Add},             {OtherBare, B, Add},      {OtherBare, B, Add}},
@@ -115,16 +115,16 @@ Choice choose(SaveWay way, const data::Account& account, const data::SystemParam
     const Cell& cell = cellOf(row, way);
     if (cell.kind != Cell::NextRow && holds(row.when, account, settings)) return {row.reset, cell};
   }
-  return {NoReset, Nothing};  // the last row holds always
+  return {NoReset, Nothing};  // the last row always matches
 }
 
-/// One account and the place that its record gives it.
+/// An account and the place that its record gives it.
 class Relation {
  public:
   Relation(data::DtEn& gateway, const data::Account& account, data::Account& stored)
       : gateway_(gateway), account_(account), stored_(stored) {}
 
-  /// Who stands in the place, as the notice names them; empty for nobody.
+  /// The account that holds the place, as the notice names it; empty for none.
   [[nodiscard]] std::string holder(Test test) const {
     const data::OpenRows rows(gateway_.rssqlAccountCoddingInfo, statementOf(test));
     if (rows->Eof()) return {};

@@ -44,7 +44,7 @@ void tellRefusal(shell::Shell& shell, const shell::RefusedPlugin& refused) {
   const std::string file(name.begin(), name.end());
   shell.showErrorNotice(shell::kTitleProblem, "افزونه «" + file + "» بارگذاري نشد، زيرا " + refused.reason +
                                                   ". مدير سيستم را آگاه نماييد.");
-  // A copy: the host may set another listener while it hears of this one.
+  // A copy: the host may set another listener while this one runs.
   if (const RefusalListener listener = refusalListener()) listener(file, refused.reason);
 }
 
