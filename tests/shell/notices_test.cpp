@@ -11,7 +11,7 @@
 namespace ledgertree::shell {
 namespace {
 
-/// The notice component writes down what is asked of it, and answers as the story wants.
+/// The notice component: it records what is asked of it, and answers as the story wants.
 class Notices : public ::testing::Test {
  protected:
   Notices() {
