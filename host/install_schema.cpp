@@ -34,16 +34,16 @@ constexpr const char* kUsage =
     "       ledgertree-schema --check TEXT\n"
     "       ledgertree-schema --history on|off TEXT\n"
     "       ledgertree-schema --prune-history DATE TEXT\n"
-    "TEXT is the OLE DB connection text of the database; \"-\" reads it from the standard input, so that a\n"
-    "password stands in no list of processes. \"Provider=SQLite;Data Source=PATH\" is a file that is there.\n"
-    "  --dry-run         shows what would be done on a server, and does nothing\n"
-    "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n"
-    "  --check           tells what isn't true of the accounts, and changes nothing\n"
-    "  --history         keeps who changed what from now on, or no longer; what was kept stays\n"
-    "  --prune-history   forgets what was changed ahead of DATE, yyyy-mm-dd, of UTC\n"
-    "The exit status is 0; 1 where something failed, 2 for arguments that make no sense, 3 where a check "
-    "found\n"
-    "something.\n";
+    "TEXT is the OLE DB connection text of the database; \"-\" reads it from standard input, so that a\n"
+    "password doesn't appear in the list of processes. \"Provider=SQLite;Data Source=PATH\" is an existing\n"
+    "file.\n"
+    "  --dry-run         shows what would be done on a server, without doing it\n"
+    "  --without SCRIPT  skips a script, such as 031_tree_index.sql\n"
+    "  --check           lists the errors in the accounts, without changing anything\n"
+    "  --history         records who changes what, from now on; or stops, and keeps what was recorded\n"
+    "  --prune-history   deletes the history before DATE, yyyy-mm-dd, in UTC\n"
+    "The exit status is 0 on success, 1 on failure, 2 for invalid arguments, and 3 if a check found "
+    "errors.\n";
 
 /// Indexing a large table of the host takes time.
 constexpr std::chrono::hours kLongestBatch{2};
@@ -107,19 +107,20 @@ void showPlan(data::Connection& connection, const Options& options) {
               << ".\n";
   }
   for (const db::Step& step : plan.steps) {
-    std::cout << "\nthe step to version " << step.version << ", " << step.script << ":\n\n"
+    std::cout << "\nupgrade to version " << step.version << ", " << step.script << ":\n\n"
               << db::embeddedText(step.script) << '\n';
     try {
       db::reportStep(connection, step, print);
     } catch (const data::DataError& failure) {
       // It may need what only the previous steps create.
-      std::cout << "what it has to report can't be told yet: " << failure.what() << '\n';
+      std::cout << "its report isn't available yet: " << failure.what() << '\n';
     }
   }
-  std::cout << "\nthen these scripts, which make what is missing, and the views, triggers and procedures of\n"
-               "the chart anew:\n\n";
+  std::cout
+      << "\nthen these scripts, which create what is missing and recreate the chart's views, triggers and\n"
+         "procedures:\n\n";
   for (const std::string_view script : plan.scripts) print(script);
-  if (options.demo) print("\nthen the demo chart, which is refused where the tables have rows");
+  if (options.demo) print("\nthen the demo chart, which fails if the tables have rows");
   std::cout << "\nnothing was changed\n";
 }
 
@@ -132,7 +133,7 @@ std::optional<std::string> fileOf(const std::string& text) {
 
 void installFile(const std::string& path, const Options& options) {
   if (options.dryRun || !options.without.empty())
-    throw std::runtime_error("--dry-run and --without are for a server");
+    throw std::runtime_error("--dry-run and --without apply only to a server");
   SQLite::Database database = db::openChartFile(path, true);
   if (options.schema)
     for (const std::string& line : db::openSchema(database, {}, db::Mend::Everything)) print(line);
@@ -142,14 +143,14 @@ void installFile(const std::string& path, const Options& options) {
 
 void changeHistory(const Options& options) {
   const auto path = fileOf(*options.text);
-  if (!path) throw std::runtime_error("--history and --prune-history are for a file");
+  if (!path) throw std::runtime_error("--history and --prune-history apply only to a file");
   SQLite::Database database = db::openChartFile(*path, true);
   if (options.day) {
     const int gone = db::pruneHistory(database, *options.day);
-    print(std::to_string(gone) + " operations were forgotten");
+    print(std::to_string(gone) + " operations were deleted");
   } else {
     db::switchHistory(database, options.history == "on");
-    print("the memory is " + options.history);
+    print("the history is " + options.history);
   }
 }
 
@@ -177,7 +178,7 @@ bool check(const std::string& text) {
   } else {
     faults = db::checkChart(*openServer(text), print);
   }
-  print(faults == 0 ? "all is true" : "nothing was changed");
+  print(faults == 0 ? "no errors found" : "nothing was changed");
   return faults == 0;
 }
 

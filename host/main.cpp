@@ -53,8 +53,8 @@ Options readOptions(const QCoreApplication& application) {
   parser.addOptions({
       {"connection", "The OLE DB connection text of the database; without it, the file of --chart.", "text"},
       {"chart",
-       "An embedded database, made with the demo chart where it isn't there; without it, one among the "
-       "person's own files.",
+       "An embedded database, created with the demo chart if it doesn't exist; without it, one in the "
+       "user's data folder.",
        "file"},
       {"user", "The ID of the user (demo: 1 all rights, 2 may not change, 3 may not see the chart).", "ID",
        "1"},
@@ -62,9 +62,9 @@ Options readOptions(const QCoreApplication& application) {
       {"employee", "The ID of the employee.", "ID", "0"},
       {"period", "The ID of the current fiscal period; 0 asks the database for the user's.", "ID", "0"},
       {"view", "Opens the screen on one account, read-only.", "ID"},
-      {"modal", "Takes no modeless form, as some hosts do."},
-      {"no-export", "Keeps the export to a spreadsheet from the user, as a host may."},
-      {"pictures", "Where pictures of the screen go on a machine without a display.", "folder", "."},
+      {"modal", "Accepts only modal forms, as some hosts do."},
+      {"no-export", "Doesn't offer the export to a spreadsheet, as a host may."},
+      {"pictures", "The folder for pictures of the screen on a machine without a display.", "folder", "."},
   });
   parser.process(application);
   return {.connection = parser.value("connection"),
@@ -84,7 +84,7 @@ QString quoted(QString value) { return '"' + value.replace('"', "\"\"") + '"'; }
 
 QString ownChart() {
   const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
-  if (!folder.mkpath(".")) throw std::runtime_error("can't make the folder " + folder.path().toStdString());
+  if (!folder.mkpath(".")) throw std::runtime_error("can't create the folder " + folder.path().toStdString());
   return folder.filePath("chart.db");
 }
 

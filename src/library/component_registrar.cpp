@@ -29,13 +29,13 @@ RefusalListener& refusalListener() {
 }
 
 shell::ComponentPlugins& required() {
-  if (!registrar()) throw std::logic_error("install a desktop before the components are arranged");
+  if (!registrar()) throw std::logic_error("install a desktop before registering components");
   return *registrar();
 }
 
 std::filesystem::path absoluteFolder(const std::string& folder) {
   std::filesystem::path path(std::u8string(folder.begin(), folder.end()));
-  if (!path.is_absolute()) throw std::invalid_argument("a folder of components is named by its whole path");
+  if (!path.is_absolute()) throw std::invalid_argument("the folder of components must be an absolute path");
   return path;
 }
 

@@ -21,7 +21,7 @@ void createDemoChart(const std::string& file) {
   } catch (const std::exception& failure) {
     std::error_code ignored;
     std::filesystem::remove(unfinished, ignored);
-    throw std::runtime_error("the demo chart can't be made in " + file + ": " + failure.what());
+    throw std::runtime_error("can't create the demo chart in " + file + ": " + failure.what());
   }
   std::filesystem::rename(unfinished, file);
 }

@@ -120,7 +120,7 @@ void QtDesktop::show(ui::Form& form) {
   if (known != nullptr && known->showing() != FormWindow::Showing::Hidden)
     return known->showAs(known->showing());
   if (!modelessAllowed_)
-    throw ui::DesktopError(ui::DesktopError::kNoModelessForms, "the host takes no form that isn't modal");
+    throw ui::DesktopError(ui::DesktopError::kNoModelessForms, "the host accepts only modal forms");
   const auto container = containers_.find(form.name());
   QWidget* place = container == containers_.end() ? nullptr : container->second.data();
   FormWindow& window = windowFor(form);
@@ -291,13 +291,13 @@ void QtDesktop::runIdle() {
 void QtDesktop::renderToPng(ui::Form& form, const std::string& path, QSize size) {
   const QPointer<FormWindow> window(windowOf(form));
   if (window.isNull() || window->showing() == FormWindow::Showing::Hidden)
-    throw std::runtime_error("a form that isn't shown has no picture");
+    throw std::runtime_error("only a form that is shown can be saved as a picture");
   if (!size.isEmpty()) {
     if (window->isMaximized()) window->showNormal();
     window->resize(size);
   }
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-  if (window.isNull()) throw std::runtime_error("the form closed while its picture was taken");
+  if (window.isNull()) throw std::runtime_error("the form closed while its picture was being taken");
   if (!window->grab().save(toQt(path), "PNG")) throw std::runtime_error("can't write the picture " + path);
 }
 

@@ -21,7 +21,7 @@ void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size
 
 NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   if (!key.empty() && find(key) != kNoNode)
-    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
+    throw std::invalid_argument("the tree " + name() + " already has a node " + key);
   return addNew(parent, std::move(key), std::move(text), image);
 }
 
