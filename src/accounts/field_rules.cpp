@@ -52,12 +52,11 @@ void FieldRules::wireKeys() {
 
 /// The Persian fields switch the keyboard layout by themselves.
 void FieldRules::wireLayout() {
-  const auto choose = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   for (const mainform::TypedField& field : mainform::typedFields())
-    (screen_.*field.control).onGotFocus = choose;
-  screen_.sltAccount.onGotFocus = choose;
-  screen_.sltParent.onGotFocus = choose;
-  screen_.sltGroup.onGotFocus = choose;
+    shell_.switchLayoutAt(screen_.*field.control);
+  for (ui::Control* picker :
+       std::initializer_list<ui::Control*>{&screen_.sltAccount, &screen_.sltParent, &screen_.sltGroup})
+    shell_.switchLayoutAt(*picker);
 }
 
 void FieldRules::letPass(ui::KeyPress& key, char32_t first) {

@@ -30,7 +30,7 @@ void frmAccountBatch::loadControls() {
   sltParent.setAccessibleName("حساب مادر");
   progressBar.setAccessibleName("پيشرفت کار");
   progressBar.setVisible(false);
-  sltParent.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  shell_.switchLayoutAt(sltParent);
   cmdDelete.onClick = [this] { deleteBelow(); };
   cmdCancel.onClick = [this] { close(); };
   setFirstFocus(sltParent);

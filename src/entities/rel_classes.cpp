@@ -141,7 +141,7 @@ void frmAccountRelClasses::dressControls() {
 }
 
 void frmAccountRelClasses::listen() {
-  mptEntityType.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  shell_.switchLayoutAt(mptEntityType);
   cmdAdd.onClick = [this] { add(); };
   cmdDelete.onClick = [this] { remove(); };
   cmdMoveDown.onClick = [this] { changeLevel(1); };

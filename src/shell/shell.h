@@ -106,6 +106,8 @@ class Shell {
   /// The layout that the fields of a form switch to, from the version of the operating system; a form's load
   /// runs it.
   void chooseKeyboardLayout();
+  /// Makes a control switch to that layout whenever it gets the focus. The shell outlives the control.
+  void switchLayoutAt(ui::Control& control) const;
 
  private:
   ui::Desktop& desktop_;
