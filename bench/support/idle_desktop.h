@@ -22,7 +22,7 @@ class IdleDesktop : public ui::Desktop {
   void hide(ui::Form& form) override { form.setShown(false); }
   void popUpMenu(ui::Form&, ui::MenuEntry&, ui::Twips, ui::Twips) override {}
   void copyText(std::string_view) override {}
-  void setPointer(ui::Pointer) override {}
+  void setCursor(ui::CursorShape) override {}
   void moveFocus(ui::Control&) override {}
   void repaint(ui::Form&) override {}
   [[nodiscard]] bool repaintAndHearEscape(ui::Form&) override { return false; }

@@ -18,6 +18,7 @@
 
 #include "data/persian_calendar.h"
 #include "qt/appearance.h"
+#include "qt/hourglass.h"
 #include "qt/notice_dialog.h"
 #include "qt/pointer.h"
 #include "qt/text.h"
@@ -62,7 +63,7 @@ class PersianWords {
 
 /// Empty where the person gives it up.
 QString askForFile() {
-  const qt::PointerPause pause;
+  const qt::HourglassPause pause;
   const PersianWords words;
   QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(kTitle), proposedFile(),
                      QString::fromUtf8("صفحه گسترده (*.xlsx)"));

@@ -82,7 +82,7 @@ void exportChart(shell::Shell& shell, std::string_view basePath) {
   skippingFailure([&] { component->set("FormTypeID", kFormTypeID); });
   skippingFailure([&] { component->call("ExportToExcel", {data::Value(kExportStatement)}); });
   // A component that failed may have left the hourglass behind.
-  shell.desktop().setPointer(ui::Pointer::Default);
+  shell.desktop().setCursor(ui::CursorShape::Default);
 }
 
 void editCostCenters(shell::Shell& shell, std::string_view basePath) {
@@ -91,7 +91,7 @@ void editCostCenters(shell::Shell& shell, std::string_view basePath) {
   introduce(shell.context, *component);
   shell.waits.noteWrite();
   skippingFailure([&] { component->call("ClearShow", {}); });
-  shell.desktop().setPointer(ui::Pointer::Default);
+  shell.desktop().setCursor(ui::CursorShape::Default);
 }
 
 }  // namespace ledgertree::batch

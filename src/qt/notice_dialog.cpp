@@ -21,7 +21,7 @@
 
 #include "qt/appearance.h"
 #include "qt/help_offer.h"
-#include "qt/pointer.h"
+#include "qt/hourglass.h"
 #include "qt/text.h"
 #include "shell/outside_components.h"
 
@@ -266,7 +266,7 @@ class NoticeComponent : public shell::OutsideComponent {
 }  // namespace
 
 NoticeDialog::Answer NoticeDialog::ask() {
-  const PointerPause pause;
+  const HourglassPause pause;
   const QPointer<QWidget> front(QApplication::activeWindow());
   const QPointer<QWidget> focus(QApplication::focusWidget());
   NoticeDialog shown = *this;

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "qt/form_window.h"
-#include "qt/pointer.h"
+#include "qt/hourglass.h"
 #include "qt/text.h"
 #include "qt/wait_panel.h"
 #include "ui/control.h"
@@ -201,8 +201,8 @@ void QtDesktop::openGuide(ui::Form& form) {
   QApplication::sendEvent(window, &press);
 }
 
-void QtDesktop::setPointer(ui::Pointer pointer) {
-  if (qApp != nullptr) showHourglass(pointer == ui::Pointer::Hourglass);
+void QtDesktop::setCursor(ui::CursorShape shape) {
+  if (qApp != nullptr) showHourglass(shape == ui::CursorShape::Hourglass);
 }
 
 void QtDesktop::moveFocus(ui::Control& control) {

@@ -43,7 +43,7 @@ class QtDesktop : public QObject, public ui::Desktop {
   void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
   void openGuide(ui::Form& form) override;
   void copyText(std::string_view text) override;
-  void setPointer(ui::Pointer pointer) override;
+  void setCursor(ui::CursorShape shape) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
   [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override;

@@ -53,7 +53,7 @@ Answer Shell::askConfirmNotice(std::string_view title, std::string_view message)
 }
 
 void Shell::reportFailure(const std::exception& failure) {
-  desktop_.setPointer(ui::Pointer::Default);
+  desktop_.setCursor(ui::CursorShape::Default);
   const auto* const outage = dynamic_cast<const data::DataError*>(&failure);
   if (outage != nullptr && outage->isRepeated()) return;
   showErrorNotice(kTitleError, failure.what());

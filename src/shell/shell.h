@@ -118,11 +118,11 @@ class Shell {
 class Hourglass {
  public:
   explicit Hourglass(ui::Desktop& desktop) : desktop_(desktop) {
-    desktop_.setPointer(ui::Pointer::Hourglass);
+    desktop_.setCursor(ui::CursorShape::Hourglass);
   }
   Hourglass(const Hourglass&) = delete;
   Hourglass& operator=(const Hourglass&) = delete;
-  ~Hourglass() { desktop_.setPointer(ui::Pointer::Default); }
+  ~Hourglass() { desktop_.setCursor(ui::CursorShape::Default); }
 
  private:
   ui::Desktop& desktop_;

@@ -14,7 +14,7 @@ class Form;
 class MenuEntry;
 
 /// The mouse cursor, by the numbers that the screens use.
-enum class Pointer { Default = 0, Hourglass = 11 };
+enum class CursorShape { Default = 0, Hourglass = 11 };
 
 /// A request that the desktop refuses. The number tells the caller why.
 class DesktopError : public std::runtime_error {
@@ -55,7 +55,7 @@ class Desktop {
   /// Copies a text to the clipboard.
   virtual void copyText(std::string_view text) = 0;
 
-  virtual void setPointer(Pointer pointer) = 0;
+  virtual void setCursor(CursorShape shape) = 0;
   /// Moves the focus to a control that is within reach, on a form that is shown, and reports it to the form
   /// by focusMoved.
   virtual void moveFocus(Control& control) = 0;

@@ -215,7 +215,7 @@ TEST_P(FailingSaves, CanBeSavedAgain) {
     form->cmdSave.click();
     ASSERT_EQ(faults.failures(), 1);
     faults.heal();
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     for (const data::RecordHandle* handle : shell.dtEn()->handles()) EXPECT_EQ(handle->State(), 0);
 
     const auto notice = notices.take();

@@ -43,7 +43,7 @@ class HandOver : public BulkHouse {
     person.go(
         "batch/steps.txt", section, [] { return std::string(); },
         [this] {
-          EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+          EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
           return std::exchange(told_, {});
         });
   }
@@ -55,7 +55,7 @@ class HandOver : public BulkHouse {
       return std::make_unique<ToldComponent>([this](const std::string& asked) -> data::Value {
         const std::string text = "OLEConnectionString=" + database.connectionText();
         told_ += (asked == text ? "the connection" : asked) + "; ";
-        if (asked.ends_with(')')) desktop.setPointer(ui::Pointer::Hourglass);
+        if (asked.ends_with(')')) desktop.setCursor(ui::CursorShape::Hourglass);
         if (!failing_.empty() && asked.starts_with(failing_)) throw std::runtime_error("out of paper");
         return {};
       });

@@ -97,7 +97,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     faults.onCommand = [&](const std::string& command) {
       if (command.starts_with("Select") || command.find("RelatedClasses") == std::string::npos) return;
       ++waited;
-      EXPECT_EQ(desktop.pointer, ui::Pointer::Hourglass);
+      EXPECT_EQ(desktop.cursor, ui::CursorShape::Hourglass);
       throw data::DataError(data::DataError::Reason::Busy, 5, "locked");
     };
     EXPECT_EQ(toldBy(form.cmdOk), kSaved);

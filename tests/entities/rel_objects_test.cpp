@@ -100,7 +100,7 @@ TEST_F(RelObjects, EachStatementMayFailOnce) {
     failed = faults.failures() > 0;
     faults.heal();
     EXPECT_EQ(openHandles(), 0) << failing;
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default) << failing;
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default) << failing;
     if (notices.taken() != kSaved) form.cmdOk.click();
     if (notices.taken() == kNotRead || form.cmbClass.selected() == ui::DropDownList::kNone) {
       EXPECT_EQ(changes(), "") << failing;

@@ -187,7 +187,7 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     EXPECT_EQ(below("-1:11"), 1U) << "the opening box is back";
     screen.treeAccount.expand(node("-1:11"));
     EXPECT_EQ(below("-1:11"), 2U);
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     tree.refreshTree();
   }
   // Nor is a period, whose expander is the one that it had, nor the whole tree.

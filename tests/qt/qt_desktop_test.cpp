@@ -220,8 +220,8 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   screen.show();
   screen.form->txtTitle.focus();
   QApplication::setOverrideCursor(Qt::CrossCursor);  // the host's own
-  screen.desktop.setPointer(ui::Pointer::Hourglass);
-  screen.desktop.setPointer(ui::Pointer::Hourglass);
+  screen.desktop.setCursor(ui::CursorShape::Hourglass);
+  screen.desktop.setCursor(ui::CursorShape::Hourglass);
   EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
   const auto answer = [&](std::function<void(QWidget&)> act) {
     soon([&screen, act] {
@@ -260,7 +260,7 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   EXPECT_LT(mallinfo2().uordblks, used + 200'000);
   // An event procedure that fails meanwhile resets the cursor.
   soon([&] {
-    screen.desktop.setPointer(ui::Pointer::Default);
+    screen.desktop.setCursor(ui::CursorShape::Default);
     QApplication::activeModalWidget()->close();
   });
   notice->call("ClearShow", {});

@@ -64,13 +64,13 @@ TEST_F(Notices, WhatCantBeShownIsNoAnswerAndNoFailure) {
 TEST_F(Notices, AFailureIsToldAndThePointerIsAnArrowAgain) {
   {
     const Hourglass hourglass(desktop);
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Hourglass);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Hourglass);
     shell.reportFailure(std::runtime_error("خراب"));
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     EXPECT_TRUE(asked.starts_with("made FormTitle=خطا FormMessage=خراب FormType=0 ")) << asked;
-    desktop.setPointer(ui::Pointer::Hourglass);
+    desktop.setCursor(ui::CursorShape::Hourglass);
   }
-  EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+  EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
 }
 
 TEST_F(Notices, TheClockIsThatOfThePlace) {

@@ -98,9 +98,9 @@ void ScriptedDesktop::popUpMenu(ui::Form&, ui::MenuEntry& menu, ui::Twips left, 
   poppedUpTop = top;
 }
 
-void ScriptedDesktop::setPointer(ui::Pointer shape) {
-  pointer = shape;
-  if (shape == ui::Pointer::Hourglass) ++hourglasses;
+void ScriptedDesktop::setCursor(ui::CursorShape shape) {
+  cursor = shape;
+  if (shape == ui::CursorShape::Hourglass) ++hourglasses;
 }
 
 void ScriptedDesktop::moveFocus(ui::Control& control) { control.form().focusMoved(&control); }

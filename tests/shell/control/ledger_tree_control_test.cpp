@@ -23,7 +23,7 @@ class ControlStory : public ControlHouse {
   [[nodiscard]] const shell::HostContext& context() { return shell.context; }
   void expectQuiet() {
     EXPECT_EQ(notices.taken(), "");
-    EXPECT_EQ(desktop.pointer, ui::Pointer::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     for (const data::RecordHandle* handle : shell.dtEn()->handles())
       EXPECT_EQ(handle->State(), 0) << handle->name();
   }

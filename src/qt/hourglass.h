@@ -8,12 +8,12 @@ void showHourglass(bool show);
 
 /// Hides the hourglass during its lifetime, because a dialog waits for the user and not the user for the
 /// program. Afterwards the cursor is whatever the program asked for last.
-class PointerPause {
+class HourglassPause {
  public:
-  PointerPause();
-  PointerPause(const PointerPause&) = delete;
-  PointerPause& operator=(const PointerPause&) = delete;
-  ~PointerPause();
+  HourglassPause();
+  HourglassPause(const HourglassPause&) = delete;
+  HourglassPause& operator=(const HourglassPause&) = delete;
+  ~HourglassPause();
 };
 
 }  // namespace ledgertree::qt
