@@ -271,11 +271,11 @@ void FormWindow::formChanged(ui::FormChange change) {
   }
 }
 
-void FormWindow::timerChanged(ui::Timer& timer) {
+void FormWindow::timerRestarted(ui::Timer& timer) {
   const auto& timers = form_->timers();
-  const auto place = std::find(timers.begin(), timers.end(), &timer) - timers.begin();
-  if (static_cast<std::size_t>(place) < timers_.size())
-    timers_[static_cast<std::size_t>(place)]->setInterval(timer.interval());
+  const auto found = std::find(timers.begin(), timers.end(), &timer);
+  const auto index = static_cast<std::size_t>(found - timers.begin());
+  if (index < timers_.size() && timers_[index]->isActive()) timers_[index]->start();
 }
 
 }  // namespace ledgertree::qt

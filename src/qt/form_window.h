@@ -64,7 +64,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void controlChanged(ui::Control& control, ui::Change change) override;
   void treeChanged(ui::Tree& tree, const ui::TreeChange& change) override;
   void formChanged(ui::FormChange change) override;
-  void timerChanged(ui::Timer& timer) override;
+  void timerRestarted(ui::Timer& timer) override;
 
   // ControlVisitor: creates the view of each kind.
   void visit(ui::CheckBox& control) override;

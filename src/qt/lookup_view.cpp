@@ -319,7 +319,7 @@ void LookupView::focusLeft(Qt::FocusReason reason) {
 }
 
 bool LookupView::key(QKeyEvent& event) {
-  if (!standing() || !control().isActive()) return false;
+  if (!attached() || !control().isActive()) return false;
   const ui::Key key = keyOf(event);
   if ((event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0) return false;
   switch (key) {
@@ -388,7 +388,7 @@ void LookupView::syncList() {
 }
 
 void LookupView::showLanguage(std::optional<KeyboardLayout> layout) {
-  if (!standing() || !control().isActive()) layout.reset();
+  if (!attached() || !control().isActive()) layout.reset();
   tag_->show(layout);
   moved();
 }

@@ -178,7 +178,7 @@ void Form::notify(FormChange change) {
 }
 
 void Form::notify(Timer& timer) {
-  for (FormObserver* observer : observers_) observer->timerChanged(timer);
+  for (FormObserver* observer : observers_) observer->timerRestarted(timer);
 }
 
 Form::Act::Act(Form& form) : Procedure(form.desktop()), life_(form.life_) { ++life_->acts; }

@@ -38,7 +38,7 @@ class FormObserver {
   virtual void controlChanged(Control& control, Change change) = 0;
   virtual void treeChanged(Tree& tree, const TreeChange& change) = 0;
   virtual void formChanged(FormChange change) = 0;
-  virtual void timerChanged(Timer& timer) = 0;
+  virtual void timerRestarted(Timer& timer) = 0;
 };
 
 /// A screen. Each form of the product derives from it and has its controls as public members with their own

@@ -110,7 +110,7 @@ struct Restarts : ui::FormObserver {
   void controlChanged(ui::Control&, ui::Change) override {}
   void treeChanged(ui::Tree&, const ui::TreeChange&) override {}
   void formChanged(ui::FormChange) override {}
-  void timerChanged(ui::Timer&) override { ++count; }
+  void timerRestarted(ui::Timer&) override { ++count; }
 };
 
 TEST_F(TreeStory, KeysSayWhatAClickMeans) {

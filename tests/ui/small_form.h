@@ -85,7 +85,7 @@ class FormStory : public ::testing::Test, protected ui::FormObserver {
   void controlChanged(ui::Control& control, ui::Change change) override;
   void treeChanged(ui::Tree& tree, const ui::TreeChange& change) override;
   void formChanged(ui::FormChange change) override;
-  void timerChanged(ui::Timer& timer) override { told += timer.name() + " "; }
+  void timerRestarted(ui::Timer& timer) override { told += timer.name() + " "; }
 
   ScriptedDesktop desktop;
   std::string told;
