@@ -133,7 +133,7 @@ std::int64_t SheetWriter::write(std::string_view statement, const std::string& f
   dialog.setLayoutDirection(Qt::RightToLeft);
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
-  dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenGround)));
+  dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenBackground)));
   // The label tells how far it is.
   if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
   // Room for the whole title.

@@ -36,7 +36,7 @@ class ControlView : public QObject {
   /// The widget's size or its window's position changed.
   virtual void moved() {}
 
-  [[nodiscard]] bool standing() const { return base_ != nullptr; }
+  [[nodiscard]] bool attached() const { return base_ != nullptr; }
   [[nodiscard]] ui::Control& base() const { return *base_; }
   /// The control is being destroyed. Called once, by the window.
   virtual void detach() { base_ = nullptr; }
@@ -46,22 +46,22 @@ class ControlView : public QObject {
 };
 
 /// A view that knows its control's class.
-template <typename Kind>
+template <typename ControlType>
 class ViewOf : public ControlView {
  public:
-  explicit ViewOf(Kind& control) : ControlView(control), control_(control) {}
+  explicit ViewOf(ControlType& control) : ControlView(control), control_(control) {}
 
  protected:
   /// Only while the view is attached.
-  [[nodiscard]] Kind& control() const { return control_; }
+  [[nodiscard]] ControlType& control() const { return control_; }
 
  private:
-  Kind& control_;
+  ControlType& control_;
 };
 
 /// A scroll area that leaves it to the window what to scroll into view. The toolkit does so itself after
 /// every Tab, but assumes a left-to-right scroll bar and scrolls away from the field.
-class Ground : public QScrollArea {
+class FormScrollArea : public QScrollArea {
  public:
   using QScrollArea::QScrollArea;
 

@@ -56,9 +56,9 @@ DividerView::DividerView(ui::Divider& control, QWidget& parent) : ViewOf(control
   auto* bar = new DividerBar(parent);
   bar_ = bar;
   bar->onDrag = [this](int left) {
-    if (standing()) this->control().moveTo(scale_.twips(left));
+    if (attached()) this->control().moveTo(scale_.twips(left));
   };
-  bar->onKey = [this](ui::Key key) { return standing() && this->control().press(key); };
+  bar->onKey = [this](ui::Key key) { return attached() && this->control().press(key); };
 }
 
 }  // namespace ledgertree::qt

@@ -27,10 +27,10 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
     : form_(&form),
       desktop_(&desktop),
       bar_(new QMenuBar(this)),
-      scroll_(new Ground(this)),
+      scroll_(new FormScrollArea(this)),
       canvas_(new QWidget) {
   setLayoutDirection(Qt::RightToLeft);
-  setPalette(screenPalette(toQt(ui::kScreenGround)));
+  setPalette(screenPalette(toQt(ui::kScreenBackground)));
   setAutoFillBackground(true);
   setFont(screenFont());
   setWindowTitle(toQt(form.caption()));
@@ -105,7 +105,7 @@ void FormWindow::build() {
 QWidget& FormWindow::parentFor(const ui::Control& control) {
   if (control.frame() == nullptr) return *canvas_;
   if (viewOf(control.frame()) == nullptr) control.frame()->accept(*this);
-  return static_cast<FrameView*>(viewOf(control.frame()))->ground();
+  return static_cast<FrameView*>(viewOf(control.frame()))->content();
 }
 
 void FormWindow::add(ControlView* view) {

@@ -18,9 +18,9 @@ namespace ledgertree::qt {
 namespace {
 
 /// The scroll area's own method assumes a left-to-right scroll bar.
-void scrollTo(const QScrollArea& ground, const QWidget& widget) {
-  const QRect room = ground.viewport()->rect();
-  const QRect place(widget.mapTo(ground.viewport(), QPoint(0, 0)), widget.size());
+void scrollTo(const QScrollArea& area, const QWidget& widget) {
+  const QRect room = area.viewport()->rect();
+  const QRect place(widget.mapTo(area.viewport(), QPoint(0, 0)), widget.size());
   int right = 0;
   int down = 0;
   if (place.right() > room.right()) {
@@ -33,9 +33,9 @@ void scrollTo(const QScrollArea& ground, const QWidget& widget) {
   } else if (place.bottom() > room.bottom()) {
     down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
   }
-  QScrollBar& across = *ground.horizontalScrollBar();
+  QScrollBar& across = *area.horizontalScrollBar();
   across.setValue(across.value() + right);
-  QScrollBar& along = *ground.verticalScrollBar();
+  QScrollBar& along = *area.verticalScrollBar();
   along.setValue(along.value() - down);
 }
 
@@ -67,7 +67,7 @@ void FormWindow::focusArrived(ControlView& view) {
 void FormWindow::bringIntoView(const QWidget& widget) {
   // A scrolling frame first, then the window.
   for (QWidget* around = widget.parentWidget(); around != this; around = around->parentWidget()) {
-    if (auto* ground = qobject_cast<QScrollArea*>(around)) scrollTo(*ground, widget);
+    if (auto* area = qobject_cast<QScrollArea*>(around)) scrollTo(*area, widget);
   }
 }
 

@@ -106,12 +106,12 @@ void FormWindow::endShowing() {
 }
 
 void FormWindow::waitUntilHidden() {
-  const QPointer<FormWindow> standing(this);
+  const QPointer<FormWindow> self(this);
   QEventLoop loop;
   loops_.push_back(&loop);
   loop.exec();
   // The loop may have destroyed the window itself.
-  if (!standing.isNull()) std::erase(loops_, &loop);
+  if (!self.isNull()) std::erase(loops_, &loop);
 }
 
 void FormWindow::startTimers() {
@@ -209,7 +209,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 void FormWindow::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
   for (ControlView* view : views_) {
-    if (view->standing()) view->moved();
+    if (view->attached()) view->moved();
   }
 }
 

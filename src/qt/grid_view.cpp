@@ -111,7 +111,7 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
   // Aligned with the texts of the cells; headers take the direction of the application, not of the screen.
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   table->onRow = [this](int row, bool extend) {
-    if (!standing()) return;
+    if (!attached()) return;
     if (extend) {
       this->control().extendTo(row);
     } else {
@@ -119,7 +119,7 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
     }
   };
   table->onKey = [this](ui::Key key, bool extend) {
-    if (standing()) this->control().press(key, extend);
+    if (attached()) this->control().press(key, extend);
   };
   table->onResized = [this] { layOutColumns(); };
 }
@@ -132,7 +132,7 @@ void GridView::rescaled(const Scale& scale) {
 }
 
 void GridView::layOutColumns() {
-  if (!standing()) return;
+  if (!attached()) return;
   const auto& columns = control().columns();
   int last = -1;
   int used = 0;

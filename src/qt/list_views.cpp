@@ -86,10 +86,10 @@ ListBoxView::ListBoxView(ui::ListBox& control, QWidget& parent) : ViewOf(control
   lines->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lines->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   lines->onChoose = [this](int row) {
-    if (standing()) this->control().choose(row);
+    if (attached()) this->control().choose(row);
   };
   lines->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   sync(ui::Change::Selection);
 }
@@ -116,7 +116,7 @@ DropDownListView::DropDownListView(ui::DropDownList& control, QWidget& parent)
   box_->setModel(&model_);
   box_->view()->setLayoutDirection(Qt::RightToLeft);
   connect(box_, &QComboBox::activated, this, [this](int row) {
-    if (standing()) this->control().choose(row);
+    if (attached()) this->control().choose(row);
   });
   sync(ui::Change::Selection);
 }

@@ -194,21 +194,21 @@ LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<
                    .filter =
                        [this](char32_t character) {
                          // Typing replaces the text of a held row.
-                         if (standing() && character >= U' ' && !this->control().typing()) line_->selectAll();
-                         return standing() ? character : char32_t{0};
+                         if (attached() && character >= U' ' && !this->control().typing()) line_->selectAll();
+                         return attached() ? character : char32_t{0};
                        },
                    .key = [this](QKeyEvent& event) { return key(event); },
                    .keyUp = {},
                    .menu = [this](QMenu& menu) { addEntry(menu); }};
   connect(line_, &QLineEdit::textEdited, this, [this](const QString& text) {
-    if (echo_ == 0 && standing()) this->control().edited(fromQt(text));
+    if (echo_ == 0 && attached()) this->control().edited(fromQt(text));
   });
   connect(arrow_, &QToolButton::clicked, this, [this] { toggleList(); });
   popup_->onPick = [this](int row) {
-    if (standing()) this->control().pick(row);
+    if (attached()) this->control().pick(row);
   };
   popup_->onEnd = [this] {
-    if (echo_ == 0 && standing()) this->control().reachedEnd();
+    if (echo_ == 0 && attached()) this->control().reachedEnd();
   };
   line_->installEventFilter(this);
   sync(ui::Change::Text);
@@ -222,24 +222,24 @@ void LookupView::name(const QString& spoken) {
 }
 
 void LookupView::addEntry(QMenu& menu) {
-  if (!standing() || control().entry() == nullptr) return;
+  if (!attached() || control().entry() == nullptr) return;
   control().askMenu();
-  if (!standing() || !control().entry()->visible()) return;
+  if (!attached() || !control().entry()->visible()) return;
   const ui::MenuEntry& entry = *control().entry();
   menu.addSeparator();
   QAction* action = menu.addAction(literalCaption(entry.caption()));
   action->setObjectName(toQt(entry.name()));
   action->setEnabled(entry.enabled());
   connect(action, &QAction::triggered, this, [this] {
-    if (standing()) control().entry()->click();
+    if (attached()) control().entry()->click();
   });
 }
 
 void LookupView::toggleList() {
-  if (!standing()) return;
+  if (!attached()) return;
   const ui::Form::Act act(control().form());
   if (!line_->hasFocus()) control().focus();
-  if (!act.formStands() || !standing()) return;
+  if (!act.formAlive() || !attached()) return;
   static_cast<void>(control().press(ui::Key::F4));
 }
 
@@ -258,7 +258,7 @@ void LookupView::colour() {
 
 /// A click opens the list, as in a drop-down; during typing it moves the caret.
 bool LookupView::opensList(const QMouseEvent& click) {
-  return standing() && !control().typing() && !control().listOpen() && line_->hasFocus() &&
+  return attached() && !control().typing() && !control().listOpen() && line_->hasFocus() &&
          click.button() == Qt::LeftButton;
 }
 
@@ -274,16 +274,16 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       popup_->hide();
       break;
     case QEvent::FocusIn:
-      if (standing()) focusCame();
+      if (attached()) focusCame();
       break;
     case QEvent::ToolTip:
-      if (standing()) control().lookCloser();
+      if (attached()) control().lookCloser();
       break;
     case QEvent::KeyPress:
       // Before the focus moves, so that the form can first ask about the picked row.
-      if (watched == line_ && standing() && keyOf(*static_cast<QKeyEvent*>(event)) == ui::Key::Tab) {
+      if (watched == line_ && attached() && keyOf(*static_cast<QKeyEvent*>(event)) == ui::Key::Tab) {
         static_cast<void>(control().press(ui::Key::Tab));
-        if (!standing()) return true;
+        if (!attached()) return true;
       }
       break;
     case QEvent::FocusOut:
@@ -315,7 +315,7 @@ void LookupView::focusLeft(Qt::FocusReason reason) {
   if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
   // Without the focus, the field shows the beginning of its text.
   line_->home(false);
-  if (standing() && (control().listOpen() || control().typing())) control().leave();
+  if (attached() && (control().listOpen() || control().typing())) control().leave();
 }
 
 bool LookupView::key(QKeyEvent& event) {

@@ -135,7 +135,7 @@ void LabelView::sync(ui::Change change) {
 }
 
 void LabelView::rescaled(const Scale&) {
-  if (!standing() || !control().strong()) return;
+  if (!attached() || !control().strong()) return;
   QFont font = label_->parentWidget()->font();
   font.setBold(true);
   label_->setFont(font);
@@ -146,10 +146,10 @@ PushButtonView::PushButtonView(ui::PushButton& control, QWidget& parent) : ViewO
   button_ = button;
   button->setAutoDefault(false);
   button->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   connect(button, &QPushButton::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
 }
 
@@ -161,7 +161,7 @@ RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : Vi
   button->setText(literalCaption(control.caption()));  // updates the accessible name, under that role
   button->onArrow = [this](int step) { chooseNeighbour(step); };
   connect(button, &QRadioButton::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
   sync(ui::Change::Value);
 }
@@ -173,7 +173,7 @@ void RadioButtonView::sync(ui::Change change) {
 }
 
 void RadioButtonView::chooseNeighbour(int step) {
-  if (!standing()) return;
+  if (!attached()) return;
   std::vector<ui::RadioButton*> group;
   for (ui::Control* other : control().form().controls()) {
     auto* radio = dynamic_cast<ui::RadioButton*>(other);
@@ -186,13 +186,13 @@ void RadioButtonView::chooseNeighbour(int step) {
   ui::RadioButton* next = group[static_cast<std::size_t>((self - group.begin() + step + count) % count)];
   const ui::Form::Act act(next->form());
   next->focus();
-  if (act.formStands()) next->click();
+  if (act.formAlive()) next->click();
 }
 
 CheckBoxView::CheckBoxView(ui::CheckBox& control, QWidget& parent)
     : ViewOf(control), box_(new Box(literalCaption(control.caption()), &parent)) {
   connect(box_, &QCheckBox::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
   sync(ui::Change::Value);
 }
@@ -206,14 +206,14 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
   panel_->setFocusPolicy(Qt::NoFocus);
   static_cast<Panel*>(panel_)->setFlat(!control.bordered());
   if (control.scrolledWidth() == 0) return;
-  scroll_ = new Ground(panel_);
+  scroll_ = new FormScrollArea(panel_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  ground_ = new QWidget;
-  scroll_->setWidget(ground_);
+  content_ = new QWidget;
+  scroll_->setWidget(content_);
   // The panel's border and colour show through.
-  ground_->setAutoFillBackground(false);
+  content_->setAutoFillBackground(false);
   scroll_->viewport()->setAutoFillBackground(false);
 }
 
@@ -223,13 +223,13 @@ void FrameView::rescaled(const Scale& scale) {
 }
 
 void FrameView::moved() {
-  if (scroll_ == nullptr || !standing()) return;
+  if (scroll_ == nullptr || !attached()) return;
   const int width = scale_.pixels(control().scrolledWidth());
   // Inside the border, which the panel paints.
   const bool scrolls = width > panel_->width();
   scroll_->setGeometry(panel_->rect().adjusted(scrolls ? 1 : 0, 0, scrolls ? -1 : 0, scrolls ? -1 : 0));
   scroll_->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-  ground_->resize(width, scroll_->viewport()->height());
+  content_->resize(width, scroll_->viewport()->height());
 }
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)

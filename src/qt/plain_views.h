@@ -65,7 +65,7 @@ class FrameView : public ViewOf<ui::Frame> {
   FrameView(ui::Frame& control, QWidget& parent);
   [[nodiscard]] QWidget& widget() override { return *panel_; }
   /// The parent widget of the frame's controls.
-  [[nodiscard]] QWidget& ground() { return ground_ != nullptr ? *ground_ : *panel_; }
+  [[nodiscard]] QWidget& content() { return content_ != nullptr ? *content_ : *panel_; }
   void sync(ui::Change) override {}
   void rescaled(const Scale& scale) override;
   void moved() override;
@@ -73,7 +73,7 @@ class FrameView : public ViewOf<ui::Frame> {
  private:
   QWidget* panel_;
   QScrollArea* scroll_ = nullptr;
-  QWidget* ground_ = nullptr;
+  QWidget* content_ = nullptr;
   Scale scale_;
 };
 

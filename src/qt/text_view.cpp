@@ -62,19 +62,19 @@ bool isPlainBackspace(const QKeyEvent& event) {
 /// How an editor handles a key. True if its own handling must be skipped.
 template <typename Editor>
 bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::function<void(char32_t)>& put) {
-  const QPointer<Editor> standing(&editor);
+  const QPointer<Editor> self(&editor);
   // Copies: the form, and everything that belongs to it, may be destroyed during a call.
   const Typist typist = editor.typist;
   if (typist.key && typist.key(event)) return true;
-  if (standing.isNull()) return true;
+  if (self.isNull()) return true;
   const std::u32string typed = typist.characters ? typist.characters(event) : std::u32string();
   if (!typed.empty() && !readOnly) {
     event.accept();
     for (const char32_t character : typed) {
       const char32_t passed = typist.filter ? typist.filter(character) : character;
-      if (standing.isNull()) return true;
+      if (self.isNull()) return true;
       if (passed != 0) put(passed);
-      if (standing.isNull()) return true;
+      if (self.isNull()) return true;
     }
     return true;
   }
@@ -82,7 +82,7 @@ bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::functio
     event.accept();
     return true;
   }
-  return standing.isNull();
+  return self.isNull();
 }
 
 /// Input-method text passes the same filter as keys. `handle` is the toolkit's handler.
@@ -290,11 +290,11 @@ void TextFieldView::makeText(QWidget& parent) {
 Typist TextFieldView::typist() {
   return {
       .characters = [this](const QKeyEvent& event) { return typedCharacters(event, layout_()); },
-      .filter = [this](char32_t character) { return standing() ? control().filter(character) : char32_t{0}; },
+      .filter = [this](char32_t character) { return attached() ? control().filter(character) : char32_t{0}; },
       .key = {},
       .keyUp =
           [this] {
-            if (standing()) control().keyUp();
+            if (attached()) control().keyUp();
           }};
 }
 
@@ -325,15 +325,15 @@ int TextFieldView::shownCaret() const {
 }
 
 void TextFieldView::personEdited() {
-  if (echo_ > 0 || !standing()) return;
+  if (echo_ > 0 || !attached()) return;
   const QString text = shownText();
   control().edited(fromQt(text), charactersOf(text, shownCaret()));
   // Undo on screen an edit that the field didn't accept, because it went out of reach.
-  if (standing()) syncText();
+  if (attached()) syncText();
 }
 
 void TextFieldView::personMovedCaret() {
-  if (echo_ > 0 || !standing() || heldText() != shownText()) return;
+  if (echo_ > 0 || !attached() || heldText() != shownText()) return;
   const Echo echo(echo_);
   control().setCaret(charactersOf(shownText(), shownCaret()));
 }
@@ -359,7 +359,7 @@ void TextFieldView::syncText() {
 
 bool TextFieldView::eventFilter(QObject* watched, QEvent* event) {
   // Tab selects the whole line, a click sets the caret; otherwise the caret returns to where it was.
-  if (event->type() == QEvent::FocusIn && standing() &&
+  if (event->type() == QEvent::FocusIn && attached() &&
       static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason)
     syncText();
   return ControlView::eventFilter(watched, event);
@@ -378,7 +378,7 @@ void TextFieldView::sync(ui::Change change) {
 }
 
 void TextFieldView::showLanguage(std::optional<KeyboardLayout> layout) {
-  if (!standing() || control().locked()) layout.reset();
+  if (!attached() || control().locked()) layout.reset();
   tag_->show(layout);
   moved();
 }

@@ -162,13 +162,13 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
   branches->header()->setStretchLastSection(false);
   branches->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   branches->onClick = [this](NodeId node) {
-    if (standing()) this->control().click(node);
+    if (attached()) this->control().click(node);
   };
   branches->onTick = [this](NodeId node) {
-    if (standing()) this->control().tick(node);
+    if (attached()) this->control().tick(node);
   };
   branches->onToggle = [this](NodeId node) {
-    if (!standing()) return;
+    if (!attached()) return;
     if (this->control().expanded(node)) {
       this->control().collapse(node);
     } else {
@@ -176,22 +176,22 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
     }
   };
   branches->onChoose = [this](NodeId node) {
-    if (standing()) this->control().choose(node);
+    if (attached()) this->control().choose(node);
   };
   branches->onEnter = [this] {
-    if (standing()) this->control().enterByKey();
+    if (attached()) this->control().enterByKey();
   };
   branches->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   branches->characters = [layout = std::move(layout)](const QKeyEvent& event) {
     return typedCharacters(event, layout());
   };
   branches->onType = [this](const std::u32string& typed, bool goesOn) {
-    if (standing()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
+    if (attached()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
   };
   branches->onMenu = [this](NodeId node, QPoint place) {
-    if (standing()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));
+    if (attached()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));
   };
   // The whole width of the selected row is highlighted, but by default the view repaints only its text.
   QObject::connect(branches->selectionModel(), &QItemSelectionModel::selectionChanged, branches->viewport(),

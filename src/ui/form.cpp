@@ -73,7 +73,7 @@ void Form::resize(Size size) {
   const Act act(*this);
   size_ = size;
   call([this] { resized(); });
-  if (act.formStands()) notify(FormChange::Size);
+  if (act.formAlive()) notify(FormChange::Size);
 }
 
 bool Form::beginCommand() {
@@ -84,7 +84,7 @@ bool Form::beginCommand() {
     onCommand();
     ready = true;
   });
-  return ready && act.formStands();
+  return ready && act.formAlive();
 }
 
 bool Form::press(const KeyChord& chord) {
@@ -98,7 +98,7 @@ bool Form::press(const KeyChord& chord) {
     if (!button->withinReach()) continue;
     // A click would take the focus, and so end what is being typed.
     if (focused_ != nullptr) focused_->focusLeft();
-    if (act.formStands()) button->click();
+    if (act.formAlive()) button->click();
     return true;
   }
   for (const auto& [shortcut, procedure] : shortcuts_) {
@@ -135,9 +135,9 @@ void Form::focusMoved(Control* control) {
   Control* left = focused_;
   focused_ = control;
   if (left != nullptr) left->focusLeft();
-  if (!act.formStands()) return;
+  if (!act.formAlive()) return;
   if (left != nullptr && left->onLostFocus) call(left->onLostFocus);
-  if (!act.formStands() || control == nullptr || focused_ != control) return;
+  if (!act.formAlive() || control == nullptr || focused_ != control) return;
   if (control->onGotFocus) call(control->onGotFocus);
 }
 
@@ -185,6 +185,6 @@ Form::Act::Act(Form& form) : Procedure(form.desktop()), life_(form.life_) { ++li
 
 Form::Act::~Act() { FormLife::endAct(life_); }
 
-bool Form::Act::formStands() const { return life_->form != nullptr; }
+bool Form::Act::formAlive() const { return life_->form != nullptr; }
 
 }  // namespace ledgertree::ui

@@ -139,7 +139,7 @@ class Form {
     Act& operator=(const Act&) = delete;
     ~Act();
     /// False if the owner has destroyed the form; its controls must not be used then.
-    [[nodiscard]] bool formStands() const;
+    [[nodiscard]] bool formAlive() const;
 
    private:
     std::shared_ptr<struct FormLife> life_;

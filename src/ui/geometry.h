@@ -25,6 +25,6 @@ struct Bounds {
 using Colour = unsigned;
 
 /// The background of every screen.
-inline constexpr Colour kScreenGround = 0xC2D9F7;
+inline constexpr Colour kScreenBackground = 0xC2D9F7;
 
 }  // namespace ledgertree::ui

@@ -125,7 +125,7 @@ void LookupField::type(std::string_view text) {
     std::string line = typing_ ? text_ : std::string();
     text::appendCharacter(character, line);
     edited(std::move(line));
-    if (!act.formStands()) return;
+    if (!act.formAlive()) return;
     changed(Change::Text);
   }
 }
@@ -156,7 +156,7 @@ bool LookupField::press(Key key) {
       return listOpen_;
     case Key::Enter:
       raise(onKeyDown, kKeyCodeEnter);
-      return act.formStands() && enter();
+      return act.formAlive() && enter();
     case Key::Escape: {
       const bool used = listOpen_ || typing_;
       restore();
@@ -164,7 +164,7 @@ bool LookupField::press(Key key) {
     }
     case Key::Tab:
       if (!typing_ && wentToRow()) pick(highlighted_);
-      if (act.formStands()) leave();
+      if (act.formAlive()) leave();
       return false;
     case Key::Delete:
       return deleteHeld();
@@ -191,7 +191,7 @@ bool LookupField::deleteHeld() {
   // The form may clear the field itself when it handles the key; either way it is one change.
   const bool heldOne = held_.id != -1;
   raise(onKeyDown, kKeyCodeDelete);
-  if (act.formStands() && reachable()) emptied(heldOne);
+  if (act.formAlive() && reachable()) emptied(heldOne);
   return true;
 }
 
@@ -261,7 +261,7 @@ void LookupField::leave() {
   if (wentToRow()) return pick(highlighted_);
   LookupRow one = wishOne(text_, enterWaits_);
   // A failure of the look-up was reported meanwhile, and the form may have changed during the notice.
-  if (!act.formStands() || !typing_) return;
+  if (!act.formAlive() || !typing_) return;
   if (one.id == -1) {
     setListOpen(false);
     unchosen_ = true;

@@ -268,7 +268,7 @@ void Tree::askMenu(NodeId node, Twips left, Twips top) {
   const Form::Act act(form());
   if (node != selected_) click(node);
   // The click may select another node or end the form.
-  if (act.formStands() && selected_ == node) raise(onMenu, left, top);
+  if (act.formAlive() && selected_ == node) raise(onMenu, left, top);
 }
 
 void Tree::enterByKey() {

@@ -54,7 +54,7 @@ class Guide : public DemoChartScreen {
   static void helpAt(QWidget& front, const QString& section, const QString& selected = {}) {
     QWidget* focus = front.focusWidget() != nullptr ? front.focusWidget() : &front;
     QTest::keyClick(focus, Qt::Key_F1);
-    const QPointer<GuideWindow> guide = GuideWindow::standing();
+    const QPointer<GuideWindow> guide = GuideWindow::current();
     ASSERT_NE(guide, nullptr) << section.toStdString();
     EXPECT_EQ(guide->section().toStdString(), section.toStdString());
     EXPECT_EQ(guide->text().textCursor().selectedText().toStdString(), selected.toStdString());
@@ -185,14 +185,14 @@ void Guide::drawSecondaryScreens() {
 TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   drawMainScreen();
   drawSecondaryScreens();
-  ASSERT_EQ(GuideWindow::standing(), nullptr);
+  ASSERT_EQ(GuideWindow::current(), nullptr);
 
   // It stays usable next to a screen that is opened later, and after that one closes.
   window().activateWindow();
   ASSERT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }, 30000));
   form->treeAccount.focus();
   QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
-  const QPointer<GuideWindow> guide = GuideWindow::standing();
+  const QPointer<GuideWindow> guide = GuideWindow::current();
   ASSERT_FALSE(guide.isNull());
   EXPECT_EQ(guide->size(), guide->size().boundedTo(guide->screen()->availableSize()))
       << "no part is out of sight";

@@ -73,7 +73,7 @@ void installGuide() {
   qApp->installEventFilter(key);
 }
 
-GuideWindow* GuideWindow::standing() { return openGuide(); }
+GuideWindow* GuideWindow::current() { return openGuide(); }
 
 GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QListWidget), search_(nullptr) {
   setAttribute(Qt::WA_DeleteOnClose);
@@ -83,7 +83,7 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
   setWindowTitle(QString::fromUtf8("راهنماي سرفصل حسابها"));
   setLayoutDirection(Qt::RightToLeft);
   setFont(screenFont());
-  setPalette(screenPalette(toQt(ui::kScreenGround)));
+  setPalette(screenPalette(toQt(ui::kScreenBackground)));
 
   makeSearchLine();
   text_->setAccessibleName(windowTitle());

@@ -62,7 +62,7 @@ class GuideWindow : public QWidget {
   /// at the line of a message, if there is one.
   static void open(QWidget& asker, const QStringList& sections, const QString& message);
   /// The open guide; null if there is none.
-  [[nodiscard]] static GuideWindow* standing();
+  [[nodiscard]] static GuideWindow* current();
   [[nodiscard]] QString section() const { return section_; }
   [[nodiscard]] GuideBrowser& text() { return *text_; }
 
