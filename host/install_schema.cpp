@@ -65,8 +65,8 @@ struct Options {
 /// Nothing for invalid arguments.
 std::optional<Options> readOptions(int count, char** arguments) {
   Options options;
-  for (int place = 1; place < count; ++place) {
-    const std::string_view argument = arguments[place];
+  for (int index = 1; index < count; ++index) {
+    const std::string_view argument = arguments[index];
     if (argument == "--install-schema") {
       options.schema = true;
     } else if (argument == "--install-demo") {
@@ -75,13 +75,13 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.check = true;
     } else if (argument == "--dry-run") {
       options.dryRun = true;
-    } else if (argument == "--history" && place + 1 < count) {
-      options.history = arguments[++place];
+    } else if (argument == "--history" && index + 1 < count) {
+      options.history = arguments[++index];
       if (options.history != "on" && options.history != "off") return std::nullopt;
-    } else if (argument == "--prune-history" && place + 1 < count) {
-      options.day = arguments[++place];
-    } else if (argument == "--without" && place + 1 < count) {
-      options.without.emplace_back(arguments[++place]);
+    } else if (argument == "--prune-history" && index + 1 < count) {
+      options.day = arguments[++index];
+    } else if (argument == "--without" && index + 1 < count) {
+      options.without.emplace_back(arguments[++index]);
     } else if (options.text || argument.starts_with("--")) {
       return std::nullopt;
     } else {

@@ -143,8 +143,8 @@ int openChart(const Options& options, bool display) {
 /// Pictures and --help work without a display too.
 void doWithoutDisplay() {
 #ifdef Q_OS_LINUX
-  for (const char* const place : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-    if (!qEnvironmentVariableIsEmpty(place)) return;
+  for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    if (!qEnvironmentVariableIsEmpty(variable)) return;
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif

@@ -112,7 +112,7 @@ bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) 
   if (handle.State() != 0) handle.Close();
   const data::OpenRows objects(handle, childrenStatement(parent));
   known_ = std::max(known_, static_cast<std::int64_t>(objects_.size()) + objects->RecordCount());
-  const Places places{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
+  const Columns columns{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
   for (; !objects->Eof(); objects->MoveNext()) {
     addObject(*gateway, places, parent);
     if (objects_.size() % kBetweenLooks != 0) continue;
@@ -131,7 +131,7 @@ std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
 
 /// Skips an object that is already in the tree: the host's data says that it is below itself or has two
 /// parents, and reading it again might never end.
-void ObjectTree::addObject(data::DtEn& gateway, const Places& places, ui::NodeId parent) {
+void ObjectTree::addObject(data::DtEn& gateway, const Columns& columns, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
   const auto id = objectID(row.Fields(places.id));
   if (!id || !isNew(*id)) return;

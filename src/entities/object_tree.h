@@ -38,8 +38,8 @@ class ObjectTree {
                       shell::WorkProgress& progress);
   /// Reads the children of a node that still has its placeholder. Throws data::DataError.
   void fillObjectChildren(ui::NodeId node, shell::WorkProgress& progress);
-  /// Whether the tree has everything that is stored for the class. An incomplete tree must not be saved: it
-  /// would delete the rows of what couldn't be read.
+  /// Whether the tree has all objects of the class, as they are stored. An incomplete tree must not be saved:
+  /// that would delete the rows of what couldn't be read.
   [[nodiscard]] bool complete() const { return filled_ && unread_.empty() && !lookUpFailed_; }
 
   /// kNoNode if no class was read.
@@ -56,12 +56,12 @@ class ObjectTree {
   /// False if the user cancelled before all of them were read.
   bool readChildren(ui::NodeId parent, shell::WorkProgress& progress);
   /// Where the columns of the children are.
-  struct Places {
+  struct Columns {
     std::size_t id;
     std::size_t name;
     std::size_t children;
   };
-  void addObject(data::DtEn& gateway, const Places& places, ui::NodeId parent);
+  void addObject(data::DtEn& gateway, const Columns& columns, ui::NodeId parent);
   /// Whether an object occurs for the first time.
   [[nodiscard]] bool isNew(std::int32_t objectID);
   [[nodiscard]] bool isStored(data::DtEn& gateway, std::int32_t objectID);

@@ -34,8 +34,7 @@ std::int16_t getItemLevel(const std::string& text) {
 
 std::string setItemLevel(std::string text, int level) {
   const std::string old = itemText(std::to_string(getItemLevel(text)), "");
-  for (auto place = text.find(old); place != std::string::npos; place = text.find(old, place))
-    text.erase(place, old.size());
+  for (auto at = text.find(old); at != std::string::npos; at = text.find(old, at)) text.erase(at, old.size());
   return itemText(std::to_string(level), text);
 }
 

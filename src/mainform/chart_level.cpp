@@ -84,8 +84,8 @@ std::vector<std::int32_t> sortedNumbers(data::RecordHandle& handle, const std::s
   const data::OpenRows rows(handle, statement);
   std::vector<std::int32_t> numbers;
   numbers.reserve(static_cast<std::size_t>(rows->RecordCount()));
-  for (const std::size_t place = rows->Column(column); !rows->Eof(); rows->MoveNext())
-    numbers.push_back(rows->Fields(place).toInt32());
+  for (const std::size_t index = rows->Column(column); !rows->Eof(); rows->MoveNext())
+    numbers.push_back(rows->Fields(index).toInt32());
   std::sort(numbers.begin(), numbers.end());
   return numbers;
 }

@@ -15,7 +15,7 @@ constexpr std::size_t kCodeLength = 20;
 constexpr std::size_t kTitleLength = 0;
 
 /// The buttons of the command bar, in a row from right to left.
-constexpr Bounds inBar(int place) { return {12330 - place * 1290, 105, 1230, 405}; }
+constexpr Bounds inBar(int index) { return {12330 - index * 1290, 105, 1230, 405}; }
 
 // The record has two columns, the right one first for the reader. Row 0 is at the top of the record's frame.
 constexpr int rowTop(int row) { return 120 + row * 330; }
@@ -26,7 +26,7 @@ constexpr Bounds kTitleField{90, rowTop(0), 4950, 300};
 constexpr Bounds rightField(int row) { return {3930, rowTop(row), 2205, 300}; }
 constexpr Bounds leftLabel(int row) { return {2700, rowTop(row) + 30, 1170, 240}; }
 constexpr Bounds leftField(int row) { return {90, rowTop(row), 2550, 300}; }
-constexpr Bounds radio(int place, int width) { return {place * width + 60, 75, width - 60, 240}; }
+constexpr Bounds radio(int index, int width) { return {index * width + 60, 75, width - 60, 240}; }
 
 using data::Account;
 constexpr TypedField kTypedFields[] = {

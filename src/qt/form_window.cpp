@@ -198,8 +198,8 @@ std::vector<QWidget*> FormWindow::tabOrderOf(const ui::Frame* frame) const {
     places.push_back(scale_.pixels(view->base().bounds()));
   }
   std::vector<QWidget*> order;
-  for (const std::size_t place : readingOrder(places))
-    order.insert(order.end(), blocks[place].begin(), blocks[place].end());
+  for (const std::size_t index : readingOrder(places))
+    order.insert(order.end(), blocks[index].begin(), blocks[index].end());
   return order;
 }
 

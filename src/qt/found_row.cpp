@@ -20,13 +20,13 @@ bool joinsNext(QChar letter) {
 bool joinsBefore(QChar letter) { return joinsNext(letter) || letter.joiningType() == QChar::Joining_Right; }
 
 /// Whether the letters on both sides of a position join. Marks above letters don't separate them.
-bool isInsideJoin(const QString& text, qsizetype place) {
-  const auto isSign = [&text](qsizetype at) { return text[at].joiningType() == QChar::Joining_Transparent; };
-  qsizetype before = place - 1;
-  qsizetype behind = place;
-  while (before >= 0 && isSign(before)) --before;
-  while (behind < text.size() && isSign(behind)) ++behind;
-  return before >= 0 && behind < text.size() && joinsNext(text[before]) && joinsBefore(text[behind]);
+bool isInsideJoin(const QString& text, qsizetype index) {
+  const auto isMark = [&text](qsizetype at) { return text[at].joiningType() == QChar::Joining_Transparent; };
+  qsizetype before = index - 1;
+  qsizetype after = index;
+  while (before >= 0 && isMark(before)) --before;
+  while (after < text.size() && isMark(after)) ++after;
+  return before >= 0 && after < text.size() && joinsNext(text[before]) && joinsBefore(text[after]);
 }
 
 /// A text in pieces with different fonts.

@@ -64,18 +64,18 @@ char latinAtPlace(const QKeyEvent& event) {
   const unsigned scan = event.nativeScanCode();
   if (scan <= kOffset || event.modifiers().testFlag(Qt::KeypadModifier)) return 0;
   for (const ScanRow& row : kScanRows) {
-    const unsigned place = scan - kOffset - row.first;
-    if (scan - kOffset < row.first || place >= row.plain.size()) continue;
-    return event.modifiers().testFlag(Qt::ShiftModifier) ? row.shifted[place] : row.plain[place];
+    const unsigned index = scan - kOffset - row.first;
+    if (scan - kOffset < row.first || index >= row.plain.size()) continue;
+    return event.modifiers().testFlag(Qt::ShiftModifier) ? row.shifted[index] : row.plain[index];
   }
   return 0;
 }
 
 std::u32string atLatin(const std::array<KeyRow, 8>& rows, char latin) {
   for (const KeyRow& row : rows) {
-    const std::size_t place = row.latin.find(latin);
-    if (place == std::string_view::npos) continue;
-    switch (const char32_t letter = row.letters[place]) {
+    const std::size_t index = row.latin.find(latin);
+    if (index == std::string_view::npos) continue;
+    switch (const char32_t letter = row.letters[index]) {
       case U'\uFEFB':
         return U"لا";
       case U'\uFEF5':
@@ -117,13 +117,13 @@ std::u32string typedCharacters(const QKeyEvent& event, KeyboardLayout layout) {
     return own;
   const auto& rows = layout == KeyboardLayout::Persian ? kPersian : kArabic;
   const char typed = static_cast<char>(own.front());
-  const char place = latinAtPlace(event);
+  const char latin = latinAtPosition(event);
   const bool letter = std::isalpha(static_cast<unsigned char>(typed)) != 0;
   // A Persian desktop layout has marks like "[" too, on other keys: the user means those.
-  if (!letter && place != 0 && place != typed) return own;
+  if (!letter && latin != 0 && latin != typed) return own;
   if (layout == KeyboardLayout::Persian && typed == ' ' && event.modifiers().testFlag(Qt::ShiftModifier))
     return {U'\u200C'};
-  const std::u32string letters = atLatin(rows, place != 0 ? place : typed);
+  const std::u32string letters = atLatin(rows, latin != 0 ? latin : typed);
   return letters.empty() ? own : letters;
 }
 
@@ -132,10 +132,10 @@ char latinKey(const QKeyEvent& event) {
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9))
     return static_cast<char>(key);
   if (key < 0x80 || key >= 0x01000000) return 0;
-  const char place = latinAtPlace(event);
-  if (place != 0)
-    return std::isalnum(static_cast<unsigned char>(place)) != 0
-               ? static_cast<char>(std::toupper(static_cast<unsigned char>(place)))
+  const char latin = latinAtPosition(event);
+  if (latin != 0)
+    return std::isalnum(static_cast<unsigned char>(latin)) != 0
+               ? static_cast<char>(std::toupper(static_cast<unsigned char>(latin)))
                : char{0};
   for (const auto* rows : {&kPersian, &kArabic}) {
     for (const KeyRow& row : *rows) {

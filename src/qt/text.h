@@ -12,7 +12,7 @@ namespace ledgertree::qt {
 /// The offset of a character in units; the end for one past it.
 [[nodiscard]] qsizetype unitsOf(const QString& text, std::size_t characters);
 /// How many characters there are before a unit.
-[[nodiscard]] std::size_t charactersOf(const QString& text, qsizetype units);
+[[nodiscard]] std::size_t charactersBefore(const QString& text, qsizetype units);
 
 /// A caption in which "&" is a letter and doesn't mark a mnemonic.
 [[nodiscard]] QString literalCaption(std::string_view caption);

@@ -28,10 +28,10 @@ class FieldRule : public QValidator {
   State validate(QString& input, int& caret) const override {
     if (echo_ > 0) return Acceptable;  // a program's text is shown as it is
     tidy(input);
-    const std::size_t count = charactersOf(input, input.size());
+    const std::size_t count = charactersBefore(input, input.size());
     if (editor_.limit == 0 || count <= editor_.limit) return Acceptable;
     // The inserted text ends at the caret: cut it there.
-    const std::size_t behind = charactersOf(input, caret);
+    const std::size_t behind = charactersBefore(input, caret);
     const std::size_t excess = std::min(count - editor_.limit, behind);
     const qsizetype from = unitsOf(input, behind - excess);
     input.remove(from, caret - from);
@@ -205,7 +205,7 @@ template class TypedEditor<QTextEdit>;
 void LineEditor::put(char32_t character) {
   const QString text = this->text();
   const std::size_t left =
-      charactersOf(text, text.size()) - charactersOf(selectedText(), selectedText().size());
+      charactersBefore(text, text.size()) - charactersBefore(selectedText(), selectedText().size());
   if (limit != 0 && left >= limit) return;
   insert(QString::fromUcs4(&character, 1));
 }
@@ -213,7 +213,8 @@ void LineEditor::put(char32_t character) {
 void TextEditor::put(char32_t character) {
   const QString text = toPlainText();
   const QString selected = textCursor().selectedText();
-  if (limit != 0 && charactersOf(text, text.size()) - charactersOf(selected, selected.size()) >= limit)
+  if (limit != 0 &&
+      charactersBefore(text, text.size()) - charactersBefore(selected, selected.size()) >= limit)
     return;
   textCursor().insertText(QString::fromUcs4(&character, 1));
   ensureCursorVisible();
@@ -241,7 +242,8 @@ void TextEditor::insertFromMimeData(const QMimeData* source) {
   if (limit != 0) {
     const QString present = toPlainText();
     const QString selected = textCursor().selectedText();
-    const std::size_t used = charactersOf(present, present.size()) - charactersOf(selected, selected.size());
+    const std::size_t used =
+        charactersBefore(present, present.size()) - charactersBefore(selected, selected.size());
     text.truncate(unitsOf(text, limit > used ? limit - used : 0));
   }
   textCursor().insertText(text);
@@ -327,7 +329,7 @@ int TextFieldView::shownCaret() const {
 void TextFieldView::personEdited() {
   if (echo_ > 0 || !attached()) return;
   const QString text = shownText();
-  control().edited(fromQt(text), charactersOf(text, shownCaret()));
+  control().edited(fromQt(text), charactersBefore(text, shownCaret()));
   // Undo on screen an edit that the field didn't accept, because it went out of reach.
   if (attached()) syncText();
 }
@@ -335,7 +337,7 @@ void TextFieldView::personEdited() {
 void TextFieldView::personMovedCaret() {
   if (echo_ > 0 || !attached() || heldText() != shownText()) return;
   const Echo echo(echo_);
-  control().setCaret(charactersOf(shownText(), shownCaret()));
+  control().setCaret(charactersBefore(shownText(), shownCaret()));
 }
 
 void TextFieldView::syncText() {

@@ -16,9 +16,9 @@ NodeId TreeModel::nodeOf(const QModelIndex& index) {
 
 QModelIndex TreeModel::indexOf(NodeId node) const {
   if (tree_ == nullptr || node == kNoNode) return {};
-  const std::size_t place = tree_->place(node);
-  if (place >= told(tree_->parent(node))) return {};
-  return createIndex(static_cast<int>(place), 0, static_cast<quintptr>(node));
+  const std::size_t index = tree_->indexOf(node);
+  if (index >= told(tree_->parent(node))) return {};
+  return createIndex(static_cast<int>(index), 0, static_cast<quintptr>(node));
 }
 
 std::size_t& TreeModel::told(NodeId parent) {
@@ -112,7 +112,7 @@ void TreeModel::childrenAdded(NodeId parent) {
   if (children.size() <= before) return;
   beginInsertRows(indexOf(parent), static_cast<int>(before), static_cast<int>(children.size()) - 1);
   told(parent) = children.size();
-  for (std::size_t place = before; place < children.size(); ++place) tellAll(children[place]);
+  for (std::size_t index = before; index < children.size(); ++index) tellAll(children[index]);
   endInsertRows();
 }
 

@@ -73,7 +73,7 @@ class Tree : public Control {
   [[nodiscard]] NodeId parent(NodeId node) const { return at(node).parent; }
   [[nodiscard]] const std::vector<NodeId>& children(NodeId node) const { return at(node).children; }
   /// The index of a node among its siblings.
-  [[nodiscard]] std::size_t place(NodeId node) const { return at(node).place; }
+  [[nodiscard]] std::size_t indexOf(NodeId node) const { return at(node).index; }
   [[nodiscard]] bool expanded(NodeId node) const { return at(node).expanded; }
   /// Opens or closes a node from a program, without raising onExpand.
   void setExpanded(NodeId node, bool expanded);
@@ -155,7 +155,7 @@ class Tree : public Control {
     std::string tag;
     NodeId parent = kNoNode;
     std::vector<NodeId> children;
-    std::size_t place = 0;
+    std::size_t index = 0;
     int image = 0;
     bool expanded = false;
     bool checked = false;
@@ -181,7 +181,7 @@ class Tree : public Control {
     return node < addedInBatch_.size() && addedInBatch_[node];
   }
   void tell(TreeChange::Kind kind, NodeId node, std::size_t first = 0, std::size_t count = 0);
-  void tellAdded(NodeId parent, std::size_t place);
+  void tellAdded(NodeId parent, std::size_t index);
   void endBatch();
 
   std::vector<std::unique_ptr<Node[]>> blocks_;
