@@ -20,7 +20,6 @@
 #include "qt/appearance.h"
 #include "qt/hourglass.h"
 #include "qt/notice_dialog.h"
-#include "qt/pointer.h"
 #include "qt/text.h"
 #include "sheetkit/sheet_file.h"
 #include "support/plugin_entry.h"

@@ -32,7 +32,7 @@ std::vector<FieldGroup> makeGroups() {
   return groups;
 }
 
-/// The account as read, in the form in which an unchanged one is typed. Notes are as typed.
+/// Makes what was read of an account comparable with what is typed. Notes stay as they are.
 Account comparable(Account account) {
   for (std::string Account::*text : {&Account::code, &Account::title})
     account.*text = std::string(text::trimmed(account.*text));

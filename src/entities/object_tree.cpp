@@ -114,7 +114,7 @@ bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) 
   known_ = std::max(known_, static_cast<std::int64_t>(objects_.size()) + objects->RecordCount());
   const Columns columns{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
   for (; !objects->Eof(); objects->MoveNext()) {
-    addObject(*gateway, places, parent);
+    addObject(*gateway, columns, parent);
     if (objects_.size() % kBetweenLooks != 0) continue;
     progress.expect(static_cast<std::int32_t>(known_));
     progress.advance(static_cast<std::int32_t>(objects_.size()));
@@ -133,17 +133,17 @@ std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
 /// parents, and reading it again might never end.
 void ObjectTree::addObject(data::DtEn& gateway, const Columns& columns, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
-  const auto id = objectID(row.Fields(places.id));
+  const auto id = objectID(row.Fields(columns.id));
   if (!id || !isNew(*id)) return;
   const bool stored = isStored(gateway, *id);
   const ui::NodeId node =
-      tree_.addNew(parent, keyOf(*id), row.Text(places.name), stored ? kMarkedImage : kImage);
+      tree_.addNew(parent, keyOf(*id), row.Text(columns.name), stored ? kMarkedImage : kImage);
   objects_.push_back(node);
   if (stored) {
     tree_.setTag(node, kMarkedTag);
     tree_.setChecked(node, true);
   }
-  const std::int64_t children = row.Fields(places.children).toInt64();
+  const std::int64_t children = row.Fields(columns.children).toInt64();
   known_ += children;
   if (children > 0) unread_.push_back(node);
 }

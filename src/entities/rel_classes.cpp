@@ -344,7 +344,7 @@ bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
     if (!repeats && statements.done(updateOfLevel(account, classID, row.level)) && rows_[line])
       rows_[line] = row.level;
     if (statements.run(insertOfClass(account, classID, row.level)) != Statements::Outcome::Failed)
-      standsFor(line, row);
+      assignRow(line, row);
   }
   if (classes == "(") {
     classes = "(-1)";
@@ -357,7 +357,7 @@ bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
 }
 
 /// The row of the line exists. A previous row of the line that couldn't be moved is removed by the next save.
-void frmAccountRelClasses::standsFor(std::size_t line, const Row& row) {
+void frmAccountRelClasses::assignRow(std::size_t line, const Row& row) {
   if (rows_[line] == row.level) return;
   if (rows_[line]) left_.push_back({.classID = row.classID, .level = *rows_[line]});
   rows_[line].reset();

@@ -86,7 +86,7 @@ class frmAccountRelClasses : public ui::Form {
   void tellWhatCameBetween(std::int32_t accountID);
   void deleteRowsThatLeft(Statements& statements, const std::string& account);
   void moveRows(Statements& statements, const std::string& account);
-  void standsFor(std::size_t line, const Row& row);
+  void assignRow(std::size_t line, const Row& row);
   /// Whether a line belongs to that row.
   [[nodiscard]] bool isTaken(const Row& row) const;
 

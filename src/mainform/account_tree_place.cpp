@@ -171,8 +171,8 @@ void AccountTree::putUp(const OpenNode& root) {
       }
     }
   }
-  const ui::NodeId standing = tree.find(highlighted);
-  if (standing != ui::kNoNode) tree.select(standing);
+  const ui::NodeId node = tree.find(highlighted);
+  if (node != ui::kNoNode) tree.select(node);
 }
 
 }  // namespace ledgertree::mainform

@@ -55,7 +55,7 @@ constexpr std::array<ScanRow, 6> kScanRows = {{
 
 /// What a Latin layout would give for the key's position; 0 if that isn't known (a key made by a program, or
 /// on the keypad).
-char latinAtPlace(const QKeyEvent& event) {
+char latinAtPosition(const QKeyEvent& event) {
 #ifdef Q_OS_WIN
   constexpr unsigned kOffset = 0;
 #else

@@ -70,7 +70,7 @@ void Tree::tellAdded(NodeId parent, std::size_t index) {
   if (addedInBatch_.size() <= node) addedInBatch_.resize(node + std::size_t{1});
   addedInBatch_[node] = true;
   // Children of a node that hasn't been reported yet come along with it.
-  if (isUntold(parent)) return;
+  if (isUnreported(parent)) return;
   if (!additions_.empty() && additions_.back().parent == parent) {
     ++additions_.back().count;
   } else {
@@ -153,7 +153,7 @@ NodeId Tree::find(std::string_view key) const {
 
 void Tree::setImage(NodeId node, int image) {
   at(node).image = image;
-  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUnreported(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 int Tree::picture(NodeId node) const {
@@ -168,7 +168,7 @@ void Tree::setTag(NodeId node, std::string tag) { at(node).tag = std::move(tag);
 void Tree::setChecked(NodeId node, bool checked) {
   if (at(node).checked == checked) return;
   at(node).checked = checked;
-  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUnreported(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 void Tree::setExpanded(NodeId node, bool expanded) {

@@ -177,7 +177,7 @@ class Tree : public Control {
   void release(NodeId node);
   void enterKeys() const;
   /// Whether it was added in the current batch, and so isn't reported yet.
-  [[nodiscard]] bool isUntold(NodeId node) const {
+  [[nodiscard]] bool isUnreported(NodeId node) const {
     return node < addedInBatch_.size() && addedInBatch_[node];
   }
   void tell(TreeChange::Kind kind, NodeId node, std::size_t first = 0, std::size_t count = 0);

@@ -202,8 +202,7 @@ void Desk::expectShown(const ui::Form& form) const {
     if (control != form.focused() || !drawn.isActiveWindow()) continue;
     EXPECT_EQ(QApplication::focusWidget(), &drawn);
     const auto* editor = qobject_cast<const QTextEdit*>(&drawn);
-    const bool tree =
-        dynamic_cast<const ui::Tree*>(control) != nullptr;  // its node may be below a closed one
+    const bool tree = dynamic_cast<const ui::Tree*>(control) != nullptr;  // may be below a closed one
     const bool picked = view != nullptr && view->currentIndex().isValid();
     const auto* area = qobject_cast<const QAbstractScrollArea*>(&drawn);
     if (picked || editor != nullptr) {

@@ -232,7 +232,7 @@ void GuideWindow::closeEvent(QCloseEvent* event) {
 void GuideWindow::standAbove(QWidget& window) {
   if (&window == this) return;
   if (!above_.isNull()) above_->removeEventFilter(this);
-  // Windows that were opened while the guide was in front would be above it, and each above the previous one.
+  // A window that was opened while the guide was in front stays above it: the two would be above each other.
   if (window.windowHandle()->transientParent() == windowHandle() && !above_.isNull())
     window.windowHandle()->setTransientParent(above_->windowHandle());
   above_ = &window;
