@@ -203,7 +203,7 @@ class EndOfWrites : public ui::FormObserver {
   }
   void treeChanged(ui::Tree&, const ui::TreeChange&) override {}
   void formChanged(ui::FormChange) override {}
-  void timerChanged(ui::Timer&) override {}
+  void timerRestarted(ui::Timer&) override {}
 
  private:
   mainform::FormMain& form_;

@@ -1,6 +1,6 @@
-// Makes the tables, views, triggers and procedures of the chart in a database of SQL Server or takes up one
-// of an older version, brings a file of the embedded engine to the present schema, fills in the demo chart,
-// checks whether a chart is true, or switches its memory on and off and shortens it. It needs no display.
+// Creates the chart's tables, views, triggers and procedures in a database of SQL Server or upgrades older
+// ones, upgrades a file of the embedded engine to the current schema, fills in the demo chart, checks a
+// chart's integrity, or switches its history on and off and prunes it. It needs no display.
 
 #include <chrono>
 #include <exception>
@@ -34,21 +34,21 @@ constexpr const char* kUsage =
     "       ledgertree-schema --check TEXT\n"
     "       ledgertree-schema --history on|off TEXT\n"
     "       ledgertree-schema --prune-history DATE TEXT\n"
-    "TEXT is the OLE DB connection text of the database; \"-\" reads it from the standard input, so that a\n"
-    "password stands in no list of processes. \"Provider=SQLite;Data Source=PATH\" is a file that is there.\n"
-    "  --dry-run         shows what would be done on a server, and does nothing\n"
-    "  --without SCRIPT  leaves out a script, such as 031_tree_index.sql\n"
-    "  --check           tells what isn't true of the accounts, and changes nothing\n"
-    "  --history         keeps who changed what from now on, or no longer; what was kept stays\n"
-    "  --prune-history   forgets what was changed ahead of DATE, yyyy-mm-dd, of UTC\n"
-    "The exit status is 0; 1 where something failed, 2 for arguments that make no sense, 3 where a check "
-    "found\n"
-    "something.\n";
+    "TEXT is the OLE DB connection text of the database; \"-\" reads it from standard input, so that a\n"
+    "password doesn't appear in the list of processes. \"Provider=SQLite;Data Source=PATH\" is an existing\n"
+    "file.\n"
+    "  --dry-run         shows what would be done on a server, without doing it\n"
+    "  --without SCRIPT  skips a script, such as 031_tree_index.sql\n"
+    "  --check           lists the errors in the accounts, without changing anything\n"
+    "  --history         records who changes what, from now on; or stops, and keeps what was recorded\n"
+    "  --prune-history   deletes the history before DATE, yyyy-mm-dd, in UTC\n"
+    "The exit status is 0 on success, 1 on failure, 2 for invalid arguments, and 3 if a check found "
+    "errors.\n";
 
-/// An index on a large table of the host takes its time.
+/// Indexing a large table of the host takes time.
 constexpr std::chrono::hours kLongestBatch{2};
 
-/// The exit status of a check that found something.
+/// The exit status of a check that found an error.
 constexpr int kUntrue = 3;
 
 struct Options {
@@ -57,16 +57,16 @@ struct Options {
   bool demo = false;
   bool check = false;
   std::string history;             ///< "on", "off", or empty
-  std::optional<std::string> day;  ///< ahead of which the memory is forgotten
+  std::optional<std::string> day;  ///< history before this day is deleted
   db::LeftOut without;
   std::optional<std::string> text;
 };
 
-/// Nothing for arguments that make no sense.
+/// Nothing for invalid arguments.
 std::optional<Options> readOptions(int count, char** arguments) {
   Options options;
-  for (int place = 1; place < count; ++place) {
-    const std::string_view argument = arguments[place];
+  for (int index = 1; index < count; ++index) {
+    const std::string_view argument = arguments[index];
     if (argument == "--install-schema") {
       options.schema = true;
     } else if (argument == "--install-demo") {
@@ -75,13 +75,13 @@ std::optional<Options> readOptions(int count, char** arguments) {
       options.check = true;
     } else if (argument == "--dry-run") {
       options.dryRun = true;
-    } else if (argument == "--history" && place + 1 < count) {
-      options.history = arguments[++place];
+    } else if (argument == "--history" && index + 1 < count) {
+      options.history = arguments[++index];
       if (options.history != "on" && options.history != "off") return std::nullopt;
-    } else if (argument == "--prune-history" && place + 1 < count) {
-      options.day = arguments[++place];
-    } else if (argument == "--without" && place + 1 < count) {
-      options.without.emplace_back(arguments[++place]);
+    } else if (argument == "--prune-history" && index + 1 < count) {
+      options.day = arguments[++index];
+    } else if (argument == "--without" && index + 1 < count) {
+      options.without.emplace_back(arguments[++index]);
     } else if (options.text || argument.starts_with("--")) {
       return std::nullopt;
     } else {
@@ -107,23 +107,24 @@ void showPlan(data::Connection& connection, const Options& options) {
               << ".\n";
   }
   for (const db::Step& step : plan.steps) {
-    std::cout << "\nthe step to version " << step.version << ", " << step.script << ":\n\n"
+    std::cout << "\nupgrade to version " << step.version << ", " << step.script << ":\n\n"
               << db::embeddedText(step.script) << '\n';
     try {
       db::reportStep(connection, step, print);
     } catch (const data::DataError& failure) {
-      // It may ask for what only the steps ahead of it make.
-      std::cout << "what it has to report can't be told yet: " << failure.what() << '\n';
+      // It may need what only the previous steps create.
+      std::cout << "its report isn't available yet: " << failure.what() << '\n';
     }
   }
-  std::cout << "\nthen these scripts, which make what is missing, and the views, triggers and procedures of\n"
-               "the chart anew:\n\n";
+  std::cout
+      << "\nthen these scripts, which create what is missing and recreate the chart's views, triggers and\n"
+         "procedures:\n\n";
   for (const std::string_view script : plan.scripts) print(script);
-  if (options.demo) print("\nthen the demo chart, which is refused where the tables have rows");
+  if (options.demo) print("\nthen the demo chart, which fails if the tables have rows");
   std::cout << "\nnothing was changed\n";
 }
 
-/// The path of the file that a text names; nothing for a server.
+/// The path of the file that a connection text names; nothing for a server.
 std::optional<std::string> fileOf(const std::string& text) {
   const data::ConnectionText parts(text);
   if (!text::equalsIgnoringCase(parts.provider(), "SQLite")) return std::nullopt;
@@ -132,7 +133,7 @@ std::optional<std::string> fileOf(const std::string& text) {
 
 void installFile(const std::string& path, const Options& options) {
   if (options.dryRun || !options.without.empty())
-    throw std::runtime_error("--dry-run and --without are for a server");
+    throw std::runtime_error("--dry-run and --without apply only to a server");
   SQLite::Database database = db::openChartFile(path, true);
   if (options.schema)
     for (const std::string& line : db::openSchema(database, {}, db::Mend::Everything)) print(line);
@@ -142,14 +143,14 @@ void installFile(const std::string& path, const Options& options) {
 
 void changeHistory(const Options& options) {
   const auto path = fileOf(*options.text);
-  if (!path) throw std::runtime_error("--history and --prune-history are for a file");
+  if (!path) throw std::runtime_error("--history and --prune-history apply only to a file");
   SQLite::Database database = db::openChartFile(*path, true);
   if (options.day) {
     const int gone = db::pruneHistory(database, *options.day);
-    print(std::to_string(gone) + " operations were forgotten");
+    print(std::to_string(gone) + " operations were deleted");
   } else {
     db::switchHistory(database, options.history == "on");
-    print("the memory is " + options.history);
+    print("the history is " + options.history);
   }
 }
 
@@ -168,7 +169,7 @@ void installServer(const Options& options) {
   print("done");
 }
 
-/// Gives whether all is true.
+/// Returns whether the chart is sound.
 bool check(const std::string& text) {
   std::size_t faults = 0;
   if (const auto path = fileOf(text)) {
@@ -177,7 +178,7 @@ bool check(const std::string& text) {
   } else {
     faults = db::checkChart(*openServer(text), print);
   }
-  print(faults == 0 ? "all is true" : "nothing was changed");
+  print(faults == 0 ? "no errors found" : "nothing was changed");
   return faults == 0;
 }
 

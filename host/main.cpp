@@ -1,5 +1,5 @@
-// A small host application: it sets the properties of the control and opens the chart, as an accounting
-// product would.
+// A small host application: it sets the control's properties and opens the chart, as an accounting product
+// would.
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -53,8 +53,8 @@ Options readOptions(const QCoreApplication& application) {
   parser.addOptions({
       {"connection", "The OLE DB connection text of the database; without it, the file of --chart.", "text"},
       {"chart",
-       "An embedded database, made with the demo chart where it isn't there; without it, one among the "
-       "person's own files.",
+       "An embedded database, created with the demo chart if it doesn't exist; without it, one in the "
+       "user's data folder.",
        "file"},
       {"user", "The ID of the user (demo: 1 all rights, 2 may not change, 3 may not see the chart).", "ID",
        "1"},
@@ -62,9 +62,9 @@ Options readOptions(const QCoreApplication& application) {
       {"employee", "The ID of the employee.", "ID", "0"},
       {"period", "The ID of the current fiscal period; 0 asks the database for the user's.", "ID", "0"},
       {"view", "Opens the screen on one account, read-only.", "ID"},
-      {"modal", "Takes no modeless form, as some hosts do."},
-      {"no-export", "Keeps the export to a spreadsheet from the user, as a host may."},
-      {"pictures", "Where pictures of the screen go on a machine without a display.", "folder", "."},
+      {"modal", "Accepts only modal forms, as some hosts do."},
+      {"no-export", "Doesn't offer the export to a spreadsheet, as a host may."},
+      {"pictures", "The folder for pictures of the screen on a machine without a display.", "folder", "."},
   });
   parser.process(application);
   return {.connection = parser.value("connection"),
@@ -79,12 +79,12 @@ Options readOptions(const QCoreApplication& application) {
           .exports = !parser.isSet("no-export")};
 }
 
-/// A path as a value of a connection text, in which a quote stands twice.
+/// A path as a value of a connection text, in which quotes are doubled.
 QString quoted(QString value) { return '"' + value.replace('"', "\"\"") + '"'; }
 
 QString ownChart() {
   const QDir folder(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
-  if (!folder.mkpath(".")) throw std::runtime_error("can't make the folder " + folder.path().toStdString());
+  if (!folder.mkpath(".")) throw std::runtime_error("can't create the folder " + folder.path().toStdString());
   return folder.filePath("chart.db");
 }
 
@@ -95,7 +95,7 @@ QString connectionText(const Options& options) {
   return "Provider=SQLite;Data Source=" + quoted(chart.absoluteFilePath());
 }
 
-/// Without a display nobody can answer a notice: it goes to the standard error, and is closed unanswered.
+/// Without a display nobody can answer a notice: it is written to standard error and closed unanswered.
 class NoticesPrinted : public QObject {
  protected:
   bool eventFilter(QObject* shown, QEvent* event) override {
@@ -110,7 +110,7 @@ class NoticesPrinted : public QObject {
   }
 };
 
-/// Without a display nobody can leave the screen: it is drawn into files instead.
+/// Without a display nobody can leave the screen: it is saved as pictures instead.
 int drawInstead(const Options& options) {
   QTextStream out(stdout);
   for (const std::string& picture : ledgertree::drawScreens(options.pictures.toStdString()))
@@ -136,15 +136,15 @@ int openChart(const Options& options, bool display) {
     control.View(options.view.toStdString());
   }
   if (!display) return ledgertree::screenIsOpen() ? drawInstead(options) : 1;
-  // Where nothing is open, the person has been told why, or has left it already.
+  // If the screen isn't open, the user has been told why, or has already left it.
   return ledgertree::screenIsOpen() ? QApplication::exec() : 0;
 }
 
-/// A machine without a display has pictures and --help all the same.
+/// Pictures and --help work without a display too.
 void doWithoutDisplay() {
 #ifdef Q_OS_LINUX
-  for (const char* const place : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-    if (!qEnvironmentVariableIsEmpty(place)) return;
+  for (const char* const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+    if (!qEnvironmentVariableIsEmpty(variable)) return;
   }
   qputenv("QT_QPA_PLATFORM", "offscreen");
 #endif

@@ -19,8 +19,8 @@
 
 #include "data/persian_calendar.h"
 #include "qt/appearance.h"
+#include "qt/hourglass.h"
 #include "qt/notice_dialog.h"
-#include "qt/pointer.h"
 #include "qt/text.h"
 #include "sheetkit/sheet_file.h"
 #include "support/plugin_entry.h"
@@ -134,7 +134,7 @@ std::int64_t SheetWriter::write(std::string_view statement, const std::string& f
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
   dialog.setPalette(qt::screenPalette(qt::toQt(ui::kScreenBackground)));
-  // The label shows the progress.
+  // The label tells how far it is.
   if (auto* const bar = dialog.findChild<QProgressBar*>()) bar->setTextVisible(false);
   // Wide enough for the whole title.
   dialog.setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 60);

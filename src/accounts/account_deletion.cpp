@@ -33,7 +33,7 @@ AccountDeletion::AccountDeletion(mainform::MainScreen& screen, shell::Shell& she
 void AccountDeletion::deleteShownAccount() {
   const auto gateway = shell_.dtEn();
   const std::optional<data::Account> read = screen_.AsRead;
-  // The account that the question is about, whatever the host puts on the screen while it is up.
+  // The account that the question is about, whatever the host shows while it is up.
   const std::int32_t account = screen_.accountID();
   if (!shell_.permits(data::Permission::DeleteAccount) || record_.refusedElsewhere()) return;
   if (!shell::allChosen(shell_, {&screen_.sltAccount})) return;
@@ -46,7 +46,7 @@ void AccountDeletion::deleteShownAccount() {
     record_.goIdle();
     tree_.refreshTree();
   } catch (const data::DataError& failure) {
-    // Whatever the reason, the person is told of a dependency; but for what is known to be none.
+    // Whatever the reason, the user is told of a dependency, except where there is known to be none.
     using Reason = data::DataError::Reason;
     if (failure.number() == data::kAccountChanged) return showChanged(account);
     if (failure.reason() == Reason::Denied || failure.reason() == Reason::Busy) throw;
@@ -75,7 +75,7 @@ void AccountDeletion::showDependants(std::int32_t account) {
   }
 }
 
-/// The question was about what was shown, and the account isn't that any more.
+/// The user agreed to delete what was shown, and the account has changed since.
 void AccountDeletion::showChanged(std::int32_t account) {
   shell_.showErrorNotice(shell::kTitleError, kChanged);
   record_.showAccount(account);

@@ -7,22 +7,22 @@
 
 namespace ledgertree::accounts {
 
-/// The command cmdDelete: removes the account on the screen from tblAccount for good, in all periods at once,
+/// The command cmdDelete: deletes the account on the screen from tblAccount for good, in all periods at once,
 /// through rssqlRetriveTree.
 ///
 /// It doesn't look up what depends on the account. The database refuses to delete one with children or
-/// documents, and whatever fails is told as a dependency; but an account that somebody else has changed since
-/// it was shown stays, and is shown anew.
+/// documents, and any failure is reported as a dependency; but an account that another user has changed since
+/// it was shown is kept, and shown again.
 ///
-/// Where the host offers Offer::Preview, a second notice tells by kind and number what the database refused
-/// for, and leads to the first child, or else copies the record number of the first document.
+/// If the host offers Offer::Preview, a second notice says by kind and number what the database refused for,
+/// and leads to the first child, or else copies the record number of the first document.
 class AccountDeletion {
  public:
   AccountDeletion(mainform::MainScreen& screen, shell::Shell& shell, mainform::AccountRecord& record,
                   mainform::AccountTree& tree);
 
-  /// What a click on cmdDelete does: asks for the right, then asks the person, then deletes. Throws
-  /// data::DataError where the right can't be asked for; nothing has happened then.
+  /// Handles a click on cmdDelete: checks the permission, asks the user, then deletes. Throws data::DataError
+  /// if the permission can't be read; nothing has been done then.
   void deleteShownAccount();
 
  private:

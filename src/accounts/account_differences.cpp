@@ -9,7 +9,7 @@ namespace {
 
 constexpr ui::Size kSize{12000, 6150};
 constexpr ui::Bounds kGrid{225, 810, 11550, 2700};
-/// What the window grows by goes to the grid.
+/// Extra room goes to the grid.
 constexpr ui::Twips kBelowGrid = 3645;
 
 constexpr std::string_view kMoved =

@@ -16,16 +16,16 @@
 
 namespace ledgertree::accounts {
 
-/// An account that two people have changed, group by group: what was read, what the other made of it, what is
-/// typed, and what will be saved. A group that only one of them has changed is settled; of one that both have
-/// the person takes either. It writes nothing.
+/// An account that two users have changed, group by group: what was read, what the other user made of it,
+/// what is typed, and what will be saved. A group that only one of them has changed is settled; if both have,
+/// the user chooses one version. It writes nothing.
 class frmAccountDifferences : public ui::Form {
  public:
   explicit frmAccountDifferences(shell::Shell& shell);
 
-  /// Shows the differences until the person leaves; `written` is a sentence on what of the save was done by
-  /// then. Gives the account that is to be saved, `mine` with what is
-  /// taken over from the other; nothing where the person goes back to typing.
+  /// Shows the differences until the user leaves; `written` is a sentence on what the save had written by
+  /// then. Returns the account to be saved: `mine` with what is taken over from the other user; nothing if
+  /// the user goes back to typing.
   [[nodiscard]] std::optional<data::Account> merge(const data::Account& read, const data::Account& theirs,
                                                    const data::Account& mine, const AccountTexts& texts,
                                                    std::string_view written);

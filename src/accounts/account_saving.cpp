@@ -22,7 +22,7 @@ constexpr std::string_view kCodeExists = "عمليات ثبت بدليل وحو�
 constexpr std::string_view kNothingYet = " هنوز چيزي ثبت نشده است.";
 constexpr std::string_view kRowIsWritten =
     " خود حساب پيش از آن ثبت شد، ولي رابطه آن با گروه، نوع موجوديت و موجوديت هنوز ثبت نشده است.";
-/// How often a save begins anew for the changes of others.
+/// How often a save starts over because of other users' changes.
 constexpr int kMostRounds = 20;
 
 constexpr std::string_view kNothingWritten = "چيزي ثبت نشد. پس از رفع اشکال دوباره ثبت کنيد.";
@@ -58,7 +58,7 @@ AccountSaving::AccountSaving(mainform::MainScreen& screen, shell::Shell& shell,
 
 void AccountSaving::save() {
   if (record_.refusedElsewhere()) return;
-  // Changes that leave nothing to decide may come in a row, but the save has to end.
+  // Changes that need no decision may follow one another, but the save has to end.
   for (int rounds = 0; rounds < kMostRounds; ++rounds) {
     Progress progress;
     try {
@@ -75,7 +75,7 @@ void AccountSaving::save() {
 bool AccountSaving::meet(const Progress& progress, const data::DataError& failure) {
   try {
     keepStored(progress);
-    // The host has put another account on the screen: what is typed is gone.
+    // The host has shown another account: what was typed is gone.
     if (screen_.RecordTurn == progress.sent.record && failure.number() == data::kAccountChanged)
       return settle(progress);
     shell_.showErrorNotice(shell::kTitleSaveError, failure.what());
@@ -112,7 +112,7 @@ bool AccountSaving::settle(const Progress& progress) {
   return true;
 }
 
-/// What was written of a save that didn't come to its end is what the next one is compared with.
+/// The next save is compared with what an unfinished one has written.
 void AccountSaving::keepStored(const Progress& progress) {
   if (screen_.RecordTurn != progress.sent.record) return;
   const bool rowIsWritten = progress.written == Written::Account || progress.written == Written::Relation;
@@ -120,12 +120,12 @@ void AccountSaving::keepStored(const Progress& progress) {
   if (progress.stored) screen_.AsRead = progress.stored;
 }
 
-/// Puts the form where the next save can do the rest.
+/// Leaves the form so that the next save can finish the job.
 void AccountSaving::recover(const Progress& progress, const std::exception& failure) {
   keepStored(progress);
   shell_.showErrorNotice(shell::kTitleSaveError, std::string(failure.what()) + "\n" +
                                                      std::string(outcome(progress.written, failure)));
-  // Another read may wait as long as the one that failed: the person hears of that one first.
+  // Another read may wait as long as the one that failed: first report that failure.
   if (progress.written == Written::Everything) {
     try {
       record_.showAccount(progress.account);
@@ -156,13 +156,13 @@ bool AccountSaving::foundAfterAll(data::DtEn& gateway) {
 
 void AccountSaving::lookForAccount(const UnansweredSave::Sent& sent) {
   unanswered_.remember(sent);
-  // The host may have shown another account while the notice was up.
+  // The host may have shown another account during the notice.
   if (screen_.RecordTurn != sent.record) return;
   try {
     const shell::Hourglass hourglass(screen_.desktop());
     if (!foundAfterAll(*shell_.dtEn())) unanswered_.remember(sent);
   } catch (const std::exception&) {
-    // The connection isn't there yet, and the person knows of the doubt. The next save looks again.
+    // The connection isn't back yet, and the user knows of the doubt. The next save looks again.
   }
 }
 
@@ -188,7 +188,7 @@ std::string_view AccountSaving::outcome(Written written, const std::exception& f
 void AccountSaving::run(Progress& progress) {
   const auto gateway = shell_.dtEn();
   const bool isNew = screen_.formMode == FormMode::ModeNew;
-  // Read once: the host may show another account while a notice is up.
+  // Read once: the host may show another account during a notice.
   const TypedAccount typed = readTypedAccount(screen_, isNew ? AccountCall::Insert : AccountCall::Update);
   data::Account account = typed.account;
   progress.sent = {.record = screen_.RecordTurn,
@@ -264,7 +264,7 @@ bool AccountSaving::mayDropLostClass(const data::Account& account, SaveWay way) 
       shell_.confirms("ثبت حساب", "نوع موجوديت " + std::to_string(account.relation->classID) +
                                       " ديگر تعريف نشده است. اگر ثبت کنيد، " + std::string(lost) +
                                       " اين حساب از ميان ميرود. آيا ثبت شود؟");
-  // The host may have put another account on the screen meanwhile.
+  // The host may have shown another account meanwhile.
   if (confirmed && screen_.RecordTurn == turn) return true;
   screen_.sltEntityType.focus();
   return false;
@@ -274,7 +274,7 @@ std::optional<std::int32_t> AccountSaving::writeAccount(data::DtEn& gateway, con
                                                         const data::Account& account) {
   const bool isNew = progress.way == SaveWay::NewAccount;
   data::AsRead read{.account = progress.stored};
-  // A picker that couldn't read its account knows nothing of its code.
+  // A picker that couldn't read its account doesn't have its code.
   if (!screen_.sltParent.AccountTitle().empty()) {
     read.parentID = account.parentID;
     read.parentCode = screen_.sltParent.AccountCode();
@@ -307,7 +307,7 @@ void AccountSaving::giveRelation(data::DtEn& gateway, data::Account& account, Pr
   if (!outcome.message.empty()) shell_.showErrorNotice(shell::kTitleSaveError, outcome.message);
 }
 
-/// What is below an account is open or closed as it is, at any depth.
+/// Closes or reopens everything below an account, at any depth, as the account is.
 void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& account) {
   const std::string_view statement = account.isClosed == 1
                                          ? "Update tblAccount Set IsClosed = 1  Where ID in (Select ChildID "
@@ -317,7 +317,7 @@ void AccountSaving::writeDescendants(data::DtEn& gateway, const data::Account& a
   gateway.cnMainData.Execute(std::string(statement) + std::to_string(account.id) + ")");
 }
 
-/// In the order in which `refresh` asks, as far as what was saved tells it.
+/// In the order in which `refresh` asks, as far as it is known from what was saved.
 std::vector<data::Command> AccountSaving::questionsOfRefresh(SaveWay way, const data::Account& account) {
   std::vector<data::Command> questions;
   const auto add = [&questions](std::vector<data::Command> more) {

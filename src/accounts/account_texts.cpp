@@ -57,7 +57,7 @@ std::string AccountTexts::nameOf(const AccountMember& member) const {
     if (holds == member) return (screen_.*selector).accessibleName();
   for (const Chosen& chosen : kChosen)
     if (chosen.member == member) return (screen_.*chosen.frame).accessibleName();
-  // A field that the screen doesn't show.
+  // A field that isn't on the screen.
   for (const data::AccountField& field : data::kAccountFields)
     if (field.member == member) return std::string(field.column);
   return {};
@@ -109,7 +109,7 @@ std::string AccountTexts::lookUp(const std::string& columns, const std::string& 
                              "Select " + columns + " From " + table + " Where ID = " + std::to_string(id));
     if (!row->Eof()) return row->Fields("Name").toText();
   } catch (const std::exception&) {
-    // The person compares numbers then.
+    // Then the user compares numbers.
   }
   return std::to_string(id);
 }

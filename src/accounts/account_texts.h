@@ -8,22 +8,22 @@
 
 namespace ledgertree::accounts {
 
-/// Says what an account holds in the words of the main screen, whichever account that is: names of groups,
-/// classes and the like are looked up one by one. What can't be read is said by its number.
+/// Describes an account in the words of the main screen: names of groups, classes and the like are looked up
+/// one by one. What can't be read is given by its number.
 class AccountTexts {
  public:
   AccountTexts(const mainform::MainScreen& screen, data::DtEn& gateway)
       : screen_(screen), gateway_(gateway) {}
 
   [[nodiscard]] std::string nameOf(const FieldGroup& group) const;
-  /// All of a group, its parts separated by a Persian comma.
+  /// A whole group, its parts separated by a Persian comma.
   [[nodiscard]] std::string textOf(const FieldGroup& group, const data::Account& account) const;
 
  private:
   [[nodiscard]] std::string nameOf(const data::AccountMember& member) const;
   [[nodiscard]] std::string textOf(const data::AccountMember& member, const data::Account& account) const;
   [[nodiscard]] std::string relationOf(const data::Account& account) const;
-  /// What the columns of the row with an ID hold; the number where there is none or it can't be read.
+  /// The text of the columns in the row with an ID; the number if there is no such row or it can't be read.
   [[nodiscard]] std::string lookUp(const std::string& columns, const std::string& table,
                                    std::int32_t id) const;
   [[nodiscard]] std::string nameIn(const std::string& view, std::int32_t id) const;

@@ -32,7 +32,7 @@ std::vector<FieldGroup> makeGroups() {
   return groups;
 }
 
-/// What is read of an account and what is typed without a change, in the same form. Notes are as typed.
+/// Makes what was read of an account comparable with what is typed. Notes stay as they are.
 Account comparable(Account account) {
   for (std::string Account::*text : {&Account::code, &Account::title})
     account.*text = std::string(text::trimmed(account.*text));

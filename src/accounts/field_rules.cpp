@@ -50,14 +50,13 @@ void FieldRules::wireKeys() {
   }
 }
 
-/// These fields are typed in Persian; nobody has to switch the layout by hand.
+/// The Persian fields switch the keyboard layout by themselves.
 void FieldRules::wireLayout() {
-  const auto choose = [this] { shell_.desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   for (const mainform::TypedField& field : mainform::typedFields())
-    (screen_.*field.control).onGotFocus = choose;
-  screen_.sltAccount.onGotFocus = choose;
-  screen_.sltParent.onGotFocus = choose;
-  screen_.sltGroup.onGotFocus = choose;
+    shell_.switchLayoutAt(screen_.*field.control);
+  for (ui::Control* picker :
+       std::initializer_list<ui::Control*>{&screen_.sltAccount, &screen_.sltParent, &screen_.sltGroup})
+    shell_.switchLayoutAt(*picker);
 }
 
 void FieldRules::letPass(ui::KeyPress& key, char32_t first) {
@@ -111,7 +110,7 @@ std::string FieldRules::proposedCode(std::int32_t parentID) {
 void FieldRules::proposeCode() {
   const std::uint32_t turn = screen_.RecordTurn;
   std::string code = proposedCode(screen_.sltParent.AccountID());
-  // The host may have put another record there during the question about the same title.
+  // The host may have shown another record during the question about the same title.
   if (screen_.RecordTurn == turn) screen_.txtCode.setText(std::move(code));
 }
 

@@ -30,13 +30,13 @@ std::string grouped(std::string_view text) {
   return data::groupDigits(digits, std::string_view(&kSeparator, 1));
 }
 
-/// The characters other than separators from a place on.
+/// The characters other than separators from a position on.
 std::size_t digitsBehind(std::u32string_view text, std::size_t place) {
   const std::u32string_view rest = text.substr(std::min(place, text.size()));
   return rest.size() - static_cast<std::size_t>(std::count(rest.begin(), rest.end(), kSeparator));
 }
 
-/// Where the caret goes by the length of the text alone: a separator more or less moves it by one.
+/// The caret's position from the text length alone: a separator more or less moves it by one.
 std::size_t shifted(std::size_t caret, std::size_t lengthBefore, std::size_t lengthNow) {
   if (lengthNow > lengthBefore) return caret + 1;
   return lengthNow < lengthBefore && caret > 0 ? caret - 1 : caret;

@@ -14,15 +14,15 @@ struct EditedText {
   bool operator==(const EditedText&) const = default;
 };
 
-/// The amount that the text of a ceiling stands for; pasted Persian and Arabic digits count like typed ones.
-/// Throws std::range_error past the range of money.
+/// Parses the text of a ceiling; pasted Persian and Arabic digits count like typed ones. Throws
+/// std::range_error beyond the range of money.
 [[nodiscard]] data::Money ceilingAmount(std::string_view text);
 
-/// A ceiling after a key: "/" between thousands, no leading zeros, 0 where nothing is left. The caret keeps
-/// its place among the digits. Beside a separator it stands behind it, or ahead of it after a backspace, so
-/// that the next backspace takes a digit and not the separator once more.
+/// Formats a ceiling after a key: "/" between thousands, no leading zeros, 0 if nothing is left. The caret
+/// keeps its position among the digits. Next to a separator it goes after it, but after a backspace before
+/// it, so that the next backspace deletes a digit and not the separator again.
 ///
-/// An amount past the range of money keeps its digits: the save tells of it.
+/// An amount beyond the range of money keeps its digits: the save reports it.
 [[nodiscard]] EditedText formatCeiling(std::string_view text, std::size_t caret, bool afterBackspace);
 
 }  // namespace ledgertree::accounts

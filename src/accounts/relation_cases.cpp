@@ -8,34 +8,34 @@ namespace ledgertree::accounts {
 
 namespace {
 
-/// What holds of the account on the screen. The first row that holds is its case.
+/// Conditions on the account; the first match wins.
 enum When { SeveralEntities, NoGroup, NoClass, NoObject, PositionCounts, AllOthers };
 
-/// The tests for an account that stands in the same place: with the same group, and besides …
+/// Queries for an account in the same place: with the same group, and in addition …
 enum Test {
   NoTest,
   Bare,           // … no class and no object
-  OtherBare,      // the same, and it is another account
+  OtherBare,      // as above, but another account
   Entity,         // … the same class and object
-  OtherEntity,    // the same, and it is another account
-  OtherPosition,  // the same, another account, and the same position
+  OtherEntity,    // as above, but another account
+  OtherPosition,  // as above, another account, and the same position
 };
 
-/// Three endings of the notice that tells whose place it is.
+/// Three endings of the notice that names the account holding the place.
 enum Message { NoMessage, A, B, C };
 
 enum Write { Nothing, Add, Insert, Delete, DeleteAndInsert };
 
 struct Cell {
-  enum Kind { NextRow, JustWrite, JustReset, WriteUnlessHit } kind;
+  enum Step { NextRow, JustWrite, JustReset, WriteUnlessHit } step;
   Test test = NoTest;
   Message message = NoMessage;
   Write write = Nothing;
 
-  constexpr Cell(Kind only) : kind(only) {}                     // NOLINT(google-explicit-constructor)
-  constexpr Cell(Write only) : kind(JustWrite), write(only) {}  // NOLINT(google-explicit-constructor)
+  constexpr Cell(Step only) : step(only) {}                     // NOLINT(google-explicit-constructor)
+  constexpr Cell(Write only) : step(JustWrite), write(only) {}  // NOLINT(google-explicit-constructor)
   constexpr Cell(Test onHit, Message hit, Write noHit)
-      : kind(WriteUnlessHit), test(onHit), message(hit), write(noHit) {}
+      : step(WriteUnlessHit), test(onHit), message(hit), write(noHit) {}
 };
 
 struct Row {
@@ -54,7 +54,7 @@ constexpr auto ResetEntity = Reset::GroupAndEntity;
 
 // clang-format off
 constexpr Row kRows[] = {
-    // the case,       what a hit resets, a new account,          a guarded edit,          a plain edit
+    // condition,     a hit resets, a new account,              a guarded edit,           a plain edit
     {SeveralEntities, NoReset,     Nothing,                    Delete,                   Nothing},
     {NoGroup,         NoReset,     NextRow,                    Delete,                   NextRow},
     {NoClass,         ResetGroup,  {Bare, B, Add},             {OtherBare, B, Add},      {OtherBare, B, Add}},
@@ -113,18 +113,18 @@ const Cell& cellOf(const Row& row, SaveWay way) {
 Choice choose(SaveWay way, const data::Account& account, const data::SystemParameters& settings) {
   for (const Row& row : kRows) {
     const Cell& cell = cellOf(row, way);
-    if (cell.kind != Cell::NextRow && holds(row.when, account, settings)) return {row.reset, cell};
+    if (cell.step != Cell::NextRow && holds(row.when, account, settings)) return {row.reset, cell};
   }
-  return {NoReset, Nothing};  // the last row holds always
+  return {NoReset, Nothing};  // the last row always matches
 }
 
-/// One account and the place that its record gives it.
+/// An account and the place that its record gives it.
 class Relation {
  public:
   Relation(data::DtEn& gateway, const data::Account& account, data::Account& stored)
       : gateway_(gateway), account_(account), stored_(stored) {}
 
-  /// Who stands in the place, as the notice names them; empty for nobody.
+  /// The account that holds the place, as the notice names it; empty for none.
   [[nodiscard]] std::string holder(Test test) const {
     const data::OpenRows rows(gateway_.rssqlAccountCoddingInfo, statementOf(test));
     if (rows->Eof()) return {};
@@ -203,8 +203,8 @@ std::string_view lostWithClass(const data::Account& account, SaveWay way,
                                const data::SystemParameters& settings) {
   if (account.relation->classID <= 0) return {};
   const Cell cell = choose(way, account, settings).cell;
-  if (cell.kind == Cell::JustWrite && cell.write == Delete) return "نوع موجوديت و موجوديت";
-  if (cell.kind != Cell::JustReset) return {};
+  if (cell.step == Cell::JustWrite && cell.write == Delete) return "نوع موجوديت و موجوديت";
+  if (cell.step != Cell::JustReset) return {};
   if (way == SaveWay::NewAccount) return "گروه و نوع موجوديت";
   return account.groupID > 0 ? "گروه" : "";
 }
@@ -214,8 +214,8 @@ RelationOutcome writeRelation(data::DtEn& gateway, const data::Account& account,
   Relation relation(gateway, account, stored);
   const auto [reset, cell] = choose(way, account, settings);
   RelationOutcome outcome{.reset = reset, .message = {}};
-  if (cell.kind != Cell::JustReset) {
-    const std::string holder = cell.kind == Cell::WriteUnlessHit ? relation.holder(cell.test) : std::string();
+  if (cell.step != Cell::JustReset) {
+    const std::string holder = cell.step == Cell::WriteUnlessHit ? relation.holder(cell.test) : std::string();
     if (holder.empty()) {
       relation.give(cell.write);
       return {};

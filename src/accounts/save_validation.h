@@ -9,31 +9,31 @@
 
 namespace ledgertree::accounts {
 
-/// How a save goes on after its checks.
+/// How a save continues after its checks.
 enum class SaveWay {
-  Refused,        ///< told
-  RefusedParent,  ///< told; the save still comes to its end
+  Refused,        ///< reported
+  RefusedParent,  ///< reported; the save still runs to its end
   NewAccount,
   GuardedEdit,  ///< an edit whose parent was looked up
-  PlainEdit,    ///< an edit under the parent of the last new account, where nothing was looked up
+  PlainEdit,    ///< an edit under the parent of the last new account, without look-ups
 };
 
 /// The first required field that is blank, of code, title and date.
 [[nodiscard]] std::optional<FieldFault> missingField(const TypedAccount& typed);
 
-/// The checks of an edit, which look into the database. They write nothing, tell of what they refuse, and
-/// throw data::DataError. Duplicate codes and relations aren't found here: they come to light at the writes.
+/// The checks of an edit that read the database. They write nothing, report what they refuse, and throw
+/// data::DataError. Duplicate codes and relations aren't found here, but by the writes.
 ///
-/// The look-ups of a guarded edit, rssqlChkChillds and rssqlChkTrans, stay open as long as this object lives:
-/// the length of a save.
+/// The look-ups of a guarded edit, rssqlChkChillds and rssqlChkTrans, stay open during the lifetime of this
+/// object, which is that of the save.
 class SaveValidation {
  public:
   SaveValidation(shell::Shell& shell, data::DtEn& gateway) : shell_(shell), gateway_(gateway) {}
 
-  /// The code of an account stays as it is once there are documents under it.
+  /// The code of an account can't change once there are documents below it.
   [[nodiscard]] bool mayHaveThisCode(const data::Account& account);
-  /// The parent is neither the account, nor below it, nor one with documents. Under `lastNewParent`, that of
-  /// the last new account, only the first is asked.
+  /// The parent must be neither the account itself, nor below it, nor have documents. Under `lastNewParent`,
+  /// that of the last new account, only the first is checked.
   [[nodiscard]] SaveWay checkParent(const data::Account& account, std::int32_t lastNewParent);
 
  private:

@@ -15,7 +15,7 @@ using Amount = std::optional<data::Money>;
 
 constexpr const char* kWholeCode = "کد کامل حساب";
 
-/// What is wrong with a text that is to be stored; empty where nothing is.
+/// What is wrong with a text to be stored; empty if nothing is.
 std::string faultOf(const std::string& name, const std::string& text, int width) {
   if (!text::isCleanText(text)) {
     return "در " + name + " نويسه ناخوانا وجود دارد. آن را پاک کنيد و دوباره بنويسيد.";
@@ -26,13 +26,13 @@ std::string faultOf(const std::string& name, const std::string& text, int width)
          " نويسه است. آن را کوتاهتر کنيد.";
 }
 
-/// The digits of an amount that can just be stored, in the grouping of the field.
+/// The digits of the largest amount that can be stored, grouped as in the field.
 std::string greatestAmount() {
   constexpr std::int64_t kGreatest = std::numeric_limits<std::int64_t>::max() / data::Money::kScale;
   return data::groupDigits(std::to_string(kGreatest), "/");
 }
 
-/// Reads a ceiling, and gives what is wrong with it.
+/// Reads a ceiling, and returns what is wrong with it.
 std::string readCeiling(const ui::TextField& field, Amount& amount) {
   try {
     amount = ceilingAmount(field.text());
@@ -42,12 +42,12 @@ std::string readCeiling(const ui::TextField& field, Amount& amount) {
   }
 }
 
-/// A field of one line loses the blanks at its ends; one of several is as typed.
+/// A single-line field loses the blanks at its ends; a multi-line one is kept as typed.
 std::string typedText(const ui::TextField& field) {
   return field.multiline() ? field.text() : std::string(text::trimmed(field.text()));
 }
 
-/// Reads a typed field into the account, and gives what is wrong with it.
+/// Reads a typed field into the account, and returns what is wrong with it.
 std::string readField(const mainform::MainScreen& screen, const mainform::TypedField& typed,
                       data::AccountCall call, data::Account& account) {
   const ui::TextField& field = screen.*typed.control;
@@ -62,7 +62,7 @@ std::int32_t picked(const shell::Selector& selector, std::int32_t none) {
   return selector.IsEmpty() ? none : selector.SelectedID();
 }
 
-/// All but what is typed.
+/// Everything that isn't typed.
 data::Account readChoices(const mainform::MainScreen& screen) {
   data::Account account;
   account.parentID = screen.sltParent.AccountID();

@@ -10,28 +10,28 @@
 
 namespace ledgertree::accounts {
 
-/// A new account whose insert the database never answered. It may be there: saved again under another code it
-/// would be there twice. The look goes by what was sent, and only tells of an account that is there; one that
-/// isn't may still be on its way.
+/// A new account whose insert the database never answered. It may exist: saving it again under another code
+/// would duplicate it. The search goes by what was sent, and is conclusive only if it finds the account:
+/// otherwise the insert may still be pending.
 class UnansweredSave {
  public:
   struct Sent {
     std::uint32_t record = 0;  ///< the RecordTurn of the screen that it was typed on
-    std::string code;          ///< the whole one
+    std::string code;          ///< the whole code
     std::string title;
     std::int32_t parentID = -1;  ///< -1 for none
   };
 
-  /// Whether a failed write may have been carried out all the same.
+  /// Whether a failed write may nevertheless have been carried out.
   [[nodiscard]] static bool mayBeDone(const std::exception& failure);
 
   void remember(Sent sent) { sent_ = std::move(sent); }
   void forget() { sent_.reset(); }
-  /// Whether an account is the one in doubt, with its code or its title typed over at most. One that was
-  /// begun after the record was left is another, even of the same title: going on with the one in doubt would
-  /// write over it.
+  /// Whether an account is the one in doubt, with at most its code or its title retyped. One that was begun
+  /// after the user left the record is another, even with the same title: treating it as the one in doubt
+  /// would overwrite that.
   [[nodiscard]] bool isAbout(const Sent& now) const;
-  /// The ID of the account in doubt, if it is there now. Throws data::DataError.
+  /// The ID of the account in doubt if it exists by now. Throws data::DataError.
   [[nodiscard]] std::optional<std::int32_t> find(data::DtEn& gateway) const;
 
  private:

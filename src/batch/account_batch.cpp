@@ -38,7 +38,7 @@ void frmAccountBatch::loadControls() {
   progressBar.setAccessibleName("پيشرفت کار");
   progressBar.setVisible(false);
   cmdPreview.setVisible(shell_.isOffered(Offer::Preview));
-  sltParent.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  shell_.switchLayoutAt(sltParent);
   cmdDelete.onClick = [this] { run([this] { deleteBelow(nullptr); }); };
   cmdPreview.onClick = [this] { run([this] { lookAhead(); }); };
   cmdCancel.onClick = [this] { close(); };

@@ -16,7 +16,7 @@ constexpr const char* kRootKey = "MAIN_PARENT_KEY";
 constexpr const char* kRootText = "ريشه";
 constexpr const char* kPlaceholderText = "UNKNOWN_TEXT";
 constexpr const char* kMarkedTag = "ALL_Branches";
-/// Objects between two looks at the progress.
+/// Objects between two updates of the progress bar.
 constexpr std::size_t kBetweenLooks = 64;
 constexpr int kImage = 1;
 constexpr int kMarkedImage = 2;
@@ -24,7 +24,7 @@ constexpr int kMarkedImage = 2;
 constexpr int kYellowFolder = 2;
 constexpr int kBlueFolder = 3;
 
-/// The number of an object; nothing where the host's view gives none that fits.
+/// The number of an object; nothing if the host's view has none that fits.
 std::optional<std::int32_t> objectID(const data::Value& value) {
   try {
     return value.toInt32();
@@ -37,7 +37,7 @@ std::optional<std::int32_t> objectID(const data::Value& value) {
 
 std::string keyOf(std::int32_t objectID) { return std::string("N").append(std::to_string(objectID)); }
 
-/// The ID in the key of an object's node.
+/// The ID from the key of an object's node.
 std::string idOf(const std::string& key) { return key.substr(1); }
 
 }  // namespace
@@ -74,7 +74,7 @@ void ObjectTree::fillObjectTree(std::int32_t accountID, std::int32_t classID, st
     root_ = tree_.add(ui::kNoNode, kRootKey, kRootText, kImage);
     unread_.push_back(root_);
     try {
-      // Whose turn is next stands in the queue: a search for it from the first node would cost the square.
+      // A queue holds the order: searching for the next node from the first one would take quadratic time.
       shell_.dtEn()->cnMainData.port().readTogether([&] {
         while (!unread_.empty() && readChildren(unread_.front(), progress)) unread_.pop_front();
       });
@@ -112,9 +112,9 @@ bool ObjectTree::readChildren(ui::NodeId parent, shell::WorkProgress& progress) 
   if (handle.State() != 0) handle.Close();
   const data::OpenRows objects(handle, childrenStatement(parent));
   known_ = std::max(known_, static_cast<std::int64_t>(objects_.size()) + objects->RecordCount());
-  const Places places{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
+  const Columns columns{objects->Column("ID"), objects->Column("Name"), objects->Column("NumberOfChilds")};
   for (; !objects->Eof(); objects->MoveNext()) {
-    addObject(*gateway, places, parent);
+    addObject(*gateway, columns, parent);
     if (objects_.size() % kBetweenLooks != 0) continue;
     progress.expect(static_cast<std::int32_t>(known_));
     progress.advance(static_cast<std::int32_t>(objects_.size()));
@@ -129,21 +129,21 @@ std::string ObjectTree::childrenStatement(ui::NodeId parent) const {
   return statement.append(" Where ParentID = ").append(idOf(tree_.key(parent))).append(" ORDER BY Name");
 }
 
-/// An object that stands in the tree already is left out: the host's data says that it is below itself, or
-/// that it has two mothers, and reading it again might never end.
-void ObjectTree::addObject(data::DtEn& gateway, const Places& places, ui::NodeId parent) {
+/// Skips an object that is already in the tree: the host's data says that it is below itself or has two
+/// parents, and reading it again might never end.
+void ObjectTree::addObject(data::DtEn& gateway, const Columns& columns, ui::NodeId parent) {
   const data::RecordHandle& row = gateway.rssqlTarvoBasePath;
-  const auto id = objectID(row.Fields(places.id));
+  const auto id = objectID(row.Fields(columns.id));
   if (!id || !isNew(*id)) return;
   const bool stored = isStored(gateway, *id);
   const ui::NodeId node =
-      tree_.addNew(parent, keyOf(*id), row.Text(places.name), stored ? kMarkedImage : kImage);
+      tree_.addNew(parent, keyOf(*id), row.Text(columns.name), stored ? kMarkedImage : kImage);
   objects_.push_back(node);
   if (stored) {
     tree_.setTag(node, kMarkedTag);
     tree_.setChecked(node, true);
   }
-  const std::int64_t children = row.Fields(places.children).toInt64();
+  const std::int64_t children = row.Fields(columns.children).toInt64();
   known_ += children;
   if (children > 0) unread_.push_back(node);
 }
@@ -178,13 +178,13 @@ void ObjectTree::addPlaceholders() {
 }
 
 ui::NodeId ObjectTree::placeholderOf(ui::NodeId node) const {
-  // Behind the children that were read ahead of a person's giving up.
+  // After the children that were read before the user gave up.
   const auto& children = tree_.children(node);
   return children.empty() || !tree_.key(children.back()).empty() ? ui::kNoNode : children.back();
 }
 
-/// Stored nodes open what is above them. A node is closed again once its own children are read, and what is
-/// read after that may open it: so it stays open where something stored lies deeper than its children.
+/// Stored nodes open the nodes above them. A node is closed again once its own children are read, and
+/// anything read later may reopen it: so it stays open if something stored is deeper than its children.
 void ObjectTree::openAboveStored() {
   std::vector<bool> storedBelow;
   const auto below = [&](ui::NodeId node) { return node < storedBelow.size() && storedBelow[node]; };

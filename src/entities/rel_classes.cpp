@@ -27,15 +27,14 @@ std::string itemText(std::string_view level, std::string_view classText) {
   return std::string(level).append(kLevelMark).append(classText);
 }
 
-/// The level of a line; a number beyond 16 bits is an error.
+/// The level of a line; throws for a number beyond 16 bits.
 std::int16_t getItemLevel(const std::string& text) {
   return data::roundToInt16(data::leadingNumber(text.substr(0, text.find(kLevelMark))));
 }
 
 std::string setItemLevel(std::string text, int level) {
   const std::string old = itemText(std::to_string(getItemLevel(text)), "");
-  for (auto place = text.find(old); place != std::string::npos; place = text.find(old, place))
-    text.erase(place, old.size());
+  for (auto at = text.find(old); at != std::string::npos; at = text.find(old, at)) text.erase(at, old.size());
   return itemText(std::to_string(level), text);
 }
 
@@ -55,8 +54,8 @@ std::string rowOnLevel(const std::string& account, const std::string& classID, c
 
 }  // namespace
 
-/// The statements of a save, one after the other. One that fails is skipped, as the insert of a row that is
-/// there already. Where the database let one wait in vain none is run any more: each would wait as long.
+/// The statements of a save, one after the other. One that fails is skipped, such as the insert of a row that
+/// already exists. After a time-out none is run any more: each would wait as long.
 class frmAccountRelClasses::Statements {
  public:
   enum class Outcome { Done, Refused, Failed };
@@ -141,7 +140,7 @@ void frmAccountRelClasses::dressControls() {
 }
 
 void frmAccountRelClasses::listen() {
-  mptEntityType.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  shell_.switchLayoutAt(mptEntityType);
   cmdAdd.onClick = [this] { add(); };
   cmdDelete.onClick = [this] { remove(); };
   cmdMoveDown.onClick = [this] { changeLevel(1); };
@@ -195,7 +194,7 @@ void frmAccountRelClasses::readClasses(
       visit(classes->Fields("Sequence").toText(), classes->Fields("Name").toText(),
             classes->Fields("ID").toInt32());
   }
-  // A class that is gone has its line too: what no line shows leaves the account with the next save.
+  // A class that no longer exists has a line too: the next save deletes what has no line.
   const data::OpenRows gone(
       gateway->rssqlAccCostCenter,
       "Select ClassID,Sequence from tblAccountRelatedClasses Where AccountID=" + std::to_string(accountID) +
@@ -220,7 +219,7 @@ void frmAccountRelClasses::tellWhatCameBetween(std::int32_t accountID) {
   shell::RowsAsRead::Rows written;
   for (std::size_t line = 0; line < rows_.size(); ++line)
     written[keyOf(shown(line))] = lstClasses.items()[line].text;
-  // Where the reading fails nothing is known of what is stored.
+  // If reading fails, nothing is known of what is stored.
   read_.forget();
   const shell::RowsAsRead::Rows now = storedClasses(accountID);
   read_.keep(written);
@@ -240,7 +239,7 @@ void frmAccountRelClasses::add() {
   lstClasses.addItem(text, mptEntityType.SelectedID());
 }
 
-/// A class that left the list and comes again goes on in its row, that of the same level first.
+/// A class that was removed from the list and added again reuses its row, preferably that of the same level.
 std::optional<std::string> frmAccountRelClasses::takeRowThatLeft(std::int32_t classID,
                                                                  const std::string& level) {
   const auto find = [&](bool anyLevel) {
@@ -323,9 +322,9 @@ frmAccountRelClasses::Row frmAccountRelClasses::shown(std::size_t line) const {
   return {.classID = item.data, .level = std::to_string(getItemLevel(item.text))};
 }
 
-/// Updates or inserts each line, then deletes the classes that left the list. An update finds a row by its
-/// class, and would bring those of a class on several levels to one: where there is such a class, the rows
-/// are moved one by one ahead of it.
+/// Updates or inserts each line, then deletes the classes that were removed from the list. An update finds a
+/// row by its class, and would merge the rows of a class on several levels: if there is such a class, the
+/// rows are first moved one by one.
 bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   const shell::Hourglass hourglass(desktop());
   const auto gateway = shell_.dtEn();
@@ -345,7 +344,7 @@ bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
     if (!repeats && statements.done(updateOfLevel(account, classID, row.level)) && rows_[line])
       rows_[line] = row.level;
     if (statements.run(insertOfClass(account, classID, row.level)) != Statements::Outcome::Failed)
-      standsFor(line, row);
+      assignRow(line, row);
   }
   if (classes == "(") {
     classes = "(-1)";
@@ -357,9 +356,8 @@ bool frmAccountRelClasses::writeClasses(std::int32_t accountID) {
   return !statements.anyFailed();
 }
 
-/// The row that the line shows is there. One that it stood for before, and that couldn't be moved, goes with
-/// the next save.
-void frmAccountRelClasses::standsFor(std::size_t line, const Row& row) {
+/// The row of the line exists. A previous row of the line that couldn't be moved is removed by the next save.
+void frmAccountRelClasses::assignRow(std::size_t line, const Row& row) {
   if (rows_[line] == row.level) return;
   if (rows_[line]) left_.push_back({.classID = row.classID, .level = *rows_[line]});
   rows_[line].reset();
@@ -372,7 +370,7 @@ bool frmAccountRelClasses::isTaken(const Row& row) const {
   return false;
 }
 
-/// Of lines that show the same the first one keeps its row.
+/// Of several equal lines the first one keeps its row.
 void frmAccountRelClasses::deleteRowsThatLeft(Statements& statements, const std::string& account) {
   std::set<std::pair<std::int32_t, std::string>> seen;
   for (std::size_t line = 0; line < rows_.size(); ++line) {
@@ -403,7 +401,7 @@ void frmAccountRelClasses::moveRows(Statements& statements, const std::string& a
       return true;
     });
   }
-  // What waits now are lines of one class that changed places. The rows that they need are there.
+  // Lines of one class that swapped levels remain. The rows that they need exist.
   for (const std::size_t line : waiting) rows_[line] = shown(line).level;
 }
 

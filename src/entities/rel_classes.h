@@ -18,21 +18,21 @@
 
 namespace ledgertree::entities {
 
-/// The entity classes of one account on the levels 1 to 3, for installations where an account has several.
+/// The entity classes of one account on levels 1 to 3, for installations in which an account has several.
 ///
 /// The list is a working copy of the account's rows in tblAccountRelatedClasses: a line is "<level>#<class>",
-/// its number the ID of the class. Only cmdOk writes; a list that is left is dropped without a question.
-/// Several classes may stand on a level and a class on several levels, but no level above an empty one.
+/// its number the ID of the class. Only cmdOk writes; leaving discards the list without asking. A level may
+/// have several classes and a class several levels, but no level may be above an empty one.
 ///
-/// A line that was read stands for its row, and its save moves that row: IncludeAllObjects goes along.
+/// A line that was read belongs to a row, and the save moves that row, with its IncludeAllObjects.
 class frmAccountRelClasses : public ui::Form {
  public:
-  /// Runs on the thread of the screens; `shell` outlives the form.
+  /// Runs on the user-interface thread; `shell` outlives the form.
   explicit frmAccountRelClasses(shell::Shell& shell);
 
   /// Reads the classes of an account. Throws data::DataError.
   void open(std::int32_t accountID);
-  /// Whether cmdOk has run to its end.
+  /// Whether cmdOk has completed.
   [[nodiscard]] bool saved() const { return saved_; }
 
   ui::Label Label1;
@@ -59,10 +59,10 @@ class frmAccountRelClasses : public ui::Form {
   void fillRelClasses(std::int32_t accountID);
   void add();
   void remove();
-  /// Moves the selected line by `step` levels, within 1 and 3.
+  /// Moves the selected line by `step` levels, between 1 and 3.
   void changeLevel(int step);
   void save();
-  /// Whether a class stands on several levels, in the list or in the rows behind it.
+  /// Whether a class is on several levels, in the list or in its rows.
   [[nodiscard]] bool repeatsClass() const;
   [[nodiscard]] bool leavesLevelEmpty() const;
 
@@ -77,7 +77,7 @@ class frmAccountRelClasses : public ui::Form {
   }
   [[nodiscard]] Row shown(std::size_t line) const;
   [[nodiscard]] std::optional<std::string> takeRowThatLeft(std::int32_t classID, const std::string& level);
-  /// False where the database failed one of the statements.
+  /// False if the database failed one of the statements.
   [[nodiscard]] bool writeClasses(std::int32_t accountID);
   /// Visits the stored classes: level, name, ID.
   void readClasses(std::int32_t accountID,
@@ -86,22 +86,22 @@ class frmAccountRelClasses : public ui::Form {
   void tellWhatCameBetween(std::int32_t accountID);
   void deleteRowsThatLeft(Statements& statements, const std::string& account);
   void moveRows(Statements& statements, const std::string& account);
-  void standsFor(std::size_t line, const Row& row);
-  /// Whether a line stands for that row.
+  void assignRow(std::size_t line, const Row& row);
+  /// Whether a line belongs to that row.
   [[nodiscard]] bool isTaken(const Row& row) const;
 
   shell::Shell& shell_;
   shell::RowsAsRead read_;
-  /// The level of the row that each line of the list stands for; nothing for a line that has none yet.
+  /// The level of each line's row; nothing for a line that has none yet.
   std::vector<std::optional<std::string>> rows_;
-  /// The rows whose lines left the list.
+  /// The rows whose lines were removed from the list.
   std::vector<Row> left_;
   bool saved_ = false;
   bool working_ = false;
 };
 
-/// Shows the classes of an account until the person leaves; true where they were saved. An account that
-/// doesn't exist shows an empty list. Throws data::DataError where the classes can't be read.
+/// Shows the classes of an account until the user leaves; true if they were saved. An account that doesn't
+/// exist shows an empty list. Throws data::DataError if the classes can't be read.
 bool showRelClasses(shell::Shell& shell, std::int32_t inAccountID);
 
 }  // namespace ledgertree::entities

@@ -11,10 +11,10 @@ namespace {
 using ui::Bounds;
 
 constexpr ui::Size kDesignSize{9000, 7800};
-/// A window below this, as one that is being minimised, leaves the controls where they are.
+/// A smaller window, such as one being minimised, doesn't move the controls.
 constexpr ui::Twips kLeastSize = 300;
 
-// Where the controls stand at design size; those in a frame count from its corner.
+// The controls' bounds at design size, in a frame relative to its corner.
 constexpr Bounds kFrame1{90, 90, 8820, 7140};
 constexpr Bounds kAccountLabel{7140, 195, 1500, 240};
 constexpr Bounds kAccount{180, 150, 6870, 315};
@@ -30,7 +30,7 @@ constexpr Bounds kOk{1470, 7305, 1290, 405};
 constexpr Bounds kCancel{90, 7305, 1290, 405};
 constexpr Bounds kProgress{2970, 7335, 5940, 330};
 
-/// What of the bounds follows the form, a twip a twip.
+/// Which of the bounds change with the form, twip for twip.
 constexpr Bounds kGrows{0, 0, 1, 1};
 constexpr Bounds kWidens{0, 0, 1, 0};
 constexpr Bounds kStaysRight{1, 0, 0, 0};
@@ -44,7 +44,7 @@ struct Anchor {
   Bounds follows;
 };
 
-/// The message of a class whose tree isn't complete says what to do: reading it again.
+/// The message for a class whose tree is incomplete says what to do: read it again.
 constexpr const char* kNotRead =
     "موجوديتهاي اين نوع به طور کامل خوانده نشده اند. نوع موجوديت را دوباره انتخاب کنيد.";
 constexpr const char* kNoPlainView =
@@ -181,7 +181,7 @@ void frmAccountRelObjects::chooseClass() {
   if (working_) return;
   const shell::UnderWay underWay(working_);
   if (cmbClass.selected() == ui::DropDownList::kNone) return showNoClass();
-  // The tree of the former class must not be saved for this one, whatever fails from here on.
+  // Whatever fails from here on, the previous class's tree must not be saved for this one.
   objects_.clear();
   curClassID_ = cmbClass.items()[static_cast<std::size_t>(cmbClass.selected())].data;
   try {
@@ -223,11 +223,11 @@ bool frmAccountRelObjects::includesAllObjects(data::DtEn& gateway) const {
                             "tblAccountRelatedClasses Where AccountID=" +
                                 std::to_string(sltAccount.SelectedID()) +
                                 " and ClassID = " + std::to_string(curClassID_));
-  // A class that left the account meanwhile counts as one that was never saved here.
+  // A class that was removed from the account meanwhile counts as never saved here.
   return rows->Eof() || rows->Fields("IncludeAllObjects").toInt64() != 0;
 }
 
-/// The view of the class; empty where the class is gone.
+/// The view of the class; empty if the class no longer exists.
 std::string frmAccountRelObjects::viewMajor(data::DtEn& gateway) const {
   const data::OpenRows rows(
       gateway.rssqlTarvoBasePath,
@@ -273,7 +273,7 @@ void frmAccountRelObjects::save() {
   const auto gateway = shell_.dtEn();
   if (!read_.mayWrite(storedObjects(includesAllObjects(*gateway)))) return;
   const auto operation = shell_.operation(*gateway, data::OperationKind::ObjectsOfAccount);
-  // Until all of it is written nothing is known of what is stored.
+  // Until all of it is written, nothing is known of what is stored.
   read_.forget();
   writeIncludeAllObjects();
   const std::size_t written = saveRelObjects(accountID, curClassID_);

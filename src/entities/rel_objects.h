@@ -15,20 +15,20 @@
 
 namespace ledgertree::entities {
 
-/// Which objects of its entity classes count for an account: all of a class, or those chosen in its tree.
+/// Which objects of its entity classes an account includes: all of a class, or those chosen in its tree.
 ///
-/// One class at a time; only cmdOk writes, for the class that is chosen (IncludeAllObjects in
-/// tblAccountRelatedClasses, the objects in tblAccountRelatedClassesDetail). Another choice of class drops
-/// what wasn't written, without a question. A class that is being read can be given up by Escape: what was
-/// read stands there, and isn't saved. A save can't, since it begins with the deletion of all rows.
+/// One class at a time; only cmdOk writes, for the chosen class (IncludeAllObjects in
+/// tblAccountRelatedClasses, the objects in tblAccountRelatedClassesDetail). Choosing another class discards
+/// without asking what wasn't written. Escape cancels the reading of a class: what was read is shown, but
+/// can't be saved. A save can't be cancelled, since it begins by deleting all rows.
 class frmAccountRelObjects : public ui::Form {
  public:
-  /// Runs on the thread of the screens; `shell` outlives the form.
+  /// Runs on the user-interface thread; `shell` outlives the form.
   explicit frmAccountRelObjects(shell::Shell& shell);
 
-  /// Offers the stored classes of an account, none of them chosen. Throws data::DataError.
+  /// Offers the stored classes of an account, with none chosen. Throws data::DataError.
   void open(std::int32_t accountID);
-  /// Whether cmdOk has run to its end.
+  /// Whether cmdOk has completed.
   [[nodiscard]] bool saved() const { return saved_; }
 
   ui::Frame Frame1;
@@ -58,7 +58,7 @@ class frmAccountRelObjects : public ui::Form {
   void showNoClass();
   void chooseClass();
   void openNode(ui::NodeId node);
-  /// Reads how the chosen class counts and which objects it has.
+  /// Reads whether the chosen class includes all objects, and which objects it has.
   void readClass();
   [[nodiscard]] bool includesAllObjects(data::DtEn& gateway) const;
   [[nodiscard]] std::string viewMajor(data::DtEn& gateway) const;
@@ -67,25 +67,25 @@ class frmAccountRelObjects : public ui::Form {
   void unmarkBranches();
 
   void save();
-  /// The stored objects of the chosen class, and whether all of them count.
+  /// The stored objects of the chosen class, and whether it includes all of them.
   [[nodiscard]] shell::RowsAsRead::Rows storedObjects(bool all);
   void tellWhatCameBetween();
   void writeIncludeAllObjects();
-  /// Rewrites the rows of the chosen objects; gives how many there are now.
+  /// Rewrites the rows of the chosen objects; returns how many there are now.
   std::size_t saveRelObjects(std::int32_t accountID, std::int32_t classID);
 
   shell::Shell& shell_;
   ObjectTree objects_;
   shell::RowsAsRead read_;
-  /// The class chosen last, and the view of its objects.
+  /// The last chosen class, and the view of its objects.
   std::int32_t curClassID_ = -1;
   std::string curViewMajor_;
   bool saved_ = false;
   bool working_ = false;
 };
 
-/// Shows the objects of an account's classes until the person leaves; true where something was saved. An
-/// account that doesn't exist has no class to choose. Throws data::DataError where the classes can't be read.
+/// Shows the objects of an account's classes until the user leaves; true if something was saved. An account
+/// that doesn't exist has no class to choose. Throws data::DataError if the classes can't be read.
 bool showRelObjects(shell::Shell& shell, std::int32_t inAccountID);
 
 }  // namespace ledgertree::entities

@@ -29,13 +29,13 @@ RefusalListener& refusalListener() {
 }
 
 shell::ComponentPlugins& required() {
-  if (!registrar()) throw std::logic_error("install a desktop before the components are arranged");
+  if (!registrar()) throw std::logic_error("install a desktop before registering components");
   return *registrar();
 }
 
 std::filesystem::path absoluteFolder(const std::string& folder) {
   std::filesystem::path path(std::u8string(folder.begin(), folder.end()));
-  if (!path.is_absolute()) throw std::invalid_argument("a folder of components is named by its whole path");
+  if (!path.is_absolute()) throw std::invalid_argument("the folder of components must be an absolute path");
   return path;
 }
 
@@ -44,7 +44,7 @@ void tellRefusal(shell::Shell& shell, const shell::RefusedPlugin& refused) {
   const std::string file(name.begin(), name.end());
   shell.showErrorNotice(shell::kTitleProblem, "افزونه «" + file + "» بارگذاري نشد، زيرا " + refused.reason +
                                                   ". مدير سيستم را آگاه نماييد.");
-  // A copy: the host may set another listener while it hears of this one.
+  // A copy: the host may set another listener while this one runs.
   if (const RefusalListener listener = refusalListener()) listener(file, refused.reason);
 }
 

@@ -4,7 +4,7 @@
 
 namespace ledgertree {
 
-/// Lets a missing component of the shell be registered from the plug-ins of this platform.
+/// Lets a missing component of the shell be registered from a plug-in on this platform.
 void installComponentRegistrar(shell::Shell& shell);
 
 }  // namespace ledgertree

@@ -11,7 +11,7 @@ namespace ledgertree {
 
 void createDemoChart(const std::string& file) {
   if (std::filesystem::exists(file)) throw std::runtime_error(file + " exists already");
-  // Under another name until it is whole: a chart that was begun is never taken for one.
+  // Under another name until it is complete: a half-made chart is never taken for one.
   const std::string unfinished = file + ".part";
   std::filesystem::remove(unfinished);
   try {
@@ -21,7 +21,7 @@ void createDemoChart(const std::string& file) {
   } catch (const std::exception& failure) {
     std::error_code ignored;
     std::filesystem::remove(unfinished, ignored);
-    throw std::runtime_error("the demo chart can't be made in " + file + ": " + failure.what());
+    throw std::runtime_error("can't create the demo chart in " + file + ": " + failure.what());
   }
   std::filesystem::rename(unfinished, file);
 }

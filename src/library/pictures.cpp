@@ -17,7 +17,7 @@ mainform::FormMain& openForm() {
   return *form;
 }
 
-/// Opens the first branch of the tree down to an account without children, and gives that account.
+/// Opens the first branch of the tree down to an account without children, and returns that account.
 ui::NodeId openFirstBranch(ui::Tree& tree) {
   ui::NodeId node = tree.roots().front();
   while (!tree.children(node).empty()) {

@@ -24,8 +24,8 @@ std::vector<data::Command> accountQuestions(std::int32_t id) {
           {.statement = "Select * from tblAccountRelatedObjects where AccountID =" + number}};
 }
 
-/// All of it is read ahead of the first field that changes, so that a read that fails leaves no mixture of
-/// two accounts on the screen.
+/// Everything is read before the first field changes, so that a failure never leaves a mixture of two
+/// accounts on the screen.
 std::optional<data::Account> readAccount(data::DtEn& gateway, std::int32_t id) {
   const std::vector<data::Command> questions = accountQuestions(id);
   const data::Ahead ahead(gateway.cnMainData, questions);
@@ -50,7 +50,7 @@ SplitCode splitCode(std::string_view code, std::string_view parentCode) {
     const std::string number = data::Value(data::leadingNumber(parentCode)).toText();
     if (code.starts_with(number)) return behind(number);
   } catch (const std::range_error&) {
-    // A parent's code such as "1E999" is no number that another code could begin with.
+    // A parent's code such as "1E999" isn't a number that another code could begin with.
   }
   return behind({});
 }
@@ -80,7 +80,8 @@ AccountRecord::AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule 
       const bool there = loadAccount(screen_.sltAccount.AccountID());
       if (!there && !screen_.sltAccount.IsEmpty()) throw std::runtime_error(data::kAccountIsGone);
     } catch (...) {
-      // The account that was there stays, with its title: a command would work on it below the other's.
+      // The previous account stays, with its title: otherwise a command would change it under the other's
+      // title.
       screen_.sltAccount.setAccountID(screen_.AccountOnRecord);
       throw;
     }
@@ -111,7 +112,7 @@ void AccountRecord::goIdle() {
 }
 
 void AccountRecord::tellShown() {
-  // At once: until the next tick the commands would work on an account that has left the screen.
+  // Immediately: until the next tick the commands would work on an account that has left the screen.
   followRecord(screen_);
   if (onShown) onShown(screen_.AccountOnRecord);
 }
@@ -160,7 +161,7 @@ void AccountRecord::clearAccountFields() {
     selector->Clear();
   screen_.datCreate.setToday(shell_.clock);
   screen_.sltParent.setAccountID(-1);
-  // The picker is where a person reads the title: a blank record has none.
+  // The title is shown by the picker, which a blank record clears.
   screen_.sltAccount.setAccountID(-1);
 }
 
@@ -187,8 +188,8 @@ bool AccountRecord::loadAccount(std::int32_t id) {
   return true;
 }
 
-/// In the order in which the rule of the class and `fill` ask. The entity isn't among them: which view it
-/// stands in is known when the class was read.
+/// In the order in which the rule of the class and `fill` ask. The entity isn't included: its view is known
+/// only once the class is read.
 void AccountRecord::addLookUps(const data::Account& account, std::vector<data::Command>& questions) {
   const std::int32_t classID = account.relation ? account.relation->classID : -1;
   if (classID > 0) questions.push_back({.statement = classStatement(classID)});
@@ -205,7 +206,7 @@ void AccountRecord::addLookUps(const data::Account& account, std::vector<data::C
 std::vector<data::Command> AccountRecord::questionsOf(const data::Account& account) {
   std::vector<data::Command> questions = accountQuestions(account.id);
   addLookUps(account, questions);
-  // The class on the screen is most probably that of the account.
+  // Most likely the class is the one on the screen.
   if (account.relation) screen_.sltEntity.addQuestion(account.relation->objectID, questions);
   return questions;
 }
@@ -222,13 +223,13 @@ void AccountRecord::fill(const data::Account& account, const std::function<void(
   screen_.sltGroup.setSelectedID(account.groupID);
   screen_.sltBranch.setSelectedID(account.branchID);
   screen_.sltPosition.setSelectedID(account.positionID);
-  // No day of creation: an edit never writes it, so that today's stands in the field for the save's test.
+  // No creation date: an edit never writes it, so today's is shown for the save's check.
   if (account.createDate) {
     screen_.datCreate.setEnglishdate(*account.createDate);
   } else {
     screen_.datCreate.setToday(shell_.clock);
   }
-  // The picker knows the parent's code by now.
+  // The picker has the parent's code by now.
   const SplitCode code = splitCode(account.code, screen_.sltParent.AccountCode());
   screen_.txtMotherCode.setText(code.mother);
   screen_.txtCode.setText(code.own);
@@ -239,7 +240,7 @@ void AccountRecord::fill(const data::Account& account, const std::function<void(
   if (!account.relation) return;
   screen_.sltEntityType.setSelectedID(account.relation->classID);
   showClass();
-  // An object without a class is in no list, least of all in that of the account before.
+  // An object without a class isn't in any list, least of all in the previous account's.
   if (screen_.sltEntityType.IsEmpty()) screen_.sltEntity.setMajorView({});
   if (!screen_.ClassIsGone) screen_.sltEntity.setSelectedID(account.relation->objectID);
 }
@@ -249,7 +250,7 @@ void AccountRecord::applyFormMode() {
   if (screen_.formMode == FormMode::ModeNew) blankForNewAccount();
 }
 
-/// Nothing of the last account carries over: its ceilings and its parent's code would go into the new one.
+/// Nothing of the last account is kept: its ceilings and its parent's code would get into the new one.
 void AccountRecord::blankForNewAccount() {
   for (shell::Selector* selector : {&screen_.sltGroup, &screen_.sltEntityType, &screen_.sltEntity,
                                     &screen_.sltBranch, &screen_.sltPosition})

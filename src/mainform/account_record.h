@@ -13,66 +13,66 @@
 
 namespace ledgertree::mainform {
 
-/// A whole code as the record shows it: the part of the parent, and the account's own.
+/// A whole code as the record shows it: the parent's part, and the account's own.
 struct SplitCode {
   std::string mother;
   std::string own;
   bool operator==(const SplitCode&) const = default;
 };
 
-/// Splits a code behind the code of its parent, or behind the number that the parent's code begins with, so
-/// that leading zeros which the child doesn't repeat don't keep them together. A code that begins with
-/// neither is the account's own as a whole. The two parts joined are always the code again.
+/// Splits a code after the code of its parent, or after the number that the parent's code begins with, so
+/// that leading zeros which the child doesn't repeat don't prevent the split. A code that begins with neither
+/// is entirely the account's own. Joining the two parts always gives the code.
 [[nodiscard]] SplitCode splitCode(std::string_view code, std::string_view parentCode);
 
-/// What asks for the row of an entity class.
+/// The query for the row of an entity class.
 [[nodiscard]] std::string classStatement(std::int32_t classID);
 
-/// What asks where a parent stands.
+/// The query for the place of a parent.
 [[nodiscard]] std::string placeStatement(std::int32_t parentID);
-/// Keeps on the screen where the parent in sltParent stands; nothing where there is none.
+/// Stores on the screen the place of the parent in sltParent; nothing if there is none.
 void readPlaceOfParent(MainScreen& screen, data::DtEn& gateway);
 
-/// The account on the screen, and the four modes in which the screen works: vwAccount and
-/// tblAccountRelatedObjects through the handle rssqlvwAccount, which is closed on every path. It writes
-/// nothing.
+/// The account on the screen, and the screen's four modes. Reads vwAccount and tblAccountRelatedObjects
+/// through the handle rssqlvwAccount, which is closed on every path. It writes nothing.
 ///
-/// Where the database fails in the middle, the error goes to the caller; the screen is then in ModeView with
-/// blank fields, as for an account that is gone.
+/// If the database fails halfway, the caller gets the exception; the screen is then in ModeView with blank
+/// fields, as for an account that doesn't exist.
 class AccountRecord {
  public:
-  /// Reads what a class offers, and gives what makes the entity selector offer it.
+  /// Reads what a class offers, and returns what makes the entity selector offer it.
   using ClassRule = std::function<std::function<void()>(std::int32_t classID)>;
   AccountRecord(MainScreen& screen, shell::Shell& shell, ClassRule classRule);
 
-  /// Told after another account was put on the record to be looked at, or none (-1), whoever did it.
+  /// Called with the account, or -1 for none, after another one was shown, whoever did so.
   std::function<void(std::int32_t accountID)> onShown;
 
-  /// Whether the record belongs to another database than the one that is open now, which is told: what would
-  /// be changed there is another account.
+  /// Whether the record is from another database than the one that is open now, which is reported: changes
+  /// would go to a different account.
   [[nodiscard]] bool refusedElsewhere();
 
-  /// Shows an account, read-only; nothing is on the screen for an ID below 1, and blank fields for one that
-  /// has no row.
+  /// Shows an account, read-only; clears the screen for an ID below 1, and shows blank fields for one without
+  /// a row.
   void showAccount(std::int32_t id);
-  /// Nothing is on the screen.
+  /// Clears the screen.
   void goIdle();
-  /// Starts a new account: debit, temporary, open, of today, without a parent.
+  /// Starts a new account: debit, temporary, open, created today, without a parent.
   void startNewAccount();
-  /// Starts the change of an account, read anew from the database.
+  /// Starts to edit an account, read again from the database.
   void startEditAccount(std::int32_t id);
 
-  /// Empties what the record shows but for the ID, the parent's code, the ceilings and the radio groups: the
-  /// ID is what a cancelled new account returns to.
+  /// Clears the record but for the ID, the parent's code, the ceilings and the radio groups: cancelling a new
+  /// account returns to that ID.
   void clearAccountFields();
-  /// Fills the fields from the database; an ID without a row leaves them as they are, and gives false. It
-  /// doesn't change the mode.
+  /// Fills the fields from the database; for an ID without a row leaves them as they are and returns false.
+  /// Doesn't change the mode.
   [[nodiscard]] bool loadAccount(std::int32_t id);
-  /// What showing an account will ask, for who asks ahead (see data::Ahead) and knows what is stored of it.
+  /// The queries that showing an account will make, to be sent ahead (see data::Ahead) by a caller that knows
+  /// what is stored of it.
   [[nodiscard]] std::vector<data::Command> questionsOf(const data::Account& account);
-  /// The account as it is stored now; nothing where it has no row. It shows nothing of it.
+  /// The account as it is stored now; nothing if it has no row. Doesn't show it.
   [[nodiscard]] std::optional<data::Account> readAgain(std::int32_t id);
-  /// Puts an account on the record, in the mode that it has, as if it had been typed over what is `stored`.
+  /// Shows an account, in the current mode, as if it had been typed over what is `stored`.
   void goOnWith(const data::Account& typed, const data::Account& stored);
   /// Enables and shows what the mode allows.
   void applyFormMode();
@@ -83,7 +83,7 @@ class AccountRecord {
   void blankForNewAccount();
   void beginRecord(std::int32_t accountID);
   void tellShown();
-  /// Loads the account of a mode that was just entered.
+  /// Loads the account of a mode just entered.
   void loadInto(std::int32_t id);
 
   MainScreen& screen_;

@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kPlaceholder = "!$@Dummy@$!";
 constexpr std::string_view kPeriodRoot = "سرفصل حسابها";
 constexpr std::string_view kIntegratedRoot = "درخت حسابها در همه دوره ها بصورت يکپارچه";
-/// Longer than a key that is held down takes to come again.
+/// Longer than the repeat interval of a key that is held down.
 constexpr std::chrono::milliseconds kRest{150};
 
 }  // namespace
@@ -67,7 +67,7 @@ void AccountTree::fillNodeChildren(std::string_view key) {
   try {
     readChildren(*gateway, *parsed, node);
   } catch (...) {
-    // It is gone where the tree was being read anew.
+    // It is gone if the tree was being reread.
     if (tree.find(makeNodeKey(parsed->period, parsed->account)) == node) takeBack(node, *parsed, before);
     throw;
   }
@@ -107,15 +107,15 @@ bool AccountTree::dropMoved(const std::vector<std::string>& keys, ui::NodeId nod
   return true;
 }
 
-/// A node that has children which aren't read yet gets an opening box by it. A period's has the number of the
-/// period on the other side.
+/// A placeholder gives a node with unread children an expander. That of a period has the period's number on
+/// the other side of the colon.
 void AccountTree::addPlaceholder(ui::NodeId node, const NodeKey& key) {
   std::string own =
       key.account < 1 ? makeNodeKey(key.account, key.period) : makeNodeKey(key.period, key.account);
   screen_.treeAccount.addNew(node, own.append(kPlaceholder), std::string(kPlaceholder));
 }
 
-/// A level that couldn't be read whole isn't shown in part: it can be opened again.
+/// A level that couldn't be read completely isn't shown in part: it can be opened again.
 void AccountTree::takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore) {
   ui::Tree& tree = screen_.treeAccount;
   while (tree.children(node).size() > childrenBefore) tree.remove(tree.children(node).back());
@@ -152,7 +152,7 @@ void AccountTree::expanded(ui::NodeId node) {
   tree.remove(children.front());
   const std::string key = tree.key(node);
   fillNodeChildren(key);
-  if (tree.find(key) != node) return;  // the tree was read anew
+  if (tree.find(key) != node) return;  // the tree was reread
   tree.setExpanded(node, true);
   tree.ensureVisible(node);
 }

@@ -14,61 +14,61 @@
 namespace ledgertree::mainform {
 
 /// The chart as a tree that is read one level at a time: tblAccount and tblAccountPeriod through the handles
-/// rssqlAccCostCenter, rssqlAccountChilds and rssqlAccLevelCodeLength. Nothing is kept outside the tree
-/// control: a level is read when its parent is first opened, and a refresh throws everything away, or, where
-/// the host offers Offer::KeptPlace, reads again what is open. It writes nothing.
+/// rssqlAccCostCenter, rssqlAccountChilds and rssqlAccLevelCodeLength. Nothing is stored outside the tree
+/// control: a level is read when its parent is first opened, and a refresh discards everything or, if the
+/// host offers Offer::KeptPlace, rereads what is open. It writes nothing.
 ///
-/// A level of any size takes two statements, and where codes are shortened a third one: its rows, which of
-/// them have children, and the code of their parent.
+/// A level of any size takes two statements, and if codes are shortened a third: its rows, which of them have
+/// children, and the code of their parent.
 ///
-/// Choosing a node by the keys is a click on it after a short rest, so that a key can be held down; whoever
-/// must not come ahead of that click calls `settle`.
+/// A node selected by keyboard is clicked after a short delay, so that a key can be held down. Call `settle`
+/// before anything that depends on that click.
 ///
-/// An account that is read and stands in the tree already, below another parent, was moved by somebody: the
-/// old node goes. Where the node that is being opened is itself below it, the whole tree is read anew.
+/// If an account that is read is already in the tree under another parent, another user has moved it: the old
+/// node is removed. If the node being opened is itself below it, the whole tree is reread.
 ///
-/// A query that fails in the middle of a fill goes to the caller as data::DataError; the children read so far
-/// are taken away again and the placeholder is put back, so that the node can be opened once more, the
-/// handles are closed, and the pointer is back to its default.
+/// If a query fails halfway, the caller gets data::DataError; the children read so far are removed and the
+/// placeholder is restored, so that the node can be opened again, the handles are closed, and the cursor is
+/// reset.
 class AccountTree {
  public:
   AccountTree(MainScreen& screen, shell::Shell& shell);
 
-  /// Whether the node of a key has children in its period. False for a key without a colon.
+  /// Whether the node with a key has children in its period. False for a key without a colon.
   [[nodiscard]] bool nodeHasChildren(std::string_view key);
-  /// A code without as many leading characters as the code of the account's parent has; the characters aren't
-  /// compared.
+  /// A code without as many leading characters as the code of the account's parent has; the characters
+  /// themselves aren't compared.
   [[nodiscard]] std::string stripParentCode(std::int32_t accountID, std::string_view code);
-  /// Reads the children of a node. Nothing for a key without a colon.
+  /// Reads the children of a node. Does nothing for a key without a colon.
   void fillNodeChildren(std::string_view key);
-  /// Rebuilds the tree: its root and its first level. Where the host offers Offer::KeptPlace, what is open
-  /// stays open as by readAgain, and the account on the record is highlighted and in sight, with all above it
-  /// open; by periods, in one that is open and has it, or not at all.
+  /// Rebuilds the tree: its root and its first level. If the host offers Offer::KeptPlace, open nodes stay
+  /// open as with readAgain, and the account on the record is highlighted and scrolled into view, with all
+  /// nodes above it open; by periods, in one that is open and has it, or not at all.
   void refreshTree();
-  /// What that will ask with this account on the record, as far as it is known beforehand, for who asks ahead
-  /// (see data::Ahead).
+  /// The queries that this will make with the current account, as far as they are known beforehand, to be
+  /// sent ahead (see data::Ahead).
   [[nodiscard]] std::vector<data::Command> questionsOfRefresh(std::int32_t shown) const;
-  /// Reads what is open again, offered or not, and leaves everything where it stands: what is open, the
-  /// highlight with the click that may wait for its rest, and the rows in sight. What moved stands where it
-  /// is now, open as it was; what is gone is gone, the highlight with it; what was closed is read when it is
-  /// next opened. Nothing is clicked, and the record stays as it is.
+  /// Rereads what is open, whether or not the host offers it, and keeps everything in place: what is open,
+  /// the highlight with its pending click, and the visible rows. What moved is shown in its new place, open
+  /// as before; what is gone is removed, its highlight too; what was closed is read when it is next opened.
+  /// Nothing is clicked, and the record isn't touched.
   ///
-  /// Two statements a level, whose codes may be short; on a server those of all levels go in packets. All of
-  /// it is read ahead of the first node that changes: a query that fails throws data::DataError and leaves
-  /// the tree as it was. Call it from an event procedure, in which nothing of the tree is being filled.
+  /// Two statements per level, three if codes are shortened; on a server those of all levels are sent in
+  /// batches. Everything is read before the first node changes: if a query fails, data::DataError is thrown
+  /// and the tree is unchanged. Call it from an event procedure, and not while the tree is being filled.
   void readAgain();
-  /// Opens what is above an account, reads what is open again, highlights the account without a click and
-  /// brings it into sight; by periods below one that is open, or else the first. False where it isn't in the
+  /// Opens the nodes above an account, rereads what is open, highlights the account without clicking it and
+  /// scrolls it into view; by periods, in one that is open, or else in the first. False if it isn't in the
   /// tree. Throws data::DataError.
   bool showAccount(std::int32_t accountID);
 
-  /// Makes the click that waits for the end of the rest.
+  /// Makes the pending click now.
   void settle();
-  /// Takes the highlight off the tree where it is on another account than this one (-1: on any). The root and
-  /// a period may keep it as long as no account is shown.
+  /// Removes the highlight if it is on an account other than this one (-1: on any). The root or a period may
+  /// keep it while no account is shown.
   void keepHighlightFor(std::int32_t accountID);
 
-  /// A click on an account, and on a node that is none.
+  /// A click on an account, and one on any other node.
   std::function<void(std::int32_t accountID)> onAccountClick;
   std::function<void()> onOtherClick;
 
@@ -78,15 +78,14 @@ class AccountTree {
   [[nodiscard]] std::string_view rootText() const;
   void readAnew();
   void readChildren(data::DtEn& gateway, const NodeKey& key, ui::NodeId node);
-  /// Takes the nodes of these keys out of their old places. False where `node` itself stands below one of
-  /// them.
+  /// Removes the nodes with these keys from their old places. False if `node` itself is below one of them.
   [[nodiscard]] bool dropMoved(const std::vector<std::string>& keys, ui::NodeId node);
-  /// 0 where it has no parent.
+  /// 0 if it has no parent.
   [[nodiscard]] std::size_t parentCodeLength(data::DtEn& gateway, std::int32_t accountID);
   void addPlaceholder(ui::NodeId node, const NodeKey& key);
   void takeBack(ui::NodeId node, const NodeKey& key, std::size_t childrenBefore);
 
-  // What is open, read again.
+  // Rereading what is open.
   struct OpenNode;
   [[nodiscard]] std::vector<data::Command> questionsOfReading(std::int32_t accountID) const;
   bool readWithAccount(std::int32_t accountID, bool opensPeriod);
@@ -101,7 +100,7 @@ class AccountTree {
   MainScreen& screen_;
   shell::Shell& shell_;
   ui::Timer rest_;
-  /// Whether the selected node was chosen by the keys, and its click is still to come.
+  /// Whether the selected node was selected by keyboard, with its click still pending.
   bool clickWaits_ = false;
 };
 

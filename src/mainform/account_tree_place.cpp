@@ -5,7 +5,7 @@
 #include "data/ahead.h"
 #include "mainform/account_tree.h"
 
-// How the tree keeps its place while it is read again.
+// Keeping the tree's place while it is reread.
 
 namespace ledgertree::mainform {
 
@@ -15,7 +15,7 @@ std::string ancestorsStatement(std::int32_t accountID) {
   return "Select ID from tblAccountParent Where ChildID=" + std::to_string(accountID);
 }
 
-/// The periods whose tree leads down to an account: it and all above it are in them.
+/// The periods in which the tree leads to an account: those that include it and all its ancestors.
 std::string periodsStatement(std::int32_t accountID) {
   return "Select x.PeriodID from tblAccountPeriodAccount x Where x.AccountID=" + std::to_string(accountID) +
          " and not exists (Select p.ID from tblAccountParent p Where p.ChildID=x.AccountID and not exists "
@@ -32,14 +32,14 @@ void addQuestions(const std::vector<NodeKey>& parents, bool ofPeriods,
 
 }  // namespace
 
-/// A node of the tree that is put up next.
+/// A node to be added to the tree.
 struct AccountTree::OpenNode {
   NodeKey key;
   std::string label;
   int image = kRootImage;
   bool hasChildren = false;
-  std::size_t codeLength = 0;      ///< what its children's labels lose
-  std::vector<OpenNode> children;  ///< of one that is open
+  std::size_t codeLength = 0;      ///< what the labels of its children lose
+  std::vector<OpenNode> children;  ///< if it is open
 };
 
 std::vector<data::Command> AccountTree::questionsOfRefresh(std::int32_t shown) const {
@@ -82,7 +82,7 @@ bool AccountTree::readWithAccount(std::int32_t accountID, bool opensPeriod) {
   return true;
 }
 
-/// From the root downwards, a level behind the other.
+/// From the root downwards, one level after the other.
 std::vector<NodeKey> AccountTree::openKeys() const {
   const ui::Tree& tree = screen_.treeAccount;
   std::vector<NodeKey> keys{{}};
@@ -97,8 +97,8 @@ std::vector<NodeKey> AccountTree::openKeys() const {
   return keys;
 }
 
-/// -1 in the integrated tree. Of several periods that in which it is highlighted comes first, then one that
-/// is open.
+/// -1 in the integrated tree. Of several periods, preferably the one in which it is highlighted, then one
+/// that is open.
 std::optional<std::int32_t> AccountTree::periodOf(data::DtEn& gateway, std::int32_t accountID,
                                                   bool opensPeriod) const {
   if (!screen_.optPeriodic.value()) return -1;
@@ -125,7 +125,7 @@ AccountTree::OpenNode AccountTree::readOpen(data::DtEn& gateway, const std::vect
   std::vector<data::Command> questions;
   addQuestions(open, ofPeriods, questions);
   const data::Ahead ahead(gateway.cnMainData, std::move(questions));
-  // Each is read once, also where somebody moves it meanwhile.
+  // Each is read once, even if another user moves it meanwhile.
   std::set<NodeKey> unread(open.begin(), open.end());
   OpenNode root{.key = {}, .label = std::string(rootText()), .children = {}};
   std::vector<OpenNode*> waiting{&root};
@@ -160,7 +160,7 @@ void AccountTree::putUp(const OpenNode& root) {
     const auto [parent, read] = waiting[next];
     for (const OpenNode& child : read->children) {
       std::string key = makeNodeKey(child.key);
-      // It moved between two questions, and was met ahead of this place.
+      // It was moved between two queries, and has already been read elsewhere.
       if (tree.find(key) != ui::kNoNode) continue;
       const ui::NodeId node = tree.addNew(parent, std::move(key), child.label, child.image);
       tree.setExpanded(node, !child.children.empty());
@@ -171,8 +171,8 @@ void AccountTree::putUp(const OpenNode& root) {
       }
     }
   }
-  const ui::NodeId standing = tree.find(highlighted);
-  if (standing != ui::kNoNode) tree.select(standing);
+  const ui::NodeId node = tree.find(highlighted);
+  if (node != ui::kNoNode) tree.select(node);
 }
 
 }  // namespace ledgertree::mainform

@@ -9,7 +9,7 @@ namespace ledgertree::mainform {
 
 namespace {
 
-/// The accounts of a period (-1: of all), which is a number or a column of the statement around it.
+/// The accounts of a period (-1: of all), given as a number or as a column of the enclosing statement.
 std::string inPeriod(const std::string& period) {
   return " where (ID in (Select x.AccountID from tblAccountPeriodAccount x Where x.PeriodID = " + period +
          ") or -1=" + period + ")";
@@ -30,15 +30,15 @@ std::string rowsOf(const NodeKey& parent, bool periods) {
          " Order by Code";
 }
 
-/// Which periods have accounts at the top.
+/// The periods that have accounts at the top.
 std::string periodsWithAccounts() {
   return "Select p.ID from tblAccountPeriod p where exists (Select ID from tblAccount" +
          inPeriod("p.ID").append(kUnder) + "-1)";
 }
 
-/// Which accounts of a level have children, under the condition that the level itself has. Of a parent none
-/// of whose children is in a period each child would be looked up there: whether the period has any account
-/// between the first child and the last one takes three looks.
+/// The accounts of a level that have children, with the condition of the level itself. If none of a parent's
+/// children is in a period, each of them would be looked up there; checking first whether the period has any
+/// account between the first child and the last takes only three look-ups.
 std::string parentsBelow(const NodeKey& key) {
   const std::string period = std::to_string(key.period);
   const std::string between =
@@ -84,8 +84,8 @@ std::vector<std::int32_t> sortedNumbers(data::RecordHandle& handle, const std::s
   const data::OpenRows rows(handle, statement);
   std::vector<std::int32_t> numbers;
   numbers.reserve(static_cast<std::size_t>(rows->RecordCount()));
-  for (const std::size_t place = rows->Column(column); !rows->Eof(); rows->MoveNext())
-    numbers.push_back(rows->Fields(place).toInt32());
+  for (const std::size_t index = rows->Column(column); !rows->Eof(); rows->MoveNext())
+    numbers.push_back(rows->Fields(index).toInt32());
   std::sort(numbers.begin(), numbers.end());
   return numbers;
 }

@@ -14,7 +14,7 @@
 
 namespace ledgertree::mainform {
 
-/// What the key of a tree node says. -1 as the period stands for all periods, -1 as the account for none.
+/// The parts of a tree node's key. -1 as the period means all periods, -1 as the account none.
 struct NodeKey {
   std::int32_t period = -1;
   std::int32_t account = -1;
@@ -26,31 +26,31 @@ struct NodeKey {
 [[nodiscard]] inline std::string makeNodeKey(const NodeKey& key) {
   return makeNodeKey(key.period, key.account);
 }
-/// Splits at the first colon; nothing for a key without one. Each side counts by its leading number, a blank
-/// one as -1. Throws std::range_error for a number past 32 bits.
+/// Splits at the first colon; nothing for a key without one. Each side is read by its leading number, a blank
+/// one as -1. Throws std::range_error for a number beyond 32 bits.
 [[nodiscard]] std::optional<NodeKey> parseNodeKey(std::string_view key);
 
 /// The image of the root and of a period.
 inline constexpr int kRootImage = 1;
-/// What stands in the label of an account between its code and its title.
+/// The separator in an account's label between its code and its title.
 inline constexpr std::string_view kBehindCode = " ... ";
 
 /// A column of whole numbers, in ascending order.
 [[nodiscard]] std::vector<std::int32_t> sortedNumbers(data::RecordHandle& handle,
                                                       const std::string& statement, std::string_view column);
 
-/// What asks for the number of a node's children, as `cnt`.
+/// The query for the number of a node's children, as `cnt`.
 [[nodiscard]] std::string childCountStatement(const NodeKey& key);
 
-/// The children of a node: the accounts below one, at the top of a period or of the chart, or, below the root
-/// of the view by periods, the periods. Two statements whatever its size, through the handles
-/// rssqlAccCostCenter (its rows, which it walks) and rssqlAccountChilds (which of them have children). Throws
-/// data::DataError.
+/// The children of a node: the accounts below one, those at the top of a period or of the chart, or, below
+/// the root of the view by periods, the periods. Takes two statements whatever its size, through the handles
+/// rssqlAccCostCenter (its rows, which it iterates) and rssqlAccountChilds (which of them have children).
+/// Throws data::DataError.
 class ChartLevel {
  public:
-  /// `ofPeriods`: below the root stand the periods.
+  /// `ofPeriods`: the periods are below the root.
   ChartLevel(data::DtEn& gateway, const NodeKey& parent, bool ofPeriods);
-  /// What that asks, for who asks ahead (see data::Ahead).
+  /// The queries that this makes, to be sent ahead (see data::Ahead).
   [[nodiscard]] static std::vector<data::Command> questions(const NodeKey& parent, bool ofPeriods);
 
   /// False for periods.
@@ -59,17 +59,17 @@ class ChartLevel {
   [[nodiscard]] bool atEnd() const { return rows_->Eof(); }
   void next() { rows_->MoveNext(); }
   void begin() { rows_->MoveFirst(); }
-  /// Ends the walk for good, and gives the handles back.
+  /// Ends the iteration for good, and releases the handles.
   void close() { rows_.close(); }
 
-  // Of the row where it stands.
+  // The current row.
   [[nodiscard]] NodeKey key() const;
   [[nodiscard]] bool hasChildren() const;
   /// One for each nature, open and closed.
   [[nodiscard]] int image() const;
-  /// With the code less as many characters ahead.
+  /// The code without that many leading characters.
   [[nodiscard]] std::string label(std::size_t cut) const;
-  /// The characters of its whole code.
+  /// The length of its whole code, in characters.
   [[nodiscard]] std::size_t codeLength() const;
 
  private:

@@ -9,12 +9,12 @@ namespace ledgertree::mainform {
 
 namespace {
 
-/// What a mode does with the controls of a row.
+/// What a mode does to the controls of a row.
 enum class Cell {
   No,
   Yes,
-  Keep,     ///< leaves them as they are
-  OfClass,  ///< yes where an entity class is chosen that has entities to offer
+  Keep,     ///< unchanged
+  OfClass,  ///< yes if an entity class is chosen that has entities to offer
 };
 using enum Cell;
 

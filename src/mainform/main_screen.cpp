@@ -11,23 +11,22 @@ using namespace std::chrono_literals;
 using ui::Bounds;
 
 constexpr ui::Size kDesignSize{13620, 4560};
-/// No limit: the save tells of a title that is too long, so that no typing is lost.
+/// No limit: the save reports a title that is too long, so that nothing typed is lost.
 constexpr std::size_t kTitleLength = 0;
 
-/// The buttons of the command bar stand in a row from right to left.
-constexpr Bounds inBar(int place) { return {12330 - place * 1290, 105, 1230, 405}; }
+/// The buttons of the command bar, in a row from right to left.
+constexpr Bounds inBar(int index) { return {12330 - index * 1290, 105, 1230, 405}; }
 
-// The record stands in two columns, the right one first to the eye. Row 0 is at the top of the record's
-// frame.
+// The record has two columns, the right one first for the reader. Row 0 is at the top of the record's frame.
 constexpr int rowTop(int row) { return 120 + row * 330; }
 constexpr Bounds label(int row) { return {6195, rowTop(row) + 30, 1275, 240}; }
 constexpr Bounds wideField(int row) { return {90, rowTop(row), 6045, 300}; }
-/// The title stands behind the ID, so that the Tab key goes from the one to the other.
+/// The title follows the ID, so that Tab goes from one to the other.
 constexpr Bounds kTitleField{90, rowTop(0), 4950, 300};
 constexpr Bounds rightField(int row) { return {3930, rowTop(row), 2205, 300}; }
 constexpr Bounds leftLabel(int row) { return {2700, rowTop(row) + 30, 1170, 240}; }
 constexpr Bounds leftField(int row) { return {90, rowTop(row), 2550, 300}; }
-constexpr Bounds radio(int place, int width) { return {place * width + 60, 75, width - 60, 240}; }
+constexpr Bounds radio(int index, int width) { return {index * width + 60, 75, width - 60, 240}; }
 
 using data::Account;
 constexpr TypedField kTypedFields[] = {
@@ -183,7 +182,7 @@ void MainScreen::dressControls() {
   for (ui::Control* hidden : std::initializer_list<ui::Control*>{&cmdOperations, &cmdi12, &cmdEditTree,
                                                                  &datCreate, &divider, &lblOthers})
     hidden->setVisible(false);
-  // Nothing is under way at the start; who works long shows how far it is.
+  // Laid out with the window, but no command here shows progress.
   progressBar.setVisible(false);
   // The bar keeps its width when the window grows: a border would end in the middle of the screen.
   Frame1.setBordered(false);
@@ -210,7 +209,7 @@ void MainScreen::setShortcuts() {
   shortcut(cmdExit, ui::KeyChord::ctrlAnd('Q'));
   shortcut(cmdTools, ui::KeyChord::of(ui::Key::F10));
   shortcut(cmdRefreshAccountTree, ui::KeyChord::of(ui::Key::F5));
-  // The entries that are second roads to a button, and the guide, whose key every screen has.
+  // The menu entries that click a button, and the guide, whose key works on every screen.
   mnuFonc1.setKeys(cmdNew.shortcut());
   mnuFonc2.setKeys(cmdEdit.shortcut());
   mnuFonc4.setKeys(cmdDelete.shortcut());

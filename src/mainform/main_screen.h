@@ -22,45 +22,44 @@
 
 namespace ledgertree::mainform {
 
-/// What the screen is doing with the account on it.
+/// What the screen is doing with its account.
 enum class FormMode : std::int16_t {
-  ModeView = 0,  ///< an account is on the screen, read-only
-  ModeEdit = 1,  ///< the account on the screen is being changed
+  ModeView = 0,  ///< an account is shown, read-only
+  ModeEdit = 1,  ///< the account shown is being edited
   ModeNew = 2,   ///< a new account is being typed
-  ModeIdle = 3,  ///< nothing is on the screen
+  ModeIdle = 3,  ///< nothing is shown
 };
 
-/// Where a chosen parent stands.
+/// The place of a chosen parent.
 struct PlaceOfParent {
   std::int32_t id = -1;        ///< of the parent
   std::int32_t parentID = -1;  ///< of its own parent; below 1 at the top
 };
 
-/// The one working screen: its controls at their design bounds, its menu, and the few fields that the
-/// commands share. It has no behaviour of its own; the tree, the record and the commands are given it and
-/// listen to its controls.
+/// The main screen: its controls at their design bounds, its menu, and the few variables that the commands
+/// share. It has no behaviour of its own; the tree, the record and the commands handle its controls' events.
 class MainScreen : public ui::Form {
  public:
   explicit MainScreen(shell::Shell& shell);
 
-  // What the load reads once.
+  // Read once, when the screen loads.
   data::SystemParameters settings;
 
-  // What follows the record.
-  /// The account whose fields stand on the record, -1 while they are blank; txtID keeps the last one.
+  // The state of the record.
+  /// The account whose fields are on the record, -1 while they are blank; txtID keeps the last one.
   std::int32_t AccountOnRecord = -1;
-  /// Counts what came onto the record, a blank one included: who asked the person something meanwhile sees by
-  /// it whether the record is still the one that was asked about.
+  /// Counts the records shown, blank ones included: after a question to the user it tells whether the record
+  /// is still the one that the question was about.
   std::uint32_t RecordTurn = 0;
-  /// The account of the record as it was read, or as this screen has written it since; nothing for a blank
-  /// record. A write of the account is compared with it, so that nobody's change is lost.
+  /// The account as it was read, or as this screen has written it since; nothing for a blank record. Each
+  /// write is compared with it, so that no other user's change is lost.
   std::optional<data::Account> AsRead;
-  /// What the parent in sltParent stood under when it was read for typing.
+  /// The place of the parent in sltParent when it was read for typing.
   std::optional<PlaceOfParent> ParentAsRead;
   /// The connection text of the database that the record was read from, or is typed for.
   std::string RecordSource;
   FormMode formMode = FormMode::ModeIdle;
-  /// Whether a new account or an edit is begun.
+  /// Whether an account is being created or edited.
   [[nodiscard]] bool isTyping() const {
     return formMode == FormMode::ModeNew || formMode == FormMode::ModeEdit;
   }
@@ -71,18 +70,18 @@ class MainScreen : public ui::Form {
   std::int16_t PositionValue = 0;
   std::int16_t GroupValue = -1;
   std::int16_t EntityTypeValue = -1;
-  /// tblAccountClass has no row for the class in sltEntityType: there is nothing to pick an entity from.
+  /// tblAccountClass has no row for the class in sltEntityType: there are no entities to pick.
   bool ClassIsGone = false;
-  // Each radio group stands for one of these numbers: they keep the number and press its button. A value that
-  // no button stands for changes nothing.
+  // Each radio group sets one of these numbers: the functions store the number and turn its button on. A
+  // value without a button changes nothing.
   void chooseNature(std::int64_t value);
   void choosePermanent(std::int64_t value);
   void chooseClosed(std::int64_t value);
 
-  /// The ID in txtID, of the account last shown; -1 for none.
+  /// The ID in txtID, of the account shown last; -1 for none.
   [[nodiscard]] std::int32_t accountID() const;
 
-  /// The parent of the last new account at the moment of its save; 0 before the first.
+  /// The parent of the last new account when it was saved; 0 before the first.
   std::int32_t LastNewParentID = 0;
 
   // The command bar, from right to left.
@@ -167,7 +166,7 @@ class MainScreen : public ui::Form {
   ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
       mnuViewCodeComplete;
   ui::MenuEntry mnuHelp, mnuGuide;
-  /// What comes up on an account of the tree, and the entry of the title's picker.
+  /// The context menu of an account in the tree, and the entry in that of the title's picker.
   ui::MenuEntry mnuAccount;
   ui::MenuEntry mnuNewBelow, mnuEditAccount, mnuDeleteAccount, mnuPeriodsOfAccount, mnuAccountLine,
       mnuCopyCode;
@@ -180,7 +179,7 @@ class MainScreen : public ui::Form {
   void nameControls();
 };
 
-/// A field in which a person types, and what of the account stands in it.
+/// A typed field, and the member of the account that it shows.
 struct TypedField {
   ui::TextField MainScreen::*control;
   data::AccountMember holds;
@@ -190,9 +189,9 @@ struct TypedField {
   }
 };
 
-/// The typed fields of the record, in the order in which a save tells of them. What locks, clears, fills,
-/// reads and checks the record's texts goes by them. txtCode holds the own part of the code alone;
-/// txtMotherCode, ahead of it, isn't among them.
+/// The typed fields of the record, in the order in which a save checks them. Used by everything that locks,
+/// clears, fills, reads and checks the record's texts. txtCode is only the account's own part of the code;
+/// txtMotherCode, before it, isn't included.
 [[nodiscard]] std::span<const TypedField> typedFields();
 
 }  // namespace ledgertree::mainform

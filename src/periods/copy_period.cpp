@@ -37,7 +37,7 @@ void FormCopyPeriodAccount::loadControls() {
   shell_.chooseKeyboardLayout();
   for (shell::Selector* selector : {&sltPeriodFrom, &sltPeriodTo}) {
     bindToPeriods(*selector, shell_.context);
-    selector->onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+    shell_.switchLayoutAt(*selector);
     selector->onSelectionChange = [this] { outlook.forget(); };
   }
   cmdAutoCodding.onClick = [this] { copy(); };

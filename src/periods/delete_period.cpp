@@ -33,7 +33,7 @@ void FormDeletePeriod::loadControls() {
   sltPeriodFrom.setAccessibleName("از دوره مالي");
   shell_.chooseKeyboardLayout();
   bindToPeriods(sltPeriodFrom, shell_.context);
-  sltPeriodFrom.onGotFocus = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
+  shell_.switchLayoutAt(sltPeriodFrom);
   sltPeriodFrom.onSelectionChange = [this] { outlook.forget(); };
   cmdDeletePossible.onClick = [this] { hideWithoutDocument(); };
   cmdDelete.onClick = [this] { hideAll(); };

@@ -20,18 +20,18 @@ namespace {
 
 constexpr double kTwipsPerPixel = 15;
 constexpr double kDesignFontPixels = 11;
-/// The width of this text against the font's size, in the font that the forms were laid out with.
+/// Its width tells how wide a font is; in the font of the design it is 19.4 times the font size.
 constexpr const char* kSample = "سرفصل حسابها مركز هزينه/درآمد: 0123456789";
 
-/// The first palette that had these colours. The toolkit keeps what it painted under the palette that it was
-/// painted with, and takes equal ones of two windows for two: every window would leave its pictures behind.
+/// The first palette with these colours, kept for reuse. The toolkit caches what it painted by palette and
+/// takes equal palettes of two windows for different ones: the cache would grow with every window.
 const QPalette& firstLike(const QPalette& palette) {
   static QList<QPalette> known;
   const auto found = std::find(known.cbegin(), known.cend(), palette);
   return found != known.cend() ? *found : known.emplaceBack(palette);
 }
 
-/// Gives an option that palette while it is painted with.
+/// Sets that palette on a style option during painting.
 class SteadyPalette {
  public:
   explicit SteadyPalette(const QStyleOption& option)
@@ -48,8 +48,8 @@ class SteadyPalette {
   QPalette own_;
 };
 
-/// Texts that a style paints (of menus, of headers) run as the application does, which is the host's. Here
-/// they run as their widget does.
+/// Texts painted by a style (menus, headers) follow the direction of the application, which is the host's.
+/// Here they follow the direction of their widget.
 class ScreenStyle : public QProxyStyle {
  public:
   ScreenStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -69,7 +69,8 @@ class ScreenStyle : public QProxyStyle {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
   }
 
-  /// The marks of buttons grow with the letters. Not with the lines: some fonts keep twice the room for one.
+  /// Indicators of buttons grow with the letters, not with the line height: some fonts have lines of twice
+  /// the letters' height.
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
     const int base = QProxyStyle::pixelMetric(metric, option, widget);
     const bool mark = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight ||
@@ -91,8 +92,8 @@ class ScreenStyle : public QProxyStyle {
   }
 
  private:
-  /// The border of a list or a text. The toolkit's own is a line, which falls out of the clip on a side where
-  /// the pixels of the screen are a fraction of those of the window.
+  /// The border of a list or a text. The toolkit draws a line, which is clipped away on one side if the scale
+  /// of the screen is fractional.
   static void drawFrame(const QStyleOption& option, QPainter& painter) {
     const QRectF edge(option.rect);
     const QRectF inside = edge.adjusted(1, 1, -1, -1);
@@ -104,7 +105,7 @@ class ScreenStyle : public QProxyStyle {
       painter.fillRect(side, colour);
   }
 
-  /// A triangle: down where something is open, else to the side that the text runs to.
+  /// A triangle: downwards if the node is open, else in the direction of the text.
   static void drawMark(const QStyleOption& option, QPainter& painter, bool open, const QWidget* widget) {
     const double size = widget == nullptr ? 8 : widget->fontMetrics().height() * 0.5;
     const double half = size / 2;
@@ -149,7 +150,7 @@ QFont screenFont() {
 
 QPalette screenPalette(const QColor& background) {
   const QColor text(0x1B, 0x22, 0x2C);
-  // Faint and still read: what is out of reach shows values, and they stand on the ground of the screens too.
+  // Faint but readable: disabled fields show values, and are on the background of the screens too.
   const QColor faint(0x4A, 0x55, 0x63);
   const QColor highlight(0x2F, 0x6F, 0xB7);
   QPalette palette;
@@ -190,7 +191,7 @@ void dress(QWidget& widget) {
 QColor toQt(ui::Colour colour) { return QColor::fromRgb(static_cast<QRgb>(colour)); }
 
 Scale::Scale(const QFont& font) {
-  // A font that runs wider than the one of the design needs wider controls, or its captions would be clipped.
+  // A font wider than the one of the design needs wider controls, or captions would be cut off.
   constexpr double kDesignWidth = 19.4;
   const double size = QFontInfo(font).pixelSize();
   const double width = QFontMetricsF(font).horizontalAdvance(QString::fromUtf8(kSample)) / kDesignWidth;

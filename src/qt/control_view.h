@@ -11,57 +11,57 @@
 
 namespace ledgertree::qt {
 
-/// What draws one control: its widget, and the two roads between them.
+/// Binds a control to its widget, both ways.
 ///
-/// What a person does to the widget goes to the control's methods, and nothing else changes the control; what
-/// a program does to the control arrives by `sync`. Any call of a method of the control may destroy the form:
-/// the view stays (its window outlives the events that it is in), but is detached then, so that `standing`
-/// has to be asked before the control is touched again.
+/// User actions on the widget call the control's methods, and nothing else here changes the control; changes
+/// made by a program arrive by `sync`. Any call of a control's method may destroy the form. The view stays,
+/// as its window outlives the events that it is handling, but is then detached: check `attached` before using
+/// the control again.
 class ControlView : public QObject {
  public:
   explicit ControlView(ui::Control& control) : base_(&control) {}
 
-  /// The widget that is placed where the control's bounds say.
+  /// The widget that gets the control's bounds.
   [[nodiscard]] virtual QWidget& widget() = 0;
-  /// The widget that the focus rests in; null where it can't.
+  /// The widget that takes the focus; null if none does.
   [[nodiscard]] virtual QWidget* focusWidget() { return nullptr; }
-  /// What a screen reader calls it.
+  /// Sets the name for screen readers.
   virtual void name(const QString& spoken) { focusWidget()->setAccessibleName(spoken); }
-  /// Follows a change that a program made.
+  /// Applies a change made by a program.
   virtual void sync(ui::Change change) = 0;
   /// The font or the scale changed.
   virtual void rescaled(const Scale&) {}
-  /// Shows which language the keyboard writes here; nothing where it is only the desktop's own.
+  /// Shows which language the keyboard writes here; shows nothing if that is up to the desktop.
   virtual void showLanguage(std::optional<KeyboardLayout>) {}
-  /// The size of the widget or its window moved.
+  /// The widget's size or its window's position changed.
   virtual void moved() {}
 
-  [[nodiscard]] bool standing() const { return base_ != nullptr; }
+  [[nodiscard]] bool attached() const { return base_ != nullptr; }
   [[nodiscard]] ui::Control& base() const { return *base_; }
-  /// The control is going or gone. Called once, by the window.
+  /// The control is being destroyed. Called once, by the window.
   virtual void detach() { base_ = nullptr; }
 
  private:
   ui::Control* base_;
 };
 
-/// A view that knows the class of its control.
-template <typename Kind>
+/// A view that knows its control's class.
+template <typename ControlType>
 class ViewOf : public ControlView {
  public:
-  explicit ViewOf(Kind& control) : ControlView(control), control_(control) {}
+  explicit ViewOf(ControlType& control) : ControlView(control), control_(control) {}
 
  protected:
-  /// Only while the view stands.
-  [[nodiscard]] Kind& control() const { return control_; }
+  /// Only while the view is attached.
+  [[nodiscard]] ControlType& control() const { return control_; }
 
  private:
-  Kind& control_;
+  ControlType& control_;
 };
 
-/// Scrolls over what stands on it. It leaves to the window what is brought into view: the toolkit's own way,
-/// behind every Tab, takes its bar for one that runs from the left, and scrolls away from the field.
-class Ground : public QScrollArea {
+/// A scroll area that leaves it to the window what to scroll into view. The toolkit does so itself after
+/// every Tab, but assumes a left-to-right scroll bar and scrolls away from the field.
+class FormScrollArea : public QScrollArea {
  public:
   using QScrollArea::QScrollArea;
 
@@ -70,7 +70,7 @@ class Ground : public QScrollArea {
   bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
 };
 
-/// While one stands, what a widget tells is the echo of a program's change and no act of the person.
+/// During its lifetime, signals of a widget echo a program's change and aren't user actions.
 class Echo {
  public:
   explicit Echo(int& depth) : depth_(depth) { ++depth_; }

@@ -34,7 +34,7 @@ class DividerBar : public QWidget {
     if (!onKey || !onKey(keyOf(*event))) QWidget::keyPressEvent(event);
   }
 
-  /// Three points in its middle; all of it where it has the focus.
+  /// Three dots in its middle; all of it if it has the focus.
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -56,9 +56,9 @@ DividerView::DividerView(ui::Divider& control, QWidget& parent) : ViewOf(control
   auto* bar = new DividerBar(parent);
   bar_ = bar;
   bar->onDrag = [this](int left) {
-    if (standing()) this->control().moveTo(scale_.twips(left));
+    if (attached()) this->control().moveTo(scale_.twips(left));
   };
-  bar->onKey = [this](ui::Key key) { return standing() && this->control().press(key); };
+  bar->onKey = [this](ui::Key key) { return attached() && this->control().press(key); };
 }
 
 }  // namespace ledgertree::qt

@@ -5,7 +5,7 @@
 
 namespace ledgertree::qt {
 
-/// A bar that is dragged with the mouse, or moved by the arrow keys while it has the focus.
+/// A bar that is dragged with the mouse, or moved with the arrow keys while it has the focus.
 class DividerView : public ViewOf<ui::Divider> {
  public:
   DividerView(ui::Divider& control, QWidget& parent);

@@ -15,7 +15,7 @@ constexpr int kFirst = 1;
 constexpr int kLast = 6;
 constexpr int kColours = 3;
 
-/// Draws on a square of 16 by 16 units, whatever that is in pixels.
+/// Draws on a grid of 16 by 16 units, whatever that is in pixels.
 class FolderEngine : public QIconEngine {
  public:
   explicit FolderEngine(int image)
@@ -50,7 +50,7 @@ class FolderEngine : public QIconEngine {
 
   void paintFolder(QPainter& painter) const {
     painter.setPen(QPen(colour_.darker(150), 0.7));
-    // The tab stands at the right, where a right-to-left reader looks first.
+    // The tab is on the right, where a right-to-left reader looks first.
     QPainterPath back;
     back.moveTo(1.5, 13.2);
     back.lineTo(1.5, 4.6);

@@ -5,8 +5,8 @@
 namespace ledgertree::qt {
 
 /// The picture of a tree node by its number: 1 to 3 a red, a yellow and a blue folder, 4 to 6 the same with a
-/// small badge at the lower right corner. Drawn, not loaded, so that it is sharp at every size. Any other
-/// number gives no picture.
+/// small badge in the lower right corner. Drawn, not loaded, so that it is sharp at every size. Null for any
+/// other number.
 [[nodiscard]] QIcon folderIcon(int image);
 
 }  // namespace ledgertree::qt

@@ -27,7 +27,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
     : form_(&form),
       desktop_(&desktop),
       bar_(new QMenuBar(this)),
-      scroll_(new Ground(this)),
+      scroll_(new FormScrollArea(this)),
       canvas_(new QWidget) {
   setLayoutDirection(Qt::RightToLeft);
   setPalette(screenPalette(toQt(ui::kScreenBackground)));
@@ -63,7 +63,7 @@ FormWindow::FormWindow(ui::Form& form, QtDesktop& desktop)
 }
 
 FormWindow::~FormWindow() {
-  // A host's container may take the window along; the form goes on without one, and may be shown anew.
+  // The host's container may delete the window; the form goes on without one, and may be shown again.
   ui::Form* form = form_;
   detach();
   if (form != nullptr) form->setShown(false);
@@ -82,10 +82,10 @@ void FormWindow::detach() {
   for (ControlView* view : views_) view->detach();
 }
 
-// Building.
+// Construction.
 
 void FormWindow::build() {
-  // Frames first: the others stand inside them.
+  // Frames first: the other controls are inside them.
   for (ui::Control* control : form_->controls()) {
     if (dynamic_cast<ui::Frame*>(control) != nullptr && viewOf(control) == nullptr) control->accept(*this);
   }
@@ -105,7 +105,7 @@ void FormWindow::build() {
 QWidget& FormWindow::parentFor(const ui::Control& control) {
   if (control.frame() == nullptr) return *canvas_;
   if (viewOf(control.frame()) == nullptr) control.frame()->accept(*this);
-  return static_cast<FrameView*>(viewOf(control.frame()))->ground();
+  return static_cast<FrameView*>(viewOf(control.frame()))->content();
 }
 
 void FormWindow::add(ControlView* view) {
@@ -158,7 +158,7 @@ void FormWindow::describe(ControlView& view) {
   view.widget().setToolTip(literalTip(tooltipOf(control)));
   QWidget* focus = view.focusWidget();
   if (focus == nullptr) {
-    // A frame or a bar is heard of too, where it has a name of its own.
+    // Screen readers announce a frame or a bar too, if it has a name of its own.
     view.widget().setAccessibleName(toQt(control.accessibleName()));
     return;
   }
@@ -200,14 +200,14 @@ std::vector<QWidget*> FormWindow::tabOrderOf(const ui::Frame* frame) const {
     places.push_back(scale_.pixels(view->base().bounds()));
   }
   std::vector<QWidget*> order;
-  for (const std::size_t place : readingOrder(places))
-    order.insert(order.end(), blocks[place].begin(), blocks[place].end());
+  for (const std::size_t index : readingOrder(places))
+    order.insert(order.end(), blocks[index].begin(), blocks[index].end());
   return order;
 }
 
 void FormWindow::orderTabs(QWidget* container) {
   auto order = tabOrderOf(nullptr);
-  // In a host's window the screen comes where its place does, and not behind everything.
+  // In a host's window the screen is next to its container in the tab order, not last of all.
   QWidget* before = container;
   while (before != nullptr && (before->focusPolicy() & Qt::TabFocus) == 0) {
     do before = before->previousInFocusChain();
@@ -218,7 +218,7 @@ void FormWindow::orderTabs(QWidget* container) {
   for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
 }
 
-// What a program does.
+// Changes made by a program.
 
 void FormWindow::controlChanged(ui::Control& control, ui::Change change) {
   ControlView* view = viewOf(&control);
@@ -238,7 +238,7 @@ void FormWindow::controlChanged(ui::Control& control, ui::Change change) {
       break;
     case ui::Change::Hint:
       describe(*view);
-      // What was looked for while the pointer rests here is what the person waits for.
+      // This is the detail that the user hovers for.
       if (QToolTip::isVisible() && view->widget().underMouse())
         QToolTip::showText(QCursor::pos(), view->widget().toolTip(), &view->widget());
       break;
@@ -274,11 +274,11 @@ void FormWindow::formChanged(ui::FormChange change) {
   }
 }
 
-void FormWindow::timerChanged(ui::Timer& timer) {
+void FormWindow::timerRestarted(ui::Timer& timer) {
   const auto& timers = form_->timers();
-  const auto place = std::find(timers.begin(), timers.end(), &timer) - timers.begin();
-  if (static_cast<std::size_t>(place) < timers_.size())
-    timers_[static_cast<std::size_t>(place)]->setInterval(timer.interval());
+  const auto found = std::find(timers.begin(), timers.end(), &timer);
+  const auto index = static_cast<std::size_t>(found - timers.begin());
+  if (index < timers_.size() && timers_[index]->isActive()) timers_[index]->start();
 }
 
 }  // namespace ledgertree::qt

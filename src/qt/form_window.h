@@ -19,10 +19,10 @@ namespace ledgertree::qt {
 class QtDesktop;
 class TreeView;
 
-/// The window of a form, whichever form it is: every control drawn where its bounds say, scaled to the font.
-/// A window smaller than the scaled design scrolls; a larger one gives the form its size.
+/// The window of any form: every control is drawn at its bounds, scaled to the font. A window smaller than
+/// the scaled design scrolls; a larger one gives the form its size.
 ///
-/// It outlives its form by as long as an event of its own may still be on the way (see QtDesktop::close).
+/// It outlives its form as long as one of its events may still be pending (see QtDesktop::close).
 class FormWindow : public QWidget, private ui::FormObserver, private ui::ControlVisitor {
  public:
   FormWindow(ui::Form& form, QtDesktop& desktop);
@@ -30,22 +30,23 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
 
   enum class Showing { Hidden, Modeless, Embedded, Modal };
 
-  /// Puts the window up, or brings it to the front where it is up in the same way already.
+  /// Shows the window, or brings it to the front if it is already shown in the same way.
   void showAs(Showing showing, QWidget* container = nullptr);
   [[nodiscard]] Showing showing() const { return showing_; }
-  /// Takes the window off the screen and ends the loops that wait for it.
+  /// Hides the window and ends the loops that wait for it.
   void endShowing();
-  /// The form is going or gone: from now on nothing of it is touched.
+  /// The form is being destroyed: nothing of it is used from now on.
   void detach();
   [[nodiscard]] ui::Form* form() const { return form_; }
 
-  /// Runs until the showing ends.
+  /// Runs until the window is no longer shown.
   void waitUntilHidden();
   void moveFocus(ui::Control& control);
   void popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top);
-  /// What the keys of the focused field write from now on.
+  /// Sets what the keys of the focused field write.
   void chooseKeyboard(KeyboardLayout layout);
-  /// The depth of nested loops at which the window was put up: no event of it lies further out.
+  /// The depth of nested event loops at which the window was shown: none of its events belongs to an outer
+  /// one.
   [[nodiscard]] int shownAtLoop() const { return shownAtLoop_; }
 
   /// The widget of a control; null for a control of another form.
@@ -63,9 +64,9 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void controlChanged(ui::Control& control, ui::Change change) override;
   void treeChanged(ui::Tree& tree, const ui::TreeChange& change) override;
   void formChanged(ui::FormChange change) override;
-  void timerChanged(ui::Timer& timer) override;
+  void timerRestarted(ui::Timer& timer) override;
 
-  // ControlVisitor: makes the view of each kind.
+  // ControlVisitor: creates the view of each kind.
   void visit(ui::CheckBox& control) override;
   void visit(ui::DateDisplay& control) override;
   void visit(ui::Divider& control) override;
@@ -93,9 +94,10 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   void putUp();
   void fitWindow();
   void followSize();
-  /// The size of the form below which the window scrolls.
+  /// The form's size below which the window scrolls.
   [[nodiscard]] ui::Size leastSize() const;
-  /// The pixels that a form of the window's size would have, scroll bars that its least size needs taken off.
+  /// The pixels that a form of the window's size would have, less the scroll bars that its smallest size
+  /// needs.
   [[nodiscard]] QSize room() const;
   void windowResized();
   void fitCanvas();
@@ -125,7 +127,7 @@ class FormWindow : public QWidget, private ui::FormObserver, private ui::Control
   std::vector<QEventLoop*> loops_;
   Showing showing_ = Showing::Hidden;
   KeyboardLayout keyboard_ = KeyboardLayout::Own;
-  KeyboardLayout chosenKeyboard_ = KeyboardLayout::Own;  ///< what the toggling key goes back to
+  KeyboardLayout chosenKeyboard_ = KeyboardLayout::Own;  ///< the layout that the toggle key goes back to
   int syncing_ = 0;
   int resizing_ = 0;
   int shownAtLoop_ = 0;

@@ -11,16 +11,16 @@
 #include "ui/buttons.h"
 #include "ui/divider.h"
 
-// Where the focus is, what its keys write, and the keys of the form.
+// The focus, the keyboard layout, and the keys of the form.
 
 namespace ledgertree::qt {
 
 namespace {
 
-/// The scroll area's own way to do it takes the bar for one that runs from the left.
-void scrollTo(const QScrollArea& ground, const QWidget& widget) {
-  const QRect room = ground.viewport()->rect();
-  const QRect place(widget.mapTo(ground.viewport(), QPoint(0, 0)), widget.size());
+/// The scroll area's own method assumes a left-to-right scroll bar.
+void scrollTo(const QScrollArea& area, const QWidget& widget) {
+  const QRect room = area.viewport()->rect();
+  const QRect place(widget.mapTo(area.viewport(), QPoint(0, 0)), widget.size());
   int right = 0;
   int down = 0;
   if (place.right() > room.right()) {
@@ -33,9 +33,9 @@ void scrollTo(const QScrollArea& ground, const QWidget& widget) {
   } else if (place.bottom() > room.bottom()) {
     down = -std::min(place.bottom() - room.bottom(), place.top() - room.top());
   }
-  QScrollBar& across = *ground.horizontalScrollBar();
+  QScrollBar& across = *area.horizontalScrollBar();
   across.setValue(across.value() + right);
-  QScrollBar& along = *ground.verticalScrollBar();
+  QScrollBar& along = *area.verticalScrollBar();
   along.setValue(along.value() - down);
 }
 
@@ -45,29 +45,29 @@ void FormWindow::moveFocus(ui::Control& control) {
   ControlView* view = viewOf(&control);
   if (view == nullptr || view->focusWidget() == nullptr) return;
   view->focusWidget()->setFocus(Qt::OtherFocusReason);
-  // A window behind another one gets no event for it.
+  // A window in the background gets no event for it.
   if (form_ != nullptr && form_->focused() != &control) focusArrived(*view);
 }
 
 void FormWindow::focusArrived(ControlView& view) {
   if (form_ == nullptr) return;
   if (syncing_ > 0) {
-    // Qt moves the focus on when a program hides or disables what had it. The form hears of it when the
+    // Qt moves the focus on when a program hides or disables its widget. The form is notified when the
     // program is done, not in the middle of it.
     QTimer::singleShot(0, this, [this] { reportFocus(); });
     return;
   }
   bringIntoView(view.widget());
   desktop_->setKeyboardTarget(this);
-  // The keys go on writing what they wrote, as a keyboard does, until a field asks for another layout.
+  // The layout stays until a field asks for another one, as on a real keyboard.
   if (form_->focused() != &view.base()) form_->focusMoved(&view.base());
   showKeyboard();
 }
 
 void FormWindow::bringIntoView(const QWidget& widget) {
-  // A frame that scrolls first, then the window.
+  // A scrolling frame first, then the window.
   for (QWidget* around = widget.parentWidget(); around != this; around = around->parentWidget()) {
-    if (auto* ground = qobject_cast<QScrollArea*>(around)) scrollTo(*ground, widget);
+    if (auto* area = qobject_cast<QScrollArea*>(around)) scrollTo(*area, widget);
   }
 }
 
@@ -76,7 +76,7 @@ void FormWindow::reportFocus() {
   const auto found = byFocusWidget_.find(focusWidget());
   if (found != byFocusWidget_.end() && found->second->base().withinReach())
     return focusArrived(*found->second);
-  // What had the focus is out of reach now: the next one that can takes it.
+  // The focused control is out of reach now: focus the next one that isn't.
   auto order = tabOrderOf(nullptr);
   const ControlView* lost = viewOf(form_->focused());
   if (lost != nullptr) {
@@ -120,7 +120,7 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   goToField(!chord.shift);
 }
 
-/// In the order of Tab, past the buttons, which would hold who comes by Enter.
+/// In tab order, but skipping buttons: Enter would get stuck on them.
 void FormWindow::goToField(bool forward) {
   auto order = tabOrderOf(nullptr);
   if (!forward) std::reverse(order.begin(), order.end());
@@ -153,12 +153,12 @@ bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
     return false;
   }
   if (event->type() == QEvent::ShortcutOverride && ownsKey(*static_cast<QKeyEvent*>(event))) {
-    // In a host's window the same key may be a command of the host: the focus decides.
+    // In a host's window the same key may be a command of the host, so the focus decides.
     event->accept();
     return true;
   }
   if (event->type() != QEvent::KeyPress || form_ == nullptr) return false;
-  // The editors have keys like Ctrl+E of their own; what the form has a command for is the form's.
+  // Editors have keys like Ctrl+E of their own; a key that is a command of the form takes precedence.
   const auto& key = *static_cast<QKeyEvent*>(event);
   if (shortcut(key)) return true;
   if (form_ != nullptr && key.key() == Qt::Key_F8 && key.modifiers() == Qt::NoModifier) {

@@ -13,7 +13,7 @@
 #include "qt/spoken_role.h"
 #include "ui/timer.h"
 
-// How a window comes up and goes, and how window and form agree on a size.
+// Showing and hiding a window, and keeping the sizes of window and form in step.
 
 namespace ledgertree::qt {
 
@@ -77,13 +77,13 @@ void FormWindow::fitWindow() {
   constexpr int kTitleBar = 40;
   const QSize room = screen()->availableSize() - QSize(0, kTitleBar);
   QSize wanted = scale_.pixels(form_->size());
-  // What a person gets who takes a form that wants the whole screen out of it: most of the screen.
+  // The size that a maximised form is restored to: most of the screen.
   if (form_->wantsMaximised())
     wanted = wanted.expandedTo(scale_.pixels(form_->smallestSize())).expandedTo(room * 0.85);
   if (!bar_->isHidden()) wanted.rheight() += bar_->heightForWidth(wanted.width());
   const bool scrolls = wanted.width() > room.width() || wanted.height() > room.height();
   if (scrolls) {
-    // Room for the scroll bar of the other direction, so that one bar doesn't call for the second.
+    // Leave room for the other direction's scroll bar, so that one bar doesn't cause the second.
     const int bar = scroll_->verticalScrollBar()->sizeHint().width();
     wanted =
         QSize(std::min(wanted.width() + bar, room.width()), std::min(wanted.height() + bar, room.height()));
@@ -99,19 +99,19 @@ void FormWindow::endShowing() {
   if (showing_ == Showing::Hidden) return;
   showing_ = Showing::Hidden;
   for (QTimer* timer : timers_) timer->stop();
-  // Closed and not only hidden: an application that ends with its last window notices.
+  // Closed, not just hidden: the application notices, and may end with its last window.
   QWidget::close();
   if (parentWidget() != nullptr) setParent(nullptr);
   for (QEventLoop* loop : loops_) loop->exit();
 }
 
 void FormWindow::waitUntilHidden() {
-  const QPointer<FormWindow> standing(this);
+  const QPointer<FormWindow> self(this);
   QEventLoop loop;
   loops_.push_back(&loop);
   loop.exec();
-  // What the loop ran may have ended the window itself.
-  if (!standing.isNull()) std::erase(loops_, &loop);
+  // The loop may have destroyed the window itself.
+  if (!self.isNull()) std::erase(loops_, &loop);
 }
 
 void FormWindow::startTimers() {
@@ -142,8 +142,8 @@ void FormWindow::popUp(const ui::MenuEntry& menu, ui::Twips left, ui::Twips top)
 ui::Size FormWindow::leastSize() const {
   const ui::Size design = form_->designSize();
   const ui::Size smallest = form_->smallestSize();
-  // A form that has grown past the height from which it follows goes back to that one; one that never did
-  // stands in its design.
+  // A form that grew past the height from which it lays itself out goes back to that height; one that never
+  // did keeps its design size.
   return {smallest.width, std::max(design.height, std::min(smallest.height, form_->size().height))};
 }
 
@@ -172,7 +172,7 @@ void FormWindow::windowResized() {
 }
 
 void FormWindow::fitCanvas() {
-  // A form may leave its controls where a larger size had put them: all of them can be scrolled to.
+  // A form may leave its controls where a larger size put them: they must all be in the scroll range.
   constexpr ui::Twips kRounding = 30;
   const ui::Size size = form_->size();
   ui::Size needed = leastSize();
@@ -190,7 +190,7 @@ void FormWindow::fitCanvas() {
 
 void FormWindow::followSize() {
   if (resizing_ > 0) return;
-  // A program asked for the size: the window follows where it can.
+  // A program asked for the size: the window follows if it can.
   fitCanvas();
   if (showing_ == Showing::Modeless || showing_ == Showing::Modal) {
     if (!isMaximized()) fitWindow();
@@ -209,7 +209,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 void FormWindow::moveEvent(QMoveEvent* event) {
   QWidget::moveEvent(event);
   for (ControlView* view : views_) {
-    if (view->standing()) view->moved();
+    if (view->attached()) view->moved();
   }
 }
 
@@ -218,7 +218,7 @@ bool FormWindow::event(QEvent* event) {
   if (event->type() == QEvent::ApplicationFontChange && form_ != nullptr && font() != screenFont()) {
     setFont(screenFont());
     rescale();
-    // The person chose the size of a window that can be resized.
+    // The user chose the size of a window that can be resized.
     if (!form_->resizable() && (showing_ == Showing::Modal || showing_ == Showing::Modeless)) fitWindow();
     windowResized();
   }

@@ -11,7 +11,7 @@ namespace ledgertree::qt {
 namespace {
 
 constexpr QChar kJoiner(0x200D);
-/// How much of the text's colour the place has: enough to be read, less than the text.
+/// The opacity of the place against that of the text: readable, but fainter.
 constexpr qreal kPaleness = 0.68;
 
 bool joinsNext(QChar letter) {
@@ -19,17 +19,17 @@ bool joinsNext(QChar letter) {
 }
 bool joinsBefore(QChar letter) { return joinsNext(letter) || letter.joiningType() == QChar::Joining_Right; }
 
-/// Whether the letters on both sides of a place are written as one. Signs above letters don't part them.
-bool isInsideJoin(const QString& text, qsizetype place) {
-  const auto isSign = [&text](qsizetype at) { return text[at].joiningType() == QChar::Joining_Transparent; };
-  qsizetype before = place - 1;
-  qsizetype behind = place;
-  while (before >= 0 && isSign(before)) --before;
-  while (behind < text.size() && isSign(behind)) ++behind;
-  return before >= 0 && behind < text.size() && joinsNext(text[before]) && joinsBefore(text[behind]);
+/// Whether the letters on both sides of a position join. Marks above letters don't separate them.
+bool isInsideJoin(const QString& text, qsizetype index) {
+  const auto isMark = [&text](qsizetype at) { return text[at].joiningType() == QChar::Joining_Transparent; };
+  qsizetype before = index - 1;
+  qsizetype after = index;
+  while (before >= 0 && isMark(before)) --before;
+  while (after < text.size() && isMark(after)) ++after;
+  return before >= 0 && after < text.size() && joinsNext(text[before]) && joinsBefore(text[after]);
 }
 
-/// A text in pieces of several fonts.
+/// A text in pieces with different fonts.
 struct Pieces {
   QString text;
   QList<QTextLayout::FormatRange> formats;
@@ -40,8 +40,8 @@ struct Pieces {
   }
 };
 
-/// The text with its stretches in bold. A change of the font ends a piece of the text for the shaping of its
-/// letters, so that joiners have to keep them as they are written.
+/// The text with the matches in bold. A change of font interrupts the shaping of letters, so joiners keep
+/// their forms.
 Pieces inBold(const QString& text, const Stretches& stretches) {
   QTextCharFormat plain;
   QTextCharFormat bold;
@@ -97,7 +97,7 @@ void FoundRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   const int left = room.width() - QFontMetrics(bold).horizontalAdvance(text) - gap;
   place = left > 4 * gap ? plain.elidedText(place, Qt::ElideRight, left) : QString();
   QTextCharFormat grey;
-  // Paler on the ground of the highlight, it couldn't be read.
+  // Fainter text would be unreadable on a highlighted row.
   grey.setForeground(selected ? colour : pale(colour));
   if (!place.isEmpty()) pieces.add("    " + place, grey);
 

@@ -7,17 +7,16 @@
 
 namespace ledgertree::qt {
 
-/// What a cell of a look-up's list has besides its text.
+/// What a cell of a look-up's list has in addition to its text.
 enum FoundRowRole {
-  kTypedRole = Qt::UserRole,  ///< a Stretches: where what was typed stands in the text
+  kTypedRole = Qt::UserRole,  ///< a Stretches: the matches within the text
   kPlaceRole                  ///< a QString: where the row belongs
 };
 
-/// The first unit of each stretch and the one behind it.
+/// The first unit of each stretch, and one past its last.
 using Stretches = QList<QPair<qsizetype, qsizetype>>;
 
-/// Draws a cell of a look-up's list: what was typed is bold, and where the row belongs stands behind it in
-/// grey.
+/// Draws a cell of a look-up's list: matches in bold, and after the text, in grey, where the row belongs.
 class FoundRowDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

@@ -13,7 +13,7 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// A table whose cursor and selected rows are where the control says.
+/// A table whose cursor and selected rows are those of the control.
 class Table : public QTableView {
  public:
   using QTableView::QTableView;
@@ -104,14 +104,14 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
   table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   table->verticalHeader()->hide();
   table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  // By itself Qt keeps every column as wide as the widest letter of the font.
+  // By default Qt makes every column at least as wide as the widest letter of the font.
   table->horizontalHeader()->setMinimumSectionSize(1);
   table->horizontalHeader()->setSectionsClickable(false);
   table->horizontalHeader()->setHighlightSections(false);
-  // Over the texts of the cells; a header takes the side from the application, not from the screen.
+  // Aligned with the texts of the cells; headers take the direction of the application, not of the screen.
   table->horizontalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignAbsolute | Qt::AlignVCenter);
   table->onRow = [this](int row, bool extend) {
-    if (!standing()) return;
+    if (!attached()) return;
     if (extend) {
       this->control().extendTo(row);
     } else {
@@ -119,7 +119,7 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
     }
   };
   table->onKey = [this](ui::Key key, bool extend) {
-    if (standing()) this->control().press(key, extend);
+    if (attached()) this->control().press(key, extend);
   };
   table->onResized = [this] { layOutColumns(); };
 }
@@ -128,11 +128,11 @@ void GridView::rescaled(const Scale& scale) {
   scale_ = scale;
   table_->verticalHeader()->setDefaultSectionSize(table_->fontMetrics().height() + 6);
   layOutColumns();
-  showSelection();  // behind the columns: the cursor needs one that is seen
+  showSelection();  // after the columns: the cursor needs a visible one
 }
 
 void GridView::layOutColumns() {
-  if (!standing()) return;
+  if (!attached()) return;
   const auto& columns = control().columns();
   int last = -1;
   int used = 0;

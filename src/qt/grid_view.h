@@ -19,7 +19,7 @@ class GridModel : public QAbstractTableModel {
   }
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-  /// The rows or the columns of the control changed. A row that was added costs no more than itself.
+  /// The rows or the columns of the control changed. The cost of an added row doesn't depend on the others.
   void follow();
   void detach() { control_ = nullptr; }
 
@@ -39,7 +39,7 @@ class GridView : public ViewOf<ui::Grid> {
   void detach() override;
 
  private:
-  /// Widths as the control says; what room is left goes to the last column.
+  /// Sets the control's widths. The last column takes the remaining space.
   void layOutColumns();
   void showSelection();
 

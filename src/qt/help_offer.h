@@ -6,15 +6,15 @@
 
 namespace ledgertree::qt {
 
-/// F1 in `screen`, or in anything in it, opens the guide at the section of what has the focus; does nothing
-/// where the process has no guide (see guide_window.h). A screen that shows a message gives it, so that the
-/// guide opens at its line in the list of messages.
+/// Makes F1 in `screen`, or in any widget in it, open the guide at the section of the focused widget; does
+/// nothing if the process has no guide (see guide_window.h). A screen that shows a message passes it, so that
+/// the guide opens at its line in the list of messages.
 ///
-/// The offer is a mark on the widget and no call: a plug-in brings its own copy of this layer, and its
-/// screens lead to the one guide of the process all the same.
+/// The offer is a dynamic property, not a function call: a plug-in has its own copy of this layer, and its
+/// screens still lead to the one guide of the process.
 void offerGuide(QWidget& screen, const QString& message = {});
 
-/// The message of a widget that offers the guide, empty for none; nothing for any other object.
+/// The message of a widget that offers the guide, empty for none; nullopt for any other object.
 [[nodiscard]] std::optional<QString> messageOfOffer(const QObject& object);
 
 }  // namespace ledgertree::qt

@@ -6,10 +6,10 @@
 
 namespace ledgertree::qt {
 
-/// The key of an event; None for a key that only puts a character.
+/// The key of an event; None for a key that only inserts a character.
 [[nodiscard]] ui::Key keyOf(const QKeyEvent& event);
-/// The chord of an event, by the Latin letter of its key whatever the keyboard's layout is; empty for a bare
-/// letter.
+/// The chord of an event, by the Latin letter of the key in every keyboard layout; empty for a letter without
+/// modifiers.
 [[nodiscard]] ui::KeyChord chordOf(const QKeyEvent& event);
 
 }  // namespace ledgertree::qt

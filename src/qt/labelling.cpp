@@ -14,10 +14,10 @@ namespace {
 
 constexpr ui::Twips kReach = 1500;  ///< a label further away belongs to something else
 constexpr ui::Twips kTouch = 120;
-/// Added to the distance of a label above a field: one beside it is always the nearer one.
+/// Added to the distance of a label above a field, so that one beside the field is always nearer.
 constexpr int kAbove = 100'000;
 
-/// How far a label stands from a field that it may belong to; negative where it can't.
+/// The distance of a label from a field that it may belong to; negative if it can't.
 int distance(const ui::Bounds& label, const ui::Bounds& field) {
   const bool sameLine = label.top < field.top + std::min(field.height, 2 * label.height) &&
                         label.top + label.height > field.top;
@@ -78,7 +78,7 @@ QString tooltipOf(const ui::Control& control) {
   const auto* button = dynamic_cast<const ui::PushButton*>(&control);
   const std::string keys = button == nullptr ? std::string() : button->shortcut().text();
   if (keys.empty()) return hint;
-  // The keys read from left to right inside the Persian line.
+  // Keeps the keys left-to-right within the Persian line.
   const QString shortcut = QChar(0x2066) + toQt(keys) + QChar(0x2069);
   return hint.isEmpty() ? shortcut : hint + QLatin1String(" (") + shortcut + QLatin1Char(')');
 }

@@ -12,7 +12,7 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// A list whose selection is where the control says.
+/// A list whose selection is that of the control.
 class Lines : public QListView {
  public:
   using QListView::QListView;
@@ -35,7 +35,7 @@ class Lines : public QListView {
     event->setAccepted(moves);
     if (moves) return onKey(key);
     if (event->modifiers() == Qt::NoModifier && !event->text().isEmpty() && event->text().at(0).isPrint())
-      QListView::keyPressEvent(event);  // looks the typed text up, by keyboardSearch
+      QListView::keyPressEvent(event);  // finds the typed text, by keyboardSearch
   }
   void keyboardSearch(const QString& search) override {
     if (model()->rowCount() == 0) return;
@@ -45,7 +45,7 @@ class Lines : public QListView {
   }
 };
 
-/// The wheel scrolls the form, and changes no list that it happens to pass over.
+/// The wheel scrolls the form, and doesn't change a list that it happens to pass over.
 class Combo : public QComboBox {
  public:
   using QComboBox::QComboBox;
@@ -74,7 +74,7 @@ void ItemsModel::follow() {
     count_ = count;
     endRemoveRows();
   }
-  // Lines keep their order as they come; any other change may have touched each of those that stay.
+  // New lines are appended; any other change may affect each of the remaining ones.
   if (count <= before && count > 0) emit dataChanged(index(0), index(count - 1));
 }
 
@@ -86,10 +86,10 @@ ListBoxView::ListBoxView(ui::ListBox& control, QWidget& parent) : ViewOf(control
   lines->setEditTriggers(QAbstractItemView::NoEditTriggers);
   lines->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   lines->onChoose = [this](int row) {
-    if (standing()) this->control().choose(row);
+    if (attached()) this->control().choose(row);
   };
   lines->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   sync(ui::Change::Selection);
 }
@@ -116,7 +116,7 @@ DropDownListView::DropDownListView(ui::DropDownList& control, QWidget& parent)
   box_->setModel(&model_);
   box_->view()->setLayoutDirection(Qt::RightToLeft);
   connect(box_, &QComboBox::activated, this, [this](int row) {
-    if (standing()) this->control().choose(row);
+    if (attached()) this->control().choose(row);
   });
   sync(ui::Change::Selection);
 }

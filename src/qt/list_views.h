@@ -9,8 +9,8 @@
 
 namespace ledgertree::qt {
 
-/// The lines of a list. It knows as many lines as it was told of, so that a line that comes or goes costs no
-/// more than itself.
+/// The lines of a list. It has as many lines as were reported, so that the cost of an added or removed line
+/// doesn't depend on the others.
 class ItemsModel : public QAbstractListModel {
  public:
   explicit ItemsModel(const ui::ItemsControl& control) : control_(&control) { follow(); }

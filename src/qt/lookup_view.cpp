@@ -111,7 +111,7 @@ LookupPopup::LookupPopup(QWidget& line, LookupModel& model)
   list_->setFocusPolicy(Qt::NoFocus);
   list_->setFrameShape(QFrame::NoFrame);
   list_->setHeaderHidden(true);
-  // As high as its rows: by itself a list keeps room for several.
+  // As high as its rows: by default a list reserves room for several.
   list_->setMinimumSize(1, 1);
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
@@ -193,22 +193,22 @@ LookupView::LookupView(ui::LookupField& control, QWidget& parent, std::function<
   line_->typist = {.characters = [this](const QKeyEvent& event) { return typedCharacters(event, layout_()); },
                    .filter =
                        [this](char32_t character) {
-                         // The text of a row that is held gives way to what is typed.
-                         if (standing() && character >= U' ' && !this->control().typing()) line_->selectAll();
-                         return standing() ? character : char32_t{0};
+                         // Typing replaces the text of a held row.
+                         if (attached() && character >= U' ' && !this->control().typing()) line_->selectAll();
+                         return attached() ? character : char32_t{0};
                        },
                    .key = [this](QKeyEvent& event) { return key(event); },
                    .keyUp = {},
                    .menu = [this](QMenu& menu) { addEntry(menu); }};
   connect(line_, &QLineEdit::textEdited, this, [this](const QString& text) {
-    if (echo_ == 0 && standing()) this->control().edited(fromQt(text));
+    if (echo_ == 0 && attached()) this->control().edited(fromQt(text));
   });
   connect(arrow_, &QToolButton::clicked, this, [this] { toggleList(); });
   popup_->onPick = [this](int row) {
-    if (standing()) this->control().pick(row);
+    if (attached()) this->control().pick(row);
   };
   popup_->onEnd = [this] {
-    if (echo_ == 0 && standing()) this->control().reachedEnd();
+    if (echo_ == 0 && attached()) this->control().reachedEnd();
   };
   line_->installEventFilter(this);
   sync(ui::Change::Text);
@@ -222,24 +222,24 @@ void LookupView::name(const QString& spoken) {
 }
 
 void LookupView::addEntry(QMenu& menu) {
-  if (!standing() || control().entry() == nullptr) return;
+  if (!attached() || control().entry() == nullptr) return;
   control().askMenu();
-  if (!standing() || !control().entry()->visible()) return;
+  if (!attached() || !control().entry()->visible()) return;
   const ui::MenuEntry& entry = *control().entry();
   menu.addSeparator();
   QAction* action = menu.addAction(literalCaption(entry.caption()));
   action->setObjectName(toQt(entry.name()));
   action->setEnabled(entry.enabled());
   connect(action, &QAction::triggered, this, [this] {
-    if (standing()) control().entry()->click();
+    if (attached()) control().entry()->click();
   });
 }
 
 void LookupView::toggleList() {
-  if (!standing()) return;
+  if (!attached()) return;
   const ui::Form::Act act(control().form());
   if (!line_->hasFocus()) control().focus();
-  if (!act.formStands() || !standing()) return;
+  if (!act.formAlive() || !attached()) return;
   static_cast<void>(control().press(ui::Key::F4));
 }
 
@@ -256,9 +256,9 @@ void LookupView::colour() {
                                                        : toQt(control().hint()));
 }
 
-/// A click opens the list, as in a drop-down; inside a line that is being typed it moves the caret.
+/// A click opens the list, as in a drop-down; during typing it moves the caret.
 bool LookupView::opensList(const QMouseEvent& click) {
-  return standing() && !control().typing() && !control().listOpen() && line_->hasFocus() &&
+  return attached() && !control().typing() && !control().listOpen() && line_->hasFocus() &&
          click.button() == Qt::LeftButton;
 }
 
@@ -274,16 +274,16 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
       popup_->hide();
       break;
     case QEvent::FocusIn:
-      if (standing()) focusCame();
+      if (attached()) focusCame();
       break;
     case QEvent::ToolTip:
-      if (standing()) control().lookCloser();
+      if (attached()) control().lookCloser();
       break;
     case QEvent::KeyPress:
-      // Ahead of the move of the focus, so that a question of the form about the row is answered first.
-      if (watched == line_ && standing() && keyOf(*static_cast<QKeyEvent*>(event)) == ui::Key::Tab) {
+      // Before the focus moves, so that the form can first ask about the picked row.
+      if (watched == line_ && attached() && keyOf(*static_cast<QKeyEvent*>(event)) == ui::Key::Tab) {
         static_cast<void>(control().press(ui::Key::Tab));
-        if (!standing()) return true;
+        if (!attached()) return true;
       }
       break;
     case QEvent::FocusOut:
@@ -304,22 +304,22 @@ bool LookupView::eventFilter(QObject* watched, QEvent* event) {
 
 void LookupView::focusCame() {
   if (!control().typing()) line_->selectAll();
-  // What was left half-done goes on where it ended.
+  // Continues an interrupted edit at its end.
   if (control().unchosen()) line_->end(false);
   if (control().listOpen()) popup_->open(toQt(control().title()), toQt(control().count()));
 }
 
 void LookupView::focusLeft(Qt::FocusReason reason) {
   popup_->hide();
-  // A menu, or another window in front, doesn't end what the person is typing.
+  // A menu, or another window in front, doesn't end the typing.
   if (reason == Qt::PopupFocusReason || reason == Qt::ActiveWindowFocusReason) return;
-  // At rest the line shows the beginning of its text.
+  // Without the focus, the field shows the beginning of its text.
   line_->home(false);
-  if (standing() && (control().listOpen() || control().typing())) control().leave();
+  if (attached() && (control().listOpen() || control().typing())) control().leave();
 }
 
 bool LookupView::key(QKeyEvent& event) {
-  if (!standing() || !control().isActive()) return false;
+  if (!attached() || !control().isActive()) return false;
   const ui::Key key = keyOf(event);
   if ((event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0) return false;
   switch (key) {
@@ -330,7 +330,7 @@ bool LookupView::key(QKeyEvent& event) {
       static_cast<void>(control().press(event.modifiers().testFlag(Qt::AltModifier) ? ui::Key::F4 : key));
       return true;
     case ui::Key::Backspace:
-      // While one types, the line's own editing knows the caret.
+      // During typing, the editor handles the keys of the caret.
       if (control().typing()) return false;
       break;
     case ui::Key::F4:
@@ -356,7 +356,7 @@ void LookupView::sync(ui::Change change) {
       const QString text = toQt(control().text());
       if (text == line_->text()) break;
       line_->setText(text);
-      // A held row shows its beginning, and is replaced as a whole.
+      // Shows the beginning of a held row's text. Typing replaces all of it.
       if (control().typing()) break;
       line_->setCursorPosition(0);
       if (line_->hasFocus()) line_->selectAll();
@@ -388,7 +388,7 @@ void LookupView::syncList() {
 }
 
 void LookupView::showLanguage(std::optional<KeyboardLayout> layout) {
-  if (!standing() || !control().isActive()) layout.reset();
+  if (!attached() || !control().isActive()) layout.reset();
   tag_->show(layout);
   moved();
 }

@@ -14,8 +14,8 @@
 
 namespace ledgertree::qt {
 
-/// The rows that a look-up found; below them "..." while it goes on searching, or a line that says that there
-/// is none.
+/// The rows that a look-up found; then "..." while it is still searching, or a line that says that there are
+/// none.
 class LookupModel : public QAbstractTableModel {
  public:
   enum Column { kText, kCode, kColumns };
@@ -27,7 +27,7 @@ class LookupModel : public QAbstractTableModel {
   }
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-  /// The rows of the field changed. Rows that were added leave the place of the list where it is.
+  /// The rows of the field changed. Adding rows keeps the scroll position.
   void follow();
   void detach();
 
@@ -38,14 +38,14 @@ class LookupModel : public QAbstractTableModel {
   bool searching_ = false;
 };
 
-/// The list that opens below the line, in a window of its own that never takes the focus.
+/// The list that opens under the field, in a window of its own that never takes the focus.
 class LookupPopup : public QFrame {
  public:
   LookupPopup(QWidget& line, LookupModel& model);
   std::function<void(int)> onPick;
   std::function<void()> onEnd;
 
-  /// The title stands above the rows, the count below them; either may be empty.
+  /// The title is above the rows, the count below them; either may be empty.
   void open(const QString& title, const QString& count);
   void place();
   void highlight(int row);
@@ -78,7 +78,7 @@ class LookupView : public ViewOf<ui::LookupField> {
   void syncList();
   void toggleList();
   void addEntry(QMenu& menu);
-  /// A line whose text isn't chosen stands out; one that takes no typing looks like it.
+  /// Marks a field with a text that isn't a choice, and one that takes no typing.
   void colour();
 
   std::function<KeyboardLayout()> layout_;

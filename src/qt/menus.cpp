@@ -50,8 +50,8 @@ void Menus::fillMenu(QMenu& menu, const std::vector<ui::MenuEntry*>& entries) {
 
 void Menus::bind(QAction& action, ui::MenuEntry& entry) {
   action.setObjectName(toQt(entry.name()));
-  // Shown beside the caption. In the window of a host it is the focus that decides whose keys they are, so
-  // that the action itself never hears them outside of the bar.
+  // Only displayed beside the caption. In a host's window the focus decides which keys apply, so the action
+  // must not handle them.
   if (!entry.keys().empty()) {
     action.setShortcut(QKeySequence(toQt(entry.keys().text())));
     action.setShortcutContext(Qt::WidgetShortcut);
@@ -59,7 +59,7 @@ void Menus::bind(QAction& action, ui::MenuEntry& entry) {
   show(action, entry);
   actions_.emplace_back(&action, &entry);
   connect(&action, &QAction::triggered, this, [this, &action, &entry] {
-    // An action that carries a mark turns over by itself; the entry says where it belongs.
+    // A checkable action toggles by itself; the entry has the real state.
     if (actions_.empty()) return;
     show(action, entry);
     entry.click();

@@ -11,16 +11,17 @@
 
 namespace ledgertree::qt {
 
-/// The menus of one form: its bar and what pops up. The entries say what is shown, enabled and checked.
+/// The menus of one form: its menu bar and its context menus. The entries say what is shown, enabled and
+/// checked.
 class Menus : public QObject {
  public:
-  /// Fills the bar with the entries of the first level; gives whether there are any.
+  /// Fills the bar with the top-level entries; returns whether there are any.
   bool fill(QMenuBar& bar, const std::vector<ui::MenuEntry*>& entries);
-  /// A menu with the entries below `menu`, for the caller to open; it ends when it closes.
+  /// A menu with the entries under `menu`, for the caller to open. It deletes itself when it closes.
   [[nodiscard]] QMenu* makePopUp(const ui::MenuEntry& menu, QWidget& parent);
   /// The entries changed.
   void follow();
-  /// The form is going or gone.
+  /// The form is being destroyed.
   void detach();
 
  private:

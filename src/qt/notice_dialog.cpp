@@ -21,7 +21,7 @@
 
 #include "qt/appearance.h"
 #include "qt/help_offer.h"
-#include "qt/pointer.h"
+#include "qt/hourglass.h"
 #include "qt/text.h"
 #include "shell/outside_components.h"
 
@@ -29,18 +29,18 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// Black or white, whichever stands out.
+/// Black or white, whichever has more contrast.
 QColor inkOn(const QColor& ground) {
   const double light = 0.299 * ground.redF() + 0.587 * ground.greenF() + 0.114 * ground.blueF();
   return light > 0.55 ? QColor(Qt::black) : QColor(Qt::white);
 }
 
-/// Good news bear one of these titles.
+/// Titles of good news.
 bool isGoodNews(const NoticeDialog& notice) {
   return notice.title == QString::fromUtf8("اتمام عمليات") || notice.title == QString::fromUtf8("اطلاع");
 }
 
-/// The sign beside the message: a question mark in Persian, a tick for good news, else an exclamation mark.
+/// The symbol beside the message: a Persian question mark, a tick for good news, else an exclamation mark.
 class Sign : public QWidget {
  public:
   Sign(QWidget& parent, const NoticeDialog& notice)
@@ -158,7 +158,7 @@ void Dialog::makeText(const NoticeDialog& notice, QFrame& panel) {
   text_->setPlainText(notice.message);
   text_->setAccessibleName(notice.message.left(1000));
 
-  // As wide as a comfortable line and as high as the text, but never higher than most of the screen.
+  // As wide as a comfortable line and as high as the text, up to most of the screen.
   const int letter = fontMetrics().averageCharWidth();
   const QRect room = screen()->availableGeometry();
   const int widest = std::min(60 * letter, room.width() * 3 / 4);
@@ -179,7 +179,7 @@ QPushButton* Dialog::makeButton(const QString& caption, NoticeDialog::Answer giv
   QPalette colours = palette();
   const QColor ground = notice.button;
   const QColor ink = inkOn(ground);
-  // The style paints a dark button lighter than its colour: too light for white letters.
+  // The style makes a dark button lighter than its colour: too light for white letters.
   colours.setColor(QPalette::Button, ink == Qt::white ? ground.darker(130) : ground);
   colours.setColor(QPalette::ButtonText, ink);
   button->setPalette(colours);
@@ -205,12 +205,12 @@ void Dialog::keyPressEvent(QKeyEvent* event) {
     default:
       break;
   }
-  // A message that is to be told to somebody else is copied whole.
+  // The whole message is copied, so that it can be passed on.
   if (event->matches(QKeySequence::Copy)) return QApplication::clipboard()->setText(message_);
   QDialog::keyPressEvent(event);
 }
 
-/// A line of text for a title, or a whole message, without what a screen can't show.
+/// A line of text for a title, or a whole message, without characters that a screen can't show.
 QString shownText(const QString& text, bool line) {
   QString shown = text;
   for (QChar& unit : shown) {
@@ -221,7 +221,7 @@ QString shownText(const QString& text, bool line) {
   return shown;
 }
 
-/// The component by its members.
+/// The component, by its members.
 class NoticeComponent : public shell::OutsideComponent {
  public:
   void set(std::string_view member, const data::Value& value) override {
@@ -274,7 +274,7 @@ NoticeDialog::Answer NoticeDialog::ask() {
   shown.message = shownText(message, false);
   Dialog dialog(shown);
   if (!front.isNull()) {
-    static_cast<void>(dialog.winId());  // makes the native window
+    static_cast<void>(dialog.winId());  // creates the native window
     dialog.windowHandle()->setTransientParent(front->windowHandle());
     dialog.adjustSize();
     dialog.move(front->frameGeometry().center() - QPoint(dialog.width() / 2, dialog.height() / 2));

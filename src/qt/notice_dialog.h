@@ -10,32 +10,32 @@ class OutsideComponents;
 
 namespace ledgertree::qt {
 
-/// A message with one button or two, or a question with yes and no, in the colours that its caller gives.
+/// A message with one button or two, or a yes-or-no question, in the caller's colours.
 class NoticeDialog {
  public:
   enum class Kind { Notice, Question };
-  /// None: the dialog was closed by its frame, or isn't asked yet.
+  /// None: the dialog was closed with its title bar, or hasn't been shown yet.
   enum class Answer { None = -1, No = 0, Yes = 1, Second = 2 };
 
   QString title;
   QString message;
   Kind kind = Kind::Notice;
-  /// What else a notice offers, beside "تاييد"; empty for nothing.
+  /// What a notice offers besides "تاييد"; empty for nothing.
   QString secondButton;
   QColor background = QColor(216, 190, 196);
   QColor button = QColor(125, 89, 99);
   QColor frame = QColor(225, 219, 219);
 
-  /// Shows the dialog in front of everything, and returns when the person has answered. Escape is no; the
-  /// focus starts on the answer that changes nothing. The hourglass is off the screen meanwhile, and
-  /// afterwards the focus is where it was.
+  /// Shows the dialog in front of everything, and returns when the user has answered. Escape means no, and
+  /// the focus starts on the answer that changes nothing. The hourglass is hidden meanwhile, and afterwards
+  /// the focus returns to where it was.
   Answer ask();
 };
 
-/// The colour of a number whose low byte is red, as outside components take colours.
+/// A colour from a number with red in the low byte, as third-party components pass colours.
 [[nodiscard]] QColor colourOf(std::int32_t number);
 
-/// Makes the dialog known as the outside component NoticeKit.NoticeDialog, with its members FormTitle,
+/// Registers the dialog as the outside component NoticeKit.NoticeDialog, with its members FormTitle,
 /// FormMessage, FormType (0 notice, 1 question), FormBackColor, BtmBackColor, FrameBackColor, the call
 /// ClearShow, and Resualt: 1 yes, 0 no, -1 without an answer.
 void registerNoticeDialog(shell::OutsideComponents& components);

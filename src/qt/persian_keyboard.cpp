@@ -7,8 +7,8 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// The keys by the letter that a Latin layout of the United States has on them, without and with Shift, and
-/// what the layouts have there. One line of a keyboard each; the digits are left out on purpose.
+/// The keys by their letters in the Latin layout of the United States, without and with Shift, and what the
+/// two layouts put there. One line per keyboard row; the digits are left out on purpose.
 struct KeyRow {
   std::string_view latin;
   std::u32string_view letters;
@@ -25,7 +25,7 @@ constexpr std::array<KeyRow, 8> kPersian = {{
     {"~!@#$%^&*()_+", U"÷!\u066C\u066B\uFDFC\u066A×،*)(\u0640+"},
 }};
 
-// The ligatures of lam and alef are two letters each, told apart below.
+// The ligatures of lam and alef are two letters each, handled below.
 constexpr std::array<KeyRow, 8> kArabic = {{
     {"qwertyuiop[]\\", U"ضصثقفغعهخحجد\\"},
     {"QWERTYUIOP{}|", U"\u064E\u064B\u064F\u064C\uFEF9إ`÷×؛<>|"},
@@ -37,8 +37,7 @@ constexpr std::array<KeyRow, 8> kArabic = {{
     {"~!@#$%^&*()_+", U"\u0651!@#$%^&*)(_+"},
 }};
 
-/// The Latin letters by the number that the keyboard gives a key (the same on every keyboard), from `first`
-/// on.
+/// The Latin letters by scan code (the same on every keyboard), from `first` on.
 struct ScanRow {
   unsigned first;
   std::string_view plain;
@@ -54,9 +53,9 @@ constexpr std::array<ScanRow, 6> kScanRows = {{
     {57, " ", " "},
 }};
 
-/// What a Latin layout would give for the key, by its place; 0 where the place isn't known (a key made by a
-/// program, or a keypad's).
-char latinAtPlace(const QKeyEvent& event) {
+/// What a Latin layout would give for the key's position; 0 if that isn't known (a key made by a program, or
+/// on the keypad).
+char latinAtPosition(const QKeyEvent& event) {
 #ifdef Q_OS_WIN
   constexpr unsigned kOffset = 0;
 #else
@@ -65,18 +64,18 @@ char latinAtPlace(const QKeyEvent& event) {
   const unsigned scan = event.nativeScanCode();
   if (scan <= kOffset || event.modifiers().testFlag(Qt::KeypadModifier)) return 0;
   for (const ScanRow& row : kScanRows) {
-    const unsigned place = scan - kOffset - row.first;
-    if (scan - kOffset < row.first || place >= row.plain.size()) continue;
-    return event.modifiers().testFlag(Qt::ShiftModifier) ? row.shifted[place] : row.plain[place];
+    const unsigned index = scan - kOffset - row.first;
+    if (scan - kOffset < row.first || index >= row.plain.size()) continue;
+    return event.modifiers().testFlag(Qt::ShiftModifier) ? row.shifted[index] : row.plain[index];
   }
   return 0;
 }
 
 std::u32string atLatin(const std::array<KeyRow, 8>& rows, char latin) {
   for (const KeyRow& row : rows) {
-    const std::size_t place = row.latin.find(latin);
-    if (place == std::string_view::npos) continue;
-    switch (const char32_t letter = row.letters[place]) {
+    const std::size_t index = row.latin.find(latin);
+    if (index == std::string_view::npos) continue;
+    switch (const char32_t letter = row.letters[index]) {
       case U'\uFEFB':
         return U"لا";
       case U'\uFEF5':
@@ -96,7 +95,7 @@ bool putsText(const QKeyEvent& event) {
   if (event.text().isEmpty()) return false;
   const auto modifiers =
       event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier | Qt::GroupSwitchModifier);
-  // Ctrl with Alt is how some keyboards say AltGr.
+  // Some keyboards report AltGr as Ctrl with Alt.
   if (modifiers != Qt::NoModifier && modifiers != (Qt::ControlModifier | Qt::AltModifier)) return false;
   const QChar first = event.text().at(0);
   return first.isPrint() || first.isSurrogate() || first.category() == QChar::Other_Format ||
@@ -118,13 +117,13 @@ std::u32string typedCharacters(const QKeyEvent& event, KeyboardLayout layout) {
     return own;
   const auto& rows = layout == KeyboardLayout::Persian ? kPersian : kArabic;
   const char typed = static_cast<char>(own.front());
-  const char place = latinAtPlace(event);
+  const char latin = latinAtPosition(event);
   const bool letter = std::isalpha(static_cast<unsigned char>(typed)) != 0;
-  // A Persian layout of the desktop has marks like "[" too, at other places: those are what the person meant.
-  if (!letter && place != 0 && place != typed) return own;
+  // A Persian desktop layout has marks like "[" too, on other keys: the user means those.
+  if (!letter && latin != 0 && latin != typed) return own;
   if (layout == KeyboardLayout::Persian && typed == ' ' && event.modifiers().testFlag(Qt::ShiftModifier))
     return {U'\u200C'};
-  const std::u32string letters = atLatin(rows, place != 0 ? place : typed);
+  const std::u32string letters = atLatin(rows, latin != 0 ? latin : typed);
   return letters.empty() ? own : letters;
 }
 
@@ -133,10 +132,10 @@ char latinKey(const QKeyEvent& event) {
   if ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9))
     return static_cast<char>(key);
   if (key < 0x80 || key >= 0x01000000) return 0;
-  const char place = latinAtPlace(event);
-  if (place != 0)
-    return std::isalnum(static_cast<unsigned char>(place)) != 0
-               ? static_cast<char>(std::toupper(static_cast<unsigned char>(place)))
+  const char latin = latinAtPosition(event);
+  if (latin != 0)
+    return std::isalnum(static_cast<unsigned char>(latin)) != 0
+               ? static_cast<char>(std::toupper(static_cast<unsigned char>(latin)))
                : char{0};
   for (const auto* rows : {&kPersian, &kArabic}) {
     for (const KeyRow& row : *rows) {

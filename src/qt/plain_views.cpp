@@ -16,7 +16,7 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// Enter presses the button that has the focus, as Space does.
+/// Enter presses the focused button, as Space does.
 class Button : public QPushButton {
  public:
   using QPushButton::QPushButton;
@@ -31,7 +31,7 @@ class Button : public QPushButton {
   }
 };
 
-/// A button that shows what its control says, and never turns by itself.
+/// A button that shows the state of its control and never toggles itself.
 class Radio : public QRadioButton {
  public:
   using QRadioButton::QRadioButton;
@@ -48,8 +48,8 @@ class Radio : public QRadioButton {
   }
 };
 
-/// Tab comes to the button of a group that is chosen, from which the arrow keys go on; to all of them where
-/// none is.
+/// Tab stops at the chosen button of a group, from which the arrow keys move on; at all of them if none is
+/// chosen.
 void giveOneTabStop(const QWidget& frame) {
   const auto group = frame.findChildren<Radio*>(Qt::FindDirectChildrenOnly);
   const bool chosen =
@@ -66,8 +66,8 @@ class Box : public QCheckBox {
   void nextCheckState() override {}
 };
 
-/// A thin border with the title on its upper edge, at the right. The place inside begins at the corner of the
-/// widget, where the controls of the frame count from.
+/// A thin border with the title on its upper edge, on the right. The controls' bounds are relative to the
+/// corner of the widget, not of the border.
 class Panel : public QGroupBox {
  public:
   using QGroupBox::QGroupBox;
@@ -91,7 +91,7 @@ class Panel : public QGroupBox {
   }
 };
 
-/// A line that has no room ends in dots; who listens to the screen hears it whole.
+/// A text that is too wide ends in an ellipsis; a screen reader says it whole.
 class Line : public QLabel {
  public:
   using QLabel::QLabel;
@@ -106,7 +106,7 @@ class Line : public QLabel {
   }
 };
 
-/// The words of the bar as they are, without the toolkit's marks for numbers in them.
+/// The bar's text as it is, without the toolkit's placeholders for numbers.
 class Bar : public QProgressBar {
  public:
   using QProgressBar::QProgressBar;
@@ -114,7 +114,7 @@ class Bar : public QProgressBar {
   [[nodiscard]] QString text() const override { return words; }
 
  protected:
-  /// Draws the text itself: from right to left the style would draw it white on white.
+  /// Draws the text itself: from right to left, the style would draw it white on white.
   void paintEvent(QPaintEvent*) override {
     QStylePainter painter(this);
     QStyleOptionProgressBar look;
@@ -150,7 +150,7 @@ void LabelView::sync(ui::Change change) {
 }
 
 void LabelView::rescaled(const Scale&) {
-  if (!standing() || !control().strong()) return;
+  if (!attached() || !control().strong()) return;
   QFont font = label_->parentWidget()->font();
   font.setBold(true);
   label_->setFont(font);
@@ -161,10 +161,10 @@ PushButtonView::PushButtonView(ui::PushButton& control, QWidget& parent) : ViewO
   button_ = button;
   button->setAutoDefault(false);
   button->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   connect(button, &QPushButton::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
 }
 
@@ -173,10 +173,10 @@ RadioButtonView::RadioButtonView(ui::RadioButton& control, QWidget& parent) : Vi
   button_ = button;
   button->setAutoExclusive(false);
   setSpokenRole(*button, QAccessible::RadioButton);
-  button->setText(literalCaption(control.caption()));  // tells of it, under the role
+  button->setText(literalCaption(control.caption()));  // updates the accessible name, under that role
   button->onArrow = [this](int step) { chooseNeighbour(step); };
   connect(button, &QRadioButton::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
   sync(ui::Change::Value);
 }
@@ -188,7 +188,7 @@ void RadioButtonView::sync(ui::Change change) {
 }
 
 void RadioButtonView::chooseNeighbour(int step) {
-  if (!standing()) return;
+  if (!attached()) return;
   std::vector<ui::RadioButton*> group;
   for (ui::Control* other : control().form().controls()) {
     auto* radio = dynamic_cast<ui::RadioButton*>(other);
@@ -201,13 +201,13 @@ void RadioButtonView::chooseNeighbour(int step) {
   ui::RadioButton* next = group[static_cast<std::size_t>((self - group.begin() + step + count) % count)];
   const ui::Form::Act act(next->form());
   next->focus();
-  if (act.formStands()) next->click();
+  if (act.formAlive()) next->click();
 }
 
 CheckBoxView::CheckBoxView(ui::CheckBox& control, QWidget& parent)
     : ViewOf(control), box_(new Box(literalCaption(control.caption()), &parent)) {
   connect(box_, &QCheckBox::clicked, this, [this] {
-    if (standing()) this->control().click();
+    if (attached()) this->control().click();
   });
   sync(ui::Change::Value);
 }
@@ -221,14 +221,14 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
   panel_->setFocusPolicy(Qt::NoFocus);
   static_cast<Panel*>(panel_)->setFlat(!control.bordered());
   if (control.scrolledWidth() == 0) return;
-  scroll_ = new Ground(panel_);
+  scroll_ = new FormScrollArea(panel_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  ground_ = new QWidget;
-  scroll_->setWidget(ground_);
-  // The border and the colour of the panel shine through.
-  ground_->setAutoFillBackground(false);
+  content_ = new QWidget;
+  scroll_->setWidget(content_);
+  // The panel's border and colour show through.
+  content_->setAutoFillBackground(false);
   scroll_->viewport()->setAutoFillBackground(false);
 }
 
@@ -238,13 +238,13 @@ void FrameView::rescaled(const Scale& scale) {
 }
 
 void FrameView::moved() {
-  if (scroll_ == nullptr || !standing()) return;
+  if (scroll_ == nullptr || !attached()) return;
   const int width = scale_.pixels(control().scrolledWidth());
-  // Inside the border, whose sides the panel paints.
+  // Inside the border, which the panel paints.
   const bool scrolls = width > panel_->width();
   scroll_->setGeometry(panel_->rect().adjusted(scrolls ? 1 : 0, 0, scrolls ? -1 : 0, scrolls ? -1 : 0));
   scroll_->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-  ground_->resize(width, scroll_->viewport()->height());
+  content_->resize(width, scroll_->viewport()->height());
 }
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)
@@ -256,7 +256,7 @@ void ProgressBarView::sync(ui::Change change) {
   if (change != ui::Change::Value) return;
   auto& bar = static_cast<Bar&>(*bar_);
   bar.words = toQt(control().text());
-  // A work of nothing is done; without a maximum the bar would run to and fro.
+  // No work is finished work; without a maximum the bar would run to and fro.
   bar.setMaximum(std::max(control().maximum(), 1));
   // At 0 the style would still draw a sliver.
   if (control().value() == 0) {

@@ -44,7 +44,7 @@ class RadioButtonView : public ViewOf<ui::RadioButton> {
   void sync(ui::Change change) override;
 
  private:
-  /// The arrow keys go round the group, and choose.
+  /// The arrow keys cycle through the group, and choose.
   void chooseNeighbour(int step);
   QRadioButton* button_;
 };
@@ -64,8 +64,8 @@ class FrameView : public ViewOf<ui::Frame> {
  public:
   FrameView(ui::Frame& control, QWidget& parent);
   [[nodiscard]] QWidget& widget() override { return *panel_; }
-  /// What the controls of the frame stand on.
-  [[nodiscard]] QWidget& ground() { return ground_ != nullptr ? *ground_ : *panel_; }
+  /// The parent widget of the frame's controls.
+  [[nodiscard]] QWidget& content() { return content_ != nullptr ? *content_ : *panel_; }
   void sync(ui::Change) override {}
   void rescaled(const Scale& scale) override;
   void moved() override;
@@ -73,7 +73,7 @@ class FrameView : public ViewOf<ui::Frame> {
  private:
   QWidget* panel_;
   QScrollArea* scroll_ = nullptr;
-  QWidget* ground_ = nullptr;
+  QWidget* content_ = nullptr;
   Scale scale_;
 };
 
@@ -82,7 +82,7 @@ class ProgressBarView : public ViewOf<ui::ProgressBar> {
   ProgressBarView(ui::ProgressBar& control, QWidget& parent);
   [[nodiscard]] QProgressBar& widget() override { return *bar_; }
   void sync(ui::Change change) override;
-  /// Letters taller than the bar wouldn't be drawn at all.
+  /// Text taller than the bar wouldn't be drawn at all.
   void moved() override;
 
  private:

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "qt/form_window.h"
-#include "qt/pointer.h"
+#include "qt/hourglass.h"
 #include "qt/text.h"
 #include "qt/wait_panel.h"
 #include "ui/control.h"
@@ -20,10 +20,10 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// The desktops of the process. The application takes the windows off when it ends; a desktop may live longer
-/// (as a process-wide object does), and draws nothing from then on.
+/// The desktops of the process. The application closes the windows when it ends; a desktop may live longer
+/// (as a static object does), and draws nothing from then on.
 std::vector<QtDesktop*>& desktops() {
-  // Never destroyed: which of two process-wide objects goes first depends on which was asked for first.
+  // Never destroyed: the order in which static objects are destroyed depends on the order of their first use.
   static auto& known = *new std::vector<QtDesktop*>;
   return known;
 }
@@ -32,7 +32,7 @@ void endWindowsOfAll() {
   for (QtDesktop* desktop : desktops()) desktop->endWindows();
 }
 
-/// Takes what a person does at keyboard and mouse, and keeps of it whether Escape was pressed.
+/// Discards the user's key and mouse events, and records whether Escape was among them.
 class EscapeAlone : public QObject {
  public:
   [[nodiscard]] bool pressed() const { return pressed_; }
@@ -65,7 +65,7 @@ class EscapeAlone : public QObject {
   bool pressed_ = false;
 };
 
-/// What the application says of itself while one of its desktops waits.
+/// The name that the application announces while one of its desktops waits.
 constexpr const char* kWaits = "ledgertreeWaits";
 
 int loopDepth() { return QThread::currentThread()->loopLevel(); }
@@ -73,7 +73,7 @@ int loopDepth() { return QThread::currentThread()->loopLevel(); }
 }  // namespace
 
 QtDesktop::QtDesktop() : idleTimer_(new QTimer(this)) {
-  // An interval of 0 fires when the queue of events is empty.
+  // An interval of 0 fires when the event queue is empty.
   idleTimer_->setInterval(0);
   connect(idleTimer_, &QTimer::timeout, this, [this] { runIdle(); });
   if (desktops().empty()) qAddPostRoutine(endWindowsOfAll);
@@ -120,7 +120,7 @@ void QtDesktop::show(ui::Form& form) {
   if (known != nullptr && known->showing() != FormWindow::Showing::Hidden)
     return known->showAs(known->showing());
   if (!modelessAllowed_)
-    throw ui::DesktopError(ui::DesktopError::kNoModelessForms, "the host takes no form that isn't modal");
+    throw ui::DesktopError(ui::DesktopError::kNoModelessForms, "the host accepts only modal forms");
   const auto container = containers_.find(form.name());
   QWidget* place = container == containers_.end() ? nullptr : container->second.data();
   FormWindow& window = windowFor(form);
@@ -137,9 +137,9 @@ void QtDesktop::showModal(ui::Form& form) {
   const QPointer<QWidget> focus(QApplication::focusWidget());
   form.setShown(true);
   window->showAs(FormWindow::Showing::Modal);
-  // Putting it up runs event procedures, which may have ended it already.
+  // Showing it runs event procedures, which may have closed it already.
   if (!window.isNull() && window->showing() == FormWindow::Showing::Modal) window->waitUntilHidden();
-  // The application is ending: the loop ended, and nobody hid the form.
+  // The application is ending: the loop ended without the form being hidden.
   if (!window.isNull() && window->form() != nullptr && window->showing() == FormWindow::Showing::Modal)
     hide(*window->form());
   if (!front.isNull() && front != window.data() && front->isVisible()) {
@@ -168,7 +168,7 @@ void QtDesktop::close(ui::Form& form) {
 }
 
 void QtDesktop::endLater(FormWindow& window) {
-  // Where an event of the window may be waiting further out, it goes when the loop that runs here has ended.
+  // If events of the window may be pending in an outer loop, delete it when the current loop has ended.
   if (loopDepth() <= window.shownAtLoop()) window.deleteLater();
   ended_.emplace_back(&window);
 }
@@ -196,13 +196,13 @@ void QtDesktop::copyText(std::string_view text) {
 void QtDesktop::openGuide(ui::Form& form) {
   FormWindow* window = windowOf(form);
   if (window == nullptr) return;
-  // The guide hears its key at whatever offers it, and belongs to no desktop (see help_offer.h).
+  // The guide handles its key for any widget that offers it, and belongs to no desktop (see help_offer.h).
   QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
   QApplication::sendEvent(window, &press);
 }
 
-void QtDesktop::setCursor(ui::CursorShape pointer) {
-  if (qApp != nullptr) showHourglass(pointer == ui::CursorShape::Hourglass);
+void QtDesktop::setCursor(ui::CursorShape shape) {
+  if (qApp != nullptr) showHourglass(shape == ui::CursorShape::Hourglass);
 }
 
 void QtDesktop::moveFocus(ui::Control& control) {
@@ -291,13 +291,13 @@ void QtDesktop::runIdle() {
 void QtDesktop::renderToPng(ui::Form& form, const std::string& path, QSize size) {
   const QPointer<FormWindow> window(windowOf(form));
   if (window.isNull() || window->showing() == FormWindow::Showing::Hidden)
-    throw std::runtime_error("a form that isn't shown has no picture");
+    throw std::runtime_error("only a form that is shown can be saved as a picture");
   if (!size.isEmpty()) {
     if (window->isMaximized()) window->showNormal();
     window->resize(size);
   }
   QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-  if (window.isNull()) throw std::runtime_error("the form closed while its picture was taken");
+  if (window.isNull()) throw std::runtime_error("the form closed while its picture was being taken");
   if (!window->grab().save(toQt(path), "PNG")) throw std::runtime_error("can't write the picture " + path);
 }
 

@@ -20,20 +20,20 @@ namespace ledgertree::qt {
 class FormWindow;
 class WaitPanel;
 
-/// The desktop on Qt 6 Widgets. It is made after the QApplication, and all of it but `whenIdle` belongs to
-/// the application's thread. When either of them ends, the forms that are still shown are taken off the
-/// screen; a desktop that is left without an application draws nothing any more.
+/// The desktop on Qt 6 Widgets. Create it after the QApplication; everything but `whenIdle` belongs to the
+/// application's thread. When either is destroyed, forms that are still shown are closed; a desktop without
+/// an application draws nothing any more.
 ///
-/// It sets nothing of the application itself (style, palette, direction), so that a host keeps its looks.
+/// It changes nothing of the application itself (style, palette, direction), so that a host keeps its looks.
 class QtDesktop : public QObject, public ui::Desktop {
  public:
   QtDesktop();
   ~QtDesktop() override;
 
-  /// A host that takes no modeless forms says so here; `show` then throws DesktopError 406.
+  /// False for a host that accepts no modeless forms: `show` then throws DesktopError 406.
   void setModelessAllowed(bool allowed) { modelessAllowed_ = allowed; }
-  /// Where the form of a name is shown modelessly it fills this widget of the host instead of a window of its
-  /// own; null gives it its own window again. It counts from the next showing on.
+  /// Makes a form, by its name, fill this widget of the host instead of a window of its own when it is shown
+  /// modelessly; null reverts that. Takes effect the next time the form is shown.
   void embed(const std::string& formName, QWidget* container);
 
   void show(ui::Form& form) override;
@@ -43,29 +43,29 @@ class QtDesktop : public QObject, public ui::Desktop {
   void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
   void openGuide(ui::Form& form) override;
   void copyText(std::string_view text) override;
-  void setCursor(ui::CursorShape pointer) override;
+  void setCursor(ui::CursorShape shape) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
   [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override;
   void chooseKeyboardLayout(std::string_view layout) override;
-  /// 5: the version whose layout is Persian. The screens ask it for nothing else, and Persian is what this
+  /// 5: the version whose layout is Persian. The screens use it for nothing else, and Persian is what this
   /// desktop can write on every platform.
   [[nodiscard]] int operatingSystemVersion() const override { return 5; }
   void whenIdle(std::function<void()> procedure) override;
 
-  /// The window of a form that is known; null otherwise. For tests, and for hosts that place it.
+  /// The window of a form; null if it has none.
   [[nodiscard]] FormWindow* windowOf(const ui::Form& form) const;
-  /// Writes a picture of a form that is shown. `size` in pixels is the window's first; empty leaves it.
-  /// Throws std::runtime_error where the form isn't shown or the file can't be written.
+  /// Writes a picture of a form that is shown. If given, the window first gets `size`, in pixels. Throws
+  /// std::runtime_error if the form isn't shown or the file can't be written.
   void renderToPng(ui::Form& form, const std::string& path, QSize size = {});
 
-  // For the windows.
-  /// Whether what runs is a repaint in the middle of long work, in which no window may be closed.
-  /// The plug-ins' desktops count too.
+  // Called by the windows.
+  /// Whether a repaint in the middle of long work is running, in which no window may be closed. The desktops
+  /// of plug-ins count too.
   [[nodiscard]] bool repainting() const;
   void setKeyboardTarget(FormWindow* window);
   void forget(const FormWindow& window);
-  /// Ends all windows at once: the application is ending.
+  /// Closes all windows at once: the application is ending.
   void endWindows();
 
  protected:

@@ -8,44 +8,44 @@ namespace ledgertree::qt {
 
 namespace {
 
-using Places = std::vector<std::size_t>;
+using Indices = std::vector<std::size_t>;
 
-/// The places in runs whose spans don't overlap, in ascending order of the spans.
-std::vector<Places> separate(Places places, const std::function<std::pair<int, int>(std::size_t)>& span) {
-  std::stable_sort(places.begin(), places.end(),
+/// Indices in runs whose spans don't overlap, in ascending order of the spans.
+std::vector<Indices> separate(Indices indices, const std::function<std::pair<int, int>(std::size_t)>& span) {
+  std::stable_sort(indices.begin(), indices.end(),
                    [&](std::size_t a, std::size_t b) { return span(a).first < span(b).first; });
-  std::vector<Places> runs;
+  std::vector<Indices> runs;
   int end = 0;
-  for (const std::size_t place : places) {
-    const auto [from, to] = span(place);
+  for (const std::size_t index : indices) {
+    const auto [from, to] = span(index);
     if (runs.empty() || from >= end) {
       runs.emplace_back();
       end = to;
     }
-    runs.back().push_back(place);
+    runs.back().push_back(index);
     end = std::max(end, to);
   }
   return runs;
 }
 
-void append(const Places& places, const std::vector<QRect>& rectangles, Places& order) {
-  if (places.size() == 1) return order.push_back(places.front());
-  const auto rows = separate(places, [&](std::size_t place) {
-    return std::pair(rectangles[place].top(), rectangles[place].top() + rectangles[place].height());
+void append(const Indices& indices, const std::vector<QRect>& rectangles, Indices& order) {
+  if (indices.size() == 1) return order.push_back(indices.front());
+  const auto rows = separate(indices, [&](std::size_t index) {
+    return std::pair(rectangles[index].top(), rectangles[index].top() + rectangles[index].height());
   });
   if (rows.size() > 1) {
-    for (const Places& row : rows) append(row, rectangles, order);
+    for (const Indices& row : rows) append(row, rectangles, order);
     return;
   }
-  // Mirrored, so that ascending reads from the right.
-  const auto columns = separate(places, [&](std::size_t place) {
-    return std::pair(-(rectangles[place].left() + rectangles[place].width()), -rectangles[place].left());
+  // Mirrored, so that ascending order runs from the right.
+  const auto columns = separate(indices, [&](std::size_t index) {
+    return std::pair(-(rectangles[index].left() + rectangles[index].width()), -rectangles[index].left());
   });
   if (columns.size() > 1) {
-    for (const Places& column : columns) append(column, rectangles, order);
+    for (const Indices& column : columns) append(column, rectangles, order);
     return;
   }
-  Places rest = places;
+  Indices rest = indices;
   std::stable_sort(rest.begin(), rest.end(), [&](std::size_t a, std::size_t b) {
     return std::pair(rectangles[a].top(), -rectangles[a].right()) <
            std::pair(rectangles[b].top(), -rectangles[b].right());
@@ -56,9 +56,9 @@ void append(const Places& places, const std::vector<QRect>& rectangles, Places& 
 }  // namespace
 
 std::vector<std::size_t> readingOrder(const std::vector<QRect>& rectangles) {
-  Places all(rectangles.size());
+  Indices all(rectangles.size());
   std::iota(all.begin(), all.end(), std::size_t{0});
-  Places order;
+  Indices order;
   if (!all.empty()) append(all, rectangles, order);
   return order;
 }

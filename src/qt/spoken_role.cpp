@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kRole = "spokenRole";
 
-/// Of a button it tells the mark as well, and lets a screen reader press it.
+/// For a button it also reports the checked state, and lets a screen reader press it.
 class Spoken : public QAccessibleWidget {
  public:
   using QAccessibleWidget::QAccessibleWidget;
@@ -48,7 +48,7 @@ QAccessibleInterface* speak(const QString&, QObject* object) {
 }  // namespace
 
 void setSpokenRole(QWidget& widget, QAccessible::Role role) {
-  QAccessible::installFactory(&speak);  // once, however often it is asked for
+  QAccessible::installFactory(&speak);  // installed once, however often it is called for
   widget.setProperty(kRole, static_cast<int>(role));
 }
 

@@ -5,9 +5,9 @@
 
 namespace ledgertree::qt {
 
-/// What a screen reader calls a widget whose class says too little: a window that is drawn by a plain widget,
-/// or a radio button that never turns by itself, which the toolkit takes for a check box. The role may
-/// change; it has to be there before anything is told of the widget, its text included.
+/// Sets the role that screen readers announce for a widget whose class says too little: a window drawn by a
+/// plain widget, or a radio button that doesn't toggle itself, which the toolkit takes for a check box. The
+/// role may change; set it before anything is reported of the widget, its text included.
 void setSpokenRole(QWidget& widget, QAccessible::Role role);
 
 }  // namespace ledgertree::qt

@@ -17,7 +17,7 @@ qsizetype unitsOf(const QString& text, std::size_t characters) {
   return units;
 }
 
-std::size_t charactersOf(const QString& text, qsizetype units) {
+std::size_t charactersBefore(const QString& text, qsizetype units) {
   units = std::clamp<qsizetype>(units, 0, text.size());
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.begin() + units, [](QChar unit) { return !unit.isLowSurrogate(); }));

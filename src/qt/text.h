@@ -6,18 +6,17 @@
 
 namespace ledgertree::qt {
 
-/// The logic speaks UTF-8 and counts characters; Qt speaks UTF-16 and counts its units.
+/// The logic uses UTF-8 and counts characters; Qt uses UTF-16 and counts code units.
 [[nodiscard]] QString toQt(std::string_view text);
 [[nodiscard]] std::string fromQt(const QString& text);
-/// The place of a character, in units; past the end it is the end.
+/// The offset of a character in units; the end for one past it.
 [[nodiscard]] qsizetype unitsOf(const QString& text, std::size_t characters);
-/// How many characters stand ahead of a unit.
-[[nodiscard]] std::size_t charactersOf(const QString& text, qsizetype units);
+/// How many characters there are before a unit.
+[[nodiscard]] std::size_t charactersBefore(const QString& text, qsizetype units);
 
-/// A caption in which "&" is a letter and no mark of a key.
+/// A caption in which "&" is a letter and doesn't mark a mnemonic.
 [[nodiscard]] QString literalCaption(std::string_view caption);
-/// Text for a tooltip, which would otherwise read it as mark-up; the beginning of a very long one. Empty
-/// stays empty.
+/// Text for a tooltip, escaped so that it isn't read as mark-up; cut if it is very long. Empty stays empty.
 [[nodiscard]] QString literalTip(const QString& text);
 
 }  // namespace ledgertree::qt

@@ -18,20 +18,20 @@ namespace ledgertree::qt {
 
 namespace {
 
-/// What an edit leaves in a one-line field: within the limit, without line breaks and control characters, and
-/// with Latin digits where the field wants them. A paste goes through here as well as a key.
+/// What an edit of a one-line field may contain: at most the limit, no line breaks or control characters, and
+/// Latin digits if the field wants them. Pastes and keys both pass it.
 class FieldRule : public QValidator {
  public:
   FieldRule(LineEditor& editor, bool latinDigits, const int& echo)
       : QValidator(&editor), editor_(editor), latinDigits_(latinDigits), echo_(echo) {}
 
   State validate(QString& input, int& caret) const override {
-    if (echo_ > 0) return Acceptable;  // a program's text stands as it is
+    if (echo_ > 0) return Acceptable;  // a program's text is shown as it is
     tidy(input);
-    const std::size_t count = charactersOf(input, input.size());
+    const std::size_t count = charactersBefore(input, input.size());
     if (editor_.limit == 0 || count <= editor_.limit) return Acceptable;
-    // What came in ends at the caret: that end is what has no room.
-    const std::size_t behind = charactersOf(input, caret);
+    // The inserted text ends at the caret: cut it there.
+    const std::size_t behind = charactersBefore(input, caret);
     const std::size_t excess = std::min(count - editor_.limit, behind);
     const qsizetype from = unitsOf(input, behind - excess);
     input.remove(from, caret - from);
@@ -59,22 +59,22 @@ bool isPlainBackspace(const QKeyEvent& event) {
          (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
 }
 
-/// The way of a key through an editor. True where the editor's own handling must not see it.
+/// How an editor handles a key. True if its own handling must be skipped.
 template <typename Editor>
 bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::function<void(char32_t)>& put) {
-  const QPointer<Editor> standing(&editor);
-  // Copies: the form, and what hangs on it, may end inside a call.
+  const QPointer<Editor> self(&editor);
+  // Copies: the form, and everything that belongs to it, may be destroyed during a call.
   const Typist typist = editor.typist;
   if (typist.key && typist.key(event)) return true;
-  if (standing.isNull()) return true;
+  if (self.isNull()) return true;
   const std::u32string typed = typist.characters ? typist.characters(event) : std::u32string();
   if (!typed.empty() && !readOnly) {
     event.accept();
     for (const char32_t character : typed) {
       const char32_t passed = typist.filter ? typist.filter(character) : character;
-      if (standing.isNull()) return true;
+      if (self.isNull()) return true;
       if (passed != 0) put(passed);
-      if (standing.isNull()) return true;
+      if (self.isNull()) return true;
     }
     return true;
   }
@@ -82,14 +82,14 @@ bool typeKey(Editor& editor, QKeyEvent& event, bool readOnly, const std::functio
     event.accept();
     return true;
   }
-  return standing.isNull();
+  return self.isNull();
 }
 
-/// The letters of an input method pass the same filter as the letters of keys. `handle` is the toolkit's way.
+/// Input-method text passes the same filter as keys. `handle` is the toolkit's handler.
 void typeByMethod(const Typist& typist, bool readOnly, QInputMethodEvent& event,
                   const std::function<void(QInputMethodEvent&)>& handle) {
   if (event.commitString().isEmpty() || readOnly) return handle(event);
-  const Typist copied = typist;  // the form may end inside a call
+  const Typist copied = typist;  // the form may be destroyed meanwhile
   std::u32string kept;
   for (const char32_t character : event.commitString().toStdU32String()) {
     const char32_t passed = copied.filter ? copied.filter(character) : character;
@@ -118,7 +118,7 @@ void nameEditingCommands(QMenu& menu) {
   menu.setLayoutDirection(Qt::RightToLeft);
   dress(menu);
   for (QAction* action : menu.actions()) {
-    // Those of a line have no name in some versions of the toolkit, only their English text.
+    // In some versions of the toolkit, a line editor's actions have no name, only their English text.
     QString command = action->objectName().remove(QLatin1String("edit-"));
     if (command.isEmpty())
       command = action->text().section(QLatin1Char('\t'), 0, 0).remove(QLatin1Char('&')).toLower();
@@ -205,7 +205,7 @@ template class TypedEditor<QTextEdit>;
 void LineEditor::put(char32_t character) {
   const QString text = this->text();
   const std::size_t left =
-      charactersOf(text, text.size()) - charactersOf(selectedText(), selectedText().size());
+      charactersBefore(text, text.size()) - charactersBefore(selectedText(), selectedText().size());
   if (limit != 0 && left >= limit) return;
   insert(QString::fromUcs4(&character, 1));
 }
@@ -213,7 +213,8 @@ void LineEditor::put(char32_t character) {
 void TextEditor::put(char32_t character) {
   const QString text = toPlainText();
   const QString selected = textCursor().selectedText();
-  if (limit != 0 && charactersOf(text, text.size()) - charactersOf(selected, selected.size()) >= limit)
+  if (limit != 0 &&
+      charactersBefore(text, text.size()) - charactersBefore(selected, selected.size()) >= limit)
     return;
   textCursor().insertText(QString::fromUcs4(&character, 1));
   ensureCursorVisible();
@@ -241,7 +242,8 @@ void TextEditor::insertFromMimeData(const QMimeData* source) {
   if (limit != 0) {
     const QString present = toPlainText();
     const QString selected = textCursor().selectedText();
-    const std::size_t used = charactersOf(present, present.size()) - charactersOf(selected, selected.size());
+    const std::size_t used =
+        charactersBefore(present, present.size()) - charactersBefore(selected, selected.size());
     text.truncate(unitsOf(text, limit > used ? limit - used : 0));
   }
   textCursor().insertText(text);
@@ -258,7 +260,7 @@ TextFieldView::TextFieldView(ui::TextField& control, QWidget& parent, std::funct
   tag_ = new LanguageTag(widget());
   widget().installEventFilter(this);
   if (control.leftToRight()) widget().setLayoutDirection(Qt::LeftToRight);
-  // The side is the field's, whatever the first letter in it is.
+  // The alignment is the field's, whatever its first letter is.
   if (line_ != nullptr)
     line_->setAlignment((control.leftToRight() ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignAbsolute |
                         Qt::AlignVCenter);
@@ -290,11 +292,11 @@ void TextFieldView::makeText(QWidget& parent) {
 Typist TextFieldView::typist() {
   return {
       .characters = [this](const QKeyEvent& event) { return typedCharacters(event, layout_()); },
-      .filter = [this](char32_t character) { return standing() ? control().filter(character) : char32_t{0}; },
+      .filter = [this](char32_t character) { return attached() ? control().filter(character) : char32_t{0}; },
       .key = {},
       .keyUp =
           [this] {
-            if (standing()) control().keyUp();
+            if (attached()) control().keyUp();
           }};
 }
 
@@ -305,7 +307,7 @@ QWidget& TextFieldView::widget() {
 
 QString TextFieldView::shownText() const {
   if (line_ != nullptr) return line_->text();
-  // Unlike the plain text of a document, its raw text keeps blanks that don't break.
+  // A document's plain text loses non-breaking spaces; its raw text keeps them.
   QString text = text_->document()->toRawText();
   for (QChar& unit : text) {
     if (unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator) unit = QLatin1Char('\n');
@@ -325,24 +327,24 @@ int TextFieldView::shownCaret() const {
 }
 
 void TextFieldView::personEdited() {
-  if (echo_ > 0 || !standing()) return;
+  if (echo_ > 0 || !attached()) return;
   const QString text = shownText();
-  control().edited(fromQt(text), charactersOf(text, shownCaret()));
-  // An edit that the field didn't take (it went out of reach) doesn't stay on the screen.
-  if (standing()) syncText();
+  control().edited(fromQt(text), charactersBefore(text, shownCaret()));
+  // Undo on screen an edit that the field didn't accept, because it went out of reach.
+  if (attached()) syncText();
 }
 
 void TextFieldView::personMovedCaret() {
-  if (echo_ > 0 || !standing() || heldText() != shownText()) return;
+  if (echo_ > 0 || !attached() || heldText() != shownText()) return;
   const Echo echo(echo_);
-  control().setCaret(charactersOf(shownText(), shownCaret()));
+  control().setCaret(charactersBefore(shownText(), shownCaret()));
 }
 
 void TextFieldView::syncText() {
   const Echo echo(echo_);
   const QString text = heldText();
   const bool sameText = text == shownText();
-  // A field that nobody types in shows the beginning of its text, wherever its caret will be.
+  // A field without the focus shows the beginning of its text, wherever its caret is.
   const bool resting = !widget().hasFocus();
   const int caret = resting ? 0 : static_cast<int>(unitsOf(text, control().caret()));
   if (sameText && caret == shownCaret()) return;
@@ -358,9 +360,8 @@ void TextFieldView::syncText() {
 }
 
 bool TextFieldView::eventFilter(QObject* watched, QEvent* event) {
-  // By Tab the whole line is selected, by the mouse the caret goes to the click; else it goes where it was
-  // left.
-  if (event->type() == QEvent::FocusIn && standing() &&
+  // Tab selects the whole line, a click sets the caret; otherwise the caret returns to where it was.
+  if (event->type() == QEvent::FocusIn && attached() &&
       static_cast<QFocusEvent*>(event)->reason() == Qt::OtherFocusReason)
     syncText();
   return ControlView::eventFilter(watched, event);
@@ -372,14 +373,14 @@ void TextFieldView::sync(ui::Change change) {
   const bool locked = control().locked();
   if (line_ != nullptr) line_->setReadOnly(locked);
   if (text_ != nullptr) text_->setReadOnly(locked);
-  // A locked field looks like what it is: the ground shines through.
+  // A locked field looks like one: the background shows through.
   QPalette colours = widget().parentWidget()->palette();
   if (locked) colours.setColor(QPalette::Base, colours.color(QPalette::Disabled, QPalette::Base));
   widget().setPalette(colours);
 }
 
 void TextFieldView::showLanguage(std::optional<KeyboardLayout> layout) {
-  if (!standing() || control().locked()) layout.reset();
+  if (!attached() || control().locked()) layout.reset();
   tag_->show(layout);
   moved();
 }

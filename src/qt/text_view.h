@@ -11,36 +11,36 @@
 
 namespace ledgertree::qt {
 
-/// What an editor asks while a person types in it. Each may end the form that the editor stands on.
+/// What an editor asks while the user types. Each function may destroy the form that the editor is on.
 struct Typist {
-  /// The characters that a key puts in, in the keyboard's layout; empty for a key that puts none.
+  /// The characters that a key inserts in the keyboard's layout; empty for a key that inserts none.
   std::function<std::u32string(const QKeyEvent&)> characters;
   /// The character after the form's filter; 0 drops it.
   std::function<char32_t(char32_t)> filter;
-  /// A key of its own meaning; true where it is done with.
+  /// Handles a key of special meaning; true if it did.
   std::function<bool(QKeyEvent&)> key;
   std::function<void()> keyUp;
-  /// Adds to the menu of the right button.
+  /// Adds entries to the context menu.
   std::function<void(QMenu&)> menu{};
 };
 
-/// The mark inside an editor that says which language its keys write: "فا", "ع" or "EN".
+/// The indicator inside an editor of the language that its keys write: "فا", "ع" or "EN".
 class LanguageTag : public QLabel {
  public:
   explicit LanguageTag(QWidget& editor);
   void show(std::optional<KeyboardLayout> layout);
-  /// Goes to the end of the line, or to the lower corner of a taller editor.
+  /// Moves to the end of the line, or to the lower corner of a taller editor.
   void place(int inset = 0);
 };
 
-/// An editor of the toolkit, QLineEdit or QTextEdit, that lets each key through the filter. The menu of its
-/// right button is Persian.
+/// An editor of the toolkit, QLineEdit or QTextEdit, with each key passed through the filter and a Persian
+/// context menu.
 template <typename Toolkit>
 class TypedEditor : public Toolkit {
  public:
   using Toolkit::Toolkit;
   Typist typist;
-  /// Cuts what an edit puts in beyond the limit, also by a paste; 0 for no limit.
+  /// Cuts what an edit, including a paste, inserts beyond the limit; 0 for no limit.
   std::size_t limit = 0;
 
  protected:
@@ -48,7 +48,7 @@ class TypedEditor : public Toolkit {
   void keyReleaseEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
-  /// Puts a character that passed the filter in place of the selected ones.
+  /// Replaces the selected characters with one that passed the filter.
   virtual void put(char32_t character) = 0;
 };
 
@@ -60,7 +60,7 @@ class LineEditor : public TypedEditor<QLineEdit> {
   void put(char32_t character) override;
 };
 
-/// The same over several lines.
+/// The same, for several lines.
 class TextEditor : public TypedEditor<QTextEdit> {
  public:
   explicit TextEditor(QWidget& parent) : TypedEditor(&parent) {
@@ -76,12 +76,12 @@ class TextEditor : public TypedEditor<QTextEdit> {
   void put(char32_t character) override;
 };
 
-/// Gives the editing commands of an editor's menu their Persian names.
+/// Translates the editing commands of an editor's context menu to Persian.
 void nameEditingCommands(QMenu& menu);
 
 class TextFieldView : public ViewOf<ui::TextField> {
  public:
-  /// `layout` tells the keyboard's layout of the moment.
+  /// `layout` returns the keyboard's current layout.
   TextFieldView(ui::TextField& control, QWidget& parent, std::function<KeyboardLayout()> layout);
   [[nodiscard]] QWidget& widget() override;
   [[nodiscard]] QWidget* focusWidget() override { return &widget(); }
@@ -98,7 +98,7 @@ class TextFieldView : public ViewOf<ui::TextField> {
   void personEdited();
   void personMovedCaret();
   [[nodiscard]] QString shownText() const;
-  /// The control's text as the editor has it: with one kind of line break.
+  /// The control's text as the editor has it, with one kind of line break.
   [[nodiscard]] QString heldText() const;
   [[nodiscard]] int shownCaret() const;
 

@@ -16,9 +16,9 @@ NodeId TreeModel::nodeOf(const QModelIndex& index) {
 
 QModelIndex TreeModel::indexOf(NodeId node) const {
   if (tree_ == nullptr || node == kNoNode) return {};
-  const std::size_t place = tree_->place(node);
-  if (place >= told(tree_->parent(node))) return {};
-  return createIndex(static_cast<int>(place), 0, static_cast<quintptr>(node));
+  const std::size_t index = tree_->indexOf(node);
+  if (index >= told(tree_->parent(node))) return {};
+  return createIndex(static_cast<int>(index), 0, static_cast<quintptr>(node));
 }
 
 std::size_t& TreeModel::told(NodeId parent) {
@@ -106,13 +106,13 @@ void TreeModel::forget(NodeId top) {
 
 void TreeModel::childrenAdded(NodeId parent) {
   if (parent != kNoNode && !indexOf(parent).isValid()) return;
-  // Children only ever come at the end, so that those told of are always the first ones.
+  // Children are only ever appended, so those already reported are always the first ones.
   const auto& children = childrenOf(parent);
   const std::size_t before = told(parent);
   if (children.size() <= before) return;
   beginInsertRows(indexOf(parent), static_cast<int>(before), static_cast<int>(children.size()) - 1);
   told(parent) = children.size();
-  for (std::size_t place = before; place < children.size(); ++place) tellAll(children[place]);
+  for (std::size_t index = before; index < children.size(); ++index) tellAll(children[index]);
   endInsertRows();
 }
 
@@ -167,7 +167,7 @@ void TreeModel::follow(const ui::TreeChange& change) {
 }
 
 void TreeModel::detach() {
-  // First of all the tree is out of reach: it may be gone already.
+  // Before anything else the tree goes out of reach: it may be gone already.
   tree_ = nullptr;
   toldRoots_ = 0;
   told_.clear();

@@ -7,11 +7,11 @@
 
 namespace ledgertree::qt {
 
-/// The nodes of a tree control for a tree view. It holds no text of its own: an index carries the number of
-/// its node, and everything else is read from the control when it is drawn.
+/// The nodes of a tree control, for a tree view. It stores no texts: an index carries the number of its node,
+/// and the rest is read from the control when it is drawn.
 ///
-/// Of each node it knows how many children the view was told of. The control may be ahead of that in the
-/// middle of a change, but what a view was told of never disagrees with what it reads.
+/// It knows how many children of each node were reported to the view. In the middle of a change the control
+/// may have more, but what was reported never disagrees with what the view reads.
 class TreeModel : public QAbstractItemModel {
  public:
   explicit TreeModel(const ui::Tree& tree);
@@ -28,10 +28,10 @@ class TreeModel : public QAbstractItemModel {
 
   /// kNoNode for the invalid index.
   [[nodiscard]] static ui::NodeId nodeOf(const QModelIndex& index);
-  /// The invalid index for kNoNode and for a node that the views don't know yet.
+  /// The invalid index for kNoNode and for a node that hasn't been reported yet.
   [[nodiscard]] QModelIndex indexOf(ui::NodeId node) const;
 
-  /// Follows what the tree tells about nodes that come, go and change.
+  /// Passes on the tree's reports of added, removed and changed nodes.
   void follow(const ui::TreeChange& change);
   void detach();
 
@@ -48,7 +48,7 @@ class TreeModel : public QAbstractItemModel {
 
   const ui::Tree* tree_;
   std::size_t toldRoots_ = 0;
-  std::vector<std::size_t> told_;  ///< by the number of the parent
+  std::vector<std::size_t> told_;  ///< by the parent's number
   bool removing_ = false;
 };
 

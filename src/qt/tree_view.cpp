@@ -20,10 +20,10 @@ using ui::NodeId;
 namespace {
 
 constexpr int kPictureSide = 16;
-/// After a longer pause the next letter begins anew.
+/// After a longer pause the next letter starts a new search.
 constexpr qint64 kTypingPause = 1000;
 
-/// A tree that grows from the right, and tells what a person wants instead of doing it.
+/// A tree view that grows from the right, and reports what the user wants instead of doing it.
 class Branches : public QTreeView {
  public:
   using QTreeView::QTreeView;
@@ -32,10 +32,10 @@ class Branches : public QTreeView {
   std::function<void(NodeId)> onTick;
   std::function<void(NodeId)> onChoose;
   std::function<void(ui::Key)> onKey;
-  /// The characters of a key, and whether they belong to those before.
+  /// The characters of a key, and whether they continue the previous ones.
   std::function<void(const std::u32string&, bool)> onType;
   std::function<std::u32string(const QKeyEvent&)> characters;
-  /// The menu of a node, at a place in the view's pixels.
+  /// The context menu of a node, at a point in the view's pixels.
   std::function<void(NodeId, QPoint)> onMenu;
   std::function<void()> onEnter;
 
@@ -98,13 +98,13 @@ class Branches : public QTreeView {
     if (!index.isValid()) return;
     if (!byMouse) scrollTo(index);
     const QRect row = visualRect(index).intersected(viewport()->rect());
-    // By the key it comes up below the text.
+    // The menu key opens it under the text.
     const QPoint below(std::max(row.right() - sizeHintForIndex(index).width(), row.left()), row.bottom());
     const QPoint inside = byMouse ? event->pos() : below;
     onMenu(TreeModel::nodeOf(index), viewport()->mapTo(this, inside));
   }
 
-  /// Who comes by the keyboard sees where he is.
+  /// Selects the first node when focus arrives by Tab.
   void focusInEvent(QFocusEvent* event) override {
     QTreeView::focusInEvent(event);
     if (event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason) onEnter();
@@ -127,7 +127,7 @@ class Branches : public QTreeView {
 
   QElapsedTimer typing_;  ///< since the last letter
 
-  /// Whether a place is on the mark that opens and closes a node; it stands on the outer side of the node.
+  /// Whether a point is on the mark that opens and closes a node, on its outer side.
   [[nodiscard]] bool onBranch(const QModelIndex& index, const QPoint& place) const {
     if (!model()->hasChildren(index)) return false;
     const QRect item = visualRect(index);
@@ -157,18 +157,18 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
   branches->setEditTriggers(QAbstractItemView::NoEditTriggers);
   branches->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   branches->setTextElideMode(Qt::ElideNone);
-  // By itself it opens what is above the picked node, and the control wouldn't know.
+  // By default the view expands the parents of the selected node without the control's knowledge.
   branches->setAutoScroll(false);
   branches->header()->setStretchLastSection(false);
   branches->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   branches->onClick = [this](NodeId node) {
-    if (standing()) this->control().click(node);
+    if (attached()) this->control().click(node);
   };
   branches->onTick = [this](NodeId node) {
-    if (standing()) this->control().tick(node);
+    if (attached()) this->control().tick(node);
   };
   branches->onToggle = [this](NodeId node) {
-    if (!standing()) return;
+    if (!attached()) return;
     if (this->control().expanded(node)) {
       this->control().collapse(node);
     } else {
@@ -176,24 +176,24 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
     }
   };
   branches->onChoose = [this](NodeId node) {
-    if (standing()) this->control().choose(node);
+    if (attached()) this->control().choose(node);
   };
   branches->onEnter = [this] {
-    if (standing()) this->control().enterByKey();
+    if (attached()) this->control().enterByKey();
   };
   branches->onKey = [this](ui::Key key) {
-    if (standing()) this->control().press(key);
+    if (attached()) this->control().press(key);
   };
   branches->characters = [layout = std::move(layout)](const QKeyEvent& event) {
     return typedCharacters(event, layout());
   };
   branches->onType = [this](const std::u32string& typed, bool goesOn) {
-    if (standing()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
+    if (attached()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
   };
   branches->onMenu = [this](NodeId node, QPoint place) {
-    if (standing()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));
+    if (attached()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));
   };
-  // The picked row stands out up to the edge, but by itself the view draws only its text anew.
+  // The whole width of the selected row is highlighted, but by default the view repaints only its text.
   QObject::connect(branches->selectionModel(), &QItemSelectionModel::selectionChanged, branches->viewport(),
                    qOverload<>(&QWidget::update));
   openAsTheTree(kNoNode, 0);
@@ -203,7 +203,7 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
 void TreeView::rescaled(const Scale& scale) {
   scale_ = scale;
   const int line = tree_->fontMetrics().height();
-  // The pictures are drawn on 16 pixels: whole multiples of them stay sharp.
+  // The pictures are drawn on 16 pixels: integral multiples keep them sharp.
   const int side = std::max(line / kPictureSide, 1) * kPictureSide;
   tree_->setIconSize(QSize(side, side));
   tree_->setIndentation(line + line / 3);
@@ -277,7 +277,7 @@ void TreeView::follow(const ui::TreeChange& change) {
       if (const QModelIndex index = model_.indexOf(change.node); index.isValid()) tree_->scrollTo(index);
       break;
     case ui::TreeChange::Kind::Removed:
-      // Of a selected node that goes, the view would hand the selection on to a neighbour.
+      // When a selected node is removed, the view would select a neighbour.
       if (control().selected() == kNoNode) tree_->selectionModel()->clearSelection();
       break;
     case ui::TreeChange::Kind::Selected:

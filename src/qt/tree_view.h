@@ -11,7 +11,7 @@ namespace ledgertree::qt {
 
 class TreeView : public ViewOf<ui::Tree> {
  public:
-  /// `layout` tells the keyboard's layout of the moment.
+  /// `layout` returns the keyboard's current layout.
   TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLayout()> layout);
   [[nodiscard]] QTreeView& widget() override { return *tree_; }
   [[nodiscard]] QWidget* focusWidget() override { return tree_; }
@@ -21,7 +21,7 @@ class TreeView : public ViewOf<ui::Tree> {
   void detach() override;
 
  private:
-  /// Opens in the view what is open in the tree, below nodes that the view was just told of.
+  /// Expands in the view what is open in the tree, under nodes that the view has just learnt of.
   void openAsTheTree(ui::NodeId parent, std::size_t first);
   /// Whether all nodes above are open.
   [[nodiscard]] bool isInSight(ui::NodeId node) const;
@@ -33,7 +33,7 @@ class TreeView : public ViewOf<ui::Tree> {
   QTreeView* tree_;
   Scale scale_;
   TreeModel model_;
-  /// The node at the top of what is in sight, and how far that is to the side.
+  /// The first visible node, and the horizontal scroll position.
   std::string keptTop_;
   int keptAcross_ = 0;
 };

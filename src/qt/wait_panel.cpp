@@ -59,7 +59,7 @@ bool WaitPanel::takeEvents() {
 }
 
 bool WaitPanel::isOurs(const QObject* watched) const {
-  // A window hands on what came to it, and the widget that it belongs to is asked next.
+  // A window passes its events on to the widget that they belong to, which is filtered next.
   if (watched->isWindowType()) return true;
   const auto* widget = qobject_cast<const QWidget*>(watched);
   return widget != nullptr && (widget == this || isAncestorOf(widget));
@@ -71,7 +71,7 @@ bool WaitPanel::eventFilter(QObject* watched, QEvent* event) {
       if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) left_ = true;
       return true;
     case QEvent::Close:
-      // A window that is closed now would take its screen out of the middle of what it does.
+      // Closing a window now would close its screen in the middle of its work.
       event->ignore();
       return true;
     case QEvent::KeyRelease:

@@ -8,17 +8,17 @@ class QPushButton;
 
 namespace ledgertree::qt {
 
-/// What lies over a window, or in the middle of the screen where there is none, while something is waited
-/// for: a line of text and a way out. It takes no focus, so that what the person was at stays what it was.
+/// Covers a window, or the middle of the screen if there is none, while something is being waited for: a line
+/// of text and a way to cancel. It takes no focus, so that the user's place isn't lost.
 class WaitPanel : public QFrame {
  public:
-  /// Over `window`; null for one of its own.
+  /// Covers `window`; null for one of its own.
   explicit WaitPanel(QWidget* window);
 
-  /// An empty way out isn't offered.
+  /// If `wayOut` is empty, the wait can't be cancelled.
   void tell(std::string_view text, std::string_view wayOut);
-  /// Paints what changed and takes what came meanwhile: everything that a person does but for the way out is
-  /// dropped, since it was meant for another moment. Gives whether the way out was taken, by Escape too.
+  /// Paints changes and handles pending events: user actions other than cancelling are dropped, since they
+  /// were meant for a different moment. Returns whether the user cancelled, with Escape too.
   [[nodiscard]] bool takeEvents();
 
  protected:

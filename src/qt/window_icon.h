@@ -4,8 +4,8 @@
 
 namespace ledgertree::qt {
 
-/// What the windows of the product bear in a task bar, where the host has no picture of its own: a small tree
-/// of accounts. The icon of the demo host's entry in the menu is the same one.
+/// The icon of the windows in a task bar if the host has none: a small tree of accounts, as in the demo
+/// host's menu entry.
 [[nodiscard]] QIcon windowIcon();
 
 }  // namespace ledgertree::qt

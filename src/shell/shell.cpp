@@ -6,6 +6,7 @@
 #include "data/permissions.h"
 #include "shell/awaited_connection.h"
 #include "text/characters.h"
+#include "ui/control.h"
 
 namespace ledgertree::shell {
 
@@ -90,6 +91,10 @@ void Shell::chooseKeyboardLayout() {
   const int version = desktop_.operatingSystemVersion();
   if (version == 4) context.gKeyboardLayout = "00000401";
   if (version == 5) context.gKeyboardLayout = "00000429";
+}
+
+void Shell::switchLayoutAt(ui::Control& control) const {
+  control.onGotFocus = [this] { desktop_.chooseKeyboardLayout(context.gKeyboardLayout); };
 }
 
 }  // namespace ledgertree::shell

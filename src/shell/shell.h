@@ -110,6 +110,8 @@ class Shell {
   /// Chooses the keyboard layout that a form's fields switch to, by the version of
   /// the operating system; called when a form loads.
   void chooseKeyboardLayout();
+  /// Makes a control switch to that layout whenever it gets the focus. The shell outlives the control.
+  void switchLayoutAt(ui::Control& control) const;
 
  private:
   ui::Desktop& desktop_;

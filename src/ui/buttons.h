@@ -13,11 +13,11 @@ class PushButton : public Control {
       : Control(form, std::move(name), bounds, frame), caption_(std::move(caption)) {}
 
   [[nodiscard]] const std::string& caption() const { return caption_; }
-  /// Works anywhere on the form; the renderer shows it in the tooltip.
+  /// Works anywhere on the form. The renderer shows it in the tooltip.
   [[nodiscard]] const KeyChord& shortcut() const { return shortcut_; }
   void setShortcut(const KeyChord& shortcut) { shortcut_ = shortcut; }
 
-  // A person.
+  // User actions.
   void click();
   /// Enter and Space click.
   void press(Key key);
@@ -30,7 +30,7 @@ class PushButton : public Control {
   KeyChord shortcut_;
 };
 
-/// One of the radio buttons of a frame (or of the form): at most one of them is on.
+/// One radio button of a frame (or of the form). At most one of each group is on.
 class RadioButton : public Control {
  public:
   RadioButton(Form& form, std::string name, Bounds bounds, std::string caption, Frame* frame = nullptr)
@@ -41,8 +41,8 @@ class RadioButton : public Control {
   /// Turning one on turns the others of its frame off.
   void setValue(bool value);
 
-  // A person.
-  /// Turns the button on and raises onClick, also where it is on already.
+  // User actions.
+  /// Turns the button on and raises onClick, even if it is already on.
   void click();
 
   Event<> onClick;
@@ -63,7 +63,7 @@ class CheckBox : public Control {
   [[nodiscard]] int value() const { return value_; }
   void setValue(int value);
 
-  // A person.
+  // User actions.
   void click();
 
   Event<> onClick;

@@ -17,7 +17,7 @@ class RadioButton;
 class TextField;
 class Tree;
 
-/// One member for each kind of control: a renderer that lacks one doesn't compile.
+/// One member per kind of control: a renderer that lacks one doesn't compile.
 class ControlVisitor {
  public:
   virtual ~ControlVisitor() = default;

@@ -13,13 +13,13 @@ class Control;
 class Form;
 class MenuEntry;
 
-/// The shape of the mouse pointer, by the numbers that the screens use.
+/// The mouse cursor, by the numbers that the screens use.
 enum class CursorShape { Default = 0, Hourglass = 11 };
 
-/// A desktop that refuses, with the number by which a caller knows the refusal.
+/// A request that the desktop refuses. The number tells the caller why.
 class DesktopError : public std::runtime_error {
  public:
-  /// The host takes no form that isn't modal.
+  /// The host accepts only modal forms.
   static constexpr int kNoModelessForms = 406;
 
   DesktopError(int number, const char* message) : std::runtime_error(message), number_(number) {}
@@ -29,8 +29,7 @@ class DesktopError : public std::runtime_error {
   int number_;
 };
 
-/// The port to whatever draws the screens. All of it belongs to the user-interface thread, but for
-/// `whenIdle`.
+/// The port to whatever draws the screens. Everything but `whenIdle` belongs to the user-interface thread.
 class Desktop {
  public:
   Desktop() = default;
@@ -38,35 +37,36 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
   virtual ~Desktop() = default;
 
-  /// Shows a form modelessly, or brings it up where it is shown already. May throw DesktopError, 406 among
-  /// others.
+  /// Shows a form modelessly, or brings it to the front if it is already shown. May throw DesktopError, 406
+  /// among others.
   virtual void show(Form& form) = 0;
-  /// Shows a form and returns when it hides or closes. A form that is shown modelessly already becomes modal.
+  /// Shows a form and returns when it is hidden or closed. A form that is already shown modelessly becomes
+  /// modal.
   virtual void showModal(Form& form) = 0;
-  /// Takes a form off the screen for good; whatever drew it goes. Nothing where it isn't known.
+  /// Removes a form from the screen for good, with everything that drew it. Ignores an unknown form.
   virtual void close(Form& form) = 0;
-  /// Ends the showing of a form that hides.
+  /// Stops showing a form that is being hidden.
   virtual void hide(Form& form) = 0;
-  /// Opens a menu with its corner at a place of the form, and returns at once or when it closed.
+  /// Opens a menu with its corner at a point of the form. May return at once, or when the menu has closed.
   virtual void popUpMenu(Form& form, MenuEntry& menu, Twips left, Twips top) = 0;
 
-  /// Opens the guide at what has the focus on the form, as its key does; nothing where there is no guide.
+  /// Opens the guide at the focused control of the form, as F1 does; does nothing if there is no guide.
   virtual void openGuide(Form&) {}
-  /// Puts a text where another program can paste it from.
+  /// Copies a text to the clipboard.
   virtual void copyText(std::string_view text) = 0;
 
   virtual void setCursor(CursorShape shape) = 0;
-  /// Moves the focus to a control that is within reach, on a form that is shown; tells the form by
-  /// focusMoved.
+  /// Moves the focus to a control that is within reach, on a form that is shown, and reports it to the form
+  /// by focusMoved.
   virtual void moveFocus(Control& control) = 0;
-  /// Paints what changed in the middle of long work, without taking input.
+  /// Paints pending changes in the middle of long work, without taking input.
   virtual void repaint(Form& form) = 0;
-  /// Paints in the same way, and gives whether the person pressed Escape since the last call. Everything else
-  /// that was pressed or clicked meanwhile is dropped: it was meant for another moment.
+  /// Paints likewise, and returns whether the user has pressed Escape since the last call. All other keys and
+  /// clicks of that time are dropped: they were meant for a different moment.
   [[nodiscard]] virtual bool repaintAndHearEscape(Form& form) = 0;
 
-  /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Unknown or empty: nothing
-  /// happens.
+  /// Loads and activates a keyboard layout: "00000401" Arabic, "00000429" Persian. Does nothing for an
+  /// unknown or empty one.
   virtual void chooseKeyboardLayout(std::string_view layout) = 0;
   /// The major version of the operating system.
   [[nodiscard]] virtual int operatingSystemVersion() const = 0;
@@ -75,9 +75,9 @@ class Desktop {
   /// thread.
   virtual void whenIdle(std::function<void()> procedure) = 0;
 
-  /// Shows on top of everything what is waited for, or goes on showing it, and paints. Gives whether the
-  /// person took the way out, by its button or by Escape; an empty one isn't offered. Until endWait() nothing
-  /// else of the screens works: no key, no click, no timer, no idle work, no closing.
+  /// Shows on top of everything what is being waited for, or keeps showing it, and paints. Returns whether
+  /// the user cancelled, by the button or with Escape; if `wayOut` is empty the wait can't be cancelled.
+  /// Until endWait() the screens react to nothing else: no key, click, timer, idle work or closing.
   [[nodiscard]] bool keepWaiting(std::string_view text, std::string_view wayOut) {
     waiting_ = true;
     return showWait(text, wayOut);
@@ -88,8 +88,8 @@ class Desktop {
   }
   [[nodiscard]] bool waiting() const { return waiting_; }
 
-  /// A person, a timer or the host has something done; what is done inside of it belongs to it, but for what
-  /// comes in over a form that it shows modally.
+  /// An action that a user, a timer or the host starts. Whatever runs inside it belongs to it, except for
+  /// what arrives through a form that it shows modally.
   class Procedure {
    public:
     explicit Procedure(Desktop& desktop) : Procedure(desktop, desktop.procedure_) {
@@ -106,14 +106,14 @@ class Desktop {
    private:
     std::uint64_t before_;
   };
-  /// The number of the procedure that runs, another one each time; 0 for none.
+  /// The number of the procedure that is running, unique to each; 0 for none.
   [[nodiscard]] std::uint64_t procedure() const { return procedure_; }
 
  protected:
   virtual bool showWait(std::string_view text, std::string_view wayOut) = 0;
   virtual void hideWait() = 0;
 
-  /// The length of a modal showing.
+  /// Lasts as long as a modal form is shown.
   class Apart : public Procedure {
    public:
     explicit Apart(Desktop& desktop) : Procedure(desktop, desktop.procedure_) { desktop_.procedure_ = 0; }

@@ -7,19 +7,19 @@
 
 namespace ledgertree::ui {
 
-/// An upright bar between two blocks of a form, which a person moves to and fro. Where it goes, and what the
-/// blocks do, the form says.
+/// A vertical bar between two blocks of a form, which the user drags sideways. The form decides where it may
+/// go and how the blocks follow.
 class Divider : public Control {
  public:
   using Control::Control;
 
-  // A person.
-  /// Asks for another place, by its left edge.
+  // User actions.
+  /// Asks for a new position, given by the left edge.
   void moveTo(Twips left);
-  /// Left and Right move it by a step. False where it has no use for the key.
+  /// Left and Right move it by a step. False for a key it doesn't use.
   bool press(Key key);
 
-  /// The left edge that the person asks for.
+  /// The left edge that the user asks for.
   Event<Twips> onMove;
   void accept(ControlVisitor& visitor) override;
 };

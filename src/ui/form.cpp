@@ -10,7 +10,7 @@
 
 namespace ledgertree::ui {
 
-/// What outlives a form that is destroyed in the middle of an act.
+/// Outlives a form that is destroyed in the middle of an act.
 struct FormLife {
   Form* form = nullptr;  ///< null once the form is gone
   int acts = 0;
@@ -73,7 +73,7 @@ void Form::resize(Size size) {
   const Act act(*this);
   size_ = size;
   call([this] { resized(); });
-  if (act.formStands()) notify(FormChange::Size);
+  if (act.formAlive()) notify(FormChange::Size);
 }
 
 bool Form::beginCommand() {
@@ -84,21 +84,21 @@ bool Form::beginCommand() {
     onCommand();
     ready = true;
   });
-  return ready && act.formStands();
+  return ready && act.formAlive();
 }
 
 bool Form::press(const KeyChord& chord) {
   if (desktop().waiting()) return true;
   const Act act(*this);
-  // What waits may be what puts a button within reach.
+  // The pending work may be what puts a button within reach.
   if (hasShortcut(chord) && !beginCommand()) return true;
   for (Control* control : controls_) {
     auto* button = dynamic_cast<PushButton*>(control);
     if (button == nullptr || button->shortcut().empty() || button->shortcut() != chord) continue;
     if (!button->withinReach()) continue;
-    // A click would take the focus, and with it end what is being typed.
+    // A click would take the focus, and so end what is being typed.
     if (focused_ != nullptr) focused_->focusLeft();
-    if (act.formStands()) button->click();
+    if (act.formAlive()) button->click();
     return true;
   }
   for (const auto& [shortcut, procedure] : shortcuts_) {
@@ -135,16 +135,16 @@ void Form::focusMoved(Control* control) {
   Control* left = focused_;
   focused_ = control;
   if (left != nullptr) left->focusLeft();
-  if (!act.formStands()) return;
+  if (!act.formAlive()) return;
   if (left != nullptr && left->onLostFocus) call(left->onLostFocus);
-  if (!act.formStands() || control == nullptr || focused_ != control) return;
+  if (!act.formAlive() || control == nullptr || focused_ != control) return;
   if (control->onGotFocus) call(control->onGotFocus);
 }
 
 void Form::removeObserver(FormObserver& observer) { std::erase(observers_, &observer); }
 
 void Form::call(const std::function<void()>& procedure) {
-  // What runs may destroy the form: everything that is needed afterwards is held here.
+  // The procedure may destroy the form, so copy everything that is needed afterwards.
   const Act act(*this);
   const auto onFailure = surroundings_.onFailure;
   const auto running = procedure;
@@ -153,7 +153,7 @@ void Form::call(const std::function<void()>& procedure) {
   } catch (const std::exception& failure) {
     if (onFailure) onFailure(failure);
   } catch (...) {
-    // A component from elsewhere may throw anything.
+    // A third-party component may throw anything.
     if (onFailure) onFailure(std::runtime_error("خطاي ناشناخته اي رخ داد. دوباره تلاش نماييد."));
   }
 }
@@ -178,13 +178,13 @@ void Form::notify(FormChange change) {
 }
 
 void Form::notify(Timer& timer) {
-  for (FormObserver* observer : observers_) observer->timerChanged(timer);
+  for (FormObserver* observer : observers_) observer->timerRestarted(timer);
 }
 
 Form::Act::Act(Form& form) : Procedure(form.desktop()), life_(form.life_) { ++life_->acts; }
 
 Form::Act::~Act() { FormLife::endAct(life_); }
 
-bool Form::Act::formStands() const { return life_->form != nullptr; }
+bool Form::Act::formAlive() const { return life_->form != nullptr; }
 
 }  // namespace ledgertree::ui

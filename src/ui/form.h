@@ -21,7 +21,7 @@ class Tree;
 struct TreeChange;
 enum class Change;
 
-/// What a form stands on: the desktop that shows it, and what happens with a failure that no event procedure
+/// What a form runs in: the desktop that shows it, and the handler of failures that no event procedure
 /// caught.
 struct Surroundings {
   Desktop& desktop;
@@ -31,24 +31,24 @@ struct Surroundings {
 
 enum class FormChange { Caption, Size, Menu };
 
-/// Whoever draws a form. It is told of every change after the change.
+/// Draws a form. It is notified after each change.
 class FormObserver {
  public:
   virtual ~FormObserver() = default;
   virtual void controlChanged(Control& control, Change change) = 0;
   virtual void treeChanged(Tree& tree, const TreeChange& change) = 0;
   virtual void formChanged(FormChange change) = 0;
-  virtual void timerChanged(Timer& timer) = 0;
+  virtual void timerRestarted(Timer& timer) = 0;
 };
 
-/// A screen. A form of the product derives from it and has its controls as public members under their own
+/// A screen. Each form of the product derives from it and has its controls as public members with their own
 /// names.
 ///
-/// The border of failures stands here: `call` runs an event procedure and hands what it throws to
-/// Surroundings::onFailure, so that a form goes on after a failure, with a window or without one.
+/// `call` is the exception boundary: it runs an event procedure and passes what that throws to
+/// Surroundings::onFailure, so that the form goes on after a failure, with or without a window.
 ///
-/// A form may close itself, or be destroyed by its owner, in the middle of an event procedure: what a person
-/// does runs inside an `Act`, and a close takes effect when the outermost act of the form has returned.
+/// A form may close itself, or be destroyed by its owner, in the middle of an event procedure: user actions
+/// run inside an `Act`, and a close takes effect when the form's outermost act has returned.
 class Form {
  public:
   Form(Surroundings surroundings, std::string name, std::string caption, Size designSize);
@@ -60,38 +60,38 @@ class Form {
   [[nodiscard]] const std::string& caption() const { return caption_; }
   void setCaption(std::string caption);
   [[nodiscard]] Size designSize() const { return designSize_; }
-  /// The present size of the client area.
+  /// The current size of the client area.
   [[nodiscard]] Size size() const { return size_; }
-  /// The size down to which the layout follows the window; a smaller window scrolls. At first the design
-  /// size, and never lower than that.
+  /// The size down to which the layout follows the window; a smaller window scrolls. Initially the design
+  /// size, and never smaller than that.
   [[nodiscard]] Size smallestSize() const { return smallestSize_; }
   void setSmallestSize(Size size) { smallestSize_ = size; }
   [[nodiscard]] bool resizable() const { return resizable_; }
   void setResizable(bool resizable) { resizable_ = resizable; }
-  /// Asks for the whole screen when the form is first shown.
+  /// Asks for a maximised window when the form is first shown.
   [[nodiscard]] bool wantsMaximised() const { return wantsMaximised_; }
   void setWantsMaximised(bool wants) { wantsMaximised_ = wants; }
 
   [[nodiscard]] const std::vector<Control*>& controls() const { return controls_; }
-  /// The control of a name; null where there is none.
+  /// The control with a name; null if there is none.
   [[nodiscard]] Control* find(std::string_view name) const;
   [[nodiscard]] const std::vector<Timer*>& timers() const { return timers_; }
   /// The entries of the menu bar.
   [[nodiscard]] const std::vector<MenuEntry*>& menu() const { return menu_; }
   void addMenu(MenuEntry& entry) { menu_.push_back(&entry); }
-  /// What Escape and Enter press where the focused control has no use for the key.
+  /// What Escape and Enter press if the focused control doesn't use the key.
   void setCancelButton(PushButton& button) { cancelButton_ = &button; }
   void setDefaultButton(PushButton& button) { defaultButton_ = &button; }
-  /// Whether Enter goes to the next control, as Tab does, where neither the focused control nor the form has
-  /// a use for it.
+  /// Whether Enter goes to the next control, as Tab does, if neither the focused control nor the form uses
+  /// it.
   [[nodiscard]] bool enterMovesOn() const { return surroundings_.enterMovesOn; }
-  /// What a key does anywhere on the form that no button bears as its shortcut.
+  /// What a key does anywhere on the form, for a key that isn't the shortcut of a button.
   void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
     shortcuts_.emplace_back(chord, std::move(procedure));
   }
-  /// Whether a key has a meaning anywhere on the form, within reach at the moment or not.
+  /// Whether a key does something anywhere on the form, even if it is out of reach at the moment.
   [[nodiscard]] bool hasShortcut(const KeyChord& chord) const;
-  /// Where the focus stands when the form is shown; null leaves it to the order of the controls.
+  /// Where the focus is when the form is shown; null leaves it to the tab order.
   [[nodiscard]] Control* firstFocus() const { return firstFocus_; }
   void setFirstFocus(Control& control) { firstFocus_ = &control; }
   [[nodiscard]] Control* focused() const { return focused_; }
@@ -99,53 +99,53 @@ class Form {
 
   /// Whether the desktop shows the form.
   [[nodiscard]] bool isShown() const { return shown_; }
-  /// Takes the form off the screen and ends its modal showing. It stays loaded.
+  /// Removes the form from the screen and ends its modal showing. It stays loaded.
   void hide();
-  /// Ends the form when the event procedures that run now have returned: unload(), then onClosed. Closing
-  /// twice is closing.
+  /// Ends the form when the event procedures that are running have returned: unload(), then onClosed. Closing
+  /// twice is the same as closing once.
   void close();
 
-  // The desktop.
-  /// The window got another size, or a program asks for one: the rule of the form follows.
+  // Called by the desktop.
+  /// The window was resized, or a program asks for a new size: the form lays itself out.
   void resize(Size size);
-  /// The person closes the window by its frame.
+  /// The user closes the window with its title bar.
   virtual void closeByPerson() { close(); }
-  /// A key that no control wanted. True where a shortcut, the cancel or the default button took it.
+  /// A key that no control used. True if a shortcut, the cancel or the default button took it.
   bool press(const KeyChord& chord);
   void setShown(bool shown);
   void focusMoved(Control* control);
   void addObserver(FormObserver& observer) { observers_.push_back(&observer); }
   void removeObserver(FormObserver& observer);
 
-  /// Runs an event procedure behind the border of failures.
+  /// Runs an event procedure inside the exception boundary.
   void call(const std::function<void()>& procedure);
-  /// Runs ahead of each command of a person (a button, an entry of a menu, a key that has a meaning anywhere
-  /// on the form), and finishes what a command must not come ahead of. A command isn't run where it fails.
+  /// Runs before each command of the user (a button, a menu entry, a key that works anywhere on the form),
+  /// and finishes whatever has to be done first. If it fails, the command doesn't run.
   std::function<void()> onCommand;
-  /// Whether a command may run now. For controls.
+  /// Whether a command may run now. Called by controls.
   [[nodiscard]] bool beginCommand();
   /// Whether an event procedure of this form is running.
   [[nodiscard]] bool inAct() const;
-  /// Runs when the outermost of its event procedures has returned, unless the form closes then.
+  /// Runs when the outermost event procedure has returned, unless the form closes then.
   std::function<void()> onRest;
-  /// Runs after the form was unloaded; the owner may destroy it there.
+  /// Runs after the form was unloaded. The owner may destroy it there.
   std::function<void()> onClosed;
 
-  /// A person, a timer or the desktop does something to a form. While one stands, the form isn't unloaded.
+  /// Something that a user, a timer or the desktop does to a form. The form isn't unloaded during it.
   class Act : private Desktop::Procedure {
    public:
     explicit Act(Form& form);
     Act(const Act&) = delete;
     Act& operator=(const Act&) = delete;
     ~Act();
-    /// False once the form was destroyed by its owner; its controls may not be touched then.
-    [[nodiscard]] bool formStands() const;
+    /// False if the owner has destroyed the form; its controls must not be used then.
+    [[nodiscard]] bool formAlive() const;
 
    private:
     std::shared_ptr<struct FormLife> life_;
   };
 
-  // For controls.
+  // Called by controls.
   void add(Control& control) { controls_.push_back(&control); }
   void remove(Control& control);
   void add(Timer& timer) { timers_.push_back(&timer); }
@@ -155,9 +155,9 @@ class Form {
   void notify(Timer& timer);
 
  protected:
-  /// What the form does when it ends, ahead of leaving the screen.
+  /// Clean-up before a form that ends leaves the screen.
   virtual void unload() {}
-  /// The rule that follows a change of size.
+  /// Lays the form out after a change of size.
   virtual void resized() {}
 
  private:

@@ -11,8 +11,8 @@ struct Size {
   bool operator==(const Size&) const = default;
 };
 
-/// A place inside the form, or inside the frame that holds the control. Left is left also on a right-to-left
-/// screen.
+/// Bounds within the form, or within the frame that holds the control. Left is left on a right-to-left screen
+/// too.
 struct Bounds {
   Twips left = 0;
   Twips top = 0;
@@ -24,7 +24,7 @@ struct Bounds {
 /// A colour as 0xRRGGBB.
 using Colour = unsigned;
 
-/// The ground of every screen of the product.
+/// The background of every screen.
 inline constexpr Colour kScreenBackground = 0xC2D9F7;
 
 }  // namespace ledgertree::ui

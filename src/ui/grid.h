@@ -13,7 +13,8 @@ struct GridColumn {
   Twips width = 1000;  ///< 0 hides the column
 };
 
-/// Rows of texts below a row of headers, with a range of selected rows. Rows count from 0 below the headers.
+/// Rows of text under a row of headers, with a selected range of rows. Row 0 is the first one under the
+/// headers.
 class Grid : public Control {
  public:
   using Control::Control;
@@ -22,7 +23,7 @@ class Grid : public Control {
   void setColumns(std::vector<GridColumn> columns);
   [[nodiscard]] const std::vector<GridColumn>& columns() const { return columns_; }
   void clearRows();
-  /// Texts beyond the columns are dropped, missing ones are empty. The first row becomes the current one.
+  /// Surplus texts are dropped, missing ones are empty. The first row added becomes the current one.
   void addRow(std::vector<std::string> texts);
   [[nodiscard]] int rowCount() const { return static_cast<int>(rows_.size()); }
   [[nodiscard]] const std::string& text(int row, int column) const;
@@ -31,11 +32,11 @@ class Grid : public Control {
   [[nodiscard]] int currentRow() const { return currentRow_; }
   [[nodiscard]] int selectionEnd() const { return selectionEnd_; }
 
-  // A person.
+  // User actions.
   void selectRow(int row);
-  /// Moves the cursor and leaves the other end of the selection where it is, as Shift does.
+  /// Moves the cursor but not the other end of the selection, as Shift does.
   void extendTo(int row);
-  /// Up, Down, Home, End, PageUp, PageDown move the cursor; with `extend` they widen the selection.
+  /// Up, Down, Home, End, PageUp and PageDown move the cursor; with `extend` they extend the selection.
   void press(Key key, bool extend = false);
 
   Event<> onSelectionChange;

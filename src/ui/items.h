@@ -9,13 +9,13 @@
 
 namespace ledgertree::ui {
 
-/// A line of a list with the number that the form keeps beside it.
+/// A line of a list, and the number that the form associates with it.
 struct Item {
   std::string text;
   std::int32_t data = 0;
 };
 
-/// What a list box and a drop-down list have in common: lines, one of which may be selected.
+/// What list boxes and drop-down lists have in common: lines, of which one may be selected.
 class ItemsControl : public Control {
  public:
   using Control::Control;
@@ -25,20 +25,19 @@ class ItemsControl : public Control {
   void clearItems();
   void addItem(std::string text, std::int32_t data = 0);
   void setItemText(int index, std::string text);
-  /// Removes a line; the selection goes with it.
+  /// Removes a line. If it is selected, nothing is afterwards.
   void removeItem(int index);
-  /// The selected line from 0, kNone for none.
+  /// The selected line from 0; kNone for none.
   [[nodiscard]] int selected() const { return selected_; }
-  /// A program selects: raises nothing.
+  /// A selection by the program raises no event.
   void select(int index);
-  /// The text of the selected line; empty for none.
+  /// The text of the selected line; empty if there is none.
   [[nodiscard]] std::string selectedText() const;
 
-  // A person.
-  /// Selects a line and raises onSelect, also where it is selected already. Nothing where there is no such
-  /// line.
+  // User actions.
+  /// Selects a line and raises onSelect, even if it is already selected. Ignores a line that doesn't exist.
   void choose(int index);
-  /// Up, Down, Home and End choose.
+  /// Up, Down, Home and End select.
   void press(Key key);
 
   Event<> onSelect;

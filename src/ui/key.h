@@ -4,7 +4,7 @@
 
 namespace ledgertree::ui {
 
-/// The keys that mean something besides a character.
+/// The keys that do more than put in a character.
 enum class Key {
   None,
   Enter,
@@ -35,12 +35,12 @@ enum class Key {
   F12,
 };
 
-/// The numbers under which the event procedures know keys.
+/// The numbers by which event procedures know the keys.
 inline constexpr int kKeyCodeEnter = 13;
 inline constexpr int kKeyCodeDelete = 46;
 inline constexpr char32_t kBackspaceCharacter = 8;
 
-/// A key, or the Latin letter of a key, together with Ctrl, Alt or Shift: the shortcut of a command.
+/// A key, or the Latin letter of one, with Ctrl, Alt or Shift: the shortcut of a command.
 struct KeyChord {
   bool ctrl = false;
   bool alt = false;
@@ -51,12 +51,12 @@ struct KeyChord {
   [[nodiscard]] static KeyChord of(Key key) { return {.key = key}; }
   [[nodiscard]] static KeyChord ctrlAnd(char letter) { return {.ctrl = true, .letter = letter}; }
   [[nodiscard]] bool empty() const { return letter == 0 && key == Key::None; }
-  /// "Ctrl+S", "F5": what a tooltip shows, and what every toolkit reads.
+  /// "Ctrl+S", "F5": as shown in a tooltip, and as every toolkit parses it.
   [[nodiscard]] std::string text() const;
   bool operator==(const KeyChord&) const = default;
 };
 
-/// Persian and Arabic digits become 0 to 9; every other character stays.
+/// Turns Persian and Arabic digits into 0 to 9, and leaves all other characters.
 [[nodiscard]] char32_t latinDigit(char32_t character);
 
 }  // namespace ledgertree::ui

@@ -10,7 +10,7 @@ namespace ledgertree::ui {
 
 namespace {
 
-/// The rows that PageUp and PageDown pass, and how near the end of the list the next rows are fetched.
+/// How many rows PageUp and PageDown move, and how close to the end of the list the next rows are fetched.
 constexpr int kPage = 8;
 
 }  // namespace
@@ -79,7 +79,7 @@ void LookupField::showRows(std::vector<LookupRow> rows, bool append, bool more, 
   searching_ = searching;
   stale_ = false;
   if (highlighted_ < 0 && !rows_.empty()) {
-    // Whoever types wants the first hit; whoever only opens the list finds the row held.
+    // A user who types wants the first hit; one who only opens the list, the held row.
     const auto same = std::find_if(rows_.begin(), rows_.end(), [&](const LookupRow& row) {
       return held_.id != -1 && row.id == held_.id;
     });
@@ -125,7 +125,7 @@ void LookupField::type(std::string_view text) {
     std::string line = typing_ ? text_ : std::string();
     text::appendCharacter(character, line);
     edited(std::move(line));
-    if (!act.formStands()) return;
+    if (!act.formAlive()) return;
     changed(Change::Text);
   }
 }
@@ -156,7 +156,7 @@ bool LookupField::press(Key key) {
       return listOpen_;
     case Key::Enter:
       raise(onKeyDown, kKeyCodeEnter);
-      return act.formStands() && enter();
+      return act.formAlive() && enter();
     case Key::Escape: {
       const bool used = listOpen_ || typing_;
       restore();
@@ -164,7 +164,7 @@ bool LookupField::press(Key key) {
     }
     case Key::Tab:
       if (!typing_ && wentToRow()) pick(highlighted_);
-      if (act.formStands()) leave();
+      if (act.formAlive()) leave();
       return false;
     case Key::Delete:
       return deleteHeld();
@@ -188,10 +188,10 @@ void LookupField::goDown(Key key) {
 bool LookupField::deleteHeld() {
   if (typing_) return false;
   const Form::Act act(form());
-  // The form may answer the key by emptying the field itself; either way it is one change.
+  // The form may clear the field itself when it handles the key; either way it is one change.
   const bool heldOne = held_.id != -1;
   raise(onKeyDown, kKeyCodeDelete);
-  if (act.formStands() && reachable()) emptied(heldOne);
+  if (act.formAlive() && reachable()) emptied(heldOne);
   return true;
 }
 
@@ -215,7 +215,7 @@ bool LookupField::enter() {
 bool LookupField::backspace() {
   auto characters = text::charactersOf(text_);
   if (characters.empty()) return false;
-  // The text of a row held goes as a whole, as what is selected does.
+  // The text of a held row is deleted as a whole, as selected text is.
   if (typing_)
     characters.pop_back();
   else
@@ -237,7 +237,7 @@ void LookupField::openList() {
 void LookupField::pick(int index) {
   if (!reachable() || !listOpen_ || index < 0 || index >= static_cast<int>(rows_.size())) return;
   const Form::Act act(form());
-  // Picking the row held counts too: what the form made of it may be gone from its other fields.
+  // Picking the held row again counts too: the form may have lost what it took from it.
   hold(LookupRow(rows_[static_cast<std::size_t>(index)]));
   heldByPerson();
 }
@@ -260,8 +260,8 @@ void LookupField::leave() {
   if (lineIsBlank()) return emptied(held_.id != -1);
   if (wentToRow()) return pick(highlighted_);
   LookupRow one = wishOne(text_, enterWaits_);
-  // A failure of the look-up was told meanwhile, and the form may have changed behind the notice.
-  if (!act.formStands() || !typing_) return;
+  // A failure of the look-up was reported meanwhile, and the form may have changed during the notice.
+  if (!act.formAlive() || !typing_) return;
   if (one.id == -1) {
     setListOpen(false);
     unchosen_ = true;

@@ -9,7 +9,7 @@
 
 namespace ledgertree::ui {
 
-/// An entry of a menu, with the entries below it. An entry without a caption is a separator.
+/// A menu entry, with the entries under it. An entry without a caption is a separator.
 class MenuEntry {
  public:
   MenuEntry(Form& form, std::string name, std::string caption, bool visible = true, bool checked = false);
@@ -20,10 +20,10 @@ class MenuEntry {
   [[nodiscard]] const std::string& caption() const { return caption_; }
   [[nodiscard]] bool separator() const { return caption_.empty(); }
   [[nodiscard]] const std::vector<MenuEntry*>& entries() const { return entries_; }
-  /// The keys that do the same, for the eye: what hears them is the form. Empty where there are none.
+  /// The equivalent keys, for display only: the form handles them. Empty if there are none.
   [[nodiscard]] const KeyChord& keys() const { return keys_; }
   void setKeys(const KeyChord& keys) { keys_ = keys; }
-  /// Gives the entry back, so that a menu reads as the tree that it is.
+  /// Returns the entry, so that code which builds a menu looks like its tree.
   MenuEntry& add(MenuEntry& entry);
 
   [[nodiscard]] bool visible() const { return visible_; }
@@ -33,8 +33,8 @@ class MenuEntry {
   [[nodiscard]] bool checked() const { return checked_; }
   void setChecked(bool checked);
 
-  // A person.
-  /// Nothing on an entry that is hidden, disabled, or below one that is.
+  // User actions.
+  /// Does nothing on an entry that is hidden or disabled, or under one that is.
   void click();
 
   Event<> onClick;

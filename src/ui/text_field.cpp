@@ -51,16 +51,16 @@ void TextField::type(std::string_view text) {
   const Form::Act act(form());
   for (const char32_t typed : text::charactersOf(text)) {
     const char32_t character = filter(typed);
-    if (!act.formStands()) return;
+    if (!act.formAlive()) return;
     auto characters = text::charactersOf(text_);
     if (character != 0 && (maximumLength_ == 0 || characters.size() < maximumLength_)) {
       characters.insert(std::min(caret_, characters.size()), 1, character);
       edited(text::textOf(characters), caret_ + 1);
-      if (!act.formStands()) return;
+      if (!act.formAlive()) return;
       changed(Change::Text);
     }
     keyUp();
-    if (!act.formStands()) return;
+    if (!act.formAlive()) return;
   }
 }
 
@@ -69,7 +69,7 @@ void TextField::press(Key key) {
   auto characters = text::charactersOf(text_);
   const std::size_t caret = std::min(caret_, characters.size());
   const bool backspace = key == Key::Backspace && filter(kBackspaceCharacter) != 0;
-  if (!act.formStands()) return;
+  if (!act.formAlive()) return;
   if (backspace && caret > 0) {
     characters.erase(caret - 1, 1);
     edited(text::textOf(characters), caret - 1);
@@ -82,7 +82,7 @@ void TextField::press(Key key) {
     if (key == Key::Home) caret_ = 0;
     if (key == Key::End) caret_ = characters.size();
   }
-  if (!act.formStands()) return;
+  if (!act.formAlive()) return;
   changed(Change::Text);
   keyUp();
 }
@@ -93,7 +93,7 @@ void TextField::paste(std::string_view text) {
   if (maximumLength_ != 0 && characters.size() > maximumLength_) characters.resize(maximumLength_);
   const std::size_t caret = characters.size();
   edited(text::textOf(characters), caret);
-  if (act.formStands()) changed(Change::Text);
+  if (act.formAlive()) changed(Change::Text);
 }
 
 void TextField::accept(ControlVisitor& visitor) { visitor.visit(*this); }

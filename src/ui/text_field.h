@@ -9,56 +9,55 @@
 
 namespace ledgertree::ui {
 
-/// A key that is about to put a character into a field. A procedure drops it by setting `character` to 0.
+/// A key that is about to insert a character. A handler drops it by setting `character` to 0.
 struct KeyPress {
   char32_t character = 0;  ///< kBackspaceCharacter for backspace
 };
 
-/// A field of one line or several. Places in the text count characters.
+/// A text field of one line or several. Positions count characters.
 class TextField : public Control {
  public:
   using Control::Control;
 
   [[nodiscard]] const std::string& text() const { return text_; }
-  /// A program's text isn't cut to the greatest length; the caret goes to its end.
+  /// A program's text isn't cut to the maximum length. The caret moves to its end.
   void setText(std::string text);
-  /// The place of the caret, 0 ahead of the first character.
+  /// The caret's position, 0 before the first character.
   [[nodiscard]] std::size_t caret() const { return caret_; }
   void setCaret(std::size_t caret);
-  /// The greatest number of characters that a person can put in; 0 for no limit.
+  /// The maximum number of characters that a user can enter; 0 for no limit.
   [[nodiscard]] std::size_t maximumLength() const { return maximumLength_; }
   void setMaximumLength(std::size_t length) { maximumLength_ = length; }
   [[nodiscard]] bool locked() const { return locked_; }
-  /// A locked field shows its text and takes no typing; the focus may rest in it.
+  /// A locked field shows its text but takes no typing. It can have the focus.
   void setLocked(bool locked);
   [[nodiscard]] bool multiline() const { return multiline_; }
   void setMultiline(bool multiline) { multiline_ = multiline; }
-  /// Persian and Arabic digits arrive as 0 to 9, ahead of the key filter.
+  /// Persian and Arabic digits become 0 to 9 before the key filter sees them.
   [[nodiscard]] bool latinDigits() const { return latinDigits_; }
   void setLatinDigits(bool latinDigits) { latinDigits_ = latinDigits; }
-  /// Codes and numbers read from left to right, also on a right-to-left screen.
+  /// Codes and numbers run from left to right, on a right-to-left screen too.
   [[nodiscard]] bool leftToRight() const { return leftToRight_; }
   void setLeftToRight(bool leftToRight) { leftToRight_ = leftToRight; }
 
-  // A person.
-  /// Types character by character at the caret, each through the key filter, with its key up at the end.
+  // User actions.
+  /// Types character by character at the caret: each goes through the key filter, and its key is released.
   void type(std::string_view text);
-  /// Backspace, Delete, Left, Right, Home and End work on the text; every key ends with its key up.
+  /// Backspace, Delete, Left, Right, Home and End edit; the release of every key is reported.
   void press(Key key);
-  /// The whole text replaced at once, as by a paste: no key filter.
+  /// Replaces the whole text at once, as a paste does, without the key filter.
   void paste(std::string_view text);
 
-  // The renderer, which has an editor of its own, in the order of a key: filter, edited (where the text
+  // Called by the renderer, which has its own editor. The order for a key is filter, edited (if the text
   // changed), keyUp.
-  /// The character that the key puts in, after the digits' rule and the filter of the form; 0 where it is
-  /// dropped.
+  /// The character that the key inserts, after conversion of digits and the form's filter; 0 if dropped.
   [[nodiscard]] char32_t filter(char32_t character);
   void edited(std::string text, std::size_t caret);
   void keyUp();
 
-  /// Ahead of each character and of backspace.
+  /// Called before each character and backspace.
   Event<KeyPress&> onKeyPress;
-  /// A person changed the text.
+  /// The user changed the text.
   Event<> onChange;
   Event<> onKeyUp;
   void accept(ControlVisitor& visitor) override;

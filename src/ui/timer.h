@@ -8,8 +8,7 @@
 
 namespace ledgertree::ui {
 
-/// Ticks between events while its form is shown. A tick that comes while an event procedure of the form runs
-/// is dropped.
+/// Ticks while its form is shown. A tick during one of the form's event procedures is dropped.
 class Timer {
  public:
   Timer(Form& form, std::string name, std::chrono::milliseconds interval)
@@ -22,9 +21,9 @@ class Timer {
   [[nodiscard]] const std::string& name() const { return name_; }
   [[nodiscard]] std::chrono::milliseconds interval() const { return interval_; }
 
-  /// The interval begins anew.
+  /// Restarts the interval.
   void restart() { form_.notify(*this); }
-  /// The desktop: the interval is over.
+  /// Called by the desktop when the interval is over.
   void tick();
 
   std::function<void()> onTick;

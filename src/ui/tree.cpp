@@ -21,7 +21,7 @@ void Tree::tell(TreeChange::Kind kind, NodeId node, std::size_t first, std::size
 
 NodeId Tree::add(NodeId parent, std::string key, std::string text, int image) {
   if (!key.empty() && find(key) != kNoNode)
-    throw std::invalid_argument("the tree " + name() + " has a node " + key + " already");
+    throw std::invalid_argument("the tree " + name() + " already has a node " + key);
   return addNew(parent, std::move(key), std::move(text), image);
 }
 
@@ -36,11 +36,11 @@ NodeId Tree::addNew(NodeId parent, std::string key, std::string text, int image)
   made.image = image;
   made.used = true;
   if (!made.key.empty()) unentered_.push_back(node);
-  auto& places = siblings(parent);
-  made.place = places.size();
-  places.push_back(node);
+  auto& all = siblings(parent);
+  made.index = all.size();
+  all.push_back(node);
   ++count_;
-  tellAdded(parent, made.place);
+  tellAdded(parent, made.index);
   return node;
 }
 
@@ -61,20 +61,20 @@ void Tree::enterKeys() const {
   unentered_.clear();
 }
 
-void Tree::tellAdded(NodeId parent, std::size_t place) {
+void Tree::tellAdded(NodeId parent, std::size_t index) {
   if (batches_ == 0) {
-    tell(TreeChange::Kind::ChildrenAdded, parent, place, 1);
+    tell(TreeChange::Kind::ChildrenAdded, parent, index, 1);
     return;
   }
-  const NodeId node = siblings(parent)[place];
+  const NodeId node = siblings(parent)[index];
   if (addedInBatch_.size() <= node) addedInBatch_.resize(node + std::size_t{1});
   addedInBatch_[node] = true;
-  // Children of a node that nobody was told of yet come along with it.
-  if (isUntold(parent)) return;
+  // Children of a node that hasn't been reported yet come along with it.
+  if (isUnreported(parent)) return;
   if (!additions_.empty() && additions_.back().parent == parent) {
     ++additions_.back().count;
   } else {
-    additions_.push_back({parent, place, 1});
+    additions_.push_back({parent, index, 1});
   }
 }
 
@@ -84,7 +84,7 @@ void Tree::endBatch() {
   additions_.clear();
   addedInBatch_.clear();
   for (const Addition& addition : additions) {
-    // A parent that was removed again has nothing to tell.
+    // A parent that was removed again has nothing to report.
     if (addition.parent == kNoNode || has(addition.parent))
       tell(TreeChange::Kind::ChildrenAdded, addition.parent, addition.first, addition.count);
   }
@@ -106,13 +106,13 @@ Tree::Renewal::~Renewal() {
 
 void Tree::remove(NodeId node) {
   const NodeId parent = at(node).parent;
-  const std::size_t place = at(node).place;
+  const std::size_t index = at(node).index;
   tell(TreeChange::Kind::AboutToRemove, node);
-  auto& places = siblings(parent);
-  places.erase(places.begin() + static_cast<std::ptrdiff_t>(place));
-  for (std::size_t i = place; i < places.size(); ++i) slot(places[i]).place = i;
+  auto& all = siblings(parent);
+  all.erase(all.begin() + static_cast<std::ptrdiff_t>(index));
+  for (std::size_t i = index; i < all.size(); ++i) slot(all[i]).index = i;
   release(node);
-  tell(TreeChange::Kind::Removed, parent, place, 1);
+  tell(TreeChange::Kind::Removed, parent, index, 1);
 }
 
 void Tree::release(NodeId top) {
@@ -153,7 +153,7 @@ NodeId Tree::find(std::string_view key) const {
 
 void Tree::setImage(NodeId node, int image) {
   at(node).image = image;
-  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUnreported(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 int Tree::picture(NodeId node) const {
@@ -168,7 +168,7 @@ void Tree::setTag(NodeId node, std::string tag) { at(node).tag = std::move(tag);
 void Tree::setChecked(NodeId node, bool checked) {
   if (at(node).checked == checked) return;
   at(node).checked = checked;
-  if (!isUntold(node)) tell(TreeChange::Kind::NodeChanged, node);
+  if (!isUnreported(node)) tell(TreeChange::Kind::NodeChanged, node);
 }
 
 void Tree::setExpanded(NodeId node, bool expanded) {
@@ -231,11 +231,11 @@ void Tree::choose(NodeId node) {
 NodeId Tree::nextThatBegins(std::string_view folded, bool alsoSelected) const {
   const auto visible = visibleNodes();
   const auto from = std::find(visible.begin(), visible.end(), selected_);
-  std::size_t place = from == visible.end() ? 0 : static_cast<std::size_t>(from - visible.begin());
-  if (from != visible.end() && !alsoSelected) ++place;
+  std::size_t index = from == visible.end() ? 0 : static_cast<std::size_t>(from - visible.begin());
+  if (from != visible.end() && !alsoSelected) ++index;
   std::string text;
-  for (std::size_t looked = 0; looked < visible.size(); ++looked, ++place) {
-    const NodeId node = visible[place % visible.size()];
+  for (std::size_t looked = 0; looked < visible.size(); ++looked, ++index) {
+    const NodeId node = visible[index % visible.size()];
     const std::string_view whole = at(node).text;
     text::fold(whole, text);
     if (text.starts_with(folded)) return node;
@@ -267,8 +267,8 @@ void Tree::askMenu(NodeId node, Twips left, Twips top) {
   if (!withinReach() || !has(node) || !onMenu) return;
   const Form::Act act(form());
   if (node != selected_) click(node);
-  // What the click does may be about another node, or the end of the form.
-  if (act.formStands() && selected_ == node) raise(onMenu, left, top);
+  // The click may select another node or end the form.
+  if (act.formAlive() && selected_ == node) raise(onMenu, left, top);
 }
 
 void Tree::enterByKey() {
@@ -286,12 +286,12 @@ void Tree::press(Key key) {
   if (key == Key::Right) return collapse(from);
   if (key != Key::Up && key != Key::Down && key != Key::Home && key != Key::End) return;
   const auto visible = visibleNodes();
-  auto place = std::find(visible.begin(), visible.end(), from);
-  if (key == Key::Home || place == visible.end()) place = visible.begin();
-  if (key == Key::End) place = visible.end() - 1;
-  if (key == Key::Up && place != visible.begin()) --place;
-  if (key == Key::Down && place + 1 != visible.end()) ++place;
-  choose(*place);
+  auto position = std::find(visible.begin(), visible.end(), from);
+  if (key == Key::Home || position == visible.end()) position = visible.begin();
+  if (key == Key::End) position = visible.end() - 1;
+  if (key == Key::Up && position != visible.begin()) --position;
+  if (key == Key::Down && position + 1 != visible.end()) ++position;
+  choose(*position);
 }
 
 void Tree::accept(ControlVisitor& visitor) { visitor.visit(*this); }

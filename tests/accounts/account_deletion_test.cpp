@@ -15,7 +15,7 @@ class DeletionStory : public AccountStory {
         "insert into tblAccountRelatedObjects values (2, 4, 11, 7), (3, 5, 12, 6);"
         "insert into tblAccountPeriod values (1, 'سال', '2024-03-20', '2025-03-20', '1403/01/01', "
         "'1403/12/30'); insert into tblAccountPeriodAccount (PeriodID, AccountID) values (1, 2), (1, 3)");
-    // Nobody can be asked.
+    // Without the component nobody can be asked.
     person.acts["alone"] = [this](auto& step) {
       const auto components = shell.components;
       shell.components.remove("NoticeKit.NoticeDialog");
@@ -24,7 +24,7 @@ class DeletionStory : public AccountStory {
     };
     start();
   }
-  /// Seen is what changed on the screen, and told is what did in the database.
+  /// Seen is what changed on the screen, and told is what changed in the database.
   void go(const std::string& section) {
     TableWatch tables(database);
     person.go(

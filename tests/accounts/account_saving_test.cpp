@@ -21,7 +21,7 @@ class SavingStory : public AccountStory {
     };
   }
   SavingStory() {
-    // "ahead TimeOut spX" fails what begins with these words, and "behind" loses its answer; nothing ends it.
+    // "ahead TimeOut spX" fails the command that begins so, "behind" loses its answer, and nothing resets it.
     person.acts["ahead"] = [this](auto& about) { faults.onCommand = failing(about); };
     person.acts["behind"] = [this](auto& about) { faults.onAnswer = failing(about); };
     person.acts["outcome"] = [this](auto&) {
@@ -30,7 +30,7 @@ class SavingStory : public AccountStory {
       return (told.size() == 1 ? toldOf(told[0].message) : "?") + " " + form->lblMessage.caption();
     };
   }
-  /// What a save came to, as the notice says it behind the failure.
+  /// The result of a save, as the notice states it after the failure.
   static std::string toldOf(const std::string& message) {
     for (const auto& row : tableOf("accounts/steps.txt", "what a save came to"))
       if (message == std::string(Faults::kMessage) + "\n" + row[1]) return row[0];
@@ -69,7 +69,7 @@ TEST_F(SavingStory, ANewAccountIsStoredWithEverythingThatWasTyped) {
             "FrameAccountType=1 OptNotReg\nFrameAccountStatus=1 OptClose\n");
   EXPECT_EQ(treeLabels(), "11 ... دارايي +\n") << "and the tree starts over";
 
-  // Nothing carries over to the next account.
+  // Nothing is carried over to the next account.
   EXPECT_EQ(stored(saveNew(-1, "بدهي", "2")), "Code=2\nTitle=بدهي\n");
   EXPECT_EQ(relations(3), "null|null|null");
 }
@@ -97,7 +97,7 @@ TEST_F(SavingStory, WhatLeftItsListStaysStoredAndAClassThatIsGoneIsAskedAbout) {
   };
   start();
   edit(2);
-  save();  // texts and amounts that are null become empty
+  save();  // null texts and amounts become empty
   for (const bool each : {true, false}) {
     plain = each;
     go("what left its list");
@@ -117,7 +117,7 @@ TEST_F(SavingStory, AnEditWritesTheFieldThatWasChangedAndNoOther) {
       "insert into tblAccountRelatedObjects values (2, 5, 11, 8), (3, 4, 12, 6)";
   start();
   edit(2);
-  save();  // texts that are null become empty
+  save();  // null texts become empty
   TableWatch tables(database);
   person.acts["full"] = [&](auto&) {
     database.execute(full);
@@ -150,8 +150,8 @@ TEST_F(SavingStory, WhatTheHostShowsMeanwhileChangesNothingOfASave) {
   go("what the host shows meanwhile");
 }
 
-/// Each statement of a save fails once. Whatever was written by then, the notice says so, the form goes on,
-/// and pressing save again ends where a save without a failure would have.
+/// Each statement of a save fails once. The notice says what was written by then, the form goes on, and
+/// saving again gives the same result as a save without a failure.
 class FailingSaves : public SavingStory, public ::testing::WithParamInterface<int> {
  protected:
   enum Way { NewAccount, GuardedEdit, PlainEdit };
@@ -167,7 +167,7 @@ class FailingSaves : public SavingStory, public ::testing::WithParamInterface<in
     accounts({{1, 0, "1", "دارايي"}, {2, 1, "101", "جاري"}, {3, 2, "10101", "بانک"}, {4, 0, "4", "بدهي"}});
     database.execute("insert into tblAccountRelatedObjects values (2, 5, 12, 6), (1, 5, 12, 6)");
   }
-  /// Types all there is to a save that writes a relation and has something below it.
+  /// Enters everything that makes a save write a relation and descendants.
   void typeAll(Way way) {
     person.act(linesOf("accounts/steps.txt", "all that each way types")[static_cast<std::size_t>(way)]);
   }
@@ -215,12 +215,12 @@ TEST_P(FailingSaves, CanBeSavedAgain) {
     form->cmdSave.click();
     ASSERT_EQ(faults.failures(), 1);
     faults.heal();
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     for (const data::RecordHandle* handle : shell.dtEn()->handles()) EXPECT_EQ(handle->State(), 0);
 
     const auto notice = notices.take();
     ASSERT_EQ(notice.size(), 1U);
-    // A picker that couldn't read its row says so itself; the save isn't hurt by it.
+    // A picker that couldn't read its row says so itself; the save isn't affected.
     const bool fromSelector = notice[0].title != "خطا در ثبت";
     const std::string told = fromSelector ? "All" : toldOf(notice[0].message);
     EXPECT_EQ(outcome(way) == whole, told == "All");
@@ -236,7 +236,7 @@ TEST_P(FailingSaves, CanBeSavedAgain) {
       EXPECT_EQ(chart(), before);
     }
     EXPECT_EQ(relations(target(way)) == wholeRelation, told == "Relation");
-    // What was typed is still there, and the form says what the next save does.
+    // The typed data is still there, and the form says what the next save does.
     const bool asNew = way == NewAccount && !written;
     EXPECT_EQ(mode(), asNew ? FormMode::ModeNew : FormMode::ModeEdit);
     EXPECT_EQ(form->lblMessage.caption(), asNew ? "حساب جديد" : "اصلاح حساب");

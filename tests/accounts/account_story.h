@@ -14,7 +14,7 @@
 
 namespace ledgertree::testing {
 
-/// An accountant at the main screen, with an empty chart; steps of the accountant's are in
+/// An accountant at the main screen, with an empty chart; the accountant's steps are in
 /// tests/accounts/steps.txt.
 class AccountStory : public MainScreenHouse {
  protected:
@@ -29,12 +29,12 @@ class AccountStory : public MainScreenHouse {
   }
   void go(const std::string& section) { person.go("accounts/steps.txt", section); }
 
-  /// Sets a parameter of the installation, ahead of start().
+  /// Sets a parameter of the installation before start().
   void setting(int parameter, const std::string& value) {
     database.execute("insert into tblTarvoSystemParameters (ID, Value) values (" + std::to_string(parameter) +
                      ", '" + value + "')");
   }
-  /// Puts an account into the chart past the screen; no parent for 0.
+  /// Inserts an account without using the screen; parent 0 for none.
   void account(int id, int parent, const std::string& code, const std::string& title) {
     database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(id) +
                      ", nullif(" + std::to_string(parent) + ", 0), " + data::quoteText(code) + ", " +
@@ -54,8 +54,8 @@ class AccountStory : public MainScreenHouse {
         std::to_string(id) + ")");
   }
 
-  // The person.
-  /// Finds a row by what is typed, and picks it; -1 empties the field.
+  // User actions.
+  /// Finds a row by typing, and picks it; -1 clears the field.
   void pick(ui::LookupField& field, std::int32_t id, const std::string& typed = "") {
     pickRow(field, desktop, id, typed);
   }
@@ -67,24 +67,24 @@ class AccountStory : public MainScreenHouse {
     form->View(id);
     form->cmdEdit.click();
   }
-  /// A new account below a parent, with the code that is proposed unless another is given, up to the save.
+  /// A new account under a parent, with the proposed code unless another is given, ready to be saved.
   void typeNew(std::int32_t parent, const std::string& title, const std::string& code = "") {
     form->cmdNew.click();
     if (parent != -1) pickParent(parent);
     form->txtTitle.paste(title);
     if (!code.empty()) form->txtCode.paste(code);
   }
-  /// Saves what is on the screen, and gives the account that is shown then.
+  /// Saves what is on the screen, and returns the account shown then.
   std::int32_t save() {
     const int hourglasses = desktop.hourglasses;
     form->cmdSave.click();
     if (mode() != mainform::FormMode::ModeView) return -1;
     EXPECT_EQ(form->focused(), &form->cmdNew);
     expectWhatIsStored();
-    desktop.hourglasses = hourglasses;  // the tree's; the steps don't tell of them
+    desktop.hourglasses = hourglasses;  // the tree's; the steps ignore them
     return std::stoi(form->txtID.text());
   }
-  /// The record and the tree on the screen are as another look at the database shows them.
+  /// The record and the tree on the screen match a fresh look at the database.
   void expectWhatIsStored() {
     expectRecordAsStored();
     const std::string tree = treeLabels();
@@ -106,12 +106,12 @@ class AccountStory : public MainScreenHouse {
     return save();
   }
 
-  /// Columns of an account as the database has them, joined by "|".
+  /// Columns of an account in the database, joined by "|".
   [[nodiscard]] std::string stored(std::int32_t id, const std::string& columns) {
     return database.rows("select " + columns + " from tblAccount where ID = " + std::to_string(id));
   }
-  /// An account as the database has it, a line for each column that isn't as in one that was made today at
-  /// the top with nothing but a code and a title.
+  /// An account in the database, a line for each column that differs from one created today at the top with
+  /// only a code and a title.
   [[nodiscard]] std::string stored(std::int32_t id) {
     static const std::map<std::string, std::string> plain = {
         {"ParentID", "null"},     {"NoLevel", "1"},     {"GroupID", "null"},
@@ -138,8 +138,8 @@ class AccountStory : public MainScreenHouse {
   }
   [[nodiscard]] mainform::FormMode mode() const { return form->formMode; }
 
-  /// Presses save. One that is refused writes nothing and leaves the form as it was typed; seen is where the
-  /// person is led to.
+  /// Presses save. A refused save writes nothing and leaves the form as it was typed; seen is where the focus
+  /// goes.
   std::string saving() {
     TableWatch tables(database);
     const mainform::FormMode before = mode();
@@ -156,18 +156,18 @@ class AccountStory : public MainScreenHouse {
   }
 
  private:
-  /// Whether the last save asked the database for this.
+  /// Whether the last save sent this to the database.
   [[nodiscard]] std::string asked(const std::string& words) const {
     const bool found = std::any_of(commands_.begin(), commands_.end(), [&](const std::string& one) {
       return one.find(words) != std::string::npos;
     });
     return found ? "asked" : "unasked";
   }
-  /// "3 Code, Title": what the database has there.
+  /// "3 Code, Title": what the database has for the ID.
   std::string row(const std::string& about) {
     return stored(std::stoi(about), about.substr(about.find(' ') + 1));
   }
-  /// "3 1 1101 بانک": the ID, that of the parent, the code and the title.
+  /// "3 1 1101 بانک": the ID, the parent's ID, the code and the title.
   void addAccount(const std::string& about) {
     std::istringstream words(about);
     int id = 0, parent = 0;

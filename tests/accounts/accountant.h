@@ -9,7 +9,7 @@
 
 namespace ledgertree::testing {
 
-/// An accountant with a desktop and a screen of their own, at a chart that others have open too.
+/// An accountant with their own desktop and screen, on a chart that others have open too.
 class Accountant {
  public:
   explicit Accountant(const std::string& connectionText) {
@@ -19,7 +19,7 @@ class Accountant {
     shell.context.gConnectionString = connectionText;
     shell.context.gUserID = 1;
     faults.putInto(shell.providers);
-    // On a server a look-up is on a thread of its own.
+    // On a server, look-ups run on a thread of their own.
     desktop.patience = std::chrono::seconds(20);
     shell.resetDataConnection();
     form = std::make_unique<mainform::FormMain>(shell);

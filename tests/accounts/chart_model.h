@@ -10,7 +10,7 @@
 
 namespace ledgertree::testing {
 
-/// The rules of the chart once more, small and without a database: what a save or a delete comes to.
+/// The rules of the chart again, small and without a database: the outcome of a save or a deletion.
 class ChartModel {
  public:
   struct Relation {
@@ -23,11 +23,11 @@ class ChartModel {
     std::optional<Relation> relation;
     bool documents = false;
   };
-  /// What stands on the form.
+  /// The contents of the form.
   struct Typed : Account {
     int entityClass = -1, object = -1;
   };
-  /// The rules, each by words of its notice; Done where nothing is refused.
+  /// The rules, each named by words of its notice; Done if nothing is refused.
   using Told = std::string;
   static constexpr const char *Done = "", *Same = "تخصيص داده شده است", *CodeStays = "گردش داشته است",
                               *OwnParent = "خود حساب را به عنوان حساب مادر",
@@ -48,7 +48,7 @@ class ChartModel {
     return false;
   }
 
-  /// The number that is proposed below a parent, and those of the accounts of a title that may be shared.
+  /// The number proposed under a parent, and those of accounts whose title may be shared.
   struct Proposal {
     std::string next;
     std::set<std::string> ofSameTitle;
@@ -112,7 +112,7 @@ class ChartModel {
     return Done;
   }
 
-  /// The cells of an account, each with the name of its column.
+  /// The cells of an account, each with its column's name.
   [[nodiscard]] static std::string row(const std::vector<std::string>& cells) {
     static const char* const names[] = {
         "account ",     " ParentID=",        " Code=",        " Title=",    " NoLevel=",  " GroupID=",

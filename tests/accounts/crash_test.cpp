@@ -12,7 +12,7 @@ namespace {
 /// Random work on a form, command by command.
 class Worker : public RandomWork {
  public:
-  /// First the file; then ahead of each command that writes, and at the end, either the chart or a dot.
+  /// First the file; then, before each command that writes and at the end, either the chart or a dot.
   Worker(int pipe, bool tellsChart) {
     database.execute("pragma synchronous = full; pragma wal_checkpoint(truncate)");
     tell(pipe, database.file().string() + "\n");
@@ -32,7 +32,7 @@ class Worker : public RandomWork {
   }
 };
 
-/// The same work, done to its end: the chart ahead of each command that writes, and at last.
+/// The same work without interruption: the chart before each command that writes, and at the end.
 struct WholeWork {
   std::vector<std::string> charts;
   int storageOperations = 0;
@@ -68,7 +68,7 @@ const WholeWork& wholeWork(unsigned seed) {
   return done[seed];
 }
 
-/// Every command that had returned is in the file, and none is half there. `begun` commands were begun.
+/// Every command that had returned is in the file, and none is half done. `begun` commands were started.
 void expectWhole(const std::filesystem::path& file, const WholeWork& whole, std::size_t begun) {
   SQLite::Database database(file.string(), SQLite::OPEN_READWRITE);
   expectSound(database);
@@ -91,7 +91,7 @@ TEST(Crash, AKilledProcessLosesNothingThatHadReturned) {
     Child child([seed](int pipe) {
       Worker worker(pipe, false);
       worker.work(seed, kSteps);
-      // Where the work is done before the kill, the file still has to be there.
+      // If the work ends before the kill, the file must still exist.
       ::close(pipe);
       for (;;) ::pause();
     });

@@ -28,7 +28,7 @@ TEST_F(FieldRulesStory, TheCodeTakesTheKeysThatTheSettingsAllow) {
 
 TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
   start();
-  /// "code+own nature permanent closed" behind a pick.
+  /// "code+own nature permanent closed" after a pick.
   person.acts["parent"] = [this](auto& parent) {
     pickParent(std::stoi(parent));
     const auto on = [](const ui::RadioButton& button) { return button.value() ? button.caption() : ""; };
@@ -37,7 +37,7 @@ TEST_F(FieldRulesStory, AParentBringsItsCodeItsTypeItsNatureAndAProposal) {
            " " + on(form->OptOpen) + on(form->OptClose);
   };
   go("what a parent brings");
-  // Where nobody types, nothing follows.
+  // Unless the user is typing, nothing follows.
   const std::string shown = record();
   form->sltParent.setAccountID(4);
   form->sltParent.onAccountChange();

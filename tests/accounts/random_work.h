@@ -13,13 +13,13 @@
 
 namespace ledgertree::testing {
 
-/// A person who does at random what the screen allows, beside a small model of the rules: after each step the
-/// rows, the screen and what was told must be what the model says.
+/// A user who randomly does what the screen allows, next to a small model of the rules: after each step the
+/// rows, the screen and the messages must match the model.
 class RandomWork : public AccountStory {
  public:
   /// The rows of a query, see allRows.
   using Query = std::function<std::string(const std::string& query)>;
-  /// The chart as ChartModel::rows tells it.
+  /// The chart in the form of ChartModel::rows.
   static std::string rowsOf(const Query& query) {
     auto relations = byAccount(query(
         "select AccountID, AccountGroupID, RelatedClassID, RelatedObjectID from tblAccountRelatedObjects"));
@@ -41,8 +41,8 @@ class RandomWork : public AccountStory {
   }
 
  protected:
-  /// The person picks from one half of what an account can name, another half at each step; with `hide_` the
-  /// host's views show no other, else they show all.
+  /// The user picks from one half of what an account can reference, alternating at each step; with `hide_`
+  /// the host's views show only that half, else everything.
   bool halves_ = false, hide_ = false;
 
   [[nodiscard]] std::string rows() {
@@ -85,7 +85,7 @@ class RandomWork : public AccountStory {
   }
 
  private:
-  /// What stands behind the account in each line, joined by commas.
+  /// What each line has after the account, joined by commas.
   static std::map<std::string, std::string> byAccount(const std::string& lines) {
     std::map<std::string, std::string> found;
     std::istringstream each(lines);
@@ -145,7 +145,7 @@ class RandomWork : public AccountStory {
     return text;
   }
 
-  /// Picks a parent, and lets the typed account follow it as the rules say.
+  /// Picks a parent, and applies the rules to the typed account.
   void chooseParent(ChartModel::Typed& typed, int parent) {
     if (parent == -1 && typed.parent == -1) return;
     typed.parent = parent;
@@ -311,7 +311,7 @@ class RandomWork : public AccountStory {
     EXPECT_EQ(form->LastNewParentID, model.lastNewParent);
   }
 
-  /// Nothing is told, or one notice, of the rule that was broken.
+  /// No message, or one notice, of the rule that was broken.
   void expectTold(const std::vector<Notice>& said, const Told& rule) {
     ASSERT_EQ(said.size(), rule.empty() ? 0U : 1U) << step_ << ": " << rule;
     const std::string text = said.empty() ? "" : said[0].message;

@@ -5,7 +5,7 @@
 namespace ledgertree::testing {
 namespace {
 
-/// What the person has picked; -1 for nothing.
+/// What the user has picked; -1 for nothing.
 struct Picked {
   std::int32_t group = -1;
   std::int32_t entityClass = -1;
@@ -17,7 +17,7 @@ constexpr std::int32_t kHolder = 10;
 constexpr std::int32_t kGuarded = 20;  // below 1
 constexpr std::int32_t kPlain = 30;    // at the top, like the last new account
 
-/// Saves an account in each of the three ways, and reads off the commands what became of its relation.
+/// Saves an account in each of the three ways, and infers from the commands what became of its relation.
 class RelationStory : public AccountStory {
  protected:
   RelationStory() {
@@ -26,7 +26,7 @@ class RelationStory : public AccountStory {
     account(kGuarded, 1, "101", "نگهبان");
     account(kPlain, 0, "3", "ساده");
     start();
-    const std::int32_t first = saveNew(-1, "نخست", "4");  // from here on, an edit at the top is a plain one
+    const std::int32_t first = saveNew(-1, "نخست", "4");  // from now on, an edit at the top is a plain one
     database.execute("delete from tblAccountRelatedObjects; delete from tblAccount where ID = " +
                      std::to_string(first));
     person.acts["holder"] = [this](auto& place) { holderHas(place); };
@@ -39,7 +39,7 @@ class RelationStory : public AccountStory {
     };
   }
 
-  /// Another account stands in this place.
+  /// Another account in this place.
   void holderHas(const std::string& groupClassAndObject, int position = 0) {
     database.execute(
         "delete from tblAccountRelatedObjects;"
@@ -106,7 +106,7 @@ class RelationStory : public AccountStory {
 
   static std::string column(std::int32_t number) { return number == -1 ? "null" : std::to_string(number); }
 
-  /// Each of the statements of a relation, word by word.
+  /// The exact text of each statement of a relation.
   std::string meaning(const std::string& command, std::int32_t id) const {
     const std::string a = std::to_string(id);
     const std::string g = std::to_string(picked_.group);
@@ -158,7 +158,7 @@ TEST_F(RelationStory, WhereThePlaceIsFree) {
 
 TEST_F(RelationStory, WhereAnotherAccountStands) {
   go("a place that is taken");
-  // The position tells accounts apart where the installation wants it, but for a guarded edit.
+  // If the installation is set so, the position distinguishes accounts, except in a guarded edit.
   form->settings.PositionInEntityTest = 1;
   go("a place that is taken, with a position");
 }

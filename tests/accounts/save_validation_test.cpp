@@ -7,7 +7,7 @@ namespace {
 
 using mainform::FormMode;
 
-/// A chart of four: 1 with 2 and 3 below it, 4 below 3; 2 and 5 have documents, and 6 is below 5.
+/// A chart of 1 with 2 and 3 below it, 4 below 3; 2 and 5 have documents, and 6 is below 5.
 class ValidationStory : public AccountStory {
  protected:
   ValidationStory() {
@@ -19,7 +19,7 @@ class ValidationStory : public AccountStory {
               {6, 5, "501", "داخلي"}});
     documentOn(2);
     documentOn(5);
-    // What is told holds these words, beside those of the engine.
+    // The message contains these words and those of the engine.
     person.acts["refused"] = [this](auto& words) {
       const std::string seen = saving();
       const std::string told = notices.taken();
@@ -32,7 +32,7 @@ class ValidationStory : public AccountStory {
 
 TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
   start();
-  form->datCreate.setVisible(true);  // hidden, it could take no focus
+  form->datCreate.setVisible(true);  // a hidden control can't have the focus
   person.acts["date"] = [this](auto& day) {
     form->datCreate.Clear();
     if (day == "today") form->datCreate.setToday(shell.clock);
@@ -41,7 +41,7 @@ TEST_F(ValidationStory, WhatIsMissingIsToldOneByOne) {
     expectUnchosen(dynamic_cast<ui::LookupField&>(*form->find(name)), form->cmdSave);
   };
   go("what is missing");
-  // Where nobody types, a save does nothing.
+  // Unless the user is typing, a save does nothing.
   TableWatch tables(database);
   form->cmdSave.onClick();
   EXPECT_EQ(tables.changes() + notices.taken(), "");
@@ -56,7 +56,7 @@ TEST_F(ValidationStory, TheCodeOfAnAccountWithMovementStays) {
 TEST_F(ValidationStory, AParentIsNeitherTheAccountNorBelowItNorInUse) {
   start();
   go("parents that are none");
-  // Also a new account that is refused is remembered, and -1 stands for the top: nothing is looked up there.
+  // A refused new account is remembered too, and -1 means the top: neither looks anything up.
   EXPECT_EQ(form->LastNewParentID, -1);
 }
 
@@ -81,11 +81,11 @@ TEST_F(ValidationStory, WhatTheDatabaseCantKeepIsToldAheadOfTheFirstWrite) {
     return seen;
   };
   go("what a database can't keep");
-  // An edit takes every letter but those that no database keeps.
+  // An edit accepts every character that databases can store.
   const std::string hostile = "O'Brien's; drop table tblAccount --\n";
   form->txtTitle.paste(hostile + "😀");
   if (onServer()) {
-    person.act("refused 😀");  // no letter of the server's code page
+    person.act("refused 😀");  // not in the server's code page
     form->txtTitle.paste(hostile + "ژ");
   }
   const std::string title = form->txtTitle.text();

@@ -16,7 +16,7 @@ using accounts::frmAccountDifferences;
 class TwoPeople : public AccountStory {
  protected:
   TwoPeople() {
-    // "meeting mine save": what the person does when the differences come up; "met" tells what stood there.
+    // "meeting mine save": what the user does when the differences come up; "met" returns what they showed.
     person.acts["meeting"] = [this](auto& does) {
       inScreen<frmAccountDifferences>("frmAccountDifferences", [this, does](frmAccountDifferences& screen) {
         met_ = (screen.lblTold.caption().find("جابجا") == std::string::npos ? "" : "moved ") + shown(screen);
@@ -54,7 +54,7 @@ TEST_F(TwoPeople, ASaveThatMeetsAnothersChangeShowsBothAndSavesWhatIsDecided) {
 
 constexpr int kBlocks = 8;
 
-/// One of two who take turns before each command.
+/// One of two users who take turns before each command.
 class TurnTaker : public Accountant {
  public:
   TurnTaker(const TemporaryDatabase& database, std::function<void()> turn,
@@ -66,7 +66,7 @@ class TurnTaker : public Accountant {
     faults.onAnswer = [done = std::move(done)](const std::string& command, const auto&) { done(command); };
   }
 
-  /// What of each group this person has seen or written: the others may go unsaid.
+  /// What this user has seen or written of each group: only changes to the others may go unreported.
   std::map<std::string, std::set<std::string>> knows;
 };
 
@@ -88,7 +88,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     state_ = states();
     over_ = {false, false};
     turn_ = -1;
-    // In some stories one of them does much between two commands of the other.
+    // In some stories one user does much between two commands of the other.
     stays_ = 1 << roll(6);
     std::thread threads[2] = {std::thread([this] { work(0); }), std::thread([this] { work(1); })};
     draw();
@@ -117,7 +117,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     turned_.wait(guard, [&] { return turn_ == me; });
   }
   void pass(int me) {
-    if (turn_ == -1) return;  // at the start of the screens
+    if (turn_ == -1) return;  // while the screens start
     draw();
     await(me);
   }
@@ -135,7 +135,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     const bool edits = roll(8) != 0;
     f.View(id);
     if (edits) f.cmdEdit.click();
-    if (f.AccountOnRecord != id) return;  // the other has deleted it
+    if (f.AccountOnRecord != id) return;  // the other user has deleted it
     see(one);
     story_ += std::to_string(me) + (edits ? " edits " : " deletes ") + std::to_string(id) + "; ";
     one.notices.onShow = nullptr;
@@ -176,7 +176,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     (roll(8) == 0 ? screen.cmdCancel : screen.cmdOk).click();
   }
 
-  /// An account's groups in the words of the differences, each with the account in front.
+  /// An account's groups in the words of the differences, each preceded by the account.
   State states() {
     State all;
     const data::Rows rows = database.read(
@@ -202,7 +202,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
     }
     return all;
   }
-  /// What stands on the screen is known to the person, and what both have typed isn't lost.
+  /// The user knows what is on the screen, and nothing that either has typed is lost.
   static void see(TurnTaker& one) {
     const mainform::FormMain& f = *one.form;
     const auto text = [](const std::string& said) { return said.empty() ? "-" : said; };
@@ -217,7 +217,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
         text(f.sltGroup.SelectedText()) + "، " + text(f.sltPosition.SelectedText()) + "، " +
         text(f.sltEntityType.SelectedText()) + "، " + text(f.sltEntity.SelectedText()));
   }
-  /// Behind each write: what is gone now was known to whoever wrote.
+  /// After each write: whoever overwrote a value knew it.
   void look(int me, const std::string& command) {
     if (turn_ == -1 || command.starts_with("S") || command == "spTarvoHasPermission") return;
     TurnTaker& writer = *people_[me];
@@ -236,7 +236,7 @@ class Interleavings : public MainScreenHouse, public ::testing::WithParamInterfa
       if (state_.count(key) == 0 || state_[key] != value) writer.knows[key.substr(1)].insert(value);
     state_ = std::move(now);
   }
-  /// The differences name the parent, and the rows its number.
+  /// The differences name the parent, and the rows have its number.
   static bool knowsCode(TurnTaker& writer, const std::string& group, const std::string& old) {
     if (group != "حساب مادر، کد") return false;
     const auto ends = [](const std::string& text) { return text.substr(text.find("، ")); };

@@ -1,4 +1,4 @@
-// Several accountants, each in a process of its own, at one chart.
+// Several accountants, each in a process of their own, on one chart.
 #include <chrono>
 #include <fstream>
 #include <random>
@@ -22,19 +22,19 @@ using mainform::FormMode;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-/// Accounts that everybody works on: the two branches of what each makes for themselves, one whose ceiling
-/// everybody raises by one, and one whose children everybody recodes.
+/// Accounts that everybody works on: the two branches of what each creates, one whose ceiling everybody
+/// raises by one, and one whose children everybody recodes.
 constexpr int kRaised = 3, kRecoded = 4, kShared = 5;
 constexpr long kPeople = 100;
 constexpr std::size_t kMostOwn = 40;
 
-/// What a day came to; the parent adds the days up.
+/// The results of a day, which the parent process adds up.
 struct Outcome {
-  long accounts = 0;  ///< made and still there
-  long raised = 0;    ///< how often the ceiling was raised without a word of another's change
+  long accounts = 0;  ///< created and still there
+  long raised = 0;    ///< how often the ceiling was raised without a report of another user's change
   long unsure = 0;    ///< writes of which nobody knows whether they were done
   long acts = 0;
-  long stillest = 0;  ///< the milliseconds of the longest time without a sign
+  long stillest = 0;  ///< the longest time without a sign of life, in milliseconds
 };
 
 class Day : private Accountant {
@@ -76,7 +76,7 @@ class Day : private Accountant {
   };
 
   std::size_t roll(std::size_t sides) { return dice_() % sides; }
-  /// The time without what this thread waited for a processor, which the machine's other work took.
+  /// The time without this thread's waits for a processor, caused by other work of the machine.
   static milliseconds moment() {
     std::ifstream file("/proc/thread-self/schedstat");
     long long ran = 0, waited = 0;
@@ -84,13 +84,13 @@ class Day : private Accountant {
     return std::chrono::duration_cast<milliseconds>(steady_clock::now().time_since_epoch() -
                                                     std::chrono::nanoseconds(waited));
   }
-  /// The person sees something new.
+  /// The user sees something new.
   void sign() {
     const milliseconds now = moment();
     day_.stillest = std::max<long>(day_.stillest, (now - last_).count());
     last_ = now;
   }
-  /// What was told since the last call. None of it may be a surprise.
+  /// The messages since the last call. None of them may be unexpected.
   std::string hear() {
     std::string all;
     for (const Notice& notice : notices.take()) {
@@ -116,15 +116,15 @@ class Day : private Accountant {
   void pick(ui::LookupField& field, int id, const std::string& typed) {
     sign();
     pickRow(field, desktop, id, typed);
-    last_ = moment();  // the list says that it searches
+    last_ = moment();  // the list says that it is searching
   }
   bool edit(int id) {
     form->View(id);
     if (form->txtID.text() == std::to_string(id)) form->cmdEdit.click();
     return form->formMode == FormMode::ModeEdit;
   }
-  /// Saves with another code as often as somebody was first with it; of what another has changed too, the
-  /// other's stays. Gives whether what was typed was stored.
+  /// Saves with another code as often as somebody else was first with it, and takes over what another user
+  /// has changed too. Returns whether what was typed was stored.
   bool save() {
     bool met = false;
     bool stored = false;
@@ -132,7 +132,7 @@ class Day : private Accountant {
       for (int times = 0; times < 8; ++times)
         desktop.inModal("frmAccountDifferences", [&](ui::Form& shown) {
           auto& screen = dynamic_cast<accounts::frmAccountDifferences&>(shown);
-          // A change that came between two statements of a save is told behind them: it read what it wrote.
+          // A change between two statements of a save is reported after them: the save read what it wrote.
           const bool behind = screen.flxGroups.text(0, 1) == screen.flxGroups.text(0, 3);
           (behind ? stored : met) = behind ? stored || !met : met || !stored;
           for (int row = 0; row < screen.flxGroups.rowCount(); ++row) {
@@ -183,7 +183,7 @@ class Day : private Accountant {
     if (!edit(kRaised)) return;
     std::string digits = form->txtMaxDebit.text();
     std::erase(digits, '/');
-    // Two who type the same amount would be of one mind.
+    // Two users who type the same amount would agree.
     form->txtMaxDebit.paste(std::to_string((std::stol("0" + digits) / kPeople + 1) * kPeople + me_));
     if (save()) ++day_.raised;
   }
@@ -247,7 +247,7 @@ class Day : private Accountant {
   milliseconds last_{};
 };
 
-/// Runs the days in as many processes, which wait for the file `door` to read the connection text from it.
+/// Runs the days in as many processes, which wait for the file `door` and read the connection text from it.
 std::vector<std::unique_ptr<Child>> people(int count, const std::filesystem::path& door,
                                            std::chrono::seconds time) {
   std::vector<std::unique_ptr<Child>> all;
@@ -275,7 +275,7 @@ void prepare(TemporaryDatabase& database) {
       "insert into tblAccountPeriod (ID, Name, BeginDate, EndDate, FarsiBeginDate, FarsiEndDate) values"
       " (5, 'سال 1403', '2024-03-20', '2025-03-20', '1403/01/01', '1403/12/30');"
       "insert into tblAccountDocument (ID, FarsiDocumentDate) values (1, '1402/01/01');"
-      // The codes of the first children are wide enough for all that is saved.
+      // The codes of the first children are wide enough for everything that is saved.
       "insert into tblAccount (ID, ParentID, Code, Title, MaxDebit) values (1, null, '1', 'دارايي', 0), (2, "
       "null,"
       " '2', 'بدهي', 0), (3, null, '3', 'سقف', 0), (4, null, '4', 'کدها', 0), (5, null, '5', 'نخست', 0), (6, "

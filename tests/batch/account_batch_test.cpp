@@ -84,7 +84,7 @@ TEST_F(AccountBatch, EveryFailureLeavesAWholeChartThatCanBeFinished) {
       failed = faults.failures() > 0;
       if (failed) {
         EXPECT_EQ(notices.take().back().message, Faults::kMessage);
-        EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+        EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
       }
       EXPECT_EQ(database.number("select count(*) from tblAccount a where a.ParentID is not null and not "
                                 "exists (select 1 from tblAccount p where p.ID = a.ParentID)"),

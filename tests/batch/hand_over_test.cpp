@@ -43,7 +43,7 @@ class HandOver : public BulkHouse {
     person.go(
         "batch/steps.txt", section, [] { return std::string(); },
         [this] {
-          EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+          EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
           return std::exchange(told_, {});
         });
   }

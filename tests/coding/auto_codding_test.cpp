@@ -40,7 +40,7 @@ class AutoCodding : public BulkHouse {
   std::string confirmed(ui::PushButton& command) {
     answer(1);
     command.click();
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     const auto told = notices.take();
     EXPECT_TRUE(!told.empty() && told[0].question);
     return told.size() == 2 ? told[1].title + ": " + told[1].message : "";

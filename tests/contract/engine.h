@@ -8,8 +8,7 @@
 
 namespace ledgertree::testing {
 
-/// A connection of the product to the database of a test, whichever engine that has, and another program
-/// beside it.
+/// A connection of the product to a test's database on either engine, and another program next to it.
 class Engine : public TestHouse {
  protected:
   [[nodiscard]] std::unique_ptr<data::Connection> connect() {

@@ -1,4 +1,4 @@
-// The gateway on a real engine: handles, values, walks, failures; and what the database itself keeps true.
+// The gateway on a real engine: handles, values, iteration, failures; and the database's own constraints.
 
 #include <random>
 #include <vector>
@@ -55,7 +55,7 @@ TEST_F(Gateway, AWalkShowsRowsOneByOneAndMayEndAnywhere) {
   const auto look = [&](const data::Rows& row) {
     EXPECT_EQ(row.count(), 1U);
     const std::string id = row.value(0, 0).toText();
-    // The same statement again, while its first run is in the middle of its rows.
+    // The same statement again, while the rows of its first run are still being read.
     seen.push_back(number("Select count(*) as cnt from tblAccount Where ParentID = " + id));
     connection->walk("Select ID from tblAccount Where ID > 0 Order by ID",
                      [](const data::Rows&) { return false; });
@@ -129,13 +129,13 @@ TEST_F(Gateway, APacketEndsAtItsFirstFailureAndSaysHowFarItCame) {
 
 class Rules : public Engine {
  protected:
-  /// Who has which ancestors, and each account's level.
+  /// The ancestors of each account, and its level.
   std::string stored() {
     return database.rows("select ID, ChildID from tblAccountParent order by 1, 2") + "\n" +
            database.rows("select ID, NoLevel from tblAccount order by 1");
   }
-  /// The same as one step up tells it: the parent, the ancestors of the parent, and the level below its own.
-  /// No chart with an account below itself agrees with that.
+  /// The same, derived one step up: the parent, the parent's ancestors, and the level below its own. No chart
+  /// with a cycle satisfies that.
   std::string recomputed() {
     return database.rows(
                "select ParentID, ID from tblAccount where ParentID is not null union all "
@@ -168,7 +168,7 @@ TEST_F(Rules, AncestorsAndLevelsStayTrueWhateverMoves) {
           connection->run("Update tblAccount Set ParentID=" + parent + ",NoLevel=7 Where ID in (" + any() +
                           "," + any() + "," + any() + ")");
           break;
-        case 1:  // two change places
+        case 1:  // two accounts swap
           database.execute("update tblAccount set ParentID = case when ID = " + any() + " then " + any() +
                            " else " + parent + " end where ID in (" + any() + ", " + any() + ")");
           break;

@@ -26,7 +26,7 @@ class Procedures : public Engine {
   std::int32_t call(const Procedure& procedure, const std::vector<Value>& values) {
     return connection->call(procedure, values);
   }
-  /// What an accountant typed, with a title and a day where it has none.
+  /// What an accountant typed, with a title and a date if it has none.
   static std::vector<Value> typed(Account account, AccountCall as) {
     if (account.title.empty()) account.title = "صندوق";
     account.createDate = {.year = 2025, .month = 3, .day = 21};
@@ -181,7 +181,7 @@ TEST_F(Procedures, RightsAndPeriodsAreThoseOfTheUser) {
     EXPECT_FALSE(allowed(user, right)) << user << " " << right;
   EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {1}), 3);
   EXPECT_EQ(call(procedures::spAccountGetCurrentUserPeriod, {99}), 0);
-  if (onServer()) return;  // its columns hold no such number
+  if (onServer()) return;  // its columns can't hold such a number
   database.execute("update tblUser set PeriodID = 4294967299 where ID = 1");
   EXPECT_THROW(call(procedures::spAccountGetCurrentUserPeriod, {1}), DataError) << "and no period 3";
 }
@@ -224,7 +224,7 @@ TEST_F(Procedures, ARefusalLeavesTheTransactionOfItsCallerAsItWas) {
   EXPECT_EQ(database.number("select count(*) from tblAccount"), 3) << "an error ends it";
 }
 
-/// Each column that an edit writes is changed by another program in turn.
+/// Another program changes each column that an edit writes, one at a time.
 TEST_F(Procedures, AWriteIsRefusedWhereWhatWasReadIsNoLongerSo) {
   const int top = insert({.code = "8"});
   const int mother = insert({.parentID = top, .code = "1"});
@@ -291,7 +291,7 @@ TEST_F(Procedures, AWriteIsRefusedWhereWhatWasReadIsNoLongerSo) {
   refused("delete from tblAccountRelatedObjects" + related,
           "insert into tblAccountRelatedObjects values (" + std::to_string(id) + ", 4, 3, 8)");
 
-  // It counts for one command, and for a new account the mother alone.
+  // It counts for one command, and for a new account only the parent does.
   database.execute("update tblAccount set Notes = 'y'" + where);
   EXPECT_EQ(update(id, read), 1);
   connection->handOver({.account = {}, .parentID = mother, .parentCode = "2"});

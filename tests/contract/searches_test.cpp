@@ -1,4 +1,4 @@
-// What a person types into a picker or a selector, and what the list shows.
+// What a user types into a picker or a selector, and what the list shows.
 
 #include <vector>
 
@@ -26,7 +26,7 @@ class Searches : public Engine {
     return text;
   }
 
-  /// The codes on all pages; the hits that come early begin them.
+  /// The codes on all pages; the early hits are the first of them.
   std::string found(const std::string& text, data::SearchOrder order, std::size_t limit) {
     const bool byCode = order == data::SearchOrder::Code;
     data::SearchRequest request{.view = "dbo.vwAccountMajor",

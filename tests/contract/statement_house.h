@@ -16,7 +16,7 @@
 
 namespace ledgertree::testing {
 
-/// All that the screens write.
+/// Every table that the screens write.
 inline constexpr const char* kTables[] = {
     "select ID, ParentID, Code, Title, NoLevel, GroupID, BranchID, PositionID, Notes, AccountNatureID, "
     "IsPermanent, IsClosed, MaxDebit, MaxCredit from tblAccount",
@@ -27,7 +27,7 @@ inline constexpr const char* kTables[] = {
     "select * from tblAccountRelatedClassesDetail",
 };
 
-/// The rows of a text, one a line; as a server tells them apart, whose code page has fewer letters.
+/// The rows of a text, one per line, with the letters that a server's code page can distinguish.
 inline std::vector<std::string> lines(const std::string& text, bool sorted) {
   std::vector<std::string> found;
   for (std::size_t place = 0; place < text.size();) {
@@ -40,7 +40,7 @@ inline std::vector<std::string> lines(const std::string& text, bool sorted) {
   return found;
 }
 
-/// The columns that SQLite has for a statement, of the rows of the engine; a server's table may have more.
+/// SQLite's columns for a statement, from the engine's rows; a server's table may have more.
 inline data::Rows columnsOf(const data::Rows& byHand, const data::Rows& rows) {
   data::Rows picked;
   for (const std::string& name : byHand.columns()) picked.addColumn(name);
@@ -50,7 +50,7 @@ inline data::Rows columnsOf(const data::Rows& byHand, const data::Rows& rows) {
   return picked;
 }
 
-/// A statement without its numbers, but for the -1 that stands for none or all.
+/// A statement without its numbers, except -1, which means none or all.
 inline std::string kindOf(const std::string& statement) {
   std::string kind;
   for (const char sign : statement)
@@ -68,8 +68,8 @@ inline std::string withNumberOf(const std::string& sent, std::string byHand) {
   return place == std::string::npos ? byHand : byHand.replace(place, 1, sent.substr(begin, end - begin));
 }
 
-/// A person at all the screens on the demo chart, whose engine's answers are written down; and the same chart
-/// in a model, which SQLite reads and changes by hand.
+/// A user of all the screens on the demo chart, with the engine's answers recorded; and the same chart in a
+/// model, which SQLite reads and changes directly.
 class StatementHouse : public ControlHouse {
  protected:
   StatementHouse() {
@@ -80,8 +80,8 @@ class StatementHouse : public ControlHouse {
     if (!onServer()) embedded.emplace(database.file().string());
     shell.offers = {Offer::HiddenCommands, Offer::Export};
     faults.onAnswer = [this](const std::string& statement, const auto& rows) {
-      // What asks for a right, for a period, for the columns of a view alone, or for what is shown behind a
-      // found account stands elsewhere.
+      // Queries for a permission, for a period, for the columns of a view alone, or for the place of an
+      // account found are tested elsewhere.
       const bool elsewhere = statement.starts_with("spTarvo") || statement.starts_with("spAccountGet") ||
                              statement.ends_with(" Where ID=-1") ||
                              statement.starts_with("Select p.ChildID, a.Title");
@@ -90,8 +90,8 @@ class StatementHouse : public ControlHouse {
     };
   }
 
-  /// What a person does sends what statements.txt has under its name: the questions that nobody asked before
-  /// and the first writing statement of each kind, with all that it and those like it change.
+  /// A user action sends what statements.txt has under its name: the queries that haven't been made before,
+  /// and the first writing statement of each kind, with everything that it and the others of its kind change.
   void expect(const std::string& what, const std::function<void()>& acts) {
     ASSERT_FALSE(recording);
     SCOPED_TRACE(what);
@@ -109,7 +109,7 @@ class StatementHouse : public ControlHouse {
       EXPECT_EQ(lines(database.rows(table), true), lines(allRows(model, table), true)) << table << " behind\n"
                                                                                        << sent;
   }
-  /// What is asked there, it tells of elsewhere.
+  /// Queries made there are tested elsewhere.
   void learn(const std::function<void()>& acts) {
     recording = true;
     acts();
@@ -139,18 +139,18 @@ class StatementHouse : public ControlHouse {
     }
     const data::Rows expected = readRows(model, statement);
     EXPECT_TRUE(onServer() || answer.rows->columns().size() == expected.columns().size());
-    // Names sort by the rules of the database's collation.
+    // Names sort by the database's collation.
     const bool ordered = statement.find(onServer() ? "order by Code" : "order by") != std::string::npos;
     EXPECT_EQ(lines(allRows(columnsOf(expected, *answer.rows)), !ordered),
               lines(allRows(expected), !ordered));
   }
-  /// No table is scanned but those named, what is "once" looks nothing up for each row, and the accounts of a
-  /// period are walked only for their own sake.
+  /// No table is scanned except those named, "once" means no look-up for each row, and the accounts of a
+  /// period are iterated only for their own sake.
   void expectPlan(const std::string& statement, const std::string& scans) {
     if (!embedded || statement.starts_with("sp")) return;
     for (const std::string& step : embedded->queryPlan(statement)) {
       EXPECT_FALSE(step.starts_with("CORRELATED") && scans.find(" once ") != std::string::npos) << step;
-      // By another name they would be a list for a membership.
+      // Under another name they would pass for a list of a membership test.
       const bool isPeriod = step.ends_with("(PeriodID=?)");
       EXPECT_TRUE(!isPeriod || step.starts_with("SEARCH tblAccountPeriodAccount ")) << step;
       if (!step.starts_with("SCAN ")) continue;

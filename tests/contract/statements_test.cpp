@@ -1,6 +1,6 @@
-// Every statement that the screens send, as they send it while a person works through all of them on the demo
-// chart: what the engine answered, and what is left behind, against SQLite written by hand; on the embedded
-// engine also the way in which it finds the rows.
+// Every statement of the screens, as sent while a user works through all of them on the demo chart: the
+// engine's answers and effects, compared with SQLite written by hand; for the embedded engine also its query
+// plans.
 
 #include "contract/statement_house.h"
 #include "support/screen_walk.h"
@@ -9,7 +9,7 @@
 namespace ledgertree::testing {
 namespace {
 
-/// Runs what it is given to export.
+/// Runs what is passed to it for export.
 class Exporting : public shell::OutsideComponent {
  public:
   explicit Exporting(shell::Shell& shell) : shell_(shell) {}
@@ -55,8 +55,8 @@ class Statements : public StatementHouse {
     opening("glance", [] {});
   }
 
-  /// A section of steps.txt. "in", a screen and its command begin the steps there, until "out"; a "glance"
-  /// at a screen has none. What a step that one has to "learn" from asks, stands elsewhere.
+  /// A section of steps.txt. "in", a screen and its command start the steps there, up to "out"; a "glance" at
+  /// a screen has none. The queries of a step marked "learn" are tested elsewhere.
   void walk(const std::string& section) {
     steps = tableOf("contract/steps.txt", section);
     goOn();

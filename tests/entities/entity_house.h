@@ -13,10 +13,10 @@
 
 namespace ledgertree::testing {
 
-/// Account 10, account 20, which has movements, and three classes of entities: 1 persons (nobody yet), 2
-/// projects, 3 banks. The projects are road (1) > bridge (2) > pillar (3), rail (4) below the bridge; tunnel
-/// (5) below the road; and school (6) beside the road. The neighbour 9 counts some objects of the same
-/// classes.
+/// Account 10, account 20, which has movements, and three classes of entities: 1 persons (none yet), 2
+/// projects, 3 banks. The projects are road (1) > bridge (2) > pillar (3), rail (4) under the bridge; tunnel
+/// (5) under the road; and school (6) beside the road. The neighbour, account 9, includes some objects of the
+/// same classes.
 class EntityHouse : public WatchedHouse {
  protected:
   EntityHouse() {
@@ -40,7 +40,7 @@ class EntityHouse : public WatchedHouse {
   using OnClasses = std::function<void(entities::frmAccountRelClasses&)>;
   using OnObjects = std::function<void(entities::frmAccountRelObjects&)>;
 
-  /// What the person does on a screen from its opening on; a screen left up is closed by its frame.
+  /// User actions on a screen once it opens; a screen that is still open is closed with its title bar.
   bool classesOf(int account, const OnClasses& act) {
     inScreen<entities::frmAccountRelClasses>("frmAccountRelClasses", [&](auto& form) {
       desktop.tick();
@@ -59,14 +59,14 @@ class EntityHouse : public WatchedHouse {
     return entities::showRelObjects(shell, account);
   }
 
-  /// A section of entities/steps.txt, on the screen from its opening on; whether the person saved.
+  /// Walks a section of entities/steps.txt once the screen opens; returns whether the user saved.
   bool onClasses(int account, const std::string& section) {
     return classesOf(account, [&](entities::frmAccountRelClasses& form) { walkClasses(form, section); });
   }
   bool onObjects(int account, const std::string& section) {
     return objectsOf(account, [&](entities::frmAccountRelObjects& form) { walkObjects(form, section); });
   }
-  /// Seen are the lines, the selected one in brackets, and the commands on them that are in reach.
+  /// Seen are the lines, the selected one in brackets, and the enabled commands for them.
   void walkClasses(entities::frmAccountRelClasses& form, const std::string& section) {
     person.acts["add"] = [&](const std::string& level) { add(form, level.substr(2), level.front() - '0'); };
     person.go(
@@ -85,7 +85,7 @@ class EntityHouse : public WatchedHouse {
         },
         [&] { return stored(); });
   }
-  /// Seen are the class, whether all of its objects count, what is out of reach, and the tree.
+  /// Seen are the class, whether it includes all objects, what is disabled, and the tree.
   void walkObjects(entities::frmAccountRelObjects& form, const std::string& section) {
     person.go(
         "entities/steps.txt", section,
@@ -98,7 +98,7 @@ class EntityHouse : public WatchedHouse {
         [&] { return stored(); });
   }
 
-  /// The person finds a class by its name and adds it on a level.
+  /// The user finds a class by its name and adds it on a level.
   void add(entities::frmAccountRelClasses& form, const std::string& name, int level) {
     form.mptEntityType.focus();
     form.mptEntityType.press(ui::Key::Escape);
@@ -109,14 +109,14 @@ class EntityHouse : public WatchedHouse {
     desktop.tick();
     form.cmdAdd.click();
   }
-  /// Leaves account 10 with these classes: "(10, class, level, all)".
+  /// Stores these classes for account 10: "(10, class, level, all)".
   void related(const std::string& rows) {
     given(
         "delete from tblAccountRelatedClasses where AccountID = 10; insert into tblAccountRelatedClasses "
         "(AccountID, ClassID, Sequence, IncludeAllObjects) values " +
         rows);
   }
-  /// What changed in the tables of the classes and of the objects: "classes: +account|class|level|all" and
+  /// The changes in the tables of the classes and of the objects: "classes: +account|class|level|all" and
   /// "objects: -account|class|object".
   std::string stored() {
     std::string found = changes();
@@ -138,8 +138,7 @@ class EntityHouse : public WatchedHouse {
     return open;
   }
 
-  /// The tree as the screen shows it, what is below a node in parentheses: "+" a closed node; "x" ticked, "*"
-  /// blue, "@" selected.
+  /// The tree on the screen, children in parentheses: "+" a closed node; "x" ticked, "*" blue, "@" selected.
   static std::string shown(const ui::Tree& tree, ui::NodeId from = ui::kNoNode) {
     std::string text;
     for (const ui::NodeId node : from == ui::kNoNode ? tree.roots() : tree.children(from)) {

@@ -32,7 +32,7 @@ TEST_F(RelClasses, AClassIsAddedOnceALevelAndStoredOnEach) {
 TEST_F(RelClasses, NoLevelStandsAboveAnEmptyOne) {
   struct Case {
     std::vector<int> levels;
-    std::string stored;  ///< nothing where it is refused
+    std::string stored;  ///< nothing if it is refused
   };
   for (const Case& one :
        {Case{{1, 2}, "classes: -10|3|1|null +10|1|1|null +10|2|2|null"}, Case{{2}, ""}, Case{{1, 3}, ""},
@@ -97,7 +97,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     faults.onCommand = [&](const std::string& command) {
       if (command.starts_with("Select") || command.find("RelatedClasses") == std::string::npos) return;
       ++waited;
-      EXPECT_EQ(desktop.pointer, ui::CursorShape::Hourglass);
+      EXPECT_EQ(desktop.cursor, ui::CursorShape::Hourglass);
       throw data::DataError(data::DataError::Reason::Busy, 5, "locked");
     };
     EXPECT_EQ(toldBy(form.cmdOk), kSaved);
@@ -107,7 +107,7 @@ TEST_F(RelClasses, OneWaitForALockIsEnough) {
     EXPECT_EQ(storedBy(form.cmdOk), "classes: +10|2|1|null +10|3|2|null");
     notices.take();
 
-    // On the embedded engine a person leaves the wait.
+    // On the embedded engine the user cancels the wait.
     if (onServer()) return;
     given("begin immediate");
     desktop.onWait = [&] {

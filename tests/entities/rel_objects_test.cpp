@@ -18,7 +18,7 @@ constexpr const char* kNotRead =
 class RelObjects : public EntityHouse {
  protected:
   RelObjects() { related("(10, 2, 1, null), (10, 1, 2, 1), (10, 3, 3, 0)"); }
-  /// Leaves the projects of account 10 with these of them chosen.
+  /// Stores these projects for account 10.
   void store(const std::string& ids) {
     given(
         "update tblAccountRelatedClasses set IncludeAllObjects = 0 where ClassID = 2 and AccountID = 10; "
@@ -55,7 +55,7 @@ TEST_F(RelObjects, TickedLeavesComeBackAndAMarkedBranchStandsForWhatComesLater) 
 }
 
 TEST_F(RelObjects, TheHostsDataMayBeAnything) {
-  // Only a file has columns that hold anything.
+  // Only a file has columns that can hold any value.
   given(onServer() ? "create table tblMaze (ID bigint null, ParentID int null, Name varchar(20) null)"
                    : "create table tblMaze (ID, ParentID int, Name);"
                      "insert into tblMaze values ('x', null, 'word')");
@@ -100,7 +100,7 @@ TEST_F(RelObjects, EachStatementMayFailOnce) {
     failed = faults.failures() > 0;
     faults.heal();
     EXPECT_EQ(openHandles(), 0) << failing;
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default) << failing;
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default) << failing;
     if (notices.taken() != kSaved) form.cmdOk.click();
     if (notices.taken() == kNotRead || form.cmbClass.selected() == ui::DropDownList::kNone) {
       EXPECT_EQ(changes(), "") << failing;
@@ -128,7 +128,8 @@ TEST_F(RelObjects, AWideClassIsReadInOnePass) {
     EXPECT_EQ(form.treeObjects.count(), 1U + 2006U);
     EXPECT_EQ(static_cast<std::int64_t>(statements.size()), 3 + (1 + mothers) + 2006);
 
-    // Long work is seen; Escape leaves the reading, and what is missing is read by opening, or not saved.
+    // Long work shows progress; Escape cancels the reading, and what is missing is read when opened, or never
+    // saved.
     std::string seen;
     desktop.onRepaint = [&] {
       seen += form.progressBar.text() + "; ";
@@ -153,7 +154,7 @@ TEST_F(RelObjects, AWideClassIsReadInOnePass) {
     form.cmbClass.choose(0);
     EXPECT_EQ(form.treeObjects.count(), 1U + 2006U);
 
-    // A save is seen too, and goes on through Escape.
+    // A save shows progress too, and ignores Escape.
     slowAt(",6)");
     seen.clear();
     desktop.onRepaint = [&] {
@@ -181,7 +182,7 @@ TEST_F(RelObjects, TheTreeGrowsWithTheWindow) {
     };
     form.resize({size.width + 1500, size.height + 600});
     expectGrown(1500, 600);
-    // A window that small moves nothing; and nothing gets a width below none.
+    // A window that small moves nothing; and no width becomes negative.
     for (const ui::Size small : {ui::Size{300, 9000}, ui::Size{9000, 300}}) {
       form.resize(small);
       expectGrown(1500, 600);

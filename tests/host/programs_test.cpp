@@ -38,15 +38,15 @@ TEST(Programs, CheckAFileAndMendItsTree) {
                        "' | ledgertree-schema " + act + " -; echo $?",
                    database.file().parent_path());
   };
-  EXPECT_EQ(schema("--check"), "all is true//0");
+  EXPECT_EQ(schema("--check"), "no errors found//0");
   EXPECT_EQ(schema("--prune-history 2025-01-01 2>told"), "1");
   for (const std::string state : {"on", "on", "off", "on"})
-    EXPECT_EQ(schema("--history " + state), "the memory is " + state + "//0");
+    EXPECT_EQ(schema("--history " + state), "the history is " + state + "//0");
   database.execute("update tblAccount set Title = 'x' where ID = 4");
   EXPECT_EQ(database.number("select count(*) from tblAccountChange"), 1);
-  EXPECT_EQ(schema("--prune-history 2999-01-01"), "0 operations were forgotten//0");
+  EXPECT_EQ(schema("--prune-history 2999-01-01"), "0 operations were deleted//0");
   EXPECT_EQ(database.number("select count(*) from tblAccountChange"), 0);
-  EXPECT_EQ(schema("--check"), "all is true//0");
+  EXPECT_EQ(schema("--check"), "no errors found//0");
   EXPECT_EQ(schema("--install-schema"), "done//0");
 
   sqlite3_db_config(database.other().getHandle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);

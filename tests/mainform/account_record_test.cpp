@@ -44,7 +44,7 @@ TEST_F(RecordStory, ACodeIsSplitBehindItsParents) {
                 {"9901", "11", "", "9901"},     {"", "11", "", ""}};
   for (const auto& [code, parent, mother, own] : splits)
     EXPECT_EQ(mainform::splitCode(code, parent), (SplitCode{mother, own})) << code;
-  // Whatever stands in them, the parts joined are the code.
+  // Whatever they contain, joining the parts gives the code.
   for (const char* parent : {"A", "00", "1E999", "-1", "1.50", "00123456789012345678", "۱۲"}) {
     for (const char* code : {"XYZ", "05", "1E999", " 12", "-15", "1.51", "12345678901234567899", "۱۲۳"}) {
       const SplitCode split = mainform::splitCode(code, parent);

@@ -12,7 +12,7 @@ using mainform::MainScreen;
 class TreeStory : public FaultyHouse {
  protected:
   TreeStory() {
-    // 11 has two children and 12 none; 113 is in both periods, its sister in the second alone; 14 lost its
+    // 11 has two children and 12 none; 113 is in both periods, its sibling only in the second; 14 lost its
     // parent's code.
     database.execute(
         "insert into tblAccountPeriod values (1, '1402', '2023-03-21', '2024-03-19', '1402/01/01', "
@@ -44,8 +44,8 @@ class TreeStory : public FaultyHouse {
   [[nodiscard]] std::size_t below(std::string_view key) const {
     return screen.treeAccount.children(node(key)).size();
   }
-  /// A section of mainform/tree.txt. Seen is the whole tree: of each node key, text and picture, "@" where it
-  /// is selected, and its children in parentheses, "..." for those that aren't read and "+" ahead where it is
+  /// A section of mainform/tree.txt. Seen is the whole tree: of each node key, text and picture, "@" if it is
+  /// selected, and its children in parentheses, "..." for those that aren't read and a leading "+" if it is
   /// closed. Told are the clicks.
   void walk(const std::string& section) {
     person.go(
@@ -110,7 +110,7 @@ struct Restarts : ui::FormObserver {
   void controlChanged(ui::Control&, ui::Change) override {}
   void treeChanged(ui::Tree&, const ui::TreeChange&) override {}
   void formChanged(ui::FormChange) override {}
-  void timerChanged(ui::Timer&) override { ++count; }
+  void timerRestarted(ui::Timer&) override { ++count; }
 };
 
 TEST_F(TreeStory, KeysSayWhatAClickMeans) {
@@ -187,10 +187,10 @@ TEST_F(TreeStory, ALevelThatFailsCanBeOpenedAgain) {
     EXPECT_EQ(below("-1:11"), 1U) << "the opening box is back";
     screen.treeAccount.expand(node("-1:11"));
     EXPECT_EQ(below("-1:11"), 2U);
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     tree.refreshTree();
   }
-  // So can a period, whose opening box is the one that it had, and the whole tree.
+  // Nor is a period, whose expander is the one that it had, nor the whole tree.
   screen.optPeriodic.setValue(true);
   tree.refreshTree();
   faults.failWhere("Order by Code");

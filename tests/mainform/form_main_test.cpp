@@ -32,7 +32,7 @@ TEST_F(FormMainStory, TheFirstScreenIsTheWholeTreeAndABlankRecord) {
   EXPECT_TRUE(form->treeAccount.expanded(form->treeAccount.find("-1:-1")));
   EXPECT_EQ(shell.context.gKeyboardLayout, "00000429");
 
-  // The layout follows the version of the system; a version without one of its own leaves it.
+  // The keyboard layout follows the system's version; a version without one leaves it.
   desktop.version = 4;
   start();
   EXPECT_EQ(shell.context.gKeyboardLayout, "00000401");
@@ -42,7 +42,7 @@ TEST_F(FormMainStory, TheFirstScreenIsTheWholeTreeAndABlankRecord) {
 }
 
 TEST_F(FormMainStory, ParametersAreReadAtEachLoad) {
-  /// What isn't as it is without a parameter.
+  /// Settings that aren't at their defaults.
   const auto settings = [this] {
     const data::SystemParameters& read = form->settings;
     std::string text = read.BasePath;
@@ -119,7 +119,7 @@ TEST_F(FormMainStory, TheEndClosesTheConnectionAndANewStartIsWhole) {
   pickFirst(form->sltAccount, "بانک");
   EXPECT_EQ(form->txtID.text(), "3") << "the pickers work again";
 
-  // A load that fails says so to whoever asked for the form, and the next one is whole again.
+  // The caller is told of a load that fails, and the next one is complete again.
   form->close();
   shell.resetDataConnection();
   for (int command = 1; command <= 9; ++command) {
@@ -159,7 +159,7 @@ TEST_F(FormMainStory, AFormThatWasTooSmallTakesTheWholeDifferenceAtOnce) {
   EXPECT_EQ(form->treeAccount.bounds(), (Bounds{before.left, before.top, before.width, larger.height + 1}));
 }
 
-/// What of the screen stands upon one another, or past its right edge.
+/// Controls that overlap, or extend past the right edge.
 std::string clashesOn(const FormMain& form) {
   std::string found;
   std::vector<const ui::Control*> seen;
@@ -236,7 +236,7 @@ TEST_F(FormMainStory, WhatOthersChangeIsReadOnlyThenAndOnlyWhileTheScreenRests) 
     questions += command.ends_with("vwLedgerTreeChanges") ? 1 : 0;
     levels += command.starts_with("Select ID,ParentID") ? 1 : 0;
   };
-  // Time passes until an answer came; gives what is said, and how many levels were read for it.
+  // Waits for an answer; returns the message, and how many levels were read for it.
   person.acts["rest"] = [&](auto&) {
     levels = 0;
     const int before = questions;

@@ -11,9 +11,9 @@
 
 namespace ledgertree::testing {
 
-/// The house of the main screen: user 1 with all rights and user 2 with none, two of each kind of thing that
-/// an account can name, no two of them under one number, and no account. "start" and "view 2" are steps of
-/// the host, and so is what stands behind "meanwhile", as often as a notice is up.
+/// The fixture of the main screen: user 1 with all rights and user 2 with none, two of each kind of thing
+/// that an account can reference, with distinct numbers, and no accounts. "start" and "view 2" are steps of
+/// the host, and so is what follows "meanwhile", each time a notice is up.
 class MainScreenHouse : public FaultyHouse {
  protected:
   MainScreenHouse() {
@@ -54,7 +54,7 @@ class MainScreenHouse : public FaultyHouse {
     form->onClosed = [this] { form.reset(); };
     desktop.show(*form);
   }
-  /// Types into a picker, and takes the first hit.
+  /// Types into a picker, and picks the first hit.
   void pickFirst(ui::LookupField& field, const std::string& text) {
     field.type(text);
     field.press(ui::Key::Enter);
@@ -63,8 +63,8 @@ class MainScreenHouse : public FaultyHouse {
   void answer(bool yes) { notices.answer(yes ? 1 : 0); }
 
   using Fields = std::vector<std::pair<std::string, std::string>>;
-  /// The record as the person reads it, each field that holds something; today is nothing in datCreate. A
-  /// radio group is the number that a save would write, and the button that is on.
+  /// The record as the user reads it, without blank fields and without today's date in datCreate. A radio
+  /// group is the number that a save would write, and its chosen button.
   [[nodiscard]] Fields fields() const {
     const mainform::FormMain& f = *form;
     Fields all;
@@ -93,14 +93,13 @@ class MainScreenHouse : public FaultyHouse {
     radios(f.ClosedValue, {&f.OptOpen, &f.OptClose});
     return all;
   }
-  /// The same, a line for each.
+  /// The same, one field per line.
   [[nodiscard]] std::string record() const {
     std::string text;
     for (const auto& [name, value] : fields()) text.append(name).append("=").append(value).append("\n");
     return text;
   }
-  /// The labels in the tree, each open level one blank further in; those marked with "+" have more below
-  /// them.
+  /// The labels in the tree, each open level indented by one more blank; those marked with "+" have children.
   [[nodiscard]] std::string treeLabels() const {
     std::string text;
     const std::function<void(ui::NodeId, const std::string&)> add = [&](ui::NodeId node,
@@ -115,8 +114,8 @@ class MainScreenHouse : public FaultyHouse {
     return text;
   }
 
-  /// What changed on the screen since the last call: the fields, the commands in reach, the mode, the
-  /// highlighted account and the focus, the menu that came up last, the marks in the menus, the tree's
+  /// What changed on the screen since the last call: the fields, the enabled commands, the mode, the
+  /// highlighted account and the focus, the last context menu, the check marks in the menus, the tree's
   /// height, and the first account below account 1.
   [[nodiscard]] std::string changed() {
     std::map<std::string, std::string> now;
@@ -152,7 +151,7 @@ class MainScreenHouse : public FaultyHouse {
     return text;
   }
 
-  /// Those of all starts, to be asked for open handles at the end.
+  /// Those of all starts, checked for open handles at the end.
   std::vector<std::shared_ptr<data::DtEn>> gateways;
   std::unique_ptr<mainform::FormMain> form;
 

@@ -6,7 +6,7 @@
 
 namespace ledgertree::testing {
 
-/// A person at the main screen, on a chart small enough to be read here.
+/// A user of the main screen, on a chart small enough to be read here.
 class ScreenStory : public MainScreenHouse {
  protected:
   ScreenStory() {

@@ -13,7 +13,7 @@ class SecondaryScreensStory : public ScreenStory {
         "insert into tblUserPermission (UserID, FormPermissionID) values (1, 30110), (1, 30111), (1, 30112);"
         "insert into tblAccountPeriod (ID, Name, BeginDate, EndDate, FarsiBeginDate, FarsiEndDate) values"
         " (5, 'سال 1403', '2024-03-20', '2025-03-20', '1403/01/01', '1403/12/30')");
-    // "in FormPeriodBranch cmdAdd, cmdExit" is for when that screen comes up.
+    // "in FormPeriodBranch cmdAdd, cmdExit" is for when that screen opens.
     person.acts["in"] = [this](auto& about) {
       const auto [name, steps] = cut(about);
       desktop.inModal(name, [this, steps = steps](ui::Form&) {
@@ -29,7 +29,7 @@ class SecondaryScreensStory : public ScreenStory {
       EXPECT_EQ(dynamic_cast<const shell::Selector&>(*account).SelectedID(), std::stoi(id));
     };
   }
-  /// Seen are the account and the mode, and what is open in the tree.
+  /// Seen are the account and the mode, and the open nodes of the tree.
   void walk(const std::string& section) {
     start();
     person.go("mainform/steps.txt", section, [this] {

@@ -47,7 +47,7 @@ TEST_F(CopyPeriodTest, AFailingCopyTellsWhatItChangedAndCanBeFinished) {
           notices.answer(1);
           screen.cmdAutoCodding.click();
           EXPECT_EQ(screen.isShown(), faults.failures() > 0);
-          EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+          EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
         });
       };
       const bool changed = copy(n);

@@ -105,7 +105,7 @@ TEST_F(DeletePeriodTest, EveryFailureLeavesTheRowsAndTheScreen) {
         if (!failed) return;
         EXPECT_EQ(notices.take().back().message, Faults::kMessage);
         EXPECT_EQ(moves(), "");
-        EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+        EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
         EXPECT_FALSE(screen.ChangedFlag);
         notices.answer(1);
         command.click();

@@ -129,7 +129,7 @@ TEST_F(PeriodBranchTest, EveryFailureLeavesTheScreenAndTheDataInOrder) {
         faults.heal();
         if (failed) {
           EXPECT_EQ(notices.take().back(), (Notice{"خطا", std::string(Faults::kMessage), false}));
-          EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+          EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
           // The grid never shows a row that is gone.
           EXPECT_LE(screen.flxPeriodBranch.rowCount(), count());
         }

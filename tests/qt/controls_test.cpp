@@ -12,7 +12,7 @@
 namespace ledgertree::test {
 namespace {
 
-/// Three choices in a frame, and one outside of it.
+/// Three choices in a frame, and one outside it.
 struct Choices : ui::Form {
   explicit Choices(ui::Surroundings surroundings)
       : Form(std::move(surroundings), "Choices", "", {.width = 9000, .height = 1200}) {}
@@ -55,12 +55,12 @@ TEST(Controls, ATextAtRestShowsItsBeginningAndIsGoneOnWithWhereItWasLeft) {
   form.setFirstFocus(form.cmdNew);
   screen.show();
   screen.go("texts at rest");
-  // By Tab the whole of a line is selected.
+  // Tab selects the whole line.
   form.txtCode.setText("1234");
   form.txtTitle.focus();
   screen.press(form.txtTitle, Qt::Key_Tab);
   EXPECT_EQ(screen.widget<QLineEdit>(form.txtCode).selectedText(), "1234");
-  // The row that a look-up holds, once it is left.
+  // The row that a look-up holds after it is left.
   const auto& field = screen.widget<QLineEdit>(form.sltParent);
   form.sltParent.all.push_back({99, std::string(300, 'x'), "9999"});
   form.sltParent.focus();
@@ -82,7 +82,7 @@ TEST(Controls, TheFocusGoesOnFromWhatIsTakenOutOfReach) {
   screen.show();
   form.lstPeriod.select(0);
   screen.go("taken out of reach");
-  // The form hears of the move when the program is done.
+  // The form is notified of the move when the program is done.
   form.record.setEnabled(false);
   EXPECT_TRUE(form.said.empty() && form.focused() == &form.txtNotes);
   Screen::settle();

@@ -12,7 +12,7 @@
 
 namespace ledgertree::test {
 
-/// The main screen on the demo chart, drawn with Qt in a window of the size given.
+/// The main screen on the demo chart, drawn with Qt in a window of the given size.
 class DemoChartScreen : public ::testing::Test, protected Desk {
  protected:
   explicit DemoChartScreen(QSize size) {

@@ -42,7 +42,7 @@ TEST(FormWindow, APersonTypesThroughTheFilterAndTheCaretStaysWhereItIs) {
   screen.show();
   form.txtCode.focus();
   screen.go("typing through a filter");
-  // What a program puts in keeps its length; what a person puts in stops at the limit, a paste included.
+  // What a program sets keeps its length; what a user enters stops at the limit, pasted text included.
   QApplication::clipboard()->setText(QString::fromUtf8("۱\nABCDEFGHIJKLMNOP"));
   screen.go("a field of twenty characters");
   form.txtCode.onKeyUp = [&] { form.txtCode.setText("1/000/001"); };
@@ -65,7 +65,7 @@ TEST(FormWindow, NotesOfSeveralLinesKeepEveryCharacter) {
 TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   Screen screen;
   auto& form = *screen.form;
-  // The form may overrule what the person did: the screen shows what the control holds.
+  // The form may overrule the user: the screen shows what the control holds.
   form.lstPeriod.onSelect = [&] {
     form.said.push_back(form.lstPeriod.selectedText());
     if (form.lstPeriod.selected() == 2) form.lstPeriod.select(0);
@@ -90,7 +90,7 @@ TEST(FormWindow, ButtonsListsAndGridsDoWhatTheirControlsSay) {
   EXPECT_EQ(table.horizontalHeader()->length(), table.viewport()->width())
       << "the last column takes the rest";
   ui::Bounds tall = form.grid.bounds();
-  tall.height = 3000;  // for all rows
+  tall.height = 3000;  // high enough for all rows
   form.grid.setBounds(tall);
   screen.go("lists and grids");
   QTest::mouseClick(screen.widget<QListView>(form.lstBranches).viewport(), Qt::RightButton, {}, {9, 9});
@@ -131,7 +131,7 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.setDefaultButton(form.cmdNew);
   screen.show();
   screen.go("the keys of commands");
-  // What a program says of it comes into a tooltip that is waited for, and into no other.
+  // A new hint appears in the tooltip that is being waited for, and in no other.
   QWidget& exit = screen.widget(form.cmdExit);
   exit.setAttribute(Qt::WA_UnderMouse);
   form.cmdExit.setHint("a");
@@ -146,7 +146,7 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   }
   EXPECT_TRUE(form.said.empty()) << "a key that is held down presses once";
   EXPECT_EQ(screen.widget<QLabel>(form.lblCode).buddy(), &screen.widget(form.txtCode));
-  // What is a command here is kept from a host's window, whose command it may be, too.
+  // A command here is also kept from a host's window, which may have the same one.
   form.addShortcut(ui::KeyChord::of(ui::Key::F5), [] {});
   for (const auto& [key, own] : {std::pair(QKeyCombination(Qt::Key_F5), true),
                                  {Qt::CTRL | Qt::Key_S, true},
@@ -181,7 +181,7 @@ TEST(FormWindow, TheFormHasTheRoomThatItsWindowShows) {
     EXPECT_EQ(scroll.horizontalScrollBar()->isVisible(), design.width() > shown.width());
     EXPECT_EQ(scroll.verticalScrollBar()->isVisible(), design.height() > shown.height());
   }
-  // What a program puts out there can be scrolled to, as long as it is to be seen.
+  // What a program puts outside can be scrolled to, as long as it is visible.
   window.resize(whole);
   form.views.setBounds({20000, 9000, 300, 300});
   Screen::settle();
@@ -201,7 +201,7 @@ TEST(FormWindow, TheWindowFollowsTheFocusFromFieldToField) {
       QTest::keyClick(QApplication::focusWidget(), step < 20 ? Qt::Key_Tab : Qt::Key_Backtab);
       Screen::settle();
       const QWidget& at = *QApplication::focusWidget();
-      // Of what is larger than the window, where it begins.
+      // Of a control larger than the window, its beginning.
       QRect place(at.mapTo(&ground, QPoint(0, 0)), at.size());
       place.setLeft(std::max(place.left(), place.right() - ground.width() + 1));
       place.setHeight(std::min(place.height(), ground.height()));

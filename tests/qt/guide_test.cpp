@@ -31,7 +31,7 @@ QString textOf(const QString& path) {
   return QString::fromUtf8(file.readAll());
 }
 
-/// Walks through all screens, presses F1 in each, and draws each where a folder for the pictures is given.
+/// Walks through all screens, presses F1 in each, and saves a picture of each if a folder is given.
 class Guide : public DemoChartScreen {
  protected:
   Guide() : DemoChartScreen({1100, 620}) {
@@ -50,22 +50,22 @@ class Guide : public DemoChartScreen {
     }
   }
 
-  /// F1 opens the guide there, in front and within reach of keys; Escape gives the focus back.
+  /// F1 opens the guide at a section, in front and receiving keys; Escape gives the focus back.
   static void helpAt(QWidget& front, const QString& section, const QString& selected = {}) {
     QWidget* focus = front.focusWidget() != nullptr ? front.focusWidget() : &front;
     QTest::keyClick(focus, Qt::Key_F1);
-    const QPointer<GuideWindow> guide = GuideWindow::standing();
+    const QPointer<GuideWindow> guide = GuideWindow::current();
     ASSERT_NE(guide, nullptr) << section.toStdString();
     EXPECT_EQ(guide->section().toStdString(), section.toStdString());
     EXPECT_EQ(guide->text().textCursor().selectedText().toStdString(), selected.toStdString());
     EXPECT_TRUE(QTest::qWaitFor([&] { return guide->isActiveWindow(); }, 30000));
-    // By way of the windowing system, which gives no key to a window that a modal one blocks.
+    // Through the windowing system, which sends no key to a window blocked by a modal one.
     QTest::keyClick(guide->windowHandle(), Qt::Key_Escape);
     EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000)) << section.toStdString();
     EXPECT_EQ(QApplication::focusWidget(), focus) << section.toStdString();
   }
 
-  /// Opens a modal screen, looks at it, and leaves it by its frame.
+  /// Opens a modal screen, checks it, and closes it with its title bar.
   static void inFront(const std::function<void()>& open, const std::function<void(QWidget&)>& look) {
     const QWidget* before = QApplication::activeModalWidget();
     bool looked = false;
@@ -99,7 +99,7 @@ class Guide : public DemoChartScreen {
     ASSERT_TRUE(pixmap.copy(part).save(folder + "/" + name + ".png"));
   }
 
-  /// Columns from the left in hundredths of a table, one line between them.
+  /// The distances between columns from the left in hundredths of a table, with one line between them.
   static void expectRoomForTables(const qt::GuideBrowser& text) {
     for (QTextFrame* frame : text.document()->rootFrame()->childFrames()) {
       const auto& table = dynamic_cast<const QTextTable&>(*frame);
@@ -139,14 +139,14 @@ void Guide::drawMainScreen() {
   ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltAccount.rows().size() > 3; }, 30000));
   QTest::qWait(50);
   picture("picker", window(), {0, 60, window().width() * 57 / 100, 370});
-  // What one is typing is still there behind the guide.
+  // What is being typed is still there after the guide.
   helpAt(window(), "FormMain.sltAccount");
   EXPECT_EQ(form->sltAccount.text(), "101");
   form->sltAccount.press(ui::Key::Escape);
 
   form->cmdNew.click();
   helpAt(window(), "FormMain.frameMain");
-  // A message stands above the screen, and the guide above both of them, at that message.
+  // A message is above the screen, and the guide above both, at that message.
   inFront([&] { form->cmdSave.click(); },
           [&](QWidget& notice) {
             picture("notice", notice);
@@ -185,14 +185,14 @@ void Guide::drawSecondaryScreens() {
 TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   drawMainScreen();
   drawSecondaryScreens();
-  ASSERT_EQ(GuideWindow::standing(), nullptr);
+  ASSERT_EQ(GuideWindow::current(), nullptr);
 
-  // Beside a screen that comes up later it stays usable, and behind it when that screen goes.
+  // It stays usable next to a screen that is opened later, and after that one closes.
   window().activateWindow();
   ASSERT_TRUE(QTest::qWaitFor([&] { return window().isActiveWindow(); }, 30000));
   form->treeAccount.focus();
   QTest::keyClick(window().widgetOf(form->treeAccount), Qt::Key_F1);
-  const QPointer<GuideWindow> guide = GuideWindow::standing();
+  const QPointer<GuideWindow> guide = GuideWindow::current();
   ASSERT_FALSE(guide.isNull());
   EXPECT_EQ(guide->size(), guide->size().boundedTo(guide->screen()->availableSize()))
       << "no part is out of sight";
@@ -209,7 +209,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
             EXPECT_GT(bar.value(), before);
           });
   ASSERT_FALSE(guide.isNull());
-  // It says the same letter in either way, and goes with the screen.
+  // It finds the same letter in both forms, and closes with the screen.
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("سرفصل‌هاي بدون سند")));
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("پنهان كردن سرفصلهای")));
   EXPECT_TRUE(guide->text().search(QString::fromUtf8("شمارهگذاری")));
@@ -222,14 +222,14 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   EXPECT_GT(after, before);
   QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_LT(place(), after);
-  // What isn't found behind the last place is looked for from the other end.
+  // A search continues from the other end after the last hit.
   guide->text().scrollTo(0);
   QTest::keyClick(guide.data(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_GT(place(), after);
   QTest::keyClick(guide.data(), Qt::Key_F, Qt::ControlModifier);
   auto& line = *guide->findChild<QLineEdit*>();
   EXPECT_TRUE(line.hasFocus() && line.selectedText() == line.text());
-  // A key that is held opens it once, and a click on an entry leads there again.
+  // A key held down opens it once, and clicking an entry returns to it.
   QKeyEvent held(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier, {}, true);
   QApplication::sendEvent(&window(), &held);
   EXPECT_TRUE(line.hasFocus());
@@ -253,7 +253,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   const QUrl picture("pictures/guide/FormMain.png");
   const auto shown = guide->text().document()->resource(QTextDocument::ImageResource, picture);
   EXPECT_LE(shown.value<QImage>().width(), guide->text().viewport()->width()) << "nothing of it is cut off";
-  // The entry of the menu leads where the key does.
+  // The menu entry opens the same place as the key.
   form->mnuHelp.setVisible(true);
   form->cmdDeletePeriod.focus();
   form->mnuGuide.click();
@@ -261,7 +261,7 @@ TEST_F(Guide, OpensInEveryScreenAtWhatThePersonIsDoing) {
   window().close();
   EXPECT_TRUE(QTest::qWaitFor([&] { return guide.isNull(); }, 30000));
 
-  // Every picture that it names was drawn just now and is inside the program.
+  // Every picture that it refers to was made just now and is compiled in.
   const QString text = textOf(":/ledgertree/guide/guide-fa.md");
   static const QRegularExpression image("\\]\\(pictures/guide/([\\w-]+)\\.png\\)");
   std::set<QString> named;

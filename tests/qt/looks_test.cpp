@@ -15,7 +15,7 @@ namespace {
 
 using qt::fromQt;
 
-/// How the toolkit makes a widget of a class.
+/// A widget of a class as the toolkit makes it.
 const QWidget& asMade(const QWidget& widget) {
   static const auto known =
       []<typename... Widgets>(std::tuple<Widgets...>*) {
@@ -31,7 +31,7 @@ const QWidget& asMade(const QWidget& widget) {
   return found == known.end() ? *known.at("QWidget") : *found->second;
 }
 
-/// All but what hangs on the fonts and the sizes of a machine, or is told in another way.
+/// All but what depends on the fonts and sizes of a machine, or is covered elsewhere.
 QString written(const QMetaProperty& property, const QVariant& value) {
   static const QRegularExpression left(
       "^(x|y|(min.*|max.*|line|frame|)([wW]idth|[hH]eight)|.*SectionSize|indentation|objectName|enabled|"
@@ -45,8 +45,8 @@ QString written(const QMetaProperty& property, const QVariant& value) {
                                             : QByteArray(names.valueToKey(value.toInt())));
 }
 
-/// What the form made of a widget: each property that isn't as the toolkit made it, its columns, and its
-/// colours that aren't those of the widget around it.
+/// What the form changed about a widget: each property that differs from the toolkit's default, its columns,
+/// and colours that differ from its parent's.
 QString looksOf(const QWidget& widget) {
   const QWidget& made = asMade(widget);
   const QWidget* around = widget.parentWidget();
@@ -98,8 +98,7 @@ QString looksOf(const QWidget& widget) {
   return words;
 }
 
-/// A line for each widget that something was made of and that isn't `known`, behind the names of those
-/// around it.
+/// A line for each widget that was changed and isn't `known`, after the names of its parents.
 std::string looksOf(const QWidget& widget, const std::string& place, const std::string& known = "") {
   const QString name =
       widget.objectName().isEmpty() ? widget.metaObject()->className() + 1 : widget.objectName();
@@ -157,7 +156,7 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
     QTimer::singleShot(0, &screen.window(), [&] {
       QWidget& dialog = *QApplication::activeModalWidget();
       looks += "== notice\n" + looksOf(dialog, "", looks);
-      // In the middle of the sign: a line from above, a bow, or for good news a tick.
+      // The middle of the symbol: an upper stroke, a curve, or for good news a tick.
       auto& sign = *dialog.findChild<QWidget*>("Sign");
       const int side = sign.width() * 3 / 5;
       const QImage middle = painted(sign, {sign.width() / 5, sign.width() / 5, side, side});
@@ -169,20 +168,20 @@ TEST(ScreenLooks, AreWhatTheViewsMadeOfTheToolkit) {
     });
     notice.ask();
   }
-  // A wait ahead of the first screen.
+  // A wait before the first screen.
   qt::WaitPanel wait(nullptr);
   wait.tell("در انتظار", "انصراف");
   looks += "== wait\n" + looksOf(wait, "");
   wait.close();
   qt::GuideWindow::open(screen.window(), {}, {});
-  QTest::keyClicks(qt::GuideWindow::standing()->findChild<QLineEdit*>(), "zz");
-  looks += "== guide\n" + looksOf(*qt::GuideWindow::standing(), "");
-  qt::GuideWindow::standing()->close();
+  QTest::keyClicks(qt::GuideWindow::current()->findChild<QLineEdit*>(), "zz");
+  looks += "== guide\n" + looksOf(*qt::GuideWindow::current(), "");
+  qt::GuideWindow::current()->close();
   expectTable("looks", looks.substr(1));
 }
 
-/// How well the letters of a widget stand out of their ground, by its pixels: the ground is the colour of
-/// most of them, and the ink the one that is furthest from it.
+/// The contrast of a widget's letters by its pixels: the background is the most frequent colour, and the ink
+/// the one furthest from it.
 double contrastOf(QWidget& widget) {
   const auto light = [](QRgb colour) {
     const auto linear = [](int part) {
@@ -191,7 +190,7 @@ double contrastOf(QWidget& widget) {
     return 0.05 + 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) +
            0.0722 * linear(qBlue(colour));
   };
-  // The corners and borders of the toolkit aren't read.
+  // The toolkit's corners and borders are ignored.
   const QImage picture = painted(widget, widget.rect().adjusted(6, 3, -6, -3));
   std::map<QRgb, int> colours;
   for (int at = 0; at < picture.width() * picture.height(); ++at)
@@ -229,7 +228,7 @@ TEST(ScreenLooks, WhatIsReadStandsOutOfItsGround) {
   notice.ask();
 }
 
-/// Where everything in a window stands and how large it is.
+/// The position and size of everything in a window.
 std::string measuresOf(const QWidget& window) {
   QString words;
   QDebug out(&words);
@@ -271,7 +270,7 @@ TEST(ScreenLooks, AWindowThatGrewWithTheFontIsAsOneThatWasMadeSo) {
 TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   Screen screen;
   screen.show();
-  // Those of a bar on what is done and on what isn't.
+  // Those of a progress bar over its filled and its empty part.
   QWidget& bar = screen.widget(screen.form->progress);
   const auto half = [&](const char* words, int side) {
     screen.form->progress.setProgress(1, 2, words);
@@ -280,14 +279,14 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   for (const int side : {0, 1}) EXPECT_NE(half("حساب حساب حساب حساب", side), half("", side)) << side;
   screen.form->progress.setProgress(0, 2, "");
   EXPECT_LT(bar.property("value").toInt(), 0) << "at 0 a sliver would be drawn";
-  // The border of a frame ends at its title.
+  // The border of a frame is interrupted by its title.
   QWidget& frame = screen.widget(screen.form->record);
   const QImage picture = painted(frame);
   const int line = frame.fontMetrics().height();
   const auto ground = picture.pixel(frame.width() / 2, line * 2 / 3);
   EXPECT_EQ(picture.pixel(frame.width() - line / 2 - 1, line / 2), ground);
   EXPECT_NE(picture.pixel(frame.width() / 4, line / 2), ground);
-  // A host that writes from the left changes nothing.
+  // A left-to-right host changes nothing.
   auto& menu = *screen.window().findChild<QMenu*>();
   menu.adjustSize();
   const auto drawn = [&] { return std::pair(painted(screen.window()), painted(menu)); };
@@ -296,7 +295,7 @@ TEST(ScreenLooks, WordsAreReadWhereverTheyStand) {
   QApplication::setLayoutDirection(host == Qt::LeftToRight ? Qt::RightToLeft : Qt::LeftToRight);
   EXPECT_TRUE(drawn() == own);
   QApplication::setLayoutDirection(host);
-  // The pictures of a tree, and the box that one ticks, are as large as the letters.
+  // The pictures of a tree, and check boxes, are as large as the letters.
   const QFont font = QApplication::font();
   QApplication::setFont(QFont(font.family(), 40));
   Screen large;

@@ -34,13 +34,13 @@ TEST(LookupView, APersonFindsByTypingAndPicksByKeys) {
   EXPECT_EQ(screen.list->model()->index(0, 1).data().toString(), QStringLiteral("1050"));
   EXPECT_EQ(screen.list->model()->index(0, 1).data(qt::kTypedRole).value<qt::Stretches>(),
             (qt::Stretches{{0, 3}}));
-  // What could mean several stays; Escape gives it up.
+  // An ambiguous text stays; Escape discards it.
   screen.form->txtCode.focus();
   EXPECT_EQ(screen.seen(screen.field), "^105");
   screen.field.focus();
   screen.press(screen.field, Qt::Key_Escape);
   EXPECT_EQ(screen.line->text() + screen.line->accessibleDescription(), QString::fromUtf8("حساب 52"));
-  // Tab picks the only hit while the focus is still here.
+  // Tab picks the only hit before the focus moves.
   const auto tell = std::exchange(screen.field.onPicked, [&] { EXPECT_TRUE(screen.line->hasFocus()); });
   screen.type(screen.field, "1053");
   screen.press(screen.field, Qt::Key_Tab);

@@ -4,7 +4,7 @@
 
 int main(int argumentCount, char** arguments) {
   testing::InitGoogleTest(&argumentCount, arguments);
-  // A person's screen isn't needed, and would get in the way of the focus.
+  // The real display isn't needed, and would interfere with the focus.
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argumentCount, arguments);
   QApplication::setQuitOnLastWindowClosed(false);

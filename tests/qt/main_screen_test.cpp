@@ -38,7 +38,7 @@ TEST_F(MainScreen, TheLayoutFollowsTheWindowAndNothingIsCut) {
   settle();
   EXPECT_NEAR(right(form->treeAccount) - before, 500, 2);
   EXPECT_NEAR(right(form->cmdRefreshAccountTree), right(form->treeAccount), 2);
-  // Every caption has the room that it needs, in every mode.
+  // No caption is cut off in any mode.
   for (ui::PushButton* command : {&form->cmdNew, &form->cmdCancel}) {
     for (const auto* button : window().findChildren<QAbstractButton*>()) {
       if (!button->isVisible() || button->text().isEmpty()) continue;

@@ -10,7 +10,7 @@
 namespace ledgertree::test {
 namespace {
 
-/// A key as a keyboard sends it: with the number of its place.
+/// A key event as a keyboard sends it, with its scan code.
 void key(QWidget& widget, int code, const char* text, unsigned place, Qt::KeyboardModifiers modifiers = {}) {
   QKeyEvent press(QEvent::KeyPress, code, modifiers, place, 0, 0, QString::fromUtf8(text));
   QApplication::sendEvent(&widget, &press);
@@ -34,14 +34,14 @@ TEST(PersianKeyboard, LatinKeysWritePersianLetters) {
   auto& title = screen.form->txtTitle;
   screen.go("Latin keys");
 
-  // A letter that is Persian already, and marks that a Persian layout has at other places, stay.
+  // Letters that are already Persian, and marks that a Persian layout has on other keys, are left alone.
   title.setText("");
   auto& line = screen.widget(title);
   key(line, 0x0633, "س", 39);
   key(line, Qt::Key_BracketLeft, "[", 33, Qt::ShiftModifier);
   key(line, Qt::Key_Minus, "-", 61);
   EXPECT_EQ(title.text(), "س[-");
-  // A German keyboard has Z where Y is: the place counts.
+  // A German keyboard has Z in the place of Y: the position counts.
   title.setText("");
   key(line, Qt::Key_Z, "z", 29);
   key(line, Qt::Key_A, "A", 38);
@@ -54,7 +54,7 @@ TEST(PersianKeyboard, OneKeySwitchesAndTheFieldSaysWhichLanguageIsOn) {
   KeyboardScreen screen;
   auto& form = *screen.form;
   screen.go("another language");
-  // A field that asks for none goes on as the last one wrote; one that asks has its own.
+  // A field without a layout keeps the previous one's; a field with one uses it.
   form.txtCode.focus();
   EXPECT_EQ(screen.seen(form.txtTitle), "Kasraی^");
   EXPECT_EQ(screen.seen(form.txtCode), "فا: ^");

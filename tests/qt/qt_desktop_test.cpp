@@ -26,7 +26,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A dialog of two buttons.
+/// A dialog with two buttons.
 class Dialog : public ui::Form {
  public:
   explicit Dialog(ui::Surroundings surroundings)
@@ -37,7 +37,7 @@ class Dialog : public ui::Form {
   ui::PushButton cmdNo{*this, "cmdNo", {300, 900, 1500, 420}, "انصراف"};
 };
 
-/// Runs a procedure inside the next loop of events.
+/// Runs a procedure inside the next event loop.
 void soon(std::function<void()> procedure) { QTimer::singleShot(0, qApp, std::move(procedure)); }
 
 TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
@@ -56,7 +56,7 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
     const QWidget& window = *screen.desktop.windowOf(dialog);
     EXPECT_TRUE(window.isModal() && !window.windowFlags().testFlag(Qt::WindowMaximizeButtonHint));
     EXPECT_LT((window.geometry().center() - screen.window().geometry().center()).manhattanLength(), 9);
-    // A program that takes the focus elsewhere meanwhile doesn't move the person.
+    // A program that moves the focus meanwhile doesn't move the user.
     screen.form->txtTitle.setEnabled(false);
     Screen::settle();
     screen.form->txtTitle.setEnabled(true);
@@ -68,14 +68,14 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
   Screen::settle();
   EXPECT_EQ(screen.form->focused(), &screen.form->txtTitle);
   EXPECT_EQ(QApplication::focusWidget(), &screen.widget(screen.form->txtTitle));
-  // An application that ends takes the form off the screen.
+  // An application that ends closes the form.
   soon([&] {
     soon([] { QCoreApplication::exit(); });
     screen.desktop.showModal(dialog);
     EXPECT_FALSE(dialog.isShown());
   });
   QCoreApplication::exec();
-  // Once more, and this time it is left by the frame of its window.
+  // Again, this time closed with its title bar.
   soon([&] { screen.desktop.windowOf(dialog)->close(); });
   screen.desktop.showModal(dialog);
   EXPECT_EQ(screen.desktop.windowOf(dialog), nullptr);
@@ -83,7 +83,7 @@ TEST(QtDesktop, AModalFormHoldsItsCallerUntilItHides) {
 
 constexpr std::size_t kEvents = 12;
 
-/// Lets one kind of event, by its number, do something.
+/// Runs an action on one kind of event, given by its number.
 void onEvent(Screen::Form& form, std::size_t event, const std::function<void()>& act) {
   std::function<void()>* const plain[] = {
       &form.cmdNew.onClick,         &form.txtTitle.onChange,  &form.txtNotes.onKeyUp,
@@ -96,7 +96,7 @@ void onEvent(Screen::Form& form, std::size_t event, const std::function<void()>&
   if (event == kEvents - 1) form.tree.onExpand = [act](ui::NodeId) { act(); };
 }
 
-/// Raises all kinds of events, until something has happened.
+/// Raises all kinds of events until something has happened.
 void raiseAll(Screen& screen, Screen::Form& form, const bool& happened) {
   form.tree.add(form.tree.add(ui::kNoNode, "r", "r"), "c", "c");
   form.tree.select(form.tree.find("r"));
@@ -111,7 +111,7 @@ void raiseAll(Screen& screen, Screen::Form& form, const bool& happened) {
 TEST(QtDesktop, AFormMayEndInAnyOfItsOwnEvents) {
   Screen screen;
   screen.show();
-  // Each kind of event ends the form, by its close or by its owner, alone or inside a loop of its own.
+  // Each kind of event closes the form or destroys it, alone or inside a nested loop.
   for (std::size_t way = 0; way < 4 * kEvents; ++way) {
     SCOPED_TRACE(way);
     const bool byOwner = way % 2 == 0;
@@ -150,7 +150,7 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   }
   EXPECT_FALSE(screen.form->isShown());
   soon([&] {
-    screen.desktop.show(*screen.form);  // brings it up, as it is shown already
+    screen.desktop.show(*screen.form);  // brings it to the front, as it is already shown
     screen.form->close();
   });
   screen.desktop.showModal(*screen.form);
@@ -166,7 +166,7 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   screen.show();
   EXPECT_EQ(screen.window().window(), host.get());
   EXPECT_GT(screen.form->size().width, screen.form->designSize().width);
-  // The Tab key goes through the screen where it stands.
+  // Tab goes through the embedded screen.
   screen.form->hide();
   screen.show();
   QString way;
@@ -184,7 +184,7 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return another.isActiveWindow(); }, 30000));
   screen.show();
   EXPECT_TRUE(another.isActiveWindow()) << "which of its windows is in front is the host's to say";
-  // The host drops its window: the form goes off the screen, stays loaded, and can be shown again.
+  // The host deletes its container: the form is hidden, stays loaded, and can be shown again.
   host.reset();
   EXPECT_FALSE(screen.form->isShown());
   screen.show();
@@ -196,7 +196,7 @@ TEST(QtDesktop, AHostMayTakeNoModelessFormOrGiveItsOwnPlace) {
   screen.form->hide();
   screen.show();
   EXPECT_FALSE(screen.window().isMaximized()) << "only as it first comes up";
-  // Nothing of its colours shines through.
+  // None of its colours shows through.
   const QPalette own = qt::screenPalette(Qt::white);
   const QPalette colours = QApplication::palette();
   QApplication::setPalette(Qt::black);
@@ -253,12 +253,12 @@ TEST(QtDesktop, TheHourglassIsShownOnceAndNeverOverADialog) {
   const auto close = [](QWidget& dialog) { dialog.grab(), dialog.close(); };
   EXPECT_EQ(answer(close), -1);
   EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
-  // A hundred of them leave next to nothing behind.
+  // A hundred of them leak next to nothing.
   notice->set("FormMessage", "آيا مطمئن هستيد؟");
   const std::size_t used = mallinfo2().uordblks;
   for (int count = 0; count < 100; ++count) answer(close);
   EXPECT_LT(mallinfo2().uordblks, used + 200'000);
-  // An event procedure that fails meanwhile gives the pointer back.
+  // An event procedure that fails meanwhile resets the cursor.
   soon([&] {
     screen.desktop.setCursor(ui::CursorShape::Default);
     QApplication::activeModalWidget()->close();
@@ -328,7 +328,7 @@ TEST(QtDesktop, LongWorkHearsEscapeAloneAndDropsTheRest) {
   press(Qt::Key_Escape, "");
   EXPECT_TRUE(screen.desktop.repaintAndHearEscape(*screen.form));
   EXPECT_FALSE(screen.desktop.repaintAndHearEscape(*screen.form));
-  // A wait has a button, too, and lets nothing come back that a repaint might.
+  // A wait has a button, too, and prevents what a repaint might bring back.
   bool idle = false;
   screen.desktop.whenIdle([&idle] { idle = true; });
   const auto waits = [&] { return screen.desktop.keepWaiting("در انتظار", "انصراف"); };
@@ -361,7 +361,7 @@ TEST(QtDesktop, APictureOfTheScreenIsWrittenOrTheCallFails) {
   screen.desktop.renderToPng(*screen.form, path, {1100, 500});
   EXPECT_EQ(QImage(QString::fromStdString(path)).size(),
             QSize(1100, 500) * screen.window().devicePixelRatio());
-  // Of the whole screen it stays, whatever size a program asks for, until a picture wants another one.
+  // A maximised window ignores sizes set by a program, until a picture asks for one.
   screen.window().showMaximized();
   const QSize whole = screen.window().size();
   screen.form->resize({9000, 3000});

@@ -28,7 +28,7 @@ using qt::fromQt;
 
 namespace {
 
-/// Clicks the line of a text, or so far beside its right end.
+/// Clicks the line of a text, or a point so far from its right end.
 void clickAt(QWidget& widget, const QString& text, int beside = 0) {
   auto* view = qobject_cast<QAbstractItemView*>(&widget);
   if (view == nullptr) view = widget.findChild<QAbstractItemView*>();
@@ -44,7 +44,7 @@ void clickAt(QWidget& widget, const QString& text, int beside = 0) {
   QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, {across, line.center().y()});
 }
 
-/// What stands in angles and is no key.
+/// What is in angle brackets and isn't a key.
 const std::map<std::string, std::function<void(QWidget&, ui::Control&, const std::string&)>> kActs{
     {"click", [](auto& widget, auto&, auto&) { QTest::mouseClick(&widget, Qt::LeftButton); }},
     {"at", [](auto& widget, auto&, auto& text) { clickAt(widget, qt::toQt(text)); }},
@@ -104,7 +104,7 @@ void doAt(QWidget& widget, ui::Control& control, const QString& doing) {
   }
 }
 
-/// What a control holds: the properties of its widget by their names.
+/// The contents of a control: its widget's properties by name.
 std::map<const char*, QVariant> heldBy(const ui::Control& control) {
   if (const auto* field = dynamic_cast<const ui::TextField*>(&control))
     return {{field->multiline() ? "plainText" : "text", qt::toQt(field->text()).replace(QChar::Nbsp, ' ')},
@@ -119,7 +119,7 @@ std::map<const char*, QVariant> heldBy(const ui::Control& control) {
   return {};
 }
 
-/// The row of a list or grid, and the node of a tree.
+/// The row of a list or grid, or the node of a tree.
 void expectPicked(const ui::Control& control, const QAbstractItemView& view) {
   const QModelIndex at = view.currentIndex();
   if (const auto* tree = dynamic_cast<const ui::Tree*>(&control)) {
@@ -202,14 +202,14 @@ void Desk::expectShown(const ui::Form& form) const {
     if (control != form.focused() || !drawn.isActiveWindow()) continue;
     EXPECT_EQ(QApplication::focusWidget(), &drawn);
     const auto* editor = qobject_cast<const QTextEdit*>(&drawn);
-    const bool tree = dynamic_cast<const ui::Tree*>(control) != nullptr;  // its node may be in a closed one
+    const bool tree = dynamic_cast<const ui::Tree*>(control) != nullptr;  // may be below a closed one
     const bool picked = view != nullptr && view->currentIndex().isValid();
     const auto* area = qobject_cast<const QAbstractScrollArea*>(&drawn);
     if (picked || editor != nullptr) {
       const QRect at = picked ? view->visualRect(view->currentIndex()) : editor->cursorRect();
       EXPECT_TRUE(area->viewport()->rect().contains(at.center()) || (tree && at.isEmpty()));
     }
-    // The language is told where it covers no bar.
+    // The language is shown where it doesn't cover the scroll bar.
     const auto* tag = drawn.findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
     EXPECT_TRUE(editor == nullptr || tag->isHidden() ||
                 !tag->geometry().intersects(editor->verticalScrollBar()->parentWidget()->geometry()));

@@ -23,7 +23,7 @@
 
 namespace ledgertree::test {
 
-/// A look-up over a list in memory, which tells `page` rows at a time.
+/// A look-up over a list in memory, which returns `page` rows at a time.
 class MemoryLookup : public ui::LookupField {
  public:
   using LookupField::LookupField;
@@ -62,17 +62,17 @@ class MemoryLookup : public ui::LookupField {
   std::size_t told_ = 0;
 };
 
-/// A desktop, and a person at its widgets.
+/// A desktop, and a user of its widgets.
 class Desk {
  public:
   qt::QtDesktop desktop;
 
-  /// The widget of a control, as the class that it is drawn by.
+  /// The widget of a control, as the class that draws it.
   template <typename Widget = QWidget>
   [[nodiscard]] Widget& widget(const ui::Control& control) const {
     return dynamic_cast<Widget&>(*desktop.windowOf(control.form())->widgetOf(control));
   }
-  /// An entry of the menu, by the name of its control.
+  /// A menu entry, by the name of its control.
   [[nodiscard]] QAction* entry(const char* name, const ui::Form& shown) {
     return desktop.windowOf(shown)->findChild<QAction*>(QString::fromLatin1(name));
   }
@@ -83,32 +83,30 @@ class Desk {
   void click(const ui::Control& control) const { QTest::mouseClick(&widget(control), Qt::LeftButton); }
   static void settle() { QTest::qWait(1); }
 
-  /// Goes through a section of steps.txt: a control and what a person does at its widget, key by key | what
-  /// that shows then, and where the focus went | what is told. In angles stands a key that is no letter, and
-  /// what else a person or the program does: "<at x>" clicks the line x of a list, "<mark x>" the mark beside
-  /// a node.
+  /// Walks a section of steps.txt: a control and what a user does to its widget, key by key | what it shows
+  /// then, and where the focus went | what is told. Angle brackets contain named keys and other actions of
+  /// the user or the program: "<at x>" clicks the line x of a list, "<mark x>" the mark beside a node.
   void go(
       ui::Form& form, const std::string& section,
       const std::function<std::string()>& told = [] { return std::string(); }) const;
-  /// What the controls hold is what their widgets show, and whoever has the focus sees where he is.
+  /// Widgets show what the controls hold, and the focused one is visible.
   void expectShown(const ui::Form& form) const;
-  /// One step alone.
+  /// A single step.
   void act(ui::Form& form, const std::string& step) const;
-  /// A text with "^" where the caret stands, and ahead of it the language that the field tells; the rows of
-  /// an open list and the one that is picked; whether a button is on; the lines of a tree; which row is
-  /// selected.
+  /// A text with "^" at the caret, after the language that the field shows; the rows of an open list and the
+  /// picked one; whether a button is on; the lines of a tree; the selected row.
   [[nodiscard]] std::string seen(const ui::Control& control) const;
 };
 
-/// What a widget, or a part of it, shows, a dot for each of its own however many dots the screen has.
+/// What a widget, or a part of it, shows, one dot per device-independent pixel.
 [[nodiscard]] QImage painted(QWidget& widget, QRect part = {});
-/// Where something is painted in a part of a picture, whose corner shows the ground.
+/// Where something is painted in a part of a picture whose corner shows the background.
 [[nodiscard]] QRect ink(const QImage& picture, const QRect& part);
 
 /// Compares a description with tests/qt/screens/`name`.txt.
 void expectTable(const std::string& name, const std::string& description);
 
-/// A form of every kind of control, which says what happens to its buttons, lists and grid.
+/// A form with every kind of control, which records the events of its buttons, lists and grid.
 class Screen : public Desk {
  public:
   std::vector<std::string> failures;
@@ -141,11 +139,11 @@ class Screen : public Desk {
     ui::MenuEntry mnuNew{*this, "mnuNew", "جديد..."};
     ui::MenuEntry mnuMark{*this, "mnuMark", "مشاهده كد كامل حساب...", true, true};
     ui::MenuEntry mnuHidden{*this, "mnuHidden", "چاپ", false};
-    std::vector<std::string> said;  ///< the events in their order
+    std::vector<std::string> said;  ///< the events in order
     std::function<void()> onResized;
 
    private:
-    /// Says that a control was clicked.
+    /// Records a click on a control.
     std::function<void()> saying(const ui::Control& control) {
       return [this, &control] { said.push_back(control.name()); };
     }

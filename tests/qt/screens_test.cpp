@@ -26,7 +26,7 @@ namespace {
 
 using qt::fromQt;
 
-/// What a person finds of a control, told by the widget that draws it: " hidden disabled locked".
+/// A control's state as its widget shows it: " hidden disabled locked".
 std::string reachOf(const ui::Control& control, const qt::FormWindow& window) {
   const QWidget& widget = *window.widgetOf(control);
   const auto* date = dynamic_cast<const shell::DateField*>(&control);
@@ -95,7 +95,7 @@ struct Line {
   std::string text;
 };
 
-/// The controls of a frame, or of the form itself, as the eye meets them.
+/// The controls of a frame, or of the form itself, in reading order.
 void readBlock(const ui::Frame* frame, const std::string& indent, const qt::FormWindow& window,
                std::vector<Line>& lines) {
   std::vector<ui::Control*> inside;
@@ -125,10 +125,10 @@ std::string headOf(const ui::Form& form, qt::FormWindow& window) {
   return form.firstFocus() == nullptr ? text : text + " focus=" + form.firstFocus()->name();
 }
 
-/// A whole screen in words, as its widgets show it: the form, then a control a line, the content of a frame
-/// indented below it: kind name «caption» (spoken name, where it is another) [tooltip] what else is fixed
-/// @left,top,width,height. Behind that stand the keyboard's layout that the focus chooses, told by `layouts`,
-/// and the place in a larger form, where it is another. The buttons of the form do nothing any more.
+/// A whole screen in words, as its widgets show it: the form, then one control per line, with the contents of
+/// a frame indented: kind name «caption» (accessible name, if different) [tooltip] other fixed properties
+/// @left,top,width,height. Then the keyboard layout that the focus selects, reported by `layouts`, and the
+/// bounds in a larger form, if they differ. Disables the form's buttons.
 std::string described(ui::Form& form, std::vector<std::string>& layouts) {
   qt::QtDesktop desktop;
   qt::FormWindow window(form, desktop);
@@ -188,7 +188,7 @@ class Screens : public ::ledgertree::testing::TestHouse {
         database.number("select ID from tblAccount where Code = '" + code + "'"));
   }
   void expectScreen(ui::Form& screen) { expectTable(screen.name(), described(screen, desktop.layouts)); }
-  /// Looks at the screen that comes up next.
+  /// Describes the screen that opens next.
   void expectNext(const char* name) {
     desktop.inModal(name, [this](ui::Form& screen) { expectScreen(screen); });
   }
@@ -258,7 +258,7 @@ TEST_F(Screens, EachEntryOfTheMenuDoesItsOwn) {
       if (action->isChecked()) menu += " checked";
       menu += fromQt(action->shortcut().toString());
       action->trigger();
-      if (!shell.hasDtEn()) shell.resetDataConnection();  // it was the way out
+      if (!shell.hasDtEn()) shell.resetDataConnection();  // it was Exit
       menu += "\n";
       if (action->menu() != nullptr) read(*action->menu(), indent + " ");
     }
@@ -281,7 +281,7 @@ TEST_F(Screens, EachModeOffersWhatItNeeds) {
       note(fromQt(action->objectName()), action->isEnabled() ? "" : " disabled");
   };
   look("idle");
-  for (const char* code : {"103010101", "9"}) {  // with an entity class and without one
+  for (const char* code : {"103010101", "9"}) {  // with an entity class and without
     form->View(idOf(code));
     look("view");
     form->cmdEdit.click();
@@ -299,7 +299,7 @@ TEST_F(Screens, EachModeOffersWhatItNeeds) {
   expectTable("FormMain.modes", modes);
 }
 
-/// The lines of a tree as they are painted: the colour of each folder, and whether it bears the dark badge.
+/// The lines of a tree as painted: the colour of each folder, and whether it has the dark badge.
 std::string folders(qt::FormWindow& window, const ui::Tree& tree) {
   window.resize(1400, 900);
   const QImage screen = painted(window);

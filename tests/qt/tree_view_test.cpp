@@ -48,7 +48,7 @@ class TreeScreen : public Screen {
   [[nodiscard]] QModelIndex at(const char* key) const {
     return static_cast<qt::TreeModel*>(view->model())->indexOf(form->tree.find(key));
   }
-  /// The place of the mark that opens a node, on its right.
+  /// The position of a node's expander, on its right.
   [[nodiscard]] QPoint mark(const char* key) const {
     const QRect item = view->visualRect(at(key));
     return {item.right() + view->indentation() / 2, item.center().y()};
@@ -89,7 +89,7 @@ TEST(TreeView, ABranchIsReadWhenAPersonOpensIt) {
   const QPoint third = screen.view->visualRect(screen.at("r.3")).center();
   QTest::mouseClick(screen.view->viewport(), Qt::RightButton, {}, third);
   EXPECT_TRUE(screen.form->said.empty());
-  // The menu comes up where the button was pressed, and by its key at the row that is selected.
+  // The context menu opens at the mouse, or by keyboard at the selected row.
   screen.form->tree.onMenu = [&](ui::Twips left, ui::Twips top) {
     const double dots = screen.view->width() / static_cast<double>(screen.form->tree.bounds().width);
     const QPoint place(static_cast<int>(left * dots), static_cast<int>(top * dots));
@@ -119,7 +119,7 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   EXPECT_FALSE(screen.view->selectionModel()->hasSelection()) << "nobody chose its neighbour";
   tree.setImage(tree.find("r.2"), 6);
 
-  // A refresh: everything goes, and the tree stands there anew with numbers of nodes that are used again.
+  // A refresh: everything is removed, and the tree is built again with reused node numbers.
   {
     tree.remove(tree.find("r"));
     EXPECT_EQ(screen.seen(tree), "");
@@ -132,7 +132,7 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   tree.clear();
   EXPECT_EQ(screen.seen(tree), "");
 
-  // Put together anew, with others above: the rows in sight stay, and so does what is open and selected.
+  // Rebuilt with other nodes above: the visible rows, open nodes and selection stay.
   screen.width = 100;
   screen.addRoot();
   tree.select(tree.find("r.2"));

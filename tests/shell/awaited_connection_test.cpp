@@ -20,7 +20,7 @@ using testing::failureOf;
 constexpr int kRows = 1203;
 constexpr data::Procedure kProcedure{"spAny", {}};
 
-/// What the connections to one server have done, and the command about which it is silent.
+/// The history of the connections to one server, and the command that it doesn't answer.
 struct Server {
   std::mutex mutex;
   std::condition_variable changed;
@@ -83,7 +83,7 @@ class Awaited : public ::testing::Test {
     const std::lock_guard lock(server.mutex);
     return std::exchange(server.heard, "");
   }
-  /// How many rows a walk shows, whose visitor does something at one of them.
+  /// How many rows an iteration shows whose visitor does something at one of them.
   int walked(int at, const std::function<bool()>& does) {
     int shown = 0;
     connection.walk("select", [&](const data::Rows& row) {
@@ -110,7 +110,7 @@ TEST_F(Awaited, AWalkShowsItsRowsHereAndLetsOthersBetween) {
     EXPECT_TRUE(heard().ends_with("select behind; "));
   }
   EXPECT_EQ(server.made, 1);
-  // What is left between two rows takes the walk along.
+  // Anything left between two rows ends the iteration.
   server.keepSilentAbout("silent");
   const data::DataError left = failureOf([&] {
     return walked(3, [&] {

@@ -23,7 +23,7 @@ class LookupChart : public testing::TestHouse {
     sltAccount.setPickerConnection(database.connectionText());
     sltClass.setConnectionText(database.connectionText());
   }
-  /// Until the searches have their rows, which a server finds beside the screen.
+  /// Waits until the searches have their rows, which a server finds in the background.
   void settle() {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     for (;;) {
@@ -33,7 +33,7 @@ class LookupChart : public testing::TestHouse {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
   }
-  /// What the list shows for a text: codes and names, at most three.
+  /// What the list shows for a text: at most three codes and names.
   std::string found(ui::LookupField& field, const std::string& text) {
     field.type(text);
     settle();
@@ -103,9 +103,9 @@ TEST_F(LookupChart, ViewsOfTheHostAreTakenAsTheyAre) {
 }
 
 TEST_F(LookupChart, EveryAccountComesOnceAsOneScrolls) {
-  // Many of one code, as they stand in the middle of a recoding.
+  // Several with one code, as in the middle of a recoding.
   database.insertMany("tblAccount (Code, Title)", 1, 420, [](int i) {
-    // Those that hold 95 elsewhere come ahead of those that begin with it.
+    // Those that contain 95 elsewhere come before those that begin with it.
     const std::string code = i < 90    ? "195" + std::to_string(i)
                              : i > 320 ? std::to_string(91000 + i)
                                        : "9500";
@@ -142,7 +142,7 @@ TEST_F(LookupChart, AnAccountThatIsGoneStaysAsItsNumber) {
   EXPECT_EQ(sltAccount.AccountCode(),
             database.text("select Code from tblAccount where ID = " + std::to_string(id)));
   EXPECT_EQ(sltAccount.text(), sltAccount.AccountTitle());
-  // The whole code finds its account ahead of all that hold it, and Enter needs no look at the list.
+  // The whole code finds its account before all others that contain it, and Enter needs no look at the list.
   const std::string code = database.text("select Code from tblAccount where ParentID is null order by Code");
   sltAccount.type(code);
   sltAccount.press(Key::Enter);

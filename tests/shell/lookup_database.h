@@ -19,7 +19,7 @@
 
 namespace ledgertree::testing {
 
-/// Views in memory whose connection can break, and whose searches advance as slowly as a story wants.
+/// Views in memory whose connection can be cut, and whose searches run as slowly as a story wants.
 struct LookupDatabase {
   struct Row {
     int id;
@@ -27,12 +27,12 @@ struct LookupDatabase {
     std::string name;
   };
   std::map<std::string, std::vector<Row>, std::less<>> views;
-  std::size_t rowsOfSlice = 1000;  ///< the rows that one slice looks at
+  std::size_t rowsOfSlice = 1000;  ///< how many rows one slice reads
   bool broken = false;
   std::atomic<int> opened = 0;
   std::atomic<int> open = 0;
   std::vector<std::string> statements;
-  std::vector<std::string> searches;  ///< the text of each slice; those of a picker go by code
+  std::vector<std::string> searches;  ///< the text of each slice; those of a picker search by code
 };
 
 class LookupConnection : public data::Connection {

@@ -122,7 +122,7 @@ TEST_F(Lookup, LeavingTheFieldPicksWhatTheTextCanOnlyMean) {
     screen->cmdSave.focus();
     return field.text() + (field.unchosen() ? "!" : "");
   };
-  // Ahead of the first answer of the search: the whole code or name, in any letters, or the only hit.
+  // Before the search's first answer: the whole code or name, in any letters, or the only hit.
   const std::pair<const char*, const char*> texts[] = {
       {"20", "بدهي"},  {"۳۰ ", "دارایی ثابت"}, {"دارايي ثابت", "دارایی ثابت"},
       {"بده", "بدهي"}, {"دارا", "دارا!"},      {"0", "0!"},
@@ -167,7 +167,7 @@ TEST_F(Lookup, HitsArriveInSlicesAndANewerKeystrokeInterrupts) {
   EXPECT_EQ(group.highlighted(), 95);
   EXPECT_EQ(group.rows().back().id, 200);
 
-  // The first slices find something, and between two of them the person goes on typing.
+  // The first slices find something, and the user types on between two of them.
   database.searches.clear();
   group.type("ف");
   desktop.whenIdle([&] {
@@ -193,7 +193,7 @@ TEST_F(Lookup, LostConnectionIsOneNoticeAndTheNextUseConnectsAgain) {
 }
 
 TEST_F(Lookup, NothingDangles) {
-  // The form goes while a search waits, or by what its own pick sets off.
+  // The form is destroyed while a search waits, or by its own pick.
   database.rowsOfSlice = 1;
   screen->sltGroup.type("ب");
   screen.reset();

@@ -23,8 +23,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-/// A server somewhere: some words keep it at work for as long as the story wants, and some so that it doesn't
-/// even hear that they were given up.
+/// A remote server: some words keep it busy as long as the story wants, and some so that it doesn't even
+/// notice being cancelled.
 struct FarServer {
   std::mutex mutex;
   testing::LookupDatabase database;
@@ -34,7 +34,7 @@ struct FarServer {
   std::atomic<int> givenUp = 0;
   std::atomic<int> working = 0;
   std::atomic<int> rests = 0;
-  std::string intent;  ///< of the connection that was made last
+  std::string intent;  ///< of the last connection made
   std::set<std::thread::id> threads;
 };
 
@@ -93,7 +93,7 @@ class LookupBeside : public ::testing::Test {
   }
   ~LookupBeside() override { server.ended = true; }
 
-  /// Time passes on the screen until something is so.
+  /// Lets time pass on the screen until a condition holds.
   bool comes(const std::function<bool()>& thing) {
     const auto end = steady_clock::now() + std::chrono::seconds(20);
     while (!thing() && steady_clock::now() < end) {
@@ -123,7 +123,8 @@ TEST_F(LookupBeside, ANewerKeystrokeEndsWhatTheServerIsAt) {
     ASSERT_TRUE(comes([&] { return shows(id); }));
   }
   EXPECT_LE(server.database.open, LookupThread::kMostThreads) << "a connection serves many questions";
-  // A server that heeds needs no second connection, unless the machine lets its thread wait for too long.
+  // A server that responds to cancelling needs no second connection, unless its thread has to wait for the
+  // machine.
   int rounds = 0;
   std::size_t before = 0;
   do {

@@ -11,7 +11,7 @@
 namespace ledgertree::shell {
 namespace {
 
-/// The notice component writes down what is asked of it, and answers as the story wants.
+/// The notice component: it records what is asked of it, and answers as the story wants.
 class Notices : public ::testing::Test {
  protected:
   Notices() {
@@ -64,13 +64,13 @@ TEST_F(Notices, WhatCantBeShownIsNoAnswerAndNoFailure) {
 TEST_F(Notices, AFailureIsToldAndThePointerIsAnArrowAgain) {
   {
     const Hourglass hourglass(desktop);
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Hourglass);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Hourglass);
     shell.reportFailure(std::runtime_error("خراب"));
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     EXPECT_TRUE(asked.starts_with("made FormTitle=خطا FormMessage=خراب FormType=0 ")) << asked;
     desktop.setCursor(ui::CursorShape::Hourglass);
   }
-  EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+  EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
 }
 
 TEST_F(Notices, TheClockIsThatOfThePlace) {

@@ -65,7 +65,7 @@ void ScriptedDesktop::takeOff(ui::Form& form) {
 }
 
 void ScriptedDesktop::show(ui::Form& form) {
-  if (refusal != 0) throw ui::DesktopError(refusal, "the host takes no form that isn't modal");
+  if (refusal != 0) throw ui::DesktopError(refusal, "the host accepts only modal forms");
   showings.push_back(form.name());
   bringUp(form);
 }
@@ -99,7 +99,7 @@ void ScriptedDesktop::popUpMenu(ui::Form&, ui::MenuEntry& menu, ui::Twips left, 
 }
 
 void ScriptedDesktop::setCursor(ui::CursorShape shape) {
-  pointer = shape;
+  cursor = shape;
   if (shape == ui::CursorShape::Hourglass) ++hourglasses;
 }
 

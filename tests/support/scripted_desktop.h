@@ -37,7 +37,7 @@ class ScriptedDesktop : public ui::Desktop {
   void hide(ui::Form& form) override;
   void popUpMenu(ui::Form& form, ui::MenuEntry& menu, ui::Twips left, ui::Twips top) override;
   void copyText(std::string_view text) override { copied = text; }
-  void setCursor(ui::CursorShape pointer) override;
+  void setCursor(ui::CursorShape shape) override;
   void moveFocus(ui::Control& control) override;
   void repaint(ui::Form& form) override;
   [[nodiscard]] bool repaintAndHearEscape(ui::Form& form) override {
@@ -58,7 +58,7 @@ class ScriptedDesktop : public ui::Desktop {
   int refusal = 0;
   int version = 5;
   std::chrono::seconds patience{0};
-  ui::CursorShape pointer = ui::CursorShape::Default;
+  ui::CursorShape cursor = ui::CursorShape::Default;
   int hourglasses = 0;
   int repaints = 0;
   std::vector<std::string> layouts;

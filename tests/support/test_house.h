@@ -33,7 +33,7 @@ class TestHouse : public ::testing::Test {
       for (const data::RecordHandle* handle : shell.dtEn()->handles())
         EXPECT_EQ(handle->State(), 0) << handle->name() << " was left open";
     }
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     EXPECT_EQ(desktop.surprises(), std::vector<std::string>());
   }
 

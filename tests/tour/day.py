@@ -1,4 +1,4 @@
-"""An accountant's day on the chart of accounts. The morning needs no mouse; pictures are taken on the way.
+"""An accountant's day on the chart of accounts. The morning needs no mouse; pictures are taken along the way.
 
 day.py <demo host> <folder>   on a display, within a session bus; run.sh gives both.
 """
@@ -31,7 +31,7 @@ def find_accounts(desk):
     desk.key("Return")
     desk.shows("کد حساب مادر", "101")
     desk.key("ctrl+f")
-    desk.type("ارزی حساب های")  # the title has a joiner where people type a blank
+    desk.type("ارزی حساب های")  # the title has a joiner, where people type a space
     desk.picture("find-words")
     desk.key("Return")
     desk.shows("کد", "03")
@@ -90,7 +90,7 @@ def keep_accounts(desk):
 
 
 def keep_what_left_the_lists(desk):
-    """The host took the branch, the cost centre and the group of the account that is shown off its lists."""
+    """The host has removed the branch, the cost centre and the group of the shown account from its lists."""
     stored = "select BranchID, PositionID, GroupID, Notes from tblAccount where Code = '10106'"
     desk.books.execute("update tblAccount set BranchID = 778, PositionID = 777, GroupID = 779 where Code = '10106'")
     desk.books.commit()
@@ -175,7 +175,7 @@ def keep_periods(desk):
 
 
 def delete_by_keys(desk):
-    """An arrow key and a command right behind it: what goes is what is highlighted."""
+    """An arrow key and a command right after it: the highlighted account is deleted."""
     desk.books.executemany("insert into tblAccount (Code, Title) values (?, ?)", [("01", "یک"), ("02", "دو")])
     desk.books.commit()
     desk.key("F5")
@@ -244,7 +244,7 @@ def keep_centres(desk):
 
 
 def afternoon(desk):
-    """Classes and objects, where an account may have several; with the mouse where one would take it."""
+    """Classes and objects, if an account may have several; with the mouse where people would use it."""
     desk.click_row(desk.find("درخت حسابها"), "5 ... حقوق مالکانه")
     desk.shows("کد", "5")
     desk.click("نوع موجوديت", "push button")
@@ -299,7 +299,7 @@ def main(host, folder):
         afternoon(desk)
         desk.leave()
 
-        # Who may not see the chart is told so, and the program ends.
+        # A user who may not see the chart is told so, and the program ends.
         desk.open(host, chart, "--user", "3", title="خطا")
         desk.press("تاييد")
         desk.leave()

@@ -1,7 +1,7 @@
 """A desk with a screen, a keyboard, a mouse and a screen reader, for the real program on a real X server.
 
-What is on the screen is asked of the accessibility bus, as a screen reader asks it: a control is found by its name and
-its role, and clicked where it says that it stands. Nothing is told to the program but keys and clicks.
+The contents of the screen are read over the accessibility bus, as a screen reader does: a control is found by its name
+and role, and clicked at the position that it reports. The program receives nothing but keys and clicks.
 """
 
 import os
@@ -16,13 +16,13 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 MAIN = "سرفصل حسابها"
-PATIENCE = 40  # seconds that a busy machine gets for one answer
+PATIENCE = 40  # seconds that a busy machine has for one answer
 SHOWING, FOCUSED, FOCUSABLE = Atspi.StateType.SHOWING, Atspi.StateType.FOCUSED, Atspi.StateType.FOCUSABLE
 ENABLED, CHECKED, EXPANDED = Atspi.StateType.ENABLED, Atspi.StateType.CHECKED, Atspi.StateType.EXPANDED
 LISTS = ("tree", "table", "list", "tree table")
 ROWS = ("table cell", "list item", "tree item")
 INTERACTIVE = ("push button", "text", "check box", "radio button", "combo box", "menu item", *LISTS)
-#: Persian letters by the keys of a Latin keyboard: the field that has the focus writes Persian by itself.
+#: Persian letters by the keys of a Latin keyboard: the focused field converts them.
 LETTERS = str.maketrans("ضصثقفغعهخحجچشسیبلاتنمکگظطزرذدپوژ", "qwertyuiop[]asdfghjkl;'zxcvbnm,C")
 
 
@@ -31,13 +31,13 @@ class Missed(AssertionError):
 
 
 def until(what, test):
-    """Waits for a condition, and gives what it gave."""
+    """Waits for a condition, and returns its value."""
     end = time.monotonic() + PATIENCE
     while True:
         try:
             if found := test():
                 return found
-        except GLib.Error:  # a control that went while it was asked
+        except GLib.Error:  # a control that was destroyed meanwhile
             pass
         if time.monotonic() > end:
             raise Missed(f"waited {PATIENCE} s for: {what}")
@@ -45,7 +45,7 @@ def until(what, test):
 
 
 def walk(top, hidden=False):
-    """A control and all that is below it; of what isn't on the screen only where it is asked for."""
+    """A control and all its descendants; hidden ones only on request."""
     waiting = [top]
     while waiting:
         control = waiting.pop()
@@ -67,9 +67,9 @@ def place(control):
 
 
 def chart_in(host, folder):
-    """Makes the folder anew, with the demo chart in it."""
+    """Recreates the folder, with the demo chart in it."""
     shutil.rmtree(folder, ignore_errors=True)
-    os.makedirs(f"{folder}/none")  # the settings of nobody
+    os.makedirs(f"{folder}/none")  # empty settings
     subprocess.run([host, "--chart", f"{folder}/chart.db", "--pictures", f"{folder}/none"], check=True,
                    stdout=subprocess.DEVNULL, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
     return f"{folder}/chart.db"
@@ -99,7 +99,7 @@ class Desk:
         return self.window(title)
 
     def leave(self):
-        """The program has to have ended by itself, in order."""
+        """The program must have exited by itself, without an error."""
         status = self.program.wait(PATIENCE)
         assert status == 0, f"the program ended with {status}"
 
@@ -116,7 +116,7 @@ class Desk:
                     process.terminate()
                     process.wait()
 
-    # What is on the screen.
+    # The contents of the screen.
 
     def windows(self):
         assert self.program.poll() is None, "the program has ended"
@@ -127,10 +127,10 @@ class Desk:
         return [top for top in tops if top and has(top, SHOWING)]
 
     def window(self, title):
-        """Turns to the window of a title, when it has come and has the focus somewhere in it."""
+        """Waits for the window with a title to have the focus, and works on it from then on."""
         self.top = until(f"the window {title}", lambda: next((w for w in self.windows() if w.get_name() == title), None))
         assert self.top.get_role_name() in ("frame", "dialog"), f"{title} is called a {self.top.get_role_name()}"
-        # A form has all its controls from the start, so that one walk knows them; only branches and rows come and go.
+        # A form has all its controls from the start, so one walk finds them; only branches and rows come and go.
         self.controls = [c for c in walk(self.top, hidden=True) if c.get_role_name() not in ROWS]
         self.known = {}
         for control in self.controls:
@@ -144,7 +144,7 @@ class Desk:
         self.window(back)
 
     def audit(self, title):
-        """Nobody who only hears the screen meets a control without a name."""
+        """Every control has a name for those who only hear the screen."""
         dumb = [c for c in self.controls if (c in self.stops or c.get_role_name() in INTERACTIVE) and
                 not c.get_name() and has(c, SHOWING)]
         assert not dumb, f"{title}: no name on {[(c.get_role_name(), place(c)) for c in dumb]}"
@@ -164,7 +164,7 @@ class Desk:
         button = self.find(name, "radio button")
         until(f"the mark of {name}", lambda: has(button, CHECKED))
 
-    # What a person does.
+    # User actions.
 
     def key(self, *chords):
         self.run("xdotool", "key", "--delay", "15", *chords)
@@ -185,7 +185,7 @@ class Desk:
         self.run("xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "click", "1")
 
     def go(self, name):
-        """Goes to a control with the Tab key alone."""
+        """Moves to a control using only the Tab key."""
         for _ in range(60):
             here = until("the focus", self.focused)
             if here.get_name() == name:
@@ -195,20 +195,20 @@ class Desk:
         raise Missed(f"Tab never came to {name}")
 
     def press(self, name):
-        """Presses a button with the keyboard alone."""
+        """Presses a button using only the keyboard."""
         button = self.find(name)
         until(f"{name} in reach", lambda: has(button, ENABLED))
         self.go(name)
         self.key("space")
 
     def pick(self, name, text):
-        """Finds a row in a look-up by typing, and takes the first hit."""
+        """Finds a row in a look-up by typing, and picks the first hit."""
         self.go(name)
         self.type(text)
         self.key("Return")
 
     def choose(self, menu, entry, *keys):
-        """Opens a menu by its keys, and goes down to an entry. Only the bar tells what is in a menu that is closed."""
+        """Opens a menu with the keyboard, and moves down to an entry. Only the bar reports the entries of a closed menu."""
         entries = self.find(menu, "menu item").get_child_at_index(0)
         names = [e.get_name() for e in map(entries.get_child_at_index, range(entries.get_child_count())) if has(e, ENABLED)]
         before = self.on_top()
@@ -226,7 +226,7 @@ class Desk:
             self.picture(picture)
         self.press(button)
 
-    # What came of it.
+    # The results.
 
     def row(self, statement, *values):
         return self.books.execute(statement, values).fetchone()
@@ -238,5 +238,5 @@ class Desk:
     def picture(self, name, look=True):
         if look:
             self.audit(name)
-        time.sleep(0.15)  # the last paint is on its way
+        time.sleep(0.15)  # the last repaint may be pending
         self.run("import", "-window", "root", "+dither", "-colors", "255", f"{self.pictures}/{name}.png")

@@ -1,4 +1,4 @@
-"""The screens where a screen is small, letters are large, pixels are many or the desktop is dark.
+"""The screens on a small display, with large letters, at a high resolution or on a dark desktop.
 
 looks.py <demo host> <folder>   as day.py
 """
@@ -9,7 +9,7 @@ import sys
 from desk import EXPANDED, Desk, chart_in, has, place, until, walk
 
 COLOURS = {"light": ("250,250,250", "20,20,20"), "dark": ("30,30,34", "235,235,235")}
-#: The screen of the X server, the size of the letters and the colours that the desktop gives, the factor of the pixels.
+#: The number of the X server's screen, the desktop's font size and colours, and the scale factor.
 LOOKS = {"small": (1, 9, "light", 1), "large-letters": (0, 18, "light", 1), "many-pixels": (2, 9, "light", 2),
          "light": (0, 9, "light", 1), "dark": (0, 9, "dark", 1)}
 
@@ -25,7 +25,7 @@ def theme(folder, letters, colours):
 
 
 def draw_one_row_picked(desk, look):
-    """A row that was come to by a key looks as it does when the whole tree was drawn anew."""
+    """A row selected by keyboard looks the same after the whole tree is redrawn."""
     tree, pictures = desk.focused(), []
 
     def keep(way):
@@ -58,7 +58,7 @@ def look(host, folder, name):
         desk.go("توضيحات")
         left, top, across, down = place(desk.top)
         seen = []
-        while (here := until("the focus", desk.focused)) not in seen:  # the focus is never where nobody sees it
+        while (here := until("the focus", desk.focused)) not in seen:  # the focus is never out of sight
             seen.append(here)
             x, y, width, height = place(here)
             assert left <= x and top <= y and x + width <= left + across and y + height <= top + down, \

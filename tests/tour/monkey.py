@@ -1,7 +1,7 @@
-"""Random keys and clicks on the real window: whatever they meet, the program stays in order and the books stay true.
+"""Random keys and clicks on the real window: whatever they hit, the program survives and the chart stays sound.
 
-monkey.py <demo host> <folder>   as day.py; LEDGERTREE_MONKEY_SECONDS says for how long (an hour in a long run),
-LEDGERTREE_MONKEY_SEED which keys and clicks, LEDGERTREE_MONKEY_MEMORY=0 that memory isn't looked at (under a sanitizer)
+monkey.py <demo host> <folder>   as day.py; LEDGERTREE_MONKEY_SECONDS sets the duration (an hour in a long run),
+LEDGERTREE_MONKEY_SEED the keys and clicks; LEDGERTREE_MONKEY_MEMORY=0 skips the check of memory (under a sanitizer)
 """
 
 import os
@@ -19,7 +19,7 @@ MOVES = ["Tab", "shift+Tab", "Up", "Down", "Left", "Right", "Home", "End", "Prio
 ACTS = ["Return", "Return", "space", "Escape", "Delete", "BackSpace"]
 LETTERS = [*"abcdghklmpst", *"0123456789", "period", "slash", "apostrophe", "percent"]
 KEYS = [(COMMANDS, 3), (MOVES, 6), (ACTS, 4), (LETTERS, 5)]
-SAMPLES = 12  # of the memory, in each of the two stretches that are compared
+SAMPLES = 12  # of the memory, in each of the two periods that are compared
 
 
 def setting(name, usual):
@@ -29,7 +29,7 @@ def setting(name, usual):
 class Monkey:
     def __init__(self, desk, host, chart, dice, said):
         self.desk, self.dice, self.said = desk, dice, said
-        # A question for a file leads out of the folder, where nobody may click at random.
+        # A file dialog leads out of the folder, where random clicks are dangerous.
         self.command = [host, "--chart", chart, "--no-export"]
         self.schema = [f"{os.path.dirname(host)}/ledgertree-schema", "--check", f"Provider=SQLite;Data Source={chart}"]
         self.starts = self.acts = 0
@@ -42,7 +42,7 @@ class Monkey:
         self.memory = []
 
     def in_order(self):
-        """Whether the program goes on; who left it by its own ways left it in order."""
+        """Whether the program still runs; if it was left through its own commands, it exited without an error."""
         status = self.desk.program.poll()
         assert status in (None, 0), f"the program ended with {status}"
         self.said.flush()
@@ -51,14 +51,14 @@ class Monkey:
         return status is None
 
     def window(self):
-        """Left, top, width and height of the window that has the keys; nothing where there is none."""
+        """Left, top, width and height of the focused window; None if there is none."""
         found = subprocess.run(["xdotool", "getactivewindow", "getwindowgeometry", "--shell"], env=self.desk.environment,
                                capture_output=True, text=True).stdout
         place = dict(line.split("=") for line in found.split() if "=" in line)
         return [int(place[name]) for name in ("X", "Y", "WIDTH", "HEIGHT")] if "HEIGHT" in place else None
 
     def some(self):
-        """A handful of acts, as one call of the hand."""
+        """A few actions, in a single call of xdotool."""
         place, acts = self.window(), []
         for _ in range(self.dice.randint(5, 25)):
             if place is None or self.dice.random() < 0.75:
@@ -80,7 +80,7 @@ class Monkey:
             return
         early, late = (statistics.median(part) for part in
                        (self.memory[SAMPLES:2 * SAMPLES], self.memory[-SAMPLES:]))
-        # The guide with its pictures, and each screen at its first opening, take some 40 MB once.
+        # The guide with its pictures, and each screen when first opened, take some 40 MB once.
         assert late < early * 1.1 + 48, f"memory grows: {early} MB, then {late} MB"
 
     def run(self, seconds):
@@ -94,7 +94,7 @@ class Monkey:
                 self.weigh()
 
     def leave(self):
-        """Out of whatever is open, without saving."""
+        """Leaves whatever is open, without saving."""
         end = time.monotonic() + PATIENCE
         while self.in_order():
             assert time.monotonic() < end, "the program can't be left"

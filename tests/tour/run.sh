@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# run.sh <command>... <folder>: gives a tour a display of its own with three screens, a session bus and a folder; all
-# end with it, and only the pictures go to the folder that is named. So two tours don't disturb one another.
+# run.sh <command>... <folder>: runs a tour with its own display of three screens, session bus and scratch folder. They
+# are removed afterwards, and only the pictures are copied to <folder>, so that two tours don't interfere.
 set -euo pipefail
 scratch=$(mktemp -d)
 numbers=$scratch/numbers

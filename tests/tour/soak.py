@@ -1,6 +1,6 @@
-"""Hundreds of recodings and batch deletions by keys, in one program that goes on through all of them.
+"""Hundreds of recodings and batch deletions by keyboard, in a single run of the program.
 
-soak.py <demo host> <folder>   as day.py; LEDGERTREE_SOAK_ROUNDS says how many of each, else only a long run has any
+soak.py <demo host> <folder>   as day.py; LEDGERTREE_SOAK_ROUNDS sets the number of each; the default is 0 except in a long run
 """
 
 import os
@@ -21,14 +21,14 @@ def rounds():
 
 
 def whole(books):
-    """Every row of every table; what was given away once isn't given again, and that alone may differ."""
+    """Every row of every table; only the numbers already handed out, which are never reused, may differ."""
     tables = [name for name, in books.execute("select name from sqlite_master where type = 'table'")]
     return {table: sorted(books.execute(f"select * from {table}"), key=repr)
             for table in tables if table != "sqlite_sequence"}
 
 
 def grow(books, dice, count):
-    """Branches of their own behind the demo chart: three levels, with all that may belong to an account."""
+    """Branches added after the demo chart: three levels, with everything that an account can have."""
     def account(parent, code, title):
         one = books.execute("insert into tblAccount (ParentID, Code, Title) values (?, ?, ?)", (parent, code, title))
         books.execute("insert into tblAccountRelatedObjects values (?, 1, 3, 14)", (one.lastrowid,))
@@ -54,7 +54,7 @@ class Round:
             "select ID, Code, Title from tblAccount where ParentID is null order by Code desc limit 1")
 
     def stand(self, below):
-        """Stands on the branch, or opens it and stands on an account below, which the record shows then."""
+        """Selects the branch, or opens it and selects an account in it, which the record then shows."""
         tree = self.desk.go(TREE)
         self.desk.key("End")
         self.desk.shows("کد", self.code)
@@ -100,7 +100,7 @@ class Round:
         self.leave(BATCH)
 
     def be_refused(self):
-        """One of those below is in a document, so that all of them stay."""
+        """One of the accounts below is in a document, so none is deleted."""
         books, below = self.desk.books, "select ChildID from tblAccountParent where ID = ? order by ChildID"
         accounts = books.execute(below, (self.mother,)).fetchall()
         row = books.execute("insert into tblAccountDocumentDetail (DocumentID, AccountID) values (1, ?)",

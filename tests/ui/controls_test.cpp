@@ -53,7 +53,7 @@ TEST_F(ToolkitStory, ALevelOfTheTreeIsToldAsOne) {
   EXPECT_THROW(tree.add(root, "last", "دوباره"), std::invalid_argument);
   const ui::NodeId fifth = tree.find("n5");
   tree.remove(fifth);
-  EXPECT_EQ(tree.place(tree.find("n6")), 6U);
+  EXPECT_EQ(tree.indexOf(tree.find("n6")), 6U);
   EXPECT_EQ(tree.count(), 202U);
   EXPECT_THROW(static_cast<void>(tree.text(fifth)), std::out_of_range);
 }

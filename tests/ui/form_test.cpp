@@ -77,7 +77,7 @@ TEST_F(FormStory, AFormKnowsItsControlsAndFocus) {
   form->cmdOk.focus();
   EXPECT_EQ(heard, "+text -text +cmdOk ");
   EXPECT_TRUE(form->cmdOk.hasFocus() && !form->text.hasFocus());
-  // Whoever loses the focus may take it elsewhere: then nobody is told that it came.
+  // A control that loses the focus may move it elsewhere: then no gain is reported.
   form->cmdOk.onLostFocus = [&] { form->alone.focus(); };
   form->text.focus();
   EXPECT_EQ(form->focused(), &form->alone);
@@ -90,7 +90,7 @@ TEST_F(FormStory, AFormKnowsItsControlsAndFocus) {
   EXPECT_EQ(form->find("guest"), nullptr);
   EXPECT_EQ(form->focused(), nullptr);
 
-  // A tick in the middle of a procedure is dropped.
+  // A tick during a procedure is dropped.
   int ticks = 0;
   form->timer.onTick = [&] { ++ticks; };
   form->cmdOk.onClick = [&] { form->timer.tick(); };

@@ -28,7 +28,7 @@ class LookupFieldStory : public FormStory {
                   [this] { return std::exchange(told, {}) + std::exchange(field.wishes, {}); }};
 
  private:
-  /// The row of a name; its ID is the place of its first letter, "a" being 7.
+  /// The row with a name; its ID is the position of its first letter, "a" being 7.
   static ui::LookupRow rowOf(const std::string& name) {
     return name.empty() ? ui::LookupRow() : ui::LookupRow{name[0] - 'a' + 7, name, ""};
   }

@@ -22,7 +22,7 @@
 
 namespace ledgertree::testing {
 
-/// A look-up that writes down its wishes; the story answers them.
+/// A look-up that records its requests; the story answers them.
 class WishingField : public ui::LookupField {
  public:
   using LookupField::hold;
@@ -33,7 +33,7 @@ class WishingField : public ui::LookupField {
   using LookupField::showRows;
   [[nodiscard]] int id() const { return held().id; }
   std::string wishes;
-  ui::LookupRow one;  ///< what a text means
+  ui::LookupRow one;  ///< the row that a text means
 
  private:
   void wishSearch(const std::string& text) override { wishes += "search<" + text + "> "; }
@@ -77,7 +77,7 @@ class SmallForm : public ui::Form {
   void resized() override { ++resizes; }
 };
 
-/// A person at the form, or the program that it belongs to; whoever draws the form hears of what changes.
+/// A user of the form, or its program; the observer hears of the changes.
 class FormStory : public ::testing::Test, protected ui::FormObserver {
  protected:
   FormStory() { desktop.show(*form); }
@@ -85,7 +85,7 @@ class FormStory : public ::testing::Test, protected ui::FormObserver {
   void controlChanged(ui::Control& control, ui::Change change) override;
   void treeChanged(ui::Tree& tree, const ui::TreeChange& change) override;
   void formChanged(ui::FormChange change) override;
-  void timerChanged(ui::Timer& timer) override { told += timer.name() + " "; }
+  void timerRestarted(ui::Timer& timer) override { told += timer.name() + " "; }
 
   ScriptedDesktop desktop;
   std::string told;
@@ -95,8 +95,8 @@ class FormStory : public ::testing::Test, protected ui::FormObserver {
   std::optional<SmallForm> form{std::in_place, surroundings};
 };
 
-/// A step names a control, then a key or what else is done to it. Seen is the control; told are its changes
-/// and its events in their order, and what is refused.
+/// A step names a control, then a key or another action. Seen is the control; told are its changes and its
+/// events in order, and what is rejected.
 class ToolkitStory : public FormStory {
  protected:
   ToolkitStory();
@@ -111,7 +111,7 @@ class ToolkitStory : public FormStory {
   void act(const std::string& name, const std::string& doing);
   [[nodiscard]] std::string seen(const ui::Control* control) const;
 
-  /// By the control and what is done to it, "list add", or by the latter alone.
+  /// By the control and the action, "list add", or by the action alone.
   std::map<std::string, std::function<void(const std::string& about)>> acts_;
   std::map<std::string, std::function<void(ui::Control&, const std::string& about)>> common_;
 };

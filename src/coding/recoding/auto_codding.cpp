@@ -89,9 +89,8 @@ void frmAutoCodding::loadControls() {
 }
 
 void frmAutoCodding::listen() {
-  const auto typePersian = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
-  klmMotherAcc.onGotFocus = typePersian;
-  txtSimpleCode.onGotFocus = typePersian;
+  shell_.switchLayoutAt(klmMotherAcc);
+  shell_.switchLayoutAt(txtSimpleCode);
   klmMotherAcc.onAccountChange = [this] { txtMotherCode.setText(klmMotherAcc.AccountCode()); };
   txtSimpleCode.onKeyPress = [](ui::KeyPress& key) {
     const bool passes =

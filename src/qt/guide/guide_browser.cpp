@@ -10,8 +10,7 @@
 
 #include "qt/guide/guide_window.h"
 
-/// Resources of a static library are known when they are asked for; not in a namespace, by the macro's
-/// nature.
+/// The resources of a static library have to be initialised. The macro doesn't work inside a namespace.
 static void makeGuideKnown() { Q_INIT_RESOURCE(guide); }
 
 namespace ledgertree::qt {
@@ -20,7 +19,7 @@ namespace {
 
 constexpr const char* kFolder = ":/ledgertree/guide/";
 
-/// The pattern of a text as a person means it.
+/// The pattern that finds a text as the user means it.
 QRegularExpression patternOf(const QString& text) {
   QString pattern;
   for (const QChar unit : text.simplified()) {
@@ -47,7 +46,7 @@ GuideBrowser::GuideBrowser(QWidget& parent) : QTextBrowser(&parent) {
   makeGuideKnown();
   setOpenLinks(false);
   setFrameShape(QFrame::NoFrame);
-  // Lines break at the width; the borders of a table stand out by a point, which is nothing to scroll to.
+  // Lines wrap at the width; table borders stick out by a pixel, which isn't worth a scroll bar.
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   document()->setDocumentMargin(fontMetrics().height());
   readGuide();
@@ -57,7 +56,7 @@ GuideBrowser::GuideBrowser(QWidget& parent) : QTextBrowser(&parent) {
 void GuideBrowser::readGuide() {
   QFile file(QString(kFolder) + "guide-fa.md");
   if (!file.open(QIODevice::ReadOnly)) return;
-  // The marks of other viewers (the direction, the names of headings) are no text here.
+  // Marks for other viewers (the direction, the names of headings) aren't text here.
   static const QRegularExpression name("^<a id=\"([^\"]+)\"></a>$");
   QStringList lines;
   QStringList names;
@@ -66,7 +65,7 @@ void GuideBrowser::readGuide() {
     if (const auto match = name.match(line); match.hasMatch()) {
       names += match.captured(1);
     } else if (line.startsWith('|')) {
-      // Columns are laid out from the left: what stands first goes to the end.
+      // Columns are laid out from left to right, so the first one goes last.
       QStringList cells = line.split('|');
       std::reverse(cells.begin(), cells.end());
       lines += cells.join('|');
@@ -109,7 +108,7 @@ void GuideBrowser::layOut(QTextTable& table) {
   format.setBorder(1);
   format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
   format.setBorderBrush(QColor(0xB8, 0xC6, 0xD8));
-  // A short name beside what it means; or, from the right, a message, its cause and what to do.
+  // A short name next to its meaning; or, from the right, a message, its cause and the remedy.
   const QList<int> shares = table.columns() == 2 ? QList{70, 30} : QList{30, 28, 42};
   QList<QTextLength> widths;
   for (const int share : shares) widths += QTextLength(QTextLength::PercentageLength, share);
@@ -137,7 +136,7 @@ void GuideBrowser::scrollTo(int position) {
 }
 
 void GuideBrowser::scrollTo(const QTextBlock& block) {
-  // All of it has its place only when the whole layout is there.
+  // Positions are right only once the entire layout is done.
   static_cast<void>(document()->documentLayout()->documentSize());
   verticalScrollBar()->setValue(
       static_cast<int>(document()->documentLayout()->blockBoundingRect(block).top()));
@@ -154,7 +153,7 @@ bool GuideBrowser::search(const QString& text, bool backwards) {
   }
   if (found.isNull()) return false;
   setTextCursor(found);
-  // With what stands around it, not at an edge.
+  // With some context, not at the edge of the view.
   QScrollBar& bar = *verticalScrollBar();
   const QRect place = cursorRect();
   if (place.top() < 0 || place.bottom() > viewport()->height() * 2 / 3)

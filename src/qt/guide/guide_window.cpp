@@ -33,8 +33,8 @@ QWidget* widgetOf(const QWindow* window) {
   return found == widgets.end() ? nullptr : *found;
 }
 
-/// The names that may have a section of their own, the narrowest first: what has the focus, the frames around
-/// it, the screen.
+/// The names that may have a section of their own, the most specific first: the focused widget, the frames
+/// around it, the screen.
 QStringList sectionsFor(const QWidget& screen) {
   QStringList names;
   for (const QWidget* widget = screen.focusWidget(); widget != nullptr && widget != &screen;
@@ -44,8 +44,8 @@ QStringList sectionsFor(const QWidget& screen) {
   return names += screen.objectName();
 }
 
-/// Listens for F1 at the screens that offer the guide, behind what is in them. In a host's window the same
-/// key may be a command of the host: the focus decides.
+/// Handles F1 for the screens that offer the guide, after the widgets in them. In a host's window the same
+/// key may be a command of the host, so the focus decides.
 class GuideKey : public QObject {
  public:
   using QObject::QObject;
@@ -73,11 +73,11 @@ void installGuide() {
   qApp->installEventFilter(key);
 }
 
-GuideWindow* GuideWindow::standing() { return openGuide(); }
+GuideWindow* GuideWindow::current() { return openGuide(); }
 
 GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QListWidget), search_(nullptr) {
   setAttribute(Qt::WA_DeleteOnClose);
-  // The application ends with its screens, whether the guide is still open or not.
+  // The application ends with its screens, even if the guide is still open.
   setAttribute(Qt::WA_QuitOnClose, false);
   setObjectName("GuideWindow");
   setWindowTitle(QString::fromUtf8("راهنماي سرفصل حسابها"));
@@ -95,7 +95,7 @@ GuideWindow::GuideWindow() : text_(new GuideBrowser(*this)), contents_(new QList
   fillContents();
   layOut();
   dress(*this);
-  static_cast<void>(winId());  // makes the native window, which stands above others
+  static_cast<void>(winId());  // creates the native window, which stays above others
 }
 
 void GuideWindow::makeSearchLine() {
@@ -104,7 +104,7 @@ void GuideWindow::makeSearchLine() {
   search_->setPlaceholderText(QString::fromUtf8("جستجو در راهنما (Ctrl+F)"));
   search_->setAccessibleName(QString::fromUtf8("جستجو در راهنما"));
   search_->setClearButtonEnabled(true);
-  // The keys of a Latin keyboard write Persian here as they do on the screens.
+  // The keys of a Latin keyboard write Persian here, as on the screens.
   line->typist.characters = [](const QKeyEvent& key) {
     return typedCharacters(key, KeyboardLayout::Persian);
   };
@@ -160,7 +160,7 @@ void GuideWindow::open(QWidget& asker, const QStringList& sections, const QStrin
     guide->focus_ = QApplication::focusWidget();
   }
   guide->standAbove(*asker.window());
-  // The windowing system is told whom it stands above when it is put up.
+  // The windowing system has to know the window's owner before it is shown.
   guide->hide();
   guide->show();
   guide->raise();
@@ -227,18 +227,18 @@ void GuideWindow::closeEvent(QCloseEvent* event) {
     focus_->setFocus(Qt::ActiveWindowFocusReason);
 }
 
-// Whom it stands above.
+// The window that the guide stays above.
 
 void GuideWindow::standAbove(QWidget& window) {
   if (&window == this) return;
   if (!above_.isNull()) above_->removeEventFilter(this);
-  // What came up while the guide was in front would stand above it, and each above the other.
+  // A window that was opened while the guide was in front stays above it: the two would be above each other.
   if (window.windowHandle()->transientParent() == windowHandle() && !above_.isNull())
     window.windowHandle()->setTransientParent(above_->windowHandle());
   above_ = &window;
   above_->installEventFilter(this);
   if (QWidget* focus = window.focusWidget(); focus != nullptr) focus_ = focus;
-  // A window that stands above a modal one isn't blocked by it.
+  // A window owned by a modal one isn't blocked by it.
   windowHandle()->setTransientParent(window.windowHandle());
 }
 
@@ -259,7 +259,7 @@ void GuideWindow::standAboveNext() {
 
 bool GuideWindow::event(QEvent* event) {
   const bool handled = QWidget::event(event);
-  // A modal screen or a message came up: the guide goes on being readable beside it.
+  // A modal screen or a message was opened: the guide stays readable beside it.
   if (event->type() == QEvent::WindowBlocked) {
     QTimer::singleShot(0, this, [this] {
       if (QWidget* front = QApplication::activeModalWidget(); front != nullptr) standAbove(*front);

@@ -14,15 +14,15 @@ class QTextTable;
 
 namespace ledgertree::qt {
 
-/// From now on F1 opens the guide in every screen of the process that offers it (see help_offer.h). Call it
-/// when the QApplication is made; a second call does nothing.
+/// Makes F1 open the guide in every screen of the process that offers it (see help_offer.h). Call it once the
+/// QApplication exists; a second call does nothing.
 void installGuide();
 
-/// The guide, drawn from right to left. Its pictures are as wide as fits.
+/// The text of the guide, laid out from right to left. Pictures shrink to the available width.
 class GuideBrowser : public QTextBrowser {
  public:
   explicit GuideBrowser(QWidget& parent);
-  /// A heading of the guide, and the names by which a screen or a link finds it.
+  /// A heading of the guide, and the names by which a screen or a link refers to it.
   struct Heading {
     QStringList names;
     QString title;
@@ -33,8 +33,8 @@ class GuideBrowser : public QTextBrowser {
   [[nodiscard]] const std::vector<Heading>& headings() const { return headings_; }
   [[nodiscard]] const Heading* find(const QString& name) const;
   void scrollTo(int position);
-  /// Goes on to the next place of a text (or the one before), behind the end from the beginning. The letters
-  /// that are written in two ways (ي and ی, ك and ک) are the same, and joiners don't count.
+  /// Goes to the next occurrence of a text (or the previous one), wrapping around at the end. Letters with
+  /// two forms (ي and ی, ك and ک) are equal, and joiners are ignored.
   bool search(const QString& text, bool backwards = false);
 
   QVariant loadResource(int type, const QUrl& name) override;
@@ -53,16 +53,16 @@ class GuideBrowser : public QTextBrowser {
   QList<QUrl> pictures_;
 };
 
-/// The window of the guide: the contents on the right, a line to search (Ctrl+F), the text. It is modeless,
-/// and usable also above a modal screen: it stands above whatever window asks or comes up, and when that one
-/// goes, above the one below it. Escape closes it, and the focus is where it was.
+/// The window of the guide: the contents on the right, a search field (Ctrl+F), the text. It is modeless, and
+/// works above a modal screen too: it stays above each window that opens, and above the one below when that
+/// closes. Escape closes it and puts the focus back.
 class GuideWindow : public QWidget {
  public:
-  /// Opens it, or brings it to the front, at the first of the sections that there is, or at the beginning;
-  /// and at the line of a message, if that is there.
+  /// Opens it, or brings it to the front, at the first of the sections that exists, or at the beginning; and
+  /// at the line of a message, if there is one.
   static void open(QWidget& asker, const QStringList& sections, const QString& message);
-  /// The guide that is open; null where none is.
-  [[nodiscard]] static GuideWindow* standing();
+  /// The open guide; null if there is none.
+  [[nodiscard]] static GuideWindow* current();
   [[nodiscard]] QString section() const { return section_; }
   [[nodiscard]] GuideBrowser& text() { return *text_; }
 
@@ -78,9 +78,9 @@ class GuideWindow : public QWidget {
   void fillContents();
   void layOut();
   void showSection(const QStringList& names);
-  /// Shows the next place of a text, and its section in the contents; false where there is none.
+  /// Shows the next occurrence of a text, and selects its section in the contents; false if there is none.
   bool find(const QString& text, bool backwards = false);
-  /// The section of a place becomes the current one of the contents.
+  /// Selects the section of a position in the contents.
   void markContents(int position);
   void searchOn(bool backwards);
   void standAbove(QWidget& window);
@@ -91,7 +91,7 @@ class GuideWindow : public QWidget {
   QLineEdit* search_;
   QString section_;
   QPointer<QWidget> above_;
-  QPointer<QWidget> focus_;  ///< what had the focus before the guide
+  QPointer<QWidget> focus_;  ///< what had the focus before the guide was opened
 };
 
 }  // namespace ledgertree::qt

@@ -14,8 +14,7 @@
 
 namespace ledgertree::testing {
 
-/// A host with its control, without a window: a session of its own on a database of its own, and user 1 at
-/// work.
+/// A host with its control, without a window: its own session on its own database, with user 1.
 class ControlHouse : public ::testing::Test {
  protected:
   ControlHouse() {
@@ -51,7 +50,7 @@ class ControlHouse : public ::testing::Test {
   ScriptedDesktop& desktop = static_cast<ScriptedDesktop&>(shell.desktop());
   ScriptedNotices notices{shell.components};
   LedgerTreeControl control = session.makeControl();
-  /// What the host says and calls are steps, too; "thrown" in front where a call fails.
+  /// Calls and settings of the host are steps, too; a leading "thrown" marks a call that fails.
   ScreenWalk person{desktop, notices, faults};
 };
 

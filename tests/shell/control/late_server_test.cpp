@@ -13,14 +13,14 @@ using namespace std::chrono_literals;
 
 constexpr const char* kWithWayOut = "در انتظار پاسخ پايگاه داده|انصراف";
 
-/// A server that keeps silent about some commands, over an engine that answers late.
+/// A server that doesn't answer some commands, on top of an engine that answers late.
 class LateServer : public ControlHouse {
  protected:
   LateServer() {
     database.fillWithDemoChart();
     faults.late = true;
     control.ClearShow();
-    // A thread that is left alone may hear of it behind the story.
+    // An abandoned thread may hear of it after the story.
     faults.onCommand = [silence = silence_](const std::string& command) {
       std::unique_lock lock(silence->mutex);
       if (!silence->about(command)) return;
@@ -29,7 +29,7 @@ class LateServer : public ControlHouse {
   }
   ~LateServer() override { silentAbout(""); }
 
-  /// Nothing that holds these words is answered from now on; empty answers what waits.
+  /// From now on, commands that contain these words aren't answered; empty answers what is waiting.
   void silentAbout(std::string words) {
     {
       const std::lock_guard lock(silence_->mutex);
@@ -38,7 +38,7 @@ class LateServer : public ControlHouse {
     silence_->changed.notify_all();
   }
   ui::NodeId branch() { return form().treeAccount.children(form().treeAccount.roots().front()).front(); }
-  /// The labels of the first branch, which the person opens.
+  /// The labels of the first branch, which the user opens.
   std::vector<std::string> opened() {
     std::vector<std::string> labels;
     form().treeAccount.expand(branch());
@@ -139,7 +139,7 @@ TEST(CutLine, TheScreenWaitsForTheServerAndGoesOnAndNothingIsWrittenTwice) {
       if (++seen == paints) road.set(TcpProxy::Road::Open);
     };
   };
-  // The act that meets it tells; the next one waits, visibly, and goes on.
+  // The action that meets it reports it; the next one waits visibly, and goes on.
   ui::Tree& tree = house.form().treeAccount;
   cutFor(10);
   tree.click(tree.find("-1:1"));
@@ -148,7 +148,7 @@ TEST(CutLine, TheScreenWaitsForTheServerAndGoesOnAndNothingIsWrittenTwice) {
   EXPECT_EQ(house.notices.taken(), "");
   EXPECT_EQ(form.txtID.text(), "1");
   EXPECT_FALSE(house.desktop.waits.empty());
-  // A write whose answer is lost says so; saved again it is there once.
+  // A write whose answer is lost says so; saved again, it exists once.
   road.setBehind(u"spAccountInsertAccounts", TcpProxy::Road::Swallowing);
   house.form().cmdNew.click();
   house.form().txtTitle.paste("خط بريده");

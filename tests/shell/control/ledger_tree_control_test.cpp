@@ -23,7 +23,7 @@ class ControlStory : public ControlHouse {
   [[nodiscard]] const shell::HostContext& context() { return shell.context; }
   void expectQuiet() {
     EXPECT_EQ(notices.taken(), "");
-    EXPECT_EQ(desktop.pointer, ui::CursorShape::Default);
+    EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
     for (const data::RecordHandle* handle : shell.dtEn()->handles())
       EXPECT_EQ(handle->State(), 0) << handle->name();
   }
@@ -57,7 +57,7 @@ TEST_F(ControlStory, WhoWorksIsHandedOverByEachCallAndByNothingElse) {
   person.acts["connect"] = [&](auto& more) { control.OLEConnectionString(text + more); };
   person.go("shell/control/commands.txt", "who works", worker);
   EXPECT_EQ(context().gConnectionString, control.OLEConnectionString());
-  // Another control of the host says who works from its own call on.
+  // Another control of the host sets the user from its own call on.
   LedgerTreeControl other = session.makeControl();
   other.OLEConnectionString(text);
   other.View(std::int16_t{1});
@@ -71,7 +71,7 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
   EXPECT_EQ(desktop.showings, std::vector<std::string>{"FormMain!"});
   EXPECT_EQ(session.form(), nullptr) << "the person closed it";
 
-  // Another refusal isn't told to the host, and the screen doesn't come up; View shows it modally after any.
+  // Other refusals aren't reported to the host, and the screen doesn't open; View shows it modally after any.
   desktop.refusal = 7;
   control.ClearShow();
   EXPECT_EQ(desktop.showings.size(), 1U);
@@ -81,7 +81,7 @@ TEST_F(ControlStory, AHostThatTakesNoModelessFormGetsAModalOne) {
   EXPECT_EQ(desktop.showings.size(), 2U);
   EXPECT_EQ(notices.taken(), "");
 
-  // Of a screen that can't be had at all, the person is told.
+  // If the screen can't be made at all, the user is told.
   desktop.inModal("FormMain", [](ui::Form&) { throw std::runtime_error("no window"); });
   control.View(std::int16_t{-1});
   EXPECT_EQ(notices.taken(), "خطا|no window");
@@ -113,7 +113,7 @@ TEST_F(ControlStory, WhatIsTypedIsNeitherDroppedNorPutElsewhereUnasked) {
                              : where;
   };
   person.acts["connect"] = [&](auto& where) { control.OLEConnectionString(textOf(where)); };
-  // Of the screens that are opened from here.
+  // The screens opened from here.
   person.acts["lists"] = [&](auto&) {
     return context().gConnectionString == database.connectionText() ? "here" : "there";
   };
@@ -209,7 +209,7 @@ TEST_F(ControlStory, ASecondCallBringsTheOpenScreenUpOnAFreshConnection) {
 TEST_F(ControlStory, AHostMayCallAgainFromInsideAFillOrANotice) {
   int calls = 0;
   faults.onCommand = [&](const std::string& statement) {
-    // A server is asked on a thread of its own, and a call in that time is refused.
+    // A server is asked on a thread of its own, and a call meanwhile is refused.
     if (statement.find("and exists") != std::string::npos && ++calls == 1 && !onServer()) control.ClearShow();
   };
   control.ClearShow();
@@ -350,8 +350,7 @@ TEST_F(ControlStory, ThePropertiesSurviveInTheHostsStore) {
   other.ReadProperties(empty);
   EXPECT_EQ(properties(other), standard);
 
-  // A store may keep numbers in another kind, as long as they fit. One that holds something else changes
-  // nothing.
+  // A store may keep numbers in another type, if they fit. One with anything else changes nothing.
   for (const auto& [number, flag] :
        {std::pair<PropertyValue, PropertyValue>{std::int32_t{-7}, std::int16_t{1}},
         {-7.25, "True"},

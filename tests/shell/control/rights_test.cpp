@@ -1,4 +1,4 @@
-// Every command, tried by a person who has every right but one.
+// Every command, tried by a user with every permission but one.
 
 #include <gtest/gtest.h>
 
@@ -35,7 +35,7 @@ class RightsStory : public ControlHouse {
     control.UserID(2);
   }
 
-  /// Gives user 2 every right of a number from 301 on but one, and nobody else any other.
+  /// Gives user 2 every permission numbered 301 or more but one, and nobody else any other.
   void grantAllBut(int lacking) {
     std::string rows;
     for (const int right : kRights)
@@ -49,9 +49,9 @@ class RightsStory : public ControlHouse {
     form().cmdi12.setVisible(true);
     person.act(name);
   }
-  /// Tries a command with an account on the screen, and gives what is seen of it.
+  /// Tries a command with an account on the screen, and returns what is seen of it.
   std::string tryOut(const std::string& command) {
-    notices.answer(1);  // what the command before began to type may go
+    notices.answer(1);  // typing begun by the previous command may be discarded
     control.View(std::int16_t{5});
     notices.forget();
     desktop.showings.clear();
@@ -96,8 +96,7 @@ TEST_F(RightsStory, EachRightGuardsItsOwnCommandsAndNoOther) {
           desktop.inModal(works.substr(0, works.size() - 1), [](ui::Form&) {});
         EXPECT_EQ(tryOut(name), refused ? command[2] + "<شما به انجام اين عمليات مجاز نيستيد.>" : works);
         if (!refused) continue;
-        // A refusal is all that happens: nothing is read behind it, and but for the current period nothing
-        // ahead.
+        // A refusal is all that happens: nothing is read after it, and only the current period before it.
         const auto asked = faults.take();
         EXPECT_EQ(asked.back(), "spTarvoHasPermission");
         EXPECT_EQ(asked.size(), right == 301 ? 3U : 1U);

@@ -1,4 +1,4 @@
-// How often the acts of a working day ask a database whose answers take long. A packet is one question.
+// How often the actions of a working day query a database with high latency. A batch is one query.
 
 #include <gtest/gtest.h>
 
@@ -46,7 +46,7 @@ class Trips : public ControlHouse {
     form().LastNewParentID = lastParent;
     form().txtCode.setText("889" + std::to_string(lastParent));
   }
-  /// The person chooses the account that has many below it, and says yes to a command.
+  /// The user selects the account with many descendants, and answers yes to a command.
   template <typename Screen>
   void confirm(const std::string& name, ui::MenuEntry& entry, shell::AccountPicker Screen::*picker,
                ui::PushButton Screen::*command) {
@@ -81,7 +81,8 @@ TEST_F(Trips, EachActKeepsToItsNumberOfQuestions) {
   atMost(3, "a level of a period", [&] { expand("3:-1"); });
   atMost(3, "an account", [&] { form().View(9000); });
   form().cmdEdit.click();
-  // The picker last: where the accounts found belong is one more question, when nothing else is to be done.
+  // The picker last: the places of the accounts found are one more query, made when nothing else is to be
+  // done.
   for (ui::LookupField* field :
        std::initializer_list<ui::LookupField*>{&form().sltBranch, &form().sltParent}) {
     for (const char* const key : {"0", "1"})
@@ -106,7 +107,7 @@ TEST_F(Trips, EachActKeepsToItsNumberOfQuestions) {
   pickRow(form().sltEntity, desktop, 2);
   atMost(7, "a new account", [&] { save(); });
 
-  // To choose the account is one more.
+  // Selecting the account is one more.
   atMost(1 + kMany / 100 + 5, "a recoding", [&] {
     confirm("frmAutoCodding", form().mnuSameCoding, &coding::frmAutoCodding::klmMotherAcc,
             &coding::frmAutoCodding::cmdAutoCodding);

@@ -1,4 +1,4 @@
-#include "qt/pointer.h"
+#include "qt/hourglass.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -7,7 +7,7 @@ namespace ledgertree::qt {
 
 namespace {
 
-struct PointerState {
+struct HourglassState {
   bool wanted = false;
   bool shown = false;
   int pauses = 0;
@@ -24,8 +24,8 @@ struct PointerState {
   }
 };
 
-PointerState& state() {
-  static PointerState state;
+HourglassState& state() {
+  static HourglassState state;
   return state;
 }
 
