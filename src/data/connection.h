@@ -23,6 +23,8 @@ struct Procedure;
 
 inline constexpr std::chrono::seconds kConnectTimeOut{15};
 inline constexpr std::chrono::seconds kCommandTimeOut{30};
+/// To take an operation back may take as long as that did.
+inline constexpr std::chrono::hours kLongestTakingBack{1};
 
 /// In which order the rows of a search come. What a row is to a text, data::SearchRank says.
 enum class SearchOrder {

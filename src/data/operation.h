@@ -39,6 +39,9 @@ inline constexpr const char* kNothingIsKept =
     "سابقه حسابها در اين پايگاه داده نگهداري نميشود. از مدير پايگاه داده بخواهيد آن را با ledgertree-schema "
     "--history on روشن نمايد.";
 
+/// Throws DataError(Misuse) where what a connection does isn't to take this operation back.
+void requireToTakeBack(const Operation* current, std::int64_t operation);
+
 /// Why an operation can't be taken back, by account.
 enum class Obstacle : std::int32_t {
   Changed = 1,       ///< another value, row or relation than the operation left

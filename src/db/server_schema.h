@@ -31,11 +31,15 @@ struct ServerPlan {
 /// Asks what there is to tell ahead of a step, without a change.
 void reportStep(data::Connection& connection, const Step& step, const Report& report);
 
+/// Does some work in a transaction of its own, one such work at a time, and gives its failure on.
+void inSchemaTransaction(data::Connection& connection, const std::function<void()>& work);
+
 /// Brings a database of SQL Server to the present schema: takes up an older one step by step, and runs the
 /// scripts, which make what is missing, and the views, triggers and procedures of the chart anew. Tables and
 /// what belongs to the host stay as they are but for the steps. Ancestors and levels that aren't what the
 /// parents say are made so; accounts that are below themselves are refused, with their IDs (number 51009).
-/// Everything happens in one transaction: what fails leaves the database as it was, and whoever works
+/// The triggers of a memory that is on are made anew too (see history.h). Everything happens in one
+/// transaction: what fails leaves the database as it was, and whoever works
 /// meanwhile waits.
 ///
 /// Throws data::DataError that names the script and the line of the batch that failed.
