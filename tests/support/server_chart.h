@@ -30,7 +30,7 @@ class ServerChart {
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);
   void fillWithDemoChart();
-  [[nodiscard]] data::Connection& connection() { return connection_; }
+  [[nodiscard]] data::Connection& program() { return connection_; }
   /// Takes away all that the scripts of any version make.
   static void dropSchema(data::Connection& connection);
 

@@ -49,7 +49,7 @@ class TemporaryDatabase {
   /// What a tool of the DBA has open: the file, or the server.
   template <typename Work>
   auto asDba(const Work& work) {
-    return server_ ? work(server_->connection()) : work(file_.value());
+    return server_ ? work(server_->program()) : work(file_.value());
   }
 
   /// Statements in SQLite's own dialect.
