@@ -68,8 +68,7 @@ void requirePresentServer(data::Connection& connection) {
   const int version = rows && rows->count() != 0 ? rows->value(0, 0).toInt32() : 0;
   if (version == 0)
     throw DataError(DataError::Reason::Connection, 0,
-                    "حسابها در اين پايگاه داده نيست. نخست آنها را با ledgertree-schema --install-schema نصب "
-                    "نماييد.");
+                    "This database has no chart. Let ledgertree-schema --install-schema make it first.");
   requireSchemaVersion(version);
 }
 
