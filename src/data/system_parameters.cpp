@@ -54,14 +54,16 @@ bool isOne(const Value& value) {
 }
 
 /// Whether a parameter that is a switch is on. A server compares the column as a number, in the other rows
-/// too, and refuses where one is none ("yes"); then the row's value is read and judged here.
+/// too, and refuses where one is none ("yes"), by whatever number; then the row's value is read and judged
+/// here.
 bool isOn(RecordHandle& handle, const Switch& parameter) {
   try {
     handle.Source(std::string(parameter.isOn));
     const OpenRows rows(handle);
     return rows->RecordCount() != 0;
   } catch (const DataError& refusal) {
-    if (refusal.reason() != DataError::Reason::Statement) throw;
+    using Reason = DataError::Reason;
+    if (refusal.reason() != Reason::Statement && refusal.reason() != Reason::Constraint) throw;
   }
   return isOne(readFirst(handle, parameter.row, "Value"));
 }

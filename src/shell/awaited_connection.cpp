@@ -1,10 +1,7 @@
 #include "shell/awaited_connection.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -55,104 +52,16 @@ bool showRows(const data::Rows& rows, const std::function<bool(const data::Rows&
 
 }  // namespace
 
-/// A connection of the engine and the thread that uses it; they hold each other until the thread ends. There
-/// is one task at a time, but a task that pauses lets others run in its middle.
-class AwaitedConnection::Line : public std::enable_shared_from_this<Line> {
- public:
-  using Task = std::function<void(data::Connection&)>;
-
-  Line(std::unique_ptr<data::Connection> engine, std::chrono::milliseconds restAfter)
-      : engine_(std::move(engine)), restAfter_(restAfter) {
-    engine_->whileWaiting({.givesUp = [this](bool) { return givenUp_.load(); }, .over = {}});
-  }
-
-  void begin(Background& background) {
-    background.run([line = shared_from_this()] { line->serve(); },
-                   [line = weak_from_this()] {
-                     if (const auto still = line.lock()) still->leave();
-                   });
-  }
-  void post(Task task) {
-    change([&] {
-      task_ = std::move(task);
-      idle_ = givenUp_ = false;
-    });
-  }
-  /// Whether the task ended or pauses, at the latest after that time.
-  [[nodiscard]] bool idleWithin(std::chrono::milliseconds time) {
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, time, [this] { return idle_; });
-  }
-  void giveUp() { givenUp_ = true; }
-  /// Nobody waits any more: the thread ends with what it is at.
-  void leave() {
-    change([this] { over_ = givenUp_ = true; });
-  }
-  /// In the middle of a task, on its thread; gives whether the task shall go on.
-  [[nodiscard]] bool pause() {
-    change([this] { idle_ = true; });
-    return serve();
-  }
-  void resume(bool goesOn) {
-    change([&] {
-      resumed_ = goesOn;
-      idle_ = givenUp_ = false;
-    });
-  }
-
- private:
-  template <typename Change>
-  void change(Change change) {
-    {
-      const std::lock_guard lock(mutex_);
-      change();
-    }
-    changed_.notify_all();
-  }
-
-  bool serve() {
-    std::unique_lock lock(mutex_);
-    const auto asked = [this] { return over_ || resumed_ || task_; };
-    for (;;) {
-      if (!changed_.wait_for(lock, restAfter_, asked)) {
-        lock.unlock();
-        engine_->rest();
-        lock.lock();
-        changed_.wait(lock, asked);
-      }
-      if (over_) return false;
-      if (resumed_) return *std::exchange(resumed_, std::nullopt);
-      Task task = std::exchange(task_, nullptr);
-      lock.unlock();
-      task(*engine_);
-      task = nullptr;
-      lock.lock();
-      idle_ = true;
-      changed_.notify_all();
-    }
-  }
-
-  std::unique_ptr<data::Connection> engine_;
-  std::chrono::milliseconds restAfter_;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  Task task_;
-  std::optional<bool> resumed_;
-  bool idle_ = true;
-  bool over_ = false;
-  std::atomic<bool> givenUp_ = false;
-};
-
 void AwaitedConnection::leave() {
   if (line_) line_->leave();
   line_.reset();
 }
 
-AwaitedConnection::Line& AwaitedConnection::ready(const Manner& manner) {
+ConnectionLine& AwaitedConnection::ready(const Manner& manner) {
   waits_.require(manner.onlyReads);
   if (!manner.onlyReads) waits_.noteWrite();
   if (!line_) {
-    auto line = std::make_shared<Line>(make_(), waits_.restAfter);
+    auto line = std::make_shared<ConnectionLine>(make_(), waits_.restAfter);
     line->begin(background_);
     line_ = std::move(line);
   }
@@ -269,8 +178,8 @@ std::vector<std::string> AwaitedConnection::takeNews() {
 
 void AwaitedConnection::walk(std::string_view statement,
                              const std::function<bool(const data::Rows& row)>& visit) {
-  Line& line = ready({});
-  const std::shared_ptr<Line> kept = line_;
+  ConnectionLine& line = ready({});
+  const std::shared_ptr<ConnectionLine> kept = line_;
   const auto piece = std::make_shared<data::Rows>();
   const auto answer = std::make_shared<Answer<bool>>();
   line.post([&line, piece, answer, text = std::string(statement)](data::Connection& engine) {

@@ -15,6 +15,7 @@
 #include "data/as_read.h"
 #include "data/connection.h"
 #include "shell/background.h"
+#include "shell/connection_line.h"
 #include "shell/database_waits.h"
 
 namespace ledgertree::shell {
@@ -47,7 +48,6 @@ class AwaitedConnection final : public data::Connection {
   [[nodiscard]] bool answersLate() const override { return true; }
 
  private:
-  class Line;
   struct Manner {
     bool onlyReads = true;
     std::function<bool()> cancelled = {};  ///< asked here too: the engine may not hear it
@@ -56,7 +56,7 @@ class AwaitedConnection final : public data::Connection {
   /// Has `work` done on the thread of the engine; it is copied there, and may outlive the call.
   template <typename Work>
   auto ask(const Manner& manner, Work work);
-  [[nodiscard]] Line& ready(const Manner& manner);
+  [[nodiscard]] ConnectionLine& ready(const Manner& manner);
   /// Waits until the line has done what it is at. Throws `failure`, which it may have come to by then, and
   /// where the line isn't waited for any longer.
   void await(const Manner& manner, const std::exception_ptr& failure);
@@ -70,7 +70,7 @@ class AwaitedConnection final : public data::Connection {
   Background& background_;
   Make make_;
   std::optional<data::AsRead> read_;  ///< handed over, until the next command
-  std::shared_ptr<Line> line_;
+  std::shared_ptr<ConnectionLine> line_;
 };
 
 }  // namespace ledgertree::shell

@@ -1,7 +1,6 @@
 #include "shell/chart_changes.h"
 
 #include <algorithm>
-#include <atomic>
 #include <exception>
 #include <string_view>
 #include <utility>
@@ -16,15 +15,6 @@ constexpr std::string_view kQuestion = "Select Writer,Changes from vwLedgerTreeC
 constexpr int kMostFailures = 4;
 
 }  // namespace
-
-/// A connection that one thread at a time uses.
-struct ChartChanges::Line {
-  explicit Line(std::unique_ptr<data::Connection> made) : connection(std::move(made)) {
-    connection->whileWaiting({.givesUp = [this](bool) { return over.load(); }, .over = {}});
-  }
-  std::unique_ptr<data::Connection> connection;
-  std::atomic<bool> over = false;
-};
 
 ChartChanges::Counts ChartChanges::countsOf(data::Connection& connection) {
   const data::Rows rows = connection.run(kQuestion).value_or(data::Rows());
@@ -72,28 +62,31 @@ void ChartChanges::ask() {
 }
 
 void ChartChanges::askAside(const std::string& connectionText) {
-  if (!line_) line_ = std::make_shared<Line>(shell_.providers.open(connectionText));
+  if (!line_) {
+    auto line =
+        std::make_shared<ConnectionLine>(shell_.providers.open(connectionText), shell_.waits.restAfter);
+    line->begin(shell_.background);
+    line_ = std::move(line);
+  }
   const auto answered = [this, life = std::weak_ptr<bool>(life_),
-                         line = std::weak_ptr<Line>(line_)](const std::optional<Counts>& counts) {
+                         line = std::weak_ptr<ConnectionLine>(line_)](const std::optional<Counts>& counts) {
     if (life.expired() || line.expired() || line.lock() != line_) return;
     asking_ = false;
     if (!counts) return failed();
     take(*counts);
     if (moved_) onMoved_();
   };
-  shell_.background.run(
-      [line = line_, &desktop = shell_.desktop(), answered] {
-        std::optional<Counts> counts;
-        try {
-          counts = countsOf(*line->connection);
-        } catch (const std::exception&) {
-          counts.reset();
-        }
-        if (!line->over) desktop.whenIdle([answered, counts] { answered(counts); });
-      },
-      [line = std::weak_ptr<Line>(line_)] {
-        if (const auto still = line.lock()) still->over = true;
-      });
+  line_->post([line = std::weak_ptr<ConnectionLine>(line_), &desktop = shell_.desktop(),
+               answered](data::Connection& connection) {
+    std::optional<Counts> counts;
+    try {
+      counts = countsOf(connection);
+    } catch (const std::exception&) {
+      counts.reset();
+    }
+    if (const auto still = line.lock(); still && !still->left())
+      desktop.whenIdle([answered, counts] { answered(counts); });
+  });
   asking_ = true;
 }
 
@@ -122,14 +115,8 @@ void ChartChanges::failed() {
 
 void ChartChanges::leave() {
   asking_ = false;
-  if (!line_) return;
-  line_->over = true;
-  // Taking leave of a server that doesn't answer may take its time.
-  try {
-    shell_.background.run([line = std::move(line_)] {}, [] {});
-  } catch (const std::exception&) {
-    line_.reset();
-  }
+  if (line_) line_->leave();
+  line_.reset();
 }
 
 }  // namespace ledgertree::shell

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "data/rows.h"
+#include "shell/connection_line.h"
 #include "shell/shell.h"
 
 namespace ledgertree::shell {
@@ -16,8 +17,8 @@ namespace ledgertree::shell {
 /// vwLedgerTreeChanges, which lines of documents don't move. What isn't committed counts as no change.
 ///
 /// On an engine that answers late it is asked beside the user-interface thread, over a connection of its own,
-/// so that nobody waits for it. A failure tells nobody anything: the next questions come more rarely, until
-/// one is answered.
+/// so that nobody waits for it; while nothing is asked it rests as others do. A failure tells nobody
+/// anything: the next questions come more rarely, until one is answered.
 class ChartChanges {
  public:
   /// `onMoved` is called when an answer that came later says so, on the user-interface thread.
@@ -42,7 +43,6 @@ class ChartChanges {
   void forget() { known_.reset(); }
 
  private:
-  struct Line;
   /// How often each session has written.
   using Counts = std::map<std::int64_t, std::int64_t>;
 
@@ -60,7 +60,7 @@ class ChartChanges {
   int failures_ = 0;
   int rests_ = 0;  ///< questions to be left out
   std::string connectionText_;
-  std::shared_ptr<Line> line_;
+  std::shared_ptr<ConnectionLine> line_;
   std::shared_ptr<bool> life_ = std::make_shared<bool>(true);
 };
 

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "lookup_database.h"
+#include "shell/chart_changes.h"
 #include "shell/lookup/selector.h"
 #include "support/scripted_desktop.h"
 #include "support/scripted_notices.h"
@@ -61,6 +62,7 @@ class FarConnection : public testing::LookupConnection {
     return LookupConnection::search(request);
   }
   std::optional<data::Rows> run(std::string_view statement) override {
+    if (statement.ends_with("vwLedgerTreeChanges")) return std::nullopt;
     const std::lock_guard lock(server_.mutex);
     return LookupConnection::run(statement);
   }
@@ -172,6 +174,15 @@ TEST_F(LookupBeside, ALongListComesPageByPage) {
 
 TEST_F(LookupBeside, ASecondaryIsAskedUntilSomethingWasWrittenAndNobodyIsKeptForLong) {
   shell.waits.restAfter = milliseconds(30);
+  shell.context.gConnectionString = "Provider=Far;Data Source=there";
+  shell.resetDataConnection();
+  ChartChanges changes(shell, {});
+  changes.begin();
+  for (int asked = 1; asked <= 2; ++asked) {
+    changes.ask();
+    EXPECT_TRUE(comes([&] { return server.rests == 1 + asked; })) << "the gateway once, and the question";
+  }
+  server.rests = 0;
   const auto find = [&](const std::string& text) {
     replace(text);
     EXPECT_TRUE(comes([&] { return screen->sltGroup.rows().size() == 1 && !screen->sltGroup.searching(); }));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "text/utf8.h"
 
@@ -197,6 +198,15 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
             "مقدار وارد شده پذيرفته نيست. آن را اصلاح نماييد." + behind(record), where};
   }
   return {Reason::Statement, record.number, data::kStatementRefused + behind(record), where};
+}
+
+data::DataError withMoreWords(const data::DataError& failure, std::string_view words) {
+  std::string message = failure.what();
+  const Told* const known = toldOf(failure.number());
+  const bool own = known != nullptr && message.starts_with(known->text);
+  message.insert(own ? std::string_view(known->text).size() : message.size(), words);
+  data::DataError told(failure.reason(), failure.number(), message, failure.statement());
+  return failure.leavesOpen() ? told : std::move(told).undone();
 }
 
 data::DataError openError(const std::vector<Record>& told, std::string_view secret, bool encrypts) {

@@ -24,6 +24,9 @@ struct Record {
 /// only reads nobody hears that it may have been done.
 [[nodiscard]] data::DataError callError(const std::vector<Record>& told, std::string_view statement,
                                         bool onlyReads);
+/// The same failure with more words of the product's own, behind those that it begins with and ahead of the
+/// server's.
+[[nodiscard]] data::DataError withMoreWords(const data::DataError& failure, std::string_view words);
 /// Whether a connection failed because the database isn't served there: another server may, or this one in a
 /// while.
 [[nodiscard]] bool servesElsewhere(int number);

@@ -7,6 +7,7 @@
 #include "data/catalogue.h"
 #include "engines/odbc/errors.h"
 #include "engines/odbc/execution.h"
+#include "engines/odbc/lock_holder.h"
 #include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/result_sets.h"
@@ -109,6 +110,7 @@ auto OdbcConnection::command(Work work, const bool* shown) {
   session_->whileWaiting(waiting_);
   const auto end = Watch::Clock::now() + command_;
   for (int tried = 1;; ++tried) {
+    const auto begun = Watch::Clock::now();
     try {
       return work(*session_);
     } catch (const data::DataError& failure) {
@@ -116,8 +118,10 @@ auto OdbcConnection::command(Work work, const bool* shown) {
       const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
       if (unsure || (session_ && session_->dead())) session_.reset();
       const auto pause = kFirstPause * (1 << tried);
-      const bool late = tried == kTries || Watch::Clock::now() + pause >= end;
-      if (late || (shown != nullptr && *shown) || !mayComeAgain(failure)) throw;
+      // A lock that was waited for in vain would be waited for as long again.
+      const auto now = Watch::Clock::now();
+      const bool late = tried == kTries || now + pause + (now - begun) >= end;
+      if (late || (shown != nullptr && *shown) || !mayComeAgain(failure)) tell(failure);
       std::this_thread::sleep_for(pause);
     }
   }
@@ -143,6 +147,14 @@ void OdbcConnection::open() {
 bool OdbcConnection::mayComeAgain(const data::DataError& failure) const {
   // An installer's transaction ended with the refusal, and what came ahead of it in it is gone.
   return session_ && failure.reason() == Reason::Busy && versions_ == Versions::Present;
+}
+
+void OdbcConnection::tell(const data::DataError& failure) {
+  if (!session_) throw;
+  const auto told = toldWithHolder(*session_, failure);
+  if (session_->dead()) session_.reset();
+  if (told) throw *told;
+  throw;
 }
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {

@@ -58,6 +58,8 @@ class OdbcConnection final : public data::Connection {
   auto command(Work work, const bool* shown = nullptr);
   void open();
   [[nodiscard]] bool mayComeAgain(const data::DataError& failure) const;
+  /// Throws the failure that is being handled, with who holds what it wanted where the server says so.
+  [[noreturn]] void tell(const data::DataError& failure);
 
   data::ConnectionText text_;
   std::chrono::milliseconds command_;

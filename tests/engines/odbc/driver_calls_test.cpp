@@ -44,6 +44,7 @@ struct Driver {
   std::vector<std::string> calls;      ///< what changes the state of the driver, in order
   std::optional<SQLSMALLINT> type;     ///< of every column
   int deadlocks = 0;                   ///< ahead of the next answer
+  std::string holder;                  ///< the answer to who holds a lock; empty for none
   bool dead = false;                   ///< the connection
   std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
   bool waits = false;                  ///< commands and rows wait whether they are interrupted
@@ -298,6 +299,30 @@ TEST_F(DriverCalls, WhatLostAgainstAnotherProgramIsTriedAgainButNotInTheMiddleOf
   EXPECT_EQ(tries(connection_, 4), std::pair(true, 4L));
   OdbcConnection installer(text_, std::chrono::seconds(30), Versions::Any);
   EXPECT_EQ(tries(installer, 1), std::pair(true, 1L));
+  OdbcConnection hasty(text_, std::chrono::milliseconds(500));
+  driver.waits = true;
+  EXPECT_EQ(tries(hasty, 1), std::pair(true, 1L)) << "there is no time for a second one as long";
+}
+
+TEST_F(DriverCalls, ARefusedLockIsToldWithWhoHoldsItWhereTheServerSaysSo) {
+  driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
+  driver.always = "select 1";
+  OdbcConnection server(data::ConnectionText("Data Source=srv"), std::chrono::milliseconds(20));
+  server.run("select 1");
+  for (const auto& row : testing::tableOf("engines/odbc/driver_text.txt", "holders")) {
+    driver.told = {{"42000", std::stoi(row[0]), "the words"}};
+    driver.holder = row[2];
+    driver.calls.clear();
+    const data::DataError failure = failureOf([&] { server.run("update t set a = 2"); });
+    EXPECT_EQ(failure.what(), row[3]);
+    EXPECT_EQ(failure.reason(), row[0] == "51005" ? Reason::Constraint : Reason::Busy);
+    EXPECT_TRUE(failure.number() == std::stoi(row[0]) && !failure.leavesOpen());
+    EXPECT_EQ(driver.count("sys.dm_tran_locks"), row[1] == "unasked" ? 0 : 1) << row[3];
+    EXPECT_EQ(driver.count(row[1].c_str()), row[1] == "unasked" ? 0 : 1);
+    driver.told.clear();
+    EXPECT_TRUE(server.run("select 1"));
+  }
+  EXPECT_EQ(driver.count("connect Driver"), 0) << "it is the same connection";
 }
 
 TEST_F(DriverCalls, EveryTypeOfAColumnComesAsTheValueThatItIs) {
@@ -545,13 +570,17 @@ SQLRETURN SQLExecDirectW(SQLHSTMT statement, SQLWCHAR* text, SQLINTEGER length) 
   using namespace ledgertree::engines::odbc;
   driver.last = narrow(text, length);
   note("send " + driver.last);
+  std::unique_lock lock(interrupting);
+  if (driver.waits) interrupted.wait_for(lock, std::chrono::milliseconds(300), isInterrupted);
+  if (!driver.holder.empty() && driver.last.find("dm_tran_locks") != driver.last.npos) {
+    driver.told.clear();
+    driver.answers = {driver.holder};
+  }
   if (driver.deadlocks >= 0 && driver.last.ends_with("tries")) driver.told.clear();
   if (driver.deadlocks-- > 0) return failWith("40001", 1205, "deadlock");
   if (!driver.told.empty() || fails("send")) return SQL_ERROR;
   if (!driver.open.empty())
     return failWith("HY000", 0, "Connection is busy with results for another command");
-  std::unique_lock lock(interrupting);
-  if (driver.waits) interrupted.wait_for(lock, std::chrono::milliseconds(300), isInterrupted);
   if (driver.silence) {
     if (!interrupted.wait_for(lock, std::chrono::seconds(10), isInterrupted)) return failWith("08S01", 0, "");
     return failWith(*driver.silence, 0, "");
