@@ -141,10 +141,16 @@ void installFile(const std::string& path, const Options& options) {
   print("done");
 }
 
-void changeHistory(const Options& options) {
-  const auto path = fileOf(*options.text);
-  if (!path) throw std::runtime_error("--history and --prune-history apply only to a file");
-  SQLite::Database database = db::openChartFile(*path, true);
+std::unique_ptr<data::Connection> openServer(const std::string& text) {
+  data::Providers providers;
+  namespace odbc = ledgertree::engines::odbc;
+  odbc::registerOdbc(providers, kLongestBatch, odbc::Versions::Any);
+  return providers.open(text);
+}
+
+/// Of an open file or of a server.
+template <typename Database>
+void changeHistory(Database& database, const Options& options) {
   if (options.day) {
     const int gone = db::pruneHistory(database, *options.day);
     print(std::to_string(gone) + " operations were deleted");
@@ -154,11 +160,13 @@ void changeHistory(const Options& options) {
   }
 }
 
-std::unique_ptr<data::Connection> openServer(const std::string& text) {
-  data::Providers providers;
-  namespace odbc = ledgertree::engines::odbc;
-  odbc::registerOdbc(providers, kLongestBatch, odbc::Versions::Any);
-  return providers.open(text);
+void changeHistory(const Options& options) {
+  if (const auto path = fileOf(*options.text)) {
+    SQLite::Database database = db::openChartFile(*path, true);
+    changeHistory(database, options);
+  } else {
+    changeHistory(*openServer(*options.text), options);
+  }
 }
 
 void installServer(const Options& options) {

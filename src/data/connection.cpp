@@ -49,6 +49,11 @@ Answers Connection::runTogether(std::span<const Command> commands) {
   return answers;
 }
 
+void requireToTakeBack(const Operation* current, std::int64_t operation) {
+  if (current != nullptr && current->takesBack == operation) return;
+  throw DataError(DataError::Reason::Misuse, 0, "An operation is taken back in the middle of another one.");
+}
+
 Rows Connection::takeBack(std::int64_t /*operation*/) {
   throw DataError(DataError::Reason::Misuse, 0, kNothingIsKept);
 }

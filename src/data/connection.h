@@ -23,6 +23,8 @@ struct Procedure;
 
 inline constexpr std::chrono::seconds kConnectTimeOut{15};
 inline constexpr std::chrono::seconds kCommandTimeOut{30};
+/// To take an operation back may take as long as that did.
+inline constexpr std::chrono::hours kLongestTakingBack{1};
 
 /// The order of a search's rows. data::SearchRank tells how well a row matches.
 enum class SearchOrder {

@@ -39,6 +39,9 @@ inline constexpr const char* kNothingIsKept =
     "سابقه حسابها در اين پايگاه داده نگهداري نميشود. از مدير پايگاه داده بخواهيد آن را با ledgertree-schema "
     "--history on روشن نمايد.";
 
+/// Throws DataError(Misuse) unless `current` is the taking back of `operation`.
+void requireToTakeBack(const Operation* current, std::int64_t operation);
+
 /// Why an operation can't be taken back, per account.
 enum class Obstacle : std::int32_t {
   Changed = 1,       ///< a value, row or relation differs from what the operation left

@@ -170,7 +170,9 @@ std::size_t checkChart(data::Connection& connection, const Findings& told) {
       return true;
     });
   };
-  return Check(walk, "sqlserver", told).run();
+  Check check(walk, "sqlserver", told);
+  for (const std::string& trigger : historyFaults(connection)) check.addTrigger(trigger);
+  return check.run();
 }
 
 std::size_t checkChart(SQLite::Database& database, const Findings& told) {

@@ -82,7 +82,8 @@ const std::vector<LinkTable>& linkTables() {
       {2,
        "tblAccountRelatedObjects",
        {"AccountID", "AccountGroupID", "RelatedClassID", "RelatedObjectID"},
-       0},
+       0,
+       "RelationID"},
       {3, "tblAccountRelatedClasses", {"AccountID", "ClassID", "Sequence", "IncludeAllObjects"}, 3},
       {4, "tblAccountRelatedClassesDetail", {"AccountID", "ClassID", "ObjectID"}, 3},
   };
@@ -136,10 +137,14 @@ void switchHistory(SQLite::Database& database, bool on) {
   transaction.commit();
 }
 
-int pruneHistory(SQLite::Database& database, const std::string& day) {
+void requireDay(const std::string& day) {
   constexpr std::size_t kDay = 10;  // yyyy-mm-dd
-  if (day.size() != kDay || !data::DateTime::parse(day))
-    throw data::DataError(data::DataError::Reason::Misuse, 0, "a day is yyyy-mm-dd, of UTC, and not " + day);
+  if (day.size() == kDay && data::DateTime::parse(day)) return;
+  throw data::DataError(data::DataError::Reason::Misuse, 0, "a day is yyyy-mm-dd, of UTC, and not " + day);
+}
+
+int pruneHistory(SQLite::Database& database, const std::string& day) {
+  requireDay(day);
   SQLite::Transaction transaction(database, SQLite::TransactionBehavior::IMMEDIATE);
   requirePresentChart(database);
   if (!hasTable(database, "tblAccountMemory"))

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "db/history.h"
+#include "db/joined.h"
 
 namespace ledgertree::db {
 namespace {
@@ -26,21 +27,6 @@ constexpr std::string_view kNumberAndOperation =
     "1 + max(ifnull((select max(ID) from tblAccountChange), 0), "
     "ifnull((select max(ID) from tblAccountLinkChange), 0)), "
     "ifnull((select OperationID from tblAccountOperationNow), (select max(ID) from tblAccountOperation))";
-
-std::string joined(const std::vector<std::string>& parts, std::string_view between) {
-  std::string text;
-  for (const std::string& part : parts) text.append(text.empty() ? "" : between).append(part);
-  return text;
-}
-
-/// Each part made of a column.
-template <typename Columns, typename Make>
-std::string each(const Columns& columns, std::string_view between, Make make) {
-  std::vector<std::string> parts;
-  parts.reserve(std::size(columns));
-  for (const auto& column : columns) parts.push_back(make(column));
-  return joined(parts, between);
-}
 
 Trigger trigger(const std::string& name, const std::string& when, const std::string& body) {
   return {name, "create trigger " + name + " " + when + "\nbegin" + body + "\nend"};
@@ -192,9 +178,6 @@ void addLinkTriggers(const LinkTable& table, std::vector<Trigger>& all) {
                         "\n  delete from tblAccountLinkReplaced;" + begin +
                             linkChange(table, false, columnsOf(table, "old."))));
 }
-
-constexpr std::string_view kNobodyChanges =
-    "سابقه حسابها تغيير نميکند و حذف نميشود. کوتاه کردن آن با ledgertree-schema --prune-history انجام ميشود.";
 
 }  // namespace
 

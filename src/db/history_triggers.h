@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ledgertree::db {
@@ -9,6 +10,10 @@ struct Trigger {
   std::string name;
   std::string text;  ///< the statement that creates it
 };
+
+/// What whoever would change the memory is told, on both engines.
+inline constexpr std::string_view kNobodyChanges =
+    "سابقه حسابها تغيير نميکند و حذف نميشود. کوتاه کردن آن با ledgertree-schema --prune-history انجام ميشود.";
 
 /// What keeps the changes of the five tables in a file; see embedded/history/tables.sql.
 [[nodiscard]] std::vector<Trigger> rememberingTriggers();

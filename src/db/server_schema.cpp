@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "data/data_error.h"
+#include "db/history.h"
 #include "db/scripts.h"
 #include "ledgertree_scripts.h"
 
@@ -40,23 +41,6 @@ constexpr const char* kBegin = R"(
   exec @Got = sp_getapplock @Resource = N'LedgerTree schema', @LockMode = 'Exclusive', @LockOwner = 'Transaction';
   if @Got < 0 throw 51006, N'Another installation of the schema is at work. Wait for its end.', 1;)";
 
-/// Runs `work` in a transaction of its own.
-void inTransaction(data::Connection& connection, const std::function<void()>& work) {
-  try {
-    connection.run(kBegin);
-    work();
-    connection.run("commit transaction");
-  } catch (...) {
-    const std::exception_ptr failure = std::current_exception();
-    try {
-      connection.run("if @@trancount > 0 rollback transaction");
-    } catch (const data::DataError&) {
-      // The connection is lost, and the transaction with it: the first failure says more.
-    }
-    std::rethrow_exception(failure);
-  }
-}
-
 void runScripts(data::Connection& connection, const std::vector<std::string_view>& paths,
                 const Report& report) {
   for (const std::string_view path : paths) {
@@ -76,6 +60,22 @@ std::vector<std::string_view> scriptsBut(const LeftOut& leftOut) {
 
 }  // namespace
 
+void inSchemaTransaction(data::Connection& connection, const std::function<void()>& work) {
+  try {
+    connection.run(kBegin);
+    work();
+    connection.run("commit transaction");
+  } catch (...) {
+    const std::exception_ptr failure = std::current_exception();
+    try {
+      connection.run("if @@trancount > 0 rollback transaction");
+    } catch (const data::DataError&) {
+      // The connection is lost, and with it the transaction: the failure that comes first says more.
+    }
+    std::rethrow_exception(failure);
+  }
+}
+
 ServerPlan planServerSchema(data::Connection& connection, const LeftOut& leftOut) {
   const auto rows = connection.run(std::string(kFindServerVersion) + "select @Version as Version");
   if (!rows || rows->count() == 0)
@@ -92,7 +92,7 @@ void reportStep(data::Connection& connection, const Step& step, const Report& re
 }
 
 void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut) {
-  inTransaction(connection, [&] {
+  inSchemaTransaction(connection, [&] {
     const ServerPlan plan = planServerSchema(connection, leftOut);
     for (const Step& step : plan.steps) {
       reportStep(connection, step, report);
@@ -101,11 +101,13 @@ void installServerSchema(data::Connection& connection, const Report& report, con
                      std::to_string(step.version) + ")");
     }
     runScripts(connection, plan.scripts, report);
+    if (historyIsOn(connection)) remakeHistory(connection);
   });
 }
 
 void installServerDemo(data::Connection& connection, const Report& report) {
-  inTransaction(connection, [&] { runScripts(connection, scriptsWithOwn("db/demo/", "sqlserver"), report); });
+  inSchemaTransaction(connection,
+                      [&] { runScripts(connection, scriptsWithOwn("db/demo/", "sqlserver"), report); });
 }
 
 }  // namespace ledgertree::db

@@ -31,12 +31,15 @@ struct ServerPlan {
 /// Reports what there is to tell before a step, without changing anything.
 void reportStep(data::Connection& connection, const Step& step, const Report& report);
 
+/// Runs `work` in a transaction of its own, one such work at a time, and rethrows its failure.
+void inSchemaTransaction(data::Connection& connection, const std::function<void()>& work);
+
 /// Brings a SQL Server database to the present schema: upgrades an older one step by step, and runs the
 /// scripts, which create what is missing and recreate the chart's views, triggers and procedures. Tables
 /// and the host's objects change only by the steps. Ancestors and levels that contradict the parents are
-/// corrected; accounts that are their own descendants are refused, with their IDs (number 51009).
-/// Everything happens in one transaction: a failure leaves the database as it was, and other users wait
-/// meanwhile.
+/// corrected; accounts that are their own descendants are refused, with their IDs (number 51009). The
+/// triggers of a history that is on are recreated too (see history.h). Everything happens in one
+/// transaction: a failure leaves the database as it was, and other users wait meanwhile.
 ///
 /// Throws data::DataError naming the script and the line of the failed batch.
 void installServerSchema(data::Connection& connection, const Report& report, const LeftOut& leftOut = {});

@@ -17,6 +17,7 @@
 #include "data/connection_text.h"
 #include "data/data_error.h"
 #include "data/quote_text.h"
+#include "db/history.h"
 #include "db/scripts.h"
 #include "db/server_schema.h"
 #include "engines/odbc/odbc_engine.h"
@@ -120,6 +121,7 @@ ServerChart::ServerChart() : connection_(connection()) {
     takeDatabase();
     dropWhatStoriesMade();
     installSchema();
+    forgetHistory();
     empty();
   } catch (...) {
     ::close(lock_);
@@ -187,6 +189,15 @@ void ServerChart::dropWhatStoriesMade() {
   for (std::size_t row = 0; row < made.count(); ++row)
     connection_.run("drop " + made.value(row, 0).toText() + " if exists " + made.value(row, 1).toText());
   if (made.count() != 0) connection_.run("delete tblLedgerTreeStories where Kind in ('table', 'view')");
+}
+
+void ServerChart::forgetHistory() {
+  if (query("select object_id(N'dbo.tblAccountMemory') as ID").isNull(0, 0)) return;
+  db::switchHistory(connection_, false);
+  for (const char* const made :
+       {"table dbo.tblAccountMemory", "table dbo.tblAccountOperation", "table dbo.tblAccountChange",
+        "table dbo.tblAccountLinkChange", "sequence dbo.sqAccountChange"})
+    connection_.run(std::string("drop ") + made);
 }
 
 void ServerChart::empty() {

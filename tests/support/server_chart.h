@@ -30,6 +30,7 @@ class ServerChart {
   /// All rows of a query in that dialect.
   [[nodiscard]] data::Rows query(const std::string& query);
   void fillWithDemoChart();
+  [[nodiscard]] data::Connection& program() { return connection_; }
   /// Drops everything that the scripts of any version create.
   static void dropSchema(data::Connection& connection);
 
@@ -37,6 +38,7 @@ class ServerChart {
   void takeDatabase();
   void installSchema();
   void dropWhatStoriesMade();
+  void forgetHistory();
   void empty();
 
   int lock_ = -1;

@@ -46,6 +46,11 @@ class TemporaryDatabase {
   [[nodiscard]] std::string connectionText() const;
   /// The file itself; throws std::bad_optional_access on the server.
   [[nodiscard]] SQLite::Database& other() { return file_.value(); }
+  /// What a tool of the DBA has open: the file, or the server.
+  template <typename Work>
+  auto asDba(const Work& work) {
+    return server_ ? work(server_->program()) : work(file_.value());
+  }
 
   /// Runs statements in SQLite's own dialect.
   void execute(const std::string& statements);

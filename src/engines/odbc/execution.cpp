@@ -12,10 +12,6 @@ namespace {
 /// interruption does.
 constexpr std::chrono::milliseconds kGrace{500};
 
-Watch::Clock::time_point deadline(const Session& session) {
-  return Watch::Clock::now() + session.commandTimeOut() + kGrace;
-}
-
 /// Whether whoever asked for a command gave it up, or whoever waits for it.
 std::function<bool()> questionOf(const data::Waiting* waiting, bool onlyReads,
                                  const std::function<bool()>* cancelled) {
@@ -41,14 +37,15 @@ bool changesRows(std::string_view statement) {
 }
 
 Execution::Execution(Session& session, std::string_view name, bool onlyReads,
-                     const std::function<bool()>* cancelled)
+                     const std::function<bool()>* cancelled, std::optional<std::chrono::milliseconds> longest)
     : session_(session),
       name_(name),
       onlyReads_(onlyReads),
       givenUp_(questionOf(session.waiting(), onlyReads, cancelled)),
       statement_(SQL_HANDLE_STMT, session.connection().get()),
-      watched_(session.watch(), statement_, deadline(session), &givenUp_) {
-  const auto seconds = (session.commandTimeOut().count() + 999) / 1000;
+      watched_(session.watch(), statement_,
+               Watch::Clock::now() + longest.value_or(session.commandTimeOut()) + kGrace, &givenUp_) {
+  const auto seconds = (longest.value_or(session.commandTimeOut()).count() + 999) / 1000;
   SQLSetStmtAttrW(statement_.get(), SQL_ATTR_QUERY_TIMEOUT,
                   reinterpret_cast<SQLPOINTER>(static_cast<std::size_t>(seconds)), 0);  // NOLINT
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -23,9 +24,10 @@ void requireCleanStatement(std::string_view text);
 class Execution {
  public:
   /// `name` is what an error calls the command: the statement, or the procedure. It outlives the
-  /// execution.
+  /// execution. `longest` takes the place of the session's time-out.
   Execution(Session& session, std::string_view name, bool onlyReads,
-            const std::function<bool()>* cancelled = nullptr);
+            const std::function<bool()>* cancelled = nullptr,
+            std::optional<std::chrono::milliseconds> longest = {});
   Execution(const Execution&) = delete;
   Execution& operator=(const Execution&) = delete;
 

@@ -5,13 +5,13 @@
 #include <utility>
 
 #include "data/catalogue.h"
-#include "engines/odbc/compared_write.h"
 #include "engines/odbc/errors.h"
 #include "engines/odbc/execution.h"
 #include "engines/odbc/lock_holder.h"
 #include "engines/odbc/packet.h"
 #include "engines/odbc/procedure_call.h"
 #include "engines/odbc/result_sets.h"
+#include "engines/odbc/told_write.h"
 #include "engines/odbc/view_search.h"
 
 namespace ledgertree::engines::odbc {
@@ -159,13 +159,14 @@ void OdbcConnection::tell(const data::DataError& failure) {
 
 std::optional<data::Rows> OdbcConnection::run(std::string_view statement) {
   const auto read = std::exchange(read_, std::nullopt);
-  return command([statement, &read](Session& session) -> std::optional<data::Rows> {
-    if (read && session.dialect() != Dialect::Other) {
-      runCompared(session, *read, statement);
+  return command([this, statement, &read](Session& session) -> std::optional<data::Rows> {
+    const bool reads = !changesRows(statement);
+    Belonging belonging(session, operation_, !reads);
+    if (session.dialect() != Dialect::Other && (read || belonging.isTold())) {
+      runSaid(session, {read ? &*read : nullptr, belonging}, statement);
       return std::nullopt;
     }
     Execution execution(session, statement, data::onlyReads(statement));
-    const bool reads = !changesRows(statement);
     std::optional<data::Rows> rows;
     bool result = execution.send(statement);
     for (; result; result = execution.nextResult()) {
@@ -189,7 +190,8 @@ data::Answers OdbcConnection::runTogether(std::span<const data::Command> command
         [this, commands, &answers, &begun](Session& session) {
           try {
             const bool takesBatches = session.dialect() != Dialect::Other;
-            if (takesBatches) sendPacket(session, commands, answers.ran);
+            Belonging belonging(session, operation_, !data::onlyRead(commands));
+            if (takesBatches) sendPacket(session, belonging, commands, answers.ran);
             if (!takesBatches) answers = Connection::runTogether(commands);
           } catch (...) {
             begun = !answers.ran.empty();
@@ -222,9 +224,29 @@ void OdbcConnection::walk(std::string_view statement,
 std::int32_t OdbcConnection::call(const data::Procedure& procedure, std::span<const data::Value> values) {
   const auto read = std::exchange(read_, std::nullopt);
   data::checkArguments(procedure, values);
-  return command([&procedure, values, &read](Session& session) {
-    return read && session.dialect() != Dialect::Other ? callCompared(session, *read, procedure, values)
-                                                       : callProcedure(session, procedure, values);
+  return command([this, &procedure, values, &read](Session& session) {
+    Belonging belonging(session, operation_, !procedure.onlyReads);
+    if (session.dialect() != Dialect::Other && (read || belonging.isTold()))
+      return callSaid(session, {read ? &*read : nullptr, belonging}, procedure, values);
+    return callProcedure(session, procedure, values);
+  });
+}
+
+data::Rows OdbcConnection::takeBack(std::int64_t operation) {
+  data::requireToTakeBack(operation_.get(), operation);
+  return command([this, operation](Session& session) {
+    if (session.dialect() == Dialect::Other) return Connection::takeBack(operation);
+    // It may have been switched on since the session was opened.
+    session.seeHistory(true);
+    Belonging belonging(session, operation_, true);
+    try {
+      return takeBackThere(session, belonging, operation);
+    } catch (const data::DataError& failure) {
+      constexpr int kNoProcedure = 2812;
+      if (failure.number() != kNoProcedure) throw;
+      session.seeHistory(false);
+      return Connection::takeBack(operation);
+    }
   });
 }
 

@@ -12,6 +12,7 @@
 #include "data/as_read.h"
 #include "data/connection.h"
 #include "data/connection_text.h"
+#include "data/operation.h"
 #include "engines/odbc/session.h"
 
 namespace ledgertree::engines::odbc {
@@ -38,6 +39,8 @@ class OdbcConnection final : public data::Connection {
   void walk(std::string_view statement, const std::function<bool(const data::Rows& row)>& visit) override;
   std::int32_t call(const data::Procedure& procedure, std::span<const data::Value> values) override;
   void handOver(const data::AsRead& read) override { read_ = read; }
+  void belongTo(std::shared_ptr<data::Operation> operation) override { operation_ = std::move(operation); }
+  data::Rows takeBack(std::int64_t operation) override;
   data::SearchPage search(const data::SearchRequest& request) override;
   void rest() override {
     if (walk_ == nullptr) session_.reset();
@@ -64,8 +67,9 @@ class OdbcConnection final : public data::Connection {
   std::unique_ptr<Session> session_;
   data::Waiting waiting_;
   bool wasOpen_ = false;
-  std::optional<data::AsRead> read_;  ///< handed over, until the next command
-  Walk* walk_ = nullptr;              ///< the innermost that runs
+  std::optional<data::AsRead> read_;            ///< handed over, until the next command
+  std::shared_ptr<data::Operation> operation_;  ///< what the commands belong to; null: nothing
+  Walk* walk_ = nullptr;                        ///< the innermost that runs
 };
 
 }  // namespace ledgertree::engines::odbc

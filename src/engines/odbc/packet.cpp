@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::string_view kBegin = "declare @Result int begin try ";
 constexpr std::string_view kEnd = "end try begin catch; throw; end catch";
-/// What stands behind a command that has ended.
-constexpr std::string_view kMark = "; select @Result as LedgerTreeResult ";
+/// What stands behind a command that has ended, with the number of what it belongs to where that is asked
+/// for.
+constexpr std::string_view kMark = "; select @Result as LedgerTreeResult";
 constexpr std::string_view kMarkColumn = "LedgerTreeResult";
 
 std::string_view nameOf(const data::Command& command) {
@@ -34,17 +35,18 @@ std::string callText(const data::Command& command) {
 }
 
 std::string textOf(const data::Command& command, CodePage page) {
-  if (command.procedure != nullptr) return callText(command);
-  requireCleanStatement(command.statement);
-  return "exec(N" + data::quoteText(foldStatement(command.statement, page)) + ")";
+  return command.procedure != nullptr ? callText(command) : executed(command.statement, page);
 }
 
 /// A batch of as many commands as can be sent.
 struct Batch {
-  Batch(std::span<const data::Command> commands, CodePage page) : text(kBegin) {
+  Batch(std::span<const data::Command> commands, CodePage page, Belonging& belonging) : text(kBegin) {
+    const std::string number = belonging.numberColumn();
+    const std::string mark = std::string(kMark) + (number.empty() ? "" : ", ") + number + " ";
+    text.append(belonging.ahead());
     try {
       for (const data::Command& command : commands) {
-        text.append(textOf(command, page)).append(kMark);
+        text.append(textOf(command, page)).append(mark);
         ++size;
       }
     } catch (const data::DataError&) {
@@ -59,11 +61,12 @@ struct Batch {
 };
 
 bool isMark(const data::Rows& rows) {
-  return rows.columns().size() == 1 && rows.columns().front() == kMarkColumn;
+  return !rows.columns().empty() && rows.columns().front() == kMarkColumn;
 }
 
 /// The answers of the batch; the last command's only if nothing failed behind it either.
-void readAnswers(Execution& execution, std::span<const data::Command> sent, std::vector<data::Answer>& ran) {
+void readAnswers(Execution& execution, Belonging& belonging, std::span<const data::Command> sent,
+                 std::vector<data::Answer>& ran) {
   data::Answer answer;
   bool atEnd = false;
   for (bool result = true; result && !execution.failed(); result = execution.nextResult()) {
@@ -79,6 +82,8 @@ void readAnswers(Execution& execution, std::span<const data::Command> sent, std:
     }
     set.addRows(rows);
     if (execution.failed()) break;
+    belonging.done();
+    belonging.hears(rows);
     if (command.procedure != nullptr) answer.result = rows.value(0, 0).toInt32();
     atEnd = ran.size() + 1 == sent.size();
     if (atEnd) break;
@@ -96,13 +101,19 @@ void readAnswers(Execution& execution, std::span<const data::Command> sent, std:
 
 }  // namespace
 
-void sendPacket(Session& session, std::span<const data::Command> commands, std::vector<data::Answer>& ran) {
-  const Batch batch(commands, session.codePage());
+std::string executed(std::string_view statement, CodePage page) {
+  requireCleanStatement(statement);
+  return "exec(N" + data::quoteText(foldStatement(statement, page)) + ")";
+}
+
+void sendPacket(Session& session, Belonging& belonging, std::span<const data::Command> commands,
+                std::vector<data::Answer>& ran) {
+  const Batch batch(commands, session.codePage(), belonging);
   const auto sent = commands.first(batch.size);
   if (!sent.empty()) {
     Execution execution(session, nameOf(sent.front()), data::onlyRead(sent));
     if (!execution.send(batch.text)) execution.finish();
-    readAnswers(execution, sent, ran);
+    readAnswers(execution, belonging, sent, ran);
   }
   if (batch.refusal) std::rethrow_exception(batch.refusal);
 }

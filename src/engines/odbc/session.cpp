@@ -22,7 +22,9 @@ constexpr std::string_view kPrepare =
 constexpr std::string_view kAskCodePage =
     "; select convert(int, collationproperty(convert(nvarchar(128), databasepropertyex(db_name(), "
     "'Collation')), 'CodePage')); ";
-constexpr std::string_view kAskVersion = "select @Version";
+constexpr std::string_view kAskVersion =
+    "select @Version; declare @Keeps int = 0; if object_id(N'dbo.tblAccountMemory') is not null "
+    "select @Keeps = IsOn from dbo.tblAccountMemory; select @Keeps";
 constexpr std::chrono::milliseconds kAheadOfTimeOut{1000};
 /// An installer's commands may take hours, but while it waits for a lock others wait for its own.
 constexpr std::chrono::milliseconds kLongestWait{30000};
@@ -109,9 +111,10 @@ void Session::prepareServer(Versions versions) {
   }
   // A server that doesn't understand the question at all is taken as it is.
   if (result != SQL_NO_DATA && (!answers.empty() || dead())) throw openError(records(statement), {});
-  if (answers.size() != 2) return;
+  if (answers.size() != 3) return;
   if (answers[0] == kArabicPage) codePage_ = CodePage::Arabic;
   if (answers[0] == kUtf8Page) codePage_ = CodePage::Unicode;
+  keepsHistory_ = answers[2] != 0;
   // Without a chart every statement says what is missing.
   if (versions == Versions::Present && answers[1] != 0) db::requireSchemaVersion(answers[1]);
 }

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "data/connection.h"
 #include "data/connection_text.h"
+#include "data/operation.h"
 #include "engines/odbc/code_page.h"
 #include "engines/odbc/driver_text.h"
 #include "engines/odbc/errors.h"
@@ -37,6 +40,18 @@ class Session {
   /// Whether the connection is of no use any more, as far as the driver knows or after giveUp().
   [[nodiscard]] bool dead() const;
   void giveUp() { givenUp_ = true; }
+  /// Whether the chart has a memory, as far as was seen at the opening or since.
+  [[nodiscard]] bool keepsHistory() const { return keepsHistory_; }
+  void seeHistory(bool keeps) { keepsHistory_ = keeps; }
+  /// Whether its context says that writes belong to the operation, none where it is null.
+  [[nodiscard]] bool knows(const std::shared_ptr<data::Operation>& operation) const {
+    return isOperationKnown_ && operation_ == operation;
+  }
+  void knowOperation(std::shared_ptr<data::Operation> operation) {
+    operation_ = std::move(operation);
+    isOperationKnown_ = true;
+  }
+  void forgetOperation() { isOperationKnown_ = false; }
   /// Who waits for the commands; it outlives them.
   void whileWaiting(const data::Waiting& waiting) { waiting_ = &waiting; }
   [[nodiscard]] const data::Waiting* waiting() const { return waiting_; }
@@ -56,6 +71,9 @@ class Session {
   std::chrono::milliseconds command_;
   bool givenUp_ = false;
   const data::Waiting* waiting_ = nullptr;
+  bool keepsHistory_ = false;
+  bool isOperationKnown_ = true;
+  std::shared_ptr<data::Operation> operation_;  ///< that the server knows
 };
 
 }  // namespace ledgertree::engines::odbc

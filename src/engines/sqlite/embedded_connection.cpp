@@ -13,8 +13,6 @@ namespace {
 
 using Clock = Watch::Clock;
 
-/// The time limit for taking an operation back.
-constexpr std::chrono::hours kLongestTakingBack{1};
 
 [[noreturn]] void fail(Session& open, std::string_view statement) {
   open.watch().rethrowStop(statement);
@@ -230,13 +228,10 @@ std::int32_t EmbeddedConnection::call(const data::Procedure& procedure, std::spa
 
 data::Rows EmbeddedConnection::takeBack(std::int64_t operation) {
   return command(false, nullptr, [this, operation](Session& open, Watch::Command& watched) {
-    if (!operation_ || !open.marks().areKept())
-      throw data::DataError(data::DataError::Reason::Misuse, 0, data::kNothingIsKept);
-    if (operation_->takesBack != operation)
-      throw data::DataError(data::DataError::Reason::Misuse, 0,
-                            "Can't take an operation back during another command.");
-    // Taking back takes as long as the operation did; it can be cancelled at any time.
-    watched.extend(kLongestTakingBack);
+    data::requireToTakeBack(operation_.get(), operation);
+    if (!open.marks().areKept()) return Connection::takeBack(operation);
+    // It can be cancelled at any time.
+    watched.extend(data::kLongestTakingBack);
     const auto held = operation_;
     Together together(open);
     try {

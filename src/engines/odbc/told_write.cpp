@@ -1,4 +1,4 @@
-#include "engines/odbc/compared_write.h"
+#include "engines/odbc/told_write.h"
 
 #include <optional>
 #include <string>
@@ -7,6 +7,7 @@
 
 #include "engines/odbc/argument.h"
 #include "engines/odbc/execution.h"
+#include "engines/odbc/packet.h"
 #include "engines/odbc/result_sets.h"
 
 namespace ledgertree::engines::odbc {
@@ -24,22 +25,25 @@ class Batch {
     text_ += "?";
     arguments_.emplace_back(parameter, value, session_.codePage());
   }
-  /// Gives the number in the first answer; nothing where there is none. Throws data::DataError.
-  std::optional<std::int32_t> run(std::string_view name) {
-    Execution execution(session_, name, false);
+  /// Gives the rows of the first answer; nothing where there is none. Throws data::DataError.
+  std::optional<data::Rows> run(std::string_view name, Belonging& belonging,
+                                std::optional<std::chrono::milliseconds> longest = {}) {
+    Execution execution(session_, name, false, nullptr, longest);
     SQLUSMALLINT place = 1;
     bool bound = true;
     for (Argument& argument : arguments_) bound = bound && argument.bind(execution.statement(), place++);
     if (!bound) execution.noteFailure();
-    std::optional<std::int32_t> number;
+    std::optional<data::Rows> answer;
     for (bool result = bound && execution.send(text_); result; result = execution.nextResult()) {
       ResultSet set(execution);
-      if (number || set.columns() == 0) continue;
+      if (set.columns() == 0) continue;
       data::Rows rows = set.emptyRows();
-      if (set.next() && set.addCells(rows)) number = rows.value(0, 0).toInt32();
+      set.addRows(rows);
+      if (!belonging.hears(rows) && !answer) answer = std::move(rows);
     }
     execution.finish();
-    return number;
+    belonging.done();
+    return answer;
   }
 
  private:
@@ -72,31 +76,50 @@ void handOver(Batch& batch, const data::AsRead& read) {
 
 }  // namespace
 
-std::int32_t callCompared(Session& session, const data::AsRead& read, const data::Procedure& procedure,
-                          std::span<const data::Value> values) {
+std::int32_t callSaid(Session& session, const Said& said, const data::Procedure& procedure,
+                      std::span<const data::Value> values) {
   Batch batch(session);
-  handOver(batch, read);
+  batch.say(said.belonging.ahead());
+  if (said.read != nullptr) handOver(batch, *said.read);
   batch.say("declare @Result int; exec @Result = " + std::string(procedure.name));
   for (std::size_t place = 0; place < values.size(); ++place) {
     batch.say(place == 0 ? " " : ", ");
     batch.say(procedure.parameters[place], values[place]);
   }
-  batch.say("; select @Result as Result");
-  if (const auto result = batch.run(procedure.name)) return *result;
+  batch.say("; select @Result as Result" + said.belonging.behind());
+  const auto result = batch.run(procedure.name, said.belonging);
+  if (result && result->count() != 0) return result->value(0, 0).toInt32();
   throw data::DataError(data::DataError::Reason::Statement, 0,
                         data::kStatementRefused + std::string(" (no return value)"),
                         std::string(procedure.name));
 }
 
-void runCompared(Session& session, const data::AsRead& read, std::string_view statement) {
+void runSaid(Session& session, const Said& said, std::string_view statement) {
   Batch batch(session);
-  batch.say("begin try begin transaction; ");
-  handOver(batch, read);
-  batch.say("exec dbo.spAccountCompareRead " + std::to_string(read.account ? read.account->id : 0) + "; ");
-  batch.say(statement);
-  batch.say(
-      "; commit transaction; end try begin catch if @@trancount > 0 rollback transaction; throw; end catch");
-  static_cast<void>(batch.run(statement));
+  batch.say(said.belonging.ahead());
+  if (said.read != nullptr) {
+    batch.say("begin try begin transaction; ");
+    handOver(batch, *said.read);
+    batch.say("exec dbo.spAccountCompareRead " +
+              std::to_string(said.read->account ? said.read->account->id : 0) + "; ");
+    batch.say(statement);
+    batch.say(
+        "; commit transaction; end try begin catch if @@trancount > 0 rollback transaction; throw; end "
+        "catch");
+  } else {
+    batch.say(executed(statement, session.codePage()));
+  }
+  batch.say(said.belonging.behind());
+  static_cast<void>(batch.run(statement, said.belonging));
+}
+
+data::Rows takeBackThere(Session& session, Belonging& belonging, std::int64_t operation) {
+  constexpr const char* kProcedure = "spAccountTakeBack";
+  Batch batch(session);
+  batch.say(belonging.ahead());
+  batch.say("exec dbo." + std::string(kProcedure) + " " + std::to_string(operation) + belonging.behind());
+  // As long as the operation took, and no shorter: it can be given up at any time.
+  return batch.run(kProcedure, belonging, data::kLongestTakingBack).value_or(data::Rows());
 }
 
 }  // namespace ledgertree::engines::odbc
