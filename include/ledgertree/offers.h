@@ -30,6 +30,13 @@ enum class Offer {
   ContextMenu,
   /// Enter goes to the next field, and with Shift back, where it has no other meaning.
   EnterAsTab,
+  /// The screen "سابقه": who changed what of an account or of the chart, when, and what was there before;
+  /// what
+  /// an account was called on a day; an operation is taken back from there. Of a database that keeps a memory
+  /// (docs/history.md); of another one the screen says so.
+  History,
+  /// Ctrl+Z takes back what the person did last since the screen was opened, after a question.
+  TakeBack,
 };
 
 /// Offers these, and nothing else. At first nothing is offered. A host that keeps one from some of its users

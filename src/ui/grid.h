@@ -38,7 +38,11 @@ class Grid : public Control {
   /// Up, Down, Home, End, PageUp, PageDown move the cursor; with `extend` they widen the selection.
   void press(Key key, bool extend = false);
 
+  /// The last row was scrolled into sight.
+  void reachedEnd() { raise(onReachedEnd); }
+
   Event<> onSelectionChange;
+  Event<> onReachedEnd;
   void accept(ControlVisitor& visitor) override;
 
  private:

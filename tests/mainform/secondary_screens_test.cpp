@@ -1,5 +1,9 @@
 #include "mainform/form/secondary_screens.h"
 
+#include "data/persian_calendar.h"
+#include "db/history.h"
+#include "history/history.h"
+#include "history/screen/form_history.h"
 #include "mainform/screen_story.h"
 #include "support/steps.h"
 
@@ -32,12 +36,37 @@ class SecondaryScreensStory : public ScreenStory {
   /// Seen are the account and the mode, and what is open in the tree.
   void walk(const std::string& section) {
     start();
-    person.go("mainform/steps.txt", section, [this] {
+    go(section);
+  }
+  void go(const std::string& section) {
+    const auto seen = [this] {
       std::string text = form->txtID.text() + " " + form->txtTitle.text() + ", mode " +
                          std::to_string(static_cast<int>(form->formMode)) + ":";
       addOpen(form->treeAccount.roots().front(), text);
       return text;
-    });
+    };
+    person.go("mainform/steps.txt", section, seen);
+  }
+
+  /// The answer about a day, behind the day; then the rows, without their moments.
+  static std::string rowsOf(const history::FormHistory& screen) {
+    const std::string& then = screen.lblThen.caption();
+    std::string rows = then.substr(std::min(then.size(), then.find(": ") + 1));
+    for (int row = 0; row < screen.grdChanges.rowCount(); ++row)
+      for (int column = 1; column < 6; ++column)
+        rows += (column == 1 ? "; " : ", ") + screen.grdChanges.text(row, column);
+    return rows;
+  }
+  /// What the host will be told.
+  std::string heard() {
+    std::string text;
+    for (const ChartEvent& event : shell.news.take()) {
+      text += std::vector{"created", "changed", "deleted", "recoded", "below", "shown"}.at(
+          static_cast<std::size_t>(event.kind));
+      for (const std::int32_t account : event.accounts) text += " " + std::to_string(account);
+      text += "; ";
+    }
+    return text;
   }
 
  private:
@@ -58,6 +87,46 @@ TEST_F(SecondaryScreensStory, NoScreenOpensOnAQuestionThatFails) { walk("a scree
 TEST_F(SecondaryScreensStory, TheClassesOfAnAccountLeaveTheRecordAlone) {
   database.execute("insert into tblTarvoSystemParameters (ID, Value) values (311, '1')");
   walk("the classes of an account");
+}
+
+TEST_F(SecondaryScreensStory, TheMemoryIsReadAndTakenBack) {
+  if (onServer()) GTEST_SKIP() << "it is about a file";
+  const auto inHistory = [this](const std::string& section) {
+    inScreen<history::FormHistory>("FormHistory", [this, section](history::FormHistory& screen) {
+      person.acts["today"] = [&](auto&) { screen.txtDay.paste(data::toPersianDate(shell.clock())); };
+      person.go(
+          "mainform/steps.txt", section, [&] { return rowsOf(screen); }, [this] { return heard(); });
+    });
+    form->mnuHistory.click();
+  };
+  walk("the memory isn't offered");
+  shell.offers = {Offer::History, Offer::TakeBack};
+  start();
+  inHistory("a chart without a memory");
+  db::switchHistory(database.other(), true);
+  const data::DateTime today = data::toLocalTime(history::since(*shell.dtEn()).value());
+  shell.clock = [today] { return today; };
+  walk("what is remembered");
+  inHistory("the memory of an account");
+  go("the record behind the way back");
+}
+
+TEST_F(SecondaryScreensStory, TheMemoryIsReadPageByPage) {
+  if (onServer()) GTEST_SKIP() << "it is about a file";
+  db::switchHistory(database.other(), true);
+  for (int account = 100; account < 250; ++account)
+    database.execute("insert into tblAccount (ID, Code, Title) values (" + std::to_string(account) + ", '" +
+                     std::to_string(account) + "', 'x')");
+  shell.offers = {Offer::History};
+  start();
+  inScreen<history::FormHistory>("FormHistory", [](history::FormHistory& screen) {
+    EXPECT_EQ(screen.grdChanges.rowCount(), 100);
+    screen.grdChanges.reachedEnd();
+    EXPECT_EQ(screen.grdChanges.text(149, 3), "100");
+    screen.grdChanges.press(ui::Key::End);
+    EXPECT_EQ(screen.grdChanges.rowCount(), 150);
+  });
+  form->mnuHistoryOfAccount.click();
 }
 
 }  // namespace

@@ -1,0 +1,67 @@
+#include "history/operations.h"
+
+#include <string>
+
+namespace ledgertree::history {
+namespace {
+
+data::Rows ask(data::DtEn& data, const std::string& statement) {
+  return data.cnMainData.run(statement).value_or(data::Rows());
+}
+
+/// The rows of both tables of changes that belong to an operation, one column of them.
+std::string changesOf(std::int64_t operation, const std::string& column, const std::string& between) {
+  const std::string where = " where OperationID = " + std::to_string(operation);
+  return "select " + column + " from tblAccountChange" + where + between + "select " + column +
+         " from tblAccountLinkChange" + where;
+}
+
+std::int64_t countOf(data::DtEn& data, const std::string& rows) {
+  return ask(data, "select count(*) as HowMany from (" + rows + ") c").value(0, 0).toInt64();
+}
+
+}  // namespace
+
+std::optional<OperationKept> operationKept(data::DtEn& data, std::int64_t operation) {
+  const data::Rows rows = ask(
+      data, "select Kind, UserID, Moment from tblAccountOperation where ID = " + std::to_string(operation));
+  if (rows.count() == 0) return std::nullopt;
+  OperationKept kept{.kind = static_cast<data::OperationKind>(rows.value(0, 0).toInt32())};
+  if (!rows.isNull(0, 1)) kept.userID = rows.value(0, 1).toInt32();
+  kept.moment = rows.value(0, 2).toDateTime();
+  kept.accounts = countOf(data, changesOf(operation, "AccountID", " union "));
+  kept.changes = countOf(data, changesOf(operation, "ID", " union all "));
+  return kept;
+}
+
+std::int64_t newestOperation(data::DtEn& data) {
+  if (!since(data)) return 0;
+  const data::Rows rows = ask(data, "select max(ID) as ID from tblAccountOperation");
+  return rows.isNull(0, 0) ? 0 : rows.value(0, 0).toInt64();
+}
+
+std::vector<std::int32_t> usersOfMemory(data::DtEn& data) {
+  const data::Rows rows =
+      ask(data, "select distinct UserID from tblAccountOperation where UserID is not null order by UserID");
+  std::vector<std::int32_t> users;
+  for (std::size_t row = 0; row < rows.count(); ++row) users.push_back(rows.value(row, 0).toInt32());
+  return users;
+}
+
+std::vector<Touched> touchedBy(data::DtEn& data, std::int64_t operation) {
+  const std::string where = " where OperationID = " + std::to_string(operation);
+  std::vector<Touched> touched;
+  const data::Rows accounts =
+      ask(data, "select AccountID, Event from tblAccountChange" + where + " order by ID");
+  for (std::size_t row = 0; row < accounts.count(); ++row)
+    touched.push_back(
+        {accounts.value(row, 0).toInt32(), static_cast<Event>(accounts.value(row, 1).toInt32())});
+  const data::Rows relations =
+      ask(data, "select distinct AccountID from tblAccountLinkChange" + where + " and Link = " +
+                    std::to_string(static_cast<int>(Subject::Relation)) + " and AccountID is not null");
+  for (std::size_t row = 0; row < relations.count(); ++row)
+    touched.push_back({relations.value(row, 0).toInt32(), Event::Changed});
+  return touched;
+}
+
+}  // namespace ledgertree::history
