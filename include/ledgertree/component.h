@@ -19,7 +19,8 @@
  *
  * - of SheetKit.SheetWriter it sets UserID, PositionID, EmployeeID, OLEConnectionString and FormTypeID (301),
  *   and calls ExportToExcel with one argument: a statement in the dialect of SQL Server, whose column aliases
- *   are the headings;
+ *   are the headings; for rows that stand in no statement it calls AddRow with the texts of each row, the
+ *   headings first, and then ExportRows without arguments;
  * - of PactKit.PactEditor it sets UserID, PositionID, EmployeeID and OLEConnectionString, and calls ClearShow
  *   without arguments.
  *

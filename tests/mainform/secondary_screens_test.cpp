@@ -6,6 +6,7 @@
 #include "history/screen/form_history.h"
 #include "mainform/screen_story.h"
 #include "support/steps.h"
+#include "support/told_component.h"
 
 namespace ledgertree::testing {
 namespace {
@@ -117,16 +118,25 @@ TEST_F(SecondaryScreensStory, TheMemoryIsReadPageByPage) {
   for (int account = 100; account < 250; ++account)
     database.execute("insert into tblAccount (ID, Code, Title) values (" + std::to_string(account) + ", '" +
                      std::to_string(account) + "', 'x')");
-  shell.offers = {Offer::History};
+  int exported = 0;
+  shell.components.add("SheetKit.SheetWriter", [&exported] {
+    return std::make_unique<ToldComponent>([&exported](const std::string& asked) -> data::Value {
+      if (asked.starts_with("AddRow(")) ++exported;
+      return {};
+    });
+  });
+  shell.offers = {Offer::History, Offer::Export};
   start();
   inScreen<history::FormHistory>("FormHistory", [](history::FormHistory& screen) {
     EXPECT_EQ(screen.grdChanges.rowCount(), 100);
+    screen.cmdExport.click();
     screen.grdChanges.reachedEnd();
     EXPECT_EQ(screen.grdChanges.text(149, 3), "100");
     screen.grdChanges.press(ui::Key::End);
     EXPECT_EQ(screen.grdChanges.rowCount(), 150);
   });
   form->mnuHistoryOfAccount.click();
+  EXPECT_EQ(exported, 151) << "the headings, and all";
 }
 
 }  // namespace

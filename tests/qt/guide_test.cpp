@@ -186,7 +186,7 @@ void Guide::drawSecondaryScreens() {
     form->txtTitle.setText(title);
     form->cmdSave.click();
   }
-  inFront([&] { static_cast<void>(history::showHistory(shell, -1, [] { return true; })); }, drawAndHelp);
+  inFront([&] { static_cast<void>(history::showHistory(shell, -1, {})); }, drawAndHelp);
   pactkit::CostCenters centers(shell);
   centers.open();
   inFront([&] { desktop.showModal(centers); }, drawAndHelp);

@@ -14,11 +14,12 @@ namespace {
 
 constexpr ui::Size kDesignSize{13200, 7380};
 constexpr std::size_t kDateLength = 10;
+constexpr std::size_t kExportedTogether = 1000;
 constexpr std::int32_t kAll = -1;  ///< what the first line of a list stands for
 
 }  // namespace
 
-FormHistory::FormHistory(shell::Shell& shell, std::int32_t accountID, std::function<bool()> mayChange)
+FormHistory::FormHistory(shell::Shell& shell, std::int32_t accountID, Doors doors)
     : ui::Form(shell.surroundings(), "FormHistory", "سابقه حسابها", kDesignSize),
       lblSince(*this, "lblSince", {225, 120, 12750, 480}),
       lblAccount(*this, "lblAccount", {11925, 690, 1050, 270}, "حساب:"),
@@ -43,9 +44,10 @@ FormHistory::FormHistory(shell::Shell& shell, std::int32_t accountID, std::funct
       cmdThen(*this, "cmdThen", {3450, 300, 1875, 390}, "چه بود؟", &FrameThen),
       lblThen(*this, "lblThen", {150, 765, 12450, 570}, "", &FrameThen),
       cmdTakeBack(*this, "cmdTakeBack", {9975, 6825, 3000, 405}, "برگرداندن اين عمليات..."),
+      cmdExport(*this, "cmdExport", {7575, 6825, 2250, 405}, "انتقال به اکسل"),
       cmdCancel(*this, "cmdCancel", {225, 6825, 1500, 405}, "بستن"),
       shell_(shell),
-      mayChange_(std::move(mayChange)),
+      doors_(std::move(doors)),
       words_(*shell.dtEn()),
       baseline_(kDesignSize) {
   loadControls();
@@ -76,6 +78,7 @@ void FormHistory::loadControls() {
     date->setLeftToRight(true);
     date->setHint("سال/ماه/روز، مانند 1405/09/02");
   }
+  cmdExport.setVisible(shell_.isOffered(Offer::Export));
   lblSince.setWraps(true);
   lblThen.setWraps(true);
   grdChanges.setColumns({{.header = "زمان", .width = 1650},
@@ -119,6 +122,7 @@ void FormHistory::listen() {
   cmdAll.onClick = [this] { showAll(); };
   cmdOfAccount.onClick = [this] { showOfAccount(); };
   cmdThen.onClick = [this] { showThen(); };
+  cmdExport.onClick = [this] { exportAll(); };
   cmdTakeBack.onClick = [this] { takeBackHighlighted(); };
   cmdCancel.onClick = [this] { close(); };
 }
@@ -147,7 +151,8 @@ void FormHistory::resized() {
     ui::Bounds bounds = control->bounds();
     const bool wide =
         control == &lblSince || control == &grdChanges || control == &FrameThen || control == &lblThen;
-    const bool below = control == &FrameThen || control == &cmdTakeBack || control == &cmdCancel;
+    const bool below =
+        control == &FrameThen || control == &cmdTakeBack || control == &cmdExport || control == &cmdCancel;
     if (wide) bounds.width += wider;
     if (!wide && control != &cmdCancel) bounds.left += wider;
     if (control == &grdChanges) bounds.height += higher;
@@ -200,14 +205,34 @@ void FormHistory::readMore() {
   words_.learn(found.changes);
   next_ = found.next;
   atEnd_ = next_ == 0;
-  for (const Change& change : found.changes) addRow(change);
+  for (const Change& change : found.changes) {
+    changes_.push_back(change);
+    grdChanges.addRow(rowOf(change));
+  }
 }
 
-void FormHistory::addRow(const Change& change) {
-  changes_.push_back(change);
-  grdChanges.addRow({momentInWords(change.moment), words_.user(change.userID),
-                     std::string(nameOf(change.kind)), change.code, change.title,
-                     words_.whatChanged(change)});
+std::vector<std::string> FormHistory::rowOf(const Change& change) const {
+  return {momentInWords(change.moment),
+          words_.user(change.userID),
+          std::string(nameOf(change.kind)),
+          change.code,
+          change.title,
+          words_.whatChanged(change)};
+}
+
+void FormHistory::exportAll() {
+  std::vector<std::vector<std::string>> rows(1);
+  for (const ui::GridColumn& column : grdChanges.columns()) rows.front().push_back(column.header);
+  {
+    const shell::Hourglass hourglass(desktop());
+    Page found;
+    do {
+      found = page(*shell_.dtEn(), filter_, found.next, kExportedTogether);
+      words_.learn(found.changes);
+      for (const Change& change : found.changes) rows.push_back(rowOf(change));
+    } while (found.next != 0);
+  }
+  doors_.exportRows(rows);
 }
 
 void FormHistory::showAll() {
@@ -233,7 +258,7 @@ void FormHistory::showOfAccount() {
 
 void FormHistory::takeBackHighlighted() {
   const Change* const change = highlighted();
-  if (change == nullptr || !mayChange_() || !takeBackAsked(shell_, change->operation)) return;
+  if (change == nullptr || !doors_.mayChange() || !takeBackAsked(shell_, change->operation)) return;
   ChangedFlag = true;
   sltAccount.ReloadAccounts();
   readAnew();
@@ -284,8 +309,8 @@ std::string FormHistory::thenInWords(data::DtEn& gateway, std::int32_t accountID
   return words + "، زير حساب «" + parent.code + " " + parent.title + "»";
 }
 
-bool showHistory(shell::Shell& shell, std::int32_t accountID, std::function<bool()> mayChange) {
-  FormHistory form(shell, accountID, std::move(mayChange));
+bool showHistory(shell::Shell& shell, std::int32_t accountID, Doors doors) {
+  FormHistory form(shell, accountID, std::move(doors));
   shell.desktop().showModal(form);
   return form.ChangedFlag;
 }

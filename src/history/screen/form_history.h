@@ -20,14 +20,22 @@
 
 namespace ledgertree::history {
 
+/// What the screen is given of the house around it.
+struct Doors {
+  /// Tells the person and says no where nothing may be taken back now.
+  std::function<bool()> mayChange;
+  /// Writes rows of texts into a spreadsheet, the headings first.
+  std::function<void(const std::vector<std::vector<std::string>>& rows)> exportRows;
+};
+
 /// What the memory of the chart knows, the newest first, a row for each row of the database that came,
 /// changed or went; what an account was called on a day; and the way back. It reads the memory page by page,
 /// as far as the person scrolls.
 class FormHistory : public ui::Form {
  public:
-  /// `accountID` is the one whose changes are shown first; -1: those of all. `mayChange` tells the person and
-  /// says no where nothing may be taken back now. `shell` outlives the form. Throws data::DataError.
-  FormHistory(shell::Shell& shell, std::int32_t accountID, std::function<bool()> mayChange);
+  /// `accountID` is the one whose changes are shown first; -1: those of all. `shell` outlives the form.
+  /// Throws data::DataError.
+  FormHistory(shell::Shell& shell, std::int32_t accountID, Doors doors);
 
   /// Whether an operation was taken back.
   bool ChangedFlag = false;
@@ -55,6 +63,7 @@ class FormHistory : public ui::Form {
   ui::PushButton cmdThen;
   ui::Label lblThen;
   ui::PushButton cmdTakeBack;
+  ui::PushButton cmdExport;  ///< where the host offers the export
   ui::PushButton cmdCancel;
 
  protected:
@@ -72,19 +81,21 @@ class FormHistory : public ui::Form {
   [[nodiscard]] bool readDay(ui::TextField& field, std::optional<data::DateTime>& day);
   void readAnew();
   void readMore();
-  void addRow(const Change& change);
+  [[nodiscard]] std::vector<std::string> rowOf(const Change& change) const;
   void showAll();
   void showOfAccount();
   void showThen();
   void showInPeriod(data::DtEn& gateway, std::int32_t accountID, std::int32_t periodID);
   void takeBackHighlighted();
+  /// All that the filter lets through, whether it was scrolled into sight or not.
+  void exportAll();
   [[nodiscard]] const Change* highlighted() const;
   /// What the account was called, and where it stood.
   [[nodiscard]] std::string thenInWords(data::DtEn& gateway, std::int32_t accountID,
                                         const data::DateTime& moment) const;
 
   shell::Shell& shell_;
-  std::function<bool()> mayChange_;
+  Doors doors_;
   Words words_;
   std::optional<data::DateTime> since_;
   Filter filter_;
@@ -96,6 +107,6 @@ class FormHistory : public ui::Form {
 };
 
 /// Shows the screen until the person leaves; true where the chart has to be read anew.
-[[nodiscard]] bool showHistory(shell::Shell& shell, std::int32_t accountID, std::function<bool()> mayChange);
+[[nodiscard]] bool showHistory(shell::Shell& shell, std::int32_t accountID, Doors doors);
 
 }  // namespace ledgertree::history

@@ -1,5 +1,6 @@
 #include "mainform/form/history_commands.h"
 
+#include "batch/hand_over.h"
 #include "history/history.h"
 #include "history/operations.h"
 #include "history/screen/form_history.h"
@@ -30,8 +31,10 @@ void HistoryCommands::begin() {
 }
 
 void HistoryCommands::showHistory() {
-  const auto mayChange = [this] { return !refusedWhileTyping(screen_, shell_); };
-  if (history::showHistory(shell_, screen_.AccountOnRecord, mayChange)) readAnew();
+  const history::Doors doors{
+      .mayChange = [this] { return !refusedWhileTyping(screen_, shell_); },
+      .exportRows = [this](const auto& rows) { batch::exportRows(shell_, screen_.settings.BasePath, rows); }};
+  if (history::showHistory(shell_, screen_.AccountOnRecord, doors)) readAnew();
 }
 
 bool HistoryCommands::keyCounts() const {
