@@ -9,15 +9,8 @@ data::Rows ask(data::DtEn& data, const std::string& statement) {
   return data.cnMainData.run(statement).value_or(data::Rows());
 }
 
-/// The rows of both tables of changes that belong to an operation, one column of them.
-std::string changesOf(std::int64_t operation, const std::string& column, const std::string& between) {
-  const std::string where = " where OperationID = " + std::to_string(operation);
-  return "select " + column + " from tblAccountChange" + where + between + "select " + column +
-         " from tblAccountLinkChange" + where;
-}
-
-std::int64_t countOf(data::DtEn& data, const std::string& rows) {
-  return ask(data, "select count(*) as HowMany from (" + rows + ") c").value(0, 0).toInt64();
+std::string tableOf(const char* name, std::int64_t operation) {
+  return std::string(" from ") + name + " where OperationID = " + std::to_string(operation);
 }
 
 }  // namespace
@@ -29,8 +22,12 @@ std::optional<OperationKept> operationKept(data::DtEn& data, std::int64_t operat
   OperationKept kept{.kind = static_cast<data::OperationKind>(rows.value(0, 0).toInt32())};
   if (!rows.isNull(0, 1)) kept.userID = rows.value(0, 1).toInt32();
   kept.moment = rows.value(0, 2).toDateTime();
-  kept.accounts = countOf(data, changesOf(operation, "AccountID", " union "));
-  kept.changes = countOf(data, changesOf(operation, "ID", " union all "));
+  const std::string own = tableOf("tblAccountChange", operation);
+  const std::string links = tableOf("tblAccountLinkChange", operation);
+  kept.accounts = static_cast<std::int64_t>(
+      ask(data, "select AccountID" + own + " union select AccountID" + links).count());
+  for (const std::string* const table : {&own, &links})
+    kept.changes += ask(data, "select count(*) as HowMany" + *table).value(0, 0).toInt64();
   return kept;
 }
 
@@ -41,8 +38,9 @@ std::int64_t newestOperation(data::DtEn& data) {
 }
 
 std::vector<std::int32_t> usersOfMemory(data::DtEn& data) {
-  const data::Rows rows =
-      ask(data, "select distinct UserID from tblAccountOperation where UserID is not null order by UserID");
+  // A union has each of them once.
+  const std::string all = "select UserID from tblAccountOperation where UserID is not null";
+  const data::Rows rows = ask(data, all + " union " + all + " order by UserID");
   std::vector<std::int32_t> users;
   for (std::size_t row = 0; row < rows.count(); ++row) users.push_back(rows.value(row, 0).toInt32());
   return users;
@@ -56,11 +54,12 @@ std::vector<Touched> touchedBy(data::DtEn& data, std::int64_t operation) {
   for (std::size_t row = 0; row < accounts.count(); ++row)
     touched.push_back(
         {accounts.value(row, 0).toInt32(), static_cast<Event>(accounts.value(row, 1).toInt32())});
-  const data::Rows relations =
-      ask(data, "select distinct AccountID from tblAccountLinkChange" + where + " and Link = " +
-                    std::to_string(static_cast<int>(Subject::Relation)) + " and AccountID is not null");
-  for (std::size_t row = 0; row < relations.count(); ++row)
-    touched.push_back({relations.value(row, 0).toInt32(), Event::Changed});
+  const std::string relations = "select AccountID from tblAccountLinkChange" + where +
+                                " and Link = " + std::to_string(static_cast<int>(Subject::Relation)) +
+                                " and AccountID is not null";
+  const data::Rows entities = ask(data, relations + " union " + relations);
+  for (std::size_t row = 0; row < entities.count(); ++row)
+    touched.push_back({entities.value(row, 0).toInt32(), Event::Changed});
   return touched;
 }
 

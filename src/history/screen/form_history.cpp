@@ -1,5 +1,6 @@
 #include "history/screen/form_history.h"
 
+#include <initializer_list>
 #include <utility>
 
 #include "data/persian_calendar.h"
@@ -108,7 +109,14 @@ void FormHistory::nameControls() {
 void FormHistory::listen() {
   const auto typePersian = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
   sltAccount.onGotFocus = typePersian;
-  sltPeriod.onGotFocus = typePersian;
+  sltPeriod.onGotFocus = [this, typePersian] {
+    typePersian();
+    setDefaultButton(cmdThen);
+  };
+  // Enter asks what the field is for.
+  txtDay.onGotFocus = [this] { setDefaultButton(cmdThen); };
+  for (ui::Control* asked : std::initializer_list<ui::Control*>{&txtDay, &sltPeriod})
+    asked->onLostFocus = [this] { setDefaultButton(cmdShow); };
   grdChanges.onReachedEnd = [this] { readMore(); };
   grdChanges.onSelectionChange = [this] {
     if (grdChanges.currentRow() == grdChanges.rowCount() - 1) readMore();
