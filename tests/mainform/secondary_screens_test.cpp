@@ -49,6 +49,10 @@ class SecondaryScreensStory : public ScreenStory {
     person.go("mainform/steps.txt", section, seen);
   }
 
+  void goIn(const history::FormHistory& screen, const std::string& section) {
+    person.go(
+        "mainform/steps.txt", section, [&] { return rowsOf(screen); }, [this] { return heard(); });
+  }
   /// The answer about a day, behind the day; then the rows, without their moments.
   static std::string rowsOf(const history::FormHistory& screen) {
     const std::string& then = screen.lblThen.caption();
@@ -92,24 +96,37 @@ TEST_F(SecondaryScreensStory, TheClassesOfAnAccountLeaveTheRecordAlone) {
 
 TEST_F(SecondaryScreensStory, TheMemoryIsReadAndTakenBack) {
   if (onServer()) GTEST_SKIP() << "it is about a file";
-  const auto inHistory = [this](const std::string& section) {
-    inScreen<history::FormHistory>("FormHistory", [this, section](history::FormHistory& screen) {
-      person.acts["today"] = [&](auto&) { screen.txtDay.paste(data::toPersianDate(shell.clock())); };
-      person.go(
-          "mainform/steps.txt", section, [&] { return rowsOf(screen); }, [this] { return heard(); });
-    });
-    form->mnuHistory.click();
-  };
   walk("the memory isn't offered");
   shell.offers = {Offer::History, Offer::TakeBack};
   start();
-  inHistory("a chart without a memory");
+  const auto inHistory = [this](const std::function<void(history::FormHistory&)>& act) {
+    inScreen<history::FormHistory>("FormHistory", act);
+    form->mnuHistory.click();
+  };
+  inHistory([this](history::FormHistory& screen) { goIn(screen, "a chart without a memory"); });
   db::switchHistory(database.other(), true);
-  const data::DateTime today = data::toLocalTime(history::since(*shell.dtEn()).value());
-  shell.clock = [today] { return today; };
+  const data::DateTime now = data::toLocalTime(history::since(*shell.dtEn()).value());
+  shell.clock = [now] { return now; };
+  const std::string today = data::toPersianDate(now);
   walk("what is remembered");
-  inHistory("the memory of an account");
+  static_cast<void>(shell.news.take());
+  inHistory([&](history::FormHistory& screen) {
+    person.acts["today"] = [&](auto&) { screen.txtDay.paste(today); };
+    goIn(screen, "the memory of an account");
+    answer(true);
+    std::string question = toldBy(screen.cmdTakeBack);
+    question.erase(question.find(today), std::string_view("1405/09/02 14:05").size());
+    EXPECT_EQ(question,
+              "برگرداندن عمليات|«اصلاح حساب» (حسابدار، ) برگردانده ميشود: 1 حساب، 1 تغيير.\n"
+              "«1108 بانک ها»: عنوان: بانک ها ← بانک، کد: 1108 ← 1102\nآيا مطمئن هستيد؟");
+    EXPECT_EQ(heard(), "changed 3; ");
+    goIn(screen, "the memory behind the way back");
+  });
   go("the record behind the way back");
+  answer(true);
+  form->press(ui::KeyChord::ctrlAnd('Z'));
+  EXPECT_TRUE(notices.taken().starts_with("برگرداندن عمليات|«حذف حساب» (حسابدار، "));
+  go("a deleted account that came back");
 }
 
 TEST_F(SecondaryScreensStory, TheMemoryIsReadPageByPage) {

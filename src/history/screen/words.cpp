@@ -179,11 +179,12 @@ std::string Words::whatChanged(const Change& change) const {
 std::string Words::ofAccount(const Change& change) const {
   std::string words;
   for (const Field& field : change.fields) {
-    if (!isShown(field)) continue;
+    const std::string before = valueOf(field.column, field.before);
+    const std::string after = valueOf(field.column, field.after);
+    // None can be stored as more than one value.
+    if (!isShown(field) || before == after) continue;
     words.append(words.empty() ? "" : kComma).append(nameOf(field)).append(": ");
-    words += change.event == Event::Changed
-                 ? fromTo(valueOf(field.column, field.before), valueOf(field.column, field.after))
-                 : valueOf(field.column, present(field));
+    words += change.event == Event::Changed ? fromTo(before, after) : valueOf(field.column, present(field));
   }
   if (change.event == Event::Came) return "حساب تازه؛ " + words;
   return change.event == Event::Went ? "حذف؛ " + words : words;
