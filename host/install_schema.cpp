@@ -137,7 +137,10 @@ void installFile(const std::string& path, const Options& options) {
   SQLite::Database database = db::openChartFile(path, true);
   if (options.schema)
     for (const std::string& line : db::openSchema(database, {}, db::Mend::Everything)) print(line);
-  if (options.demo) db::createDemoChart(database);
+  if (options.demo) {
+    db::createDemoChart(database);
+    db::switchHistory(database, true);
+  }
   print("done");
 }
 

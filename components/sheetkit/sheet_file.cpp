@@ -52,10 +52,16 @@ constexpr std::int64_t kRowsAStep = 256;
 
 std::int64_t writeSheet(data::Connection& connection, std::string_view statement, const fs::path& file,
                         const Progress& progress, std::int64_t mostRows) {
+  const Source source = [&](const auto& show) { connection.walk(statement, show); };
+  return writeSheet(source, file, progress, mostRows);
+}
+
+std::int64_t writeSheet(const Source& source, const fs::path& file, const Progress& progress,
+                        std::int64_t mostRows) {
   SheetLayout layout;
   bool goesOn = progress(0, 0);
   if (!goesOn) return 0;
-  connection.walk(statement, [&](const data::Rows& row) {
+  source([&](const data::Rows& row) {
     layout.measure(row);
     if (layout.rows() % kRowsAStep == 0) goesOn = progress(layout.rows(), 0);
     return goesOn && layout.rows() <= mostRows;
@@ -71,7 +77,7 @@ std::int64_t writeSheet(data::Connection& connection, std::string_view statement
   const FileInTheMaking made(file);
   std::int64_t done = 0;
   Workbook book(made.path(), layout);
-  connection.walk(statement, [&](const data::Rows& row) {
+  source([&](const data::Rows& row) {
     // Accounts may have been added since the count.
     if (done == mostRows) refuseTooMany();
     book.add(row);

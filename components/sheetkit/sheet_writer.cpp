@@ -29,19 +29,18 @@ namespace ledgertree::sheetkit {
 
 namespace {
 
-constexpr const char* kTitle = "انتقال ساختار حسابها به اکسل";
 constexpr const char* kSuffix = ".xlsx";
 
 /// In the user's documents folder, or the home folder if there is none, named by the day: "1405-09-01 سرفصل
 /// حسابها.xlsx". The day comes first: after right-to-left letters, it would be displayed in reverse order.
-QString proposedFile() {
+QString proposedFile(const char* name) {
   const QDate today = QDate::currentDate();
   const QString day =
       qt::toQt(data::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()}))
           .replace('/', '-');
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   return QDir(QDir(folder).exists() && !folder.isEmpty() ? folder : QDir::homePath())
-      .filePath(day + QString::fromUtf8(" سرفصل حسابها") + kSuffix);
+      .filePath(day + " " + QString::fromUtf8(name) + kSuffix);
 }
 
 /// Puts the toolkit's own texts, such as the overwrite question, into Persian for the object's lifetime.
@@ -60,10 +59,10 @@ class PersianWords {
 };
 
 /// Empty if the user cancels.
-QString askForFile() {
+QString askForFile(const char* title, const char* name) {
   const qt::HourglassPause pause;
   const PersianWords words;
-  QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(kTitle), proposedFile(),
+  QFileDialog dialog(QApplication::activeWindow(), QString::fromUtf8(title), proposedFile(name),
                      QString::fromUtf8("صفحه گسترده (*.xlsx)"));
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix("xlsx");
@@ -88,11 +87,11 @@ void tell(const QString& message) {
 }
 
 /// Tells what was written and where; opens the folder if the user wants it.
-void tellWritten(std::int64_t accounts, const QString& file) {
+void tellWritten(std::int64_t rows, const char* unit, const QString& file) {
   qt::NoticeDialog notice;
   notice.title = QString::fromUtf8("اتمام عمليات");
-  notice.message =
-      QString::fromUtf8("%1 حساب در اين فايل نوشته شد:\n").arg(accounts) + QDir::toNativeSeparators(file);
+  notice.message = QString::fromUtf8("%1 %2 در اين فايل نوشته شد:\n").arg(rows).arg(QString::fromUtf8(unit)) +
+                   QDir::toNativeSeparators(file);
   notice.secondButton = QString::fromUtf8("باز کردن پوشه");
   if (notice.ask() == qt::NoticeDialog::Answer::Second)
     QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).path()));
@@ -110,26 +109,40 @@ void SheetWriter::set(std::string_view member, const data::Value& value) {
 data::Value SheetWriter::get(std::string_view member) { components::refuseMember(member); }
 
 void SheetWriter::call(std::string_view member, const std::vector<data::Value>& arguments) {
-  if (member != "ExportToExcel" || arguments.size() != 1) components::refuseMember(member);
+  static constexpr Said kChart{"انتقال ساختار حسابها به اکسل", "سرفصل حسابها", "حساب"};
+  static constexpr Said kRows{"انتقال سابقه حسابها به اکسل", "سابقه حسابها", "رديف"};
+  if (member == "AddRow") return rows_.push_back(arguments);
+  const bool given = member == "ExportRows" && arguments.empty();
+  if (!given && (member != "ExportToExcel" || arguments.size() != 1)) components::refuseMember(member);
   try {
-    exportToExcel(arguments.front().toText());
+    if (given) return exportFrom([this](const auto& show) { showRows(show); }, kRows);
+    const auto connection = components::engines().open(given_.OLEConnectionString);
+    const std::string statement = arguments.front().toText();
+    exportFrom([&](const auto& show) { connection->walk(statement, show); }, kChart);
   } catch (const std::exception& failure) {
     tell(qt::toQt(failure.what()));
   }
 }
 
-void SheetWriter::exportToExcel(std::string_view statement) const {
-  const QString file = askForFile();
-  if (file.isEmpty()) return;
-  // A cancelled export needs no message.
-  if (const std::int64_t accounts = write(statement, qt::fromQt(file)); accounts > 0)
-    tellWritten(accounts, file);
+void SheetWriter::showRows(const std::function<bool(const data::Rows& row)>& show) const {
+  data::Rows row;
+  if (!rows_.empty())
+    for (const data::Value& heading : rows_.front()) row.addColumn(heading.toText());
+  bool goesOn = true;
+  for (std::size_t place = 1; goesOn && place < rows_.size(); ++place) {
+    row.clearRows();
+    for (std::size_t column = 0; column < row.columns().size(); ++column)
+      row.addText(column < rows_[place].size() ? rows_[place][column].toText() : std::string());
+    goesOn = show(row);
+  }
 }
 
-std::int64_t SheetWriter::write(std::string_view statement, const std::string& file) const {
-  QProgressDialog dialog(QString::fromUtf8(kTitle), QString::fromUtf8("انصراف"), 0, 0,
-                         QApplication::activeWindow());
-  dialog.setWindowTitle(QString::fromUtf8(kTitle));
+void SheetWriter::exportFrom(const Source& source, const Said& said) const {
+  const QString file = askForFile(said.title, said.file);
+  if (file.isEmpty()) return;
+  const QString title = QString::fromUtf8(said.title);
+  QProgressDialog dialog(title, QString::fromUtf8("انصراف"), 0, 0, QApplication::activeWindow());
+  dialog.setWindowTitle(title);
   dialog.setLayoutDirection(Qt::RightToLeft);
   qt::dress(dialog);
   dialog.setFont(qt::screenFont());
@@ -143,16 +156,20 @@ std::int64_t SheetWriter::write(std::string_view statement, const std::string& f
   // Stays open after the last row, while the file is put together.
   dialog.setAutoReset(false);
   dialog.setAutoClose(false);
-  const auto connection = components::engines().open(given_.OLEConnectionString);
-  return writeSheet(*connection, statement, std::filesystem::path(std::u8string(file.begin(), file.end())),
-                    [&](std::int64_t done, std::int64_t all) {
-                      if (all > 0)
-                        dialog.setLabelText(done < all ? QString::fromUtf8("%1 حساب از %2").arg(done).arg(all)
-                                                       : QString::fromUtf8("فايل در حال بسته شدن است..."));
-                      dialog.setMaximum(static_cast<int>(all));
-                      dialog.setValue(static_cast<int>(done));  // paints
-                      return !dialog.wasCanceled();
-                    });
+  const std::string name = qt::fromQt(file);
+  const QString unit = QString::fromUtf8(said.unit);
+  const auto show = [&](std::int64_t done, std::int64_t all) {
+    if (all > 0)
+      dialog.setLabelText(done < all ? QString::fromUtf8("%1 %3 از %2").arg(done).arg(all).arg(unit)
+                                     : QString::fromUtf8("فايل در حال بسته شدن است..."));
+    dialog.setMaximum(static_cast<int>(all));
+    dialog.setValue(static_cast<int>(done));  // paints
+    return !dialog.wasCanceled();
+  };
+  // Nothing is told of a work that the person gave up.
+  const std::int64_t rows =
+      writeSheet(source, std::filesystem::path(std::u8string(name.begin(), name.end())), show);
+  if (rows > 0) tellWritten(rows, said.unit, file);
 }
 
 }  // namespace ledgertree::sheetkit

@@ -1,15 +1,18 @@
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
+#include "sheetkit/sheet_file.h"
 #include "shell/outside_components.h"
 #include "support/given.h"
 
 namespace ledgertree::sheetkit {
 
-/// The component SheetKit.SheetWriter: asks where the spreadsheet goes, writes it, and shows progress. It
-/// reports its own failures. Needs a QApplication, and runs on the user-interface thread.
+/// The component SheetKit.SheetWriter: asks where the spreadsheet goes, writes the rows of a statement, or
+/// those that it was given, and shows progress. It reports its own failures. Needs a QApplication, and runs
+/// on the user-interface thread.
 class SheetWriter : public shell::OutsideComponent {
  public:
   void set(std::string_view member, const data::Value& value) override;
@@ -17,11 +20,17 @@ class SheetWriter : public shell::OutsideComponent {
   void call(std::string_view member, const std::vector<data::Value>& arguments) override;
 
  private:
-  void exportToExcel(std::string_view statement) const;
-  /// Returns the number of accounts, 0 if the user cancelled.
-  std::int64_t write(std::string_view statement, const std::string& file) const;
+  /// What the user reads about an export.
+  struct Said {
+    const char* title;
+    const char* file;  ///< the file's name, after the day
+    const char* unit;  ///< of what is counted
+  };
+  void exportFrom(const Source& source, const Said& said) const;
+  void showRows(const std::function<bool(const data::Rows& row)>& show) const;
 
   components::Given given_;
+  std::vector<std::vector<data::Value>> rows_;  ///< the heading first
 };
 
 }  // namespace ledgertree::sheetkit

@@ -19,7 +19,8 @@
  *
  * - SheetKit.SheetWriter: it sets UserID, PositionID, EmployeeID, OLEConnectionString and FormTypeID (301),
  *   and calls ExportToExcel with one argument: a statement in SQL Server's dialect, whose column aliases
- *   are the headings;
+ *   are the headings; for rows of no statement it calls AddRow with the texts of each row, the headings
+ *   first, and then ExportRows without arguments;
  * - PactKit.PactEditor: it sets UserID, PositionID, EmployeeID and OLEConnectionString, and calls ClearShow
  *   without arguments.
  *

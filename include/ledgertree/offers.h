@@ -30,10 +30,16 @@ enum class Offer {
   ContextMenu,
   /// Enter moves to the next field, Shift+Enter back, where Enter has no other meaning.
   EnterAsTab,
-  /// Ahead of a recoding and a deletion in batch a look at what it would do, account by account, and from
-  /// there the work itself; ahead of the copying and hiding of a period, how many accounts come, go and stay;
-  /// behind a deletion that was refused, what stands in its way.
+  /// Before a recoding or a batch deletion, a preview of what it would do, account by account, and from there
+  /// the work itself; before the copying and hiding of a period, how many accounts come, go and stay; after a
+  /// refused deletion, what prevents it.
   Preview,
+  /// The screen "سابقه": who changed what of an account or of the chart, when, and what was there before; what
+  /// an account was called on a day; an operation is taken back from there. Needs a database that keeps a
+  /// history (docs/history.md); of another one the screen says so.
+  History,
+  /// Ctrl+Z takes back what the user did last since the screen was opened, after a question.
+  TakeBack,
 };
 
 /// Turns on exactly these; none are on by default. A host that withholds one from some of its users calls

@@ -85,6 +85,19 @@ void exportChart(shell::Shell& shell, std::string_view basePath) {
   shell.desktop().setCursor(ui::CursorShape::Default);
 }
 
+void exportRows(shell::Shell& shell, std::string_view basePath,
+                const std::vector<std::vector<std::string>>& rows) {
+  const auto component = createRegistering(shell, "SheetKit.SheetWriter", basePath);
+  if (!component) return;
+  introduce(shell.context, *component);
+  skippingFailure([&] {
+    for (const std::vector<std::string>& row : rows)
+      component->call("AddRow", std::vector<data::Value>(row.begin(), row.end()));
+    component->call("ExportRows", {});
+  });
+  shell.desktop().setPointer(ui::Pointer::Default);
+}
+
 void editCostCenters(shell::Shell& shell, std::string_view basePath) {
   const auto component = createRegistering(shell, "PactKit.PactEditor", basePath);
   if (!component) return;

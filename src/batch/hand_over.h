@@ -1,6 +1,8 @@
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "shell/shell.h"
 
@@ -15,6 +17,9 @@ namespace ledgertree::batch {
 
 /// Gives the whole chart of vwAccount to SheetKit.SheetWriter as an export statement.
 void exportChart(shell::Shell& shell, std::string_view basePath);
+/// Gives rows of texts to SheetKit.SheetWriter, the headings first.
+void exportRows(shell::Shell& shell, std::string_view basePath,
+                const std::vector<std::vector<std::string>>& rows);
 /// Opens the cost centres in PactKit.PactEditor.
 void editCostCenters(shell::Shell& shell, std::string_view basePath);
 

@@ -51,7 +51,7 @@ Answers Connection::runTogether(std::span<const Command> commands) {
 
 void requireToTakeBack(const Operation* current, std::int64_t operation) {
   if (current != nullptr && current->takesBack == operation) return;
-  throw DataError(DataError::Reason::Misuse, 0, "An operation is taken back in the middle of another one.");
+  throw DataError(DataError::Reason::Misuse, 0, "Can't take an operation back during another command.");
 }
 
 Rows Connection::takeBack(std::int64_t /*operation*/) {

@@ -32,21 +32,6 @@ std::optional<std::int32_t> numberAt(const data::Rows& rows, std::size_t row, st
   return value.isNull() ? std::nullopt : std::optional(value.toInt32());
 }
 
-/// An operation that took another back needs what that one needs, and so on.
-OperationKind kindBehind(data::DtEn& data, std::int64_t operation) {
-  while (true) {
-    const data::Rows rows = ask(data,
-                                "select Kind, isnull(TakesBack,0) as TakesBack from tblAccountOperation "
-                                "where ID = " +
-                                    std::to_string(operation));
-    if (rows.count() == 0) return OperationKind::Other;
-    const auto kind = static_cast<OperationKind>(at(rows, 0, "Kind").toInt32());
-    const std::int64_t before = at(rows, 0, "TakesBack").toInt64();
-    if (kind != OperationKind::TakeBack || before == 0 || before >= operation) return kind;
-    operation = before;
-  }
-}
-
 Standing standingIn(data::DtEn& data, const data::Rows& rows, std::size_t row) {
   Standing standing{.why = static_cast<data::Obstacle>(at(rows, row, "Reason").toInt32())};
   standing.accountID = numberAt(rows, row, "AccountID").value_or(0);
@@ -109,6 +94,20 @@ std::int64_t lastOperationOf(data::DtEn& data, std::int32_t userID, std::int64_t
                 "u.TakesBack = t.ID))");
   const data::Value last = rows.value(0, 0);
   return last.isNull() ? 0 : last.toInt64();
+}
+
+OperationKind kindBehind(data::DtEn& data, std::int64_t operation) {
+  while (true) {
+    const data::Rows rows = ask(data,
+                                "select Kind, isnull(TakesBack,0) as TakesBack from tblAccountOperation "
+                                "where ID = " +
+                                    std::to_string(operation));
+    if (rows.count() == 0) return OperationKind::Other;
+    const auto kind = static_cast<OperationKind>(at(rows, 0, "Kind").toInt32());
+    const std::int64_t before = at(rows, 0, "TakesBack").toInt64();
+    if (kind != OperationKind::TakeBack || before == 0 || before >= operation) return kind;
+    operation = before;
+  }
 }
 
 std::vector<Permission> neededToTakeBack(OperationKind kind) {

@@ -28,6 +28,7 @@ struct Filter {
   std::optional<std::int32_t> userID = {};
   std::optional<data::OperationKind> kind = {};
   std::optional<std::int32_t> accountID = {};
+  std::optional<std::int64_t> operation = {};
 };
 
 /// What became of a row.
@@ -98,6 +99,10 @@ struct TakenBack {
   std::vector<Standing> standing;         ///< what stands in the way
   std::int64_t operation = 0;             ///< done: the number of the taking back; 0: nothing was changed
 };
+
+/// The kind of an operation; of one that took another back that of the other, and so on. Other where there is
+/// none.
+[[nodiscard]] data::OperationKind kindBehind(data::DtEn& data, std::int64_t operation);
 
 /// The rights that it takes to take an operation back: that of the operation, and that of what is done then.
 [[nodiscard]] std::vector<data::Permission> neededToTakeBack(data::OperationKind kind);

@@ -47,6 +47,7 @@ std::string question(const std::string& table, const Filter& filter, std::int64_
   if (filter.userID) add("o.UserID = " + std::to_string(*filter.userID));
   if (filter.kind) add("o.Kind = " + std::to_string(static_cast<std::int32_t>(*filter.kind)));
   if (filter.accountID) add("c.AccountID = " + std::to_string(*filter.accountID));
+  if (filter.operation) add("c.OperationID = " + std::to_string(*filter.operation));
   return text + " order by c.ID desc";
 }
 

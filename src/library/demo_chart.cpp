@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "db/history.h"
 #include "db/schema.h"
 
 namespace ledgertree {
@@ -18,6 +19,7 @@ void createDemoChart(const std::string& file) {
     SQLite::Database database(unfinished, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     db::openSchema(database);
     db::createDemoChart(database);
+    db::switchHistory(database, true);
   } catch (const std::exception& failure) {
     std::error_code ignored;
     std::filesystem::remove(unfinished, ignored);

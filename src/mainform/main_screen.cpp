@@ -107,6 +107,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       mnuFonc1(*this, "mnuFonc1", "جديد..."),
       mnuFonc2(*this, "mnuFonc2", "اصلاح..."),
       mnuFonc4(*this, "mnuFonc4", "حذف..."),
+      mnuTakeBack(*this, "mnuTakeBack", "برگرداندن آخرين عمليات...", false),
       ppp(*this, "ppp", ""),
       mnuFonc5(*this, "mnuFonc5", "مراكز هزينه..."),
       ppp1(*this, "ppp1", "", false),
@@ -127,6 +128,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       mnuShublonError(*this, "mnuShublonError", "بررسي شابلون حسابداري...", false),
       mnuSameCoding(*this, "mnuSameCoding", "همسانسازي كدينگ و ماهيت و نوع حسابها..."),
       mnuAccountBatch(*this, "mnuAccountBatch", "حذف دستهاي حسابها..."),
+      mnuHistory(*this, "mnuHistory", "سابقه حسابها...", false),
       mnuOperations(*this, "mnuOperations", "مشاهده", false),
       mnuName(*this, "mnuName", "مشاهده عنوان حساب...", false, true),
       mnuCode(*this, "mnuCode", "مشاهده شماره حساب...", false),
@@ -144,6 +146,7 @@ MainScreen::MainScreen(shell::Shell& shell)
       mnuEditAccount(*this, "mnuEditAccount", "اصلاح..."),
       mnuDeleteAccount(*this, "mnuDeleteAccount", "حذف..."),
       mnuPeriodsOfAccount(*this, "mnuPeriodsOfAccount", "تنظيم سالهاي مالي و شعب..."),
+      mnuHistoryOfAccount(*this, "mnuHistoryOfAccount", "سابقه اين حساب...", false),
       mnuAccountLine(*this, "mnuAccountLine", ""),
       mnuCopyCode(*this, "mnuCopyCode", "کپي کد"),
       mnuShowInTree(*this, "mnuShowInTree", "نمايش در درخت", false) {
@@ -159,6 +162,7 @@ void MainScreen::buildMenu() {
   mnuFonc.add(mnuFonc1)
       .add(mnuFonc2)
       .add(mnuFonc4)
+      .add(mnuTakeBack)
       .add(ppp)
       .add(mnuFonc5)
       .add(ppp1)
@@ -166,11 +170,11 @@ void MainScreen::buildMenu() {
       .add(iii)
       .add(mnuFonc9);
   i12.add(mnuFunc57).add(mnuFunc56).add(mnuRefreshAccFromDB).add(i9999).add(mnuExcelCode).add(mnuExcelLevel);
-  i12.add(i342).add(mnuShublonError).add(mnuSameCoding).add(mnuAccountBatch);
+  i12.add(i342).add(mnuShublonError).add(mnuSameCoding).add(mnuAccountBatch).add(mnuHistory);
   mnuOperations.add(mnuName).add(mnuCode).add(mnuNameAndCode).add(nlkjkfj);
   mnuOperations.add(mnuView1).add(mnuView2).add(i2344).add(mnuViewCode).add(mnuViewCodeComplete);
   mnuAccount.add(mnuNewBelow).add(mnuEditAccount).add(mnuDeleteAccount).add(mnuPeriodsOfAccount);
-  mnuAccount.add(mnuAccountLine).add(mnuCopyCode);
+  mnuAccount.add(mnuHistoryOfAccount).add(mnuAccountLine).add(mnuCopyCode);
   sltAccount.setEntry(mnuShowInTree);
   addMenu(mnuFonc);
   addMenu(i12);
@@ -214,6 +218,8 @@ void MainScreen::setShortcuts() {
   mnuFonc2.setKeys(cmdEdit.shortcut());
   mnuFonc4.setKeys(cmdDelete.shortcut());
   mnuFonc9.setKeys(cmdExit.shortcut());
+  mnuTakeBack.setKeys(ui::KeyChord::ctrlAnd('Z'));
+  mnuHistory.setKeys(ui::KeyChord::ctrlAnd('H'));
   mnuGuide.setKeys(ui::KeyChord::of(ui::Key::F1));
 }
 

@@ -157,19 +157,19 @@ class MainScreen : public ui::Form {
 
   // The menu.
   ui::MenuEntry mnuFonc;
-  ui::MenuEntry mnuFonc1, mnuFonc2, mnuFonc4, ppp, mnuFonc5, ppp1, mnuFonc6, mnuFonc7, mnuFonc8, iii,
-      mnuFonc9;
+  ui::MenuEntry mnuFonc1, mnuFonc2, mnuFonc4, mnuTakeBack, ppp, mnuFonc5, ppp1, mnuFonc6, mnuFonc7, mnuFonc8,
+      iii, mnuFonc9;
   ui::MenuEntry i12;
   ui::MenuEntry mnuFunc57, mnuFunc56, mnuRefreshAccFromDB, i9999, mnuExcelCode, mnuExcelLevel, i342,
-      mnuShublonError, mnuSameCoding, mnuAccountBatch;
+      mnuShublonError, mnuSameCoding, mnuAccountBatch, mnuHistory;
   ui::MenuEntry mnuOperations;
   ui::MenuEntry mnuName, mnuCode, mnuNameAndCode, nlkjkfj, mnuView1, mnuView2, i2344, mnuViewCode,
       mnuViewCodeComplete;
   ui::MenuEntry mnuHelp, mnuGuide;
   /// The context menu of an account in the tree, and the entry in that of the title's picker.
   ui::MenuEntry mnuAccount;
-  ui::MenuEntry mnuNewBelow, mnuEditAccount, mnuDeleteAccount, mnuPeriodsOfAccount, mnuAccountLine,
-      mnuCopyCode;
+  ui::MenuEntry mnuNewBelow, mnuEditAccount, mnuDeleteAccount, mnuPeriodsOfAccount, mnuHistoryOfAccount,
+      mnuAccountLine, mnuCopyCode;
   ui::MenuEntry mnuShowInTree;
 
  private:

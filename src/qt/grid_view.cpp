@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <algorithm>
 #include <functional>
 
@@ -122,6 +123,10 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
     if (attached()) this->control().press(key, extend);
   };
   table->onResized = [this] { layOutColumns(); };
+  QScrollBar* const bar = table->verticalScrollBar();
+  QObject::connect(bar, &QScrollBar::valueChanged, table, [this, bar](int value) {
+    if (value > 0 && value == bar->maximum() && standing()) this->control().reachedEnd();
+  });
 }
 
 void GridView::rescaled(const Scale& scale) {

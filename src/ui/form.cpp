@@ -101,9 +101,9 @@ bool Form::press(const KeyChord& chord) {
     if (act.formAlive()) button->click();
     return true;
   }
-  for (const auto& [shortcut, procedure] : shortcuts_) {
-    if (shortcut != chord) continue;
-    call(procedure);
+  for (const Shortcut& shortcut : shortcuts_) {
+    if (!shortcut.is(chord)) continue;
+    call(shortcut.procedure);
     return true;
   }
   PushButton* button = nullptr;
@@ -121,7 +121,7 @@ bool Form::hasShortcut(const KeyChord& chord) const {
   };
   return std::any_of(controls_.begin(), controls_.end(), ofButton) ||
          std::any_of(shortcuts_.begin(), shortcuts_.end(),
-                     [&](const auto& own) { return own.first == chord; });
+                     [&](const Shortcut& own) { return own.is(chord); });
 }
 
 void Form::setShown(bool shown) {

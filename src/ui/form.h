@@ -85,9 +85,11 @@ class Form {
   /// Whether Enter goes to the next control, as Tab does, if neither the focused control nor the form uses
   /// it.
   [[nodiscard]] bool enterMovesOn() const { return surroundings_.enterMovesOn; }
-  /// What a key does anywhere on the form, for a key that isn't the shortcut of a button.
-  void addShortcut(const KeyChord& chord, std::function<void()> procedure) {
-    shortcuts_.emplace_back(chord, std::move(procedure));
+  /// What a key does anywhere on the form, for a key that isn't the shortcut of a button. While `counts`
+  /// returns false it does nothing there, and the key is the focused control's.
+  void addShortcut(const KeyChord& chord, std::function<void()> procedure,
+                   std::function<bool()> counts = nullptr) {
+    shortcuts_.push_back({chord, std::move(procedure), std::move(counts)});
   }
   /// Whether a key does something anywhere on the form, even if it is out of reach at the moment.
   [[nodiscard]] bool hasShortcut(const KeyChord& chord) const;
@@ -162,6 +164,12 @@ class Form {
 
  private:
   friend struct FormLife;
+  struct Shortcut {
+    KeyChord chord;
+    std::function<void()> procedure;
+    std::function<bool()> counts;
+    [[nodiscard]] bool is(const KeyChord& pressed) const { return chord == pressed && (!counts || counts()); }
+  };
   void finishClose();
 
   Surroundings surroundings_;
@@ -178,7 +186,7 @@ class Form {
   std::vector<Timer*> timers_;
   std::vector<MenuEntry*> menu_;
   std::vector<FormObserver*> observers_;
-  std::vector<std::pair<KeyChord, std::function<void()>>> shortcuts_;
+  std::vector<Shortcut> shortcuts_;
   PushButton* cancelButton_ = nullptr;
   PushButton* defaultButton_ = nullptr;
   Control* firstFocus_ = nullptr;

@@ -39,7 +39,11 @@ class Grid : public Control {
   /// Up, Down, Home, End, PageUp and PageDown move the cursor; with `extend` they extend the selection.
   void press(Key key, bool extend = false);
 
+  /// The last row was scrolled into sight.
+  void reachedEnd() { raise(onReachedEnd); }
+
   Event<> onSelectionChange;
+  Event<> onReachedEnd;
   void accept(ControlVisitor& visitor) override;
 
  private:

@@ -137,6 +137,17 @@ TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
                         dialog.close();
                       }),
             2);
+  for (const std::vector<data::Value>& row : {std::vector<data::Value>{"زمان", "کد"}, {"1405/09/02", "11"}})
+    writer.call("AddRow", row);
+  EXPECT_EQ(answering([&] { writer.call("ExportRows", {}); },
+                      [&](QWidget& dialog) {
+                        auto* const told = dialog.findChild<QTextEdit*>();
+                        if (told == nullptr) return answer(dialog, folder.path() / "rows", "accept");
+                        EXPECT_TRUE(told->toPlainText().startsWith(QString::fromUtf8("1 رديف در اين فايل")));
+                        dialog.close();
+                      }),
+            2);
+  EXPECT_TRUE(std::filesystem::exists(folder.path() / "rows.xlsx"));
   Impatient person;
   application->installEventFilter(&person);
   EXPECT_EQ(answering([&] { writer.call("ExportToExcel", {"Select Code From vwAccount"}); }, intoOther), 1);

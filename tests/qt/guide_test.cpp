@@ -13,9 +13,11 @@
 #include <QTimer>
 #include <set>
 
+#include "db/history.h"
 #include "demo_chart_screen.h"
 #include "entities/rel_classes.h"
 #include "entities/rel_objects.h"
+#include "history/screen/form_history.h"
 #include "pactkit/cost_centers.h"
 #include "qt/guide/guide_window.h"
 #include "qt/notice_dialog.h"
@@ -177,6 +179,14 @@ void Guide::drawSecondaryScreens() {
             QTest::keyClick(objects.findChild<QComboBox*>("cmbClass"), Qt::Key_Down);
             drawAndHelp(objects);
           });
+  if (!::ledgertree::testing::onServer()) db::switchHistory(database.other(), true);
+  for (const char* title : {"صندوق ارزي", "صندوق"}) {
+    form->View(idOf("10101"));
+    form->cmdEdit.click();
+    form->txtTitle.setText(title);
+    form->cmdSave.click();
+  }
+  inFront([&] { static_cast<void>(history::showHistory(shell, -1, {})); }, drawAndHelp);
   pactkit::CostCenters centers(shell);
   centers.open();
   inFront([&] { desktop.showModal(centers); }, drawAndHelp);

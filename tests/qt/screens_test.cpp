@@ -214,6 +214,8 @@ TEST_F(Screens, HaveWhatTheirTablesSay) {
   form->mnuSameCoding.click();
   expectNext("frmAccountBatch");
   form->mnuAccountBatch.click();
+  expectNext("FormHistory");
+  form->mnuHistory.click();
   desktop.inModal("frmAccountRelClasses", [this](ui::Form& screen) {
     expectNext("frmAccountRelObjects");
     dynamic_cast<ui::PushButton&>(*screen.find("cmdSelectObjects")).click();

@@ -41,10 +41,16 @@ TEST(PersianCalendar, EveryDayOf1300To1500) {
     if (isLeap) ++leap;
     for (int month = 1; month <= 12; ++month) {
       const int days = month <= 6 ? 31 : month < 12 || isLeap ? 30 : 29;
-      for (int date = 1; date <= days; ++date, day += std::chrono::days(1))
+      for (int date = 1; date <= days; ++date, day += std::chrono::days(1)) {
         ASSERT_EQ(data::toPersianDate(gregorian(day)), written(year, month, date));
+        ASSERT_EQ(data::fromPersianDate(written(year, month, date)), gregorian(day));
+      }
+      ASSERT_EQ(data::fromPersianDate(written(year, month, days + 1)), std::nullopt);
     }
   }
+  EXPECT_EQ(data::fromPersianDate("1405/9/2"), data::fromPersianDate("1405/09/02"));
+  for (const char* none : {"", "1405", "1405/9", "1405/9/2/1", "1405-9-2", "0/1/1", "99999/1/1", "1405/13/1"})
+    EXPECT_EQ(data::fromPersianDate(none), std::nullopt) << none;
 }
 
 TEST(PersianCalendar, NoClockTimeOrZoneMovesADay) {
@@ -54,6 +60,8 @@ TEST(PersianCalendar, NoClockTimeOrZoneMovesADay) {
     for (const int hour : {0, 12, 23}) {
       EXPECT_EQ(data::toPersianDate({.year = 2017, .month = 2, .day = 11, .hour = hour, .minute = 59}),
                 "1395/11/23");
+      const data::DateTime utc{.year = 2017, .month = 2, .day = 11, .hour = hour, .minute = 59};
+      EXPECT_EQ(data::toUtc(data::toLocalTime(utc)), utc);
     }
   }
   unsetenv("TZ");

@@ -18,7 +18,8 @@ FormMain::FormMain(shell::Shell& shell)
       saving_(*this, shell, record_, tree_),
       deletion_(*this, shell, record_, tree_),
       screens_(*this, shell, tree_),
-      others_(*this, shell, record_, tree_) {
+      others_(*this, shell, record_, tree_),
+      history_(*this, shell, record_, tree_) {
   wireLayout();
   tree_.onAccountClick = [this](std::int32_t accountID) { record_.showAccount(accountID); };
   tree_.onOtherClick = [this] { record_.goIdle(); };
@@ -63,6 +64,7 @@ void FormMain::load() {
   showDivider();
   commands_.showOffers();
   accountMenu_.showOffer();
+  history_.begin();
   setWantsMaximised(true);
   baseline_ = size();
   record_.goIdle();

@@ -10,6 +10,7 @@
 #include "mainform/account_tree.h"
 #include "mainform/form/account_menu.h"
 #include "mainform/form/commands.h"
+#include "mainform/form/history_commands.h"
 #include "mainform/form/others_changes.h"
 #include "mainform/form/secondary_screens.h"
 #include "mainform/main_screen.h"
@@ -64,6 +65,7 @@ class FormMain : public MainScreen {
   accounts::AccountDeletion deletion_;
   SecondaryScreens screens_;
   OthersChanges others_;
+  HistoryCommands history_;
   std::string loadedFrom_;
   /// The size at the last change of size that was followed.
   ui::Size baseline_;

@@ -43,7 +43,7 @@ std::int32_t SecondaryScreens::accountToWorkOn() const {
 
 /// Whatever was done there, and even if nothing was, the tree shows what is stored.
 void SecondaryScreens::recode() {
-  if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping()) return;
+  if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping(screen_, shell_)) return;
   coding::showAutoCodding(shell_);
   const auto gateway = shell_.dtEn();
   std::vector<data::Command> questions;
@@ -58,16 +58,16 @@ void SecondaryScreens::recode() {
 }
 
 void SecondaryScreens::deleteInBatch() {
-  if (!shell_.permits(Permission::DeleteInBatch) || refusedWhileTyping()) return;
+  if (!shell_.permits(Permission::DeleteInBatch) || refusedWhileTyping(screen_, shell_)) return;
   if (batch::showNDelete(shell_)) tree_.refreshTree();
 }
 
 /// The record holds codes and a parent as they were when the typing began: its save would undo a recoding,
 /// and write below an account that is gone.
-bool SecondaryScreens::refusedWhileTyping() {
-  if (!screen_.isTyping()) return false;
-  shell_.showErrorNotice(shell::kTitleProblem,
-                         "حسابي در حال ثبت يا اصلاح است. نخست آن را ثبت کنيد يا از آن انصراف دهيد.");
+bool refusedWhileTyping(const MainScreen& screen, shell::Shell& shell) {
+  if (!screen.isTyping()) return false;
+  shell.showErrorNotice(shell::kTitleProblem,
+                        "حسابي در حال ثبت يا اصلاح است. نخست آن را ثبت کنيد يا از آن انصراف دهيد.");
   return true;
 }
 

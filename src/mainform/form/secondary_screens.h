@@ -10,6 +10,9 @@
 
 namespace ledgertree::mainform {
 
+/// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.
+[[nodiscard]] bool refusedWhileTyping(const MainScreen& screen, shell::Shell& shell);
+
 /// The commands that open a screen of their own: each asks its permission, shows the screen modally, and
 /// brings the tree up to date with what was done there.
 class SecondaryScreens {
@@ -23,8 +26,6 @@ class SecondaryScreens {
   [[nodiscard]] std::int32_t accountToWorkOn() const;
   void recode();
   void deleteInBatch();
-  /// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.
-  [[nodiscard]] bool refusedWhileTyping();
   /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 

@@ -8,7 +8,8 @@ void offer(const std::set<Offer>& offers) { ControlSession::process().shell().of
 
 std::set<Offer> everyOffer() {
   return {Offer::HiddenCommands, Offer::Export,      Offer::KeptPlace,  Offer::Divider, Offer::Guide,
-          Offer::OthersChanges,  Offer::ContextMenu, Offer::EnterAsTab, Offer::Preview};
+          Offer::OthersChanges,  Offer::ContextMenu, Offer::EnterAsTab, Offer::Preview, Offer::History,
+          Offer::TakeBack};
 }
 
 }  // namespace ledgertree
