@@ -104,8 +104,7 @@ void CostCenters::startNew() {
 
 bool CostCenters::mayDropTyped() {
   if (txtCode.text() == shown_.code && txtName.text() == shown_.name) return true;
-  return shell_.askConfirmNotice("مراكز هزينه", "آنچه نوشته ايد ثبت نشده است. آيا از آن منصرف شده ايد؟") ==
-         shell::Answer::Yes;
+  return shell_.confirms("مراكز هزينه", "آنچه نوشته ايد ثبت نشده است. آيا از آن منصرف شده ايد؟");
 }
 
 void CostCenters::exit() {
@@ -156,9 +155,7 @@ void CostCenters::save() {
 void CostCenters::remove() {
   const std::string id = std::to_string(selectedID());
   const std::string name = grid.text(grid.currentRow(), kName);
-  if (shell_.askConfirmNotice("حذف مركز هزينه", "آيا از حذف مركز هزينه «" + name + "» اطمينان داريد؟") !=
-      shell::Answer::Yes)
-    return;
+  if (!shell_.confirms("حذف مركز هزينه", "آيا از حذف مركز هزينه «" + name + "» اطمينان داريد؟")) return;
   const auto gateway = shell_.dtEn();
   // The check is part of the statement, so that no account can take the centre in between.
   gateway->cnMainData.Execute("Delete tblAccCostCenter Where ID = " + id +

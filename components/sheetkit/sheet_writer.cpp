@@ -166,7 +166,7 @@ void SheetWriter::exportFrom(const Source& source, const Said& said) const {
     dialog.setValue(static_cast<int>(done));  // paints
     return !dialog.wasCanceled();
   };
-  // Nothing is told of a work that the person gave up.
+  // A cancelled export needs no message.
   const std::int64_t rows =
       writeSheet(source, std::filesystem::path(std::u8string(name.begin(), name.end())), show);
   if (rows > 0) tellWritten(rows, said.unit, file);

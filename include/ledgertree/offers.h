@@ -34,7 +34,8 @@ enum class Offer {
   /// the work itself; before the copying and hiding of a period, how many accounts come, go and stay; after a
   /// refused deletion, what prevents it.
   Preview,
-  /// The screen "سابقه": who changed what of an account or of the chart, when, and what was there before; what
+  /// The screen "سابقه": who changed what of an account or of the chart, when, and what was there before;
+  /// what
   /// an account was called on a day; an operation is taken back from there. Needs a database that keeps a
   /// history (docs/history.md); of another one the screen says so.
   History,

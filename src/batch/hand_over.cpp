@@ -95,7 +95,7 @@ void exportRows(shell::Shell& shell, std::string_view basePath,
       component->call("AddRow", std::vector<data::Value>(row.begin(), row.end()));
     component->call("ExportRows", {});
   });
-  shell.desktop().setPointer(ui::Pointer::Default);
+  shell.desktop().setCursor(ui::CursorShape::Default);
 }
 
 void editCostCenters(shell::Shell& shell, std::string_view basePath) {

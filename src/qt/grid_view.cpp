@@ -125,7 +125,7 @@ GridView::GridView(ui::Grid& control, QWidget& parent) : ViewOf(control), model_
   table->onResized = [this] { layOutColumns(); };
   QScrollBar* const bar = table->verticalScrollBar();
   QObject::connect(bar, &QScrollBar::valueChanged, table, [this, bar](int value) {
-    if (value > 0 && value == bar->maximum() && standing()) this->control().reachedEnd();
+    if (value > 0 && value == bar->maximum() && attached()) this->control().reachedEnd();
   });
 }
 

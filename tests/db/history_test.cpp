@@ -276,8 +276,8 @@ TEST_F(History, NobodyChangesTheMemory) {
                                            "update " + table + " set " + column + " = " + column};
     if (!testing::onServer())
       for (const std::string& words : {"update or ignore " + table + " set ID = 1",
-                                      "insert or replace into " + table + " select * from " + table,
-                                      "insert or ignore into " + table + " select * from " + table})
+                                       "insert or replace into " + table + " select * from " + table,
+                                       "insert or ignore into " + table + " select * from " + table})
         statements.push_back(words);
     for (const std::string& statement : statements)
       EXPECT_ANY_THROW(database->execute(statement)) << statement;

@@ -202,6 +202,7 @@ TEST_F(Screens, HaveWhatTheirTablesSay) {
   expectScreen(*form);
   database.execute("delete from tblTarvoSystemParameters where ID = 311");
   database.execute("insert into tblTarvoSystemParameters (ID, Value) values (311, '1')");
+  shell.offers = {Offer::History};
   start();
   form->View(idOf("9"));
   expectNext("FormPeriodBranch");

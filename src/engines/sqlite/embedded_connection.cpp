@@ -13,7 +13,6 @@ namespace {
 
 using Clock = Watch::Clock;
 
-
 [[noreturn]] void fail(Session& open, std::string_view statement) {
   open.watch().rethrowStop(statement);
   throw lastError(open.handle(), statement);

@@ -107,10 +107,9 @@ void FormHistory::nameControls() {
 }
 
 void FormHistory::listen() {
-  const auto typePersian = [this] { desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout); };
-  sltAccount.onGotFocus = typePersian;
-  sltPeriod.onGotFocus = [this, typePersian] {
-    typePersian();
+  shell_.switchLayoutAt(sltAccount);
+  sltPeriod.onGotFocus = [this] {
+    desktop().chooseKeyboardLayout(shell_.context.gKeyboardLayout);
     setDefaultButton(cmdThen);
   };
   // Enter asks what the field is for.

@@ -120,8 +120,7 @@ bool takeBackAsked(shell::Shell& shell, std::int64_t operation) {
   const std::vector<data::Permission> needed = neededToTakeBack(behind);
   if (!std::all_of(needed.begin(), needed.end(), [&shell](auto right) { return shell.permits(right); }))
     return false;
-  if (shell.askConfirmNotice(kTitleTakeBack, questionOf(*gateway, operation, *kept)) != shell::Answer::Yes)
-    return false;
+  if (!shell.confirms(kTitleTakeBack, questionOf(*gateway, operation, *kept))) return false;
   const shell::Hourglass hourglass(shell.desktop());
   const TakenBack result = takeBack(*gateway, shell.context.gUserID, operation);
   if (result.operation != 0) {

@@ -53,6 +53,11 @@ struct Driver {
   SQLINTEGER* result = nullptr;
   SQLLEN* resultLength = nullptr;
 
+  /// Answers the questions of an opening: no history, and the schema's version or one near it.
+  void opens(int codePage, int newer = 0) {
+    answers = {"select " + std::to_string(codePage), "+select " + std::to_string(db::schemaVersion() + newer),
+               "+select 0"};
+  }
   /// The calls with these words in them.
   [[nodiscard]] auto count(const char* words) const {
     return std::count_if(calls.begin(), calls.end(),
@@ -201,9 +206,9 @@ TEST_F(DriverCalls, ASessionTellsTheDriverAllThisFromOpeningToClosing) {
   const data::Value values[] = {
       "حساب", *data::Money::parse("12.3456"), data::DateTime{2024, 2, 29, 13, 14, 15}, -7, {}, "😀😀"};
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
-  driver.answers = {"select 65001",  "+select " + std::to_string(db::schemaVersion()),
-                    "select 5 as a", "+select 6",
-                    "select 7",      "+select 8"};
+  driver.opens(65001);
+  for (const char* more : {"select 5 as a", "+select 6", "select 7", "+select 8"})
+    driver.answers.emplace_back(more);
   driver.returns = 77;
   {
     OdbcConnection server(data::ConnectionText("Data Source=srv;PWD=x;Connect Timeout=7"),
@@ -253,7 +258,7 @@ TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
                                             {.statement = "update t set ID = 1"}};
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
   OdbcConnection server(data::ConnectionText("Data Source=srv"));
-  driver.answers = {"select 1256", "+select " + std::to_string(db::schemaVersion())};
+  driver.opens(1256);
   server.run("select 1");
   const auto sent = [&](const std::vector<std::string>& answers) {
     driver.told.clear();
@@ -386,21 +391,20 @@ TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
 TEST_F(DriverCalls, ASessionKeepsToTheCodePageAndTheVersionThatTheServerTells) {
   driver.server = text::wideText("Driver=SQLite3;Database=" + path_);
   const data::ConnectionText text("Data Source=srv;Initial Catalog=books;ODBC Driver=FreeTDS");
-  const auto version = [](int more) { return "+select " + std::to_string(db::schemaVersion() + more); };
   for (const auto& [page, sent] :
        {std::pair(1256, "select 'ي' as a"), {1252, "select 'ي' as a"}, {65001, "select 'ی' as a"}}) {
-    driver.answers = {"select " + std::to_string(page), version(0)};
+    driver.opens(page);
     OdbcConnection connection(text);
     connection.run("select 'ی' as a");
     EXPECT_EQ(driver.last, sent) << page;
   }
   for (const int other : {-1, 1}) {
-    driver.answers = {"select 1256", version(other)};
+    driver.opens(1256, other);
     OdbcConnection connection(text);
     driver.calls.clear();
     EXPECT_EQ(failureOf([&] { connection.run("select 1"); }).reason(), Reason::Connection);
     EXPECT_EQ(driver.count("disconnect"), 1);
-    driver.answers = {"select 1256", version(other)};
+    driver.opens(1256, other);
     OdbcConnection installer(text, std::chrono::hours(2), Versions::Any);
     EXPECT_TRUE(installer.run("select 1"));
     EXPECT_EQ(driver.count("lock_timeout 30000;"), 1);
@@ -557,7 +561,7 @@ SQLRETURN SQLDriverConnectW(SQLHDBC connection, SQLHWND window, SQLWCHAR* in, SQ
 static SQLRETURN answer(SQLHSTMT statement, std::string words) {
   if (driver.answers.empty() && !driver.always.empty()) {
     if (words.starts_with("declare @First"))
-      driver.answers = {"select 65001", "+select " + std::to_string(ledgertree::db::schemaVersion())};
+      driver.opens(65001);
     else
       words = driver.always;
   }
