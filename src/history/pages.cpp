@@ -97,6 +97,39 @@ Change linkChange(const data::Rows& rows, std::size_t row) {
   return change;
 }
 
+struct Name {
+  std::string code, title;
+};
+
+std::map<std::int32_t, Name> namesToday(data::DtEn& data, const std::string& ids) {
+  std::map<std::int32_t, Name> names;
+  const data::Rows accounts =
+      data.cnMainData.run("select ID, Code, Title from tblAccount where ID in (" + ids + ")").value();
+  for (std::size_t row = 0; row < accounts.count(); ++row)
+    names[at(accounts, row, "ID").toInt32()] = {at(accounts, row, "Code").toText(),
+                                                at(accounts, row, "Title").toText()};
+  return names;
+}
+
+/// The names that the accounts had before each of their changes after number `after`, or got by it if they
+/// are new, by account and change.
+std::map<std::int32_t, std::map<std::int64_t, Name>> namesAt(data::DtEn& data, const std::string& ids,
+                                                             std::int64_t after) {
+  std::map<std::int32_t, std::map<std::int64_t, Name>> names;
+  const auto keep = [&](const data::Rows& row) {
+    const char* const side = at(row, 0, "Event").toInt32() == static_cast<int>(Event::Came) ? "New" : "Old";
+    names[at(row, 0, "AccountID").toInt32()][at(row, 0, "ID").toInt64()] = {
+        at(row, 0, side + std::string("Code")).toText(), at(row, 0, side + std::string("Title")).toText()};
+    return true;
+  };
+  data.cnMainData.port().walk(
+      "select ID, AccountID, Event, OldCode, NewCode, OldTitle, NewTitle from tblAccountChange where "
+      "AccountID in (" +
+          ids + ") and ID > " + std::to_string(after) + " order by ID",
+      keep);
+  return names;
+}
+
 /// The changes of other tables don't say what their account was called: the next change of the account does,
 /// else the account itself.
 void nameAccounts(data::DtEn& data, std::vector<Change>& changes) {
@@ -110,33 +143,13 @@ void nameAccounts(data::DtEn& data, std::vector<Change>& changes) {
   if (unnamed.empty()) return;
   std::string ids;
   for (const std::int32_t id : unnamed) ids += (ids.empty() ? "" : ",") + std::to_string(id);
-  struct Name {
-    std::string code, title;
-  };
-  std::map<std::int32_t, Name> today;
-  const data::Rows accounts =
-      data.cnMainData.run("select ID, Code, Title from tblAccount where ID in (" + ids + ")").value();
-  for (std::size_t row = 0; row < accounts.count(); ++row)
-    today[at(accounts, row, "ID").toInt32()] = {at(accounts, row, "Code").toText(),
-                                                at(accounts, row, "Title").toText()};
-  std::map<std::int32_t, std::map<std::int64_t, Name>> later;
-  const auto keep = [&](const data::Rows& row) {
-    const char* const side = at(row, 0, "Event").toInt32() == static_cast<int>(Event::Came) ? "New" : "Old";
-    later[at(row, 0, "AccountID").toInt32()][at(row, 0, "ID").toInt64()] = {
-        at(row, 0, side + std::string("Code")).toText(), at(row, 0, side + std::string("Title")).toText()};
-    return true;
-  };
-  data.cnMainData.port().walk(
-      "select ID, AccountID, Event, OldCode, NewCode, OldTitle, NewTitle from tblAccountChange where "
-      "AccountID "
-      "in (" +
-          ids + ") and ID > " + std::to_string(oldest) + " order by ID",
-      keep);
+  auto today = namesToday(data, ids);
+  auto later = namesAt(data, ids, oldest);
   for (Change& change : changes) {
     if (change.subject == Subject::Account) continue;
-    const auto& behind = later[change.accountID];
-    const auto next = behind.upper_bound(change.number);
-    const Name& name = next != behind.end() ? next->second : today[change.accountID];
+    const auto& changesOf = later[change.accountID];
+    const auto next = changesOf.upper_bound(change.number);
+    const Name& name = next != changesOf.end() ? next->second : today[change.accountID];
     change.code = name.code;
     change.title = name.title;
   }

@@ -12,7 +12,8 @@ namespace {
 
 constexpr std::string_view kNoWayBackFromCodes =
     "پس از اعمال كدينگ اتوماتيك، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
-constexpr std::string_view kSecondLevel = "Nolevel=2";
+constexpr std::string_view kSecondLevel =
+    "Select * From tblAccount Where Nolevel=2 Order By Left(Code,6),Code";
 /// Of the series on the second level, six digits.
 constexpr std::string_view kFirstOfSecondLevel = "000001";
 
@@ -21,6 +22,13 @@ NewCode recoded(const data::RecordHandle& account, std::string code) {
           .old = account.Fields("Code").toText(),
           .title = account.Fields("Title").toText(),
           .code = std::move(code)};
+}
+
+/// The condition in one of the statements here.
+std::string conditionOf(std::string_view statement) {
+  constexpr std::string_view kWhere = " Where ";
+  const std::size_t begin = statement.find(kWhere) + kWhere.size();
+  return std::string(statement.substr(begin, statement.find(" Order By ") - begin));
 }
 
 std::vector<NewCode> codesOfChildren(data::DtEn& gateway, const std::string& statement,
@@ -40,9 +48,7 @@ std::string parentStatement(const data::RecordHandle& account) {
 std::vector<NewCode> codesOfSecondLevel(data::DtEn& gateway) {
   std::vector<NewCode> accounts;
   auto counter = CodeCounter::startingAt(kFirstOfSecondLevel);
-  const data::OpenRows rows(
-      gateway.rssqlAccounts,
-      "Select * From tblAccount Where " + std::string(kSecondLevel) + " Order By Left(Code,6),Code");
+  const data::OpenRows rows(gateway.rssqlAccounts, kSecondLevel);
   std::vector<data::Command> parents;
   for (; !rows->Eof(); rows->MoveNext()) parents.push_back({.statement = parentStatement(*rows)});
   const data::Ahead ahead(gateway.cnMainData, std::move(parents));
@@ -60,19 +66,20 @@ std::vector<NewCode> codesOfSecondLevel(data::DtEn& gateway) {
 bool isTooLong(const NewCode& account) { return text::characterCount(account.code) > kLongestCode; }
 
 Numbering numberingOfChildren(std::int32_t mother, const std::string& motherCode, CodeCounter counter) {
-  const std::string accounts = mother == -1 ? "ParentID Is Null" : "ParentID = " + std::to_string(mother);
-  const std::string statement = "Select * From tblAccount Where " + accounts + " Order By Code";
+  const std::string statement =
+      mother == -1 ? std::string("Select * From tblAccount Where ParentID Is Null Order By Code")
+                   : "Select * From tblAccount Where ParentID = " + std::to_string(mother) + " Order By Code";
   return {
       .question = kNoWayBack,
       .command = statement + "\n" + motherCode + "\n" + counter.number(),
-      .accounts = accounts,
+      .accounts = conditionOf(statement),
       .codes = [=](data::DtEn& gateway) { return codesOfChildren(gateway, statement, motherCode, counter); }};
 }
 
 Numbering numberingOfSecondLevel() {
   return {.question = kNoWayBackFromCodes,
           .command = "second level",
-          .accounts = std::string(kSecondLevel),
+          .accounts = conditionOf(kSecondLevel),
           .codes = codesOfSecondLevel,
           .ofMother = true};
 }
