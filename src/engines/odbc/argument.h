@@ -9,14 +9,13 @@
 
 namespace ledgertree::engines::odbc {
 
-/// One value where the driver finds it while a command runs. Text goes as Unicode, in the letters of the code
-/// page.
+/// One parameter value, kept where the driver reads it while a command runs. Text is sent as Unicode, folded
+/// to the code page.
 class Argument {
  public:
-  /// The value was looked at by data::checkArguments, or has the parameter's type by what it is.
+  /// The value has passed data::checkArguments, or is known to have the parameter's type.
   Argument(const data::Parameter& parameter, const data::Value& value, CodePage page);
-  /// Puts it in the place of a question mark, counted from 1. It stays where it is until the command has
-  /// ended.
+  /// Binds it to a question mark, counted from 1. It must not move until the command has ended.
   [[nodiscard]] bool bind(const Handle& statement, SQLUSMALLINT place);
 
  private:

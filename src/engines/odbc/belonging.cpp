@@ -6,7 +6,7 @@ namespace ledgertree::engines::odbc {
 namespace {
 
 constexpr const char* kNumber = "LedgerTreeOperation";
-/// An operation whose changes were undone has no row, whatever the context says.
+/// An operation whose changes were rolled back has no row, whatever the context says.
 constexpr const char* kAsk =
     "(select ID from dbo.tblAccountOperation where ID = cast(session_context(N'LedgerTree.OperationID') as "
     "int)) as ";
@@ -21,7 +21,7 @@ Belonging::Belonging(Session& session, std::shared_ptr<data::Operation> operatio
 
 std::string Belonging::ahead() {
   if (!saysWhat_) return {};
-  // Nobody knows what the session holds until the batch has run.
+  // Until the batch has run, what the context holds is unknown.
   session_.forgetOperation();
   std::string text;
   const auto say = [&text](const char* name, std::optional<std::int64_t> value) {

@@ -9,25 +9,25 @@
 
 namespace ledgertree::engines::odbc {
 
-/// What a write belongs to, told to the triggers of the memory by the context of the session: the first write
-/// of an operation says it in one batch with itself, and hears its number; the others have nothing to say.
-/// Where the chart has no memory nobody says anything. It lasts as long as the write.
+/// Tells the history's triggers which operation a write belongs to, through the session's context. The first
+/// write of an operation sets the context in its own batch and learns the operation's number; later ones have
+/// nothing to add. Does nothing if the chart keeps no history. Lives as long as the write.
 class Belonging {
  public:
-  /// Of a command that `writes` on a session of SQL Server.
+  /// For a command on a SQL Server session; `writes`: it changes rows.
   Belonging(Session& session, std::shared_ptr<data::Operation> operation, bool writes);
 
-  /// Whether the write has to go as a batch.
+  /// Whether the write must be sent as a batch.
   [[nodiscard]] bool isTold() const { return saysWhat_ || asksNumber_; }
-  /// Statements ahead of the write.
+  /// The statements to run before the write.
   [[nodiscard]] std::string ahead();
-  /// What a query of its number gives, as a column; empty where nobody asks.
+  /// The column that holds the operation's number; empty if it isn't asked for.
   [[nodiscard]] std::string numberColumn() const;
-  /// The query behind the write; empty where nobody asks.
+  /// The query to run after the write; empty if the number isn't asked for.
   [[nodiscard]] std::string behind() const;
-  /// Takes the number out of an answer that has it in its row. Gives whether it has such a column.
+  /// Takes the number from an answer. Returns whether the answer has that column.
   bool hears(const data::Rows& rows);
-  /// What stood ahead of the write has run.
+  /// The statements before the write have run.
   void done();
 
  private:

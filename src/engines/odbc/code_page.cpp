@@ -12,7 +12,7 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// What Windows-1256 holds beside ASCII, in order.
+/// The characters of Windows-1256 beyond ASCII, in order.
 constexpr char16_t kArabic[] = {
     0x00A0, 0x00A2, 0x00A3, 0x00A4, 0x00A5, 0x00A6, 0x00A7, 0x00A8, 0x00A9, 0x00AB, 0x00AC, 0x00AD, 0x00AE,
     0x00AF, 0x00B0, 0x00B1, 0x00B2, 0x00B3, 0x00B4, 0x00B5, 0x00B6, 0x00B7, 0x00B8, 0x00B9, 0x00BB, 0x00BC,
@@ -33,9 +33,9 @@ struct Fold {
   char16_t into;
 };
 
-/// Letters that the code page lacks, with the one of its letters that a person takes for the same.
+/// Letters that the code page lacks, each with the one that readers take for the same.
 constexpr Fold kFolds[] = {
-    {0x061C, kNothing},  // direction marks that nobody sees
+    {0x061C, kNothing},  // invisible direction marks
     {0x0671, 0x0627},    // alef wasla
     {0x06AA, 0x0643},    // swash kaf
     {0x06C0, 0x0647},    // heh with yeh above
@@ -43,9 +43,9 @@ constexpr Fold kFolds[] = {
     {0x06C3, 0x0629},    // teh marbuta goal
     {0x06CC, 0x064A},    // the yeh of a Persian keyboard
     {0x06D5, 0x0647},    // ae
-    {0x202F, 0x00A0},    // a narrow blank that doesn't break
-    {0x2060, kNothing},  // a joiner of words
-    {0xFEFF, kNothing},  // a byte order mark
+    {0x202F, 0x00A0},    // narrow no-break space
+    {0x2060, kNothing},  // word joiner
+    {0xFEFF, kNothing},  // byte order mark
 };
 
 char32_t foldedLetter(char32_t letter) {
@@ -62,7 +62,7 @@ bool isArabicLetter(char32_t letter) {
                                                                   static_cast<char16_t>(letter)));
 }
 
-/// A text in the letters of the code page, and the first character that has none there.
+/// A text in the letters of the code page, and the first character that it lacks.
 struct Carried {
   std::string text;
   std::string_view lost;
@@ -98,13 +98,13 @@ bool isNameLetter(char letter) {
          letter == '@' || letter == '#' || letter == '$';
 }
 
-/// Walks over a statement, and rewrites its plain literals.
+/// Rewrites the plain literals of a statement.
 class StatementFold {
  public:
   StatementFold(std::string_view statement, CodePage page)
       : rest_(statement),
         page_(page),
-        // A search declares its patterns ahead of what it reads.
+        // A search declares its patterns before it reads.
         reads_(beginsWithWord(statement, "select") || beginsWithWord(statement, "declare")) {
     folded_.reserve(statement.size());
   }
@@ -133,7 +133,7 @@ class StatementFold {
     rest_.remove_prefix(count);
   }
 
-  /// The length of what begins with a quote, up to the one that closes it; a doubled one is its own.
+  /// The length of a quoted text up to its closing quote; a doubled quote stands for itself.
   [[nodiscard]] std::size_t quoted(char close) const {
     std::size_t place = 1;
     while (place < rest_.size()) {
@@ -148,7 +148,7 @@ class StatementFold {
     return rest_.size();
   }
 
-  /// Whether the literal ahead is Unicode by an N of its own.
+  /// Whether the literal has an N of its own in front.
   [[nodiscard]] bool isWide() const {
     if (folded_.empty() || (folded_.back() != 'N' && folded_.back() != 'n')) return false;
     return folded_.size() == 1 || !isNameLetter(folded_[folded_.size() - 2]);
@@ -159,7 +159,7 @@ class StatementFold {
     if (isWide()) return take(length);
     const Carried carried = carry(rest_.substr(0, length), page_);
     if (!carried.lost.empty() && !reads_) refuseLost(carried.lost);
-    // A text that no column can hold is looked for as it is, and not found; damaged it might be.
+    // A text that no column can hold is searched for unchanged, and not found; a damaged one might be.
     if (!carried.lost.empty()) folded_ += 'N';
     folded_ += carried.text;
     rest_.remove_prefix(length);

@@ -28,7 +28,7 @@ constexpr int kLongestLogin = 600;
   refuse("مقدار «" + std::string(key) + "» در متن اتصال پذيرفتني نيست. آن را اصلاح کنيد.");
 }
 
-/// The value under the first of several spellings of a key that has one; nothing where all are empty.
+/// The first value found under the spellings of a key; nothing if all are empty.
 std::optional<std::string> find(const data::ConnectionText& text, Names keys) {
   for (const std::string_view key : keys) {
     auto value = text.find(key);
@@ -47,7 +47,7 @@ bool isOneOf(std::string_view value, Names names) {
                      [value](std::string_view name) { return text::equalsIgnoringCase(value, name); });
 }
 
-/// A switch as OLE DB and ODBC texts write it; nothing where it isn't there.
+/// A switch as OLE DB and ODBC texts write it; nothing if it is absent.
 std::optional<bool> findSwitch(const data::ConnectionText& text, Names keys) {
   const auto value = find(text, keys);
   if (!value) return std::nullopt;
@@ -64,11 +64,11 @@ std::optional<int> number(std::string_view digits, int greatest) {
   return value;
 }
 
-/// "tcp:server\instance,port", taken apart.
+/// The parts of "tcp:server\instance,port".
 struct Server {
   std::string host;
   std::string instance;
-  int port = 0;  ///< 0: none is named
+  int port = 0;  ///< 0: none given
 
   static Server parse(std::string_view text) {
     Server server;
@@ -88,14 +88,14 @@ struct Server {
     }
     server.host = text::trimmed(text);
     if (isOneOf(server.host, {".", "(local)"})) server.host = "localhost";
-    // A pipe, shared memory or a database of one user is no way that leads over a network.
+    // Pipes, shared memory and single-user databases aren't reached over a network.
     const bool protocol = isOneOf(text.substr(0, text.find(':')), {"np", "lpc", "admin"});
     if (server.host.empty() || protocol || server.host.front() == '(') refuseValue("Data Source");
     return server;
   }
 };
 
-/// The version of Microsoft's driver for SQL Server; nothing for another driver.
+/// The version of Microsoft's driver for SQL Server; nothing for any other driver.
 std::optional<int> microsoftVersion(std::string_view driver) {
   if (!text::equalsIgnoringCase(driver.substr(0, kMicrosoft.size()), kMicrosoft)) return std::nullopt;
   driver.remove_prefix(kMicrosoft.size());
@@ -130,8 +130,8 @@ Dialect dialectOf(std::string_view driver) {
   return microsoft ? Dialect::Microsoft : Dialect::Other;
 }
 
-/// Puts a driver's text together. A value that could say more than itself stands in braces; a brace in it is
-/// doubled, but for FreeTDS, which reads on to "};" and takes all before it as it is.
+/// Builds a driver's connection string. A value that could be taken for syntax is put in braces, and a brace
+/// in it is doubled, except for FreeTDS, which takes everything up to "};" literally.
 class Writer {
  public:
   Writer(Secret<char>& text, Dialect dialect) : text_(text), doubles_(dialect != Dialect::FreeTds) {}
@@ -178,7 +178,7 @@ std::optional<std::string> partnerOf(const data::ConnectionText& text) {
   return find(text, {"Failover Partner", "Failover_Partner", "FailoverPartner"});
 }
 
-/// "ReadOnly" or "ReadWrite"; nothing where the text has neither.
+/// "ReadOnly" or "ReadWrite"; nothing if the text has neither.
 std::optional<std::string> intentOf(const data::ConnectionText& text, Names keys) {
   const auto given = find(text, keys);
   if (!given) return std::nullopt;
@@ -202,7 +202,7 @@ void writeMicrosoft(const data::ConnectionText& text, const Security& security, 
   if (!server.instance.empty()) place += '\\' + server.instance;
   if (server.port != 0) place += ',' + std::to_string(server.port);
   writer.add("Server", place);
-  // Its versions differ in what they take for granted.
+  // Its versions have different defaults.
   writer.add("Encrypt", security.encrypt ? "yes" : "no");
   writer.add("TrustServerCertificate", security.trust.value_or(false) ? "yes" : "no");
   if (security.integrated) writer.add("Trusted_Connection", "yes");
@@ -218,7 +218,7 @@ void writeFreeTds(const data::ConnectionText& text, const Security& security, bo
         "«Trust Server Certificate=True» بنويسيد.");
   }
   const Server server = Server::parse(partner ? partnerOf(text).value_or("") : requireServer(text));
-  // A port says where the instance is; without one the server's list of instances is asked.
+  // With a port the instance is known; without one, the server's browser service is asked.
   if (server.instance.empty() || server.port != 0) {
     writer.add("Server", server.host);
     writer.add("Port", std::to_string(server.port == 0 ? kDefaultPort : server.port));
@@ -227,7 +227,7 @@ void writeFreeTds(const data::ConnectionText& text, const Security& security, bo
   }
   writer.add("TDS_Version", "7.4");
   writer.add("ClientCharset", "UTF-8");
-  // "request" still encrypts the log-in where the server can.
+  // "request" still encrypts the log-in if the server can.
   writer.add("Encryption", security.encrypt ? "require" : "request");
   if (security.integrated) writer.add("Trusted_Connection", "yes");
 }
@@ -266,14 +266,14 @@ DriverText driverText(const data::ConnectionText& text, const std::vector<std::s
     writer.add("APP", find(text, {"Application Name", "APP"}).value_or("LedgerTree"));
     writer.addGiven("WSID", find(text, {"Workstation ID", "WSID"}));
     writer.addGiven("ApplicationIntent", intentOf(text, {"ApplicationIntent", "Application Intent"}));
-    // Whoever searches has put it in the place of the other by now.
+    // For a search, it has replaced Application Intent by now.
     static_cast<void>(intentOf(text, {"Search Intent"}));
   }
   result.loginSeconds = static_cast<int>(data::kConnectTimeOut.count());
   if (const auto seconds = find(text, {"Connect Timeout", "Connection Timeout", "Timeout"})) {
     const auto given = number(*seconds, kLongestLogin);
     if (!given) refuseValue("Connect Timeout");
-    // 0 would wait for ever.
+    // 0 would wait forever.
     if (*given != 0) result.loginSeconds = *given;
   }
   return result;

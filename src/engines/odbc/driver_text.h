@@ -8,38 +8,38 @@
 
 namespace ledgertree::engines::odbc {
 
-/// How the words of an ODBC connection text are spelled.
+/// The driver family, which decides how an ODBC connection text is spelled.
 enum class Dialect {
   Microsoft,  ///< Microsoft's own driver for SQL Server
-  FreeTds,    ///< FreeTDS, which reaches SQL Server too
-  Other,      ///< a driver that `ODBC Driver` names and that isn't one for SQL Server
+  FreeTds,    ///< FreeTDS, which connects to SQL Server too
+  Other,      ///< a driver named by `ODBC Driver` that isn't for SQL Server
 };
 
-/// What an ODBC driver is told to reach what an OLE DB connection text names.
+/// ODBC connection string for an OLE DB one.
 struct DriverText {
   Dialect dialect = Dialect::Other;
-  std::string driver;       ///< the name under which it is installed
+  std::string driver;       ///< its installed name
   Secret<char> text;        ///< "Driver={…};Server=…;…;PWD=…"
-  bool hasPartner = false;  ///< there is one, and the driver is told only of the first server
+  bool hasPartner = false;  ///< there is a failover partner, which the driver isn't told of
   bool encrypts = false;    ///< the text asks for encryption
-  int loginSeconds = 15;    ///< the time-out of the connecting: `Connect Timeout`, or 15
+  int loginSeconds = 15;    ///< the connection time-out: `Connect Timeout`, or 15
 };
 
-/// Translates an OLE DB connection text. `installed` are the names of the drivers of this machine.
+/// Translates an OLE DB connection text. `installed` are the names of the drivers on this machine.
 ///
-/// `ODBC Driver` chooses the driver; without it Microsoft's own is taken where it is installed, the newest of
-/// several, and FreeTDS where it isn't. The keys that are read, each with its other spellings: Data Source
-/// ("tcp:server\instance,port"), Initial Catalog, User ID, Password, Integrated Security or
-/// Trusted_Connection, Use Encryption for Data, Trust Server Certificate, Application Name, Workstation ID,
-/// Connect Timeout, Failover Partner, MultiSubnetFailover, Application Intent; of Search Intent, which is
-/// shell::Shell's, only whether it is one. Other keys mean nothing to it.
-/// FreeTDS tries all addresses of a name at once, without being told.
+/// `ODBC Driver` chooses the driver; without it, the newest installed driver of Microsoft's, else FreeTDS.
+/// Keys read, each also in its other spellings: Data Source ("tcp:server\instance,port"), Initial Catalog,
+/// User ID, Password, Integrated Security or Trusted_Connection, Use Encryption for Data, Trust Server
+/// Certificate, Application Name, Workstation ID, Connect Timeout, Failover Partner, MultiSubnetFailover,
+/// Application Intent; Search Intent belongs to shell::Shell and is only checked. Other keys are ignored.
+/// FreeTDS always tries all addresses of a name at once.
 ///
-/// Throws data::DataError(Reason::Connection) that names the key and never repeats a value: a missing Data
-/// Source, a port or a switch that is none, a control character, no driver, or a certificate to be checked by
-/// a driver that can't.
+/// Throws data::DataError(Reason::Connection) that names the key and never repeats a value: for a missing
+/// Data Source, an invalid port or switch, a control character, no driver, or a certificate check that the
+/// driver can't do.
 ///
-/// `partner`: what leads to the server that Failover Partner names, for a driver that doesn't know that key.
+/// `partner`: returns the text for the server named by Failover Partner, for a driver that doesn't know that
+/// key.
 [[nodiscard]] DriverText driverText(const data::ConnectionText& text,
                                     const std::vector<std::string>& installed, bool partner = false);
 

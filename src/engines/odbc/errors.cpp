@@ -109,10 +109,10 @@ constexpr Told kTold[] = {
     {18488, Reason::Connection, kLogin},
 };
 
-/// A rule of the database speaks for itself: the numbers from here on are raised by triggers and procedures.
+/// Numbers from here on are raised by the triggers and procedures, whose messages need no other words.
 constexpr int kFirstRule = 50000;
 
-/// The text behind the names in brackets with which drivers begin.
+/// The message without the bracketed names that drivers put in front.
 std::string_view withoutNames(std::string_view message) {
   while (message.starts_with('[')) {
     const std::size_t end = message.find(']');
@@ -122,8 +122,8 @@ std::string_view withoutNames(std::string_view message) {
   return message.substr(std::min(message.find_first_not_of(' '), message.size()));
 }
 
-/// Whether the connection is gone. FreeTDS has numbers of its own for that, and tells it as a mere message:
-/// it couldn't read or write, or the server ended it.
+/// Whether the connection is lost. FreeTDS reports this by informational messages with its own numbers: it
+/// couldn't read or write, or the server closed the connection.
 bool isLost(const Record& record) {
   constexpr int kOfFreeTds[] = {20004, 20006, 20017, 20047};
   return record.state.starts_with("08") ||
@@ -146,8 +146,8 @@ std::string behind(const Record& record) {
          record.state + ")";
 }
 
-/// Whether a server that was reached ended the connection over its encryption. Microsoft's driver says so;
-/// FreeTDS only that the log-in failed, without a reason of the server's.
+/// Whether a server refused the connection over encryption. Microsoft's driver says so; FreeTDS only reports
+/// a failed log-in, without a reason from the server.
 bool refusedEncryption(const std::vector<Record>& told) {
   constexpr int kLoginFailed = 20002;
   return std::any_of(told.begin(), told.end(), [](const Record& one) {
@@ -185,11 +185,11 @@ data::DataError callError(const std::vector<Record>& told, std::string_view stat
   const Record& record = decisive(told);
   const std::string where(statement);
   if (const Told* const known = toldOf(record.number)) {
-    // A server that refuses says that nothing was done.
+    // A refusal means that nothing was done.
     return data::DataError(known->reason, record.number, known->text + behind(record), where).undone();
   }
   if (record.number >= kFirstRule) return {Reason::Constraint, record.number, record.message, where};
-  // The time-out of a statement is one that the server has confirmed, that of the connection isn't.
+  // The server has confirmed the time-out of a statement, but not that of the connection.
   if (record.state == "HYT00" || record.state == "HYT01")
     return timeOutError(statement, onlyReads || record.state == "HYT00");
   if (isLost(record)) return brokenError(told, statement, onlyReads);
@@ -211,11 +211,11 @@ data::DataError withMoreWords(const data::DataError& failure, std::string_view w
 
 data::DataError openError(const std::vector<Record>& told, std::string_view secret, bool encrypts) {
   Record record = decisive(told);
-  // A driver that can't be loaded is told of by the driver manager, as a mere message.
+  // The driver manager reports a driver that can't be loaded by an informational message.
   const bool noDriver = std::any_of(told.begin(), told.end(), [](const Record& one) {
     return one.state == "IM002" || one.state == "IM003" || one.message.starts_with("Can't open lib");
   });
-  // Drivers put the server's reason behind a general one.
+  // Drivers put a general error before the server's reason.
   const auto reason =
       std::find_if(told.begin(), told.end(), [](const Record& one) { return toldOf(one.number) != nullptr; });
   if (reason != told.end()) record = *reason;
@@ -224,14 +224,14 @@ data::DataError openError(const std::vector<Record>& told, std::string_view secr
                            : known != nullptr                    ? known->text
                            : encrypts && refusedEncryption(told) ? kNoTls
                                                                  : kNoAnswer;
-  // Stars in the place of a short password would show which letters it has.
+  // Masking a short password would show which letters it has.
   if (!secret.empty() && record.message.find(secret) != std::string::npos) record.message.clear();
   return data::DataError(Reason::Connection, record.number, text + behind(record)).undone();
 }
 
 bool servesElsewhere(int number) {
-  // No number: nobody answered; so the driver's own ones. The others are those of a database that another
-  // server has at the moment, or none as yet.
+  // 0: no server answered; the driver's own numbers likewise. The others mean that another server has the
+  // database at the moment, or none has it yet.
   constexpr int kElsewhere[] = {0, 904, 922, 954, 976, 978, 983, 4060, 4221, 6005, 17142};
   return (number >= 10050 && number <= 10065) || (number >= 20000 && number <= 20100) ||
          std::find(std::begin(kElsewhere), std::end(kElsewhere), number) != std::end(kElsewhere);

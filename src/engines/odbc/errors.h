@@ -9,39 +9,38 @@
 
 namespace ledgertree::engines::odbc {
 
-/// What a driver says of a call: the state of ODBC, the server's own number, and its words.
+/// A driver's diagnostic record: the ODBC state, the server's own number, and the message.
 struct Record {
   std::string state;
   int number = 0;
-  std::string message;  ///< without the names of the driver and the server in brackets ahead of it
+  std::string message;  ///< without the bracketed names of driver and server in front
 };
 
-/// What a handle holds of its last call.
+/// The diagnostic records of the last call on a handle.
 [[nodiscard]] std::vector<Record> records(const Handle& handle);
 
-/// A failed call as the product tells it: what a person may meet in Persian, saying what to do next, and
-/// behind it the server's words, number and state. The first record that is no mere message counts. Of what
-/// only reads nobody hears that it may have been done.
+/// The error for a failed call: for failures that users meet, a Persian message that says what to do,
+/// followed by the server's message, number and state. The first record that isn't merely informational
+/// counts. `onlyReads` leaves out that the command may have been done.
 [[nodiscard]] data::DataError callError(const std::vector<Record>& told, std::string_view statement,
                                         bool onlyReads);
-/// The same failure with more words of the product's own, behind those that it begins with and ahead of the
-/// server's.
+/// The same error with more words after the product's own message and before the server's.
 [[nodiscard]] data::DataError withMoreWords(const data::DataError& failure, std::string_view words);
-/// Whether a connection failed because the database isn't served there: another server may, or this one in a
-/// while.
+/// Whether a connection failed because this server doesn't serve the database now: another one may, or this
+/// one later.
 [[nodiscard]] bool servesElsewhere(int number);
-/// Why a connection couldn't be opened, one that `encrypts` where it was asked to; always Reason::Connection,
-/// and undone(). The secret doesn't stand in it.
+/// The error for a connection that couldn't be opened; `encrypts`: encryption was requested. Always
+/// Reason::Connection, and undone(). Never contains the secret.
 [[nodiscard]] data::DataError openError(const std::vector<Record>& told, std::string_view secret,
                                         bool encrypts = false);
 
 /// The connection broke while a statement ran.
 [[nodiscard]] data::DataError brokenError(const std::vector<Record>& told, std::string_view statement,
                                           bool onlyReads);
-/// A command that ran past its time-out. `ended`: nothing of it is done; else the server may still carry it
-/// out.
+/// A command exceeded its time-out. `ended`: nothing of it was done; otherwise the server may still complete
+/// it.
 [[nodiscard]] data::DataError timeOutError(std::string_view statement, bool ended);
-/// A search that was given up.
+/// A search was cancelled.
 [[nodiscard]] data::DataError cancelledError();
 
 }  // namespace ledgertree::engines::odbc

@@ -8,11 +8,11 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// Drivers count in seconds. A driver that keeps the time itself ends a statement more gently than its
+/// Drivers count in seconds. A driver that watches the time itself ends a statement more gently than an
 /// interruption does.
 constexpr std::chrono::milliseconds kGrace{500};
 
-/// Whether whoever asked for a command gave it up, or whoever waits for it.
+/// Whether the caller of a command, or the user waiting for it, has cancelled it.
 std::function<bool()> questionOf(const data::Waiting* waiting, bool onlyReads,
                                  const std::function<bool()>* cancelled) {
   const bool cancels = cancelled != nullptr && *cancelled;
@@ -79,7 +79,7 @@ void Execution::noteFailure() {
 void Execution::finish() {
   while (nextResult()) continue;
   if (!failure_) return;
-  // An interruption that the server didn't acknowledge leaves a connection of which nobody knows its state.
+  // After an interruption that the server didn't acknowledge, the state of the connection is unknown.
   const bool acknowledged = std::any_of(failure_->begin(), failure_->end(),
                                         [](const Record& record) { return record.state == "HY008"; });
   if (watched_.stopped() && !acknowledged) session_.giveUp();

@@ -16,15 +16,15 @@ namespace ledgertree::engines::odbc {
 
 /// Throws data::DataError(Misuse) for a statement that isn't clean (see characters.h).
 void requireCleanStatement(std::string_view text);
-/// Statements that give no rows, whatever their triggers select.
+/// Whether a statement returns no rows, whatever its triggers select.
 [[nodiscard]] bool changesRows(std::string_view statement);
 
-/// One command on an open session, from its sending to its last result. The server may send several results,
-/// with failures among them: what comes later is as much a part of the command as what comes first.
+/// One command on an open session, from sending it to its last result. The server may return several results,
+/// with failures among them; all of them belong to the command.
 class Execution {
  public:
-  /// `name` is what an error calls the command: the statement, or the procedure. It outlives the
-  /// execution. `longest` takes the place of the session's time-out.
+  /// `name` is the command's name in errors: the statement, or the procedure. It outlives the execution.
+  /// `longest` replaces the session's time-out.
   Execution(Session& session, std::string_view name, bool onlyReads,
             const std::function<bool()>* cancelled = nullptr,
             std::optional<std::chrono::milliseconds> longest = {});
@@ -32,18 +32,18 @@ class Execution {
   Execution& operator=(const Execution&) = delete;
 
   [[nodiscard]] const Handle& statement() const { return statement_; }
-  /// Sends a statement in UTF-8. True where there is a result to look at.
+  /// Sends a statement in UTF-8. Returns whether there is a result.
   [[nodiscard]] bool send(std::string_view text);
-  /// Goes to the next result; what is left of this one is passed over.
+  /// Moves to the next result; the rest of this one is skipped.
   [[nodiscard]] bool nextResult();
-  /// The results from here on belong to another command of a packet.
+  /// The following results belong to another command of a packet.
   void goOnWith(std::string_view name) { name_ = name; }
-  /// Notes that a call on this statement failed; the first failure is the command's.
+  /// Records that a call on this statement failed; the first failure counts.
   void noteFailure();
   [[nodiscard]] bool failed() const { return failure_.has_value(); }
-  /// Reads to the end and throws the failure of the command, where there was one.
+  /// Reads to the end and throws the command's failure, if any.
   void finish();
-  /// The time between these two isn't the server's.
+  /// Time between these two doesn't count towards the time-out.
   void pause() { watched_.pause(); }
   void resume() { watched_.resume(); }
 
@@ -51,7 +51,7 @@ class Execution {
   Session& session_;
   std::string_view name_;
   bool onlyReads_;
-  std::function<bool()> givenUp_;  ///< empty where nobody would
+  std::function<bool()> givenUp_;  ///< empty if nothing can cancel it
   Handle statement_;
   Watch::Command watched_;
   std::optional<std::vector<Record>> failure_;

@@ -17,7 +17,7 @@ Handle::~Handle() {
 }
 
 Environment::Environment() : Handle(SQL_HANDLE_ENV, SQL_NULL_HANDLE) {
-  // The value travels in the place of a pointer.
+  // The value is passed as a pointer.
   SQLSetEnvAttr(get(), SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);  // NOLINT
 }
 

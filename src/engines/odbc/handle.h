@@ -11,11 +11,11 @@
 
 namespace ledgertree::engines::odbc {
 
-/// A handle of the driver manager, freed at its end.
+/// A driver manager handle; the destructor frees it.
 class Handle {
  public:
   Handle() = default;
-  /// Throws data::DataError(Reason::Connection) where there is none to be had.
+  /// Throws data::DataError(Reason::Connection) if it can't be allocated.
   Handle(SQLSMALLINT type, SQLHANDLE parent);
   Handle(const Handle&) = delete;
   Handle& operator=(const Handle&) = delete;
@@ -29,11 +29,11 @@ class Handle {
   SQLHANDLE handle_ = SQL_NULL_HANDLE;
 };
 
-/// The driver manager, as everything begins.
+/// The driver manager's environment handle.
 class Environment : public Handle {
  public:
   Environment();
-  /// The names of the drivers that are installed on this machine.
+  /// The names of the installed drivers.
   [[nodiscard]] std::vector<std::string> drivers() const;
 };
 

@@ -14,14 +14,14 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// The server's own refusal, and that of the procedure that holds the chart.
+/// The server's own refusal, and that of the procedure that locks the chart.
 constexpr int kLockRefused = 1222;
 constexpr int kChartHeld = 51005;
 
 constexpr std::chrono::milliseconds kPatience{500};
 
-/// The names of tables may be locked too, by whoever installs: so the question waits for no lock, and only
-/// within its own batch. Whoever writes a row holds a lock on its table as well.
+/// An installation may lock the tables' names too, so this query waits for no lock, in its own batch only.
+/// Writing a row locks its table as well.
 constexpr std::string_view kQuestion =
     "exec(N'set lock_timeout 0; select top (1) s.login_name, s.host_name, s.program_name "
     "from sys.dm_tran_locks l join sys.dm_exec_sessions s on s.session_id = l.request_session_id "
@@ -35,7 +35,7 @@ constexpr std::string_view kOnChart =
     "l.resource_type = N''APPLICATION'' and l.resource_description like N''%LedgerTree chart%''";
 constexpr std::string_view kLongest = " order by t.transaction_begin_time')";
 
-/// A name that another program has chosen, without its marks of direction; empty for one that no line holds.
+/// A name chosen by another program, without direction marks; empty if it has control characters.
 std::string nameIn(const data::Rows& rows, std::size_t column) {
   std::string name = rows.isNull(0, column) ? std::string() : rows.value(0, column).toText();
   const bool shows = std::none_of(name.begin(), name.end(),

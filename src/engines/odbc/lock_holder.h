@@ -7,13 +7,13 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Who holds what a command was refused for, behind the words of its refusal, where the server tells: the
-/// login, the computer and the program of the session that has held a lock on the chart's tables, or on the
-/// chart as a whole, for the longest. Nothing for a failure that is no such refusal, for a user who may not
-/// look (it takes the right VIEW SERVER STATE), and for a server that doesn't know these views.
+/// The refusal of a command because of a lock, with the lock's holder added to its message: the login,
+/// computer and program of the session that has held a lock on the chart's tables, or on the chart as a
+/// whole, for the longest. Returns nothing for any other failure, for a user without the right VIEW SERVER
+/// STATE, and for a server without these views.
 ///
-/// One more question to the server, which waits for nobody; whatever fails with it isn't told. The reason and
-/// the number stay.
+/// This takes one more query, which waits for no lock; its failures are ignored. Reason and number of the
+/// refusal stay.
 [[nodiscard]] std::optional<data::DataError> toldWithHolder(Session& session, const data::DataError& refusal);
 
 }  // namespace ledgertree::engines::odbc

@@ -19,15 +19,15 @@ namespace {
 
 using Reason = data::DataError::Reason;
 
-/// Doubled ahead of each further try: 20, 40, 80 milliseconds.
+/// Doubled before each further try: 20, 40, 80 milliseconds.
 constexpr std::chrono::milliseconds kFirstPause{10};
-/// Between two attempts to open anew what was open.
+/// Between two attempts to reopen a connection.
 constexpr std::chrono::milliseconds kBetweenOpenings{500};
 
 }  // namespace
 
-/// A walk over the rows of a statement. A connection carries one statement at a time: where another command
-/// comes between two rows, the rest of the rows is kept first.
+/// A walk over the rows of a statement. A connection runs one statement at a time: before another command
+/// runs between two rows, the remaining rows are read into memory.
 class OdbcConnection::Walk {
  public:
   explicit Walk(OdbcConnection& connection)
@@ -57,7 +57,7 @@ class OdbcConnection::Walk {
     if (execution_) execution_->finish();
   }
 
-  /// Reads what is left, and leaves the connection to others.
+  /// Reads the remaining rows, and frees the connection for others.
   void keepRest() noexcept {
     if (!execution_) return;
     execution_->resume();
@@ -114,11 +114,11 @@ auto OdbcConnection::command(Work work, const bool* shown) {
     try {
       return work(*session_);
     } catch (const data::DataError& failure) {
-      // A statement that ran out of its time may not have ended on the server.
+      // A statement that timed out may still run on the server.
       const bool unsure = failure.reason() == Reason::Connection || failure.reason() == Reason::TimeOut;
       if (unsure || (session_ && session_->dead())) session_.reset();
       const auto pause = kFirstPause * (1 << tried);
-      // A lock that was waited for in vain would be waited for as long again.
+      // After one wait for a lock, a second one would take as long.
       const auto now = Watch::Clock::now();
       const bool late = tried == kTries || now + pause + (now - begun) >= end;
       if (late || (shown != nullptr && *shown) || !mayComeAgain(failure)) tell(failure);
@@ -135,7 +135,7 @@ void OdbcConnection::open() {
       wasOpen_ = true;
       return;
     } catch (const data::DataError& failure) {
-      // What couldn't be opened is undone; a schema of another version isn't.
+      // An unopened connection has done nothing; a schema of another version won't change by waiting.
       const bool comesBack = wasOpen_ && !failure.leavesOpen() && servesElsewhere(failure.number());
       if (!comesBack || Watch::Clock::now() + kBetweenOpenings >= end) throw;
     }
@@ -145,7 +145,7 @@ void OdbcConnection::open() {
 }
 
 bool OdbcConnection::mayComeAgain(const data::DataError& failure) const {
-  // An installer's transaction ended with the refusal, and what came ahead of it in it is gone.
+  // An installer's transaction ended with the refusal, and its earlier statements are rolled back.
   return session_ && failure.reason() == Reason::Busy && versions_ == Versions::Present;
 }
 
@@ -236,7 +236,7 @@ data::Rows OdbcConnection::takeBack(std::int64_t operation) {
   data::requireToTakeBack(operation_.get(), operation);
   return command([this, operation](Session& session) {
     if (session.dialect() == Dialect::Other) return Connection::takeBack(operation);
-    // It may have been switched on since the session was opened.
+    // The history may have been switched on since the session was opened.
     session.seeHistory(true);
     Belonging belonging(session, operation_, true);
     try {

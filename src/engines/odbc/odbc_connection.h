@@ -17,14 +17,14 @@
 
 namespace ledgertree::engines::odbc {
 
-/// A connection to a database of Microsoft SQL Server, or of any other engine that `ODBC Driver` names in the
-/// connection text. Statements go as they are, but for letters that the columns can't hold (see code_page.h).
+/// A connection to Microsoft SQL Server, or to any other engine that `ODBC Driver` names in the connection
+/// text. Statements are sent unchanged, except for letters that the columns can't hold (see code_page.h).
 ///
-/// A connection that breaks fails the statement that met it, with data::DataError::Reason::Connection; the
-/// next one opens it anew (as it does behind a rest), and goes on trying for as long as connecting may take,
-/// since a database may be on its way from one server to another. Nothing of which nobody knows whether it
-/// was carried out is sent twice. What was refused for a deadlock, a lock or a conflict of versions wrote
-/// nothing: it is tried kTries times in all, as long as its time-out isn't over.
+/// If the connection breaks, the current statement fails with data::DataError::Reason::Connection. The next
+/// one reopens it (as after a rest), and keeps trying for the connection time-out, since the database may be
+/// failing over to another server. A command that may have been carried out is never sent twice. A command
+/// refused because of a deadlock, a lock or a version conflict wrote nothing: it is tried kTries times in
+/// all, within its time-out.
 class OdbcConnection final : public data::Connection {
  public:
   static constexpr int kTries = 4;
@@ -51,14 +51,14 @@ class OdbcConnection final : public data::Connection {
  private:
   class Walk;
 
-  /// Carries out a command on the session, opened if need be. A session that broke is closed behind it. What
-  /// lost against another program, and so wrote nothing, is carried out again, unless its rows are `shown` or
-  /// a part of it is done.
+  /// Runs a command on the session, opening it if needed, and closes a broken session afterwards. A command
+  /// that lost against another program, and so wrote nothing, is run again, unless its rows have been `shown`
+  /// or part of it is done.
   template <typename Work>
   auto command(Work work, const bool* shown = nullptr);
   void open();
   [[nodiscard]] bool mayComeAgain(const data::DataError& failure) const;
-  /// Throws the failure that is being handled, with who holds what it wanted where the server says so.
+  /// Rethrows the failure being handled, with the lock's holder if the server tells it.
   [[noreturn]] void tell(const data::DataError& failure);
 
   data::ConnectionText text_;
@@ -67,9 +67,9 @@ class OdbcConnection final : public data::Connection {
   std::unique_ptr<Session> session_;
   data::Waiting waiting_;
   bool wasOpen_ = false;
-  std::optional<data::AsRead> read_;            ///< handed over, until the next command
-  std::shared_ptr<data::Operation> operation_;  ///< what the commands belong to; null: nothing
-  Walk* walk_ = nullptr;                        ///< the innermost that runs
+  std::optional<data::AsRead> read_;            ///< passed for the next command
+  std::shared_ptr<data::Operation> operation_;  ///< the commands' operation; null: none
+  Walk* walk_ = nullptr;                        ///< the innermost one running
 };
 
 }  // namespace ledgertree::engines::odbc

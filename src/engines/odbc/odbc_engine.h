@@ -7,9 +7,9 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Makes Microsoft SQL Server known, under the names that its OLE DB providers have had: "SQLOLEDB",
-/// "SQLNCLI", "SQLNCLI10", "SQLNCLI11", "MSOLEDBSQL", "MSOLEDBSQL19", and "MSDASQL", which has always stood
-/// for a driver of ODBC. What is read of the connection text stands in driver_text.h.
+/// Registers Microsoft SQL Server under the names of its OLE DB providers: "SQLOLEDB", "SQLNCLI",
+/// "SQLNCLI10", "SQLNCLI11", "MSOLEDBSQL", "MSOLEDBSQL19", and "MSDASQL", the one for ODBC drivers. For the
+/// keys of the connection text see driver_text.h.
 void registerOdbc(data::Providers& providers, std::chrono::milliseconds command = data::kCommandTimeOut,
                   Versions versions = Versions::Present);
 

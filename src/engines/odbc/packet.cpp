@@ -15,8 +15,7 @@ namespace {
 
 constexpr std::string_view kBegin = "declare @Result int begin try ";
 constexpr std::string_view kEnd = "end try begin catch; throw; end catch";
-/// What stands behind a command that has ended, with the number of what it belongs to where that is asked
-/// for.
+/// The marker after a completed command, with its operation's number if that is asked for.
 constexpr std::string_view kMark = "; select @Result as LedgerTreeResult";
 constexpr std::string_view kMarkColumn = "LedgerTreeResult";
 
@@ -38,7 +37,7 @@ std::string textOf(const data::Command& command, CodePage page) {
   return command.procedure != nullptr ? callText(command) : executed(command.statement, page);
 }
 
-/// A batch of as many commands as can be sent.
+/// A batch of as many of the commands as can be sent.
 struct Batch {
   Batch(std::span<const data::Command> commands, CodePage page, Belonging& belonging) : text(kBegin) {
     const std::string number = belonging.numberColumn();
@@ -57,14 +56,14 @@ struct Batch {
 
   std::string text;
   std::size_t size = 0;
-  std::exception_ptr refusal;  ///< of the command behind them
+  std::exception_ptr refusal;  ///< of the command after them
 };
 
 bool isMark(const data::Rows& rows) {
   return !rows.columns().empty() && rows.columns().front() == kMarkColumn;
 }
 
-/// The answers of the batch; the last command's only if nothing failed behind it either.
+/// Reads the answers of the batch; the last command's only if nothing after it failed either.
 void readAnswers(Execution& execution, Belonging& belonging, std::span<const data::Command> sent,
                  std::vector<data::Answer>& ran) {
   data::Answer answer;

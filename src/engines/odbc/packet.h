@@ -12,18 +12,17 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Runs commands as one batch of the server, and adds to `ran` what those gave that ran, as they come. Throws
-/// the failure of the command behind them. Needs a session with SQL Server.
+/// Runs commands as one batch, and appends to `ran` the answer of each as it arrives. Throws the failure of
+/// the first one that fails. Needs a SQL Server session.
 ///
-/// Each statement runs by itself (`exec`), so that its text has a plan of its own and that what is wrong with
-/// it is found in its turn, and all stand in one `try`: whatever the server takes for an error ends the batch
-/// there, also within a procedure or a trigger that would go on, and comes out as it is. A mark behind each
-/// command tells that it has ended.
+/// Each statement runs in its own `exec`, so that it has its own plan and its mistakes are found only when
+/// its turn comes, and all are in one `try`: any error ends the batch there, even inside a procedure or
+/// trigger that would continue, and is reported unchanged. A marker after each command tells that it has
+/// ended.
 void sendPacket(Session& session, Belonging& belonging, std::span<const data::Command> commands,
                 std::vector<data::Answer>& ran);
 
-/// A statement within a batch, with a plan of its own. Throws data::DataError(Misuse) for one that isn't
-/// clean.
+/// A statement within a batch, with its own plan. Throws data::DataError(Misuse) for one that isn't clean.
 [[nodiscard]] std::string executed(std::string_view statement, CodePage page);
 
 }  // namespace ledgertree::engines::odbc

@@ -33,7 +33,7 @@ std::int32_t callProcedure(Session& session, const data::Procedure& procedure,
   for (Argument& argument : arguments) bound = bound && argument.bind(execution.statement(), place++);
   if (!bound) execution.noteFailure();
   if (bound) static_cast<void>(execution.send(callText(procedure)));
-  // The return value comes behind the last result.
+  // The return value comes after the last result.
   execution.finish();
   if (length == SQL_NULL_DATA) {
     throw data::DataError(data::DataError::Reason::Statement, 0,

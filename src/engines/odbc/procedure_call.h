@@ -8,8 +8,8 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Calls a procedure as "{? = CALL name( ?, ?) }" and gives its return value. The values were looked at by
-/// checkArguments. Text goes as Unicode, in the letters of the session's code page.
+/// Calls a procedure as "{? = CALL name( ?, ?) }" and returns its return value. The values have passed
+/// checkArguments. Text is sent as Unicode, folded to the session's code page.
 [[nodiscard]] std::int32_t callProcedure(Session& session, const data::Procedure& procedure,
                                          std::span<const data::Value> values);
 

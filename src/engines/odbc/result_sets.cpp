@@ -10,15 +10,15 @@ namespace {
 
 static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "text goes to a driver and comes from it as UTF-16");
 
-/// The letters of a text that are taken over at a time.
+/// The letters of a text that are read at a time.
 constexpr std::size_t kPiece = 2048;
 
-/// The server's own types, which ODBC has no name for, come as text.
+/// The server's own types, unknown to ODBC, are read as text.
 constexpr SQLSMALLINT kNarrow[] = {SQL_CHAR, SQL_VARCHAR, SQL_LONGVARCHAR};
 
-/// A decimal number as it is: whole, an amount of money, or, where neither holds it, its digits.
+/// Adds a decimal number as an integer or an amount of money, or, if neither can hold it, as its digits.
 void addDecimalText(data::Rows& rows, std::string text) {
-  // ".5" is how some drivers write a half.
+  // Some drivers write ".5" for a half.
   const std::size_t point = text.find('.');
   if (point == 0 || (point == 1 && text.front() == '-')) text.insert(point, "0");
   std::int64_t whole = 0;
@@ -175,7 +175,7 @@ bool ResultSet::addText(data::Rows& rows, SQLUSMALLINT place) {
       rows.addNull();
       return true;
     }
-    // Where more is left than the piece takes, it is full but for the closing NUL.
+    // If more is left than fits, the piece is full except for the closing NUL.
     const auto bytes = static_cast<std::size_t>(left);
     const bool more = left == SQL_NO_TOTAL || bytes > sizeof piece - sizeof(char16_t);
     wide_.append(piece.data(), more ? kPiece - 1 : bytes / sizeof(char16_t));

@@ -8,21 +8,20 @@
 
 namespace ledgertree::engines::odbc {
 
-/// The columns of the result set that a command stands on, and its rows. What fails here is noted as a
-/// failure of the command.
+/// The columns and rows of a command's current result set. Failures here count as failures of the command.
 class ResultSet {
  public:
   explicit ResultSet(Execution& execution);
 
   [[nodiscard]] std::size_t columns() const { return columns_.size(); }
-  /// Whether the column holds text of the code page, not Unicode.
+  /// Whether the column holds text in the code page, not in Unicode.
   [[nodiscard]] bool isNarrowText(std::size_t column) const;
   [[nodiscard]] data::Rows emptyRows() const;
-  /// Goes to the next row. False behind the last one, and where it failed.
+  /// Moves to the next row. Returns false after the last one, and on failure.
   [[nodiscard]] bool next();
-  /// Appends the cells of the row. False where reading one of them failed.
+  /// Appends the cells of the row. Returns false if reading one of them failed.
   [[nodiscard]] bool addCells(data::Rows& rows);
-  /// Appends the rows that are left.
+  /// Appends the remaining rows.
   void addRows(data::Rows& rows);
 
  private:

@@ -12,12 +12,12 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// More letters, and more words, than these narrow a search no further.
+/// More letters or words than these wouldn't narrow a search further.
 constexpr std::size_t kLettersOfPattern = 40;
 constexpr std::size_t kWordsOfStatement = 5;
-/// Stands ahead of each column, and in no word.
+/// Precedes each column, and occurs in no word.
 constexpr std::string_view kAhead = "\x1F";
-/// What nearly everything is that folding drops from a chart: blanks and zero-width joiners.
+/// Nearly everything that folding drops in a real chart: blanks and zero-width joiners.
 constexpr std::string_view kCommon[] = {" ", "\u200C"};
 
 template <typename Words, typename Change>
@@ -42,7 +42,7 @@ std::vector<std::string> lettersOf(std::string_view text) {
 
 bool isDigits(std::string_view text) { return std::all_of(text.begin(), text.end(), text::isDigit); }
 
-/// What folding drops, as the inside of a class of a pattern; `rare`: without what is common.
+/// The characters that folding drops, for a class in a pattern; `rare`: without the common ones.
 std::string dropped(bool rare) {
   std::u32string letters;
   for (const std::string& form : text::foldForms().at(""))
@@ -61,11 +61,11 @@ std::string dropped(bool rare) {
   return text::textOf(inside);
 }
 
-/// The forms of some letters and more, as a part of a pattern for one of them.
+/// A pattern that matches one form of the letters, or one character of `more`.
 std::string classOf(const std::set<std::string>& letters, const std::string& more) {
   std::string inside;
   for (const std::string& letter : letters) {
-    // These mean something of their own there.
+    // These have a meaning in a class.
     if (letter.find_first_of("]^-") != std::string::npos) return "_";
     const auto forms = text::foldForms().find(letter);
     inside += forms == text::foldForms().end() ? letter
@@ -79,14 +79,14 @@ std::string formsOf(const std::string& letter) {
   return plain || letter.find_first_of("]^-") != std::string::npos ? letter : classOf({letter}, "");
 }
 
-/// A folded code in every spelling in which it is the same code and a collation may tell it from itself.
+/// All spellings of a folded code that a collation may tell apart.
 std::set<std::string> spellings(const std::string& folded) {
   const std::string yeh = replaced(folded, "ی", "ي");
   return {folded, yeh, replaced(folded, "ک", "ك"), replaced(yeh, "ک", "ك")};
 }
 
-/// The codes that begin so, as a range of their index where it can be. Digits have one that ends; letters
-/// come behind them in every collation.
+/// The codes with this beginning, as an index range if possible. Digits have an upper bound, since letters
+/// come after them in every collation.
 std::string beginning(const std::string& column, const std::string& code) {
   const std::string literal = data::quoteText(code);
   std::string condition = column + " >= " + literal;
@@ -135,9 +135,9 @@ void SearchConditions::addPatterns(const std::string& number, std::string_view f
     patterns_ += ", @" + name + number + " nvarchar(4000) = N" + data::quoteText(pattern);
   };
   add("e", std::string(ahead) + joined(letters, "", formsOf) + "%");
-  // Something that folding drops stands behind a letter of the word and ahead of another.
+  // A character that folding drops is between two letters of the word.
   add("s", "%" + classOf(all, std::string(kAhead)) + "[" + between + "]" + classOf(all, between) + "%");
-  // The letters are there, in this order. At a beginning only what folding drops is ahead of them.
+  // The letters occur in this order. At a beginning, only dropped characters precede them.
   const std::string first = ahead == "%" ? formsOf(letters.front()) : classOf({letters.front()}, between);
   add("l", std::string(ahead) + first + "%" + joined(std::span(letters).subspan(1), "%", formsOf) + "%");
   words_.push_back("(" + text_ + " like @l" + number + " and (" + text_ + " like @e" + number + " or " +

@@ -9,31 +9,30 @@
 
 namespace ledgertree::engines::odbc {
 
-/// A name between brackets.
+/// A name in brackets.
 [[nodiscard]] std::string quotedName(std::string_view name);
 
-/// What of a search the server can tell, as conditions in Transact-SQL. They let every hit through and hardly
-/// anything else, so that hardly a row crosses the network that nobody sees; data::SearchRank has the last
-/// word.
+/// The part of a search that the server can decide, as Transact-SQL conditions. They let every hit through
+/// and little else, so that few useless rows cross the network; data::SearchRank makes the final decision.
 ///
-/// All columns are looked at as one text. Where its letters stand side by side a pattern tells it exactly.
-/// Where blanks or joiners stand between them they are taken off first, but only from the rows in which
-/// letters of the word stand on both sides of one: that costs much more than a pattern.
+/// All columns are searched as one text. A word whose letters are adjacent is found by an exact pattern.
+/// Blanks or joiners between its letters are removed first, which costs much more than a pattern, and so only
+/// in rows where letters of the word surround one.
 class SearchConditions {
  public:
   SearchConditions(const data::SearchRequest& request, const data::SearchRank& rank);
 
-  /// The patterns, to stand in a "declare" ahead of the statements: "@e0 nvarchar(4000) = N'...', ...".
+  /// The patterns, for a "declare" before the statements: "@e0 nvarchar(4000) = N'...', ...".
   [[nodiscard]] const std::string& patterns() const { return patterns_; }
-  /// Every word stands somewhere.
+  /// Every word occurs somewhere.
   [[nodiscard]] std::string holds() const;
-  /// A column whose beginning ranks begins with the text.
+  /// A column whose beginning counts for the rank begins with the text.
   [[nodiscard]] std::string begins() const;
-  /// The same of no row that doesn't; empty where that can't be told.
+  /// The same, but true for no other row; empty if that can't be decided.
   [[nodiscard]] std::string surelyBegins() const;
 
-  /// The first column is the text as a code, or begins with it, as the collation has it, over an index. ی and
-  /// ي, ک and ك are asked for both.
+  /// The first column, as a code, equals the text or begins with it, in the order of the collation, using an
+  /// index. Both ی and ي, ک and ك are tried.
   [[nodiscard]] const std::string& isCode() const { return isCode_; }
   [[nodiscard]] const std::string& beginsCode() const { return beginsCode_; }
 
@@ -42,11 +41,11 @@ class SearchConditions {
   [[nodiscard]] std::string split(const std::string& number, const std::string& more) const;
 
   std::string text_;      ///< all columns
-  std::string bareText_;  ///< without the commonest of what folding drops
+  std::string bareText_;  ///< without the most common characters that folding drops
   std::string patterns_;
-  std::vector<std::string> words_;  ///< the condition for each
+  std::vector<std::string> words_;  ///< a condition for each
   std::string begins_;
-  bool wholeFits_ = false;  ///< the pattern of the beginning has all letters
+  bool wholeFits_ = false;  ///< the pattern of the beginning holds all letters
   std::string isCode_;
   std::string beginsCode_;
 };

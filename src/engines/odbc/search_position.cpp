@@ -56,7 +56,7 @@ std::string Position::condition(const std::string& column) const {
   std::string from = id ? "[ID] >= " + std::to_string(*id) : "";
   if (kind == Kind::Start) return {};
   if (kind == Kind::Key) return from;
-  // NULL comes ahead of every value.
+  // NULL sorts before every value.
   if (kind == Kind::Null) return id ? "(" + column + " is not null or " + from + ")" : "";
   const std::string literal =
       kind == Kind::Integer ? value : (kind == Kind::Wide ? "N" : "") + data::quoteText(value);

@@ -7,15 +7,16 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Overwrites a text whose end is near.
+/// Overwrites a text that is about to be freed.
 template <typename Text>
 void wipe(Text& text) {
-  // A compiler may leave out plain writes to what nobody reads any more.
+  // A compiler may drop plain writes to memory that isn't read again.
   volatile auto* place = text.data();
   for (std::size_t left = text.size(); left != 0; --left) *place++ = {};
 }
 
-/// A text that may hold a password: it leaves no copy behind in memory, neither when it grows nor at its end.
+/// A text that may hold a password: it leaves no copy in memory, neither when it grows nor when it is
+/// destroyed.
 template <typename Letter>
 class Secret {
  public:

@@ -9,12 +9,12 @@
 namespace ledgertree::engines::odbc {
 namespace {
 
-/// What the server is told and asked first. Whoever writes to a table with an index on a computed column
-/// needs six settings on and one off, whatever the driver or the database has as its own. Long text comes
-/// whole whatever the driver's configuration says, and whoever waits for a lock learns that it is one before
-/// the command's time-out. Servers that speak the protocol without being SQL Server may lose their checks of
-/// references where a session's first table variable, as the triggers declare one, comes later than the first
-/// of these checks: it comes here.
+/// What the server is told and asked first. Writing to a table with an index on a computed column needs six
+/// settings on and one off, whatever the defaults of the driver or the database. Long text is read whole
+/// whatever the driver's configuration, and a wait for a lock ends with its own error before the command's
+/// time-out. Servers that speak the protocol without being SQL Server may lose their foreign key checks if a
+/// session's first table variable (the triggers declare one) comes after the first of these checks: so it
+/// comes here.
 constexpr std::string_view kPrepare =
     "declare @First table (ID int); set ansi_nulls, ansi_padding, ansi_warnings, arithabort, "
     "concat_null_yields_null, quoted_identifier on; set numeric_roundabort off; set textsize 2147483647; "
@@ -26,7 +26,7 @@ constexpr std::string_view kAskVersion =
     "select @Version; declare @Keeps int = 0; if object_id(N'dbo.tblAccountMemory') is not null "
     "select @Keeps = IsOn from dbo.tblAccountMemory; select @Keeps";
 constexpr std::chrono::milliseconds kAheadOfTimeOut{1000};
-/// An installer's commands may take hours, but while it waits for a lock others wait for its own.
+/// An installer's commands may take hours, but while it waits for a lock, others wait for its locks.
 constexpr std::chrono::milliseconds kLongestWait{30000};
 
 constexpr SQLINTEGER kArabicPage = 1256;
@@ -109,13 +109,13 @@ void Session::prepareServer(Versions versions) {
     if (!SQL_SUCCEEDED(result)) throw openError(records(statement), {});
     answers.push_back(length == SQL_NULL_DATA ? 0 : answer);
   }
-  // A server that doesn't understand the question at all is taken as it is.
+  // A server that doesn't understand the question at all is accepted.
   if (result != SQL_NO_DATA && (!answers.empty() || dead())) throw openError(records(statement), {});
   if (answers.size() != 3) return;
   if (answers[0] == kArabicPage) codePage_ = CodePage::Arabic;
   if (answers[0] == kUtf8Page) codePage_ = CodePage::Unicode;
   keepsHistory_ = answers[2] != 0;
-  // Without a chart every statement says what is missing.
+  // Without a chart, every statement reports what is missing.
   if (versions == Versions::Present && answers[1] != 0) db::requireSchemaVersion(answers[1]);
 }
 

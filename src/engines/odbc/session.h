@@ -18,15 +18,14 @@
 
 namespace ledgertree::engines::odbc {
 
-/// The databases that a connection takes: those of the program's own schema, or, as the installer needs it,
-/// those of any version.
+/// The schema versions that a connection accepts: the program's own, or, for the installer, any.
 enum class Versions { Present, Any };
 
-/// A connection that is open: in UTF-16, each statement a transaction of its own.
+/// An open connection, in UTF-16, with each statement its own transaction.
 class Session {
  public:
-  /// Throws DataError(Reason::Connection), without the password, for what can't be reached in `connect` or
-  /// doesn't let the user in, and for a chart of another version. `command` bounds every statement.
+  /// Throws DataError(Reason::Connection), never with the password, if the server can't be reached or refuses
+  /// the user, and for a chart of another version. `command` is the time-out of every statement.
   Session(const data::ConnectionText& text, std::chrono::milliseconds command, Versions versions);
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -37,13 +36,13 @@ class Session {
   [[nodiscard]] Dialect dialect() const { return dialect_; }
   [[nodiscard]] CodePage codePage() const { return codePage_; }
   [[nodiscard]] std::chrono::milliseconds commandTimeOut() const { return command_; }
-  /// Whether the connection is of no use any more, as far as the driver knows or after giveUp().
+  /// Whether the connection is unusable, as far as the driver knows or after giveUp().
   [[nodiscard]] bool dead() const;
   void giveUp() { givenUp_ = true; }
-  /// Whether the chart has a memory, as far as was seen at the opening or since.
+  /// Whether the chart keeps a history, as last seen.
   [[nodiscard]] bool keepsHistory() const { return keepsHistory_; }
   void seeHistory(bool keeps) { keepsHistory_ = keeps; }
-  /// Whether its context says that writes belong to the operation, none where it is null.
+  /// Whether the server's session context holds the operation; null: none.
   [[nodiscard]] bool knows(const std::shared_ptr<data::Operation>& operation) const {
     return isOperationKnown_ && operation_ == operation;
   }
@@ -52,13 +51,13 @@ class Session {
     isOperationKnown_ = true;
   }
   void forgetOperation() { isOperationKnown_ = false; }
-  /// Who waits for the commands; it outlives them.
+  /// The one waiting for the commands; it outlives them.
   void whileWaiting(const data::Waiting& waiting) { waiting_ = &waiting; }
   [[nodiscard]] const data::Waiting* waiting() const { return waiting_; }
 
  private:
   void open(const data::ConnectionText& text);
-  /// Gives the failure.
+  /// Returns the failure.
   [[nodiscard]] std::optional<data::DataError> connect(const data::ConnectionText& text,
                                                        const DriverText& driver);
   void prepareServer(Versions versions);
@@ -73,7 +72,7 @@ class Session {
   const data::Waiting* waiting_ = nullptr;
   bool keepsHistory_ = false;
   bool isOperationKnown_ = true;
-  std::shared_ptr<data::Operation> operation_;  ///< that the server knows
+  std::shared_ptr<data::Operation> operation_;  ///< the one in the server's session context
 };
 
 }  // namespace ledgertree::engines::odbc

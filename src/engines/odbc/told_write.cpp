@@ -15,7 +15,7 @@ namespace {
 
 using data::ParameterType;
 
-/// A batch whose question marks get their values one by one.
+/// A batch whose question marks are bound one by one.
 class Batch {
  public:
   explicit Batch(Session& session) : session_(session) {}
@@ -25,7 +25,7 @@ class Batch {
     text_ += "?";
     arguments_.emplace_back(parameter, value, session_.codePage());
   }
-  /// Gives the rows of the first answer; nothing where there is none. Throws data::DataError.
+  /// Returns the rows of the first answer; nothing if there is none. Throws data::DataError.
   std::optional<data::Rows> run(std::string_view name, Belonging& belonging,
                                 std::optional<std::chrono::milliseconds> longest = {}) {
     Execution execution(session_, name, false, nullptr, longest);
@@ -118,7 +118,7 @@ data::Rows takeBackThere(Session& session, Belonging& belonging, std::int64_t op
   Batch batch(session);
   batch.say(belonging.ahead());
   batch.say("exec dbo." + std::string(kProcedure) + " " + std::to_string(operation) + belonging.behind());
-  // As long as the operation took, and no shorter: it can be given up at any time.
+  // Taking back may take as long as the operation did; it can be cancelled at any time.
   return batch.run(kProcedure, belonging, data::kLongestTakingBack).value_or(data::Rows());
 }
 

@@ -12,21 +12,21 @@
 
 namespace ledgertree::engines::odbc {
 
-// What was read, and what a write belongs to, goes into the session's context, in one batch with the write:
-// no round trip more. There dbo.spAccountCompareRead finds what was read, and fails where the rows hold
-// something else, and the triggers of the memory find the rest.
+// What the user read, and the operation that a write belongs to, are put into the session's context in one
+// batch with the write, without a further round trip. dbo.spAccountCompareRead takes what was read from
+// there, and fails if the rows now differ; the history's triggers take the operation.
 
-/// What a write says ahead of itself; one of the two at least.
+/// What goes into the context before a write; at least one of the two.
 struct Said {
-  const data::AsRead* read;  ///< null: nothing was handed over
+  const data::AsRead* read;  ///< null: nothing was passed
   Belonging& belonging;
 };
 
-/// Calls a procedure, and gives its return value. The values were looked at by checkArguments.
+/// Calls a procedure, and returns its return value. The values have passed checkArguments.
 [[nodiscard]] std::int32_t callSaid(Session& session, const Said& said, const data::Procedure& procedure,
                                     std::span<const data::Value> values);
-/// Runs a statement that gives no rows; where something was read behind the comparison, in one transaction
-/// with it.
+/// Runs a statement that returns no rows; if there is something to compare, after the comparison and in one
+/// transaction with it.
 void runSaid(Session& session, const Said& said, std::string_view statement);
 
 /// Takes an operation back, see data::Connection::takeBack.

@@ -20,8 +20,8 @@ constexpr std::size_t kGreatestBatch = 2000;
 
 Pass next(Pass pass) { return static_cast<Pass>(static_cast<char>(pass) + 1); }
 
-/// The rows of a view from a position on, batch by batch, until the page is full. A batch is one question:
-/// the statements of all passes that are left, each for as many rows as the ones ahead of it have left room.
+/// Reads the rows of a view from a position on, batch by batch, until the page is full. A batch is one round
+/// trip: the statements of all remaining passes, each for as many rows as the earlier ones left room for.
 class Search {
  public:
   Search(Session& session, const data::SearchRequest& request)
@@ -49,7 +49,7 @@ class Search {
   }
 
   data::SearchPage page() {
-    // What isn't clean can't stand in a row.
+    // No row can hold a text that isn't clean.
     if (!isClean_) return std::move(page_);
     const Watch::Clock::time_point begun = Watch::Clock::now();
     std::size_t size = limit_;
@@ -75,7 +75,7 @@ class Search {
     for (Pass pass = position_.pass; pass != Pass::Holds;) {
       pass = next(pass);
       text += "; set @n = @n - @@rowcount; if @n > 0 ";
-      // What the index has found goes out now, and not when the packet is full.
+      // Sends what the index has found now, not when the packet is full.
       if (byCode_ && pass == Pass::Names) text += "begin raiserror(N'', 0, 1) with nowait; ";
       text += statement(Position(pass), "@n");
       if (byCode_ && pass == Pass::Names) text += "; end";
@@ -95,7 +95,7 @@ class Search {
     return text + from + " order by " + (first_.empty() ? "" : first_ + ", ") + "[ID]";
   }
 
-  /// What the rows of the pass fulfil, and a few others; empty for all.
+  /// A condition that all rows of the pass fulfil, and a few others; empty for all rows.
   [[nodiscard]] std::string narrowing(Pass pass) const {
     const SearchConditions& is = *conditions_;
     if (pass == Pass::Whole) return is.isCode();
@@ -107,7 +107,7 @@ class Search {
     return narrow;
   }
 
-  /// Adds the hits of one batch. True where the view has no rows behind it.
+  /// Adds the hits of one batch. Returns whether the view has no more rows.
   bool takeBatch(std::size_t size) {
     const std::string text = batch(size);
     std::size_t seen = 0;
@@ -127,7 +127,7 @@ class Search {
     return atEnd;
   }
 
-  /// Adds the hits of one statement. Gives the number of its rows.
+  /// Adds the hits of one statement. Returns the number of its rows.
   std::size_t take(ResultSet& set) {
     const Position from = position_;
     std::size_t behind = from.passed;
@@ -174,7 +174,7 @@ class Search {
   bool isOfPass(const data::Rows& row) {
     const SearchRank::Rank rank =
         rank_.of([&row](std::size_t column) { return row.value(0, column + 1).toText(); });
-    // The server alone knows which rows its statements for codes have taken.
+    // Only the server knows which rows its statements for codes returned.
     if (position_.pass < Pass::Names) return rank != SearchRank::None;
     return position_.pass == Pass::Names ? rank < SearchRank::Holds : rank == SearchRank::Holds;
   }
@@ -190,8 +190,8 @@ class Search {
   std::size_t limit_;
   Position position_;
   std::string view_;
-  std::string first_;    ///< empty: rows go by their key
-  bool byCode_ = false;  ///< codes come ahead of names
+  std::string first_;    ///< empty: rows are ordered by key
+  bool byCode_ = false;  ///< codes come before names
   std::optional<SearchConditions> conditions_;
   data::SearchPage page_;
 };

@@ -5,12 +5,12 @@
 
 namespace ledgertree::engines::odbc {
 
-/// A page of a search in a view, see Connection::search: within each part of the order by the first column,
-/// as the server's collation has it, and the ID. One question to the server, as a rule: what comes ahead has
-/// a statement of its own, so that no row is sorted that no page shows, and all of them go out together.
+/// A page of a search in a view, see Connection::search: within each rank, ordered by the first column in the
+/// server's collation, then by ID. Usually one round trip: each rank has its own statement, so that no row is
+/// sorted that no page shows, and all statements are sent together.
 ///
-/// Which code is the text, or begins with it, is the collation's to say, over the index. A code that is
-/// written otherwise (with a joiner, say) comes with the names that begin so.
+/// Which codes equal the text, or begin with it, is decided by the collation, using the index. A code written
+/// otherwise (with a joiner, say) comes among the names with that beginning.
 [[nodiscard]] data::SearchPage searchView(Session& session, const data::SearchRequest& request);
 
 }  // namespace ledgertree::engines::odbc

@@ -9,9 +9,9 @@ namespace ledgertree::engines::odbc {
 namespace {
 
 constexpr std::chrono::milliseconds kBetweenQuestions{5};
-/// An interruption that came ahead of what it was to interrupt is lost, and has to be repeated.
+/// An interruption before the call that it is meant for is lost, and has to be repeated.
 constexpr std::chrono::milliseconds kBetweenInterruptions{200};
-/// To be woken at each row would cost more than to look now and then whether a pause is over.
+/// Checking now and then whether a pause is over costs less than waking up at each row.
 constexpr std::chrono::milliseconds kBetweenLooks{200};
 
 }  // namespace
@@ -93,7 +93,7 @@ void Watch::keep() {
     if (stop_ == Stop::None && !pausedSince_) decide();
     Clock::time_point next = pausedSince_ ? Clock::now() + kBetweenLooks : deadline_;
     if (stop_ != Stop::None) {
-      // The statement can't go away meanwhile: its command waits for the lock.
+      // The statement can't be freed meanwhile: its command waits for the lock.
       SQLCancel(statement_);
       next = Clock::now() + kBetweenInterruptions;
     } else if (cancelled_ != nullptr) {

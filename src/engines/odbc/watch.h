@@ -13,9 +13,8 @@
 
 namespace ledgertree::engines::odbc {
 
-/// Keeps an eye on the running statement of one connection, from a thread of its own: interrupts it at its
-/// deadline, for drivers that don't by themselves, or when it was given up. The thread begins with the first
-/// statement.
+/// Watches the running statement of one connection from its own thread: interrupts it at its deadline, for
+/// drivers that don't, or when it is cancelled. The thread starts with the first statement.
 class Watch {
  public:
   using Clock = std::chrono::steady_clock;
@@ -25,7 +24,7 @@ class Watch {
   Watch& operator=(const Watch&) = delete;
   ~Watch();
 
-  /// The length of one command on one statement; the statement outlives it.
+  /// Scope of one command on one statement; the statement outlives it.
   class Command {
    public:
     Command(Watch& watch, const Handle& statement, Clock::time_point deadline,
@@ -34,13 +33,13 @@ class Watch {
     Command& operator=(const Command&) = delete;
     ~Command();
 
-    /// The time between these two isn't the engine's; it may be longer than all that the command has.
+    /// Time between these two doesn't count; it may be longer than the command's time-out.
     void pause();
     void resume();
     /// Whether the command was interrupted.
     [[nodiscard]] bool stopped();
-    /// Throws the reason for which the command was stopped; returns where it wasn't. `ended`: the server has
-    /// said that it stopped, too.
+    /// Throws the reason why the command was stopped; returns if it wasn't. `ended`: the server has confirmed
+    /// that it stopped.
     void rethrowStop(std::string_view statement, bool ended);
 
    private:
@@ -57,7 +56,7 @@ class Watch {
   std::condition_variable changed_;
   std::thread thread_;
   bool over_ = false;
-  SQLHANDLE statement_ = SQL_NULL_HANDLE;  ///< the one that runs
+  SQLHANDLE statement_ = SQL_NULL_HANDLE;  ///< the running one
   Clock::time_point deadline_;
   std::optional<Clock::time_point> pausedSince_;
   const std::function<bool()>* cancelled_ = nullptr;
