@@ -35,7 +35,7 @@ RegisterComponents load(const std::filesystem::path& file) {
   HMODULE library = LoadLibraryExW(file.c_str(), nullptr,
                                    LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
   if (library == nullptr) return nullptr;
-  return reinterpret_cast<RegisterComponents>(GetProcAddress(library, kEntry));
+  return reinterpret_cast<RegisterComponents>(reinterpret_cast<void*>(GetProcAddress(library, kEntry)));
 }
 
 /// Permissions aren't checked here: only what the host vouches for is loaded.
