@@ -43,7 +43,7 @@ void frmAccountBatch::loadControls() {
   cmdPreview.onClick = [this] { run([this] { lookAhead(); }); };
   cmdCancel.onClick = [this] { close(); };
   setFirstFocus(sltParent);
-  // Enter deletes nothing by itself.
+  // No default button: Enter must not start a deletion.
   setCancelButton(cmdCancel);
 }
 

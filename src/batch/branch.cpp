@@ -9,12 +9,12 @@ namespace {
 
 std::string text(std::int64_t number) { return std::to_string(number); }
 
-/// "4 سطر سند دارد؛ نخستين سند با ش.ر. «501» به تاريخ 1403/01/01", behind what has them.
+/// "4 سطر سند؛ نخستين سند با ش.ر. «501» به تاريخ 1403/01/01".
 std::string linesInWords(std::int64_t lines, const std::string& document, const std::string& date) {
   return text(lines) + " سطر سند؛ نخستين سند با ش.ر. «" + document + "» به تاريخ " + date;
 }
 
-/// The rows of a page behind the account `last`.
+/// The statement for a page of rows after the account `last`.
 std::string pageBehind(std::int32_t mother, bool stayingOnly, const std::string& last) {
   const std::string lines = "From tblAccountDocumentDetail dd Where dd.AccountID=a.ID";
   const std::string inUseBelow =
@@ -60,7 +60,7 @@ shell::Preview::Page pageOf(data::DtEn& gateway, const std::string& statement, s
   return page;
 }
 
-/// Pages are asked for by the account that the one before ended with.
+/// Reads each page starting after the last account of the page before.
 class Pages {
  public:
   Pages(std::shared_ptr<data::DtEn> gateway, std::int32_t mother, const Branch& branch)
@@ -81,7 +81,7 @@ class Pages {
   std::int32_t mother_;
   Branch branch_;
   bool stayingOnly_ = false;
-  std::vector<std::string> ends_ = {"0"};  ///< ahead of each page
+  std::vector<std::string> ends_ = {"0"};  ///< the account before each page
 };
 
 std::vector<std::string> summaryOf(data::DtEn& gateway, const std::string& mother, const Branch& branch) {

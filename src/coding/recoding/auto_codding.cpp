@@ -18,7 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
-/// The longest that the screen stands still for the codes of one packet; longer, and the next is half as
+/// The longest that the screen may freeze for one batch of codes; after a slower one, batches are half as
 /// large.
 constexpr std::chrono::seconds kLongestStandstill{1};
 
@@ -84,7 +84,7 @@ void frmAutoCodding::loadControls() {
   txtSimpleCode.setAccessibleName("نمونه اولين كد فرزند");
   progressBar.setAccessibleName("پيشرفت کار");
   setFirstFocus(klmMotherAcc);
-  // None of the commands has a way back: Enter presses none of them by itself.
+  // No default button: none of the commands can be undone, and Enter must not start one.
   setCancelButton(cmdCancel);
 }
 
@@ -226,8 +226,7 @@ void frmAutoCodding::tellHowFar(const std::exception& failure) {
   shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\n" + far + std::string(kGoOn));
 }
 
-/// The mother account may be one of those that got a new code. Its old one must not go into the codes of its
-/// children.
+/// The mother account may itself have got a new code; the old one must not go into the codes of its children.
 void frmAutoCodding::readMotherAgain() {
   if (klmMotherAcc.IsEmpty()) return;
   const std::string old = klmMotherAcc.AccountCode();
