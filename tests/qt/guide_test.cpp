@@ -154,6 +154,9 @@ void Guide::drawMainScreen() {
             picture("notice", notice);
             helpAt(notice, "NoticeDialog", QString::fromUtf8("کد وارد نشده است!"));
           });
+  // The server's own words on a second line aren't in the guide.
+  inFront([&] { shell.showErrorNotice("خطا", "کد وارد نشده است!\n(2627)"); },
+          [&](QWidget& notice) { helpAt(notice, "NoticeDialog", QString::fromUtf8("کد وارد نشده است!")); });
   form->sltParent.focus();
   QTest::keyClicks(window().widgetOf(form->sltParent), "101");
   ASSERT_TRUE(QTest::qWaitFor([&] { return form->sltParent.rows().size() > 3; }, 30000));

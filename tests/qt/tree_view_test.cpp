@@ -129,6 +129,10 @@ TEST(TreeView, AProgramsChangesReachTheScreen) {
   }
   EXPECT_EQ(screen.seen(tree), "r r.1 r.3");
   EXPECT_FALSE(screen.view->currentIndex().isValid());
+  tree.focus();
+  QTest::keyClick(screen.view, Qt::Key_Tab);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(screen.view->currentIndex(), screen.at("r")) << "the keyboard came backwards";
   tree.clear();
   EXPECT_EQ(screen.seen(tree), "");
 

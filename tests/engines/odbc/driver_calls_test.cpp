@@ -19,6 +19,7 @@
 #include "data/catalogue.h"
 #include "db/version.h"
 #include "engines/odbc/odbc_connection.h"
+#include "engines/odbc/search_position.h"
 #include "support/failure.h"
 #include "support/temporary_database.h"
 #include "support/text_table.h"
@@ -482,7 +483,12 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
     static_cast<void>(failureOf([&] { connection_.search(request); }));
     EXPECT_NE(driver.last.find(pattern), std::string::npos) << "a hyphen makes no range of letters";
     EXPECT_LT(driver.last.size(), 9000U) << "a server takes no more of it";
+    const bool whole = text.size() < 40;
+    EXPECT_EQ(driver.last.find("and not (") != std::string::npos, whole) << "half a word excludes no row";
   }
+  request.continuation = Position(Pass::Whole).toContinuation();
+  EXPECT_EQ(failureOf([&] { connection_.search(request); }).reason(), Reason::Misuse)
+      << "of a search by code";
 }
 
 TEST_F(DriverCalls, ASearchThatIsGivenUpEndsAloneAndItsConnectionWhereTheServerIsSilent) {
