@@ -42,7 +42,7 @@ class frmAccountBatch : public ui::Form {
   [[nodiscard]] bool accountIsPicked();
   /// Runs a command unless one is running already or no account is picked.
   void run(const std::function<void()>& command);
-  void lookAhead();
+  void preview();
   /// Asks for confirmation and deletes the descendants; if `seen` is given, only if the branch still equals
   /// it.
   void deleteBelow(const Branch* seen);

@@ -15,7 +15,7 @@ std::string linesInWords(std::int64_t lines, const std::string& document, const 
 }
 
 /// The statement for a page of rows after the account `last`.
-std::string pageBehind(std::int32_t mother, bool stayingOnly, const std::string& last) {
+std::string pageAfter(std::int32_t mother, bool stayingOnly, const std::string& last) {
   const std::string lines = "From tblAccountDocumentDetail dd Where dd.AccountID=a.ID";
   const std::string inUseBelow =
       "From tblAccountParent q Where q.ID=a.ID and exists(Select dd.* From tblAccountDocumentDetail dd Where "
@@ -69,7 +69,7 @@ class Pages {
   shell::Preview::Page operator()(bool stayingOnly, std::size_t number) {
     if (stayingOnly != stayingOnly_) ends_ = {"0"};
     stayingOnly_ = stayingOnly;
-    auto page = pageOf(*gateway_, pageBehind(mother_, stayingOnly, ends_[number]),
+    auto page = pageOf(*gateway_, pageAfter(mother_, stayingOnly, ends_[number]),
                        number * shell::Preview::kPage, branch_);
     ends_.resize(number + 1);
     if (page.more) ends_.push_back(page.rows.back().back());

@@ -294,10 +294,10 @@ void FormPeriodBranch::written(const std::function<bool(const std::string& perio
                                shell::RowsAsRead::Meant left) {
   // Before the query: if it fails, the caller must still learn of the change.
   ChangedFlag = true;
-  shell::RowsAsRead behind = read_;
+  shell::RowsAsRead earlier = read_;
   const shell::RowsAsRead::Rows now = showPeriods(sltAccount.SelectedID());
   read_.keep(now);
-  behind.tellBehind(now, [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
+  earlier.tellBehind(now, [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
 }
 
 }  // namespace ledgertree::periods

@@ -15,15 +15,15 @@ struct LeadingNumber {
 /// Exponents aren't read: in a code, E is a letter like any other and ends the number.
 LeadingNumber readNumber(std::string_view text) {
   LeadingNumber number;
-  bool behindPoint = false;
+  bool afterPoint = false;
   for (const char letter : text) {
     if (letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n') continue;
-    if (letter == '.' && !behindPoint) {
-      behindPoint = true;
+    if (letter == '.' && !afterPoint) {
+      afterPoint = true;
       continue;
     }
     if (!text::isDigit(letter)) break;
-    (behindPoint ? number.decimals : number.digits) += letter;
+    (afterPoint ? number.decimals : number.digits) += letter;
   }
   number.decimals.erase(number.decimals.find_last_not_of('0') + 1);
   return number;

@@ -84,13 +84,13 @@ class frmAutoCodding : public ui::Form {
   [[nodiscard]] std::optional<Numbering> ofChildren();
   /// Shows what a numbering would do, and does it if the user confirms; `command` is the button that does it
   /// without a preview.
-  void lookAhead(const std::function<std::optional<Numbering>()>& wish, const ui::PushButton& command);
+  void preview(const std::function<std::optional<Numbering>()>& wish, const ui::PushButton& command);
   /// Whether the same command stopped half-way before, so that it resumes.
-  [[nodiscard]] bool goesOn(const Numbering& numbering) const {
+  [[nodiscard]] bool resumes(const Numbering& numbering) const {
     return unfinished_ && unfinished_->command == numbering.command;
   }
   /// The codes that are still to be written.
-  [[nodiscard]] std::vector<NewCode> ahead(data::DtEn& gateway, const Numbering& numbering) const;
+  [[nodiscard]] std::vector<NewCode> remaining(data::DtEn& gateway, const Numbering& numbering) const;
   /// Writes the codes of one recoding; none if one of them is too long, or if they differ from those in
   /// `seen`, the preview, if any. A resumed recoding doesn't compute its codes again.
   void recode(const Numbering& numbering, const Outlook* seen);

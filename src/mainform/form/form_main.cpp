@@ -25,7 +25,7 @@ FormMain::FormMain(shell::Shell& shell)
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
     tree_.keepHighlightFor(accountID);
-    others_.forgetWord();
+    others_.clearReport();
     shell_.news.add(ChartEvent::Kind::Shown,
                     accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
   };
@@ -34,7 +34,7 @@ FormMain::FormMain(shell::Shell& shell)
     // opened from here must list what its commands change.
     shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
     tree_.settle();
-    others_.forgetWord();
+    others_.clearReport();
   };
   Timer1.onTick = [this] { followRecord(*this); };
 }

@@ -25,7 +25,7 @@ class HistoryCommands {
   /// Whether the key belongs to the screen: nothing is being edited, and no field is being typed in.
   [[nodiscard]] bool keyCounts() const;
   /// Reads the record and the tree again after something was taken back.
-  void readAnew();
+  void readAgain();
 
   MainScreen& screen_;
   shell::Shell& shell_;

@@ -71,15 +71,15 @@ void OthersChanges::begin() {
   offered_ = shell_.isOffered(Offer::OthersChanges);
   treeIsOld_ = false;
   screen_.lblOthers.setVisible(offered_);
-  forgetWord();
+  clearReport();
   if (offered_) changes_.begin();
 }
 
-void OthersChanges::forgetWord() { say({}); }
+void OthersChanges::clearReport() { report({}); }
 
-void OthersChanges::say(const std::string& word) {
-  screen_.lblOthers.setCaption(word);
-  screen_.lblOthers.setHint(word);
+void OthersChanges::report(const std::string& text) {
+  screen_.lblOthers.setCaption(text);
+  screen_.lblOthers.setHint(text);
 }
 
 void OthersChanges::ticked() {
@@ -114,20 +114,20 @@ bool OthersChanges::recordIsFromHere() const {
 }
 
 void OthersChanges::look() {
-  std::string word = readTree();
-  if (!word.empty()) say(word);
-  append(word, "؛ ", readRecord());
-  if (!word.empty()) say(word);
+  std::string text = readTree();
+  if (!text.empty()) report(text);
+  append(text, "؛ ", readRecord());
+  if (!text.empty()) report(text);
 }
 
 void OthersChanges::lookWhileTyping() {
   treeIsOld_ = true;
   if (screen_.formMode != FormMode::ModeEdit || !recordIsFromHere()) return;
   const auto now = record_.readAgain(screen_.AccountOnRecord);
-  if (!now) return say(std::string(kTypedDeleted));
+  if (!now) return report(std::string(kTypedDeleted));
   const auto gateway = shell_.dtEn();
   const std::string names = namesOf(*screen_.AsRead, *now, accounts::AccountTexts(screen_, *gateway));
-  if (!names.empty()) say(std::string(kTypedOver) + names);
+  if (!names.empty()) report(std::string(kTypedOver) + names);
 }
 
 OthersChanges::Nodes OthersChanges::nodes() const {

@@ -28,7 +28,7 @@ class OthersChanges {
   /// To be called before the screen is first filled.
   void begin();
   /// Clears the report: the user has moved on.
-  void forgetWord();
+  void clearReport();
 
  private:
   /// The visible text of each node, by its key.
@@ -43,7 +43,7 @@ class OthersChanges {
   /// Each returns the text to report; empty if nothing is different.
   [[nodiscard]] std::string readTree();
   [[nodiscard]] std::string readRecord();
-  void say(const std::string& word);
+  void report(const std::string& text);
 
   MainScreen& screen_;
   shell::Shell& shell_;
