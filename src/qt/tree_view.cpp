@@ -123,7 +123,8 @@ class Branches : public QTreeView {
     if (typed.empty()) return;
     const bool goesOn = typing_.isValid() && !typing_.hasExpired(kTypingPause);
     typing_.start();
-    // Nothing on the screen tells which layout a tree has: titles are Persian, and a code may have Latin letters.
+    // Nothing on the screen tells which layout a tree has: titles are Persian, and a code may have Latin
+    // letters.
     const auto other = chosen == KeyboardLayout::Own ? KeyboardLayout::Persian : KeyboardLayout::Own;
     onType(typed, typedCharacters(event, other), goesOn);
   }
