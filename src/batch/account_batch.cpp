@@ -40,10 +40,10 @@ void frmAccountBatch::loadControls() {
   cmdPreview.setVisible(shell_.isOffered(Offer::Preview));
   shell_.switchLayoutAt(sltParent);
   cmdDelete.onClick = [this] { run([this] { deleteBelow(nullptr); }); };
-  cmdPreview.onClick = [this] { run([this] { lookAhead(); }); };
+  cmdPreview.onClick = [this] { run([this] { preview(); }); };
   cmdCancel.onClick = [this] { close(); };
   setFirstFocus(sltParent);
-  // Enter deletes nothing by itself.
+  // No default button: Enter must not start a deletion.
   setCancelButton(cmdCancel);
 }
 
@@ -61,7 +61,7 @@ bool frmAccountBatch::accountIsPicked() {
   return false;
 }
 
-void frmAccountBatch::lookAhead() {
+void frmAccountBatch::preview() {
   const auto gateway = shell_.dtEn();
   Branch seen;
   {

@@ -13,46 +13,47 @@
 
 namespace ledgertree::batch {
 
-/// Deletes all accounts below one account, the deepest first; the account itself stays. A document line on
-/// one of them stops it all. An account that depends on something else stays, with a notice, and so do those
-/// above it. What is deleted ahead of a failure stays deleted.
+/// Deletes all descendants of an account, the deepest first; the account itself stays. A document line on any
+/// of them prevents the whole deletion. An account that something else depends on stays, with a notice, and
+/// so do its ancestors. What was deleted before a failure stays deleted.
 ///
-/// Where the host offers Offer::Preview, a button shows what would go and what stands in the way, and leads
-/// from there to the question and the work. Where the branch isn't what was shown, nothing is deleted, and
-/// that is told.
+/// If the host offers Offer::Preview, a button shows what would be deleted and what prevents it, and
+/// continues from there to the confirmation and the work. If the branch has changed since it was shown,
+/// nothing is deleted and the user is told.
 class frmAccountBatch : public ui::Form {
  public:
-  /// Runs on the thread of the screens; `shell` outlives the form.
+  /// Runs on the user-interface thread; `shell` outlives the form.
   explicit frmAccountBatch(shell::Shell& shell);
 
   ui::Label lblParent;
   shell::AccountPicker sltParent;
   ui::PushButton cmdDelete;
   ui::PushButton cmdCancel;
-  /// Hidden, unless the host has previews offered.
+  /// Hidden unless the host offers previews.
   ui::PushButton cmdPreview;
   ui::ProgressBar progressBar;
 
-  /// Whether a deletion was confirmed, whatever it achieved.
+  /// Whether a deletion was confirmed, whatever its outcome.
   bool ChangedFlag = false;
 
  private:
   void loadControls();
-  /// Whether an account is picked; told where none is.
+  /// Whether an account is picked; if not, the user is told.
   [[nodiscard]] bool accountIsPicked();
-  /// Runs a command that isn't under way already, where an account is picked.
+  /// Runs a command unless one is running already or no account is picked.
   void run(const std::function<void()>& command);
-  void lookAhead();
-  /// Asks, and deletes what is below the account; only what was `seen`, if anything.
+  void preview();
+  /// Asks for confirmation and deletes the descendants; if `seen` is given, only if the branch still equals
+  /// it.
   void deleteBelow(const Branch* seen);
-  /// The walk through the accounts below, once nothing forbids it.
+  /// Deletes the accounts one by one, once nothing forbids it.
   void deleteAll(data::DtEn& gateway, const std::string& below);
 
   shell::Shell& shell_;
   bool working_ = false;
 };
 
-/// Shows the screen until the person leaves; true where the tree has to be read anew.
+/// Shows the screen until the user closes it; returns whether the tree must be read again.
 [[nodiscard]] bool showNDelete(shell::Shell& shell);
 
 }  // namespace ledgertree::batch

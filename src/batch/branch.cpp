@@ -9,13 +9,13 @@ namespace {
 
 std::string text(std::int64_t number) { return std::to_string(number); }
 
-/// "4 سطر سند دارد؛ نخستين سند با ش.ر. «501» به تاريخ 1403/01/01", behind what has them.
+/// "4 سطر سند؛ نخستين سند با ش.ر. «501» به تاريخ 1403/01/01".
 std::string linesInWords(std::int64_t lines, const std::string& document, const std::string& date) {
   return text(lines) + " سطر سند؛ نخستين سند با ش.ر. «" + document + "» به تاريخ " + date;
 }
 
-/// The rows of a page behind the account `last`.
-std::string pageBehind(std::int32_t mother, bool stayingOnly, const std::string& last) {
+/// The statement for a page of rows after the account `last`.
+std::string pageAfter(std::int32_t mother, bool stayingOnly, const std::string& last) {
   const std::string lines = "From tblAccountDocumentDetail dd Where dd.AccountID=a.ID";
   const std::string inUseBelow =
       "From tblAccountParent q Where q.ID=a.ID and exists(Select dd.* From tblAccountDocumentDetail dd Where "
@@ -60,7 +60,7 @@ shell::Preview::Page pageOf(data::DtEn& gateway, const std::string& statement, s
   return page;
 }
 
-/// Pages are asked for by the account that the one before ended with.
+/// Reads each page starting after the last account of the page before.
 class Pages {
  public:
   Pages(std::shared_ptr<data::DtEn> gateway, std::int32_t mother, const Branch& branch)
@@ -69,7 +69,7 @@ class Pages {
   shell::Preview::Page operator()(bool stayingOnly, std::size_t number) {
     if (stayingOnly != stayingOnly_) ends_ = {"0"};
     stayingOnly_ = stayingOnly;
-    auto page = pageOf(*gateway_, pageBehind(mother_, stayingOnly, ends_[number]),
+    auto page = pageOf(*gateway_, pageAfter(mother_, stayingOnly, ends_[number]),
                        number * shell::Preview::kPage, branch_);
     ends_.resize(number + 1);
     if (page.more) ends_.push_back(page.rows.back().back());
@@ -81,7 +81,7 @@ class Pages {
   std::int32_t mother_;
   Branch branch_;
   bool stayingOnly_ = false;
-  std::vector<std::string> ends_ = {"0"};  ///< ahead of each page
+  std::vector<std::string> ends_ = {"0"};  ///< the account before each page
 };
 
 std::vector<std::string> summaryOf(data::DtEn& gateway, const std::string& mother, const Branch& branch) {

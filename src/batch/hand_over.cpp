@@ -15,7 +15,7 @@ namespace {
 using shell::ComponentError;
 using shell::OutsideComponent;
 
-/// The number of the chart's screen among those of the host product.
+/// The chart's screen among those of the host product.
 constexpr std::int32_t kFormTypeID = 301;
 
 constexpr std::string_view kExportStatement =
@@ -28,7 +28,7 @@ void skippingFailure(const Step& step) {
   try {
     step();
   } catch (const std::exception&) {
-    return;  // the next step runs all the same
+    return;  // the next step runs anyway
   }
 }
 
@@ -45,7 +45,7 @@ Creation create(shell::Shell& shell, std::string_view name, std::unique_ptr<Outs
   }
 }
 
-/// "SheetKit.SheetWriter" stands in the file SheetKit.ocx.
+/// "SheetKit.SheetWriter" is in the file SheetKit.ocx.
 std::string registrationOf(std::string_view name, std::string_view basePath) {
   return std::string("Regsvr32 ")
       .append(" \"")
@@ -55,7 +55,7 @@ std::string registrationOf(std::string_view name, std::string_view basePath) {
       .append(".ocx\" /s");
 }
 
-/// Null where there is no component; the person knows of it, if it is to be known.
+/// Null if there is no component; the user has been told if it is unknown.
 std::unique_ptr<OutsideComponent> createRegistering(shell::Shell& shell, std::string_view name,
                                                     std::string_view basePath) {
   std::unique_ptr<OutsideComponent> component;
@@ -81,7 +81,7 @@ void exportChart(shell::Shell& shell, std::string_view basePath) {
   introduce(shell.context, *component);
   skippingFailure([&] { component->set("FormTypeID", kFormTypeID); });
   skippingFailure([&] { component->call("ExportToExcel", {data::Value(kExportStatement)}); });
-  // A component that failed may have left the hourglass behind.
+  // A component that failed may have left the hourglass cursor.
   shell.desktop().setCursor(ui::CursorShape::Default);
 }
 

@@ -8,16 +8,16 @@
 
 namespace ledgertree::batch {
 
-/// What is handed over to outside components: each is made by its name, told who works and on which
-/// database, and asked to do its work, which ends before the operation does.
+/// Work done by outside components: each is created by its name, given the user and the database, and asked
+/// to do its work, which ends before the function returns.
 ///
-/// A component that isn't known is registered once, from the folder "System" below `basePath` (which ends in
-/// a separator), and made once more; only if it is still unknown the person is told. Every other failure
-/// passes without a sign: what goes wrong in its work the component tells by itself. Neither throws.
+/// An unknown component is registered once, from the folder "System" below `basePath` (which ends in a
+/// separator), and created again; only if it is still unknown is the user told. All other failures are
+/// ignored: a component reports failures of its own work. These functions never throw.
 
-/// Gives the whole chart of vwAccount to SheetKit.SheetWriter as an export statement.
+/// Passes the whole chart of vwAccount to SheetKit.SheetWriter as an export statement.
 void exportChart(shell::Shell& shell, std::string_view basePath);
-/// Gives rows of texts to SheetKit.SheetWriter, the headings first.
+/// Passes rows of texts to SheetKit.SheetWriter, the headings first.
 void exportRows(shell::Shell& shell, std::string_view basePath,
                 const std::vector<std::vector<std::string>>& rows);
 /// Opens the cost centres in PactKit.PactEditor.

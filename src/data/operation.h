@@ -7,7 +7,7 @@ namespace ledgertree::data {
 
 class MainConnection;
 
-/// The kind of operation that a change belongs to, as the memory of the chart keeps it
+/// The kind of operation that a change belongs to, as stored in the chart's history
 /// (tblAccountOperation.Kind). The numbers are stored in databases: append new ones at the end.
 enum class OperationKind : std::int32_t {
   Other = 0,  ///< another program, or unspecified: the user is unknown
@@ -25,21 +25,21 @@ enum class OperationKind : std::int32_t {
   TakeBack = 12,
 };
 
-/// Who changes the chart, and in which operation. Its commands are kept under one number.
+/// Who changes the chart, and in which operation. All its commands are recorded under one number.
 struct Operation {
   OperationKind kind = OperationKind::Other;
   std::int32_t userID = 0;
   std::int64_t takesBack = 0;  ///< the number of the operation that is taken back; 0: none
-  /// Its number in tblAccountOperation; 0 until one of its commands has changed something that is kept.
+  /// Its number in tblAccountOperation; 0 until one of its commands has changed something that is recorded.
   std::int64_t number = 0;
 };
 
-/// What the user is told on an attempt to take something back when the chart has no memory.
+/// Message to the user for trying to take something back in a chart that keeps no history.
 inline constexpr const char* kNothingIsKept =
     "سابقه حسابها در اين پايگاه داده نگهداري نميشود. از مدير پايگاه داده بخواهيد آن را با ledgertree-schema "
     "--history on روشن نمايد.";
 
-/// Throws DataError(Misuse) unless `current` is the taking back of `operation`.
+/// Throws DataError(Misuse) unless `current` takes back `operation`.
 void requireToTakeBack(const Operation* current, std::int64_t operation);
 
 /// Why an operation can't be taken back, per account.
@@ -53,7 +53,7 @@ enum class Obstacle : std::int32_t {
   HasChildren = 7,   ///< it got children
   HasRelations = 8,  ///< it got periods, relations, classes or objects
   Renumbered = 9,    ///< another program's operation, which changed the ID
-  IsCut = 10,        ///< the memory of the operation was shortened; no account
+  IsCut = 10,        ///< the history of the operation was pruned; no account
   Unknown = 11,      ///< there is no such operation; no account
   Rule = 12,         ///< a rule of the database refused the account as it was
 };

@@ -66,7 +66,7 @@ std::string FormCopyPeriodAccount::outlookInWords() {
                                  "x.AccountID=tblAccount.ID and x.PeriodID=" +
                                      target + ")"
                                : "select count(*) from tblAccountPeriodAccount " + newFromSource();
-  // The whole chart takes the place of what was there: a row whose account is gone isn't put there again.
+  // The whole chart replaces the target's rows: a row whose account is gone isn't written again.
   const std::string stay =
       sltPeriodFrom.IsEmpty() ? there + " and AccountID in (select ID from tblAccount)" : there;
   const std::int64_t before = countOf(shell_, *gateway, there);
@@ -119,7 +119,7 @@ void FormCopyPeriodAccount::copyPeriod() {
 }
 
 void FormCopyPeriodAccount::cancel() {
-  // A copy that failed half-way left the target without its rows, and no giving up brings them back.
+  // A copy that failed half-way left the target without its rows, and cancelling doesn't restore them.
   ChangedFlag = targetEmptied_;
   hide();
 }

@@ -11,8 +11,8 @@
 
 namespace ledgertree::periods {
 
-/// Adds the accounts of one period to those of another; without a source, puts the whole chart in their
-/// place. Writes to tblAccountPeriodAccount.
+/// Adds the accounts of one period to another; without a source period, replaces the accounts of the target
+/// by the whole chart. Writes to tblAccountPeriodAccount.
 class FormCopyPeriodAccount : public ui::Form {
  public:
   explicit FormCopyPeriodAccount(shell::Shell& shell);
@@ -28,15 +28,16 @@ class FormCopyPeriodAccount : public ui::Form {
   ui::PushButton cmdCancel;
   Outlook outlook;
 
-  /// Whether the target has other rows than before, or may have.
+  /// Whether the rows of the target have changed, or may have.
   bool ChangedFlag = false;
 
  private:
   void loadControls();
   [[nodiscard]] bool targetIsChosen();
-  /// How many accounts come into the target and stay there; empty where none is chosen.
+  /// Says how many accounts are added to the target, stay in it and are removed; empty if no target is
+  /// chosen.
   [[nodiscard]] std::string outlookInWords();
-  /// What a merge puts into the target: the rest of a statement on tblAccountPeriodAccount.
+  /// The rows that a merge adds to the target: the rest of a statement on tblAccountPeriodAccount.
   [[nodiscard]] std::string newFromSource() const;
   void copy();
   void copyChart();
@@ -44,7 +45,7 @@ class FormCopyPeriodAccount : public ui::Form {
   void cancel();
 
   shell::Shell& shell_;
-  bool targetEmptied_ = false;  ///< and nothing came in place of its rows
+  bool targetEmptied_ = false;  ///< its rows are deleted, and no new ones written yet
 };
 
 }  // namespace ledgertree::periods

@@ -39,7 +39,7 @@ void FormDeletePeriod::loadControls() {
   cmdDelete.onClick = [this] { hideAll(); };
   cmdCancel.onClick = [this] { cancel(); };
   setFirstFocus(sltPeriodFrom);
-  // No default button: Enter behind the choice of a period must not go on to empty it.
+  // No default button: the Enter that chooses a period must not go on to empty it.
   setCancelButton(cmdCancel);
 }
 

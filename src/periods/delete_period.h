@@ -11,8 +11,8 @@
 
 namespace ledgertree::periods {
 
-/// Hides accounts from a whole period: those that no document of the period needs, or all of them where the
-/// period has no document. It works on tblAccountPeriodAccount; the accounts and the period stay.
+/// Hides accounts from a whole period: those that no document of the period needs, or all of them if the
+/// period has no document. Writes to tblAccountPeriodAccount; the accounts and the period stay.
 class FormDeletePeriod : public ui::Form {
  public:
   explicit FormDeletePeriod(shell::Shell& shell);
@@ -27,20 +27,20 @@ class FormDeletePeriod : public ui::Form {
   ui::PushButton cmdCancel;
   Outlook outlook;
 
-  /// Whether a hiding has run, also one that found nothing to hide.
+  /// Whether a command has run, even if it found nothing to hide.
   bool ChangedFlag = false;
 
  private:
   void loadControls();
-  /// Tells and gives false where no period is chosen.
+  /// Tells the user and returns false if no period is chosen.
   [[nodiscard]] bool periodIsChosen();
-  /// How many accounts either command hides, and how many stay; empty where no period is chosen.
+  /// Says how many accounts each command hides, and how many stay; empty if no period is chosen.
   [[nodiscard]] std::string outlookInWords();
-  /// The accounts of the period, and those of them that no document of it needs: the rest of a statement on
-  /// tblAccountPeriodAccount.
+  /// The accounts of the period, and those of them that no document of the period needs: each the rest of a
+  /// statement on tblAccountPeriodAccount.
   [[nodiscard]] std::string ofPeriod() const;
   [[nodiscard]] std::string withoutDocument() const;
-  /// The test for a document of the period.
+  /// The query for the documents of the period.
   [[nodiscard]] std::string documentsOfPeriod() const;
   void hideWithoutDocument();
   void hideAll();

@@ -17,7 +17,7 @@ enum Column { kNumber, kName, kPeriodID };
 
 using Meant = shell::RowsAsRead::Meant;
 
-/// The documents that forbid hiding an account, but for the condition on their period.
+/// The documents that prevent hiding an account, without the condition on their period.
 std::string documentsOf(const std::string& account) {
   return "select d.ID "
          " from tblAccountDocument d "
@@ -25,7 +25,7 @@ std::string documentsOf(const std::string& account) {
          account + " union select p.ChildID from tblAccountParent p where p.ID=" + account + "))";
 }
 
-/// `period` -1 stands for documents of any date.
+/// `period` -1: documents of any date.
 std::string documentsOf(const std::string& account, const std::string& period) {
   return documentsOf(account) +
          " and (exists(select p.* from tblAccountPeriod p where d.FarsiDocumentDate between p.FarsiBeginDate"
@@ -39,7 +39,7 @@ std::string periodsOf(std::int32_t accountID) {
          std::to_string(accountID);
 }
 
-/// Whether a command on one period, or on all (-1), is about a period.
+/// Tells whether a command on `period`, or on all of them (-1), concerns a given period.
 std::function<bool(const std::string&)> about(const std::string& period) {
   return [period](const std::string& one) { return period == "-1" || one == period; };
 }
@@ -76,7 +76,7 @@ void FormPeriodBranch::loadControls() {
   bindToPeriods(sltPeriod, shell_.context);
   bind(sltBranch, shell_.context, "vwAccountBranchMajor", "vwAccountBranchMinor");
   sltBranch.setIsActive(false);
-  // No command reads the branch: a field that nobody can ever use would only raise questions.
+  // No command reads the branch: an unusable field would only raise questions.
   lblBranch.setVisible(false);
   sltBranch.setVisible(false);
 
@@ -128,7 +128,7 @@ void FormPeriodBranch::refreshPeriodGrid(std::int32_t accountID) { read_.keep(sh
 
 shell::RowsAsRead::Rows FormPeriodBranch::showPeriods(std::int32_t accountID) {
   flxPeriodBranch.clearRows();
-  // Where the reading fails nothing is known of what is stored.
+  // If the query fails, nothing is known about the stored rows.
   read_.forget();
   const auto gateway = shell_.dtEn();
   shell::RowsAsRead::Rows shown;
@@ -237,7 +237,7 @@ void FormPeriodBranch::hideSelectedRows() {
     refreshAfterFailure(accountID, failure);
     throw;
   }
-  // One of them may have stayed for its documents, which was told.
+  // Some may have stayed because of documents, which the user was told.
   written(
       [&selected](const std::string& period) {
         return std::any_of(selected.begin(), selected.end(),
@@ -247,8 +247,8 @@ void FormPeriodBranch::hideSelectedRows() {
 }
 
 void FormPeriodBranch::refreshAfterFailure(std::int32_t accountID, const data::DataError& failure) {
-  // The rows ahead of the failing one are hidden, and may not stay in the grid. What the person hears of is
-  // that failure: a second one leaves the grid empty, which shows nothing that isn't so.
+  // The rows before the failed one are hidden and must not stay in the grid. The user is told about the first
+  // failure; a second one only leaves the grid empty, which shows nothing wrong.
   read_.forget();
   if (failure.cameLate()) return flxPeriodBranch.clearRows();
   try {
@@ -292,12 +292,12 @@ void FormPeriodBranch::hideAllRows() {
 
 void FormPeriodBranch::written(const std::function<bool(const std::string& period)>& about,
                                shell::RowsAsRead::Meant left) {
-  // Ahead of the reading: where that fails, the caller still hears of the change.
+  // Before the query: if it fails, the caller must still learn of the change.
   ChangedFlag = true;
-  shell::RowsAsRead behind = read_;
+  shell::RowsAsRead earlier = read_;
   const shell::RowsAsRead::Rows now = showPeriods(sltAccount.SelectedID());
   read_.keep(now);
-  behind.tellBehind(now, [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
+  earlier.tellBehind(now, [&](const std::string& period) { return about(period) ? left : Meant::AsItWas; });
 }
 
 }  // namespace ledgertree::periods

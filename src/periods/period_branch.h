@@ -17,23 +17,22 @@
 
 namespace ledgertree::periods {
 
-/// The periods in which one account is shown: adds it to a period or to all of them, and hides it from one,
-/// from several or from all. It works on tblAccountPeriodAccount.
+/// The periods in which one account is shown: adds it to one period or all, and hides it from one, several or
+/// all. Writes to tblAccountPeriodAccount.
 ///
-/// The form stays loaded between two showings, so that the period chosen in one is there in the next.
+/// The form stays loaded between showings, so that the chosen period is still there the next time.
 ///
-/// An account is hidden from a period only where no document stands in the way. One does where the account,
-/// or an account below it, has a document line of any date, and the period has a document, whomever it
-/// concerns.
+/// An account can be hidden from a period unless a document prevents it: the account or one of its
+/// descendants has a document line of any date, and the period has a document, of whatever account.
 class FormPeriodBranch : public ui::Form {
  public:
   explicit FormPeriodBranch(shell::Shell& shell);
 
-  /// Shows the screen modally for an account; -1, or an ID that has no row, leaves it without one and its
-  /// commands out of reach. Gives ChangedFlag. Throws data::DataError, and then nothing was shown.
+  /// Shows the screen modally for an account; with -1, or an ID that has no row, the screen has no account
+  /// and its commands are disabled. Returns ChangedFlag. Throws data::DataError; then nothing was shown.
   [[nodiscard]] bool ShowPeriodBranch(std::int32_t inAccountID);
 
-  /// Leaving by the frame of the window is leaving: the form stays loaded.
+  /// Closing the window only hides it: the form stays loaded.
   void closeByPerson() override { hide(); }
 
   ui::Label lblAccount;
@@ -49,7 +48,7 @@ class FormPeriodBranch : public ui::Form {
   ui::PushButton cmdDeleteAllRows;
   ui::PushButton cmdExit;
 
-  /// Whether a command of this showing wrote, or may have.
+  /// Whether a command wrote, or may have written, during this showing.
   bool ChangedFlag = false;
 
  private:
@@ -61,24 +60,24 @@ class FormPeriodBranch : public ui::Form {
   void loadControls();
   void setCommandsInReach(bool inReach);
   void refreshPeriodGrid(std::int32_t accountID);
-  /// Reads the periods of the account into the grid, and gives them.
+  /// Reads the periods of the account into the grid, and returns them.
   shell::RowsAsRead::Rows showPeriods(std::int32_t accountID);
   void refreshAfterFailure(std::int32_t accountID, const data::DataError& failure);
   [[nodiscard]] std::vector<Period> selectedPeriods() const;
-  /// A period is chosen, or the person means all of them.
+  /// Whether a period is chosen, or the user means all of them.
   [[nodiscard]] bool periodsAreClear();
 
   void addToPeriods();
   void hideFromPeriods();
   void hideSelectedRows();
   void hideAllRows();
-  /// Hides the account from one period, or tells what stands in the way.
+  /// Hides the account from one period, or tells the user what prevents it.
   void hideFromPeriod(data::DtEn& gateway, const std::string& account, const Period& period);
   [[nodiscard]] shell::RowsAsRead::Rows storedPeriods(std::int32_t accountID);
-  /// Whether the periods of the account are what the grid shows, or the person goes on all the same.
+  /// Whether the account's periods are still those in the grid, or the user continues anyway.
   [[nodiscard]] bool mayWrite();
-  /// Shows the grid anew, and tells what somebody else did in between. `left` is what the command was to
-  /// leave of the periods that it was about.
+  /// Reads the grid again, and tells the user what others changed meanwhile. `left` is what the command was
+  /// to leave of the periods that it was about.
   void written(const std::function<bool(const std::string& period)>& about, shell::RowsAsRead::Meant left);
 
   shell::Shell& shell_;

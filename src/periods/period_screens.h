@@ -8,26 +8,26 @@
 
 namespace ledgertree::periods {
 
-/// The way into the screens of the periods. Each shows its screen modally and gives whether a row of
-/// tblAccountPeriodAccount was written, so that a tree by periods has to be read anew. They ask no
-/// permission: whoever opens them does.
+/// Opens the screens of the periods. Each function shows its screen modally and returns whether rows of
+/// tblAccountPeriodAccount were written, so that a tree by periods must be read again. They check no
+/// permission: their callers do.
 class PeriodScreens {
  public:
   explicit PeriodScreens(shell::Shell& shell) : shell_(shell) {}
 
-  /// The periods of one account, -1 for none. The form loads at the first call. Throws data::DataError where
+  /// The periods of one account, -1 for none. The form is loaded by the first call. Throws data::DataError if
   /// the periods can't be read.
   [[nodiscard]] bool ShowPeriodBranch(std::int32_t inAccountID);
-  /// Copying into a period; the form loads anew at each call.
+  /// Copying into a period; the form is loaded by each call.
   [[nodiscard]] bool showCopyPeriod();
-  /// Hiding from a period; the form loads anew at each call.
+  /// Hiding from a period; the form is loaded by each call.
   [[nodiscard]] bool showDeletePeriod();
-  /// Drops the form that stays loaded; one that is up leaves the screen first.
+  /// Destroys the loaded form; if it is shown, hides it first.
   void unload();
 
  private:
   shell::Shell& shell_;
-  /// Shared with the showing under way, which a call of unload() in its middle doesn't take the form from.
+  /// Shared with the current showing, so that unload() during it doesn't destroy the form.
   std::shared_ptr<FormPeriodBranch> periodBranch_;
 };
 

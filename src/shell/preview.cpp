@@ -42,7 +42,7 @@ frmPreview::frmPreview(Shell& shell, Preview preview)
   };
   cmdClose.onClick = [this] { close(); };
   setFirstFocus(flxRows);
-  // Enter begins nothing that has no way back.
+  // No default button: Enter must not start what can't be undone.
   setCancelButton(cmdClose);
   showPage(0);
 }

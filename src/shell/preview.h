@@ -15,32 +15,32 @@
 
 namespace ledgertree::shell {
 
-/// What a work would do, as a person looks at it ahead of the work.
+/// What an operation would do, shown to the user before it starts.
 struct Preview {
   using Row = std::vector<std::string>;
-  /// A page of rows; an empty one has none behind it.
+  /// A page of rows; after an empty one there are no more.
   struct Page {
     std::vector<Row> rows = {};
-    bool more = false;  ///< rows are behind these
+    bool more = false;  ///< more rows follow
   };
-  /// The most rows of a page.
+  /// The maximum number of rows on a page.
   static constexpr std::size_t kPage = 500;
 
   std::string title;
   std::vector<std::string> summary;  ///< a few lines
   std::vector<ui::GridColumn> columns;
-  std::string filter;    ///< the caption of the check box that asks for some of the rows
-  std::string command;   ///< the caption of the button that goes on to the work
-  bool possible = true;  ///< whether the work could do anything
-  /// The rows of a page from 0, all of them or those of the filter. The one behind the last that was asked
-  /// for, or any ahead of that.
+  std::string filter;    ///< the caption of the check box that filters the rows
+  std::string command;   ///< the caption of the button that continues to the operation
+  bool possible = true;  ///< whether the operation could do anything
+  /// Reads a page, counted from 0, of all rows or of the filtered ones. Pages are requested in order: at most
+  /// one past the last one read, or any before it.
   std::function<Page(bool filtered, std::size_t page)> rows;
 };
 
-/// A preview on the screen.
+/// Shows a preview.
 class frmPreview : public ui::Form {
  public:
-  /// Reads the first page; throws what `preview.rows` does. Runs on the thread of the screens; `shell`
+  /// Reads the first page; throws what `preview.rows` does. Runs on the user-interface thread; `shell`
   /// outlives the form.
   frmPreview(Shell& shell, Preview preview);
 
@@ -53,21 +53,21 @@ class frmPreview : public ui::Form {
   ui::PushButton cmdNext;
   ui::PushButton cmdClose;
 
-  /// Whether the person goes on to the work.
+  /// Whether the user continues to the operation.
   bool goesOn = false;
 
  private:
-  /// Reads a page, and leaves the one that is shown where that fails.
+  /// Reads and shows a page; on failure the current one stays.
   void showPage(std::size_t page);
 
   Preview preview_;
   std::size_t page_ = 0;
 };
 
-/// Shows a preview until the person leaves it; true where the person goes on to the work.
+/// Shows a preview until the user closes it; returns whether the user continues to the operation.
 [[nodiscard]] bool showPreview(Shell& shell, Preview preview);
 
-/// What a preview says of the way back from the work. Throws data::DataError.
+/// The line of a preview that says whether the operation can be taken back. Throws data::DataError.
 [[nodiscard]] std::string_view wayBack(data::DtEn& gateway);
 
 }  // namespace ledgertree::shell

@@ -37,7 +37,7 @@ TEST_F(AccountBatch, DeletesAllBelowTheDeepestFirst) {
   EXPECT_EQ(desktop.hourglasses, 2) << "of the tree";
   deleteInBatch([&](frmAccountBatch& screen) {
     EXPECT_TRUE(screen.sltParent.IsEmpty()) << "loaded anew";
-    // A handle that was left open is in nobody's way.
+    // A handle left open must not matter.
     shell.dtEn()->rssqlViewTrans.Open("Select * From tblAccountGroup");
     walk(screen, "the deepest first");
   });
@@ -50,7 +50,7 @@ TEST_F(AccountBatch, ADocumentOnAGrandchildStopsItAll) {
 }
 
 TEST_F(AccountBatch, ARefusedAccountKeepsThoseAboveIt) {
-  // What another program of the host refuses to lose.
+  // A table of another program that refuses the deletion.
   given(
       "create table tblBudget (AccountID int references tblAccount (ID)); insert into tblBudget values (6)");
   onScreen("a refused account keeps those above it");
@@ -105,7 +105,7 @@ TEST_F(AccountBatch, LongWorkIsSeenAndTakesNoSecondCall) {
   deleteInBatch([&](frmAccountBatch& screen) {
     pick(screen.sltParent, "1101");
     notices.take();
-    // The host opens its control anew: the work goes on with the gateway that it has.
+    // The host opens its control again: the work continues with its own gateway.
     EXPECT_EQ(
         longWork(screen, screen.cmdDelete, "spAccountDeleteAccount", [this] { shell.resetDataConnection(); }),
         "1 از 2; 2 از 2; ");

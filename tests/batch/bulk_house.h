@@ -14,9 +14,9 @@
 
 namespace ledgertree::testing {
 
-/// A person at the bulk screens, which open from the main screen, on a chart small enough to be read here:
-/// 1 (11) > 3 (1101) > 5 (110101), 6 (110102); 1 > 4 (1102); 2 (12) > 7 (1201). The neighbours 2 and 7 have a
-/// line, a period, a class and an entity as those below 1 have.
+/// A user at the bulk screens, opened from the main screen, on a chart small enough to be listed here: 1 (11)
+/// > 3 (1101) > 5 (110101), 6 (110102); 1 > 4 (1102); 2 (12) > 7 (1201). The neighbours 2 and 7 have a
+/// document line, a period, a class and an entity, like the accounts below 1.
 class BulkHouse : public WatchedHouse {
  protected:
   BulkHouse() {
@@ -43,7 +43,7 @@ class BulkHouse : public WatchedHouse {
     desktop.show(*form);
   }
 
-  /// Opens a screen from the menu, for the person to act there.
+  /// Opens a screen from the menu, and runs `act` there.
   void recode(const std::function<void(coding::frmAutoCodding&)>& act) {
     inScreen("frmAutoCodding", act);
     form->mnuSameCoding.click();
@@ -53,7 +53,7 @@ class BulkHouse : public WatchedHouse {
     form->mnuAccountBatch.click();
   }
 
-  /// The person looks for an account by its code, and takes the first hit.
+  /// The user searches for an account by its code, and takes the first hit.
   void pick(shell::AccountPicker& picker, const std::string& code) {
     picker.focus();
     picker.type(code);
@@ -63,8 +63,8 @@ class BulkHouse : public WatchedHouse {
     ASSERT_EQ(picker.AccountCode(), code);
   }
   void answer(int yes) { notices.answer(yes); }
-  /// Looks at a preview as "look", or "look some", with the filter, or "look go", which says yes to the work.
-  /// Gives the rows without their numbers and IDs; behind a mere look the summary stands ahead of them.
+  /// Opens a preview: "look" returns the summary and the rows, "look some" the filtered rows, "look go" the
+  /// rows and continues to the work, confirming it. Row numbers and IDs are left out.
   std::string look(ui::PushButton& preview, const std::string& how) {
     std::string seen;
     inScreen<shell::frmPreview>("frmPreview", [&](shell::frmPreview& screen) {
@@ -80,8 +80,8 @@ class BulkHouse : public WatchedHouse {
     preview.click();
     return seen.substr(0, seen.size() - (seen.empty() ? 0 : 1));
   }
-  /// Confirms a command whose database commands with these words take long; `meanwhile` happens at each
-  /// repaint. Gives what the bar shows then.
+  /// Confirms a command, and delays its database commands that contain `words`; `meanwhile` runs at each
+  /// repaint. Returns what the progress bar showed.
   template <typename Screen>
   std::string longWork(Screen& screen, ui::PushButton& command, const std::string& words,
                        const std::function<void()>& meanwhile) {
@@ -103,13 +103,13 @@ class BulkHouse : public WatchedHouse {
     faults.onCommand = nullptr;
     return seen;
   }
-  /// The tree's text of an account below a top-level one, brought into sight; empty where there is none.
+  /// The tree's text for an account below a top-level one, which it expands; empty if it isn't there.
   std::string inTree(int parent, int account) {
     ui::Tree& tree = form->treeAccount;
     tree.expand(tree.find("-1:" + std::to_string(parent)));
     return nodeText(account);
   }
-  /// Its text if it is in sight already.
+  /// Its text if it is in the tree already.
   std::string nodeText(int account) const {
     const ui::Tree& tree = form->treeAccount;
     const ui::NodeId node = tree.find("-1:" + std::to_string(account));

@@ -1,4 +1,4 @@
-// What a process that is killed in the middle of bulk work leaves behind.
+// What is left by a process that is killed during bulk work.
 
 #include <random>
 
@@ -10,10 +10,10 @@ namespace {
 
 constexpr int kAccounts = 300;
 
-/// A chart whose account 1000 has many others below it, in chains of three.
+/// A chart whose account 1000 has many descendants, in chains of three.
 class BulkWorker : public BulkHouse {
  public:
-  /// Tells the file, and a dot for each account that is done.
+  /// Writes the name of the file, and a dot for each account done.
   explicit BulkWorker(int pipe) {
     database.execute(
         "pragma synchronous = full;"
@@ -67,7 +67,7 @@ TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
         worker.deleteAll();
       else
         worker.recodeAll();
-      ::pause();  // a worker that was faster than its end leaves its file to be looked at
+      ::pause();  // a worker that finishes before it is killed keeps its file for inspection
     });
     const LeftFolder folder{child.hearLine()};
     const int done = static_cast<int>(child.killBehind(1 + dice() % 90));
@@ -84,7 +84,7 @@ TEST(BulkCrash, WhatWasDoneIsDoneAndTheRestUntouched) {
                 number("select count(*) from tblAccount a, tblAccount b where a.ID >= 1000 and b.ID > a.ID "
                        "and (a.ID = 1000 or (a.ID - 1001) / 3 = (b.ID - 1001) / 3)"));
     } else {
-      // In the order of the old codes, one after the other.
+      // Accounts are recoded in the order of their old codes, none skipped.
       EXPECT_EQ(number("select count(*) from tblAccount where ParentID = 1000 and Code like '59%' and Code "
                        "<> '5' || (90001 + (ID - 1001) / 3)"),
                 0);

@@ -15,7 +15,7 @@ class HandOver : public BulkHouse {
     shell.offers = {Offer::HiddenCommands, Offer::Export};
     shell.context.gEmployeeID = -7;
     person.acts["know"] = [this](auto& name) { know(name); };
-    // It is known and can't be made: with the error of that number, or with any other failure.
+    // A known component that can't be created: with the given error number, or another failure.
     person.acts["broken"] = [this](auto& about) {
       const auto [name, number] = cut(about);
       const int error = number.empty() ? 0 : std::stoi(number);
@@ -25,7 +25,7 @@ class HandOver : public BulkHouse {
       });
     };
     person.acts["unknown"] = [this](auto& name) { shell.components.remove(name); };
-    // What a component fails at, and what a registration brings about ahead of its own failure.
+    // The member at which a component fails, and what a registration does before it fails.
     person.acts["failing"] = [this](auto& member) { failing_ = member; };
     person.acts["registering"] = [this](auto& step) {
       shell.components.setRegistrar([this, step](std::string_view command) {
@@ -37,7 +37,7 @@ class HandOver : public BulkHouse {
     };
     person.act("registering ");
   }
-  /// Told is what the components are asked, and in brackets the registrations.
+  /// Reported are the calls of components, and registrations in brackets.
   void go(const std::string& section) {
     start();
     person.go(
@@ -49,7 +49,7 @@ class HandOver : public BulkHouse {
   }
 
  private:
-  /// Leaves the hourglass behind.
+  /// Registers a component that leaves the hourglass cursor.
   void know(const std::string& name) {
     shell.components.add(name, [this] {
       return std::make_unique<ToldComponent>([this](const std::string& asked) -> data::Value {

@@ -9,7 +9,7 @@ namespace {
 using coding::CodeCounter;
 using coding::frmAutoCodding;
 
-/// A person at the screen, whose steps stand in tests/coding/steps.txt.
+/// A user at the screen; the steps are in tests/coding/steps.txt.
 class AutoCodding : public BulkHouse {
  protected:
   AutoCodding() {
@@ -30,13 +30,13 @@ class AutoCodding : public BulkHouse {
     person.go("coding/steps.txt", section);
   }
 
-  /// Types a sample in place of the old one; the command comes into reach at the next tick.
+  /// Replaces the sample; the command is enabled at the next tick.
   void sample(const std::string& text) {
     screen_->txtSimpleCode.setText("");
     screen_->txtSimpleCode.type(text);
     desktop.tick();
   }
-  /// Presses a command and says yes; gives what is told behind the question.
+  /// Clicks a command and confirms it; returns the notice after the question.
   std::string confirmed(ui::PushButton& command) {
     answer(1);
     command.click();
@@ -45,7 +45,7 @@ class AutoCodding : public BulkHouse {
     EXPECT_TRUE(!told.empty() && told[0].question);
     return told.size() == 2 ? told[1].title + ": " + told[1].message : "";
   }
-  /// What changed in tblAccount, and nowhere else.
+  /// The changes in tblAccount, and that there are no others.
   std::string accounts() {
     const std::string found = changes();
     return found.starts_with("tblAccount: ") ? found.substr(12) : found;
@@ -97,7 +97,7 @@ TEST(CodeCounterTest, GrowsOnlyWhenTheLeadingDigitIsUsedUp) {
 TEST_F(AutoCodding, ABadSampleOrALongCodeChangesNoRow) {
   recode([&](frmAutoCodding& screen) {
     go(screen, "bad samples");
-    // The first one fits; the one that is named doesn't.
+    // The first code fits; the one in the message does not.
     pick(screen.klmMotherAcc, "12");
     database.insertMany("tblAccount (ID, ParentID, Code, Title)", 100, 190, [](int id) {
       const std::string number = std::to_string(id);
@@ -139,7 +139,7 @@ TEST_F(AutoCodding, OverANetworkCodesGoTogetherAndAnAnswerThatNeverCameIsTold) {
 
 TEST_F(AutoCodding, WhatIsSeenAheadIsWhatIsWritten) {
   shell.offers = {Offer::Preview, Offer::HiddenCommands};
-  // What another program does while the question is up, or the preview.
+  // What another program does while the question or the preview is open.
   person.acts["meanwhile"] = [this](auto& statement) {
     notices.onShow = [this, statement](const Notice& notice) {
       if (notice.question && !statement.empty()) given(statement);
@@ -149,7 +149,7 @@ TEST_F(AutoCodding, WhatIsSeenAheadIsWhatIsWritten) {
     go(screen, "a look ahead");
     notices.onShow = nullptr;
     go(screen, "a look at the second level");
-    // Page by page.
+    // Paging.
     pick(screen.klmMotherAcc, "11000002");
     database.insertMany("tblAccount (ID, ParentID, Code, Title)", 1001, 1600,
                         [](int id) { return std::to_string(id) + ", 4, '" + std::to_string(id) + "', ''"; });

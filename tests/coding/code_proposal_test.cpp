@@ -9,14 +9,14 @@ namespace ledgertree::testing {
 namespace {
 
 TEST(Suffix, OneMoreOnTheSameWidth) {
-  // The number that the piece begins with counts.
+  // The number at the start of the piece counts.
   const std::pair<const char*, const char*> suffixes[] = {
       {"01", "02"},     {"09", "10"},  {"007", "008"},      {"000199", "000200"},
       {"99", "00"},     {"9", "0"},    {"12A", "13"},       {"A1", ""},
       {"2E3", "3"},     {"", ""},      {" 1\t\r\n9", "20"}, {"1.50", "2.5"},
       {"1.2.3", "2.2"}, {"10:", "11"}, {"5/7", "6"},        {"۱۲", ""}};
   for (const auto& [suffix, next] : suffixes) EXPECT_EQ(coding::nextSuffix(suffix), next) << suffix;
-  // To the full width of a code, where a double would have lost the last digits.
+  // At the full width of a code, where a double would lose the last digits.
   EXPECT_EQ(coding::nextSuffix("123456789012345"), "123456789012346");
   EXPECT_EQ(coding::nextSuffix("00000000000000000001"), "00000000000000000002");
   EXPECT_EQ(coding::nextSuffix("99999999999999999998"), "99999999999999999999");

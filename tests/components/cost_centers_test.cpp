@@ -24,8 +24,8 @@ class CostCentersStory : public FaultyHouse {
     desktop.show(form);
     person.acts["sql"] = [this](auto& statement) { database.execute(statement), form.open(); };
   }
-  /// A section of components/cost_centers.txt. Seen are the rows, the current one in brackets, what stands in
-  /// the fields, and the commands out of reach; told is what is stored too, where it changed.
+  /// A section of components/cost_centers.txt. Seen: the rows, the current one in brackets, the contents of
+  /// the fields, and the disabled commands; reported: also what changed in the database.
   void walk(const std::string& section) {
     person.go(
         "components/cost_centers.txt", section,

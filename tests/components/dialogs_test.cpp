@@ -1,4 +1,4 @@
-// The components as a person meets them: their dialogs, on the desktop of a QApplication.
+// The components as a user sees them: their dialogs, on the desktop of a QApplication.
 
 #include <QApplication>
 #include <QDate>
@@ -32,7 +32,7 @@ class Dialogs : public TestHouse {
     static char* arguments[] = {name, nullptr};
     application = new QApplication(count, arguments);
   }
-  /// Ahead of the end of the process, which takes what the toolkit still needs.
+  /// Before the process ends and takes what the toolkit still needs.
   static void TearDownTestSuite() { delete application; }
   Dialogs() {
     useDemoChart();
@@ -43,7 +43,7 @@ class Dialogs : public TestHouse {
     component.set("UserID", 1);
     component.set("OLEConnectionString", connection);
   }
-  /// Does something, and gives each dialog that comes up meanwhile, in order, to the person.
+  /// Runs `act`, and passes each dialog that appears meanwhile, in order, to the user.
   static int answering(const std::function<void()>& act, const std::function<void(QWidget&)>& person) {
     int met = 0;
     QTimer watch;
@@ -75,7 +75,7 @@ class Dialogs : public TestHouse {
               1);
   }
 
-  /// Gives a work up ahead of its first step.
+  /// Cancels an operation before its first step.
   class Impatient : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override {
       auto* const dialog = qobject_cast<QProgressDialog*>(watched);
@@ -95,13 +95,15 @@ TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
   const auto today = QDate::currentDate();
   std::string day = data::toPersianDate({.year = today.year(), .month = today.month(), .day = today.day()});
   std::replace(day.begin(), day.end(), '/', '-');
-  // What opens a folder for a person.
+  // Handles the opening of a folder.
   QTextBrowser browser;
   QDesktopServices::setUrlHandler("file", &browser, "setSource");
   std::string message;
   for (const bool wanted : {false, true}) {
     const auto choose = [&](QWidget& question) {
       if (auto* const told = question.findChild<QTextEdit*>(); told != nullptr) {
+        for (const QWidget* window : QApplication::topLevelWidgets())
+          EXPECT_FALSE(window->inherits("QProgressDialog")) << "it would come up over the notice";
         message = question.windowTitle().toStdString() + "|" + told->toPlainText().toStdString();
         auto* const button = question.findChildren<QPushButton*>().last();
         EXPECT_EQ(button->text().toStdString(), "باز کردن پوشه");
@@ -127,7 +129,7 @@ TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
                          " حساب در اين فايل نوشته شد:\n" + file.string());
   QDesktopServices::unsetUrlHandler("file");
   EXPECT_EQ(browser.source().toLocalFile().toStdString(), folder.path().string());
-  // What fails is told, and leaves what was there.
+  // A failure is reported, and leaves the existing file.
   const auto intoOther = [&](QWidget& dialog) { answer(dialog, folder.path() / "other", "accept"); };
   int step = 0;
   EXPECT_EQ(answering([&] { writer.call("ExportToExcel", {"Select Nothing From vwAccount"}); },

@@ -17,7 +17,7 @@ namespace {
 using data::Value;
 using shell::ComponentError;
 
-/// A component that keeps what it is told and gives it back, and fails by the names of its members.
+/// A component that stores what it is given, returns it, and fails by the names of its members.
 class Mirror : public shell::OutsideComponent {
  public:
   Mirror() {

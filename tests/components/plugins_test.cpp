@@ -61,7 +61,7 @@ class Plugins : public ::testing::Test {
     plugins.carryOut(command((folder.path() / "base/").string() + "System\\" + plugin + ".ocx"));
   }
 
-  TemporaryFolder folder;  // open to everybody, and so trusted by the host's word alone
+  TemporaryFolder folder;  // writable by everybody, so trusted only because the host says so
   shell::OutsideComponents components;
   shell::ComponentPlugins plugins{components, shell::pluginLibraries()};
 };
@@ -99,7 +99,7 @@ TEST_F(Plugins, WhatIsNoPluginIsPassedOver) {
   EXPECT_FALSE(components.has("PactKit.PactEditor"));
 }
 
-/// A plug-in that registers its component, and one that takes it back.
+/// A plug-in that registers its component, and one that removes it.
 std::int32_t serve(const LedgerTreeRegistry* registry) {
   registry->add(registry->context, "PactKit.PactEditor",
                 [](LedgerTreeComponent*) -> std::int32_t { return 1; });
@@ -108,7 +108,7 @@ std::int32_t serve(const LedgerTreeRegistry* registry) {
 std::int32_t refuse(const LedgerTreeRegistry* registry) { return serve(registry) - 1; }
 std::int32_t offerNothing(const LedgerTreeRegistry*) { return 1; }
 
-/// A plug-in planted in "System", and one that the package installed; what is in the files doesn't matter.
+/// A plug-in planted in "System", and one installed by the package; the contents of the files don't matter.
 class PlantedPlugins : public ::testing::Test {
  protected:
   PlantedPlugins() {
@@ -120,7 +120,7 @@ class PlantedPlugins : public ::testing::Test {
   }
   ~PlantedPlugins() override { fs::remove_all(root); }
 
-  /// Where the plug-in was loaded from, then what was refused and why.
+  /// From where the plug-in was loaded, then what was refused and why.
   std::string used(const std::string& basePath, const fs::path& trusted = {}) {
     std::string told;
     shell::OutsideComponents components;
@@ -139,11 +139,11 @@ class PlantedPlugins : public ::testing::Test {
     return told;
   }
 
-  // Below the build: the places of temporary files are open to everybody.
+  // In the build folder: the usual temporary folders are writable by everybody.
   const fs::path root = fs::path(LEDGERTREE_BUILT_COMPONENTS) / ("planted-" + std::to_string(::getpid()));
   const fs::path base = root / "base", system = base / "System", file = system / "libPactKit.so";
   const fs::path installed = root / "installed";
-  shell::RegisterComponents refusal = nullptr;  ///< of the planted one
+  shell::RegisterComponents refusal = nullptr;  ///< the refusal of the planted one
 };
 
 TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
@@ -166,7 +166,7 @@ TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
                                                       {system, me, 0775},    {base, me, 01777},
                                                       {file, kNobody, 0644}, {base, kNobody, 0755}};
   for (const auto& [place, owner, mode] : planted) {
-    if (owner != me && me != 0) continue;  // only the administrator gives a file away
+    if (owner != me && me != 0) continue;  // only the administrator can give a file away
     put(place, owner, mode);
     const std::string named = "«" + place.string() + "»";
     EXPECT_EQ(used(path), "installed " + file.string() + ": " +
@@ -175,7 +175,7 @@ TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
     EXPECT_EQ(used(path, base), "System ") << "the host answers for it";
     put(place, me, place == file ? 0644 : 0755);
   }
-  // An access list of the owner, user 65534, the group, the mask and the others, where the system has them.
+  // An access list for the owner, user 65534, the group, the mask and others, if the system has them.
   const std::uint16_t rights[] = {2,      0,      1,    6, 0xFFFF, 0xFFFF, 2,    6, 0xFFFE, 0,     4, 4,
                                   0xFFFF, 0xFFFF, 0x10, 6, 0xFFFF, 0xFFFF, 0x20, 4, 0xFFFF, 0xFFFF};
   const bool listed = ::setxattr(file.c_str(), "system.posix_acl_access", rights, sizeof rights, 0) == 0;
@@ -183,7 +183,7 @@ TEST_F(PlantedPlugins, ServeOnlyWhereNobodyElseMayWrite) {
   ::removexattr(file.c_str(), "system.posix_acl_access");
   put(file, me, 0644);
 
-  // The current folder, and links: out of the folder, and on the way to it.
+  // The current folder, and symbolic links: out of the folder, and on the way to it.
   const fs::path before = fs::current_path();
   fs::current_path(base);
   EXPECT_EQ(used(""),

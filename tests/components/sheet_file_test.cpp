@@ -47,7 +47,7 @@ class SheetFile : public TestHouse {
     return shell.providers.open(database.connectionText());
   }
 
-  /// The first rows of the workbook, as another program reads it.
+  /// The first rows of the workbook as read by another program.
   std::string readBack(int rows, const std::string& looks = {}) const {
     const std::string command = "/usr/bin/python3 '" LEDGERTREE_SHEET_READER "' '" + file.string() + "' " +
                                 std::to_string(rows) + " " + looks + " 2>&1";
@@ -58,7 +58,7 @@ class SheetFile : public TestHouse {
       text.append(part.data(), count);
     return text;
   }
-  /// The files beside the one that is wished for.
+  /// The files next to the requested one.
   std::string left() const {
     std::string names;
     for (const auto& entry : fs::directory_iterator(folder.path()))
@@ -72,7 +72,7 @@ class SheetFile : public TestHouse {
     for (const std::string& line : linesOf("components/sheet.txt", section)) text += line + "\n";
     return text;
   }
-  /// What is told of a sheet that can't be written to `to`, where all stays as it was.
+  /// The error for a sheet that can't be written to `to`; checks that everything stays as it was.
   std::string failure(const std::string& statement, const fs::path& to, const sheetkit::Progress& progress,
                       std::int64_t mostRows = sheetkit::kMostRows) const {
     const std::string before = left();
@@ -97,7 +97,7 @@ TEST_F(SheetFile, AnotherProgramReadsTheChartCellByCell) {
 }
 
 TEST_F(SheetFile, HostileTextLeavesAReadableFile) {
-  if (!onServer()) {  // whose columns hold letters only
+  if (!onServer()) {  // its columns hold letters only
     database.execute("update tblAccount set Title = cast(x'61ff6200632064' as text) || char(7) where ID = 4");
     ASSERT_GT(writeSheet(*connection(), kStatement, file, goOn), 0);
     EXPECT_NE(readBack(9).find("s:a\xEF\xBF\xBD"
@@ -105,7 +105,7 @@ TEST_F(SheetFile, HostileTextLeavesAReadableFile) {
               std::string::npos)
         << readBack(9);
   }
-  // Deeper than a sheet folds.
+  // Deeper than the outline levels of a sheet.
   for (int level = 5; level <= 14; ++level)
     database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(level) +
                      ", " + std::to_string(level - 1) + ", '02" +
@@ -121,7 +121,7 @@ TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {
   EXPECT_EQ(writeSheet(*connection(), kStatement, file, [](std::int64_t, std::int64_t) { return false; }), 0);
   EXPECT_EQ(left(), "چارت 1405.xlsx ");
   EXPECT_EQ(fs::file_size(file), 14U);
-  // Accounts that come between the counting and the writing, one past what fits.
+  // Accounts added between counting and writing, one more than fits.
   database.insertMany("tblAccount (ID, Code, Title)", 10, 300,
                       [](int i) { return std::to_string(i) + ", '9" + std::to_string(i) + "', 'x'"; });
   bool added = false;
@@ -134,7 +134,7 @@ TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {
   EXPECT_EQ(failure(kStatement, file, add, 295), tooMany("295"));
   EXPECT_TRUE(added);
 
-  // A folder that isn't there, and a file that is a folder.
+  // A missing folder, and a folder in place of the file.
   std::int64_t written = 0;
   const auto count = [&](std::int64_t done, std::int64_t all) { return all == 0 || (written = done) >= 0; };
   EXPECT_EQ(failure(kStatement, folder.path() / "none" / "a.xlsx", count), kNotWritten);
@@ -170,7 +170,7 @@ TEST_F(SheetFile, AFullDiskAndATextTooLongAreToldAndLeaveTheOldFile) {
       std::ofstream(folder.path() / "filler") << std::string(1 << 20, 'x');
       EXPECT_EQ(failure(kStatement), kNotWritten);
     } else {
-      // The sheet in the making, and then its copy.
+      // First the temporary sheet, then its copy.
       ::setenv("TMPDIR", other.path().c_str(), 1);
       EXPECT_EQ(failure(kStatement), kNotWritten);
       std::ofstream(other.path() / "filler") << std::string(1 << 20, 'x');

@@ -1,4 +1,4 @@
-# The plug-ins themselves are loaded by these tests, as a host loads them.
+# These tests load the plug-ins themselves, as a host does.
 add_library(ledgertree_built_components INTERFACE)
 add_dependencies(ledgertree_built_components SheetKit PactKit)
 set(LINK ledgertree_sheetkit ledgertree_pactkit ledgertree_shell_components ledgertree_built_components ledgertree_test_support)

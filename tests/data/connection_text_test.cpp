@@ -11,7 +11,7 @@
 namespace ledgertree::data {
 namespace {
 
-/// What the failure of a connection text says; empty where there is none.
+/// The error of a connection text; empty if there is none.
 std::string failureOf(std::string_view text) {
   FakeDatabase database;
   try {

@@ -161,7 +161,7 @@ TEST_F(DtEnTest, ParametersReadAsNumbersWhateverTheirColumnHoldsAndMissingOnesHa
   EXPECT_FALSE(set.ShowCompleteCode);
   EXPECT_EQ(set.BasePath, "C:\\Books\\");
 
-  // A server that can't compare a text with 1 refuses; then the values are read.
+  // A server that can't compare a text with 1 refuses the statement; then the values are read.
   database_.answers.erase(multi);
   database_.answers.erase(edit);
   database_.answer(multi.substr(0, multi.find(" and")), "Value", {"yes"});

@@ -14,9 +14,9 @@
 
 namespace ledgertree::data {
 
-/// A database of a few prepared answers, by statement. It keeps what it was asked.
+/// A database of a few prepared answers, by statement. It records the statements.
 struct FakeDatabase {
-  std::map<std::string, Rows, std::less<>> answers;  ///< a statement that isn't here fails
+  std::map<std::string, Rows, std::less<>> answers;  ///< any other statement fails
   DataError::Reason failure = DataError::Reason::Statement;
   std::vector<std::string> asked;
   std::function<std::int32_t(const Procedure&, std::span<const Value>)> procedure;

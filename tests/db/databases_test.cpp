@@ -23,8 +23,8 @@ const data::Procedure* const kProcedures[] = {
     &data::procedures::spAccountInsertRelatedObject, &data::procedures::spAccountDeleteAccount,
     &data::procedures::spTarvoHasPermission,         &data::procedures::spAccountGetCurrentUserPeriod};
 
-/// Calls of the embedded procedures with values of accounts and codes that are there, and of others, and what
-/// became of them, a line each: for those of SQL Server to be held against.
+/// Calls of the embedded procedures with existing and other accounts and codes, and their results, one per
+/// line: to be compared with those of SQL Server.
 class Record {
  public:
   explicit Record(const std::string& path) : file_(path) {

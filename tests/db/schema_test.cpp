@@ -17,7 +17,7 @@ namespace {
 TEST(Schema, LeavesTheFileOfAnotherOrANewerProgramAlone) {
   const std::pair<const char*, const char*> files[] = {
       {"create table tblInvoice (ID int)", "برنامه ديگري"},
-      {"create table tblInvoice (ID int); pragma user_version = 1", "برنامه ديگري"},  // it counts its own
+      {"create table tblInvoice (ID int); pragma user_version = 1", "برنامه ديگري"},  // its own version
       {"pragma application_id = 99; create table t (ID int); drop table t", "برنامه ديگري"},
       {"pragma user_version = 1000; drop view vwAccount", "نسخه جديدتري"},
   };
@@ -54,7 +54,7 @@ TEST(Schema, ATreeThatTheTriggersDidntSeeIsMendedAndOneThatIsBrokenRefused) {
     EXPECT_EQ(opened(), 0U);
     EXPECT_EQ(database.rows(triggers), all);
   }
-  // Whoever has switched them off for a while leaves them as they were.
+  // Triggers that somebody has switched off for a while stay off.
   const auto unseen = [&](const std::string& statements) {
     sqlite3_db_config(file.getHandle(), SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     database.execute(statements);

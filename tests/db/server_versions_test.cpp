@@ -39,7 +39,8 @@ TEST(ServerVersions, BothEnginesAndTheScriptsCountAlike) {
   EXPECT_NE(embeddedText("db/sqlserver/001_version.sql").find(number), std::string_view::npos);
 }
 
-/// A server that does what it is told, but for the n-th batch; where its line is cut then, for all that come.
+/// A server that accepts every batch but the n-th; if `cut`, the connection then breaks and all later ones
+/// fail too.
 class ObedientServer : public data::Connection {
  public:
   explicit ObedientServer(int version, std::size_t failsAt = 0, bool cut = false)
@@ -144,7 +145,7 @@ TEST(ServerVersions, APlanOnlyReads) {
     EXPECT_FALSE(std::regex_search(batch, std::regex("(create|alter|insert|update|delete) "))) << batch;
 }
 
-/// The database of the stories, brought back to the first version and forth.
+/// The test database, taken back to the first version and up again.
 class OnServer : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -155,13 +156,13 @@ class OnServer : public ::testing::Test {
     faults.putInto(any);
     connection = any.open(testing::testServer());
     shape = shapeNow();
-    // However this story ends, the next one makes the schema anew.
+    // However this test ends, the next one installs the schema again.
     connection->run("delete tblLedgerTreeStories where Kind = 'schema'");
     testing::ServerChart::dropSchema(*connection);
     for (const Batch& batch : batchesOf(testing::keptVersion("sqlserver-1.sql"))) connection->run(batch.text);
   }
 
-  /// What the queries of a section of stories.txt find.
+  /// The results of the queries in a section of stories.txt.
   std::string all(const std::string& section) {
     std::string found;
     for (const std::string& query : testing::linesOf("db/stories.txt", section))
@@ -206,7 +207,7 @@ TEST_F(OnServer, TheFirstVersionIsRefusedByTheScreensAndTakenUpWithAllItsRows) {
   EXPECT_TRUE(told.starts_with("account 4 shares its code with another one: 9Ak\n")) << told;
   EXPECT_EQ(screen(), "nothing failed");
 
-  // Accounts of before the triggers, and of while they were off.
+  // Accounts written before the triggers existed, or while they were off.
   connection->run("delete tblAccountParent");
   EXPECT_NE(
       failureOf([&] { connection->run("update tblAccount set ParentID = 3 where ID = 1"); }).find("زير خودش"),

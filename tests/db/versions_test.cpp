@@ -26,7 +26,7 @@ SQLite::Database opened(const std::filesystem::path& folder) {
 
 using Texts = std::map<std::string, std::string>;
 
-/// What has a definition, without what only the eye sees of it.
+/// All objects with their definitions, without white space and the like.
 Texts objects(SQLite::Database& database) {
   static const std::regex unseen("--[^\n]*|[\\s\"]");
   Texts found;
@@ -37,7 +37,7 @@ Texts objects(SQLite::Database& database) {
   return found;
 }
 
-/// The columns of all tables as they are now.
+/// The current columns of all tables.
 Texts tables(SQLite::Database& database) {
   Texts found;
   SQLite::Statement rows(
@@ -56,7 +56,7 @@ std::string rowsOf(SQLite::Database& database, const Texts& tables) {
   return all;
 }
 
-/// The only rows that a step changes: none is null.
+/// The only rows that a step changes: it leaves no null.
 std::string repaired(std::string rows) {
   const std::string wrong = "901|0|-1|-1\n";
   return rows.replace(rows.find(wrong), wrong.size(), "901|null|null|null\n");
@@ -77,7 +77,7 @@ TEST(Versions, AnOlderFileIsTakenUpWithAllItsRowsToWhatANewOneIs) {
     expected["view vwAccountGroup"] = hostsView;
   }
 
-  // As other programs may have left the tree.
+  // The tree as other programs may have left it.
   database.exec("pragma foreign_keys = on; delete from tblAccountParent where ChildID % 2 = 0");
   int times = 0;
   const std::vector<std::string> found = openSchema(database, [&times] { ++times; });
@@ -156,7 +156,7 @@ TEST(Versions, AFileIsOldOrNewWhereverThePowerIsCut) {
   EXPECT_GT(olds, 5);
 }
 
-/// A later version's step may do what no step does yet: make a table anew that others refer to.
+/// A later version's step may do what no step does yet: rebuild a table that others refer to.
 TEST(Versions, AStepMayMakeATableAnew) {
   const TemporaryFolder folder;
   SQLite::Database database = testing::firstVersion(folder.path() / "chart.db");

@@ -25,8 +25,7 @@ namespace {
 
 constexpr const char* kModalHost = "LEDGERTREE_TEST_MODAL_HOST";
 
-/// A host: a window with a field above the page of the chart and one below, and a shortcut that the chart has
-/// too.
+/// A host: a window with a field above the chart's page and one below, and a shortcut that the chart has too.
 class HostStory : public ::testing::Test {
  protected:
   HostStory() {
@@ -62,14 +61,14 @@ class HostStory : public ::testing::Test {
   [[nodiscard]] bool inScreen(QWidget* widget) {
     return screen() != nullptr && screen()->isAncestorOf(widget);
   }
-  /// Does something, and answers each question that comes up meanwhile by a key on its first button or its
-  /// frame.
+  /// Runs `act`, and answers each question that appears meanwhile by pressing a key on its first button or
+  /// its frame.
   static void answering(Qt::Key key, const std::function<void()>& act) {
     QTimer answer;
     QObject::connect(&answer, &QTimer::timeout, [key] {
       QWidget* question = QApplication::activeModalWidget();
       if (question == nullptr) return;
-      // The focus stands on "no": Tab takes it to "yes".
+      // The focus is on "no": Tab moves it to "yes".
       if (key == Qt::Key_Return) QTest::keyClick(question->focusWidget(), Qt::Key_Tab);
       QTest::keyClick(question->focusWidget(), key == Qt::Key_Return ? Qt::Key_Space : key);
     });
@@ -105,7 +104,7 @@ TEST_F(HostStory, TheScreenLivesInAPageOfTheHostsWindow) {
   EXPECT_EQ(screen()->size(), page->size());
   EXPECT_GT(part("treeAccount").width(), width);
 
-  // Tab goes through the host's window: in, through the screen, and out.
+  // Tab goes through the host's window: into the screen, through it, and out.
   above->setFocus();
   QTest::keyClick(above, Qt::Key_Tab);
   EXPECT_TRUE(inScreen(QApplication::focusWidget()));
@@ -116,7 +115,7 @@ TEST_F(HostStory, TheScreenLivesInAPageOfTheHostsWindow) {
   QTest::keyClick(below, Qt::Key_Backtab);
   EXPECT_TRUE(inScreen(QApplication::focusWidget()));
 
-  // A shortcut that both have belongs to where the focus stands.
+  // A shortcut that both have belongs to the focused part.
   QTest::keyClick(below, Qt::Key_N, Qt::ControlModifier);
   EXPECT_EQ(notes, 1);
   part("treeAccount").setFocus();
@@ -141,7 +140,7 @@ TEST_F(HostStory, AHostThatClosesAsksTheScreenFirst) {
   settle();
   EXPECT_EQ(left, 1);
 
-  // The person's own way out, and a host that opens it again at once: the page is needed still.
+  // The user leaves the screen, and the host opens it again at once: the page is still needed.
   control.View(std::int32_t{1});
   QTest::mouseClick(&part("cmdExit"), Qt::LeftButton);
   control.ClearShow();
@@ -187,7 +186,7 @@ TEST_F(HostStory, AScreenWhosePageIsGoneComesUpInTheNextOne) {
 
 TEST_F(HostStory, AHostWithoutModelessFormsGetsItsCallBackWhenTheScreenIsLeft) {
   if (!qEnvironmentVariableIsSet(kModalHost)) {
-    // A process has one desktop: this host is another one.
+    // A process has one desktop, so this host runs in another one.
     qputenv(kModalHost, "1");
     EXPECT_EQ(
         QProcess::execute(QApplication::applicationFilePath(), {"--gtest_filter=*WithoutModelessForms*"}), 0);

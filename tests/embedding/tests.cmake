@@ -1,4 +1,4 @@
-# The library as a host has it: nothing else of the product is linked.
+# The library as a host gets it: nothing else of the product is linked.
 find_package(SQLite3 REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
 set(LINK LedgerTree::ledgertree Qt6::Test SQLiteCpp SQLite::SQLite3)

@@ -19,7 +19,7 @@ class DeletePeriodTest : public PeriodHouse {
   bool show(const std::string& section) {
     return show([&](FormDeletePeriod& screen) { walk(screen, section); });
   }
-  /// Everybody is in a period, beside the neighbours.
+  /// Puts all accounts and their neighbours into a period.
   void everybodyIn(int period) {
     std::string pairs;
     for (const char* account : {"10", "11", "12", "20", "21"})
@@ -29,13 +29,13 @@ class DeletePeriodTest : public PeriodHouse {
 };
 
 TEST_F(DeletePeriodTest, HidesWhatNoDocumentOfThePeriodNeeds) {
-  // The line is on the first day of 1403; its account stays with the path to it. Of 1404 nothing stays: its
+  // The line is on the first day of 1403; its account stays with its ancestors. Nothing of 1404 stays: its
   // document has no line.
   everybodyIn(1);
   given("insert into tblAccountPeriodAccount (AccountID, PeriodID) values (12, 2), (10, 3)");
   for (const char* section : {"the first day of 1403", "1404", "1404 again"}) EXPECT_TRUE(show(section));
 
-  // The last day counts too; an ancestor that isn't in the period is not brought in.
+  // The last day counts too; an ancestor that isn't in the period isn't added.
   given("update tblAccountDocumentDetail set DocumentID = 502, AccountID = 21");
   members("(12,1),(21,1)");
   EXPECT_TRUE(show("the last day of 1403"));

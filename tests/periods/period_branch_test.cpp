@@ -15,7 +15,7 @@ class PeriodBranchTest : public PeriodHouse {
     inScreen("FormPeriodBranch", act);
     return screens.ShowPeriodBranch(account);
   }
-  /// Seen are also the rows, the selected ones in brackets, and the commands out of reach.
+  /// Seen are also the rows, the selected ones in brackets, and the disabled commands.
   bool show(int account, const std::string& section) {
     return show(account, [&](FormPeriodBranch& screen) {
       walk(screen, section, [&] {
@@ -53,8 +53,8 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
   show(10, "a line two levels below");
   show(21, "an account without a line in its subtree");
 
-  // A line whose document is in no period blocks hiding from everywhere, as the documents of no period count
-  // where no period is named, and doesn't by itself where any is.
+  // A line whose document is in no period prevents hiding from all periods, since without a chosen period
+  // documents of no period count; for any single period it alone prevents nothing.
   given(
       "delete from tblAccountDocumentDetail; delete from tblAccountDocument;"
       "insert into tblAccountDocument (ID, FarsiDocumentDate) values (900, '1390/01/01');"
@@ -66,8 +66,8 @@ TEST_F(PeriodBranchTest, HidesUnlessTheSubtreeHasALineAndThePeriodADocument) {
 TEST_F(PeriodBranchTest, HidesTheRowsOfARangeThatNothingBlocks) {
   members("(20,1),(20,2),(20,3)");
   EXPECT_TRUE(show(20, "a range upwards"));
-  // What is blocked stays, and what stands behind it goes; the screen counts as changed also where every row
-  // was blocked.
+  // Blocked rows stay, and the rows after them go; the screen counts as changed even if all rows were
+  // blocked.
   members("(12,1),(12,2),(12,3)");
   EXPECT_TRUE(show(12, "a range with blocked rows"));
   EXPECT_TRUE(show(12, "nothing but blocked rows"));
@@ -92,7 +92,7 @@ TEST_F(PeriodBranchTest, WithoutAnAccountOnlyTheHarmlessCommandsAreInReach) {
   });
 }
 
-/// Each command of the screen, and what it does to account 21, which starts in 1, 2 and 4.
+/// Each command of the screen, and its effect on account 21, which starts in 1, 2 and 4.
 struct Command {
   const char* name;
   std::function<void(FormPeriodBranch&)> person;
@@ -130,7 +130,7 @@ TEST_F(PeriodBranchTest, EveryFailureLeavesTheScreenAndTheDataInOrder) {
         if (failed) {
           EXPECT_EQ(notices.take().back(), (Notice{"خطا", std::string(Faults::kMessage), false}));
           EXPECT_EQ(desktop.cursor, ui::CursorShape::Default);
-          // The grid never shows a row that is gone.
+          // The grid never shows a deleted row.
           EXPECT_LE(screen.flxPeriodBranch.rowCount(), count());
         }
       });

@@ -33,7 +33,7 @@ class PeriodHouse : public WatchedHouse {
     )");
   }
 
-  /// Leaves tblAccountPeriodAccount with these pairs, "(account, period), ...", and those of the neighbours:
+  /// Sets tblAccountPeriodAccount to these pairs, "(account, period), ...", and those of the neighbours:
   /// account 30 in every year, 10, 12 and 21 in the last one.
   void members(const std::string& pairs) {
     given(
@@ -46,14 +46,14 @@ class PeriodHouse : public WatchedHouse {
     return database.rows("select AccountID from tblAccountPeriodAccount where PeriodID=" +
                          std::to_string(period) + " order by 1");
   }
-  /// What changed in tblAccountPeriodAccount, and nowhere else: "-account|period +account|period".
+  /// The changes in tblAccountPeriodAccount, and that there are no others: "-account|period +account|period".
   std::string moves() {
     const std::string found = changes();
     const std::string table = "tblAccountPeriodAccount: ";
     return found.starts_with(table) ? found.substr(table.size()) : found;
   }
 
-  /// The person looks for a period by its name, and takes the first hit.
+  /// The user searches for a period by its name, and takes the first hit.
   void pick(shell::Selector& selector, const std::string& name) {
     selector.focus();
     selector.type(name);
@@ -63,9 +63,9 @@ class PeriodHouse : public WatchedHouse {
     ASSERT_EQ(selector.SelectedText(), name);
   }
 
-  /// A section of periods/steps.txt on a screen that was opened. Seen are the look-ups, "_" behind what is
-  /// only typed, what the story adds, where the focus stands, and whether the screen counts as changed; told
-  /// are the rows that moved too.
+  /// A section of periods/steps.txt on an open screen. Seen: the lookup fields, "_" after text that is only
+  /// typed, what `more` adds, the focused control, and whether the screen counts as changed; reported: also
+  /// the rows added and removed.
   template <typename Screen>
   void walk(
       Screen& screen, const std::string& section,

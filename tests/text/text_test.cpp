@@ -1,4 +1,4 @@
-// Characters and folding: what counts as one letter, and what a search takes for the same.
+// Characters and folding: what counts as one letter, and what a search treats as equal.
 
 #include <gtest/gtest.h>
 
@@ -44,14 +44,14 @@ TEST(Utf8, CharactersAndBack) {
     EXPECT_EQ(textOf(characters), bytes);
     EXPECT_EQ(utf8Text(wideText(bytes)), bytes);
   }
-  // Each byte that belongs to no character is one sign of its own, and what is behind it is read.
+  // Each byte that belongs to no character counts as one, and the rest is read.
   for (const std::string broken :
        {"\x80", "\xC1\xBF", "\xC2", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF",
         "\xF4\x90\x80\x80", "\xF5\x80", "\xE2\x82", "\xC2\xC0"})
     EXPECT_EQ(charactersOf(broken + "z"), std::u32string(broken.size(), 0xFFFD) + U"z") << broken;
   EXPECT_EQ(charactersOf("\xE2\x82"), (std::u32string{0xFFFD, 0xFFFD})) << "cut in the middle";
   EXPECT_EQ(wideText("\xF0\x9F\x98\x80\xF0z"), (std::u16string{0xD83D, 0xDE00, 0xFFFD, u'z'}));
-  // Neither half of a pair nor what lies above all characters gets into a text.
+  // Neither a lone surrogate nor a value above the last character gets into a text.
   EXPECT_EQ(utf8Text(std::u16string{0xD83D, u'a', 0xDE00}), "\uFFFDa\uFFFD");
   EXPECT_EQ(textOf(std::u32string{0xDFFF, U'b', 0x110000}), "\uFFFDb\uFFFD");
 }
@@ -59,7 +59,7 @@ TEST(Utf8, CharactersAndBack) {
 TEST(Characters, OnlyCleanTextGetsIntoAStatement) {
   EXPECT_EQ(data::quoteText("O'Neil ''"), "'O''Neil '''''");
   EXPECT_EQ(data::quoteText("حساب"), "'حساب'");
-  // An apostrophe in disguise is the second of them.
+  // The second one is an overlong apostrophe.
   for (const std::string_view text : {"a\0b"sv, "\xC0\xA7"sv, "\xE0\x80\xA7"sv, "\xED\xA0\x80"sv,
                                       "\xF4\x90\x80\x80"sv, "\xD8"sv, "\xA7"sv, "\xF0\x9F\x98"sv, "\xFF"sv}) {
     EXPECT_FALSE(isCleanText(text));
@@ -70,10 +70,10 @@ TEST(Characters, OnlyCleanTextGetsIntoAStatement) {
 TEST(Fold, TakesForTheSameWhatAPersonWouldCallTheSame) {
   const std::pair<const char*, const char*> same[] = {
       {"سرمايه گذاري كوتاه", "سرمایه گذاری کوتاه"},
-      {"ميلي‌متر", "میلیمتر"},  // a joiner inside the word
+      {"ميلي‌متر", "میلیمتر"},  // with a joiner in the word
       {" حساب های\tجاری\u00A0\u2009", "حساب‌هایجاری"},
-      {"حسـاب‏", "حساب"},  // tatweel, a direction mark
-      {"مُؤسّسَه", "مؤسسه"},         // vowel signs
+      {"حسـاب‏", "حساب"},  // with tatweel and a direction mark
+      {"مُؤسّسَه", "مؤسسه"},         // with vowel signs
       {"خانهٔ مدرسة", "خانۀ مدرسه"},
       {"أإآٱ", "اااا"},
       {"کد ۱۲۳ ٤٥٦", "كد 123 456"},
@@ -88,12 +88,12 @@ TEST(Fold, TakesForTheSameWhatAPersonWouldCallTheSame) {
 
 TEST(SearchWords, AreMarkedInTheTextAsItIsWritten) {
   const std::pair<const char*, const char*> texts[] = {
-      {"حساب های", "[حساب\u200Cهاي] جاري"},  // as it was typed, across a joiner
+      {"حساب های", "[حساب\u200Cهاي] جاري"},  // as typed, across a joiner
       {"حسابهای", "[حساب هاي] جاري"},
-      {"جاری حساب", "[حساب]\u200Cهاي [جاري]"},  // the words
+      {"جاری حساب", "[حساب]\u200Cهاي [جاري]"},  // word by word
       {"معین", "كد [مُعِين] ۱"},
       {"۱۲", "[12] و [١٢]"},
-      {"ملیم لیملی", "[مليملي]"},  // they overlap
+      {"ملیم لیملی", "[مليملي]"},  // overlapping hits
       {"A a", "b[a]"},
       {" ", "هيچ"},
       {"بانک", "بان"},

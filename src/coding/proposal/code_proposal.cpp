@@ -11,7 +11,7 @@ namespace ledgertree::coding {
 namespace {
 
 constexpr std::string_view kFirstOfAParent = "01";
-/// From here down one running number is shared by all accounts of a level.
+/// From this level down, all accounts of a level share one running number.
 constexpr std::int32_t kFirstSharedLevel = 2;
 constexpr std::string_view kSameTitleTitle = "نام حساب تكراري";
 constexpr std::string_view kSameTitleQuestion =
@@ -39,18 +39,18 @@ std::optional<Sibling> greatestSibling(data::DtEn& gateway, std::int32_t parentI
   return Sibling{.code = siblings->Fields("Code").toText(), .level = siblings->Fields("NoLevel").toInt32()};
 }
 
-/// The level of an account's children; 0 where there is no such account.
+/// The level of an account's children; 0 if there is no such account.
 std::int32_t levelBelow(data::DtEn& gateway, std::int32_t parentID) {
   const data::OpenRows parent(gateway.rssqlBufferQuery,
                               "Select * from tblAccount where ID=" + std::to_string(parentID));
   return parent->Eof() ? 0 : parent->Fields("NoLevel").toInt32() + 1;
 }
 
-/// The last six characters of the code of the account that the database gives first among those of a title on
-/// a level.
+/// The last six characters of the code of an account with that title on that level; of several, the first
+/// that the database returns.
 std::optional<std::string> numberOfSameTitle(data::DtEn& gateway, const std::string& title,
                                              std::int32_t level) {
-  // No stored title holds such characters, and no statement could carry them.
+  // No stored title contains such characters, and no statement could carry them.
   if (!text::isCleanText(title)) return std::nullopt;
   const data::OpenRows rows(
       gateway.rssqlBufferQuery,
@@ -60,7 +60,7 @@ std::optional<std::string> numberOfSameTitle(data::DtEn& gateway, const std::str
   return rows->Fields("rCode").toText();
 }
 
-/// Codes are texts: the sibling that counts is the one with the greatest text, not the greatest number.
+/// Codes are texts: the greatest sibling is the one with the greatest text, not the greatest number.
 std::string nextOfSiblings(data::DtEn& gateway, std::int32_t parentID, const std::string& motherCode) {
   const data::OpenRows siblings(gateway.rssqlBufferQuery, codesOfSiblings(parentID));
   if (siblings->Eof()) return std::string(kFirstOfAParent);

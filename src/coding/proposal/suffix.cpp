@@ -6,30 +6,30 @@ namespace ledgertree::coding {
 
 namespace {
 
-/// The number that a piece of a code begins with: its digits, and those behind the point.
+/// The number at the start of a piece of a code: its digits, and its decimals.
 struct LeadingNumber {
   std::string digits;
   std::string decimals;
 };
 
-/// An exponent doesn't count: in a code, an E is a letter like any other, and reading stops there.
+/// Exponents aren't read: in a code, E is a letter like any other and ends the number.
 LeadingNumber readNumber(std::string_view text) {
   LeadingNumber number;
-  bool behindPoint = false;
+  bool afterPoint = false;
   for (const char letter : text) {
     if (letter == ' ' || letter == '\t' || letter == '\r' || letter == '\n') continue;
-    if (letter == '.' && !behindPoint) {
-      behindPoint = true;
+    if (letter == '.' && !afterPoint) {
+      afterPoint = true;
       continue;
     }
     if (!text::isDigit(letter)) break;
-    (behindPoint ? number.decimals : number.digits) += letter;
+    (afterPoint ? number.decimals : number.digits) += letter;
   }
   number.decimals.erase(number.decimals.find_last_not_of('0') + 1);
   return number;
 }
 
-/// One more, on as many digits as there are: the carry out of the first is lost.
+/// Adds one in the same width: a carry out of the first digit is lost.
 void raise(std::string& digits) {
   for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
     if (*digit != '9') {

@@ -18,9 +18,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr ui::Size kDesignSize{7350, 4350};
-/// The longest that the screen stands still for the codes of one packet; longer, and the next is half as
+/// The longest that the screen may freeze for one batch of codes; after a slower one, batches are half as
 /// large.
-constexpr std::chrono::seconds kLongestStandstill{1};
+constexpr std::chrono::seconds kLongestFreeze{1};
 
 constexpr std::string_view kWarning = "هشدار";
 constexpr std::string_view kBadSample =
@@ -84,7 +84,7 @@ void frmAutoCodding::loadControls() {
   txtSimpleCode.setAccessibleName("نمونه اولين كد فرزند");
   progressBar.setAccessibleName("پيشرفت کار");
   setFirstFocus(klmMotherAcc);
-  // None of the commands has a way back: Enter presses none of them by itself.
+  // No default button: none of the commands can be undone, and Enter must not start one.
   setCancelButton(cmdCancel);
 }
 
@@ -106,8 +106,8 @@ void frmAutoCodding::listen() {
     const Numbering numbering = numberingOfSecondLevel();
     runConfirmed(numbering.question, [&] { recode(numbering, nullptr); });
   };
-  cmdPreview.onClick = [this] { lookAhead([this] { return ofChildren(); }, cmdAutoCodding); };
-  cmdPreviewLevel.onClick = [this] { lookAhead(numberingOfSecondLevel, klmFlatButton1); };
+  cmdPreview.onClick = [this] { preview([this] { return ofChildren(); }, cmdAutoCodding); };
+  cmdPreviewLevel.onClick = [this] { preview(numberingOfSecondLevel, klmFlatButton1); };
   cmdAccountType.onClick = [this] { runConfirmed(kNoWayBack, [this] { copyToDescendants("IsPermanent"); }); };
   cmdRemanedType.onClick = [this] {
     runConfirmed(kNoWayBack, [this] { copyToDescendants("AccountNatureID"); });
@@ -139,8 +139,8 @@ std::optional<Numbering> frmAutoCodding::ofChildren() {
   return std::nullopt;
 }
 
-void frmAutoCodding::lookAhead(const std::function<std::optional<Numbering>()>& wish,
-                               const ui::PushButton& command) {
+void frmAutoCodding::preview(const std::function<std::optional<Numbering>()>& wish,
+                             const ui::PushButton& command) {
   if (working_) return;
   const shell::UnderWay underWay(working_);
   if (!shell::allChosen(shell_, {&klmMotherAcc})) return;
@@ -150,7 +150,7 @@ void frmAutoCodding::lookAhead(const std::function<std::optional<Numbering>()>& 
   Outlook seen;
   {
     const shell::Hourglass hourglass(desktop());
-    seen = outlookOf(*gateway, *numbering, ahead(*gateway, *numbering));
+    seen = outlookOf(*gateway, *numbering, remaining(*gateway, *numbering));
   }
   if (!shell::showPreview(shell_, previewOf(*gateway, seen, command.caption()))) return;
   if (!shell_.confirms(kWarning, numbering->question)) return;
@@ -158,15 +158,15 @@ void frmAutoCodding::lookAhead(const std::function<std::optional<Numbering>()>& 
   recode(*numbering, &seen);
 }
 
-std::vector<NewCode> frmAutoCodding::ahead(data::DtEn& gateway, const Numbering& numbering) const {
-  if (!goesOn(numbering)) return numbering.codes(gateway);
+std::vector<NewCode> frmAutoCodding::remaining(data::DtEn& gateway, const Numbering& numbering) const {
+  if (!resumes(numbering)) return numbering.codes(gateway);
   return {unfinished_->codes.begin() + static_cast<std::ptrdiff_t>(unfinished_->done),
           unfinished_->codes.end()};
 }
 
 void frmAutoCodding::recode(const Numbering& numbering, const Outlook* seen) {
   const auto gateway = shell_.dtEn();
-  if (!goesOn(numbering)) {
+  if (!resumes(numbering)) {
     unfinished_.reset();
     Recoding fresh{.command = numbering.command, .codes = numbering.codes(*gateway)};
     if (seen != nullptr) {
@@ -203,7 +203,7 @@ void frmAutoCodding::writeCodes(data::DtEn& gateway) {
     for (std::size_t ran = 0; ran < answers.ran.size(); ++ran)
       shell_.news.add(ChartEvent::Kind::Recoded, {codes[done++].account});
     if (answers.failure) std::rethrow_exception(answers.failure);
-    const bool slow = std::chrono::steady_clock::now() - begin > kLongestStandstill;
+    const bool slow = std::chrono::steady_clock::now() - begin > kLongestFreeze;
     if (slow && together > 1) together /= 2;
     progress.advance(static_cast<std::int32_t>(done));
   }
@@ -226,8 +226,7 @@ void frmAutoCodding::tellHowFar(const std::exception& failure) {
   shell_.showErrorNotice(shell::kTitleError, std::string(failure.what()) + "\n" + far + std::string(kGoOn));
 }
 
-/// The mother account may be one of those that got a new code. Its old one must not go into the codes of its
-/// children.
+/// The mother account may itself have got a new code; the old one must not go into the codes of its children.
 void frmAutoCodding::readMotherAgain() {
   if (klmMotherAcc.IsEmpty()) return;
   const std::string old = klmMotherAcc.AccountCode();

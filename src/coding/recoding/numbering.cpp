@@ -14,7 +14,7 @@ constexpr std::string_view kNoWayBackFromCodes =
     "پس از اعمال كدينگ اتوماتيك، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
 constexpr std::string_view kSecondLevel =
     "Select * From tblAccount Where Nolevel=2 Order By Left(Code,6),Code";
-/// Of the series on the second level, six digits.
+/// The first number of the series on the second level, six digits.
 constexpr std::string_view kFirstOfSecondLevel = "000001";
 
 NewCode recoded(const data::RecordHandle& account, std::string code) {
@@ -24,7 +24,7 @@ NewCode recoded(const data::RecordHandle& account, std::string code) {
           .code = std::move(code)};
 }
 
-/// The condition in one of the statements here.
+/// The condition of one of the statements in this file.
 std::string conditionOf(std::string_view statement) {
   constexpr std::string_view kWhere = " Where ";
   const std::size_t begin = statement.find(kWhere) + kWhere.size();

@@ -17,7 +17,7 @@ inline constexpr std::size_t kLongestCode = data::kCodeLength;
 inline constexpr std::string_view kNoWayBack =
     "پس از انجام اين عمليات، امكان بازگشت وجود ندارد. آيا ادامه مي دهيد؟";
 
-/// What a recoding makes of an account.
+/// An account's old and new code in a recoding.
 struct NewCode {
   std::int32_t account = 0;
   std::string old;
@@ -26,27 +26,27 @@ struct NewCode {
   bool operator==(const NewCode&) const = default;
 };
 
-/// Whether the code has no room in its column.
+/// Whether the code is too long for its column.
 [[nodiscard]] bool isTooLong(const NewCode& account);
 
-/// A recoding that a person asks for: which accounts get which codes. What a preview shows and what is
-/// written are both worked out by `codes`.
+/// A recoding requested by the user: which accounts get which codes. Both what a preview shows and what is
+/// written come from `codes`.
 struct Numbering {
-  std::string_view question;  ///< ahead of the work
-  std::string command;        ///< what was asked for, so that the same is known again
-  std::string accounts;       ///< the condition that its accounts meet, beside which others may
-  /// Asks the database which codes the accounts would get now, in the order of their writing. Throws
+  std::string_view question;  ///< to confirm before the work
+  std::string command;        ///< identifies the request, to recognise a repeated one
+  std::string accounts;       ///< a condition that is true for its accounts, and possibly for others
+  /// Asks the database which codes the accounts would get now, in the order of writing. Throws
   /// data::DataError.
   std::function<std::vector<NewCode>(data::DtEn& gateway)> codes;
   bool ofMother = false;  ///< the mother account on the screen may be one of them
 };
 
-/// Numbers the children of an account (-1: the top level) in the order of their codes, each with the mother's
-/// code in front.
+/// Numbers the children of an account (-1: the top level) in the order of their codes, with the mother's code
+/// in front.
 [[nodiscard]] Numbering numberingOfChildren(std::int32_t mother, const std::string& motherCode,
                                             CodeCounter counter);
-/// Numbers the second level of the chart with one series of six digits, each behind its parent's code; an
-/// account whose parent is gone keeps its own and uses up no number.
+/// Numbers the second level of the chart with one series of six digits, each after its parent's code; an
+/// account whose parent is missing keeps its code and uses no number.
 [[nodiscard]] Numbering numberingOfSecondLevel();
 
 }  // namespace ledgertree::coding

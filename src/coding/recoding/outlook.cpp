@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kCodesTogether = 200;
 
-/// A code in the ways in which it may be stored: with the letters of either keyboard.
+/// The ways in which a code may be stored: with Persian or Arabic forms of letters.
 std::set<std::string> spellingsOf(const std::string& code) {
   constexpr std::pair<std::string_view, std::string_view> kForms[] = {{"ی", "ي"}, {"ک", "ك"}};
   std::set<std::string> spellings = {code};
@@ -143,7 +143,7 @@ Outlook outlookOf(data::DtEn& gateway, const Numbering& numbering, std::vector<N
 }
 
 shell::Preview previewOf(data::DtEn& gateway, const Outlook& outlook, std::string command) {
-  // The places of the rows that the filter leaves.
+  // Indices of the rows that pass the filter.
   const auto changing = std::make_shared<std::vector<std::size_t>>();
   for (std::size_t place = 0; place < outlook.codes.size(); ++place)
     if (changes(outlook.codes[place])) changing->push_back(place);

@@ -12,33 +12,35 @@
 
 namespace ledgertree::coding {
 
-/// What a recoding would do to the chart, ahead of its first row.
+/// What a recoding would do to the chart, computed before the first row is written.
 struct Outlook {
-  /// The lines of documents of an account, which were written while it had its old code.
+  /// The document lines of an account, written under its old code.
   struct Documents {
     std::int64_t lines = 0;
-    std::int64_t first = 0;  ///< the least ID of a document among them
+    std::int64_t first = 0;  ///< the lowest ID of a document with such a line
   };
 
   std::vector<NewCode> codes = {};
-  std::map<std::size_t, std::string> collisions = {};  ///< by the place in `codes`: who else has the code
-  std::map<std::int32_t, Documents> documents = {};    ///< by the account
-  bool tooLong = false;                                ///< a code is, so that none is written
+  std::map<std::size_t, std::string> collisions = {};  ///< by index in `codes`: what else has the code
+  std::map<std::int32_t, Documents> documents = {};    ///< by account ID
+  bool tooLong = false;                                ///< some code is, so no code may be written
 
-  /// Whether the accounts and those that collide with them are the same. Documents come all the time.
+  /// Whether the accounts and their collisions are the same. Documents are ignored: new ones arrive all the
+  /// time.
   [[nodiscard]] bool sameChart(const Outlook& other) const {
     return codes == other.codes && collisions == other.collisions;
   }
 };
 
-/// Looks for accounts outside the series, and earlier ones in it, that have a code which is about to be
-/// given: a few hundred codes a question, a hundred questions a packet. Throws data::DataError.
+/// Looks for accounts outside the series that have a code which is about to be given, and for codes that the
+/// series gives twice: 200 codes per query, and up to a hundred queries per round trip. Throws
+/// data::DataError.
 [[nodiscard]] std::map<std::size_t, std::string> collisionsOf(data::DtEn& gateway,
                                                               const std::vector<NewCode>& codes);
-/// The outlook of these codes. Throws data::DataError.
+/// The outlook for these codes. Throws data::DataError.
 [[nodiscard]] Outlook outlookOf(data::DtEn& gateway, const Numbering& numbering, std::vector<NewCode> codes);
 
-/// As a person sees it; `outlook` outlives what is given. Throws data::DataError.
+/// The outlook as shown to the user; `outlook` outlives the returned preview. Throws data::DataError.
 [[nodiscard]] shell::Preview previewOf(data::DtEn& gateway, const Outlook& outlook, std::string command);
 
 }  // namespace ledgertree::coding

@@ -35,7 +35,7 @@ void AccountMenu::showOffer() {
 
 void AccountMenu::popUp(ui::Twips left, ui::Twips top) {
   tree_.settle();
-  // On the root and on a period, and where the account is gone, there is nothing to work on.
+  // The root, a period and a deleted account have nothing to work on.
   if (screen_.AccountOnRecord < 1) return;
   for (const auto& [entry, button] : {std::pair{&screen_.mnuNewBelow, &screen_.cmdNew},
                                       {&screen_.mnuEditAccount, &screen_.cmdEdit},
@@ -61,7 +61,7 @@ void AccountMenu::showInTree() {
     return shell_.showErrorNotice(shell::kTitleProblem,
                                   screen_.optPeriodic.value() ? kInNoPeriod : kNotInTree);
   screen_.treeAccount.focus();
-  // At the start a search shows an account and leaves the commands out of reach; a click doesn't.
+  // In idle mode, finding an account leaves the commands disabled; a click enables them.
   if (screen_.formMode == FormMode::ModeIdle) screen_.treeAccount.click(screen_.treeAccount.selected());
 }
 

@@ -6,18 +6,18 @@
 
 namespace ledgertree::mainform {
 
-/// The menu on an account of the tree, and the way from the title's picker to the tree. Its entries are
-/// second roads to the buttons: what is out of reach there is so here, and the buttons ask the rights.
+/// The context menu of an account in the tree, and the command that leads from the title's picker to the
+/// tree. Its entries click the buttons, which check the rights; a disabled button disables its entry.
 class AccountMenu {
  public:
   AccountMenu(MainScreen& screen, shell::Shell& shell, AccountTree& tree);
 
-  /// Comes up from now on where the host offers Offer::ContextMenu.
+  /// Enables the menu if the host offers Offer::ContextMenu.
   void showOffer();
 
  private:
   void popUp(ui::Twips left, ui::Twips top);
-  /// A new account with the one on the record as its parent, as if a person had picked it.
+  /// Starts a new account with the one on the record as its parent, as if the user had picked it.
   void startBelow();
   void showInTree();
 

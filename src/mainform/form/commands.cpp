@@ -8,11 +8,11 @@ namespace ledgertree::mainform {
 
 namespace {
 
-/// What stands above and below the tree where the details aren't shown.
+/// The space above and below the tree when the details are hidden.
 constexpr ui::Twips kAroundTree = 1575 + 250;
 constexpr ui::Twips kTreeTop = 1530;
 
-/// Of two entries that exclude each other, the first carries the mark.
+/// Checks one of two mutually exclusive entries.
 void mark(ui::MenuEntry& chosen, ui::MenuEntry& other) {
   chosen.setChecked(true);
   other.setChecked(false);
@@ -50,7 +50,7 @@ void Commands::wireBar() {
 }
 
 void Commands::wireMenu() {
-  // Second roads: a button that is out of reach takes no click from them either.
+  // Menu items click the buttons, so disabled ones do nothing.
   screen_.mnuFonc1.onClick = [this] { screen_.cmdNew.click(); };
   screen_.mnuFonc2.onClick = [this] { screen_.cmdEdit.click(); };
   screen_.mnuFonc4.onClick = [this] { screen_.cmdDelete.click(); };
@@ -129,7 +129,7 @@ void Commands::popUp(const ui::PushButton& button, ui::MenuEntry& menu) {
 
 void Commands::hideDetails() {
   ui::Bounds bounds = screen_.treeAccount.bounds();
-  // In a narrow window its commands take more than one row.
+  // In a narrow window the commands above the tree take more than one row.
   const ui::Twips more = bounds.top - kTreeTop;
   bounds.height = std::max(screen_.size().height - kAroundTree - more, 0);
   screen_.treeAccount.setBounds(bounds);

@@ -9,15 +9,15 @@
 
 namespace ledgertree::mainform {
 
-/// The commands that lead from one mode to another and out of the screen, the pop-ups, the entries of the
-/// menu that have no screen of their own, and the keys.
+/// The commands that change the mode or leave the screen, the pop-up menus, the menu entries that have no
+/// screen of their own, and the keys.
 class Commands {
  public:
   Commands(MainScreen& screen, shell::Shell& shell, AccountRecord& record, AccountTree& tree);
 
-  /// Shows what the host offers of the commands that are hidden otherwise, and hides the rest.
+  /// Shows the optional commands that the host offers, and hides the others.
   void showOffers();
-  /// Whether the screen may be left: asked where something is being typed.
+  /// Whether the screen may be left: asks the user if an account is being edited.
   [[nodiscard]] bool mayLeave();
 
  private:
@@ -31,11 +31,11 @@ class Commands {
   void wireKeys();
   void startNew();
   void startEdit();
-  /// Takes the focus to the tree, and from there back to where it was.
+  /// Moves the focus to the tree, or from there back to where it was.
   void changeSides();
   void cancel();
   void exit();
-  /// Whether what is being typed may go: asked where something is.
+  /// Whether unsaved input may be dropped: asks the user if there is any.
   [[nodiscard]] bool mayGiveUp(const Question& ofNew, const Question& ofEdit);
   void popUp(const ui::PushButton& button, ui::MenuEntry& menu);
   void hideDetails();

@@ -3,27 +3,27 @@
 
 #include "mainform/form/form_main.h"
 
-// Where the controls of the main screen stand: by its size, by the divider, and by how entities are kept.
+// Layout of the main screen: depends on its size, the divider, and how entities are kept.
 
 namespace ledgertree::mainform {
 
 namespace {
 
-/// A form that isn't larger keeps its layout, and its baseline.
+/// A form no wider or no higher than this keeps its layout and its baseline.
 constexpr ui::Twips kSmallest = 6000;
-/// The width at which the tree is as narrow as the widest of its commands.
+/// At this width the tree is as narrow as its widest command.
 constexpr ui::Twips kNarrowest = 10410;
-constexpr ui::Twips kGap = 60;  ///< between two neighbours
+constexpr ui::Twips kGap = 60;  ///< between neighbouring controls
 
-constexpr ui::Twips kViewInset = 90;  ///< between the frame of the two views and its buttons
+constexpr ui::Twips kViewInset = 90;  ///< between the frame's edge and the view buttons
 constexpr ui::Twips kViewHeight = 390;
 constexpr ui::Twips kTreeLeft = 7680;
 constexpr ui::Twips kRecordWidth = 7560;
-/// What the record can give to the tree: so much that its commands keep their room.
+/// The most width that the record can give to the tree without squeezing its own commands.
 constexpr ui::Twips kMostGiven = 2970;
 constexpr ui::Twips kMessageWidth = 3960;
-constexpr ui::Twips kMessageWords = 1290;  ///< of the message, which names a mode
-constexpr ui::Twips kRow = 330;            ///< of the record
+constexpr ui::Twips kMessageWords = 1290;  ///< of the message with the mode
+constexpr ui::Twips kRow = 330;            ///< row height of the record
 
 void grow(ui::Control& control, int left, int top, int width, int height) {
   ui::Bounds bounds = control.bounds();
@@ -34,11 +34,11 @@ void grow(ui::Control& control, int left, int top, int width, int height) {
   control.setBounds(bounds);
 }
 
-/// Controls of one size in rows from the right to the left, as many beside one another as fit.
+/// Lays out controls in rows from right to left, as many side by side as fit.
 struct Rows {
   ui::Twips left, width, gap, pitch;
 
-  /// Sets the controls, the first one's top being that of the first row; gives what the rows behind the first
+  /// Positions the controls, with the first row at `top`; returns the height that the rows after the first
   /// one take.
   [[nodiscard]] ui::Twips set(ui::Twips top, std::initializer_list<ui::Control*> controls) const {
     const ui::Twips first = top;
@@ -68,8 +68,8 @@ void FormMain::wireLayout() {
   };
 }
 
-/// The record keeps its width: all extra width goes to the tree, whose commands travel with its right edge. A
-/// tree that is narrower than in the design has them below one another, where they would stand on the record.
+/// The record keeps its width: all extra width goes to the tree, whose commands move with its right edge. If
+/// the tree is narrower than designed, they wrap to further rows, or they would cover the record.
 void FormMain::resized() {
   if (size().width <= kSmallest || size().height <= kSmallest) return;
   const int dW = size().width - baseline_.width;
@@ -85,7 +85,7 @@ void FormMain::resized() {
 
 void FormMain::setTreeHead() {
   ui::Bounds tree = treeAccount.bounds();
-  // The bar's buttons stand at its right end: in a narrow window that is the end to be seen.
+  // The bar's buttons are at its right end: a narrow window must show that end.
   ui::Bounds bar = Frame1.bounds();
   bar.left = std::min(tree.left + tree.width + kGap - bar.width, 0);
   Frame1.setBounds(bar);
@@ -103,7 +103,7 @@ void FormMain::setTreeHead() {
   tree.top = top;
   treeAccount.setBounds(tree);
   ui::Bounds message = lblMessage.bounds();
-  // What others change is a sentence: it gets what the words of the message leave.
+  // The text on others' changes is a sentence: it gets the width that the message leaves.
   message.width = lblOthers.visible() ? kMessageWords : std::min(tree.width, kMessageWidth);
   message.left = tree.left + tree.width - message.width;
   lblMessage.setBounds(message);
@@ -130,8 +130,8 @@ void FormMain::giveToTree(ui::Twips width) {
   setTreeHead();
 }
 
-/// With several entities an account, they are kept in dialogs of their own and leave the record. What stands
-/// below them takes their two rows.
+/// If accounts have several entities, these are kept in separate dialogs and their fields are hidden. The
+/// controls below move up by those two rows.
 void FormMain::showEntityFields() {
   const bool several = settings.MultiEntityMode;
   cmdRelClasses.setVisible(several);

@@ -25,16 +25,16 @@ FormMain::FormMain(shell::Shell& shell)
   tree_.onOtherClick = [this] { record_.goIdle(); };
   record_.onShown = [this](std::int32_t accountID) {
     tree_.keepHighlightFor(accountID);
-    others_.forgetWord();
+    others_.clearReport();
     shell_.news.add(ChartEvent::Kind::Shown,
                     accountID < 1 ? std::vector<std::int32_t>{} : std::vector{accountID});
   };
   onCommand = [this] {
-    // Where the host has named another database meanwhile, that counts from the next ClearShow or View on: a
-    // screen that is opened from here lists what its commands change.
+    // If the host has set another database meanwhile, it takes effect at the next ClearShow or View: a screen
+    // opened from here must list what its commands change.
     shell_.context.gConnectionString = shell_.dtEn()->cnMainData.ConnectionString();
     tree_.settle();
-    others_.forgetWord();
+    others_.clearReport();
   };
   Timer1.onTick = [this] { followRecord(*this); };
 }
@@ -94,7 +94,7 @@ void FormMain::unload() {
     try {
       step();
     } catch (const std::exception&) {
-      // The work is over: the next step ends what this one couldn't.
+      // The screen is closing: the next step ends what this one couldn't.
     }
   };
   ignoringFailures([this] { shell_.dropDtEn(); });

@@ -17,31 +17,31 @@
 
 namespace ledgertree::mainform {
 
-/// The one working screen, put together: it decides what happens at its start, when its size changes, and at
-/// its end. Its owner makes it, calls load, shows it, and destroys it in onClosed.
+/// The main screen, put together: decides what happens when it starts, is resized and ends. Its owner creates
+/// it, calls load, shows it, and destroys it in onClosed.
 class FormMain : public MainScreen {
  public:
   explicit FormMain(shell::Shell& shell);
 
   /// Reads the settings, binds the selectors, blanks the record and builds the integrated tree. Throws
-  /// data::DataError where the database fails, and std::range_error for a setting past its range; the form is
-  /// not to be shown then.
+  /// data::DataError if the database fails, and std::range_error for a setting out of range; then the form
+  /// must not be shown.
   void load();
-  /// Brings the form up as it stands: modeless, or modal where the desktop takes no modeless form; the form
-  /// may be gone when a modal showing returns. Throws ui::DesktopError for any other refusal.
+  /// Shows the form as it is: modeless, or modal if the desktop accepts no modeless form; after a modal
+  /// showing the form may no longer exist. Throws ui::DesktopError for any other refusal.
   void ClearShow();
-  /// Shows one account, read-only; a blank record for an ID below 1. Throws data::DataError.
+  /// Shows one account, read-only; an empty record for an ID below 1. Throws data::DataError.
   void View(std::int32_t accountID) { record_.showAccount(accountID); }
-  /// Whether what is being typed may go: the person is asked where something is, as by cmdExit.
+  /// Whether unsaved input may be dropped: asks the user if there is any, like cmdExit.
   [[nodiscard]] bool mayLeave() { return commands_.mayLeave(); }
   /// The connection text of the database whose chart was loaded.
   [[nodiscard]] const std::string& loadedFrom() const { return loadedFrom_; }
-  /// The own part that is proposed for the code of a new account below a parent, -1 for the top; see
+  /// The own part proposed for the code of a new account below a parent, -1 for the top; see
   /// coding::CodeProposal.
   [[nodiscard]] std::string getNewAccountCode(std::int32_t parentID) { return rules_.proposedCode(parentID); }
 
  protected:
-  /// Nothing of it fails: what can't be ended is left alone.
+  /// Never throws: what can't be ended is left alone.
   void unload() override;
   void resized() override;
 
@@ -67,7 +67,7 @@ class FormMain : public MainScreen {
   OthersChanges others_;
   HistoryCommands history_;
   std::string loadedFrom_;
-  /// The size at the last change of size that was followed.
+  /// The size for which the layout was last computed.
   ui::Size baseline_;
 };
 

@@ -34,7 +34,7 @@ void HistoryCommands::showHistory() {
   const history::Doors doors{
       .mayChange = [this] { return !refusedWhileTyping(screen_, shell_); },
       .exportRows = [this](const auto& rows) { batch::exportRows(shell_, screen_.settings.BasePath, rows); }};
-  if (history::showHistory(shell_, screen_.AccountOnRecord, doors)) readAnew();
+  if (history::showHistory(shell_, screen_.AccountOnRecord, doors)) readAgain();
 }
 
 bool HistoryCommands::keyCounts() const {
@@ -53,10 +53,10 @@ void HistoryCommands::takeLastBack() {
   if (last == 0)
     return shell_.showErrorNotice(history::kTitleTakeBack,
                                   "از هنگامي که اين صفحه باز شد کاري نکرده ايد که بتوان آن را برگرداند.");
-  if (history::takeBackAsked(shell_, last)) readAnew();
+  if (history::takeBackAsked(shell_, last)) readAgain();
 }
 
-void HistoryCommands::readAnew() {
+void HistoryCommands::readAgain() {
   const std::int32_t account = screen_.AccountOnRecord;
   if (account > 0) {
     if (record_.readAgain(account)) {

@@ -9,30 +9,30 @@
 
 namespace ledgertree::mainform {
 
-/// The memory of the chart on the main screen, where the host offers it: the screen "سابقه" of the account on
-/// the record, and the key that takes the person's last operation back.
+/// The chart's history on the main screen, if the host offers it: the screen "سابقه" for the account on the
+/// record, and the key that takes back the user's last operation.
 class HistoryCommands {
  public:
   HistoryCommands(MainScreen& screen, shell::Shell& shell, AccountRecord& record, AccountTree& tree);
 
-  /// From now on the host offers what it offers, and the session begins: what was done before isn't taken
-  /// back by the key. Throws data::DataError.
+  /// Applies the host's offers and starts the session: operations before it aren't taken back by the key.
+  /// Throws data::DataError.
   void begin();
 
  private:
   void showHistory();
   void takeLastBack();
-  /// Whether the key is that of the screen: nothing is typed, in no field.
+  /// Whether the key belongs to the screen: nothing is being edited, and no field is being typed in.
   [[nodiscard]] bool keyCounts() const;
-  /// What is taken back is on the screen as it was.
-  void readAnew();
+  /// Reads the record and the tree again after something was taken back.
+  void readAgain();
 
   MainScreen& screen_;
   shell::Shell& shell_;
   AccountRecord& record_;
   AccountTree& tree_;
   bool offersWayBack_ = false;
-  std::int64_t sessionBegan_ = 0;  ///< the newest operation then
+  std::int64_t sessionBegan_ = 0;  ///< the newest operation at its start
 };
 
 }  // namespace ledgertree::mainform

@@ -29,7 +29,7 @@ void append(std::string& words, std::string_view between, const std::string& mor
   words.append(more);
 }
 
-/// One account is named, several are counted.
+/// Names a single account, or counts several.
 struct Several {
   int count = 0;
   std::string last;
@@ -45,7 +45,7 @@ struct Several {
   }
 };
 
-/// The names of what differs between two states of an account.
+/// The names of the fields that differ between two states of an account.
 std::string namesOf(const data::Account& before, const data::Account& now,
                     const accounts::AccountTexts& texts) {
   std::string names;
@@ -71,15 +71,15 @@ void OthersChanges::begin() {
   offered_ = shell_.isOffered(Offer::OthersChanges);
   treeIsOld_ = false;
   screen_.lblOthers.setVisible(offered_);
-  forgetWord();
+  clearReport();
   if (offered_) changes_.begin();
 }
 
-void OthersChanges::forgetWord() { say({}); }
+void OthersChanges::clearReport() { report({}); }
 
-void OthersChanges::say(const std::string& word) {
-  screen_.lblOthers.setCaption(word);
-  screen_.lblOthers.setHint(word);
+void OthersChanges::report(const std::string& text) {
+  screen_.lblOthers.setCaption(text);
+  screen_.lblOthers.setHint(text);
 }
 
 void OthersChanges::ticked() {
@@ -98,13 +98,13 @@ void OthersChanges::ticked() {
     }
     changes_.seen();
   } catch (const data::DataError&) {
-    // Nobody has asked for it; a person who does hears of it.
+    // The user didn't ask for this query; failures of requested ones are reported.
     changes_.failed();
   }
 }
 
 bool OthersChanges::mayLook() const {
-  // The title that is being searched for stands where the account's would be written.
+  // The search text is in the field where the account's title would be written.
   return !screen_.sltAccount.typing() && !screen_.sltAccount.listOpen();
 }
 
@@ -114,20 +114,20 @@ bool OthersChanges::recordIsFromHere() const {
 }
 
 void OthersChanges::look() {
-  std::string word = readTree();
-  if (!word.empty()) say(word);
-  append(word, "؛ ", readRecord());
-  if (!word.empty()) say(word);
+  std::string text = readTree();
+  if (!text.empty()) report(text);
+  append(text, "؛ ", readRecord());
+  if (!text.empty()) report(text);
 }
 
 void OthersChanges::lookWhileTyping() {
   treeIsOld_ = true;
   if (screen_.formMode != FormMode::ModeEdit || !recordIsFromHere()) return;
   const auto now = record_.readAgain(screen_.AccountOnRecord);
-  if (!now) return say(std::string(kTypedDeleted));
+  if (!now) return report(std::string(kTypedDeleted));
   const auto gateway = shell_.dtEn();
   const std::string names = namesOf(*screen_.AsRead, *now, accounts::AccountTexts(screen_, *gateway));
-  if (!names.empty()) say(std::string(kTypedOver) + names);
+  if (!names.empty()) report(std::string(kTypedOver) + names);
 }
 
 OthersChanges::Nodes OthersChanges::nodes() const {
@@ -135,7 +135,7 @@ OthersChanges::Nodes OthersChanges::nodes() const {
   Nodes found;
   const std::function<void(ui::NodeId)> add = [&](ui::NodeId node) {
     for (const ui::NodeId child : tree.children(node)) {
-      // What only stands for children that aren't read has a longer key.
+      // Placeholders for children that aren't read yet have a longer key.
       if (const std::string& key = tree.key(child); !key.ends_with('!')) found[key] = tree.text(child);
       add(child);
     }

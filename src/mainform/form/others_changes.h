@@ -13,25 +13,25 @@
 
 namespace ledgertree::mainform {
 
-/// Shows what others change while the screen rests, where the host offers Offer::OthersChanges: every few
-/// seconds it asks whether the chart was changed, and only then reads again what is open in the tree and the
-/// account on the record, and says in lblOthers what is different. What this screen wrote itself is on it
-/// already, so that there is nothing to say.
+/// Shows what others change while the screen is idle, if the host offers Offer::OthersChanges: every few
+/// seconds it asks whether the chart has changed, and only then reads the open part of the tree and the
+/// account on the record again, and reports the differences in lblOthers. Changes made by this screen are
+/// already shown, so they aren't reported.
 ///
-/// While something is typed nothing is read into the screen: lblOthers tells that somebody else has changed
-/// the account, and the tree follows when the typing is over. A failure is silent, and comes again more
-/// rarely.
+/// While an account is being edited nothing is read into the screen: lblOthers reports that somebody else has
+/// changed the account, and the tree is read when editing ends. Failures are silent, and make the queries
+/// less frequent.
 class OthersChanges {
  public:
   OthersChanges(MainScreen& screen, shell::Shell& shell, AccountRecord& record, AccountTree& tree);
 
-  /// Ahead of the first reading of what is shown.
+  /// To be called before the screen is first filled.
   void begin();
-  /// The person has gone on: what was told is old.
-  void forgetWord();
+  /// Clears the report: the user has moved on.
+  void clearReport();
 
  private:
-  /// What a person reads of each node, by its key.
+  /// The visible text of each node, by its key.
   using Nodes = std::map<std::string, std::string>;
 
   void ticked();
@@ -40,10 +40,10 @@ class OthersChanges {
   void lookWhileTyping();
   [[nodiscard]] bool recordIsFromHere() const;
   [[nodiscard]] Nodes nodes() const;
-  /// Each gives what there is to say; empty where nothing is different.
+  /// Each returns the text to report; empty if nothing is different.
   [[nodiscard]] std::string readTree();
   [[nodiscard]] std::string readRecord();
-  void say(const std::string& word);
+  void report(const std::string& text);
 
   MainScreen& screen_;
   shell::Shell& shell_;
@@ -52,7 +52,7 @@ class OthersChanges {
   ui::Timer timer_;
   shell::ChartChanges changes_;
   bool offered_ = false;
-  /// The tree is of a time before changes that came while something was typed.
+  /// The tree is older than changes that came during editing.
   bool treeIsOld_ = false;
 };
 

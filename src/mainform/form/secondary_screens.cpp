@@ -35,13 +35,13 @@ SecondaryScreens::SecondaryScreens(MainScreen& screen, shell::Shell& shell, Acco
   screen_.mnuFonc5.onClick = [this] { batch::editCostCenters(shell_, screen_.settings.BasePath); };
 }
 
-/// The ID outlives its account: on a blank record nobody sees an account chosen.
+/// The ID remains after its account is deleted; a blank record means that no account is chosen.
 std::int32_t SecondaryScreens::accountToWorkOn() const {
   const bool blank = screen_.formMode == FormMode::ModeView && screen_.AccountOnRecord < 1;
   return blank ? -1 : screen_.accountID();
 }
 
-/// Whatever was done there, and even if nothing was, the tree shows what is stored.
+/// The tree is read again whatever was done there, even nothing, so that it shows what is stored.
 void SecondaryScreens::recode() {
   if (!shell_.permits(Permission::RecodeAccounts) || refusedWhileTyping(screen_, shell_)) return;
   coding::showAutoCodding(shell_);
@@ -52,7 +52,7 @@ void SecondaryScreens::recode() {
     questions.push_back(std::move(question));
   const data::Ahead ahead(gateway->cnMainData, std::move(questions));
   screen_.sltAccount.setAccountID(screen_.accountID());
-  // The ID outlives its account behind a deletion: nothing is on the screen then.
+  // The ID remains after its account is deleted: then nothing may be shown.
   if (screen_.sltAccount.unlisted()) screen_.sltAccount.ClearAccount();
   tree_.refreshTree();
 }
@@ -62,8 +62,8 @@ void SecondaryScreens::deleteInBatch() {
   if (batch::showNDelete(shell_)) tree_.refreshTree();
 }
 
-/// The record holds codes and a parent as they were when the typing began: its save would undo a recoding,
-/// and write below an account that is gone.
+/// The record holds codes and a parent from when the editing began: saving it would undo a recoding, or write
+/// below a deleted account.
 bool refusedWhileTyping(const MainScreen& screen, shell::Shell& shell) {
   if (!screen.isTyping()) return false;
   shell.showErrorNotice(shell::kTitleProblem,

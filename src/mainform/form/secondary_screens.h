@@ -10,23 +10,23 @@
 
 namespace ledgertree::mainform {
 
-/// Whether an account is being typed, which keeps what rewrites the chart out of reach and is told.
+/// Whether an account is being edited, which blocks commands that rewrite the chart; the user is told.
 [[nodiscard]] bool refusedWhileTyping(const MainScreen& screen, shell::Shell& shell);
 
-/// The commands that open a screen of their own: each asks its permission, shows the screen modally, and
-/// brings the tree up to date with what was done there.
+/// The commands that open a screen of their own: each checks its permission, shows the screen modally, and
+/// updates the tree with what was done there.
 class SecondaryScreens {
  public:
   SecondaryScreens(MainScreen& screen, shell::Shell& shell, AccountTree& tree);
 
-  /// Ends the screens that stay loaded between two showings.
+  /// Destroys the screens that stay loaded between showings.
   void unload() { periods_.unload(); }
 
  private:
   [[nodiscard]] std::int32_t accountToWorkOn() const;
   void recode();
   void deleteInBatch();
-  /// `show` gives whether a membership in a period changed, which the tree by periods shows alone.
+  /// `show` returns whether a membership in a period changed, which only the tree by periods shows.
   void showPeriods(data::Permission permission, const std::function<bool()>& show);
 
   MainScreen& screen_;

@@ -1,5 +1,5 @@
-// What a server's driver does and SQLite's never: the calls of the layer pass through here on their way to
-// the driver.
+// What a server's driver does and SQLite's never: the ODBC calls pass through this file on their way to the
+// driver.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sql.h>
@@ -31,41 +31,41 @@ namespace {
 using Reason = data::DataError::Reason;
 using testing::failureOf;
 
-/// How the driver answers from now on.
+/// How the driver behaves from now on.
 struct Driver {
-  std::vector<Record> told;            ///< of the failure of every command; empty for none
-  int failing = 0;                     ///< the call from now on that fails
-  std::string failed;                  ///< its name
-  bool tellsNoRows = false;            ///< of commands that gave none
-  std::set<SQLHSTMT> open;             ///< statements with rows that nobody has read
-  std::u16string server;               ///< the file that stands for a server; empty for none
-  std::deque<std::string> answers;     ///< in the place of the file's own; "+": a further one to the command
-  std::string always;                  ///< behind those, to all that isn't the opening's
-  std::string last;                    ///< the command that came last
-  std::vector<std::string> calls;      ///< what changes the state of the driver, in order
-  std::optional<SQLSMALLINT> type;     ///< of every column
-  int deadlocks = 0;                   ///< ahead of the next answer
-  std::string holder;                  ///< the answer to who holds a lock; empty for none
-  bool dead = false;                   ///< the connection
-  std::optional<std::string> silence;  ///< commands wait to be interrupted and end in this state
-  bool waits = false;                  ///< commands and rows wait whether they are interrupted
-  int lost = 0;                        ///< interruptions that come to nothing
-  std::optional<int> returns;          ///< what a procedure gives behind its last result
+  std::vector<Record> told;            ///< the records of the failure of every command; empty: none fails
+  int failing = 0;                     ///< which call from now on fails
+  std::string failed;                  ///< the name of the call that failed
+  bool tellsNoRows = false;            ///< commands without rows say so
+  std::set<SQLHSTMT> open;             ///< statements with unread rows
+  std::u16string server;               ///< the file that acts as a server; empty: none
+  std::deque<std::string> answers;     ///< replace those of the file; "+": one more for the same command
+  std::string always;                  ///< after those, the answer to everything but the opening
+  std::string last;                    ///< the last command
+  std::vector<std::string> calls;      ///< calls that change the state of the driver, in order
+  std::optional<SQLSMALLINT> type;     ///< the type of every column
+  int deadlocks = 0;                   ///< before the next answer
+  std::string holder;                  ///< the answer to the query for the holder of a lock; empty: none
+  bool dead = false;                   ///< the connection is broken
+  std::optional<std::string> silence;  ///< commands wait until interrupted, and end in this state
+  bool waits = false;                  ///< commands and rows wait to see whether they are interrupted
+  int lost = 0;                        ///< interruptions without effect
+  std::optional<int> returns;          ///< what a procedure returns after its last result
   SQLINTEGER* result = nullptr;
   SQLLEN* resultLength = nullptr;
 
-  /// Answers the questions of an opening: no history, and the schema's version or one near it.
+  /// Answers the queries of an opening: no history, and the schema's version or one `newer`.
   void opens(int codePage, int newer = 0) {
     answers = {"select " + std::to_string(codePage), "+select " + std::to_string(db::schemaVersion() + newer),
                "+select 0"};
   }
-  /// The calls with these words in them.
+  /// The number of calls that contain `words`.
   [[nodiscard]] auto count(const char* words) const {
     return std::count_if(calls.begin(), calls.end(),
                          [words](auto& call) { return call.find(words) != call.npos; });
   }
 } driver;
-/// Whether a story of this file runs: to all others the calls are the real driver's.
+/// Whether a test of this file is running: other tests reach the real driver.
 bool playing = false;
 
 std::mutex interrupting;
@@ -77,7 +77,7 @@ Call* real(const char* name) {
   return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name));
 }
 
-/// Whether this call is the one that fails.
+/// Whether this is the call that fails.
 bool fails(const char* name) {
   if (--driver.failing != 0) return false;
   driver.failed = name;
@@ -89,8 +89,8 @@ SQLRETURN failWith(std::string state, int number, std::string words) {
   return SQL_ERROR;
 }
 
-/// The server's "top" is the file's "limit".
-std::u16string inWordsOfSqlite(const std::string& text) {
+/// Replaces the server's "top" by the file's "limit".
+std::u16string forSqlite(const std::string& text) {
   static const std::regex kTop(R"(^select top \((\d+)\) (.*)$)");
   return text::wideText(std::regex_replace(text, kTop, "select $2 limit $1"));
 }
@@ -141,7 +141,7 @@ TEST_F(DriverCalls, AConnectionCarriesOneStatementAtATime) {
   });
   EXPECT_EQ(seen, "1(1)2(2)3(3)4(4)");
   EXPECT_EQ(connection_.run("select max(ID) from t")->value(0, 0).toText(), "14");
-  // Who looks at a row longer than a command may take has kept nobody waiting.
+  // Time that the caller spends on a row doesn't count as the command's.
   OdbcConnection hasty(text_, std::chrono::milliseconds(500));
   interruptions = 0;
   hasty.walk("select ID from t", [&](const data::Rows&) {
@@ -276,7 +276,7 @@ TEST_F(DriverCalls, APacketIsOneBatchWithAMarkBehindEachOfItsCommands) {
   ASSERT_EQ(answers.ran.size(), 3U);
   EXPECT_EQ(testing::allRows(*answers.ran[0].rows), "5");
   EXPECT_TRUE(!answers.ran[1].rows && answers.ran[1].result == 7 && !answers.ran[2].rows);
-  // What fails behind the last mark fails the last command, and so does an end without a mark.
+  // A failure after the last mark is that of the last command, and so is an end without a mark.
   for (const auto& [told, ran] : {std::pair(std::vector<std::string>{"fail"}, 0U),
                                   {{"select 5 as a", mark, "+fail"}, 1U},
                                   {{"select 5 as a", mark, mark, mark, "+fail"}, 2U},
@@ -366,7 +366,7 @@ TEST_F(DriverCalls, WhicheverCallFailsNothingIsLeftOpenAndTheNextCommandWorks) {
       std::string told = "nothing";
       {
         OdbcConnection server(data::ConnectionText("Data Source=srv"));
-        if (&command != commands) server.run("select 1");  // the opening fails in the first alone
+        if (&command != commands) server.run("select 1");  // only the first command includes the opening
         driver.failing = call;
         try {
           command(server);
@@ -421,7 +421,7 @@ TEST_F(DriverCalls, ASearchGoesOnBehindEveryKindOfRow) {
   connection_.run(
       "insert into t values (1, '9', 'x'), (2, '91', 'x'), (3, '92', '9z'), (4, '5', '9x'), (5, '6', 'x9'), "
       "(6, null, '9'), (7, 'z', 'z')");
-  // What folding drops, and what stands ahead of each column, nobody could read.
+  // Replaces unreadable parts: the letters that folding drops, and the text before each column.
   static const std::pair<std::regex, const char*> kReadable[] = {
       {std::regex("\t[^\\]]*\uFEFF"), "*"},
       {std::regex("\x1F"), "^"},
@@ -577,7 +577,7 @@ static SQLRETURN answer(SQLHSTMT statement, std::string words) {
   }
   if (words == "fail") return failWith("23000", 2627, "there already");
   if (words == "late") return failWith("HYT00", 0, "");
-  std::u16string wide = ledgertree::engines::odbc::inWordsOfSqlite(words);
+  std::u16string wide = ledgertree::engines::odbc::forSqlite(words);
   return real<decltype(SQLExecDirectW)>("SQLExecDirectW")(statement, reinterpret_cast<SQLWCHAR*>(wide.data()),
                                                           static_cast<SQLINTEGER>(wide.size()));
 }
@@ -710,7 +710,7 @@ SQLRETURN SQLMoreResults(SQLHSTMT statement) {
 
 SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle) {
   driver.open.erase(handle);
-  driver.result = nullptr;  // what it points to goes with the statement
+  driver.result = nullptr;  // it points into the statement
   note("close " + std::to_string(type));
   return real<decltype(SQLFreeHandle)>("SQLFreeHandle")(type, handle);
 }

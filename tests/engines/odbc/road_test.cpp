@@ -1,4 +1,4 @@
-// The road between the engine and its server, by the proxy that makes it bad.
+// The network between the engine and its server, made bad by a proxy.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
@@ -21,7 +21,7 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 using testing::TcpProxy;
 
-/// A port of this machine, and a server there that says again what it hears.
+/// A local port with a server that echoes what it receives.
 class Echo {
  public:
   Echo() {
@@ -53,7 +53,7 @@ class Echo {
   std::thread thread_;
 };
 
-/// Says something on a new connection, or on one that stands, and gives what comes back within 0.3 seconds.
+/// Sends `words` on a new connection, or on `kept`, and returns what comes back within 0.3 seconds.
 std::string answerOf(std::uint16_t port, const std::string& words, int* kept = nullptr) {
   int side = kept == nullptr ? -1 : *kept;
   if (side < 0) {

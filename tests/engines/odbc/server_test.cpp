@@ -20,8 +20,8 @@ constexpr data::Parameter kEchoParameters[] = {{"@Title", data::ParameterType::T
                                                {"@Number", data::ParameterType::Int}};
 constexpr data::Procedure kEcho{"odbcEcho", kEchoParameters};
 
-/// What only a server shows. It runs where LEDGERTREE_TEST_CONNECTION names a database in an Arabic or
-/// Persian collation, and leaves nothing behind in it.
+/// What only a server can show. Runs if LEDGERTREE_TEST_CONNECTION names a database in an Arabic or Persian
+/// collation, and leaves nothing behind in it.
 class OdbcServer : public ::testing::Test {
  protected:
   void SetUp() override {

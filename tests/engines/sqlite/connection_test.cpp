@@ -1,5 +1,4 @@
-// A connection and its file: what a person meets when the file, the disk or another program isn't as it
-// should be.
+// A connection and its file: what users see when the file, the disk or another program misbehaves.
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -62,7 +61,7 @@ TEST_F(FileFaults, WhatSqliteFailsWithIsToldInTheWordsOfAPerson) {
   }
 }
 
-/// A function that a program gives each of its connections, and how often it was called.
+/// A function that a program adds to each of its connections, and how often it was called.
 int planted = 0;
 void plant(sqlite3_context* context, int, sqlite3_value**) { sqlite3_result_int(context, ++planted); }
 int addPlant(sqlite3* database, char**, const sqlite3_api_routines*) {
@@ -126,7 +125,7 @@ TEST_F(FileFaults, AReadOnlyFileIsToldAtOnce) {
   testing::TemporaryDatabase database;
   using std::filesystem::perms;
   std::filesystem::permissions(database.file(), perms::owner_read | perms::group_read | perms::others_read);
-  // The administrator may write everything.
+  // The administrator may write to everything.
   const bool administrator = geteuid() == 0;
   ASSERT_EQ(administrator ? seteuid(65534) : 0, 0);
   const data::DataError failure = failureOfOpening(database.file());
@@ -149,7 +148,7 @@ TEST_F(FileFaults, AFileThatVanishesOrIsReplacedFailsOneStatementAndIsNeverMadeA
   EXPECT_EQ(failureOf([&] { connection.run(kCount); }).reason(), Reason::Connection);
   EXPECT_FALSE(std::filesystem::exists(file));
 
-  // Another database comes into its place, and is the one that is read from then on.
+  // Another database takes its place, and is read from then on.
   {
     EmbeddedConnection second(file.string());
     EXPECT_EQ(number(second, kCount), 0);
@@ -225,7 +224,7 @@ class Commands : public ::testing::Test {
 
   testing::TemporaryDatabase database;
   EmbeddedConnection connection{database.file().string()};
-  /// For what has to fail for its time: work that succeeds may take what the machine needs.
+  /// For commands that must time out: those that succeed may take as long as the machine needs.
   EmbeddedConnection hasty{database.file().string(), {milliseconds(2000), milliseconds(600)}};
 };
 
@@ -239,7 +238,7 @@ TEST_F(Commands, AStatementPastItsTimeIsInterruptedAndLeavesNothingBehind) {
   EXPECT_FALSE(failure.leavesOpen());
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(60));
   EXPECT_EQ(number(connection, "Select count(*) as cnt from tblAccountRelatedObjects Where AccountID=1"), 0);
-  // The time that somebody takes to look at the rows isn't the statement's.
+  // The time that the caller spends on the rows isn't the statement's.
   int rows = 0;
   hasty.walk("Select a.ID From tblAccount a, tblAccount b", [&rows](const data::Rows&) {
     if (rows < 5) std::this_thread::sleep_for(milliseconds(150));
@@ -284,7 +283,7 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   EXPECT_EQ(
       failureOf([&] { hasty.call(data::procedures::spAccountDeleteAccount, {{data::Value(79)}}); }).reason(),
       Reason::Busy);
-  EXPECT_EQ(number(connection, kCount), 355);  // to read, nobody waits
+  EXPECT_EQ(number(connection, kCount), 355);  // readers never wait
   int questions = 0;
   int over = 0;
   const auto givesUp = [&](bool harmless) {
@@ -295,7 +294,7 @@ TEST_F(Commands, AnotherProgramsLockIsWaitedForAndThenTold) {
   hasty.whileWaiting({.givesUp = givesUp, .over = [&] { ++over; }});
   EXPECT_EQ(failureOf([&] { hasty.run(renamed(7, "x")); }).reason(), Reason::Busy);
   EXPECT_EQ(questions * 10 + over, 31);
-  // What only computes for long asks, too.
+  // A statement that only computes for long asks, too.
   bool reads = false;
   connection.whileWaiting({.givesUp = [&](bool harmless) { return reads = harmless; }, .over = {}});
   const std::string many = " from tblAccount a, tblAccount b, tblAccount c, tblAccount d";
@@ -335,7 +334,7 @@ TEST_F(FileFaults, ProgramsThatMakeAndFillOneFileAtOnceMeetNoError) {
 }
 
 TEST_F(Commands, RowsFollowTheSchema) {
-  // What a column holds says whether a sign joins or adds, in a statement that is known as in a new one.
+  // The contents of a column decide whether + joins or adds, in a cached statement as in a new one.
   bool writesFirst = false;
   const auto write = [&](const char* sum) {
     connection.run("Update tblAccountGroup Set Colour = colour + Colour Where ID = 1");
@@ -356,7 +355,7 @@ TEST_F(Commands, RowsFollowTheSchema) {
     database.execute("drop view vwGroups; alter table tblAccountGroup drop column Colour");
   }
   EXPECT_FALSE(connection.run("Select * From tblAccountGroup")->column("Colour").has_value());
-  // Where an index is for some values only, a write would begin again for ever.
+  // With a partial index, a write would be started again for ever.
   database.execute("create index ixSome on tblAccount (Title) where NoLevel = 4");
   connection.run("Update tblAccount Set Title = 'x' Where NoLevel = 5");
 }

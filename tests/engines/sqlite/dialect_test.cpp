@@ -1,4 +1,4 @@
-// What the dialect means and what it refuses, seen through a connection to a real chart.
+// What the dialect means and what it refuses, tested through a connection to a real chart.
 
 #include "engines/sqlite/dialect.h"
 
@@ -33,7 +33,7 @@ class Dialect : public ::testing::Test {
   }
   data::Value first(const std::string& statement) { return connection.run(statement)->value(0, 0); }
 
-  /// The message with which a statement is refused; it has to be a refusal.
+  /// The error of a statement, which must be refused.
   std::string refusal(const std::string& statement) {
     const data::DataError failure = testing::failureOf([&] { return connection.run(statement); });
     EXPECT_EQ(failure.reason(), data::DataError::Reason::Statement) << statement.substr(0, 200);
@@ -70,7 +70,7 @@ TEST_F(Dialect, NamesComeAsInADictionaryAndCodesAsTheyAreWritten) {
   for (std::string name; std::getline(names, name, '/');) {
     const auto id = 100 + static_cast<std::int64_t>(3 * asInADictionary.size() % 17);
     asInADictionary.push_back(asWritten[name] = id);
-    // By a program that knows nothing of dictionaries.
+    // Written by a program that knows nothing of dictionaries.
     database.execute("insert into tblAccountBranch (ID, Code, Name) values (" + std::to_string(id) + ", '" +
                      name + "', '" + name + "')");
   }
@@ -100,7 +100,7 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
                      "', Notes='' Where ID=" + std::to_string(id));
       const std::string expected = id == 7 || id == 13 ? text : "";
       EXPECT_EQ(database.rows("select Title from tblAccount where ID = " + std::to_string(id)), expected);
-      // Which part of the condition there is depends on the literals.
+      // The literals decide which part of the condition remains.
       const auto found = ids("select ID from tblAccount where (ID=" + std::to_string(id) +
                              " or -1=" + std::to_string(id) + ") and 1.5 < 2 and 1 <= 2");
       EXPECT_EQ(found.size(), id == -1 ? 355U : id < 100 ? 1U : 0U);
@@ -108,7 +108,7 @@ TEST_F(Dialect, OneShapeServesAllLiterals) {
                 static_cast<std::size_t>(round));
       const std::string decimal = std::to_string(round) + ".5";
       EXPECT_EQ(first("select isnull(null, " + decimal + ")").toText(), decimal);
-      // Only a number takes the place of a number, and a refused statement is none to go by.
+      // Only a number may replace a number, and a refused statement must not be cached.
       const std::string account = "select ID from tblAccount where ID=" + std::to_string(id);
       EXPECT_EQ(ids(account).size(), id == 7 || id == 13 ? 1U : 0U);
       EXPECT_EQ(ids(account + ".5").size(), 0U);
@@ -123,7 +123,7 @@ struct Condition {
   std::string sqlite;
 };
 
-/// Conditions made of those of dialect.txt at random.
+/// Random conditions, combined from those in dialect.txt.
 class RandomCondition {
  public:
   explicit RandomCondition(unsigned seed) : random_(seed) {}

@@ -1,4 +1,4 @@
-// What the fuzzers start from and what they have found, once more on every build.
+// The seeds of the fuzzers and what they have found, run again by every build.
 
 #include "support/seeds.h"
 

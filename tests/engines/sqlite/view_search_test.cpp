@@ -1,5 +1,4 @@
-// The search behind selectors and pickers, on lists that no demo chart has: long, without codes, without an
-// index.
+// The search of selectors and pickers, on lists unlike the demo chart: long, without codes, without an index.
 
 #include <gtest/gtest.h>
 
@@ -28,8 +27,7 @@ class ViewSearch : public ::testing::Test {
         "create view vwPlain as select ID, Code || '' as Code, Name || '' as Name from tblAccountBranch");
   }
 
-  /// Asks for page after page until the rows are at their end; every row may come once. Gives the number of
-  /// pages.
+  /// Reads page after page to the end; every row may appear once. Returns the number of pages.
   int readAll(data::SearchRequest request, std::set<std::int64_t>& ids) {
     int pages = 0;
     do {
@@ -43,7 +41,7 @@ class ViewSearch : public ::testing::Test {
     return pages;
   }
 
-  /// What all pages show in a column; in the midst of them comes another search.
+  /// A column of all pages; another search runs in between.
   std::string shown(data::SearchRequest request, std::size_t column) {
     std::string shown;
     int pages = 0;
@@ -80,11 +78,11 @@ TEST_F(ViewSearch, PagesAndSlicesGiveEveryRowOnce) {
     EXPECT_EQ(readAll(request, all), 20000 / static_cast<int>(request.limit) + 1);
     EXPECT_EQ(all.size(), 20000U);
 
-    // One in a thousand, typed with other letters and digits than it was written with.
+    // One row in a thousand, typed with other letters and digits than stored.
     std::set<std::int64_t> hits;
     request.text = " کرمانی";
     request.slice = std::chrono::milliseconds(1);
-    // Whoever is asked for more patience takes longer than the slice, on a machine of any speed.
+    // A caller that is slow to answer takes longer than the slice, on a machine of any speed.
     int questions = 0;
     request.cancelled = [&questions] {
       if (++questions <= 8) std::this_thread::sleep_for(std::chrono::milliseconds(3));
@@ -166,7 +164,7 @@ TEST_F(ViewSearch, WhatBeginsWithTheTextComesFirst) {
       EXPECT_EQ(shown(accounts, 1), expected) << text << " " << limit;
     }
   }
-  // The rows that are behind take longer than a slice.
+  // The remaining rows take longer than a slice.
   database.insertMany("tblAccount (Code, Title)", 1, 300, [](int) { return "'77', 'x'"; });
   data::SearchRequest many = requestFor("vwAccountMajor", "77");
   many.slice = std::chrono::milliseconds(1);
@@ -187,7 +185,7 @@ TEST_F(ViewSearch, ANewerKeystrokeEndsItAndHostileNamesAreRefused) {
   EXPECT_EQ(connection.search(request).rows.count(), 0U);
   request.cancelled = []() -> bool { throw data::DataError(data::DataError::Reason::TooLong, 0, ""); };
   EXPECT_EQ(reasonOf(), data::DataError::Reason::TooLong);
-  // What is around a search isn't given up with it.
+  // Cancelling a search doesn't cancel the walk around it.
   bool ended = false;
   int rows = 0;
   request.cancelled = [&ended] { return ended; };
