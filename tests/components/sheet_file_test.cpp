@@ -105,13 +105,18 @@ TEST_F(SheetFile, HostileTextLeavesAReadableFile) {
               std::string::npos)
         << readBack(9);
   }
+  database.execute("update tblAccount set Title = 'x' || char(13) || char(10) || 'y' where ID = 3");
   // Deeper than the outline levels of a sheet.
   for (int level = 5; level <= 14; ++level)
     database.execute("insert into tblAccount (ID, ParentID, Code, Title) values (" + std::to_string(level) +
                      ", " + std::to_string(level - 1) + ", '02" +
-                     std::string(static_cast<std::size_t>(level), '1') + "', 'x')");
+                     std::string(static_cast<std::size_t>(level), '1') + "', 'a title')");
   ASSERT_GT(writeSheet(*connection(), kStatement, file, goOn), 0);
-  EXPECT_NE(readBack(20).find("15|fold 7 indent 10"), std::string::npos) << readBack(20);
+  const std::string read = readBack(20);
+  EXPECT_NE(read.find("15|fold 7 indent 10"), std::string::npos) << read;
+  EXPECT_NE(read.find("|s:x/y|"), std::string::npos) << read;
+  EXPECT_NE(read.find("widths 19 20 "), std::string::npos)
+      << "the lowest title has room beside its indent" << read;
 }
 
 TEST_F(SheetFile, WhatFailsLeavesTheOldFileAndNoHalfOne) {

@@ -141,7 +141,8 @@ TEST(FormWindow, EveryCommandHasAKeyAndEveryLabelItsField) {
   form.cmdExit.setHint("b");
   EXPECT_TRUE(QToolTip::text().contains("b"));
   QToolTip::hideText();
-  for (const QKeyCombination key : {QKeyCombination(Qt::Key_Return), Qt::CTRL | Qt::Key_S}) {
+  for (const QKeyCombination key :
+       {QKeyCombination(Qt::Key_Return), Qt::CTRL | Qt::Key_S, QKeyCombination(Qt::Key_Escape)}) {
     QKeyEvent held(QEvent::KeyPress, key.key(), key.keyboardModifiers(), "", true);
     QApplication::sendEvent(&screen.widget(form.cmdExit), &held);
   }
