@@ -137,9 +137,15 @@ void SheetWriter::showRows(const std::function<bool(const data::Rows& row)>& sho
   }
 }
 
-void SheetWriter::exportFrom(const Source& source, const Said& said) const {
+void SheetWriter::exportFrom(const Source& source, const Said& said) {
   const QString file = askForFile(said.title, said.file);
   if (file.isEmpty()) return;
+  // A cancelled export needs no message.
+  if (const std::int64_t rows = writeShowingProgress(source, said, file); rows > 0)
+    tellWritten(rows, said.unit, file);
+}
+
+std::int64_t SheetWriter::writeShowingProgress(const Source& source, const Said& said, const QString& file) {
   const QString title = QString::fromUtf8(said.title);
   QProgressDialog dialog(title, QString::fromUtf8("انصراف"), 0, 0, QApplication::activeWindow());
   dialog.setWindowTitle(title);
@@ -166,10 +172,7 @@ void SheetWriter::exportFrom(const Source& source, const Said& said) const {
     dialog.setValue(static_cast<int>(done));  // paints
     return !dialog.wasCanceled();
   };
-  // A cancelled export needs no message.
-  const std::int64_t rows =
-      writeSheet(source, std::filesystem::path(std::u8string(name.begin(), name.end())), show);
-  if (rows > 0) tellWritten(rows, said.unit, file);
+  return writeSheet(source, std::filesystem::path(std::u8string(name.begin(), name.end())), show);
 }
 
 }  // namespace ledgertree::sheetkit

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+#include <cstdint>
 #include <functional>
 #include <string_view>
 #include <vector>
@@ -26,7 +28,10 @@ class SheetWriter : public shell::OutsideComponent {
     const char* file;  ///< the file's name, after the day
     const char* unit;  ///< of what is counted
   };
-  void exportFrom(const Source& source, const Said& said) const;
+  static void exportFrom(const Source& source, const Said& said);
+  /// The number of rows in the file; 0 if the user cancelled. The progress is gone when it returns, so that
+  /// it can't come up over what is said next.
+  static std::int64_t writeShowingProgress(const Source& source, const Said& said, const QString& file);
   void showRows(const std::function<bool(const data::Rows& row)>& show) const;
 
   components::Given given_;

@@ -35,8 +35,8 @@ enum class Offer {
   /// refused deletion, what prevents it.
   Preview,
   /// The screen "سابقه": who changed what of an account or of the chart, when, and what was there before;
-  /// what
-  /// an account was called on a day; an operation is taken back from there. Needs a database that keeps a
+  /// what an account was called on a day; an operation is taken back from there. Needs a database that keeps
+  /// a
   /// history (docs/history.md); of another one the screen says so.
   History,
   /// Ctrl+Z takes back what the user did last since the screen was opened, after a question.

@@ -215,8 +215,8 @@ void MainScreen::setShortcuts() {
   shortcut(cmdRefreshAccountTree, ui::KeyChord::of(ui::Key::F5));
   // The menu entries that click a button, and the guide, whose key works on every screen.
   mnuFonc1.setKeys(cmdNew.shortcut());
-  mnuFonc2.setKeys(cmdEdit.shortcut());
-  mnuFonc4.setKeys(cmdDelete.shortcut());
+  for (ui::MenuEntry* entry : {&mnuFonc2, &mnuEditAccount}) entry->setKeys(cmdEdit.shortcut());
+  for (ui::MenuEntry* entry : {&mnuFonc4, &mnuDeleteAccount}) entry->setKeys(cmdDelete.shortcut());
   mnuFonc9.setKeys(cmdExit.shortcut());
   mnuTakeBack.setKeys(ui::KeyChord::ctrlAnd('Z'));
   mnuHistory.setKeys(ui::KeyChord::ctrlAnd('H'));

@@ -32,9 +32,9 @@ class Branches : public QTreeView {
   std::function<void(NodeId)> onTick;
   std::function<void(NodeId)> onChoose;
   std::function<void(ui::Key)> onKey;
-  /// The characters of a key, and whether they continue the previous ones.
-  std::function<void(const std::u32string&, bool)> onType;
-  std::function<std::u32string(const QKeyEvent&)> characters;
+  /// The characters of a key in the layout and in the other one, and whether they continue the previous ones.
+  std::function<void(const std::u32string&, const std::u32string&, bool)> onType;
+  std::function<KeyboardLayout()> layout;
   /// The context menu of a node, at a point in the view's pixels.
   std::function<void(NodeId, QPoint)> onMenu;
   std::function<void()> onEnter;
@@ -117,12 +117,16 @@ class Branches : public QTreeView {
 
  private:
   void typeKey(QKeyEvent& event) {
-    const std::u32string typed = characters(event);
+    const KeyboardLayout chosen = layout();
+    const std::u32string typed = typedCharacters(event, chosen);
     event.setAccepted(!typed.empty());
     if (typed.empty()) return;
     const bool goesOn = typing_.isValid() && !typing_.hasExpired(kTypingPause);
     typing_.start();
-    onType(typed, goesOn);
+    // Nothing on the screen tells which layout a tree has: titles are Persian, and a code may have Latin
+    // letters.
+    const auto other = chosen == KeyboardLayout::Own ? KeyboardLayout::Persian : KeyboardLayout::Own;
+    onType(typed, typedCharacters(event, other), goesOn);
   }
 
   QElapsedTimer typing_;  ///< since the last letter
@@ -184,11 +188,10 @@ TreeView::TreeView(ui::Tree& control, QWidget& parent, std::function<KeyboardLay
   branches->onKey = [this](ui::Key key) {
     if (attached()) this->control().press(key);
   };
-  branches->characters = [layout = std::move(layout)](const QKeyEvent& event) {
-    return typedCharacters(event, layout());
-  };
-  branches->onType = [this](const std::u32string& typed, bool goesOn) {
-    if (attached()) this->control().type(fromQt(QString::fromStdU32String(typed)), goesOn);
+  branches->layout = std::move(layout);
+  branches->onType = [this](const std::u32string& typed, const std::u32string& other, bool goesOn) {
+    const auto letters = [](const std::u32string& from) { return fromQt(QString::fromStdU32String(from)); };
+    if (attached()) this->control().type(letters(typed), goesOn, letters(other));
   };
   branches->onMenu = [this](NodeId node, QPoint place) {
     if (attached()) this->control().askMenu(node, scale_.twips(place.x()), scale_.twips(place.y()));

@@ -247,20 +247,24 @@ NodeId Tree::nextThatBegins(std::string_view folded, bool alsoSelected) const {
   return kNoNode;
 }
 
-void Tree::type(std::string_view letters, bool goesOn) {
-  if (!withinReach()) return;
-  if (!goesOn) typed_.clear();
+NodeId Tree::nextTyped(std::string& typed, std::string_view letters, bool goesOn) const {
+  if (!goesOn) typed.clear();
   const std::string folded = text::fold(letters);
-  if (folded.empty()) return;
-  const bool again = typed_ == folded;
-  const bool first = typed_.empty();
-  typed_ += folded;
-  NodeId node = nextThatBegins(typed_, !first);
-  if (node == kNoNode && again) {
-    typed_ = folded;
-    node = nextThatBegins(typed_, false);
-  }
-  if (node != kNoNode) choose(node);
+  if (folded.empty()) return kNoNode;
+  const bool again = typed == folded;
+  const bool first = typed.empty();
+  typed += folded;
+  const NodeId node = nextThatBegins(typed, !first);
+  if (node != kNoNode || !again) return node;
+  typed = folded;
+  return nextThatBegins(typed, false);
+}
+
+void Tree::type(std::string_view letters, bool goesOn, std::string_view otherwise) {
+  if (!withinReach()) return;
+  const NodeId node = nextTyped(typed_, letters, goesOn);
+  const NodeId other = nextTyped(typedOtherwise_, otherwise, goesOn);
+  if (node != kNoNode || other != kNoNode) choose(node != kNoNode ? node : other);
 }
 
 void Tree::askMenu(NodeId node, Twips left, Twips top) {

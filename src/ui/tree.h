@@ -131,8 +131,9 @@ class Tree : public Control {
   /// Type-ahead: selects the next visible node, wrapping around at the end, whose text begins with the
   /// letters, before or after the separator of the title; letters compare as in a search (text::fold). With
   /// `goesOn` they are added to the previous ones, and a node that begins with all of them stays selected;
-  /// repeating one letter cycles through the hits. Raises onNodeSelect.
-  void type(std::string_view letters, bool goesOn);
+  /// repeating one letter cycles through the hits. `otherwise`: the letters of the same keys on another
+  /// keyboard, which count where no text begins with the first ones. Raises onNodeSelect.
+  void type(std::string_view letters, bool goesOn, std::string_view otherwise = {});
   /// Opens the context menu of a node, at a point in twips from the tree's corner. First clicks the node if
   /// it isn't selected. Does nothing if the form has no menu for it.
   void askMenu(NodeId node, Twips left, Twips top);
@@ -174,6 +175,8 @@ class Tree : public Control {
   }
   [[nodiscard]] std::vector<NodeId> visibleNodes() const;
   [[nodiscard]] NodeId nextThatBegins(std::string_view folded, bool alsoSelected) const;
+  /// Adds letters to the typed ones, and returns the node that type() goes to by them.
+  NodeId nextTyped(std::string& typed, std::string_view letters, bool goesOn) const;
   void release(NodeId node);
   void enterKeys() const;
   /// Whether it was added in the current batch, and so isn't reported yet.
@@ -195,7 +198,8 @@ class Tree : public Control {
   bool checkBoxes_ = false;
   std::vector<int> pictures_;
   std::string titleMark_;
-  std::string typed_;  ///< folded
+  std::string typed_;           ///< folded
+  std::string typedOtherwise_;  ///< the same on the other keyboard
   int batches_ = 0;
   bool renewing_ = false;
   struct Addition {

@@ -102,6 +102,8 @@ TEST_F(Dialogs, TheExportAsksWhereAndWritesThereOrNowhere) {
   for (const bool wanted : {false, true}) {
     const auto choose = [&](QWidget& question) {
       if (auto* const told = question.findChild<QTextEdit*>(); told != nullptr) {
+        for (const QWidget* window : QApplication::topLevelWidgets())
+          EXPECT_FALSE(window->inherits("QProgressDialog")) << "it would come up over the notice";
         message = question.windowTitle().toStdString() + "|" + told->toPlainText().toStdString();
         auto* const button = question.findChildren<QPushButton*>().last();
         EXPECT_EQ(button->text().toStdString(), "باز کردن پوشه");

@@ -84,6 +84,7 @@ void ToolkitStory::offerTree() {
   acts_["tree press"] = [&](auto& key) { tree.press(chordOf(key).key); };
   tree.setTitleMark(" ... ");
   acts_["tree type"] = [&](auto& letters) { tree.type(letters, false); };
+  acts_["tree keys"] = [&](auto& keys) { tree.type(cut(keys).first, false, cut(keys).second); };
   acts_["tree more"] = [&](auto& letters) { tree.type(letters, true); };
   acts_["tree clear"] = [&](auto&) { tree.clear(); };
   acts_["tree boxes"] = [&](auto&) { tree.setCheckBoxes(true); };
