@@ -246,7 +246,8 @@ std::string serverTakeBack() {
   for (const RememberedColumn& column : rememberedColumns()) {
     const std::string name(column.name);
     if (name == "ID") continue;  // an identity stays
-    back.push_back(name + " = n." + name);
+    back.push_back(name);
+    back.back().append(" = n.").append(name);
     otherwise.push_back(differ(column, "a.", "n."));
   }
   const auto changed = [](const RememberedColumn& column) {

@@ -227,6 +227,8 @@ FrameView::FrameView(ui::Frame& control, QWidget& parent)
   scroll_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   content_ = new QWidget;
   scroll_->setWidget(content_);
+  // It follows the viewport's height, which isn't known before the window is shown.
+  scroll_->setWidgetResizable(true);
   // The panel's border and colour show through.
   content_->setAutoFillBackground(false);
   scroll_->viewport()->setAutoFillBackground(false);
@@ -244,7 +246,7 @@ void FrameView::moved() {
   const bool scrolls = width > panel_->width();
   scroll_->setGeometry(panel_->rect().adjusted(scrolls ? 1 : 0, 0, scrolls ? -1 : 0, scrolls ? -1 : 0));
   scroll_->setHorizontalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-  content_->resize(width, scroll_->viewport()->height());
+  content_->setFixedWidth(width);
 }
 
 ProgressBarView::ProgressBarView(ui::ProgressBar& control, QWidget& parent)

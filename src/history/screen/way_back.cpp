@@ -65,6 +65,7 @@ std::string questionOf(data::DtEn& data, std::int64_t operation, const Operation
   words.learn(changes);
   if (kept.userID) words.learnUsers({*kept.userID});
   std::vector<std::string> told;
+  told.reserve(changes.size());
   for (const Change& change : changes)
     told.push_back("«" + change.code + " " + change.title + "»: " + words.whatChanged(backwards(change)));
   return "«" + std::string(nameOf(kept.kind)) + "» (" + whoAndWhen(words, kept.userID, kept.moment) +
