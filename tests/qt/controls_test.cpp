@@ -87,6 +87,14 @@ TEST(Controls, TheFocusGoesOnFromWhatIsTakenOutOfReach) {
   EXPECT_TRUE(form.said.empty() && form.focused() == &form.txtNotes);
   Screen::settle();
   EXPECT_EQ(form.said, (std::vector<std::string>{"-txtNotes", "cmdExit"}));
+  // By then the form may be hidden, and has no focus.
+  form.record.setEnabled(true);
+  form.txtNotes.focus();
+  form.record.setEnabled(false);
+  form.hide();
+  form.said.clear();
+  Screen::settle();
+  EXPECT_TRUE(form.said.empty()) << form.said.front();
 }
 
 TEST(Controls, NothingHappensToAFormInTheMiddleOfItsWork) {

@@ -83,6 +83,8 @@ QString looksOf(const QWidget& widget) {
     add(!action->text().isEmpty(), "- " + action->text().section('\t', 0, 0));
   const auto* area = qobject_cast<const QAbstractScrollArea*>(&widget);
   add(area != nullptr && !area->viewport()->autoFillBackground(), "seeThrough");
+  const auto* header = qobject_cast<const QHeaderView*>(&widget);
+  add(header != nullptr && header->isVisible() && header->sectionsClickable(), "clickable");
   const auto* view = qobject_cast<const QAbstractItemView*>(&widget);
   const auto* tree = qobject_cast<const QTreeView*>(&widget);
   for (int column = 0; view != nullptr && column < view->model()->columnCount(); ++column)
